@@ -1,0 +1,22 @@
+# rkuinfo_flags: what every target of this project is compiled with.
+add_library(rkuinfo_flags INTERFACE)
+target_compile_features(rkuinfo_flags INTERFACE cxx_std_20)
+target_compile_options(rkuinfo_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wcast-align -Wold-style-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Werror)
+
+if(NOT WIN32)
+  # wchar_t is a UTF-16 unit on every target.
+  target_compile_options(rkuinfo_flags INTERFACE -fshort-wchar)
+endif()
+
+set(RKUINFO_SANITIZE "" CACHE STRING "Sanitizers of the host build, as -fsanitize takes them")
+if(RKUINFO_SANITIZE)
+  target_compile_options(rkuinfo_flags INTERFACE
+    -fsanitize=${RKUINFO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(rkuinfo_flags INTERFACE -fsanitize=${RKUINFO_SANITIZE})
+endif()
+
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)

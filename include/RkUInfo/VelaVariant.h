@@ -1,0 +1,269 @@
+// VelaVariant: the typed value that every read and write of the configuration store exchanges.
+#pragma once
+
+#include "RkOsBase.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#pragma pack(push, 4)
+
+/// A value that holds nothing, a 32-bit or 64-bit integer, a double, bytes or a wide text.
+///
+/// The data lives in one block made with malloc and released with free: a 32-bit recorded size (data bytes
+/// plus the 4 of this field), then the data. Every module that exchanges variants with the library shares its
+/// C runtime heap, and this layout: 12 bytes, the pointer right after the type.
+///
+/// Getters never convert; a getter of another type gives 0, the empty text or null. Failures are thrown as a
+/// RkErrorStatus made on the heap, after the process's crash recorder has seen it; the catcher deletes it.
+/// Copies own a block of their own. There is no locking: one thread uses an object at a time.
+class VelaVariant
+{
+public:
+    enum VarType : std::int32_t
+    {
+        eNull = 0,   ///< nothing; never has a block
+        eInt = 1,    ///< 32-bit signed integer, recorded size 8
+        eInt64 = 2,  ///< 64-bit signed integer, recorded size 12
+        eDouble = 3, ///< 64-bit IEEE-754 double, recorded size 12
+        eBinary = 4, ///< n bytes, recorded size n + 4; without a block when n is 0
+        eString = 5, ///< text and terminator, recorded size 2 * (length + 1) + 4
+    };
+
+    VelaVariant() noexcept : m_type(eNull), m_data(nullptr) {}
+
+    /// Duplicates the block. Throws status code 6 when it cannot be allocated.
+    VelaVariant(const VelaVariant& other) : m_type(other.m_type), m_data(duplicate(other.m_data)) {}
+
+    /// Takes the block; the source becomes eNull.
+    VelaVariant(VelaVariant&& other) noexcept : m_type(other.m_type), m_data(other.m_data)
+    {
+        other.m_type = eNull;
+        other.m_data = nullptr;
+    }
+
+    /// As the copy constructor; the target is unchanged when it throws.
+    VelaVariant& operator=(const VelaVariant& other)
+    {
+        if (this != &other) {
+            char* const copy = duplicate(other.m_data);
+            adopt(other.m_type, copy);
+        }
+        return *this;
+    }
+
+    VelaVariant& operator=(VelaVariant&& other) noexcept
+    {
+        if (this != &other) {
+            adopt(other.m_type, other.m_data);
+            other.m_type = eNull;
+            other.m_data = nullptr;
+        }
+        return *this;
+    }
+
+    ~VelaVariant() { releaseBlock(); }
+
+    VarType type() const noexcept { return m_type; }
+
+    /// Stores in place when the object already is an eInt with a block; otherwise makes a new block.
+    /// When that throws (code 6), the old block is gone and the type unchanged.
+    void setInt(std::int32_t value) { setFixed(eInt, value); }
+    /// As setInt, for eInt64.
+    void setInt64(std::int64_t value) { setFixed(eInt64, value); }
+    /// As setInt, for eDouble.
+    void setDouble(double value) { setFixed(eDouble, value); }
+
+    /// Copies a terminated text; null stands for the empty text. Throws code 3 for a text of 1,073,741,823
+    /// characters or more and code 6 without memory; the object then is an eString without a block.
+    /// The text may lie inside this object's own block.
+    void setString(const wchar_t* text)
+    {
+        char* const old = m_data;
+        m_data = nullptr;
+        m_type = eString;
+        const BlockGuard releaseOld(old);
+        std::size_t length = 0;
+        if (text != nullptr) {
+            while (text[length] != 0) {
+                ++length;
+            }
+        }
+        if (length >= maxTextLength) {
+            throwStatus(Vela::eInvalidInput);
+        }
+        const std::size_t bytes = 2 * (length + 1);
+        m_data = newBlock(static_cast<std::int32_t>(bytes));
+        if (length > 0) {
+            std::memcpy(m_data + headerSize, text, bytes);
+        } else {
+            std::memset(m_data + headerSize, 0, bytes);
+        }
+    }
+
+    /// Copies size bytes. Null data or size 0 gives an eBinary without a block; a negative size throws code 3,
+    /// a failed allocation code 6; the object then is an eBinary without a block.
+    /// The bytes may lie inside this object's own block.
+    void setBinary(const void* data, std::int32_t size)
+    {
+        char* const old = m_data;
+        m_data = nullptr;
+        m_type = eBinary;
+        const BlockGuard releaseOld(old);
+        if (data == nullptr || size == 0) {
+            return;
+        }
+        if (size < 0) {
+            throwStatus(Vela::eInvalidInput);
+        }
+        m_data = newBlock(size);
+        std::memcpy(m_data + headerSize, data, static_cast<std::size_t>(size));
+    }
+
+    std::int32_t getInt() const noexcept { return getFixed<std::int32_t>(eInt); }
+    std::int64_t getInt64() const noexcept { return getFixed<std::int64_t>(eInt64); }
+    double getDouble() const noexcept { return getFixed<double>(eDouble); }
+
+    /// The text, never null; it belongs to this object and lives until its next change.
+    const wchar_t* getString() const noexcept
+    {
+        if (m_type != eString || m_data == nullptr) {
+            return L"";
+        }
+        return reinterpret_cast<const wchar_t*>(m_data + headerSize);
+    }
+
+    /// The first byte, or null when there is none; blockSize() - 4 bytes follow.
+    const void* getBinary() const noexcept
+    {
+        return m_type == eBinary && m_data != nullptr ? m_data + headerSize : nullptr;
+    }
+
+    /// The recorded size (data bytes + 4), 0 without a block.
+    std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
+
+    /// Makes a block that the caller releases with free. A size of 1 or more gives size uninitialised data
+    /// bytes whatever the type; otherwise the type's own size (eNull: null). Throws code 3 where the size
+    /// cannot be known and code 6 without memory.
+    static void* allocBlock(VarType type, std::int32_t size)
+    {
+        if (size > 0) {
+            return newBlock(size);
+        }
+        switch (type) {
+        case eNull:
+            return nullptr;
+        case eInt:
+            return newBlock(4);
+        case eInt64:
+        case eDouble:
+            return newBlock(8);
+        case eBinary:
+        case eString:
+            break;
+        }
+        throwStatus(Vela::eInvalidInput);
+    }
+
+private:
+    static const std::size_t headerSize = sizeof(std::int32_t);
+    static const std::size_t maxTextLength = 1073741823;
+    static const std::int32_t maxDataSize = INT32_MAX - 4;
+
+    struct BlockGuard
+    {
+        explicit BlockGuard(char* owned) : block(owned) {}
+        BlockGuard(const BlockGuard&) = delete;
+        BlockGuard& operator=(const BlockGuard&) = delete;
+        ~BlockGuard() { std::free(block); }
+        char* block;
+    };
+
+    [[noreturn]] static void throwStatus(Vela::ErrorStatus code)
+    {
+        RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);
+        VelaCrashRecorder* const recorder = velaGetCrashRecorder();
+        if (recorder != nullptr && exception != nullptr) {
+            recorder->recordException(exception);
+        }
+        throw exception;
+    }
+
+    static char* newBlock(std::int32_t dataSize)
+    {
+        if (dataSize > maxDataSize) {
+            throwStatus(Vela::eOutOfMemory);
+        }
+        const std::int32_t size = dataSize + static_cast<std::int32_t>(headerSize);
+        char* const block = static_cast<char*>(std::malloc(static_cast<std::size_t>(size)));
+        if (block == nullptr) {
+            throwStatus(Vela::eOutOfMemory);
+        }
+        std::memcpy(block, &size, headerSize);
+        return block;
+    }
+
+    static std::int32_t recordedSize(const char* block) noexcept
+    {
+        std::int32_t size = 0;
+        if (block != nullptr) {
+            std::memcpy(&size, block, headerSize);
+        }
+        return size;
+    }
+
+    static char* duplicate(const char* block)
+    {
+        if (block == nullptr) {
+            return nullptr;
+        }
+        const std::int32_t size = recordedSize(block);
+        char* const copy = newBlock(size - static_cast<std::int32_t>(headerSize));
+        std::memcpy(copy, block, static_cast<std::size_t>(size));
+        return copy;
+    }
+
+    void releaseBlock() noexcept
+    {
+        std::free(m_data);
+        m_data = nullptr;
+    }
+
+    void adopt(VarType type, char* block) noexcept
+    {
+        releaseBlock();
+        m_type = type;
+        m_data = block;
+    }
+
+    template <typename T>
+    void setFixed(VarType type, T value)
+    {
+        if (m_type != type || m_data == nullptr) {
+            releaseBlock();
+            m_data = newBlock(static_cast<std::int32_t>(sizeof value));
+            m_type = type;
+        }
+        std::memcpy(m_data + headerSize, &value, sizeof value);
+    }
+
+    template <typename T>
+    T getFixed(VarType type) const noexcept
+    {
+        T value = 0;
+        if (m_type == type && m_data != nullptr) {
+            std::memcpy(&value, m_data + headerSize, sizeof value);
+        }
+        return value;
+    }
+
+    VarType m_type;
+    char* m_data;
+};
+
+#pragma pack(pop)
+
+static_assert(sizeof(wchar_t) == 2, "text is UTF-16: build with 16-bit wchar_t (-fshort-wchar)");
+static_assert(sizeof(VelaVariant) == 12, "the value pointer must directly follow the type");

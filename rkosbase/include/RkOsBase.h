@@ -1,0 +1,133 @@
+// RkOsBase: the base library of the product family, as far as RkUInfo and its clients use it.
+//
+// Everything here is plain C++14. Exceptions of this family are made on the heap, thrown by pointer and
+// deleted by whoever catches them.
+#pragma once
+
+#include <cstdint>
+
+#if defined(_WIN32)
+#if defined(RKOSBASE_BUILD)
+#define RKOSBASE_API __declspec(dllexport)
+#else
+#define RKOSBASE_API __declspec(dllimport)
+#endif
+#else
+#define RKOSBASE_API __attribute__((visibility("default")))
+#endif
+
+namespace Vela {
+
+/// Status codes carried by RkErrorStatus.
+enum ErrorStatus : std::int32_t
+{
+    eOk = 0,
+    eInvalidInput = 3, ///< an impossible size or type was asked for
+    eOutOfMemory = 6,  ///< a block could not be allocated
+};
+
+} // namespace Vela
+
+/// Root of the exception family. Virtual slot order: destructor, description, code, className.
+///
+/// An exception never allocates: it keeps at most textCapacity - 1 characters of its text and cuts the rest.
+class RKOSBASE_API RkException
+{
+public:
+    static const int textCapacity = 260;
+
+    /// @param text   context of the failure, may be null
+    /// @param number context of the failure, a line or an index as the thrower likes
+    RkException(const wchar_t* text, std::int32_t number);
+    RkException(const RkException& other);
+    RkException& operator=(const RkException& other);
+    virtual ~RkException();
+
+    virtual const wchar_t* description() const;
+    virtual std::int32_t code() const;
+    virtual const wchar_t* className() const;
+
+    const wchar_t* text() const;
+    std::int32_t number() const;
+
+private:
+    wchar_t m_text[textCapacity];
+    std::int32_t m_number;
+};
+
+/// An exception with a message for the user, which description() gives.
+class RKOSBASE_API RkExceptionWithMsg : public RkException
+{
+public:
+    /// @param message text for the user, may be null; cut like the context text
+    RkExceptionWithMsg(const wchar_t* text, std::int32_t number, const wchar_t* message);
+    RkExceptionWithMsg(const RkExceptionWithMsg& other);
+    RkExceptionWithMsg& operator=(const RkExceptionWithMsg& other);
+    ~RkExceptionWithMsg() override;
+
+    const wchar_t* description() const override;
+
+private:
+    wchar_t m_message[textCapacity];
+};
+
+/// An exception that carries a status code.
+class RKOSBASE_API RkErrorStatus : public RkException
+{
+public:
+    RkErrorStatus(Vela::ErrorStatus status, const wchar_t* text, std::int32_t number);
+    RkErrorStatus(const RkErrorStatus& other);
+    RkErrorStatus& operator=(const RkErrorStatus& other);
+    ~RkErrorStatus() override;
+
+    std::int32_t code() const override;
+    const wchar_t* className() const override;
+
+private:
+    Vela::ErrorStatus m_status;
+};
+
+/// A lock for short critical sections; not recursive.
+class RKOSBASE_API RkLocker
+{
+public:
+    RkLocker();
+    ~RkLocker();
+    RkLocker(const RkLocker&) = delete;
+    RkLocker& operator=(const RkLocker&) = delete;
+
+    void lock();
+    void unlock();
+
+private:
+    void* m_mutex;
+};
+
+/// What a crash recorder looks like to its callers. It has no virtual destructor, so that recordException is
+/// the fourth slot for every compiler.
+class VelaCrashRecorder
+{
+public:
+    virtual void beginSession() = 0;
+    virtual void endSession() = 0;
+    virtual void recordText(const wchar_t* text) = 0;
+    /// Called with an exception that is about to be thrown; the recorder must not keep the pointer.
+    virtual void recordException(RkException* exception) = 0;
+
+protected:
+    VelaCrashRecorder() = default;
+    VelaCrashRecorder(const VelaCrashRecorder&) = default;
+    VelaCrashRecorder& operator=(const VelaCrashRecorder&) = default;
+    ~VelaCrashRecorder() = default;
+};
+
+/// The process's crash recorder, or null when none is installed. Safe from any thread.
+RKOSBASE_API VelaCrashRecorder* velaGetCrashRecorder();
+
+/// Installs a crash recorder (null removes it) and gives the one before. The caller keeps ownership and must
+/// remove the recorder before destroying it.
+RKOSBASE_API VelaCrashRecorder* velaSetCrashRecorder(VelaCrashRecorder* recorder);
+
+/// The major version of the running Windows (10 on Windows 10 and 11, 8 on Windows 8). Each pointer may be
+/// null; those that are not receive the version's parts.
+RKOSBASE_API int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned long* build);
