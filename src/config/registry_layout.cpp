@@ -1,0 +1,122 @@
+// The named subtrees of the registry tree, and the current profile.
+#include "config/names.h"
+#include "platform/registry_key.h"
+#include "platform/text.h"
+
+#include <RkUInfo.h>
+
+namespace {
+
+using uinfo::BoundedText;
+using uinfo::isEmpty;
+using uinfo::pathCapacity;
+using uinfo::RegistryKey;
+
+constexpr std::size_t profileCapacity = 128;       // of which 127 characters are offered
+constexpr std::size_t storedProfileCapacity = 513; // of which 512 are offered
+
+bool appendLanguageRoot(BoundedText& key, const wchar_t* versionRoot, const TarvoLanguage& language)
+{
+    return key.append(versionRoot) && key.appendComponent(language.shortName());
+}
+
+} // namespace
+
+void TarvoConfig::getRegRootPath(Path path, wchar_t* const out) const
+{
+    if (out == nullptr) {
+        return;
+    }
+    BoundedText key(out, pathCapacity);
+    if (m_initialized == 0) {
+        return;
+    }
+    const auto below = [&](const wchar_t* component) {
+        return appendLanguageRoot(key, m_versionRootPath, m_language) && key.appendComponent(component);
+    };
+    bool fits = false;
+    switch (path) {
+    case eProductRoot:
+        fits = key.append(m_rootPath);
+        break;
+    case eVersionRoot:
+        fits = key.append(m_versionRootPath);
+        break;
+    case eLanguageRoot:
+        fits = appendLanguageRoot(key, m_versionRootPath, m_language);
+        break;
+    case eProfilesRoot:
+        fits = below(uinfo::profilesKey);
+        break;
+    case eCurrentProfile: {
+        wchar_t name[profileCapacity];
+        fits = below(uinfo::profilesKey) && getCurrentProfileNameFromReg(name, out) == eOk &&
+               key.appendComponent(name);
+        break;
+    }
+    case eApplications:
+        fits = below(L"Applications");
+        break;
+    case eRecentFileList:
+        fits = below(L"Recent File List");
+        break;
+    case eSettings:
+        fits = below(L"Settings");
+        break;
+    case eUserConfig:
+        fits = below(L"Settings") && key.appendComponent(L"UserConfig");
+        break;
+    }
+    if (!fits) {
+        key.cut(0);
+    }
+}
+
+TarvoConfig::Error TarvoConfig::getCurrentProfileNameFromReg(wchar_t* const out,
+                                                             const wchar_t* profilesKey) const
+{
+    if (out == nullptr) {
+        return eInvalidInput;
+    }
+    BoundedText name(out, profileCapacity);
+    uinfo::PathBuffer profilesRoot;
+    if (isEmpty(profilesKey)) {
+        getRegRootPath(eProfilesRoot, profilesRoot.data());
+        profilesKey = profilesRoot.text();
+        if (isEmpty(profilesKey)) {
+            return eInvalidInput;
+        }
+    }
+    const RegistryKey profiles = RegistryKey::open(HKEY_CURRENT_USER, profilesKey, KEY_READ | KEY_WRITE);
+    if (!profiles) {
+        return eRegistryError;
+    }
+    DWORD type = REG_NONE; // any stored type is taken
+    if (profiles.queryText(nullptr, name, type) && !name.empty()) {
+        return eOk;
+    }
+    name.append(uinfo::defaultProfile);
+    return profiles.setString(nullptr, uinfo::defaultProfile) ? eOk : eRegistryError;
+}
+
+TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
+{
+    if (isEmpty(profile)) {
+        return eOk;
+    }
+    delete[] m_profileNameCmdLineInfo;
+    m_profileNameCmdLineInfo = nullptr; // the allocation below may throw
+    m_profileNameCmdLineInfo = uinfo::duplicate(profile);
+
+    uinfo::PathBuffer key; // start-up is not complete, so getRegRootPath has no answer yet
+    if (isEmpty(m_versionRootPath) || !appendLanguageRoot(key, m_versionRootPath, m_language) ||
+        !key.appendComponent(uinfo::profilesKey)) {
+        return eOk;
+    }
+    const RegistryKey profiles = RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_READ | KEY_WRITE);
+    uinfo::TextBuffer<storedProfileCapacity> stored;
+    if (profiles && profiles.queryString(nullptr, stored) && !uinfo::equalIgnoringCase(stored.text(), profile)) {
+        profiles.setString(nullptr, profile);
+    }
+    return eOk;
+}

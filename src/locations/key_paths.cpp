@@ -1,0 +1,80 @@
+// The product's registry key paths, and what the current profile is and says.
+#include "locations/stored_text.h"
+#include "platform/text.h"
+
+#include <RkUInfo.h>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t longestConfigKey = 1021;
+
+unsigned long keyPath(TarvoConfig::Path path, wchar_t* buffer)
+{
+    velaConfig()->getRegRootPath(path, buffer);
+    return static_cast<unsigned long>(uinfo::length(buffer));
+}
+
+} // namespace
+
+unsigned long GetRegistryProductNameRootKey(wchar_t* const buffer)
+{
+    return keyPath(TarvoConfig::eProductRoot, buffer);
+}
+
+unsigned long GetRegistryVersionRootKey(wchar_t* const buffer)
+{
+    return keyPath(TarvoConfig::eVersionRoot, buffer);
+}
+
+unsigned long GetVelaRegistryLanguageRootKey(wchar_t* const buffer)
+{
+    return keyPath(TarvoConfig::eLanguageRoot, buffer);
+}
+
+unsigned long GetRegistryProfilesRootKey(wchar_t* const buffer)
+{
+    return keyPath(TarvoConfig::eProfilesRoot, buffer);
+}
+
+unsigned long GetVelaRegistryCurrentProfileRootKey(wchar_t* const buffer)
+{
+    return keyPath(TarvoConfig::eCurrentProfile, buffer);
+}
+
+unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* const buffer)
+{
+    constexpr wchar_t config[] = L"\\Config";
+    const unsigned long profileLength = keyPath(TarvoConfig::eCurrentProfile, buffer);
+    if (profileLength == 0 || profileLength + uinfo::length(config) > longestConfigKey) {
+        return 0;
+    }
+    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
+    path.append(config);
+    return static_cast<unsigned long>(path.length());
+}
+
+unsigned long GetCurrentProfileName(wchar_t* buffer, unsigned long& size)
+{
+    VelaVariant stored;
+    if (velaConfig()->getValue(TarvoConfig::eProfilesRoot, nullptr, stored) != TarvoConfig::eOk ||
+        stored.type() != VelaVariant::eString) {
+        size = 0;
+        return 0;
+    }
+    const std::size_t nameLength = uinfo::length(stored.getString());
+    if (buffer == nullptr || size < nameLength + 1) {
+        size = static_cast<unsigned long>(nameLength + 1);
+        return 0;
+    }
+    std::copy_n(stored.getString(), nameLength + 1, buffer);
+    return static_cast<unsigned long>(nameLength);
+}
+
+unsigned long GetCustomResFileName(wchar_t* const buffer)
+{
+    unsigned long written = 0;
+    uinfo::copyStoredText(TarvoConfig::eCurrentProfile, L"CommonSettings\\CustomResFile", buffer, written);
+    return written;
+}

@@ -1,0 +1,39 @@
+// The user interface style file and the user data cache folder.
+#include "locations/stored_text.h"
+#include "platform/text.h"
+
+#include <RkUInfo.h>
+
+unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer)
+{
+    unsigned long stored = 0;
+    if (uinfo::copyStoredText(TarvoConfig::eUserConfig, L"Config\\UIStyle", buffer, stored)) {
+        return stored;
+    }
+    if (GetUserApplicationDataSupportPath(buffer) == 0) {
+        return 0;
+    }
+    constexpr std::size_t capacity = uinfo::pathCapacity - 2;
+    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, capacity);
+    return path.append(L"Style.tus") ? static_cast<unsigned long>(path.length()) : 0;
+}
+
+const wchar_t* GetVelaUserDataCachePath()
+{
+    return velaGetProduct()->userDataCachePath();
+}
+
+unsigned long GetVelaUserDataCacheLanPath(wchar_t* const buffer)
+{
+    if (buffer == nullptr) {
+        return 0;
+    }
+    constexpr std::size_t capacity = uinfo::pathCapacity - 2;
+    uinfo::BoundedText path(buffer, capacity);
+    const wchar_t* const cache = GetVelaUserDataCachePath();
+    if (uinfo::isEmpty(cache) || !path.append(cache) || !path.appendComponent(GetCurrentLanguageShortName())) {
+        path.cut(0);
+        return 0;
+    }
+    return static_cast<unsigned long>(path.length());
+}

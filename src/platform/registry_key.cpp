@@ -1,0 +1,46 @@
+#include "platform/registry_key.h"
+
+namespace uinfo {
+
+RegistryKey RegistryKey::open(HKEY parent, const wchar_t* path, REGSAM access)
+{
+    HKEY key = nullptr;
+    return RegistryKey(RegOpenKeyExW(parent, path, 0, access, &key) == ERROR_SUCCESS ? key : nullptr);
+}
+
+RegistryKey RegistryKey::openOrCreate(HKEY parent, const wchar_t* path)
+{
+    RegistryKey opened = open(parent, path, KEY_WRITE);
+    if (opened) {
+        return opened;
+    }
+    HKEY key = nullptr;
+    const LSTATUS status = RegCreateKeyExW(parent, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
+                                           &key, nullptr);
+    return RegistryKey(status == ERROR_SUCCESS ? key : nullptr);
+}
+
+bool RegistryKey::queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const
+{
+    auto size = static_cast<DWORD>((out.capacity() - 1) * sizeof(wchar_t));
+    const LSTATUS status =
+        RegQueryValueExW(m_key, valueName, nullptr, &type, reinterpret_cast<BYTE*>(out.data()), &size);
+    out.cut(status == ERROR_SUCCESS ? size / sizeof(wchar_t) : 0);
+    out.measure(); // the stored data may hold its own terminator
+    return status == ERROR_SUCCESS;
+}
+
+bool RegistryKey::queryString(const wchar_t* valueName, BoundedText& out) const
+{
+    DWORD type = REG_NONE;
+    return queryText(valueName, out, type) && type == REG_SZ && !out.empty();
+}
+
+bool RegistryKey::setString(const wchar_t* valueName, const wchar_t* text) const
+{
+    const auto size = static_cast<DWORD>((length(text) + 1) * sizeof(wchar_t));
+    return RegSetValueExW(m_key, valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), size) ==
+           ERROR_SUCCESS;
+}
+
+} // namespace uinfo

@@ -1,0 +1,94 @@
+#include "platform/text.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+
+namespace uinfo {
+
+std::size_t length(const wchar_t* text)
+{
+    std::size_t count = 0;
+    if (text != nullptr) {
+        while (text[count] != 0) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+bool equalIgnoringCase(const wchar_t* a, const wchar_t* b)
+{
+    constexpr int terminated = -1;
+    return CompareStringOrdinal(a == nullptr ? L"" : a, terminated, b == nullptr ? L"" : b, terminated, TRUE) ==
+           CSTR_EQUAL;
+}
+
+wchar_t* duplicate(const wchar_t* text)
+{
+    if (text == nullptr) {
+        return nullptr;
+    }
+    const std::size_t count = length(text) + 1;
+    auto* const copy = new wchar_t[count];
+    std::copy_n(text, count, copy);
+    return copy;
+}
+
+std::size_t folderLength(const wchar_t* path)
+{
+    std::size_t count = length(path);
+    while (count > 0 && path[count - 1] != L'\\' && path[count - 1] != L'/' && path[count - 1] != L':') {
+        --count;
+    }
+    return count;
+}
+
+BoundedText BoundedText::behind(wchar_t* storage, std::size_t capacity)
+{
+    const std::size_t held = uinfo::length(storage);
+    BoundedText text(storage + held, capacity - held);
+    text.m_storage = storage;
+    text.m_capacity = capacity;
+    text.m_length = held;
+    return text;
+}
+
+bool BoundedText::append(const wchar_t* text, std::size_t count)
+{
+    if (count >= m_capacity - m_length) {
+        return false;
+    }
+    std::copy_n(text, count, m_storage + m_length);
+    cut(m_length + count);
+    return true;
+}
+
+bool BoundedText::appendComponent(const wchar_t* text)
+{
+    const std::size_t before = m_length;
+    if (append(L"\\", 1) && append(text)) {
+        return true;
+    }
+    cut(before);
+    return false;
+}
+
+bool BoundedText::appendNumber(std::int32_t number)
+{
+    char digits[16];
+    const std::to_chars_result end = std::to_chars(std::begin(digits), std::end(digits), number);
+    wchar_t wide[16];
+    std::copy(std::begin(digits), end.ptr, wide);
+    return append(wide, static_cast<std::size_t>(end.ptr - digits));
+}
+
+void BoundedText::measure()
+{
+    m_storage[m_capacity - 1] = 0;
+    m_length = uinfo::length(m_storage);
+}
+
+} // namespace uinfo

@@ -1,0 +1,83 @@
+// Bounded texts, and the few wide text routines of the library: the C runtime's assume the host's own wchar_t.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace uinfo {
+
+/// Capacity of every key path and file path: 1023 characters and the terminator.
+inline constexpr std::size_t pathCapacity = 1024;
+
+inline bool isEmpty(const wchar_t* text)
+{
+    return text == nullptr || *text == 0;
+}
+
+/// Characters before the terminator; 0 for null.
+std::size_t length(const wchar_t* text);
+
+/// Whether two texts are equal as the system's own names are, ignoring case. Null equals the empty text.
+bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
+
+/// An array-allocated copy, which the caller owns; null stays null.
+wchar_t* duplicate(const wchar_t* text);
+
+/// The characters up to and including the last path separator, the drive's colon counted as one; 0 for none.
+std::size_t folderLength(const wchar_t* path);
+
+/// Builds a terminated text in storage of fixed capacity (terminator counted), which must be 1 or more. What
+/// does not fit whole is not appended.
+class BoundedText
+{
+public:
+    /// Starts empty.
+    BoundedText(wchar_t* storage, std::size_t capacity) : m_storage(storage), m_capacity(capacity) { cut(0); }
+
+    /// Goes on behind the text that the storage holds.
+    static BoundedText behind(wchar_t* storage, std::size_t capacity);
+
+    bool append(const wchar_t* text, std::size_t count);
+    bool append(const wchar_t* text) { return append(text, uinfo::length(text)); }
+    /// Appends one backslash and the text, or nothing.
+    bool appendComponent(const wchar_t* text);
+    bool appendNumber(std::int32_t number);
+
+    /// Keeps the first characters.
+    void cut(std::size_t newLength)
+    {
+        m_length = newLength;
+        m_storage[newLength] = 0;
+    }
+
+    /// Takes over what a system call wrote into the storage.
+    void measure();
+
+    wchar_t* data() { return m_storage; }
+    const wchar_t* text() const { return m_storage; }
+    std::size_t length() const { return m_length; }
+    std::size_t capacity() const { return m_capacity; }
+    bool empty() const { return m_length == 0; }
+
+private:
+    wchar_t* m_storage;
+    std::size_t m_capacity;
+    std::size_t m_length = 0;
+};
+
+/// A BoundedText with storage of its own. Only the terminator is cleared.
+template <std::size_t Capacity>
+class TextBuffer : public BoundedText
+{
+public:
+    TextBuffer() : BoundedText(m_characters, Capacity) {}
+    TextBuffer(const TextBuffer&) = delete;
+    TextBuffer& operator=(const TextBuffer&) = delete;
+
+private:
+    wchar_t m_characters[Capacity];
+};
+
+using PathBuffer = TextBuffer<pathCapacity>;
+
+} // namespace uinfo

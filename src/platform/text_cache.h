@@ -1,0 +1,35 @@
+// Texts that are worked out on first use and kept.
+#pragma once
+
+#include "platform/text.h"
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+
+namespace uinfo {
+
+/// The text kept in cache, filled by fill(BoundedText&) while it is empty; still empty where fill gives false.
+/// Safe from several threads: a filled cache is read without a lock and never changes, and threads that come
+/// first together each work out the text, of which one is kept.
+template <std::size_t Capacity, typename Fill>
+const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
+{
+    const std::atomic_ref<wchar_t> first(cache[0]);
+    if (first.load(std::memory_order_acquire) != 0) {
+        return cache;
+    }
+    TextBuffer<Capacity> text;
+    if (!fill(static_cast<BoundedText&>(text))) {
+        return L"";
+    }
+    static std::mutex publishing;
+    const std::lock_guard<std::mutex> lock(publishing);
+    if (first.load(std::memory_order_relaxed) == 0) {
+        std::copy_n(text.text() + 1, text.length(), cache + 1);
+        first.store(*text.text(), std::memory_order_release);
+    }
+    return cache;
+}
+
+} // namespace uinfo

@@ -1,0 +1,178 @@
+#include "product/product.h"
+
+#include "config/names.h"
+#include "platform/executable.h"
+#include "platform/text.h"
+#include "platform/text_cache.h"
+
+#include <RkUInfo.h>
+
+#include <shlobj.h>
+#include <windows.h>
+
+#include <atomic>
+#include <mutex>
+
+namespace {
+
+using uinfo::BoundedText;
+
+constexpr wchar_t userDataCache[] = L"UserDataCache";
+constexpr unsigned long modulePathSize = 1023;
+constexpr long helpPathSize = 511;
+
+bool buildUserDataCachePath(BoundedText& path)
+{
+    uinfo::PathBuffer folder;
+    return uinfo::executableFolder(folder, modulePathSize) && path.append(folder.text()) &&
+           path.append(userDataCache);
+}
+
+/// A process that runs in its own user data cache folder would keep it from being removed.
+void fixWorkingDirectory()
+{
+    uinfo::PathBuffer cacheFolder;
+    GetModuleFileNameW(GetModuleHandleW(nullptr), cacheFolder.data(), MAX_PATH);
+    cacheFolder.cut(uinfo::folderLength(cacheFolder.text()));
+    cacheFolder.append(userDataCache);
+
+    wchar_t current[MAX_PATH] = {};
+    const DWORD currentLength = GetCurrentDirectoryW(MAX_PATH, current);
+    if (currentLength == 0 || currentLength >= MAX_PATH ||
+        !uinfo::equalIgnoringCase(current, cacheFolder.text())) {
+        return;
+    }
+    wchar_t documents[MAX_PATH] = {};
+    if (SUCCEEDED(SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT,
+                                   documents))) {
+        SetCurrentDirectoryW(documents);
+    }
+}
+
+} // namespace
+
+namespace uinfo {
+
+TarvoProduct::TarvoProduct()
+{
+    fixWorkingDirectory();
+}
+
+const wchar_t* TarvoProduct::productName()
+{
+    return velaConfig()->productName();
+}
+
+const wchar_t* TarvoProduct::defaultProductName()
+{
+    return defaultProduct;
+}
+
+const wchar_t* TarvoProduct::companyName()
+{
+    return velaConfig()->companyName();
+}
+
+const wchar_t* TarvoProduct::programVersionString()
+{
+    return versionSegment;
+}
+
+const wchar_t* TarvoProduct::helpFilePath()
+{
+    const wchar_t* const path = cachedText(m_helpFilePath, [](BoundedText& help) {
+        const long length = GetHelpFilePath(help.data(), helpPathSize);
+        help.measure();
+        return length > 0;
+    });
+    return isEmpty(path) ? L"RKHelp.exe" : path;
+}
+
+const TarvoLanguage& TarvoProduct::language()
+{
+    return velaConfig()->language();
+}
+
+long TarvoProduct::productType()
+{
+    const wchar_t* const name = productName();
+    std::int32_t type = 4;
+    if (equalIgnoringCase(name, L"TARVOA")) {
+        type = 3;
+    } else if (equalIgnoringCase(name, L"TARVOM")) {
+        type = 2;
+    } else if (equalIgnoringCase(name, L"TARVO")) {
+        type = 1;
+    }
+    std::atomic_ref(m_productType).store(type, std::memory_order_relaxed);
+    return type;
+}
+
+long TarvoProduct::productNumber()
+{
+    return 27;
+}
+
+long TarvoProduct::productFlagA()
+{
+    return 1;
+}
+
+long TarvoProduct::productFlagB()
+{
+    return 1;
+}
+
+const wchar_t* TarvoProduct::productVersionTag()
+{
+    return L"4.0";
+}
+
+const wchar_t* TarvoProduct::userDataCachePath()
+{
+    return cachedText(m_userDataCachePath, buildUserDataCachePath);
+}
+
+long TarvoProduct::getSharedValueA()
+{
+    return readShared(m_sharedValueA);
+}
+
+void TarvoProduct::setSharedValueA(long value)
+{
+    writeShared(m_sharedValueA, value);
+}
+
+long TarvoProduct::getSharedValueB()
+{
+    return readShared(m_sharedValueB);
+}
+
+void TarvoProduct::setSharedValueB(long value)
+{
+    writeShared(m_sharedValueB, value);
+}
+
+long TarvoProduct::getSharedValueC()
+{
+    return readShared(m_sharedValueC);
+}
+
+void TarvoProduct::setSharedValueC(long value)
+{
+    writeShared(m_sharedValueC, value);
+}
+
+long TarvoProduct::readShared(const std::int32_t& value)
+{
+    const std::lock_guard<RkLocker> lock(m_lock);
+    return value;
+}
+
+void TarvoProduct::writeShared(std::int32_t& value, long newValue)
+{
+    const std::lock_guard<RkLocker> lock(m_lock);
+    value = static_cast<std::int32_t>(newValue);
+}
+
+} // namespace uinfo

@@ -1,0 +1,60 @@
+// Creates the current user's product tree and records what is current at each of its levels.
+#include "config/names.h"
+#include "platform/registry_key.h"
+#include "platform/text.h"
+
+#include <RkUInfo.h>
+
+#include <windows.h>
+
+namespace {
+
+constexpr unsigned long storedProfileCapacity = 260;
+
+VelaVariant textValue(const wchar_t* text)
+{
+    VelaVariant value;
+    value.setString(text);
+    return value;
+}
+
+void recordCurrentProduct(const TarvoConfig& config)
+{
+    uinfo::PathBuffer companyRoot;
+    if (!companyRoot.append(uinfo::softwareKey) || !companyRoot.append(config.companyName())) {
+        return;
+    }
+    const uinfo::RegistryKey key =
+        uinfo::RegistryKey::open(HKEY_CURRENT_USER, companyRoot.text(), KEY_WRITE);
+    if (key) {
+        key.setString(uinfo::currentProduct, config.productName());
+    }
+}
+
+/// The profile that is named already, else the one of start-up, of whatever length.
+VelaVariant currentProfile(const TarvoConfig& config)
+{
+    wchar_t stored[storedProfileCapacity];
+    unsigned long size = storedProfileCapacity;
+    return textValue(GetCurrentProfileName(stored, size) != 0 ? stored : config.profileNameCmdLineInfo());
+}
+
+} // namespace
+
+TarvoConfig::Error CreateConfigReg()
+{
+    TarvoConfig& config = *velaConfig();
+    const bool existed = config.isItemExist(TarvoConfig::eProductRoot, nullptr) != 0;
+    config.addValue(TarvoConfig::eProductRoot, nullptr, uinfo::currentVersion,
+                    textValue(GetVelaProgramVersionString()));
+    if (!existed) {
+        recordCurrentProduct(config);
+    }
+    if (config.isItemExist(TarvoConfig::eProductRoot, nullptr) == 0) {
+        return TarvoConfig::eRegistryError;
+    }
+    config.addValue(TarvoConfig::eVersionRoot, nullptr, uinfo::currentVersion,
+                    textValue(GetCurrentLanguageShortName()));
+    config.setValue(TarvoConfig::eProfilesRoot, L"", currentProfile(config));
+    return TarvoConfig::eOk;
+}

@@ -1,0 +1,231 @@
+// The iterators over the sub-keys and the values of one key.
+#include "platform/registry_key.h"
+#include "platform/text.h"
+#include "store/codec.h"
+#include "store/key_path.h"
+#include "store/shared_keys.h"
+
+#include <RkUInfo.h>
+
+#include <windows.h>
+
+#include <algorithm>
+
+namespace {
+
+using Error = TarvoConfig::Error;
+using uinfo::RegistryKey;
+
+constexpr long unreachableNameLength = 8192; // reported for a name that no call returns
+
+/// Opens the key that an iterator is to walk.
+Error openForWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, RegistryKey& key)
+{
+    uinfo::KeyPath keyPath;
+    if (!keyPath.assign(config, path, item)) {
+        return TarvoConfig::eInvalidInput;
+    }
+    key = RegistryKey::open(HKEY_CURRENT_USER, keyPath.text(), KEY_ALL_ACCESS);
+    return key ? TarvoConfig::eOk : TarvoConfig::eNotFound;
+}
+
+struct KeyInfo
+{
+    DWORD subKeys = 0;
+    DWORD maxSubKeyLength = 0;
+    DWORD maxClassLength = 0;
+    DWORD values = 0;
+    DWORD maxValueNameLength = 0;
+    DWORD maxValueLength = 0;
+};
+
+bool queryInfo(const RegistryKey& key, KeyInfo& info)
+{
+    wchar_t keyClass[MAX_PATH];
+    DWORD classLength = MAX_PATH;
+    return RegQueryInfoKeyW(key.get(), keyClass, &classLength, nullptr, &info.subKeys, &info.maxSubKeyLength,
+                            &info.maxClassLength, &info.values, &info.maxValueNameLength, &info.maxValueLength,
+                            nullptr, nullptr) == ERROR_SUCCESS;
+}
+
+/// Hands an enumerated name to the caller, whose capacity length gives and receives the need.
+Error copyName(LSTATUS status, const wchar_t* name, DWORD nameLength, wchar_t* buffer, long& length)
+{
+    if (status == ERROR_MORE_DATA) {
+        length = unreachableNameLength;
+        return TarvoConfig::eBufferTooSmall;
+    }
+    if (status != ERROR_SUCCESS) {
+        return TarvoConfig::eInvalidIterator;
+    }
+    const long needed = static_cast<long>(nameLength) + 1;
+    const bool fits = buffer != nullptr && length >= needed;
+    if (fits) {
+        std::copy_n(name, needed, buffer);
+    }
+    length = needed;
+    return fits ? TarvoConfig::eOk : TarvoConfig::eBufferTooSmall;
+}
+
+Error stepIndex(std::int32_t& index, std::int32_t count)
+{
+    if (index < 0 || index >= count) {
+        return TarvoConfig::eInvalidIterator;
+    }
+    ++index;
+    return TarvoConfig::eOk;
+}
+
+/// Runs use(name) on the name of the value that an iterator stands on.
+template <typename Use>
+Error withCurrentName(const TarvoConfig::ValueIterator& it, Use use)
+{
+    wchar_t name[uinfo::pathCapacity];
+    long nameLength = uinfo::pathCapacity;
+    const Error error = it.key(name, nameLength);
+    return error == TarvoConfig::eOk ? use(name) : error;
+}
+
+} // namespace
+
+TarvoConfig::Error TarvoConfig::findItem(Path path, const wchar_t* item, ItemIterator& it)
+{
+    uinfo::abandonKey(it.m_key);
+    it.m_key = nullptr;
+    it.m_index = 0;
+    it.m_subKeyCount = 0;
+    it.m_maxSubKeyNameLength = 0;
+    it.m_maxClassLength = 0;
+    RegistryKey key;
+    if (const Error error = openForWalk(*this, path, item, key); error != eOk) {
+        return error;
+    }
+    KeyInfo info;
+    if (!queryInfo(key, info)) {
+        return eRegistryError;
+    }
+    it.m_key = key.release();
+    it.m_subKeyCount = static_cast<std::int32_t>(info.subKeys);
+    it.m_maxSubKeyNameLength = info.maxSubKeyLength;
+    it.m_maxClassLength = info.maxClassLength;
+    return eOk;
+}
+
+TarvoConfig::Error TarvoConfig::findItem(Path path, const wchar_t* item, ValueIterator& it)
+{
+    uinfo::abandonKey(it.m_key);
+    it.m_key = nullptr;
+    it.m_index = 0;
+    it.m_valueCount = 0;
+    it.m_maxValueNameLength = 0;
+    it.m_maxValueDataLength = 0;
+    RegistryKey key;
+    if (const Error error = openForWalk(*this, path, item, key); error != eOk) {
+        return error;
+    }
+    KeyInfo info;
+    if (!queryInfo(key, info)) {
+        return eRegistryError;
+    }
+    it.m_key = key.release();
+    it.m_valueCount = static_cast<std::int32_t>(info.values);
+    it.m_maxValueNameLength = info.maxValueNameLength;
+    it.m_maxValueDataLength = info.maxValueLength;
+    return eOk;
+}
+
+TarvoConfig::ItemIterator::ItemIterator()
+    : m_key(nullptr), m_index(-1), m_subKeyCount(0), m_maxSubKeyNameLength(0), m_maxClassLength(0)
+{
+}
+
+TarvoConfig::ItemIterator::~ItemIterator()
+{
+    uinfo::releaseKey(m_key);
+    m_key = nullptr;
+}
+
+TarvoConfig::ItemIterator& TarvoConfig::ItemIterator::operator=(const ItemIterator& other)
+{
+    uinfo::shareKey(other.m_key); // first, so that assigning a key's other owner does not close it
+    uinfo::releaseKey(m_key);
+    m_key = other.m_key;
+    m_index = other.m_index;
+    m_subKeyCount = other.m_subKeyCount;
+    m_maxSubKeyNameLength = other.m_maxSubKeyNameLength;
+    m_maxClassLength = other.m_maxClassLength;
+    return *this;
+}
+
+TarvoConfig::Error TarvoConfig::ItemIterator::name(wchar_t* buffer, long& length) const
+{
+    if (m_key == nullptr) {
+        return eInvalidIterator;
+    }
+    wchar_t name[uinfo::pathCapacity];
+    DWORD nameLength = uinfo::pathCapacity;
+    const LSTATUS status = RegEnumKeyExW(m_key, static_cast<DWORD>(m_index), name, &nameLength, nullptr, nullptr,
+                                         nullptr, nullptr);
+    return copyName(status, name, nameLength, buffer, length);
+}
+
+TarvoConfig::Error TarvoConfig::ItemIterator::step() const
+{
+    return stepIndex(m_index, m_subKeyCount);
+}
+
+long TarvoConfig::ItemIterator::getSubKeyCount() const
+{
+    return m_subKeyCount;
+}
+
+TarvoConfig::ValueIterator::ValueIterator()
+    : m_key(nullptr), m_index(-1), m_valueCount(0), m_maxValueNameLength(0), m_maxValueDataLength(0)
+{
+}
+
+TarvoConfig::ValueIterator::~ValueIterator()
+{
+    uinfo::releaseKey(m_key);
+    m_key = nullptr;
+}
+
+TarvoConfig::ValueIterator& TarvoConfig::ValueIterator::operator=(const ValueIterator& other)
+{
+    uinfo::shareKey(other.m_key); // first, so that assigning a key's other owner does not close it
+    uinfo::releaseKey(m_key);
+    m_key = other.m_key;
+    m_index = other.m_index;
+    m_valueCount = other.m_valueCount;
+    m_maxValueNameLength = other.m_maxValueNameLength;
+    m_maxValueDataLength = other.m_maxValueDataLength;
+    return *this;
+}
+
+TarvoConfig::Error TarvoConfig::ValueIterator::key(wchar_t* buffer, long& length) const
+{
+    if (m_key == nullptr) {
+        return eInvalidIterator;
+    }
+    wchar_t name[uinfo::pathCapacity];
+    DWORD nameLength = uinfo::pathCapacity;
+    const LSTATUS status = RegEnumValueW(m_key, static_cast<DWORD>(m_index), name, &nameLength, nullptr, nullptr,
+                                         nullptr, nullptr);
+    return copyName(status, name, nameLength, buffer, length);
+}
+
+TarvoConfig::Error TarvoConfig::ValueIterator::value(VelaVariant& out) const
+{
+    return withCurrentName(*this,
+                           [&](const wchar_t* name) { return uinfo::readValueFromKey(m_key, name, out); });
+}
+
+TarvoConfig::Error TarvoConfig::ValueIterator::setValue(const VelaVariant& v)
+{
+    return withCurrentName(*this, [&](const wchar_t* name) { return uinfo::writeValueToKey(m_key, name, v); });
+}
+
+TarvoConfig::Error TarvoConfig::ValueIterator::step() const
+{
+    return stepIndex(m_index, m_valueCount);
+}

@@ -1,0 +1,60 @@
+// Key paths as clients write them, and the full key paths that the store opens.
+#pragma once
+
+#include "platform/text.h"
+
+#include <RkUInfo/TarvoConfig.h>
+
+namespace uinfo {
+
+/// Turns every '/' into '\' in place; gives its argument.
+wchar_t* toBackslashes(wchar_t* text);
+
+/// Cuts trailing backslashes in place and gives the text behind the leading ones; null for null or empty.
+wchar_t* trimBackslashes(wchar_t* text);
+
+/// Normalises text and splits it at its last backslash, in place: text becomes what is before it, or null, and
+/// the result is what is behind it. Null or empty gives null and leaves text alone.
+wchar_t* splitKeyPath(wchar_t*& text);
+
+/// A private copy of a client's path, to be normalised in place.
+class ClientPath
+{
+public:
+    /// False when the path has 1024 characters or more. Null counts as empty.
+    bool assign(const wchar_t* path) { return isEmpty(path) || m_text.append(path); }
+
+    /// The text to normalise; null when it is empty.
+    wchar_t* text() { return m_text.empty() ? nullptr : m_text.data(); }
+
+private:
+    PathBuffer m_text;
+};
+
+/// The full path of a key below a subtree's root, relative to HKEY_CURRENT_USER.
+class KeyPath
+{
+public:
+    /// Starts with the subtree's root; false when it has none.
+    bool assignRoot(const TarvoConfig& config, TarvoConfig::Path root);
+
+    /// Appends '\' and a sub-path, however short; false when root and sub-path pass the limit.
+    bool join(const wchar_t* subPath, std::size_t limit);
+
+    /// The root, then the client's sub-path, if any, normalised and joined. The limit is that of every operation
+    /// that changes the tree.
+    bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
+
+    const wchar_t* text() const { return m_path.text(); }
+    wchar_t* data() { return m_path.data(); }
+
+private:
+    PathBuffer m_path;
+};
+
+/// Longest root and sub-path of the operations that only read.
+inline constexpr std::size_t longestReadPath = 1020;
+/// Longest root and sub-path of all others.
+inline constexpr std::size_t longestChangePath = 1021;
+
+} // namespace uinfo

@@ -1,0 +1,166 @@
+// The item and value operations of the configuration object.
+#include "platform/registry_key.h"
+#include "platform/text.h"
+#include "store/codec.h"
+#include "store/key_path.h"
+#include "store/key_tree.h"
+
+#include <RkUInfo.h>
+
+#include <windows.h>
+
+namespace {
+
+using uinfo::isEmpty;
+using uinfo::KeyPath;
+using uinfo::RegistryKey;
+
+/// A value path in its two parts: a null key part for the subtree's own key, a null name for a key's default
+/// value.
+struct ValuePath
+{
+    uinfo::ClientPath copy;
+    wchar_t* keyPart = nullptr;
+    const wchar_t* valueName = nullptr;
+
+    bool assign(const wchar_t* valuePath)
+    {
+        if (!copy.assign(valuePath)) {
+            return false;
+        }
+        keyPart = copy.text();
+        valueName = uinfo::splitKeyPath(keyPart);
+        return true;
+    }
+};
+
+} // namespace
+
+int TarvoConfig::isItemExist(Path path, const wchar_t* item)
+{
+    KeyPath key;
+    if (!key.assignRoot(*this, path)) {
+        return 0;
+    }
+    if (!isEmpty(item)) {
+        const std::size_t dropped = *item == L'\\' || *item == L'/' ? 1 : 0;
+        if (!key.join(item + dropped, uinfo::longestReadPath - dropped)) {
+            return 0;
+        }
+    }
+    return RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_READ) ? 1 : 0;
+}
+
+TarvoConfig::Error TarvoConfig::getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const
+{
+    KeyPath key;
+    ValuePath parts;
+    if (!key.assignRoot(*this, path) || !parts.assign(valuePath) ||
+        (!isEmpty(parts.keyPart) && !key.join(parts.keyPart, uinfo::longestReadPath))) {
+        return eInvalidInput;
+    }
+    const RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_READ);
+    return opened ? uinfo::readValueFromKey(opened.get(), parts.valueName, value) : eNotFound;
+}
+
+TarvoConfig::Error TarvoConfig::setValue(Path path, const wchar_t* valuePath, const VelaVariant& value)
+{
+    ValuePath parts;
+    if (!parts.assign(valuePath)) {
+        return eInvalidInput;
+    }
+    return addValue(path, parts.keyPart, parts.valueName, value);
+}
+
+TarvoConfig::Error TarvoConfig::getValue(const ItemIterator& item, const wchar_t* valueName,
+                                         VelaVariant& value) const
+{
+    wchar_t name[uinfo::pathCapacity];
+    long nameLength = uinfo::pathCapacity;
+    if (const Error error = item.name(name, nameLength); error != eOk) {
+        return error;
+    }
+    if (isEmpty(name)) {
+        return eRegistryError;
+    }
+    const RegistryKey opened = RegistryKey::open(item.m_key, name, KEY_READ);
+    return opened ? uinfo::readValueFromKey(opened.get(), valueName, value) : eNotFound;
+}
+
+TarvoConfig::Error TarvoConfig::setValue(ItemIterator& item, const wchar_t* valueName,
+                                         const VelaVariant& value) const
+{
+    if (item.m_key == nullptr) {
+        return eNotFound;
+    }
+    wchar_t name[uinfo::pathCapacity];
+    long nameLength = uinfo::pathCapacity;
+    if (const Error error = item.name(name, nameLength); error != eOk) {
+        return error;
+    }
+    const RegistryKey opened = RegistryKey::open(item.m_key, name, KEY_WRITE);
+    return opened ? uinfo::writeValueToKey(opened.get(), valueName, value) : eNotFound;
+}
+
+TarvoConfig::Error TarvoConfig::addItem(Path path, const wchar_t* item)
+{
+    KeyPath key;
+    if (!key.assign(*this, path, item)) {
+        return eInvalidInput;
+    }
+    return RegistryKey::openOrCreate(HKEY_CURRENT_USER, key.text()) ? eOk : eRegistryError;
+}
+
+TarvoConfig::Error TarvoConfig::addValue(Path path, const wchar_t* item, const wchar_t* valueName,
+                                         const VelaVariant& value)
+{
+    KeyPath key;
+    if (!key.assign(*this, path, item)) {
+        return eInvalidInput;
+    }
+    const RegistryKey opened = RegistryKey::openOrCreate(HKEY_CURRENT_USER, key.text());
+    return opened ? uinfo::writeValueToKey(opened.get(), valueName, value) : eNotFound;
+}
+
+TarvoConfig::Error TarvoConfig::removeItem(Path path, const wchar_t* item)
+{
+    KeyPath key;
+    uinfo::ClientPath copy;
+    if (!key.assignRoot(*this, path) || !copy.assign(item)) {
+        return eInvalidInput;
+    }
+    const wchar_t* parent = key.text();
+    const wchar_t* removed = nullptr;
+    if (copy.text() != nullptr) {
+        wchar_t* parentPart = copy.text();
+        removed = uinfo::splitKeyPath(parentPart);
+        if (!isEmpty(parentPart) && !key.join(parentPart, uinfo::longestChangePath)) {
+            return eInvalidInput;
+        }
+    } else {
+        wchar_t* rootsParent = key.data();
+        removed = uinfo::splitKeyPath(rootsParent);
+        parent = rootsParent;
+    }
+    if (isEmpty(removed)) {
+        return eNotFound;
+    }
+    const RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, parent, KEY_ALL_ACCESS);
+    if (!opened) {
+        return eNotFound;
+    }
+    return uinfo::removeKeyTree(opened.get(), removed) ? eOk : eRegistryError;
+}
+
+TarvoConfig::Error TarvoConfig::removeValue(Path path, const wchar_t* item, const wchar_t* valueName)
+{
+    KeyPath key;
+    if (!key.assign(*this, path, item)) {
+        return eInvalidInput;
+    }
+    const RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_ALL_ACCESS);
+    if (!opened) {
+        return eNotFound;
+    }
+    return RegDeleteValueW(opened.get(), valueName) == ERROR_SUCCESS ? eOk : eRegistryError;
+}
