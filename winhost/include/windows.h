@@ -227,4 +227,4 @@ WINHOST_API INT CompareStringOrdinal(LPCWSTR a, INT aLength, LPCWSTR b, INT bLen
 #define IDNO 7
 
 WINHOST_API INT MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
-[[noreturn]] WINHOST_API void ExitProcess(UINT code);
+WINHOST_API void ExitProcess(UINT code) __attribute__((noreturn));
