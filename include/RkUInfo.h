@@ -35,8 +35,8 @@ RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wcha
                                               const wchar_t* language, const wchar_t* profile);
 
 /// Creates the current user's product tree and records version, language and profile in it. Call it after
-/// InitVelaConfig, as often as you like: a current profile that is named already stays. A start-up profile name
-/// of any length is stored whole.
+/// InitVelaConfig, as often as you like: a current profile that is named already stays. A start-up profile
+/// name of any length is stored whole.
 /// @return eOk, or eRegistryError when the product key does not exist afterwards. Throws a RkErrorStatus*
 ///         without memory.
 RKUINFO_API TarvoConfig::Error CreateConfigReg();
@@ -68,8 +68,8 @@ RKUINFO_API long GetVelaLanguageIdByShortName(const wchar_t* shortName);
 /// The LCID of the current language, 1033 before start-up.
 RKUINFO_API long GetCurrentVelaLanguageId();
 RKUINFO_API const wchar_t* GetCurrentProductName();
-/// The build stamp, bare (21 characters) or as VERNUM = "..." (32 characters). size counts characters with the
-/// terminator; one that is too small leaves an empty text.
+/// The build stamp, bare (21 characters) or as VERNUM = "..." (32 characters). size counts characters with
+/// the terminator; one that is too small leaves an empty text.
 RKUINFO_API void GetVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
 /// The resource version number, which is empty: "" or VERNUM = "" (11 characters). As GetVerNum.
 RKUINFO_API void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
@@ -80,8 +80,8 @@ RKUINFO_API const wchar_t* GetServicePackageVersionString();
 // "The program" is the process's executable. Sizes count characters with the terminator. No function here
 // checks that a file exists; joined paths follow MAX_PATH (260).
 
-/// The program folder with its trailing backslash. Needs its length + 1 characters; buffer is untouched when it
-/// is smaller. Read once per process; safe from several threads.
+/// The program folder with its trailing backslash. Needs its length + 1 characters; buffer is untouched when
+/// it is smaller. Read once per process; safe from several threads.
 RKUINFO_API unsigned long GetProgramPath(wchar_t* buffer, unsigned long size);
 /// "unknown" before start-up.
 RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
@@ -100,27 +100,27 @@ RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t*
 RKUINFO_API HINSTANCE__* LoadResourceDll(const wchar_t* fileName);
 /// The same with LoadLibraryExW, which gets file and flags unchanged.
 RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long flags);
-/// The path of "RKHelp.exe" in the program folder. Needs its length + 2 characters; buffer is untouched when it
-/// is smaller.
+/// The path of "RKHelp.exe" in the program folder. Needs its length + 2 characters; buffer is untouched when
+/// it is smaller.
 RKUINFO_API long GetHelpFilePath(wchar_t* buffer, long size);
 
 // ---- Per-user folders -------------------------------------------------------------------------------------
 // Each writes a path of at most 1021 characters, which ends with a backslash except where said, and creates
 // nothing. A failed call leaves the part that fitted. The odd spellings are part of the interface.
 
-RKUINFO_API unsigned long GetUserApplicationDataPath(wchar_t* const buffer);            ///< {roaming}\ .
-RKUINFO_API unsigned long GetUserApplicationDataComanyPath(wchar_t* const buffer);      ///< + {company}\ .
-RKUINFO_API unsigned long GetUserApplicationDataProductPath(wchar_t* const buffer);     ///< + {product}\ .
-RKUINFO_API unsigned long GetUserApplicationDataVersionPath(wchar_t* const buffer);     ///< + 2018\ .
-RKUINFO_API unsigned long GetUserApplicationDataLanguagePath(wchar_t* const buffer);    ///< + {language}\ .
-RKUINFO_API unsigned long GetUserApplicationDataSupportPath(wchar_t* const buffer);     ///< + Support\ .
-RKUINFO_API unsigned long GetUserApplicationDataPlottersPath(wchar_t* const buffer);    ///< + Plotters\ .
-RKUINFO_API unsigned long GetUserApplicationDataCrashReportPath(wchar_t* const buffer); ///< + CrashReport\ .
-RKUINFO_API unsigned long GetUserApplicationDataPrintstylePath(wchar_t* const buffer);  ///< + Printstyle\ .
-RKUINFO_API unsigned long GetUserLocalApplicationDataPath(wchar_t* const buffer);       ///< {local}\ .
-RKUINFO_API unsigned long GetUserLocalApplicationDataComanyPath(wchar_t* const buffer); ///< + {company}\ .
-RKUINFO_API unsigned long GetUserLocalApplicationDataProductPath(wchar_t* const buffer);  ///< + {product}\ .
-RKUINFO_API unsigned long GetUserLocalApplicationDataVersionPath(wchar_t* const buffer);  ///< + 2018\ .
+RKUINFO_API unsigned long GetUserApplicationDataPath(wchar_t* const buffer);             ///< {roaming}\ .
+RKUINFO_API unsigned long GetUserApplicationDataComanyPath(wchar_t* const buffer);       ///< + {company}\ .
+RKUINFO_API unsigned long GetUserApplicationDataProductPath(wchar_t* const buffer);      ///< + {product}\ .
+RKUINFO_API unsigned long GetUserApplicationDataVersionPath(wchar_t* const buffer);      ///< + 2018\ .
+RKUINFO_API unsigned long GetUserApplicationDataLanguagePath(wchar_t* const buffer);     ///< + {language}\ .
+RKUINFO_API unsigned long GetUserApplicationDataSupportPath(wchar_t* const buffer);      ///< + Support\ .
+RKUINFO_API unsigned long GetUserApplicationDataPlottersPath(wchar_t* const buffer);     ///< + Plotters\ .
+RKUINFO_API unsigned long GetUserApplicationDataCrashReportPath(wchar_t* const buffer);  ///< + CrashReport\ .
+RKUINFO_API unsigned long GetUserApplicationDataPrintstylePath(wchar_t* const buffer);   ///< + Printstyle\ .
+RKUINFO_API unsigned long GetUserLocalApplicationDataPath(wchar_t* const buffer);        ///< {local}\ .
+RKUINFO_API unsigned long GetUserLocalApplicationDataComanyPath(wchar_t* const buffer);  ///< + {company}\ .
+RKUINFO_API unsigned long GetUserLocalApplicationDataProductPath(wchar_t* const buffer); ///< + {product}\ .
+RKUINFO_API unsigned long GetUserLocalApplicationDataVersionPath(wchar_t* const buffer); ///< + 2018\ .
 RKUINFO_API unsigned long GetUserLocalApplicationDataLanguagePath(wchar_t* const buffer); ///< + {language}\ .
 /// {local language folder}Template, without trailing backslash.
 RKUINFO_API unsigned long GetUserLocalApplicationDataTemplatePath(wchar_t* const buffer);

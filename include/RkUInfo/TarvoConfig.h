@@ -11,8 +11,8 @@
 /// clients read and change the per-user configuration tree under HKEY_CURRENT_USER.
 ///
 /// The launcher starts it with InitVelaConfig before any other thread uses it; afterwards its fields are only
-/// read, and every operation may be called from any thread. Until then the names are the built-in defaults and
-/// every operation on the tree gives eInvalidInput (isItemExist: 0).
+/// read, and every operation may be called from any thread. Until then the names are the built-in defaults
+/// and every operation on the tree gives eInvalidInput (isItemExist: 0).
 ///
 /// An item is a registry key, a value a named registry value in one. An operation names its key by a Path and
 /// a sub-path below it, '/' and '\' alike as separators; null or empty names the Path's own key. A null or
@@ -30,7 +30,7 @@ public:
         eInvalidIterator = 4, ///< the iterator holds no key or stands past its end
         eRegistryError = 5,   ///< the registry refused; at start-up: the language's folder cannot be read
         eBufferTooSmall = 6,  ///< the length needed is reported
-        eInvalidInput = 7,    ///< a name or path exceeds its limit, or a step that must come first has not run
+        eInvalidInput = 7,    ///< a name or path exceeds its limit, or an earlier step is missing
     };
 
     /// The named subtrees of the registry tree, relative to HKEY_CURRENT_USER.
@@ -112,17 +112,17 @@ public:
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened nor created), eRegistryError
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
     /// Removes a key with everything below it; null or empty removes the subtree's own root key. Root and
-    /// parent part together may have 1021 characters. Where the system has no RegDeleteTreeW, keys are removed
-    /// one by one, children first.
+    /// parent part together may have 1021 characters. Where the system has no RegDeleteTreeW, keys are
+    /// removed one by one, children first.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
     /// Removes a value. Limit as addItem.
     /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (a missing value included)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
-    /// Positions an iterator on the first sub-key (or value) of a key, opened with full access. The iterator is
-    /// cleared first; a key that it alone still holds is not closed: assign a default-made one before using it
-    /// again. Root and sub-path together may have 1021 characters.
+    /// Positions an iterator on the first sub-key (or value) of a key, opened with full access. The iterator
+    /// is cleared first; a key that it alone still holds is not closed: assign a default-made one before
+    /// using it again. Root and sub-path together may have 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError; cleared unless eOk
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);
@@ -139,7 +139,7 @@ protected:
     int refreshProductName();
     /// out holds 1024 characters.
     Error getIniFilePath(wchar_t* out, const wchar_t* fileName);
-    /// At most outChars - 2 characters come back; out is empty or cut but terminated.
+    /// At most outChars - 2 characters come back; out is untouched where there is no readable file.
     Error readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out, unsigned long outChars,
                         const wchar_t* fileName);
     /// A missing key gives eNotFound and -1, a negative value eNotFound and that value.
@@ -169,12 +169,12 @@ protected:
 private:
     friend RKUINFO_API TarvoConfig* velaConfig();
 
-    wchar_t* m_productName;            // this and the next two: array-allocated, null until known
+    wchar_t* m_productName; // this and the next two: array-allocated, null until known
     wchar_t* m_companyName;
     wchar_t* m_profileNameCmdLineInfo;
     TarvoLanguage m_language;
-    wchar_t* m_rootPath;               // 1024 characters, null until the company is known
-    wchar_t* m_versionRootPath;        // 1024 characters, null until the product is known
+    wchar_t* m_rootPath;        // 1024 characters, null until the company is known
+    wchar_t* m_versionRootPath; // 1024 characters, null until the product is known
     std::int32_t m_initialized;
 };
 
@@ -194,9 +194,9 @@ public:
 
     /// The name of the current sub-key.
     /// @param buffer may be null, to ask for the capacity needed
-    /// @param length in: capacity of buffer in characters, terminator counted; out, on eOk and eBufferTooSmall:
-    ///               the characters needed, terminator counted (8192 for a name over 1023 characters, which no
-    ///               buffer receives)
+    /// @param length in: capacity of buffer in characters, terminator counted; out, on eOk and
+    ///               eBufferTooSmall: the characters needed, terminator counted (8192 for a name over 1023
+    ///               characters, which no buffer receives)
     /// @return eOk, eBufferTooSmall (buffer untouched), eInvalidIterator (length untouched)
     RKUINFO_API Error name(wchar_t* buffer, long& length) const;
     /// Moves to the next index; eInvalidIterator at the end.

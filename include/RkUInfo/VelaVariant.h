@@ -103,9 +103,9 @@ public:
         }
     }
 
-    /// Copies size bytes. Null data or size 0 gives an eBinary without a block; a negative size throws code 3,
-    /// a failed allocation code 6; the object then is an eBinary without a block.
-    /// The bytes may lie inside this object's own block.
+    /// Copies size bytes. Null data or size 0 gives an eBinary without a block; a negative size throws code
+    /// 3, a failed allocation code 6; the object then is an eBinary without a block. The bytes may lie inside
+    /// this object's own block.
     void setBinary(const void* data, std::int32_t size)
     {
         char* const old = m_data;
@@ -181,15 +181,7 @@ private:
         char* block;
     };
 
-    [[noreturn]] static void throwStatus(Vela::ErrorStatus code)
-    {
-        RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);
-        VelaCrashRecorder* const recorder = velaGetCrashRecorder();
-        if (recorder != nullptr && exception != nullptr) {
-            recorder->recordException(exception);
-        }
-        throw exception;
-    }
+    [[noreturn]] static void throwStatus(Vela::ErrorStatus code);
 
     static char* newBlock(std::int32_t dataSize)
     {
@@ -264,6 +256,17 @@ private:
 };
 
 #pragma pack(pop)
+
+// Outside the packing, which g++ would apply to the type information of the thrown pointer too.
+inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
+{
+    RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);
+    VelaCrashRecorder* const recorder = velaGetCrashRecorder();
+    if (recorder != nullptr && exception != nullptr) {
+        recorder->recordException(exception);
+    }
+    throw exception;
+}
 
 static_assert(sizeof(wchar_t) == 2, "text is UTF-16: build with 16-bit wchar_t (-fshort-wchar)");
 static_assert(sizeof(VelaVariant) == 12, "the value pointer must directly follow the type");

@@ -5,6 +5,8 @@
 
 #include <RkUInfo.h>
 
+#include <utility>
+
 namespace {
 
 using uinfo::BoundedText;
@@ -48,9 +50,7 @@ TarvoConfig::Error TarvoConfig::buildRootPathFromCompany()
     if (isEmpty(m_companyName) || uinfo::length(m_companyName) > longestRootedCompany) {
         return eInvalidInput;
     }
-    delete[] m_rootPath;
-    m_rootPath = nullptr; // the allocation below may throw
-    m_rootPath = new wchar_t[pathCapacity];
+    delete[] std::exchange(m_rootPath, new wchar_t[pathCapacity]);
     BoundedText root(m_rootPath, pathCapacity);
     root.append(uinfo::softwareKey);
     root.append(m_companyName);
@@ -99,9 +99,7 @@ TarvoConfig::Error TarvoConfig::buildRootPathFromProduct()
     }
     BoundedText root = BoundedText::behind(m_rootPath, pathCapacity);
     root.appendComponent(m_productName);
-    delete[] m_versionRootPath;
-    m_versionRootPath = nullptr; // the allocation below may throw
-    m_versionRootPath = new wchar_t[pathCapacity];
+    delete[] std::exchange(m_versionRootPath, new wchar_t[pathCapacity]);
     BoundedText versionRoot(m_versionRootPath, pathCapacity);
     versionRoot.append(m_rootPath);
     versionRoot.appendComponent(uinfo::versionSegment);

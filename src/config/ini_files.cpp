@@ -21,7 +21,7 @@ TarvoConfig::Error TarvoConfig::getIniFilePath(wchar_t* out, const wchar_t* file
         return eInvalidInput;
     }
     uinfo::BoundedText path(out, uinfo::pathCapacity);
-    if (uinfo::isEmpty(fileName) || GetProgramPath(out, uinfo::pathCapacity - 1) == 0) {
+    if (GetProgramPath(out, uinfo::pathCapacity - 1) == 0) {
         return eInvalidInput;
     }
     path.measure();

@@ -42,7 +42,8 @@ constexpr std::int32_t unknownLanguage = -1;
 
 const LanguageRecord& recordOf(std::int32_t lang)
 {
-    return lang >= 0 && lang < static_cast<std::int32_t>(std::size(languages)) ? languages[lang] : unknownRecord;
+    return lang >= 0 && lang < static_cast<std::int32_t>(std::size(languages)) ? languages[lang]
+                                                                               : unknownRecord;
 }
 
 /// Null until it could be loaded; then kept until the library is unloaded.
@@ -126,7 +127,7 @@ const wchar_t* TarvoLanguage::localName() const
     if (kept != nullptr) {
         return kept;
     }
-    const HINSTANCE resources = loadedResourceModule();
+    auto* const resources = loadedResourceModule();
     wchar_t text[64] = {};
     constexpr int offered = 63; // at most 62 characters and the terminator
     if (resources == nullptr || LoadStringW(resources, recordOf(m_lang).localNameId, text, offered) <= 0) {

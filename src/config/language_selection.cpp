@@ -19,8 +19,8 @@ using uinfo::RegistryKey;
 
 constexpr int readAccess = 4;
 constexpr UINT failureExitCode = 1;
-constexpr std::size_t shortNameCapacity = 8;    // of "CurVer", which may have 6 characters
-constexpr unsigned long iniNameCapacity = 7;    // of which 5 characters come back
+constexpr std::size_t shortNameCapacity = 8; // of "CurVer", which may have 6 characters
+constexpr unsigned long iniNameCapacity = 7; // of which 5 characters come back
 
 /// A language pack's uninstall entry, in order of preference.
 struct LanguageProbe
@@ -96,14 +96,16 @@ TarvoConfig::Error TarvoConfig::initLanguageName(const wchar_t* language)
         }
     } else if (readCurrentLanguage(m_versionRootPath, remembered)) {
         language = remembered.text();
-    } else if (readIniString(uinfo::productSection, L"LocaleId", localeId, iniNameCapacity, uinfo::tarvoIni) ==
-                   eOk &&
-               readIniString(L"LocaleIdLangName", localeId, mapped, iniNameCapacity, uinfo::tarvoIni) == eOk) {
+    } else if (readIniString(uinfo::productSection, L"LocaleId", localeId, iniNameCapacity,
+                             uinfo::tarvoIni) == eOk &&
+               readIniString(L"LocaleIdLangName", localeId, mapped, iniNameCapacity, uinfo::tarvoIni) ==
+                   eOk) {
         language = mapped;
     }
     if (TarvoLanguage::isValidShortName(language) && isLanguageExist(language)) {
         m_language = TarvoLanguage(language);
-    } else {
+    }
+    if (m_language.language() < 0) {
         const long installed = queryAInstalledLangInOrder();
         if (installed < 0) {
             refuseToStart(productName(), L"Could't find any installed languages!");
@@ -135,7 +137,8 @@ bool TarvoConfig::isLanguageExist(const wchar_t* shortName)
     if (!isInitTARVOProduct()) {
         return isLangFolderExist(shortName); // a rebranded product has no uninstall entries
     }
-    return isLangGuidExist(guidOf(TarvoLanguage::shortNameToLangId(shortName))) && isLangFolderExist(shortName);
+    return isLangGuidExist(guidOf(TarvoLanguage::shortNameToLangId(shortName))) &&
+           isLangFolderExist(shortName);
 }
 
 bool TarvoConfig::isLangGuidExist(const wchar_t* guid)

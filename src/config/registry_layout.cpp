@@ -5,6 +5,8 @@
 
 #include <RkUInfo.h>
 
+#include <utility>
+
 namespace {
 
 using uinfo::BoundedText;
@@ -104,9 +106,8 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
     if (isEmpty(profile)) {
         return eOk;
     }
-    delete[] m_profileNameCmdLineInfo;
-    m_profileNameCmdLineInfo = nullptr; // the allocation below may throw
-    m_profileNameCmdLineInfo = uinfo::duplicate(profile);
+    delete[] std::exchange(m_profileNameCmdLineInfo, uinfo::duplicate(profile));
+    profile = m_profileNameCmdLineInfo; // the argument may have been the text released
 
     uinfo::PathBuffer key; // start-up is not complete, so getRegRootPath has no answer yet
     if (isEmpty(m_versionRootPath) || !appendLanguageRoot(key, m_versionRootPath, m_language) ||
@@ -115,7 +116,8 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
     }
     const RegistryKey profiles = RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_READ | KEY_WRITE);
     uinfo::TextBuffer<storedProfileCapacity> stored;
-    if (profiles && profiles.queryString(nullptr, stored) && !uinfo::equalIgnoringCase(stored.text(), profile)) {
+    if (profiles && profiles.queryString(nullptr, stored) &&
+        !uinfo::equalIgnoringCase(stored.text(), profile)) {
         profiles.setString(nullptr, profile);
     }
     return eOk;

@@ -9,6 +9,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -97,7 +98,7 @@ HINSTANCE LoadResourceDll(const wchar_t* fileName)
     if (!resourceFilePath(fileName, path)) {
         return nullptr;
     }
-    const HINSTANCE loaded = LoadLibraryW(path.text());
+    auto* const loaded = LoadLibraryW(path.text());
     return loaded != nullptr ? loaded : LoadLibraryW(fileName);
 }
 
@@ -108,7 +109,7 @@ HINSTANCE LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long f
         return nullptr;
     }
     const auto loadFlags = static_cast<DWORD>(flags);
-    const HINSTANCE loaded = LoadLibraryExW(path.text(), file, loadFlags);
+    auto* const loaded = LoadLibraryExW(path.text(), file, loadFlags);
     return loaded != nullptr ? loaded : LoadLibraryExW(fileName, file, loadFlags);
 }
 

@@ -4,6 +4,12 @@
 
 #include <RkUInfo.h>
 
+namespace {
+
+constexpr std::size_t capacity = uinfo::pathCapacity - 2; // no composed path has more than 1021 characters
+
+} // namespace
+
 unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer)
 {
     unsigned long stored = 0;
@@ -13,7 +19,6 @@ unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer)
     if (GetUserApplicationDataSupportPath(buffer) == 0) {
         return 0;
     }
-    constexpr std::size_t capacity = uinfo::pathCapacity - 2;
     uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, capacity);
     return path.append(L"Style.tus") ? static_cast<unsigned long>(path.length()) : 0;
 }
@@ -28,10 +33,10 @@ unsigned long GetVelaUserDataCacheLanPath(wchar_t* const buffer)
     if (buffer == nullptr) {
         return 0;
     }
-    constexpr std::size_t capacity = uinfo::pathCapacity - 2;
     uinfo::BoundedText path(buffer, capacity);
     const wchar_t* const cache = GetVelaUserDataCachePath();
-    if (uinfo::isEmpty(cache) || !path.append(cache) || !path.appendComponent(GetCurrentLanguageShortName())) {
+    if (uinfo::isEmpty(cache) || !path.append(cache) ||
+        !path.appendComponent(GetCurrentLanguageShortName())) {
         path.cut(0);
         return 0;
     }

@@ -17,12 +17,12 @@ unsigned long shellFolder(wchar_t* buffer, int folder)
     if (buffer == nullptr) {
         return 0;
     }
-    uinfo::BoundedText path(buffer, uinfo::pathCapacity);
+    *buffer = 0;
     if (SHGetSpecialFolderPathW(nullptr, buffer, folder, FALSE) == FALSE) {
-        path.cut(0);
+        *buffer = 0;
         return 0;
     }
-    path.measure();
+    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
     if (path.empty()) {
         return 0;
     }
@@ -33,7 +33,8 @@ unsigned long shellFolder(wchar_t* buffer, int folder)
     return static_cast<unsigned long>(path.length());
 }
 
-/// Appends a text, and a separator where asked for, to the level below; the latter stays where they do not fit.
+/// Appends a text, and a separator where asked for, to the level below; the latter stays where they do not
+/// fit.
 unsigned long extend(FolderFunction below, wchar_t* buffer, const wchar_t* text, const wchar_t* separator)
 {
     if (below(buffer) == 0) {
@@ -72,7 +73,8 @@ unsigned long GetUserApplicationDataProductPath(wchar_t* const buffer)
 
 unsigned long GetUserApplicationDataVersionPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataProductPath, buffer, velaGetProduct()->programVersionString());
+    return extendByFolder(GetUserApplicationDataProductPath, buffer,
+                          velaGetProduct()->programVersionString());
 }
 
 unsigned long GetUserApplicationDataLanguagePath(wchar_t* const buffer)
@@ -123,7 +125,8 @@ unsigned long GetUserLocalApplicationDataVersionPath(wchar_t* const buffer)
 
 unsigned long GetUserLocalApplicationDataLanguagePath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserLocalApplicationDataVersionPath, buffer, velaConfig()->language().shortName());
+    return extendByFolder(GetUserLocalApplicationDataVersionPath, buffer,
+                          velaConfig()->language().shortName());
 }
 
 unsigned long GetUserLocalApplicationDataTemplatePath(wchar_t* const buffer)

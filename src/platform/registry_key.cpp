@@ -15,8 +15,8 @@ RegistryKey RegistryKey::openOrCreate(HKEY parent, const wchar_t* path)
         return opened;
     }
     HKEY key = nullptr;
-    const LSTATUS status = RegCreateKeyExW(parent, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
-                                           &key, nullptr);
+    const LSTATUS status =
+        RegCreateKeyExW(parent, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key, nullptr);
     return RegistryKey(status == ERROR_SUCCESS ? key : nullptr);
 }
 

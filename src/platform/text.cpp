@@ -22,8 +22,8 @@ std::size_t length(const wchar_t* text)
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b)
 {
     constexpr int terminated = -1;
-    return CompareStringOrdinal(a == nullptr ? L"" : a, terminated, b == nullptr ? L"" : b, terminated, TRUE) ==
-           CSTR_EQUAL;
+    return CompareStringOrdinal(a == nullptr ? L"" : a, terminated, b == nullptr ? L"" : b, terminated,
+                                TRUE) == CSTR_EQUAL;
 }
 
 wchar_t* duplicate(const wchar_t* text)
@@ -39,8 +39,11 @@ wchar_t* duplicate(const wchar_t* text)
 
 std::size_t folderLength(const wchar_t* path)
 {
+    const auto endsFolder = [path](std::size_t index) {
+        return path[index] == L'\\' || path[index] == L'/' || (index == 1 && path[index] == L':');
+    };
     std::size_t count = length(path);
-    while (count > 0 && path[count - 1] != L'\\' && path[count - 1] != L'/' && path[count - 1] != L':') {
+    while (count > 0 && !endsFolder(count - 1)) {
         --count;
     }
     return count;

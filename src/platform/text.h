@@ -1,4 +1,5 @@
-// Bounded texts, and the few wide text routines of the library: the C runtime's assume the host's own wchar_t.
+// Bounded texts, and the few wide text routines of the library: the C runtime's assume the host's own
+// wchar_t.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +24,7 @@ bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 /// An array-allocated copy, which the caller owns; null stays null.
 wchar_t* duplicate(const wchar_t* text);
 
-/// The characters up to and including the last path separator, the drive's colon counted as one; 0 for none.
+/// The characters up to and including the last path separator, or a leading drive; 0 for neither.
 std::size_t folderLength(const wchar_t* path);
 
 /// Builds a terminated text in storage of fixed capacity (terminator counted), which must be 1 or more. What

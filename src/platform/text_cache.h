@@ -9,9 +9,9 @@
 
 namespace uinfo {
 
-/// The text kept in cache, filled by fill(BoundedText&) while it is empty; still empty where fill gives false.
-/// Safe from several threads: a filled cache is read without a lock and never changes, and threads that come
-/// first together each work out the text, of which one is kept.
+/// The text kept in cache, filled by fill(BoundedText&) while it is empty; still empty where fill gives
+/// false. Safe from several threads: a filled cache is read without a lock and never changes, and threads
+/// that come first together each work out the text, of which one is kept.
 template <std::size_t Capacity, typename Fill>
 const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
 {

@@ -8,8 +8,8 @@
 
 namespace uinfo {
 
-/// Answers who the program is. Making it moves a process that was started in the program's own user data cache
-/// folder to the user's documents folder.
+/// Answers who the program is. Making it moves a process that was started in the program's own user data
+/// cache folder to the user's documents folder.
 class TarvoProduct final : public ITarvoProduct
 {
 public:

@@ -24,8 +24,7 @@ void recordCurrentProduct(const TarvoConfig& config)
     if (!companyRoot.append(uinfo::softwareKey) || !companyRoot.append(config.companyName())) {
         return;
     }
-    const uinfo::RegistryKey key =
-        uinfo::RegistryKey::open(HKEY_CURRENT_USER, companyRoot.text(), KEY_WRITE);
+    const uinfo::RegistryKey key = uinfo::RegistryKey::open(HKEY_CURRENT_USER, companyRoot.text(), KEY_WRITE);
     if (key) {
         key.setString(uinfo::currentProduct, config.productName());
     }

@@ -21,8 +21,7 @@ class Temporary
 public:
     explicit Temporary(std::uint64_t size)
         : m_block(VelaVariant::allocBlock(
-              VelaVariant::eBinary,
-              static_cast<std::int32_t>(std::clamp<std::uint64_t>(size, 1, INT32_MAX))))
+              VelaVariant::eBinary, static_cast<std::int32_t>(std::clamp<std::uint64_t>(size, 1, INT32_MAX))))
     {
     }
 
@@ -74,8 +73,8 @@ bool readText(HKEY key, const wchar_t* valueName, DWORD size, VelaVariant& value
 
 TarvoConfig::Error write(HKEY key, const wchar_t* valueName, DWORD type, const void* data, std::size_t size)
 {
-    const LSTATUS status = RegSetValueExW(key, valueName, 0, type, static_cast<const BYTE*>(data),
-                                          static_cast<DWORD>(size));
+    const LSTATUS status =
+        RegSetValueExW(key, valueName, 0, type, static_cast<const BYTE*>(data), static_cast<DWORD>(size));
     return status == ERROR_SUCCESS ? TarvoConfig::eOk : TarvoConfig::eRegistryError;
 }
 

@@ -18,17 +18,6 @@ using uinfo::RegistryKey;
 
 constexpr long unreachableNameLength = 8192; // reported for a name that no call returns
 
-/// Opens the key that an iterator is to walk.
-Error openForWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, RegistryKey& key)
-{
-    uinfo::KeyPath keyPath;
-    if (!keyPath.assign(config, path, item)) {
-        return TarvoConfig::eInvalidInput;
-    }
-    key = RegistryKey::open(HKEY_CURRENT_USER, keyPath.text(), KEY_ALL_ACCESS);
-    return key ? TarvoConfig::eOk : TarvoConfig::eNotFound;
-}
-
 struct KeyInfo
 {
     DWORD subKeys = 0;
@@ -44,8 +33,32 @@ bool queryInfo(const RegistryKey& key, KeyInfo& info)
     wchar_t keyClass[MAX_PATH];
     DWORD classLength = MAX_PATH;
     return RegQueryInfoKeyW(key.get(), keyClass, &classLength, nullptr, &info.subKeys, &info.maxSubKeyLength,
-                            &info.maxClassLength, &info.values, &info.maxValueNameLength, &info.maxValueLength,
-                            nullptr, nullptr) == ERROR_SUCCESS;
+                            &info.maxClassLength, &info.values, &info.maxValueNameLength,
+                            &info.maxValueLength, nullptr, nullptr) == ERROR_SUCCESS;
+}
+
+/// Opens the key that an iterator is to walk, in place of the one that it held; null with a zero info on
+/// failure.
+Error openForWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, HKEY& key,
+                  KeyInfo& info)
+{
+    uinfo::abandonKey(key);
+    key = nullptr;
+    info = KeyInfo();
+    uinfo::KeyPath keyPath;
+    if (!keyPath.assign(config, path, item)) {
+        return TarvoConfig::eInvalidInput;
+    }
+    RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, keyPath.text(), KEY_ALL_ACCESS);
+    if (!opened) {
+        return TarvoConfig::eNotFound;
+    }
+    if (!queryInfo(opened, info)) {
+        info = KeyInfo();
+        return TarvoConfig::eRegistryError;
+    }
+    key = opened.release();
+    return TarvoConfig::eOk;
 }
 
 /// Hands an enumerated name to the caller, whose capacity length gives and receives the need.
@@ -90,48 +103,24 @@ Error withCurrentName(const TarvoConfig::ValueIterator& it, Use use)
 
 TarvoConfig::Error TarvoConfig::findItem(Path path, const wchar_t* item, ItemIterator& it)
 {
-    uinfo::abandonKey(it.m_key);
-    it.m_key = nullptr;
-    it.m_index = 0;
-    it.m_subKeyCount = 0;
-    it.m_maxSubKeyNameLength = 0;
-    it.m_maxClassLength = 0;
-    RegistryKey key;
-    if (const Error error = openForWalk(*this, path, item, key); error != eOk) {
-        return error;
-    }
     KeyInfo info;
-    if (!queryInfo(key, info)) {
-        return eRegistryError;
-    }
-    it.m_key = key.release();
+    const Error error = openForWalk(*this, path, item, it.m_key, info);
+    it.m_index = 0;
     it.m_subKeyCount = static_cast<std::int32_t>(info.subKeys);
     it.m_maxSubKeyNameLength = info.maxSubKeyLength;
     it.m_maxClassLength = info.maxClassLength;
-    return eOk;
+    return error;
 }
 
 TarvoConfig::Error TarvoConfig::findItem(Path path, const wchar_t* item, ValueIterator& it)
 {
-    uinfo::abandonKey(it.m_key);
-    it.m_key = nullptr;
-    it.m_index = 0;
-    it.m_valueCount = 0;
-    it.m_maxValueNameLength = 0;
-    it.m_maxValueDataLength = 0;
-    RegistryKey key;
-    if (const Error error = openForWalk(*this, path, item, key); error != eOk) {
-        return error;
-    }
     KeyInfo info;
-    if (!queryInfo(key, info)) {
-        return eRegistryError;
-    }
-    it.m_key = key.release();
+    const Error error = openForWalk(*this, path, item, it.m_key, info);
+    it.m_index = 0;
     it.m_valueCount = static_cast<std::int32_t>(info.values);
     it.m_maxValueNameLength = info.maxValueNameLength;
     it.m_maxValueDataLength = info.maxValueLength;
-    return eOk;
+    return error;
 }
 
 TarvoConfig::ItemIterator::ItemIterator()
@@ -145,11 +134,10 @@ TarvoConfig::ItemIterator::~ItemIterator()
     m_key = nullptr;
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): shareKey handles it
 TarvoConfig::ItemIterator& TarvoConfig::ItemIterator::operator=(const ItemIterator& other)
 {
-    uinfo::shareKey(other.m_key); // first, so that assigning a key's other owner does not close it
-    uinfo::releaseKey(m_key);
-    m_key = other.m_key;
+    uinfo::shareKey(m_key, other.m_key);
     m_index = other.m_index;
     m_subKeyCount = other.m_subKeyCount;
     m_maxSubKeyNameLength = other.m_maxSubKeyNameLength;
@@ -164,8 +152,8 @@ TarvoConfig::Error TarvoConfig::ItemIterator::name(wchar_t* buffer, long& length
     }
     wchar_t name[uinfo::pathCapacity];
     DWORD nameLength = uinfo::pathCapacity;
-    const LSTATUS status = RegEnumKeyExW(m_key, static_cast<DWORD>(m_index), name, &nameLength, nullptr, nullptr,
-                                         nullptr, nullptr);
+    const LSTATUS status = RegEnumKeyExW(m_key, static_cast<DWORD>(m_index), name, &nameLength, nullptr,
+                                         nullptr, nullptr, nullptr);
     return copyName(status, name, nameLength, buffer, length);
 }
 
@@ -190,11 +178,10 @@ TarvoConfig::ValueIterator::~ValueIterator()
     m_key = nullptr;
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): shareKey handles it
 TarvoConfig::ValueIterator& TarvoConfig::ValueIterator::operator=(const ValueIterator& other)
 {
-    uinfo::shareKey(other.m_key); // first, so that assigning a key's other owner does not close it
-    uinfo::releaseKey(m_key);
-    m_key = other.m_key;
+    uinfo::shareKey(m_key, other.m_key);
     m_index = other.m_index;
     m_valueCount = other.m_valueCount;
     m_maxValueNameLength = other.m_maxValueNameLength;
@@ -209,8 +196,8 @@ TarvoConfig::Error TarvoConfig::ValueIterator::key(wchar_t* buffer, long& length
     }
     wchar_t name[uinfo::pathCapacity];
     DWORD nameLength = uinfo::pathCapacity;
-    const LSTATUS status = RegEnumValueW(m_key, static_cast<DWORD>(m_index), name, &nameLength, nullptr, nullptr,
-                                         nullptr, nullptr);
+    const LSTATUS status = RegEnumValueW(m_key, static_cast<DWORD>(m_index), name, &nameLength, nullptr,
+                                         nullptr, nullptr, nullptr);
     return copyName(status, name, nameLength, buffer, length);
 }
 
@@ -222,7 +209,8 @@ TarvoConfig::Error TarvoConfig::ValueIterator::value(VelaVariant& out) const
 
 TarvoConfig::Error TarvoConfig::ValueIterator::setValue(const VelaVariant& v)
 {
-    return withCurrentName(*this, [&](const wchar_t* name) { return uinfo::writeValueToKey(m_key, name, v); });
+    return withCurrentName(*this,
+                           [&](const wchar_t* name) { return uinfo::writeValueToKey(m_key, name, v); });
 }
 
 TarvoConfig::Error TarvoConfig::ValueIterator::step() const

@@ -13,8 +13,8 @@ wchar_t* toBackslashes(wchar_t* text);
 /// Cuts trailing backslashes in place and gives the text behind the leading ones; null for null or empty.
 wchar_t* trimBackslashes(wchar_t* text);
 
-/// Normalises text and splits it at its last backslash, in place: text becomes what is before it, or null, and
-/// the result is what is behind it. Null or empty gives null and leaves text alone.
+/// Normalises text and splits it at its last backslash, in place: text becomes what is before it, or null,
+/// and the result is what is behind it. Null or empty gives null and leaves text alone.
 wchar_t* splitKeyPath(wchar_t*& text);
 
 /// A private copy of a client's path, to be normalised in place.
@@ -41,8 +41,8 @@ public:
     /// Appends '\' and a sub-path, however short; false when root and sub-path pass the limit.
     bool join(const wchar_t* subPath, std::size_t limit);
 
-    /// The root, then the client's sub-path, if any, normalised and joined. The limit is that of every operation
-    /// that changes the tree.
+    /// The root, then the client's sub-path, if any, normalised and joined. The limit is that of every
+    /// operation that changes the tree.
     bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
 
     const wchar_t* text() const { return m_path.text(); }

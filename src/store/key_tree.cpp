@@ -12,7 +12,7 @@ namespace {
 using uinfo::BoundedText;
 using uinfo::RegistryKey;
 
-constexpr std::size_t treePathCapacity = 2 * MAX_PATH;
+constexpr std::size_t treePathCapacity = std::size_t{2} * MAX_PATH;
 constexpr int firstVersionWithDeleteTree = 8;
 
 using DeleteTree = LSTATUS(WINAPI*)(HKEY, LPCWSTR);

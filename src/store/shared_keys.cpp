@@ -34,26 +34,25 @@ private:
     std::map<HKEY, unsigned> m_count;
 };
 
-ExtraOwners& extraOwners()
-{
-    static ExtraOwners owners;
-    return owners;
-}
+// Made at load: it outlives the iterators that are static objects of clients.
+ExtraOwners extraOwners;
 
 } // namespace
 
 namespace uinfo {
 
-void shareKey(HKEY key)
+void shareKey(HKEY& target, HKEY source)
 {
-    if (key != nullptr) {
-        extraOwners().add(key);
+    if (source != nullptr) {
+        extraOwners.add(source); // first, so that a key that target holds already stays open
     }
+    releaseKey(target);
+    target = source;
 }
 
 void releaseKey(HKEY key)
 {
-    if (key != nullptr && !extraOwners().remove(key)) {
+    if (key != nullptr && !extraOwners.remove(key)) {
         RegCloseKey(key);
     }
 }
@@ -61,7 +60,7 @@ void releaseKey(HKEY key)
 void abandonKey(HKEY key)
 {
     if (key != nullptr) {
-        extraOwners().remove(key);
+        extraOwners.remove(key);
     }
 }
 

@@ -5,8 +5,9 @@
 
 namespace uinfo {
 
-/// Adds an owner to a key that an iterator holds; null is ignored.
-void shareKey(HKEY key);
+/// Makes target one more owner of a key that another iterator holds, and lets go of the key that it held;
+/// either may be null. When memory for the count is missing it throws, and target keeps what it held.
+void shareKey(HKEY& target, HKEY source);
 
 /// Takes an owner away; the last one closes the key. Null is ignored.
 void releaseKey(HKEY key);

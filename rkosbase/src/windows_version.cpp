@@ -1,0 +1,49 @@
+// The version of the running Windows.
+#include "RkOsBase.h"
+
+#include <windows.h>
+
+namespace {
+
+/// What RtlGetVersion fills: unlike the documented version calls it does not depend on the program's manifest.
+struct SystemVersion
+{
+    DWORD size;
+    DWORD major;
+    DWORD minor;
+    DWORD build;
+    DWORD platform;
+    WCHAR servicePack[128];
+};
+
+using GetSystemVersion = LONG(WINAPI*)(SystemVersion*);
+
+SystemVersion systemVersion()
+{
+    SystemVersion version = {sizeof version, 10, 0, 0, 0, {}}; // where there is no such call
+    if (const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll")) {
+        const auto getSystemVersion = reinterpret_cast<GetSystemVersion>(
+            reinterpret_cast<void*>(GetProcAddress(ntdll, "RtlGetVersion")));
+        if (getSystemVersion != nullptr) {
+            getSystemVersion(&version);
+        }
+    }
+    return version;
+}
+
+} // namespace
+
+int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned long* build)
+{
+    const SystemVersion version = systemVersion();
+    if (major != nullptr) {
+        *major = version.major;
+    }
+    if (minor != nullptr) {
+        *minor = version.minor;
+    }
+    if (build != nullptr) {
+        *build = version.build;
+    }
+    return static_cast<int>(version.major);
+}
