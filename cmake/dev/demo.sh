@@ -1,0 +1,103 @@
+# Lays out an application, starts it as a user would and shows what the library tells it.
+
+installed=(en-US de-DE fr-FR zh-CN)
+
+lay_out() {
+    local bin=build/$target/bin language
+    rm -rf "$demo"
+    mkdir -p "$app" "$demo/home"
+    cp "$bin/launcher$suffix" "$app/cad$suffix"
+    cp "$bin/installer$suffix" "$app/"
+    if [ "$target" = windows ]; then
+        cp "$bin/answer.exe" "$bin"/*.dll "$app/"
+    fi
+    for language in "${installed[@]}" es-ES; do
+        cp -r "$bin/$language" "$app/"
+    done
+    {
+        printf '[Product]\r\nLocaleId=1031\r\n[LocaleIdLangName]\r\n'
+        printf '1031=de-DE\r\n1033=en-US\r\n1036=fr-FR\r\n2052=zh-CN\r\n'
+        printf '[PartnerOEM]\r\nMergeTitle=1\r\n'
+    } >"$app/TARVO.ini"
+    printf '[Product]\r\nMajorVer=2\r\nProductId=5\r\n' >"$app/product.ini"
+}
+
+# Runs a program of the application's folder.
+start() {
+    local program=$app/$1$suffix
+    shift
+    if [ "$target" = windows ]; then
+        cmake/run-wine.sh "$program" "$@"
+    else
+        "$program" "$@"
+    fi
+}
+
+show() {
+    printf '\n==== %s\n     cad' "$1"
+    shift
+    printf ' %s' "$@"
+    printf '\n'
+    start cad "$@"
+}
+
+answer_yes() {
+    if [ "$target" = windows ]; then
+        start answer TARVO &
+        start cad "$@"
+        wait $!
+    else
+        printf 'yes\n' | start cad "$@"
+    fi
+}
+
+run_demo() {
+    target=$1 suffix=''
+    local programs=(launcher installer langpacks)
+    case $target in
+    host) ;;
+    windows)
+        suffix=.exe
+        programs+=(answer)
+        ;;
+    *)
+        usage >&2
+        return 2
+        ;;
+    esac
+    demo=$PWD/build/demo/$target
+    app=$demo/app
+    build "$target" "${programs[@]}" >"build/demo-build.log" || {
+        cat build/demo-build.log >&2
+        return 1
+    }
+    lay_out
+    export HOME=$demo/home XDG_DATA_HOME=$demo/home/.local/share XDG_CONFIG_HOME=$demo/home/.config
+    export XDG_DOCUMENTS_DIR=$demo/home/Documents
+    mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
+    if [ "$target" = windows ]; then
+        wine_folder=$demo/wine
+        start_wine
+    fi
+    echo "An application in $app: languages ${installed[*]}; es-ES has a folder but was never installed."
+    start installer "${installed[@]}"
+
+    show "A fresh user: the language comes from TARVO.ini" report
+    show "The user's tree is created" provision
+    show "What it holds" tree ProductRoot
+    show "Another language and profile, once by command line" --language fr-FR --profile Work report
+    show "That language's part of the tree is created" --language fr-FR --profile Work provision
+    show "Started without arguments: language and profile are remembered" report
+    printf '\n==== A language that is not installed: the user is asked, and says yes\n     cad --language ja-JP\n'
+    answer_yes --language ja-JP report
+
+    printf '\n==== Settings of every type are written by one process each, then read by others\n'
+    start cad set Settings Display/Colors/Background int 2113600
+    start cad set Settings Display/Frames int64 -9007199254740993
+    start cad set Settings Display/Scale double 1.25
+    start cad set Settings Display/Layout binary 00ff10a0
+    start cad set Settings Display/Title string 'Zeichnung – 图纸'
+    show "One of them" get Settings Display/Title
+    show "All of a key" list Settings Display
+    show "And below it" list Settings Display/Colors
+}

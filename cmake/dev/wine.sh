@@ -1,0 +1,52 @@
+# The throw-away Wine prefix below build/, its server and its display.
+
+wine_folder=$PWD/build/wine
+wine_program=/usr/lib/wine/wine64
+
+wine_version() {
+    "$wine_program" --version
+}
+
+display_number() {
+    sed 's/^://' "$wine_folder/display"
+}
+
+stop_wine() {
+    WINEPREFIX=$wine_folder/prefix wineserver -k || true
+    kill "$display_process" || true
+    rm -f "$wine_folder/display"
+}
+
+# Starts the display and keeps the server running until this script ends, unless both are up already.
+start_wine() {
+    [ -x "$wine_program" ] || {
+        echo "Wine's 64-bit program is not at $wine_program: the Windows tests cannot run." >&2
+        return 1
+    }
+    mkdir -p "$wine_folder"
+    if [ -e "$wine_folder/display" ] && [ -e "/tmp/.X11-unix/X$(display_number)" ]; then
+        return 0
+    fi
+    mkfifo "$wine_folder/ready.$$"
+    Xvfb -displayfd 3 -screen 0 1024x768x24 3<>"$wine_folder/ready.$$" >"$wine_folder/xvfb.log" 2>&1 &
+    display_process=$!
+    local number
+    read -r -t 30 number <>"$wine_folder/ready.$$" || {
+        cat "$wine_folder/xvfb.log" >&2
+        echo "Xvfb did not start: the Windows tests cannot run." >&2
+        return 1
+    }
+    rm "$wine_folder/ready.$$"
+    echo ":$number" >"$wine_folder/display"
+    trap stop_wine EXIT
+    export DISPLAY=:$number WINEPREFIX=$wine_folder/prefix WINEDEBUG=-all
+    mkdir -p "$WINEPREFIX"
+    wineserver -p
+    if [ ! -e "$wine_folder/booted" ]; then
+        "$wine_program" wineboot -i >"$wine_folder/boot.log" 2>&1 || {
+            cat "$wine_folder/boot.log" >&2
+            return 1
+        }
+        touch "$wine_folder/booted"
+    fi
+}
