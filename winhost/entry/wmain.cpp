@@ -1,0 +1,19 @@
+// Gives a host program the wide entry point of a Windows one: linked with it, main calls its wmain.
+#include "text.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+extern "C" int wmain(int argc, wchar_t** argv);
+
+int main(int argc, char** argv)
+{
+    std::vector<winhost::Text> arguments;
+    std::transform(argv, argv + argc, std::back_inserter(arguments), winhost::fromUtf8);
+    std::vector<wchar_t*> pointers;
+    std::transform(arguments.begin(), arguments.end(), std::back_inserter(pointers),
+                   [](winhost::Text& argument) { return argument.data(); });
+    pointers.push_back(nullptr);
+    return wmain(argc, pointers.data());
+}

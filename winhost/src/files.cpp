@@ -1,0 +1,202 @@
+// File searches, the access check and the working directory.
+#include "host_path.h"
+
+#include <io.h>
+#include <windows.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using winhost::FullPath;
+using winhost::Text;
+using winhost::TextView;
+
+/// What a search handle points to. It holds nothing, as there is no second match to ask for, but an owner
+/// that forgets it leaks and one that closes it twice is seen by a sanitizer.
+struct Search
+{
+};
+
+/// A wildcard pattern; ".*" at its end also takes a name without the dot.
+bool matches(TextView pattern, TextView name)
+{
+    std::size_t p = 0;
+    std::size_t n = 0;
+    std::size_t star = TextView::npos; // the last '*' met, and the name's part that it took
+    std::size_t taken = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && pattern[p] == L'*') {
+            star = p++;
+            taken = n;
+        } else if (p < pattern.size() &&
+                   (pattern[p] == L'?' || winhost::upcase(pattern[p]) == winhost::upcase(name[n]))) {
+            ++p;
+            ++n;
+        } else if (star != TextView::npos) {
+            p = star + 1;
+            n = ++taken;
+        } else {
+            return false;
+        }
+    }
+    const TextView rest = pattern.substr(p);
+    return rest == L".*" || rest.find_first_not_of(L'*') == TextView::npos;
+}
+
+/// The first entry in alphabetical order that a pattern takes; "" for none.
+std::string firstMatch(const std::string& folder, TextView pattern)
+{
+    if (matches(pattern, L".")) {
+        return ".";
+    }
+    std::string first;
+    Text firstName;
+    std::error_code failure;
+    for (std::filesystem::directory_iterator entry(folder, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        std::string bytes = entry->path().filename().native();
+        Text name = winhost::fromUtf8(bytes);
+        if (matches(pattern, name) && (first.empty() || winhost::compare(name, firstName, true) < 0)) {
+            first = std::move(bytes);
+            firstName = std::move(name);
+        }
+    }
+    return first;
+}
+
+bool isReadOnly(const struct stat& status)
+{
+    constexpr mode_t anyWriter = S_IWUSR | S_IWGRP | S_IWOTH;
+    return !S_ISDIR(status.st_mode) && (status.st_mode & anyWriter) == 0;
+}
+
+DWORD attributesOf(const struct stat& status)
+{
+    const DWORD kind = S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
+    return kind | (isReadOnly(status) ? FILE_ATTRIBUTE_READONLY : 0U);
+}
+
+FILETIME fileTime(const struct timespec& time)
+{
+    constexpr LONGLONG secondsFrom1601To1970 = 11644473600;
+    const auto ticks =
+        static_cast<ULONGLONG>((time.tv_sec + secondsFrom1601To1970) * 10'000'000 + time.tv_nsec / 100);
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32U)};
+}
+
+WIN32_FIND_DATAW describe(const std::string& file, TextView name)
+{
+    struct stat status = {};
+    stat(file.c_str(), &status); // of a file that has gone since, all is 0
+    WIN32_FIND_DATAW data = {};
+    data.dwFileAttributes = attributesOf(status);
+    data.ftCreationTime = fileTime(status.st_mtim);
+    data.ftLastAccessTime = fileTime(status.st_atim);
+    data.ftLastWriteTime = data.ftCreationTime;
+    if (!S_ISDIR(status.st_mode)) {
+        data.nFileSizeHigh = static_cast<DWORD>(static_cast<ULONGLONG>(status.st_size) >> 32U);
+        data.nFileSizeLow = static_cast<DWORD>(status.st_size);
+    }
+    winhost::copyText(name, data.cFileName, MAX_PATH);
+    return data;
+}
+
+HANDLE noMatch(DWORD error)
+{
+    SetLastError(error);
+    return INVALID_HANDLE_VALUE;
+}
+
+} // namespace
+
+HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* found)
+{
+    std::optional<FullPath> path = winhost::parsePath(pattern == nullptr ? TextView() : TextView(pattern));
+    if (!path) {
+        return INVALID_HANDLE_VALUE;
+    }
+    if (path->mustBeFolder || path->components.empty()) {
+        return noMatch(ERROR_FILE_NOT_FOUND);
+    }
+    const Text name = std::move(path->components.back());
+    path->components.pop_back();
+    const std::optional<std::string> folder = winhost::findOnHost(*path);
+    if (!folder) {
+        return noMatch(ERROR_PATH_NOT_FOUND);
+    }
+    if (!std::filesystem::is_directory(*folder)) {
+        return noMatch(ERROR_INVALID_NAME);
+    }
+    const std::string first = firstMatch(*folder, name);
+    if (first.empty()) {
+        return noMatch(ERROR_FILE_NOT_FOUND);
+    }
+    if (found != nullptr) {
+        *found = describe(*folder + "/" + first, winhost::fromUtf8(first));
+    }
+    return std::make_unique<Search>().release();
+}
+
+BOOL FindClose(HANDLE search)
+{
+    if (search == nullptr || search == INVALID_HANDLE_VALUE) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    const std::unique_ptr<Search> closed(static_cast<Search*>(search));
+    return TRUE;
+}
+
+int _waccess(const wchar_t* path, int mode)
+{
+    constexpr unsigned writeAccess = 2;
+    const std::optional<std::string> file =
+        winhost::findOnHost(path == nullptr ? TextView() : TextView(path));
+    struct stat status = {};
+    if (!file || stat(file->c_str(), &status) != 0) {
+        errno = ENOENT;
+        return -1;
+    }
+    if ((static_cast<unsigned>(mode) & writeAccess) != 0 && isReadOnly(status)) {
+        errno = EACCES;
+        return -1;
+    }
+    return 0;
+}
+
+DWORD GetCurrentDirectoryW(DWORD size, LPWSTR buffer)
+{
+    std::error_code failure;
+    const std::filesystem::path folder = std::filesystem::current_path(failure);
+    if (failure) {
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        return 0;
+    }
+    const Text path = winhost::windowsPath(folder.native());
+    if (buffer == nullptr || path.size() >= size) {
+        return static_cast<DWORD>(path.size() + 1);
+    }
+    return static_cast<DWORD>(winhost::copyText(path, buffer, size));
+}
+
+BOOL SetCurrentDirectoryW(LPCWSTR path)
+{
+    if (path == nullptr || *path == 0) {
+        SetLastError(ERROR_INVALID_NAME);
+        return FALSE;
+    }
+    const std::optional<std::string> folder = winhost::findOnHost(path);
+    if (!folder) {
+        return FALSE;
+    }
+    if (chdir(folder->c_str()) != 0) {
+        winhost::setLastErrorFromErrno();
+        return FALSE;
+    }
+    return TRUE;
+}

@@ -1,0 +1,206 @@
+#include "host_path.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <sys/stat.h>
+
+namespace winhost {
+
+namespace {
+
+constexpr TextView separators = L"\\/";
+
+bool isSeparator(wchar_t unit)
+{
+    return separators.find(unit) != TextView::npos;
+}
+
+bool startsWithSeparators(TextView path, std::size_t count)
+{
+    return path.size() >= count &&
+           std::all_of(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(count), isSeparator);
+}
+
+void appendComponents(std::vector<Text>& components, TextView path)
+{
+    while (!path.empty()) {
+        const std::size_t end = std::min(path.find_first_of(separators), path.size());
+        const TextView component = path.substr(0, end);
+        path.remove_prefix(std::min(end + 1, path.size()));
+        if (component == L"..") {
+            if (!components.empty()) {
+                components.pop_back();
+            }
+        } else if (!component.empty() && component != L".") {
+            components.emplace_back(component);
+        }
+    }
+}
+
+/// Windows drops blanks and dots at a path's end.
+void trimEnd(Text& name)
+{
+    const std::size_t last = name.find_last_not_of(L" .");
+    if (last != Text::npos) {
+        name.resize(last + 1);
+    }
+}
+
+bool exists(const std::string& file)
+{
+    struct stat status = {};
+    return stat(file.c_str(), &status) == 0;
+}
+
+/// The entry of a folder with this name; "" when there is none.
+std::string findEntry(const std::string& folder, const Text& name)
+{
+    std::string exact = toUtf8(name);
+    if (exists(folder + "/" + exact)) {
+        return exact;
+    }
+    std::error_code failure;
+    for (std::filesystem::directory_iterator entry(folder, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        std::string entryName = entry->path().filename().native();
+        if (equalIgnoringCase(fromUtf8(entryName), name)) {
+            return entryName;
+        }
+    }
+    return {};
+}
+
+std::nullopt_t fail(DWORD error)
+{
+    SetLastError(error);
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<FullPath> parsePath(TextView path)
+{
+    constexpr TextView verbatim = L"\\\\?\\";
+    if (path.starts_with(verbatim)) {
+        path.remove_prefix(verbatim.size());
+    }
+    if (path.empty() || startsWithSeparators(path, 2)) {
+        return fail(ERROR_PATH_NOT_FOUND);
+    }
+    FullPath full;
+    full.mustBeFolder = isSeparator(path.back());
+    if (path.size() >= 2 && path[1] == L':') {
+        if (upcase(path[0]) != L'Z') {
+            return fail(ERROR_PATH_NOT_FOUND);
+        }
+        path.remove_prefix(2);
+    }
+    if (!startsWithSeparators(path, 1)) {
+        std::error_code failure;
+        appendComponents(full.components, fromUtf8(std::filesystem::current_path(failure).native()));
+    }
+    appendComponents(full.components, path);
+    if (!full.mustBeFolder && !full.components.empty()) {
+        trimEnd(full.components.back());
+    }
+    return full;
+}
+
+std::optional<std::string> findOnHost(const FullPath& path)
+{
+    std::string exact;
+    for (const Text& component : path.components) {
+        exact += "/" + toUtf8(component);
+    }
+    if (path.components.empty() || path.mustBeFolder) {
+        exact += "/";
+    }
+    if (exists(exact)) {
+        return exact;
+    }
+    std::string found;
+    for (const Text& component : path.components) {
+        const std::string entry = findEntry(found, component);
+        if (entry.empty()) {
+            const bool isLast = &component == &path.components.back();
+            return fail(isLast && std::filesystem::is_directory(found + "/") ? ERROR_FILE_NOT_FOUND
+                                                                             : ERROR_PATH_NOT_FOUND);
+        }
+        found += "/" + entry;
+    }
+    if (path.mustBeFolder && !exists(found + "/")) {
+        return fail(ERROR_FILE_NOT_FOUND);
+    }
+    return found;
+}
+
+std::optional<std::string> findOnHost(TextView path)
+{
+    const std::optional<FullPath> full = parsePath(path);
+    return full ? findOnHost(*full) : std::nullopt;
+}
+
+Text windowsPath(std::string_view hostPath)
+{
+    Text path = L"Z:";
+    path += fromUtf8(hostPath);
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return path;
+}
+
+TextView fileName(TextView path)
+{
+    const std::size_t separator = path.find_last_of(separators);
+    return separator == TextView::npos ? path : path.substr(separator + 1);
+}
+
+std::optional<std::string> readFile(const std::string& hostFile)
+{
+    struct stat status = {};
+    if (stat(hostFile.c_str(), &status) != 0) {
+        setLastErrorFromErrno();
+        return std::nullopt;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return fail(ERROR_ACCESS_DENIED);
+    }
+    std::ifstream file(hostFile, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    if (!file.is_open() || file.bad()) {
+        return fail(ERROR_ACCESS_DENIED);
+    }
+    return std::move(bytes).str();
+}
+
+void setLastErrorFromErrno()
+{
+    switch (errno) {
+    case ENOENT:
+        SetLastError(ERROR_FILE_NOT_FOUND);
+        break;
+    case ENOTDIR:
+        SetLastError(ERROR_DIRECTORY);
+        break;
+    case ENAMETOOLONG:
+        SetLastError(ERROR_FILENAME_EXCED_RANGE);
+        break;
+    case EMFILE:
+    case ENFILE:
+        SetLastError(ERROR_TOO_MANY_OPEN_FILES);
+        break;
+    case ENOMEM:
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        break;
+    default:
+        SetLastError(ERROR_ACCESS_DENIED);
+        break;
+    }
+}
+
+} // namespace winhost

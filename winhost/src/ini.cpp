@@ -1,0 +1,219 @@
+// Private profile (INI) files. A file is read anew on each call, so what was written last is what is seen.
+#include "host_path.h"
+
+#include <windows.h>
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+namespace {
+
+using winhost::equalIgnoringCase;
+using winhost::Text;
+using winhost::TextView;
+
+constexpr TextView blanks = L" \t\v\f\x1A";
+
+struct Entry
+{
+    TextView key;
+    std::optional<TextView> value; // none when the line has no '='
+};
+
+struct Section
+{
+    TextView name;
+    std::vector<Entry> entries;
+};
+
+TextView trimmed(TextView text)
+{
+    const std::size_t first = text.find_first_not_of(blanks);
+    return first == TextView::npos ? TextView()
+                                   : text.substr(first, text.find_last_not_of(blanks) + 1 - first);
+}
+
+TextView unquoted(TextView text)
+{
+    const bool isQuoted =
+        text.size() >= 2 && text.front() == text.back() && (text.front() == L'"' || text.front() == L'\'');
+    return isQuoted ? text.substr(1, text.size() - 2) : text;
+}
+
+Text decodeUtf16(std::string_view bytes, std::size_t lowByte)
+{
+    Text text;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        const auto low = static_cast<unsigned char>(bytes[i + lowByte]);
+        const auto high = static_cast<unsigned char>(bytes[i + 1 - lowByte]);
+        text.push_back(static_cast<wchar_t>(low | (high << 8)));
+    }
+    return text;
+}
+
+/// A file without a mark is text in UTF-8, or Latin-1 where it is not; one with a zero byte is no text at
+/// all.
+Text decode(std::string_view bytes)
+{
+    if (bytes.starts_with("\xFF\xFE")) {
+        return decodeUtf16(bytes.substr(2), 0);
+    }
+    if (bytes.starts_with("\xFE\xFF")) {
+        return decodeUtf16(bytes.substr(2), 1);
+    }
+    if (bytes.starts_with("\xEF\xBB\xBF")) {
+        bytes.remove_prefix(3);
+    }
+    return bytes.find('\0') == std::string_view::npos ? winhost::fromUtf8(bytes) : Text();
+}
+
+/// Entries before the first section go to one without a name. A line that opens a section and does not close
+/// it is an entry.
+std::vector<Section> parse(TextView text)
+{
+    std::vector<Section> sections(1);
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find_first_of(L"\r\n"), text.size());
+        const TextView line = trimmed(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+        const std::size_t close = line.starts_with(L'[') ? line.rfind(L']') : TextView::npos;
+        if (close != TextView::npos) {
+            sections.push_back({trimmed(line.substr(1, close - 1)), {}});
+        } else if (!line.empty()) {
+            const std::size_t equals = line.find(L'=');
+            Entry entry = {trimmed(line.substr(0, equals)), std::nullopt};
+            if (equals != TextView::npos) {
+                entry.value = trimmed(line.substr(equals + 1));
+            }
+            sections.back().entries.push_back(entry);
+        }
+    }
+    return sections;
+}
+
+std::optional<TextView> findValue(const std::vector<Section>& sections, TextView sectionName, TextView key)
+{
+    for (const Section& section : sections) {
+        if (!equalIgnoringCase(section.name, trimmed(sectionName))) {
+            continue;
+        }
+        for (const Entry& entry : section.entries) {
+            if (equalIgnoringCase(entry.key, trimmed(key))) {
+                return entry.value;
+            }
+        }
+        break;
+    }
+    return std::nullopt;
+}
+
+/// Each name with its terminator.
+Text sectionNames(const std::vector<Section>& sections)
+{
+    Text names;
+    for (const Section& section : sections) {
+        if (!section.name.empty()) {
+            names.append(section.name).push_back(0);
+        }
+    }
+    return names;
+}
+
+Text keyNames(const std::vector<Section>& sections, TextView sectionName)
+{
+    Text names;
+    for (const Section& section : sections) {
+        if (!equalIgnoringCase(section.name, trimmed(sectionName))) {
+            continue;
+        }
+        for (const Entry& entry : section.entries) {
+            if (entry.value && !entry.key.starts_with(L';')) {
+                names.append(entry.key).push_back(0);
+            }
+        }
+        break;
+    }
+    return names;
+}
+
+/// A list ends in a second terminator, also where it is cut.
+DWORD copyList(TextView names, LPWSTR out, DWORD size)
+{
+    const std::size_t copied = winhost::copyText(names, out, size > 1 ? size - 1 : 1);
+    if (size > 1) {
+        out[copied + 1] = 0;
+    }
+    return static_cast<DWORD>(copied);
+}
+
+TextView withoutTrailingBlanks(TextView text)
+{
+    while (text.size() > 1 && text.back() == L' ') {
+        text.remove_suffix(1);
+    }
+    return text;
+}
+
+/// Digits behind an optional sign, hexadecimal behind "0x", modulo 2^32; what follows them is ignored.
+UINT parseNumber(TextView text)
+{
+    text = trimmed(text);
+    const bool isNegative = text.starts_with(L'-');
+    if (isNegative || text.starts_with(L'+')) {
+        text.remove_prefix(1);
+    }
+    UINT base = 10;
+    if (text.starts_with(L"0x")) {
+        base = 16;
+        text.remove_prefix(2);
+    }
+    UINT number = 0;
+    for (const wchar_t unit : text) {
+        const std::size_t digit = TextView(L"0123456789ABCDEF").find(winhost::upcase(unit));
+        if (digit >= base) {
+            break;
+        }
+        number = number * base + static_cast<UINT>(digit);
+    }
+    return isNegative ? 0U - number : number;
+}
+
+} // namespace
+
+DWORD GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR defaultText, LPWSTR out, DWORD size,
+                               LPCWSTR fileName)
+{
+    if (out == nullptr || size == 0) {
+        return 0;
+    }
+    const TextView fallback =
+        withoutTrailingBlanks(defaultText == nullptr ? TextView() : TextView(defaultText));
+    const std::optional<std::string> file =
+        winhost::findOnHost(fileName == nullptr ? TextView() : TextView(fileName));
+    const std::optional<std::string> bytes = file ? winhost::readFile(*file) : std::nullopt;
+    if (bytes) {
+        SetLastError(ERROR_SUCCESS);
+    }
+    const Text text = bytes ? decode(*bytes) : Text();
+    const std::vector<Section> sections = parse(text);
+    if (section == nullptr) {
+        return copyList(sectionNames(sections), out, size);
+    }
+    if (key == nullptr) {
+        const Text names = keyNames(sections, section);
+        if (!names.empty() && size > 2) {
+            return copyList(names, out, size);
+        }
+    }
+    const TextView value = key == nullptr ? fallback : findValue(sections, section, key).value_or(fallback);
+    return static_cast<DWORD>(winhost::copyText(unquoted(value), out, size));
+}
+
+UINT GetPrivateProfileIntW(LPCWSTR section, LPCWSTR key, INT defaultValue, LPCWSTR fileName)
+{
+    constexpr DWORD longestNumber = 30;
+    wchar_t text[longestNumber];
+    const DWORD copied = GetPrivateProfileStringW(section, key, L"", text, longestNumber, fileName);
+    return copied == 0 ? static_cast<UINT>(defaultValue) : parseNumber(TextView(text, copied));
+}

@@ -1,0 +1,366 @@
+// Modules. The handle of host code is the address at which it is loaded, whoever loaded it; the handle of a
+// PE file, which can only be read for its resources, is the address of its bytes.
+#include "modules.h"
+
+#include "host_path.h"
+#include "pe_resources.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <filesystem>
+#include <link.h>
+#include <mutex>
+#include <sys/auxv.h>
+#include <unistd.h>
+#include <vector>
+
+namespace winhost {
+
+namespace {
+
+struct CloseLibrary
+{
+    void operator()(void* library) const { dlclose(library); }
+};
+using Library = std::unique_ptr<void, CloseLibrary>;
+
+/// A module that LoadLibraryExW loaded: host code has a library, a resource file has bytes.
+struct Module
+{
+    HMODULE handle = nullptr;
+    std::string file;
+    Library library;
+    std::shared_ptr<const std::string> bytes;
+    unsigned references = 1;
+};
+
+// At namespace scope, so that they outlive every library that was linked against this one.
+std::mutex guard;
+std::vector<Module> loaded;
+
+HMODULE handleOf(const void* address)
+{
+    Dl_info info = {};
+    return address != nullptr && dladdr(address, &info) != 0 ? static_cast<HMODULE>(info.dli_fbase) : nullptr;
+}
+
+HMODULE executable()
+{
+    return handleOf(reinterpret_cast<const void*>(getauxval(AT_PHDR)));
+}
+
+HMODULE thisLibrary()
+{
+    return handleOf(&guard);
+}
+
+/// Whether a handle is the base of code that is now in the process.
+bool isHostCode(HMODULE module)
+{
+    return module != nullptr && handleOf(module) == module;
+}
+
+std::string absolute(const char* file)
+{
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(file, nullptr), &std::free);
+    return path ? std::string(path.get()) : std::string(file);
+}
+
+std::string hostCodeFile(HMODULE module)
+{
+    Dl_info info = {};
+    return module == executable() || dladdr(module, &info) == 0 ? executableFile() : absolute(info.dli_fname);
+}
+
+// With the guard held.
+std::vector<Module>::iterator findLoaded(HMODULE module)
+{
+    return std::find_if(loaded.begin(), loaded.end(),
+                        [module](const Module& m) { return m.handle == module; });
+}
+
+std::string fileOf(HMODULE module)
+{
+    {
+        const std::lock_guard<std::mutex> lock(guard);
+        const auto found = findLoaded(module);
+        if (found != loaded.end()) {
+            return found->file;
+        }
+    }
+    return isHostCode(module) ? hostCodeFile(module) : std::string();
+}
+
+/// A name without an extension gets one; a dot at the end stands for "none" and goes.
+Text withExtension(TextView name)
+{
+    Text full(name);
+    if (full.ends_with(L'.')) {
+        full.pop_back();
+    } else if (fileName(full).find(L'.') == TextView::npos) {
+        full += L".dll";
+    }
+    return full;
+}
+
+bool isSystemName(TextView name)
+{
+    constexpr TextView systemNames[] = {L"kernel32.dll", L"advapi32.dll", L"user32.dll", L"shell32.dll",
+                                        L"shlwapi.dll"};
+    return std::any_of(std::begin(systemNames), std::end(systemNames),
+                       [name](TextView system) { return equalIgnoringCase(system, name); });
+}
+
+bool hasFolder(TextView name)
+{
+    return fileName(name).size() != name.size() || name.find(L':') != TextView::npos;
+}
+
+/// A loaded module by its file name or its full path; null for none.
+HMODULE findModule(TextView name)
+{
+    if (isSystemName(name)) {
+        return thisLibrary();
+    }
+    const bool byPath = hasFolder(name);
+    const std::optional<std::string> path = byPath ? findOnHost(name) : std::nullopt;
+    const auto isIt = [&](const std::string& file) {
+        return byPath ? path && absolute(path->c_str()) == file
+                      : equalIgnoringCase(fileName(windowsPath(file)), name);
+    };
+    if (isIt(executableFile())) {
+        return executable();
+    }
+    const std::lock_guard<std::mutex> lock(guard);
+    const auto found =
+        std::find_if(loaded.begin(), loaded.end(), [&](const Module& m) { return isIt(m.file); });
+    return found != loaded.end() ? found->handle : nullptr;
+}
+
+bool isFullPath(TextView name)
+{
+    return name.starts_with(L'\\') || name.starts_with(L'/') || name.substr(0, 2).ends_with(L':');
+}
+
+/// The folders of the search order: the executable's, the working directory, those of PATH.
+std::vector<std::string> searchFolders()
+{
+    std::string program = executableFile();
+    program.resize(program.rfind('/') + 1);
+    std::vector<std::string> folders = {program, "."};
+    const char* const path = std::getenv("PATH");
+    std::string_view rest = path == nullptr ? "" : path;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find(':'), rest.size());
+        folders.emplace_back(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return folders;
+}
+
+std::optional<std::string> findModuleFile(TextView name)
+{
+    if (isFullPath(name)) {
+        return findOnHost(name);
+    }
+    for (const std::string& folder : searchFolders()) {
+        Text path = folder == "." ? Text(L".") : windowsPath(folder);
+        path.append(L"\\").append(name);
+        if (std::optional<std::string> file = findOnHost(path)) {
+            return file;
+        }
+    }
+    return std::nullopt;
+}
+
+/// False when the module has gone. What was not loaded here needs no count: it stays.
+bool addReference(HMODULE module)
+{
+    {
+        const std::lock_guard<std::mutex> lock(guard);
+        const auto found = findLoaded(module);
+        if (found != loaded.end()) {
+            ++found->references;
+            return true;
+        }
+    }
+    return isHostCode(module);
+}
+
+/// Keeps a new module, or counts one more reference to the same. The loader's own surplus reference then goes
+/// with the parameter, once the guard is free.
+HMODULE keep(Module module)
+{
+    const std::lock_guard<std::mutex> lock(guard);
+    const auto found = std::find_if(loaded.begin(), loaded.end(), [&module](const Module& m) {
+        return m.bytes && module.bytes ? m.file == module.file : m.handle == module.handle;
+    });
+    if (found == loaded.end()) {
+        loaded.push_back(std::move(module));
+        return loaded.back().handle;
+    }
+    ++found->references;
+    return found->handle;
+}
+
+HMODULE loadCode(const std::string& file)
+{
+    Module module;
+    module.library.reset(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL));
+    struct link_map* map = nullptr;
+    if (!module.library || dlinfo(module.library.get(), RTLD_DI_LINKMAP, &map) != 0) {
+        SetLastError(ERROR_BAD_EXE_FORMAT);
+        return nullptr;
+    }
+    module.handle = handleOf(map->l_ld);
+    module.file = file;
+    return keep(std::move(module));
+}
+
+HMODULE loadFile(const std::string& file, bool forDataOnly)
+{
+    std::optional<std::string> bytes = readFile(file);
+    if (!bytes) {
+        return nullptr;
+    }
+    const bool isHostFile = bytes->starts_with("\177ELF");
+    if (isHostFile && !forDataOnly) {
+        return loadCode(file);
+    }
+    if (!isHostFile && !isPeImage(asBytes(*bytes))) {
+        SetLastError(ERROR_BAD_EXE_FORMAT);
+        return nullptr;
+    }
+    Module module;
+    module.file = file;
+    module.bytes = std::make_shared<const std::string>(std::move(*bytes));
+    module.handle = reinterpret_cast<HMODULE>(const_cast<char*>(module.bytes->data()));
+    return keep(std::move(module));
+}
+
+} // namespace
+
+std::shared_ptr<const std::string> resourceFile(HMODULE module)
+{
+    const std::lock_guard<std::mutex> lock(guard);
+    const auto found = findLoaded(module);
+    return found != loaded.end() ? found->bytes : nullptr;
+}
+
+std::string executableFile()
+{
+    std::error_code failure;
+    return std::filesystem::read_symlink("/proc/self/exe", failure).native();
+}
+
+} // namespace winhost
+
+using namespace winhost;
+
+HMODULE GetModuleHandleW(LPCWSTR name)
+{
+    if (name == nullptr) {
+        return executable();
+    }
+    const HMODULE module = findModule(withExtension(name));
+    if (module == nullptr) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+    }
+    return module;
+}
+
+DWORD GetModuleFileNameW(HMODULE module, LPWSTR path, DWORD size)
+{
+    const std::string file = fileOf(module == nullptr ? executable() : module);
+    if (file.empty()) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return 0;
+    }
+    const Text full = windowsPath(file);
+    if (path == nullptr || copyText(full, path, size) < full.size()) {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return path == nullptr ? 0 : size;
+    }
+    SetLastError(ERROR_SUCCESS);
+    return static_cast<DWORD>(full.size());
+}
+
+HMODULE LoadLibraryW(LPCWSTR name)
+{
+    return LoadLibraryExW(name, nullptr, 0);
+}
+
+HMODULE LoadLibraryExW(LPCWSTR name, HANDLE /*file*/, DWORD flags)
+{
+    constexpr DWORD dataFlags =
+        LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE | DONT_RESOLVE_DLL_REFERENCES;
+    if (name == nullptr) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return nullptr;
+    }
+    const Text fullName = withExtension(name);
+    const HMODULE present = hasFolder(fullName) ? nullptr : findModule(fullName);
+    if (present != nullptr && addReference(present)) {
+        return present;
+    }
+    const std::optional<std::string> file = findModuleFile(fullName);
+    if (!file) {
+        SetLastError((flags & LOAD_LIBRARY_AS_DATAFILE) != 0 ? ERROR_FILE_NOT_FOUND : ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
+    return loadFile(absolute(file->c_str()), (flags & dataFlags) != 0);
+}
+
+BOOL FreeLibrary(HMODULE module)
+{
+    if (module == nullptr) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    Module last; // closed without the guard: the module's own code may load and free others
+    {
+        const std::lock_guard<std::mutex> lock(guard);
+        const auto found = findLoaded(module);
+        if (found != loaded.end()) {
+            if (--found->references == 0) {
+                last = std::move(*found);
+                loaded.erase(found);
+            }
+            return TRUE;
+        }
+    }
+    if (!isHostCode(module)) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return FALSE;
+    }
+    return TRUE;
+}
+
+FARPROC GetProcAddress(HMODULE module, LPCSTR name)
+{
+    const HMODULE code = module == nullptr ? executable() : module;
+    if (!isHostCode(code)) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
+    // The executable is known to the loader by no name. What a module's dependencies export is not its own.
+    const std::string file = code == executable() ? std::string() : hostCodeFile(code);
+    const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
+    void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;
+    if (found == nullptr || handleOf(found) != code) {
+        SetLastError(ERROR_PROC_NOT_FOUND);
+        return nullptr;
+    }
+    return reinterpret_cast<FARPROC>(found);
+}
+
+BOOL DisableThreadLibraryCalls(HMODULE module)
+{
+    if (module == executable() || (!isHostCode(module) && !resourceFile(module))) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return FALSE;
+    }
+    return TRUE;
+}

@@ -1,0 +1,65 @@
+// The message box and the end of the process.
+#include "text.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+/// What the user typed, without blanks and in lower case; nothing at the end of the input.
+bool readAnswer(std::string& answer)
+{
+    constexpr std::size_t longestKept = 8;
+    answer.clear();
+    int character = std::getc(stdin);
+    const bool isAtEnd = character == EOF;
+    for (; character != EOF && character != '\n'; character = std::getc(stdin)) {
+        const bool isUpper = character >= 'A' && character <= 'Z';
+        const bool isBlank = character == ' ' || character == '\t' || character == '\r';
+        if (!isBlank && answer.size() < longestKept) {
+            answer.push_back(static_cast<char>(isUpper ? character + ('a' - 'A') : character));
+        }
+    }
+    return !isAtEnd;
+}
+
+INT askYesOrNo()
+{
+    constexpr INT noAnswer = 0;
+    std::string answer;
+    for (;;) {
+        std::fputs("yes or no?\n", stderr);
+        if (!readAnswer(answer)) {
+            return noAnswer;
+        }
+        if (answer == "y" || answer == "yes") {
+            return IDYES;
+        }
+        if (answer == "n" || answer == "no") {
+            return IDNO;
+        }
+    }
+}
+
+} // namespace
+
+INT MessageBoxW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type)
+{
+    constexpr UINT buttonMask = 0xF;
+    std::string message = winhost::toUtf8(caption == nullptr ? L"Error" : caption);
+    message += ": " + winhost::toUtf8(text == nullptr ? L"" : text) + '\n';
+    std::fputs(message.c_str(), stderr);
+    return (type & buttonMask) == MB_YESNO ? askYesOrNo() : IDOK;
+}
+
+void ExitProcess(UINT code)
+{
+    // No static object of the program is destroyed, as on Windows: other threads may still use it. stdin is
+    // left alone, since a thread that waits for input holds its lock.
+    std::fflush(stdout);
+    std::fflush(stderr);
+    _exit(static_cast<int>(code));
+}

@@ -1,0 +1,58 @@
+// LoadStringW.
+#include "modules.h"
+#include "pe_resources.h"
+#include "text.h"
+
+#include <windows.h>
+
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+DWORD errorOf(winhost::StringLookup result)
+{
+    switch (result) {
+    case winhost::StringLookup::noResources:
+        return ERROR_RESOURCE_DATA_NOT_FOUND;
+    case winhost::StringLookup::noStringTable:
+        return ERROR_RESOURCE_TYPE_NOT_FOUND;
+    default:
+        return ERROR_RESOURCE_NAME_NOT_FOUND;
+    }
+}
+
+/// With a size of 0 the caller gets where the string is in the module, not terminated.
+INT giveAddress(winhost::Bytes units, LPWSTR buffer)
+{
+    if (reinterpret_cast<std::uintptr_t>(units.data()) % alignof(wchar_t) != 0) {
+        return 0;
+    }
+    const unsigned char* const address = units.data();
+    std::memcpy(buffer, &address, sizeof(address));
+    return static_cast<INT>(units.size() / sizeof(wchar_t));
+}
+
+} // namespace
+
+INT LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, INT size)
+{
+    if (buffer == nullptr || size < 0) {
+        return 0;
+    }
+    const std::shared_ptr<const std::string> file = winhost::resourceFile(module);
+    const winhost::Bytes bytes = file ? winhost::asBytes(*file) : winhost::Bytes();
+    const winhost::StringResource string = winhost::findString(bytes, static_cast<std::uint16_t>(id));
+    if (string.result != winhost::StringLookup::found) {
+        SetLastError(errorOf(string.result));
+        return 0;
+    }
+    if (size == 0) {
+        return giveAddress(string.units, buffer);
+    }
+    winhost::Text text(string.units.size() / sizeof(wchar_t), 0);
+    if (!text.empty()) {
+        std::memcpy(text.data(), string.units.data(), string.units.size());
+    }
+    return static_cast<INT>(winhost::copyText(text, buffer, static_cast<std::size_t>(size)));
+}

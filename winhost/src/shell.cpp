@@ -1,0 +1,123 @@
+// The user's folders, as the XDG base directories and user directories give them.
+#include "host_path.h"
+
+#include <shlobj.h>
+#include <windows.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <pwd.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr INT folderMask = 0xFF;
+constexpr HRESULT fileNotFound = static_cast<HRESULT>(0x80070002);
+
+std::string homeFolder()
+{
+    const char* const home = std::getenv("HOME");
+    if (home != nullptr && *home == '/') {
+        return home;
+    }
+    const struct passwd* const user = getpwuid(getuid());
+    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/";
+}
+
+/// An absolute path in the environment, else a folder of the user's home.
+std::string xdgFolder(const char* variable, const char* belowHome)
+{
+    const char* const value = std::getenv(variable);
+    return value != nullptr && *value == '/' ? std::string(value) : homeFolder() + belowHome;
+}
+
+std::string configFolder()
+{
+    return xdgFolder("XDG_CONFIG_HOME", "/.config");
+}
+
+/// What user-dirs.dirs assigns: "$HOME/...", or "/...", in quotes; "" when it does not.
+std::string documentsOfUserDirs()
+{
+    constexpr std::string_view assignment = "XDG_DOCUMENTS_DIR=\"";
+    constexpr std::string_view home = "$HOME";
+    std::ifstream file(configFolder() + "/user-dirs.dirs");
+    for (std::string line; std::getline(file, line);) {
+        const std::size_t end = line.rfind('"');
+        if (!line.starts_with(assignment) || end < assignment.size()) {
+            continue;
+        }
+        const std::string value = line.substr(assignment.size(), end - assignment.size());
+        if (value.starts_with(home)) {
+            return homeFolder() + value.substr(home.size());
+        }
+        return value.starts_with('/') ? value : std::string();
+    }
+    return {};
+}
+
+std::string documentsFolder()
+{
+    const char* const variable = "XDG_DOCUMENTS_DIR";
+    const std::string assigned = std::getenv(variable) == nullptr ? documentsOfUserDirs() : std::string();
+    return assigned.empty() ? xdgFolder(variable, "/Documents") : assigned;
+}
+
+std::string folderOnHost(INT id)
+{
+    switch (id) {
+    case CSIDL_APPDATA:
+        return configFolder();
+    case CSIDL_LOCAL_APPDATA:
+        return xdgFolder("XDG_DATA_HOME", "/.local/share");
+    case CSIDL_PERSONAL:
+        return documentsFolder();
+    default:
+        return {};
+    }
+}
+
+HRESULT fail(HRESULT result, LPWSTR path)
+{
+    if (path != nullptr) {
+        *path = 0;
+    }
+    return result;
+}
+
+} // namespace
+
+HRESULT SHGetFolderPathW(HWND /*owner*/, INT folder, HANDLE /*token*/, DWORD flags, LPWSTR path)
+{
+    constexpr DWORD lastType = 1;
+    std::string onHost = folderOnHost(folder & folderMask);
+    if (flags > lastType || onHost.empty()) {
+        return fail(E_INVALIDARG, path);
+    }
+    while (onHost.size() > 1 && onHost.back() == '/') {
+        onHost.pop_back();
+    }
+    const winhost::Text full = winhost::windowsPath(onHost);
+    if (full.size() >= MAX_PATH) {
+        return fail(E_FAIL, path);
+    }
+    if (path != nullptr) {
+        winhost::copyText(full, path, MAX_PATH);
+    }
+    std::error_code failure;
+    if ((folder & CSIDL_FLAG_DONT_VERIFY) != 0 || std::filesystem::exists(onHost, failure)) {
+        return S_OK;
+    }
+    if ((folder & CSIDL_FLAG_CREATE) == 0) {
+        return fileNotFound;
+    }
+    std::filesystem::create_directories(onHost, failure);
+    return failure ? E_FAIL : S_OK;
+}
+
+BOOL SHGetSpecialFolderPathW(HWND owner, LPWSTR path, INT folder, BOOL create)
+{
+    const INT wanted = folder | (create != FALSE ? CSIDL_FLAG_CREATE : 0);
+    return SUCCEEDED(SHGetFolderPathW(owner, wanted, nullptr, SHGFP_TYPE_CURRENT, path)) ? TRUE : FALSE;
+}
