@@ -27,6 +27,7 @@ bool readProgramFolder(uinfo::BoundedText& folder)
     if (GetModuleFileNameW(GetModuleHandleW(nullptr), folder.data(), modulePathSize) == 0) {
         return false;
     }
+    folder.measure(); // some systems leave a cut path without a terminator
     folder.cut(uinfo::folderLength(folder.text()));
     return true;
 }

@@ -31,9 +31,11 @@ bool buildUserDataCachePath(BoundedText& path)
 /// A process that runs in its own user data cache folder would keep it from being removed.
 void fixWorkingDirectory()
 {
+    uinfo::TextBuffer<MAX_PATH + 1> executable;
+    GetModuleFileNameW(GetModuleHandleW(nullptr), executable.data(), MAX_PATH);
+    executable.measure(); // some systems leave a cut path without a terminator
     uinfo::PathBuffer cacheFolder;
-    GetModuleFileNameW(GetModuleHandleW(nullptr), cacheFolder.data(), MAX_PATH);
-    cacheFolder.cut(uinfo::folderLength(cacheFolder.text()));
+    cacheFolder.append(executable.text(), uinfo::folderLength(executable.text()));
     cacheFolder.append(userDataCache);
 
     wchar_t current[MAX_PATH] = {};
