@@ -23,7 +23,7 @@ struct Position
     unsigned char key[EntryKey::capacity];
 };
 
-// ---- Reading ------------------------------------------------------------------------------------------------
+// ---- Reading ---------------------------------------------------------------------------------
 
 LSTATUS checkHeader(const Transaction& in);
 
@@ -49,7 +49,7 @@ struct Longest
 LSTATUS measureSubKeys(const Transaction& in, NodeId id, Longest& longest);
 LSTATUS measureValues(const Transaction& in, NodeId id, Longest& longest);
 
-// ---- Writing ------------------------------------------------------------------------------------------------
+// ---- Writing ---------------------------------------------------------------------------------
 
 LSTATUS createRoots(const Transaction& in);
 /// Creates what is missing of the path, each new key with the class; a last key that exists takes the class
