@@ -1,0 +1,62 @@
+// Processes that a test starts.
+#pragma once
+
+#include "support/scratch.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace testing_support {
+
+/// A message box as it was seen from outside.
+struct ShownBox
+{
+    std::string caption;
+    std::string text;
+
+    bool operator==(const ShownBox&) const = default;
+};
+
+struct ChildResult
+{
+    int exitCode = -1;
+    std::string output; ///< of stdout
+    std::string errors; ///< of stderr
+    std::vector<ShownBox> boxes;
+};
+
+struct ChildOptions
+{
+    std::filesystem::path workingFolder; ///< empty: this process's own
+    /// A button for each message box in turn, "yes", "no" or "ok". On Windows the box's button is pressed, on
+    /// the host the text is typed. A box without an answer is closed (typed: end of input).
+    std::vector<std::string> answers;
+};
+
+/// Runs a program to its end.
+ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                       const ChildOptions& options = {});
+
+/// A part of a test that runs in a process of its own, in this program or a copy of it.
+class ChildPart
+{
+public:
+    using Main = int (*)(const std::vector<std::string>& arguments);
+
+    ChildPart(const char* name, Main main);
+
+    /// Runs it in a program, such as an Application's.
+    ChildResult run(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                    const ChildOptions& options = {}) const;
+
+private:
+    const char* m_name;
+};
+
+/// What the program's main asks: whether this process is a child, and then its result.
+bool isChild(int argc, char** argv);
+int childMain(int argc, char** argv);
+
+} // namespace testing_support

@@ -1,0 +1,42 @@
+// The registry as raw calls see it.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace testing_support {
+
+struct RawValue
+{
+    DWORD type = REG_NONE;
+    std::string bytes;
+
+    bool operator==(const RawValue&) const = default;
+};
+
+/// How a value is printed in a failure: its type and its bytes in hexadecimal.
+void PrintTo(const RawValue& value, std::ostream* stream);
+
+/// A REG_SZ of an UTF-8 text, terminator included.
+RawValue text(const std::string& utf8);
+RawValue dword(std::uint32_t number);
+
+/// Makes the key and everything above it.
+void makeKey(HKEY root, const std::string& path);
+bool keyExists(HKEY root, const std::string& path);
+void removeKey(HKEY root, const std::string& path);
+
+/// Sets a value, making the key. An empty name is the default value.
+void setRaw(HKEY root, const std::string& path, const std::string& name, const RawValue& value);
+std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name);
+
+/// Every key and value at and below a key, a line each; equal texts mean equal trees.
+std::string tree(HKEY root, const std::string& path);
+
+/// Marks a language as installed for the default product.
+void addUninstallEntry(int lcid);
+
+} // namespace testing_support

@@ -1,0 +1,43 @@
+// Files and folders that a test makes.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace testing_support {
+
+/// A folder of this process and its children, removed when the process ends.
+const std::filesystem::path& scratchFolder();
+
+/// A path as Windows writes it, in UTF-8.
+std::string windowsPath(const std::filesystem::path& path);
+
+/// Writes a file and the folders on its way.
+void writeFile(const std::filesystem::path& file, std::string_view bytes);
+
+std::string readFile(const std::filesystem::path& file);
+
+/// The executable of this process.
+std::filesystem::path thisProgram();
+
+/// An application: a folder of the scratch folder with this test program in it, under a name of its own.
+class Application
+{
+public:
+    explicit Application(std::string_view folderName = "app");
+
+    std::filesystem::path folder() const { return m_folder; }
+    std::filesystem::path program() const;
+
+    /// Puts another program of this build into it; gives its path.
+    std::filesystem::path addProgram(std::string_view name) const;
+    /// Makes a language's folder with a library in it.
+    void addLanguage(std::string_view shortName) const;
+    void writeIni(std::string_view text, std::string_view fileName = "TARVO.ini") const;
+
+private:
+    std::filesystem::path m_folder;
+};
+
+} // namespace testing_support
