@@ -1,0 +1,95 @@
+// The user's folders, the message box and the end of the process.
+#include "support/child.h"
+#include "support/isolation.h"
+#include "support/scratch.h"
+#include "support/text.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <filesystem>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace testing_support;
+
+/// Makes a folder the user's documents folder, as the user would.
+void moveDocuments(const fs::path& folder)
+{
+#if defined(_WIN32)
+    HKEY folders = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER,
+                    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders", 0, nullptr,
+                    REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &folders, nullptr);
+    const std::string path = Wide(windowsPath(folder)).bytes();
+    RegSetValueExW(folders, L"Personal", 0, REG_EXPAND_SZ, reinterpret_cast<const BYTE*>(path.data()),
+                   static_cast<DWORD>(path.size()));
+    RegCloseKey(folders);
+#else
+    shareWithChildren("XDG_DOCUMENTS_DIR", folder.string());
+#endif
+}
+
+std::string specialFolder(int folder, BOOL create = FALSE)
+{
+    wchar_t path[MAX_PATH] = {};
+    return SHGetSpecialFolderPathW(nullptr, path, folder, create) != FALSE ? utf8(path) : "failed";
+}
+
+TEST(Shell, FoldersAreAbsolute)
+{
+    for (const int folder : {CSIDL_APPDATA, CSIDL_LOCAL_APPDATA, CSIDL_PERSONAL}) {
+        const std::string path = specialFolder(folder, TRUE);
+        EXPECT_EQ(path.substr(1, 2), ":\\") << folder;
+        EXPECT_NE(path.back(), '\\') << folder;
+        EXPECT_EQ(specialFolder(folder), path) << folder;
+    }
+    EXPECT_NE(specialFolder(CSIDL_APPDATA), specialFolder(CSIDL_LOCAL_APPDATA));
+    EXPECT_EQ(specialFolder(0x77), "failed");
+}
+
+TEST(Shell, MissingFoldersAreMadeOnRequest)
+{
+    const fs::path folder = scratchFolder() / "documents" / "deep";
+    moveDocuments(folder);
+    wchar_t path[MAX_PATH] = {};
+    EXPECT_EQ(specialFolder(CSIDL_PERSONAL), "failed");
+    EXPECT_TRUE(FAILED(SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, path)));
+    EXPECT_FALSE(fs::exists(folder));
+    EXPECT_EQ(
+        SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, path),
+        S_OK);
+    EXPECT_EQ(utf8(path), windowsPath(folder));
+    EXPECT_TRUE(fs::is_directory(folder));
+    EXPECT_EQ(specialFolder(CSIDL_PERSONAL), windowsPath(folder));
+    EXPECT_EQ(SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, 2, path), E_INVALIDARG);
+    EXPECT_EQ(SHGetFolderPathW(nullptr, 0x77, nullptr, SHGFP_TYPE_CURRENT, path), E_INVALIDARG);
+    EXPECT_EQ(utf8(path), "");
+
+    writeFile(scratchFolder() / "file", "");
+    moveDocuments(scratchFolder() / "file" / "below");
+    EXPECT_EQ(specialFolder(CSIDL_PERSONAL, TRUE), "failed");
+}
+
+const ChildPart questions("questions", [](const std::vector<std::string>&) {
+    MessageBoxW(nullptr, L"gr\x00FC\x00DF", L"Note", MB_OK | MB_ICONERROR);
+    const int first = MessageBoxW(nullptr, L"one", L"First", MB_YESNO | MB_ICONQUESTION);
+    const int second = MessageBoxW(nullptr, L"two", L"Second", MB_YESNO);
+    ExitProcess(static_cast<UINT>(first * 10 + second));
+    return 0;
+});
+
+TEST(Process, ShowsBoxesAndExits)
+{
+    const ChildResult result = questions.run(thisProgram(), {}, {{}, {"ok", "yes", "no"}});
+    EXPECT_EQ(result.exitCode, IDYES * 10 + IDNO);
+    const std::vector<ShownBox> expected = {
+        {"Note", "gr\xC3\xBC\xC3\x9F"}, {"First", "one"}, {"Second", "two"}};
+    EXPECT_EQ(result.boxes, expected);
+}
+
+} // namespace
