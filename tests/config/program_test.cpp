@@ -1,0 +1,139 @@
+// The program folder, language resource folders and libraries, and the help viewer.
+#include "support/config.h"
+#include "support/scratch.h"
+#include "support/seam.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <utility>
+
+namespace {
+
+using namespace testing_support;
+
+using PathFunction = unsigned long (*)(wchar_t*, unsigned long);
+
+constexpr PathFunction programPath = GetProgramPath;
+constexpr PathFunction currentPath = GetResourceDllPath; // of "unknown", before start-up
+constexpr PathFunction namedPath = [](wchar_t* out, unsigned long size) {
+    return GetResourceDllPath(L"unknown", out, size);
+};
+constexpr PathFunction helpPath = [](wchar_t* out, unsigned long size) {
+    return static_cast<unsigned long>(GetHelpFilePath(out, static_cast<long>(size)));
+};
+
+/// What a path function gives for a size: the path, "untouched" or "failed"; or what it did wrong.
+std::string pathOf(PathFunction function, unsigned long size)
+{
+    std::vector<wchar_t> buffer(3000, L'#');
+    const unsigned long length = function(buffer.data(), size);
+    const auto behind = std::count(buffer.begin() + static_cast<long>(size), buffer.end(), L'#');
+    if (static_cast<unsigned long>(behind) != buffer.size() - size) {
+        return "wrote behind the buffer";
+    }
+    if (length == 0) {
+        return buffer[0] == L'#' ? "untouched" : "failed";
+    }
+    const std::string path = utf8(buffer.data());
+    return path.size() == length ? path : "wrong length";
+}
+
+TEST(Program, FolderIsReadOnceAndFitsExactly)
+{
+    {
+        const PretendedExecutable none("");
+        EXPECT_EQ(pathOf(programPath, 100), "untouched");
+    }
+    {
+        const PretendedExecutable other("C:\\Other\\cad.exe"); // which none of these keeps
+        EXPECT_EQ(GetProgramPath(nullptr, 100), 0UL);
+        EXPECT_EQ(pathOf(programPath, 0), "untouched");
+    }
+    {
+        const PretendedExecutable pretended("C:\\Apps\\Cad\\cad.exe");
+        SetLastError(77);
+        EXPECT_EQ(pathOf(programPath, 100), "C:\\Apps\\Cad\\");
+        EXPECT_EQ(GetLastError(), 77U);
+    }
+    EXPECT_EQ(pathOf(programPath, 13), "C:\\Apps\\Cad\\");
+    EXPECT_EQ(pathOf(programPath, 12), "untouched");
+}
+
+TEST(Program, PathsNeedTheirSize)
+{
+    const PretendedExecutable pretended("C:\\Apps\\Cad\\cad.exe");
+    for (unsigned long size = 0; size < 30; ++size) {
+        SCOPED_TRACE(size);
+        for (const PathFunction function : {currentPath, namedPath}) {
+            const std::string failure = size == 0 ? "untouched" : "failed";
+            EXPECT_EQ(pathOf(function, size), size >= 22 ? "C:\\Apps\\Cad\\unknown" : failure);
+        }
+        EXPECT_EQ(pathOf(helpPath, size), size >= 24 ? "C:\\Apps\\Cad\\RKHelp.exe" : "untouched");
+    }
+    wchar_t out[8] = L"#";
+    EXPECT_EQ(GetHelpFilePath(out, -1L) + GetHelpFilePath(out, LONG_MIN) + GetHelpFilePath(nullptr, 1024), 0);
+    for (const wchar_t* const name : {L"x", L"", static_cast<const wchar_t*>(nullptr)}) {
+        EXPECT_EQ(GetResourceDllPath(name, nullptr, 1024), 0UL);
+        EXPECT_EQ(GetResourceDllPath(name, out, name != nullptr && *name != 0 ? 0 : 8), 0UL);
+    }
+    EXPECT_EQ(GetResourceDllPath(nullptr, 1024), 0UL);
+    EXPECT_EQ(utf8(out), "#");
+}
+
+TEST(Program, PathsHaveTheLimitsOfThePlatform)
+{
+    for (const std::size_t length : {252U, 253U}) { // a joined path has at most 259 characters
+        const std::string folder = "C:\\" + std::string(length - 4, 'x') + '\\';
+        const PretendedExecutable pretended(folder + "cad.exe");
+        EXPECT_EQ(pathOf(currentPath, 1024), length == 252 ? folder + "unknown" : "failed");
+    }
+    for (const std::size_t length : {1022U, 1023U}) { // of the executable's path
+        const std::string folder = "C:\\" + std::string(length - 11, 'x') + '/';
+        const PretendedExecutable pretended(folder + "cad.exe");
+        EXPECT_EQ(pathOf(helpPath, 1100), length == 1022 ? folder + "RKHelp.exe" : "untouched");
+    }
+    const std::string folder = "C:\\" + std::string(1000, 'x') + '/';
+    const PretendedExecutable pretended(folder + std::string(100, 'y')); // cut, and the cut not noticed
+    EXPECT_EQ(pathOf(programPath, 1005), folder);
+}
+
+TEST(Program, ResourceLibrariesAreLoadedFromTheFolderThenByName)
+{
+    std::vector<std::string> tried;
+    const auto load = intercept<decltype(LoadLibraryW)>("LoadLibraryW", [&](auto real, LPCWSTR name) {
+        tried.push_back(utf8(name));
+        return real(name);
+    });
+    const auto loadEx = intercept<decltype(LoadLibraryExW)>(
+        "LoadLibraryExW", [&](auto, LPCWSTR name, HANDLE file, DWORD flags) {
+            tried.push_back(utf8(name) + ' ' + std::to_string(flags) + (file == &tried ? " file" : ""));
+            return HMODULE{};
+        });
+    using Names = std::vector<std::string>;
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    const std::string folder = windowsPath(thisProgram().parent_path()) + "\\en-US\\";
+
+    EXPECT_NE(LoadResourceDll(L"RkUInfoRes.dll"), nullptr);
+    EXPECT_EQ(std::exchange(tried, {}), Names{folder + "RkUInfoRes.dll"});
+    EXPECT_NE(LoadResourceDll(Wide(libraryModule)), nullptr); // beside the program
+    EXPECT_EQ(std::exchange(tried, {}), (Names{folder + libraryModule, libraryModule}));
+    EXPECT_EQ(LoadResourceDll(L"none.dll"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_EQ(std::exchange(tried, {}), (Names{folder + "none.dll", "none.dll"}));
+    EXPECT_EQ(LoadResourceDllEx(L"none.dll", &tried, 0x22), nullptr);
+    EXPECT_EQ(std::exchange(tried, {}), (Names{folder + "none.dll 34 file", "none.dll 34 file"}));
+
+    const Wide tooLong(260 - folder.size(), L'x');
+    for (const wchar_t* const name :
+         {L"", static_cast<const wchar_t*>(nullptr), static_cast<const wchar_t*>(tooLong)}) {
+        EXPECT_EQ(LoadResourceDll(name), nullptr);
+        EXPECT_EQ(LoadResourceDllEx(name, nullptr, 2), nullptr);
+    }
+    const PretendedExecutable none("");
+    EXPECT_EQ(LoadResourceDll(L"RkUInfoRes.dll"), nullptr);
+    EXPECT_EQ(tried, Names{});
+}
+
+} // namespace
