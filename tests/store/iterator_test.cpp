@@ -1,0 +1,174 @@
+// Walking the sub-keys and the values of a key.
+#include "store.h"
+
+#include <set>
+
+namespace {
+
+using namespace testing_support;
+
+Error nameOf(const TarvoConfig::ItemIterator& it, wchar_t* buffer, long& length)
+{
+    return it.name(buffer, length);
+}
+
+Error nameOf(const TarvoConfig::ValueIterator& it, wchar_t* buffer, long& length)
+{
+    return it.key(buffer, length);
+}
+
+/// The current name, or the error in its place.
+std::string nameOf(const auto& it)
+{
+    wchar_t buffer[1024];
+    long length = 1024;
+    const Error error = nameOf(it, buffer, length);
+    return error == eOk ? utf8(buffer) : "error " + std::to_string(error);
+}
+
+/// What both iterators do alike.
+template <typename Iterator>
+class Iterators : public StoreTest
+{
+protected:
+    /// Entries of either kind.
+    static void add(const std::string& key, std::initializer_list<const char*> entries)
+    {
+        for (const char* const entry : entries) {
+            setRaw(HKEY_CURRENT_USER, settings + "\\" + key, entry, dword(1));
+            makeKey(HKEY_CURRENT_USER, settings + "\\" + key + "\\" + entry);
+        }
+    }
+
+    Error find(Text key, Iterator& it) { return m_config.findItem(eSettings, key, it); }
+};
+
+using Kinds = testing::Types<TarvoConfig::ItemIterator, TarvoConfig::ValueIterator>;
+TYPED_TEST_SUITE(Iterators, Kinds, );
+
+TYPED_TEST(Iterators, WalkEveryEntryOnce)
+{
+    this->add("Three", {"b", "c", "a"});
+    for (const Text form : {L"Three", L"/Three//", L"\\Three\\"}) {
+        TypeParam it;
+        ASSERT_EQ(this->find(form, it), eOk);
+        std::set<std::string> walked;
+        for (int index = 0; index < 3; ++index) {
+            walked.insert(nameOf(it));
+            EXPECT_EQ(it.step(), eOk);
+        }
+        EXPECT_EQ(walked, (std::set<std::string>{"a", "b", "c"}));
+        EXPECT_EQ(nameOf(it), "error 4");
+        EXPECT_EQ(it.step(), TarvoConfig::eInvalidIterator);
+    }
+    TypeParam it;
+    ASSERT_EQ(this->find(L"Three", it), eOk);
+    this->add("Three", {"d"}); // which an index reaches, though the count is that of findItem
+    while (it.step() == eOk) {
+    }
+    EXPECT_EQ(nameOf(it), "d");
+}
+
+TYPED_TEST(Iterators, NameNeedsRoomForItsTerminator)
+{
+    this->add("One", {"name"});
+    TypeParam it;
+    ASSERT_EQ(this->find(L"One", it), eOk);
+    const std::tuple<bool, long, Error> rows[] = {{false, 0, TarvoConfig::eBufferTooSmall},
+                                                  {false, 100, TarvoConfig::eBufferTooSmall},
+                                                  {true, -1, TarvoConfig::eBufferTooSmall},
+                                                  {true, 4, TarvoConfig::eBufferTooSmall},
+                                                  {true, 5, eOk},
+                                                  {true, 100, eOk}};
+    for (const auto& [hasBuffer, capacity, error] : rows) {
+        SCOPED_TRACE(capacity);
+        wchar_t buffer[6] = L"?????";
+        long length = capacity;
+        EXPECT_EQ(nameOf(it, hasBuffer ? buffer : nullptr, length), error);
+        EXPECT_EQ(length, 5);
+        EXPECT_EQ(utf8(buffer), error == eOk ? "name" : "?????");
+    }
+}
+
+TYPED_TEST(Iterators, WithoutAnEntry)
+{
+    makeKey(HKEY_CURRENT_USER, settings + "\\None");
+    this->add("One", {"name"});
+    TypeParam unpositioned;
+    TypeParam empty;
+    ASSERT_EQ(this->find(L"None", empty), eOk);
+    TypeParam cleared;
+    ASSERT_EQ(this->find(L"One", cleared), eOk);
+    const TypeParam sharing(cleared); // which closes the key that a failing findItem lets go
+    EXPECT_EQ(this->find(L"Missing", cleared), TarvoConfig::eNotFound);
+    for (TypeParam* const it : {&unpositioned, &empty, &cleared}) {
+        long length = 77;
+        EXPECT_EQ(nameOf(*it, nullptr, length), TarvoConfig::eInvalidIterator);
+        EXPECT_EQ(length, 77);
+        EXPECT_EQ(it->step(), TarvoConfig::eInvalidIterator);
+        if constexpr (std::is_same_v<TypeParam, TarvoConfig::ValueIterator>) {
+            VelaVariant v;
+            EXPECT_EQ(it->value(v), TarvoConfig::eInvalidIterator);
+            EXPECT_EQ(it->setValue(v), TarvoConfig::eInvalidIterator);
+        }
+    }
+    EXPECT_EQ(nameOf(sharing), "name");
+}
+
+TYPED_TEST(Iterators, CopiesShareTheKey)
+{
+    this->add("Two", {"a", "b"});
+    this->add("Other", {"c"});
+    TypeParam last;
+    {
+        TypeParam first;
+        ASSERT_EQ(this->find(L"Two", first), eOk);
+        const TypeParam copy(first);
+        EXPECT_EQ(first.step(), eOk);
+        ASSERT_EQ(this->find(L"Other", last), eOk);
+        EXPECT_EQ(this->m_keys.stillOpen(), 2);
+        last = first; // lets its own key go
+        EXPECT_EQ(this->m_keys.stillOpen(), 1);
+        const TypeParam& same = last;
+        last = same;
+        EXPECT_EQ(nameOf(copy), "a"); // each walks on its own
+        ASSERT_EQ(this->find(L"Other", first), eOk);
+        EXPECT_EQ(nameOf(first), "c");
+    }
+    EXPECT_EQ(this->m_keys.stillOpen(), 1);
+    EXPECT_EQ(nameOf(last), "b");
+    last = TypeParam();
+    EXPECT_EQ(this->m_keys.stillOpen(), 0);
+    EXPECT_EQ(nameOf(last), "error 4");
+}
+
+using LongNames = StoreTest;
+
+TEST_F(LongNames, Reach255And1023Characters)
+{
+    const std::string longestKey(255, 'k');
+    makeKey(HKEY_CURRENT_USER, settings + "\\" + longestKey);
+    TarvoConfig::ItemIterator item;
+    ASSERT_EQ(m_config.findItem(eSettings, nullptr, item), eOk);
+    EXPECT_EQ(item.getSubKeyCount(), 1);
+    EXPECT_EQ(nameOf(item), longestKey);
+    for (const std::size_t size : {1023u, 1024u, 2000u}) {
+        SCOPED_TRACE(size);
+        setRaw(HKEY_CURRENT_USER, settings + "\\" + std::to_string(size), std::string(size, 'v'), dword(1));
+        TarvoConfig::ValueIterator it;
+        ASSERT_EQ(m_config.findItem(eSettings, Wide(std::to_string(size)), it), eOk);
+        const Error error = size == 1023 ? eOk : TarvoConfig::eBufferTooSmall;
+        wchar_t buffer[9000] = {};
+        for (const long capacity : {9000L, 1023L}) {
+            long length = capacity;
+            EXPECT_EQ(it.key(buffer, length), capacity == 9000 ? error : TarvoConfig::eBufferTooSmall);
+            EXPECT_EQ(length, size == 1023 ? 1024 : 8192);
+        }
+        EXPECT_EQ(utf8(buffer), size == 1023 ? std::string(size, 'v') : "");
+        VelaVariant v;
+        EXPECT_EQ(it.value(v), error);
+        EXPECT_EQ(it.setValue(v), error);
+    }
+}
+
+} // namespace

@@ -1,0 +1,261 @@
+// Items and values by subtree and sub-path: the keys opened, the codes given, the names kept.
+#include "store.h"
+
+namespace {
+
+using namespace testing_support;
+
+std::string orNull(Text name)
+{
+    return name == nullptr ? "(null)" : utf8(name);
+}
+
+using Operations = StoreTest;
+
+TEST_F(Operations, OpenTheirKey)
+{
+    setRaw(HKEY_CURRENT_USER, settings + "\\Inner", "n", dword(1));
+    TarvoConfig::ItemIterator item;
+    ASSERT_EQ(m_config.findItem(eSettings, nullptr, item), eOk);
+    // Every key path stands for eSettings itself, so that no path is too odd for the registry.
+    std::string calls;
+    bool missing = false;
+    const auto note = [&](const std::string& call, LSTATUS answer = ERROR_SUCCESS) {
+        calls += (calls.empty() ? "" : "; ") + call;
+        return answer;
+    };
+    const auto noteKey = [&](const char* call, HKEY parent, Text path, REGSAM access) {
+        std::ostringstream out;
+        const std::string whole = utf8(path);
+        const bool below = whole.compare(0, settings.size(), settings) == 0;
+        out << call << (parent != HKEY_CURRENT_USER ? "item " : "")
+            << (below ? "~" + whole.substr(settings.size()) : whole) << ' ' << std::hex << access;
+        note(out.str());
+    };
+    const auto version = pretendVersion(7);
+    const auto open = intercept<decltype(RegOpenKeyExW)>(
+        "RegOpenKeyExW", [&](auto real, HKEY parent, Text path, DWORD options, REGSAM access, HKEY* key) {
+            noteKey("open ", parent, path, access);
+            const Wide opened(parent == HKEY_CURRENT_USER ? settings : utf8(path));
+            return missing ? ERROR_FILE_NOT_FOUND : real(parent, opened, options, access, key);
+        });
+    const auto create = intercept<decltype(RegCreateKeyExW)>(
+        "RegCreateKeyExW", [&](auto real, HKEY parent, Text path, DWORD reserved, auto* keyClass,
+                               DWORD options, REGSAM access, auto* security, HKEY* key, DWORD* disposition) {
+            EXPECT_TRUE(reserved == 0 && keyClass == nullptr && options == 0 && security == nullptr);
+            noteKey("create ", parent, path, access);
+            return real(parent, Wide(settings), 0, nullptr, 0, access, nullptr, key, disposition);
+        });
+    const auto query =
+        intercept<decltype(RegQueryValueExW)>("RegQueryValueExW", [&](auto, HKEY, Text name, auto...) {
+            return note("query " + orNull(name), denied);
+        });
+    const auto set = intercept<decltype(RegSetValueExW)>(
+        "RegSetValueExW", [&](auto, HKEY, Text name, auto...) { return note("set " + orNull(name)); });
+    const auto removeValue = intercept<decltype(RegDeleteValueW)>(
+        "RegDeleteValueW", [&](auto, HKEY, Text name) { return note("delete " + orNull(name)); });
+    const auto removeKey = intercept<decltype(RegDeleteKeyW)>(
+        "RegDeleteKeyW", [&](auto, HKEY, Text name) { return note("delete " + orNull(name)); });
+
+    struct
+    {
+        Text argument;
+        std::string parent, last, trimmed, exists; // exists: as isItemExist takes it
+    } const rows[] = {
+        {L"Display/Colors\\Back", "\\Display\\Colors", "Back", "\\Display\\Colors\\Back",
+         "\\Display/Colors\\Back"},
+        {L"/Set//Colors/Back/", "\\Set\\\\Colors", "Back", "\\Set\\\\Colors\\Back", "\\Set//Colors/Back/"},
+        {L"Back", "", "Back", "\\Back", "\\Back"},
+        {L"\\\\Back//", "", "Back", "\\Back", "\\\\Back//"},
+        {L"/\\", "", "", "\\", "\\\\"},
+        {L"/", "", "", "\\", "\\"},
+        {L"", "", "(null)", "", ""},
+        {nullptr, "", "(null)", "", ""},
+    };
+    VelaVariant value;
+    value.setInt(1);
+    for (const auto& row : rows) {
+        const bool whole = row.argument == nullptr || *row.argument == 0;
+        const std::string removed = whole ? languageRoot + " f003f; delete Settings"
+                                          : "~" + row.parent + " f003f; delete " + row.last;
+        const std::string expected[] = {"~" + row.exists + " 20019",
+                                        "~" + row.parent + " 20019; query " + row.last,
+                                        "~" + row.parent + " 20006; set " + row.last,
+                                        "~" + row.trimmed + " 20006",
+                                        "~" + row.trimmed + " 20006; set n",
+                                        row.last.empty() ? "" : removed,
+                                        "~" + row.trimmed + " f003f; delete n",
+                                        "~" + row.trimmed + " f003f",
+                                        "~" + row.trimmed + " f003f"};
+        for (const Operation& operation : operations) {
+            SCOPED_TRACE(operation.name + " of " + orNull(row.argument));
+            const std::string& wanted = expected[&operation - operations];
+            const std::string opened = wanted.empty() ? "" : "open " + wanted.substr(0, wanted.find(';'));
+            const bool creates = wanted.find(" 20006") != std::string::npos;
+            missing = true; // then the key is made, or the operation ends
+            calls.clear();
+            operation.call(m_config, eSettings, row.argument, value);
+            EXPECT_EQ(calls, opened + (creates ? "; create " + wanted : ""));
+            missing = false;
+            calls.clear();
+            operation.call(m_config, eSettings, row.argument, value);
+            EXPECT_EQ(calls, wanted.empty() ? "" : "open " + wanted);
+        }
+    }
+    calls.clear();
+    EXPECT_EQ(m_config.getValue(item, L"/n/", value), TarvoConfig::eNotFound);
+    EXPECT_EQ(m_config.setValue(item, nullptr, value), eOk);
+    EXPECT_EQ(calls, "open item Inner 20019; query /n/; open item Inner 20006; set (null)");
+}
+
+TEST_F(Operations, AnswerWithTheirCode)
+{
+    std::string refused;
+    const auto refuse = [&](const char* call) {
+        return [&refused, call](auto real, auto... arguments) {
+            return refused.find(call) != std::string::npos ? denied : real(arguments...);
+        };
+    };
+    const auto version = pretendVersion(7);
+    const auto open = intercept<decltype(RegOpenKeyExW)>("RegOpenKeyExW", refuse("open"));
+    const auto create = intercept<decltype(RegCreateKeyExW)>("RegCreateKeyExW", refuse("create"));
+    const auto set = intercept<decltype(RegSetValueExW)>("RegSetValueExW", refuse("set"));
+    const auto remove = intercept<decltype(RegDeleteKeyW)>("RegDeleteKeyW", refuse("delete"));
+    const auto clear = intercept<decltype(RegDeleteValueW)>("RegDeleteValueW", [&](auto real, auto... rest) {
+        return refused == "delete" ? denied : real(rest...);
+    });
+    const auto info = intercept<decltype(RegQueryInfoKeyW)>("RegQueryInfoKeyW", refuse("info"));
+    const auto name = intercept<decltype(RegEnumKeyExW)>(
+        "RegEnumKeyExW", [&](auto real, HKEY key, DWORD index, wchar_t* out, DWORD* length, auto... rest) {
+            const LSTATUS status = real(key, index, out, length, rest...);
+            if (refused == "name") {
+                *out = 0;
+                *length = 0;
+            }
+            return status;
+        });
+
+    VelaVariant value;
+    const auto makeTree = [&] {
+        removeKey(HKEY_CURRENT_USER, settings);
+        setRaw(HKEY_CURRENT_USER, settings + "\\Inner", "n", dword(1));
+        setRaw(HKEY_CURRENT_USER, settings + "\\Inner", "multi", {REG_MULTI_SZ, text("").bytes});
+        value.setString(L"kept");
+    };
+    const auto noSuchPath = static_cast<TarvoConfig::Path>(9);
+    const struct
+    {
+        TarvoConfig::Path root;
+        Text path;
+        const char* refused;
+        int expected[std::size(operations)];
+    } rows[] = {
+        {noSuchPath, L"Inner", "", {7, 7, 7, 7, 7, 7, 7, 7, 7}},
+        {TarvoConfig::eCurrentProfile, L"Inner", "", {7, 7, 7, 7, 7, 7, 7, 7, 7}}, // there is no profiles key
+        {eSettings, L"", "", {0, 1, 0, 0, 0, 0, 5, 0, 0}},
+        {eSettings, L"Inner", "", {0, 1, 0, 0, 0, 0, 0, 0, 0}},
+        {eSettings, L"Inner/n", "", {7, 0, 0, 0, 0, 0, 1, 1, 1}},
+        {eSettings, L"Inner/multi", "", {7, 2, 0, 0, 0, 0, 1, 1, 1}},
+        {eSettings, L"None/n", "", {7, 1, 0, 0, 0, 1, 1, 1, 1}},
+        {eSettings, L"Inner", "open", {7, 1, 0, 0, 0, 1, 1, 1, 1}},
+        {eSettings, L"Inner", "open create", {7, 1, 1, 5, 1, 1, 1, 1, 1}},
+        {eSettings, L"Inner", "set", {0, 1, 5, 0, 5, 0, 0, 0, 0}},
+        {eSettings, L"Inner", "delete", {0, 1, 0, 0, 0, 5, 5, 0, 0}},
+        {eSettings, L"Inner", "info", {0, 1, 0, 0, 0, 0, 0, 5, 5}},
+    };
+    for (const auto& row : rows) {
+        for (const Operation& operation : operations) {
+            SCOPED_TRACE(operation.name + " of " + utf8(row.path) + " without " + row.refused);
+            makeTree();
+            refused = row.refused;
+            const Error error = operation.call(m_config, row.root, row.path, value);
+            EXPECT_EQ(error, row.expected[&operation - operations]);
+            EXPECT_EQ(utf8(value.getString()) == "kept", operation.name != "getValue" || error != eOk);
+        }
+    }
+
+    makeTree();
+    refused = "";
+    TarvoConfig::ItemIterator none;
+    TarvoConfig::ItemIterator item;
+    ASSERT_EQ(m_config.findItem(eSettings, nullptr, item), eOk);
+    TarvoConfig::ItemIterator past(item);
+    EXPECT_EQ(past.step(), eOk);
+    const std::tuple<bool, TarvoConfig::ItemIterator*, Text, const char*, int> itemRows[] = {
+        {false, &none, L"n", "", 4},    {false, &past, L"n", "", 4},     {false, &item, L"n", "name", 5},
+        {false, &item, L"none", "", 1}, {false, &item, L"n", "open", 1}, {false, &item, L"multi", "", 2},
+        {true, &none, L"n", "", 1},     {true, &past, L"n", "", 4},      {true, &item, L"n", "open", 1},
+        {true, &item, L"n", "set", 5}};
+    for (const auto& [writes, it, valueName, refusal, expected] : itemRows) {
+        SCOPED_TRACE((writes ? "set " : "get ") + utf8(valueName) + " without " + refusal);
+        refused = refusal;
+        EXPECT_EQ(writes ? m_config.setValue(*it, valueName, value)
+                         : m_config.getValue(*it, valueName, value),
+                  expected);
+        EXPECT_EQ(utf8(value.getString()), "kept");
+    }
+}
+
+TEST(OperationsBeforeStartUp, HaveNoKey)
+{
+    const KeyCounter keys;
+    VelaVariant value;
+    for (const Operation& operation : operations) {
+        EXPECT_EQ(operation.call(*velaConfig(), eSettings, L"a/b", value), TarvoConfig::eInvalidInput);
+    }
+    EXPECT_EQ(keys.opened(), 0);
+}
+
+TEST_F(Operations, ChangeTheTree)
+{
+    VelaVariant value;
+    value.setString(L"new");
+    EXPECT_EQ(m_config.setValue(eSettings, L"Display/Colors/Back", value), eOk);
+    EXPECT_EQ(m_config.setValue(eSettings, nullptr, value), eOk);
+    EXPECT_EQ(m_config.addValue(eSettings, L"Empty/Deep", L"none", VelaVariant()), eOk);
+    const std::string line = "=" + testing::PrintToString(text("new")) + "\n";
+    EXPECT_EQ(tree(HKEY_CURRENT_USER, settings), "[" + settings + "]\n" + line + "[" + settings +
+                                                     "\\Display]\n[" + settings + "\\Display\\Colors]\nBack" +
+                                                     line + "[" + settings + "\\Empty]\n[" + settings +
+                                                     "\\Empty\\Deep]\n");
+    EXPECT_EQ(m_config.removeValue(eSettings, nullptr, nullptr), eOk);
+    EXPECT_EQ(m_config.removeItem(eSettings, L"Display/Colors"), eOk);
+    EXPECT_EQ(m_config.removeItem(eSettings, L"Empty"), eOk);
+    EXPECT_EQ(m_config.removeItem(eSettings, L"\\/"), TarvoConfig::eNotFound);
+    EXPECT_EQ(tree(HKEY_CURRENT_USER, settings), "[" + settings + "]\n[" + settings + "\\Display]\n");
+    EXPECT_EQ(m_config.removeItem(eSettings, nullptr), eOk);
+    EXPECT_EQ(tree(HKEY_CURRENT_USER, languageRoot), "[" + languageRoot + "]\n");
+}
+
+TEST_F(Operations, KeepNamesOfEveryScript)
+{
+    // As written, and as looked up.
+    constexpr const char* names[][2] = {{"日本語", "日本語"},
+                                        {"\U0001F600", "\U0001F600"},
+                                        {"x\xED\xA0\x80y", "X\xED\xA0\x80Y"},
+                                        {"\xED\xB0\x80", "\xED\xB0\x80"},
+                                        {"привет", "ПРИВЕТ"},
+                                        {"δρόμοι", "ΔΡΌΜΟΙ"},
+                                        {"éàüø", "ÉÀÜØ"},
+                                        {"aBc", "AbC"}};
+    for (const auto& [name, lookedUp] : names) {
+        SCOPED_TRACE(name);
+        VelaVariant value;
+        value.setString(Wide(name));
+        EXPECT_EQ(m_config.addValue(eSettings, Wide(name), Wide(name), value), eOk);
+        EXPECT_EQ(getRaw(HKEY_CURRENT_USER, settings + "\\" + name, name), text(name));
+        EXPECT_EQ(m_config.isItemExist(eSettings, Wide(lookedUp)), 1);
+        VelaVariant read;
+        EXPECT_EQ(m_config.getValue(eSettings, Wide(std::string(lookedUp) + "/" + lookedUp), read), eOk);
+        EXPECT_EQ(utf8(read.getString()), name);
+        wchar_t found[8] = {};
+        long length = 8;
+        TarvoConfig::ItemIterator it;
+        EXPECT_EQ(m_config.findItem(eSettings, nullptr, it), eOk);
+        EXPECT_EQ(it.name(found, length), eOk);
+        EXPECT_EQ(utf8(found), name);
+        EXPECT_EQ(m_config.removeItem(eSettings, Wide(lookedUp)), eOk);
+    }
+}
+
+} // namespace

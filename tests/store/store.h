@@ -1,0 +1,112 @@
+// What the tests of the configuration store share.
+#pragma once
+
+#include "support/config.h"
+#include "support/registry.h"
+#include "support/seam.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <sstream>
+
+namespace testing_support {
+
+using Error = TarvoConfig::Error;
+using Text = const wchar_t*;
+
+inline constexpr Error eOk = TarvoConfig::eOk;
+inline constexpr TarvoConfig::Path eSettings = TarvoConfig::eSettings;
+inline constexpr LSTATUS denied = ERROR_ACCESS_DENIED;
+
+/// The key paths of eLanguageRoot and eSettings after startAcme().
+inline const std::string languageRoot = "Software\\Acme\\Widget\\2018\\en-US";
+inline const std::string settings = languageRoot + "\\Settings";
+
+/// A started configuration, of whose keys none is left open.
+class StoreTest : public testing::Test
+{
+protected:
+    ~StoreTest() override { EXPECT_EQ(m_keys.stillOpen(), 0); }
+    void SetUp() override { ASSERT_EQ(startAcme(), eOk); }
+
+    KeyCounter m_keys;
+    TarvoConfig& m_config = *velaConfig();
+};
+
+/// Everything that a variant answers: type/block size, then what each getter gives.
+inline std::string describe(const VelaVariant& v)
+{
+    const auto* const bytes = static_cast<const char*>(v.getBinary());
+    std::ostringstream out;
+    out << v.type() << '/' << v.blockSize() << ' ' << v.getInt() << ' ' << v.getInt64() << ' '
+        << v.getDouble() << " '" << utf8(v.getString()) << "' "
+        << (bytes == nullptr ? "-" : std::string(bytes, static_cast<std::size_t>(v.blockSize() - 4)));
+    return out.str();
+}
+
+/// The code of the exception that a call throws, -1 for a null one, 0 when none is thrown.
+inline int thrownCode(const std::function<void()>& call)
+{
+    try {
+        call();
+    } catch (RkErrorStatus* exception) {
+        const std::unique_ptr<RkErrorStatus> owned(exception);
+        return exception == nullptr ? -1 : exception->code();
+    }
+    return 0;
+}
+
+/// Counts the blocks that a module allocates; the one whose number is given cannot be had.
+[[nodiscard]] inline auto countBlocks(int& count, const char* module, int refused = 0)
+{
+    count = 0;
+    return intercept<void*(std::size_t)>(
+        "malloc",
+        [&count, refused](auto real, std::size_t size) { return ++count == refused ? nullptr : real(size); },
+        module);
+}
+
+/// The version of Windows that the library is told.
+[[nodiscard]] inline auto pretendVersion(int version)
+{
+    return intercept<decltype(velaGetWindowsVersion)>("_Z21velaGetWindowsVersionPmS_S_",
+                                                      [=](auto, auto*... parts) {
+                                                          EXPECT_TRUE((... && (parts == nullptr)));
+                                                          return version;
+                                                      });
+}
+
+template <typename Iterator>
+Error find(TarvoConfig& config, TarvoConfig::Path root, Text path, VelaVariant&)
+{
+    Iterator it;
+    return config.findItem(root, path, it);
+}
+
+/// An operation by path; of isItemExist, eInvalidInput stands for 0.
+struct Operation
+{
+    std::string name;
+    std::size_t limit; ///< of root and sub-path together
+    std::string last;  ///< what its argument holds behind the sub-path
+    Error (*call)(TarvoConfig&, TarvoConfig::Path, Text, VelaVariant&);
+};
+
+inline const Operation operations[] = {
+    {"isItemExist", 1020, "",
+     [](auto& c, auto p, Text s, auto&) {
+         return c.isItemExist(p, s) == 1 ? eOk : TarvoConfig::eInvalidInput;
+     }},
+    {"getValue", 1020, "/n", [](auto& c, auto p, Text s, auto& v) { return c.getValue(p, s, v); }},
+    {"setValue", 1021, "/n", [](auto& c, auto p, Text s, auto& v) { return c.setValue(p, s, v); }},
+    {"addItem", 1021, "", [](auto& c, auto p, Text s, auto&) { return c.addItem(p, s); }},
+    {"addValue", 1021, "", [](auto& c, auto p, Text s, auto& v) { return c.addValue(p, s, L"n", v); }},
+    {"removeItem", 1021, "/n", [](auto& c, auto p, Text s, auto&) { return c.removeItem(p, s); }},
+    {"removeValue", 1021, "", [](auto& c, auto p, Text s, auto&) { return c.removeValue(p, s, L"n"); }},
+    {"findItem of items", 1021, "", find<TarvoConfig::ItemIterator>},
+    {"findItem of values", 1021, "", find<TarvoConfig::ValueIterator>},
+};
+
+} // namespace testing_support
