@@ -27,8 +27,8 @@ public:
     virtual long productFlagB() = 0;
     /// Always "4.0".
     virtual const wchar_t* productVersionTag() = 0;
-    /// The folder "UserDataCache" beside the program, without trailing backslash, kept once found; empty while
-    /// it cannot be, or where it does not fit 259 characters.
+    /// The folder "UserDataCache" beside the program, without trailing backslash, kept once found; empty
+    /// while it cannot be, or where it does not fit 259 characters.
     virtual const wchar_t* userDataCachePath() = 0;
 
     // Three 32-bit integers that client modules share; -1, 0 and 1 at load.

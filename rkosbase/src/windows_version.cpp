@@ -5,7 +5,8 @@
 
 namespace {
 
-/// What RtlGetVersion fills: unlike the documented version calls it does not depend on the program's manifest.
+/// What RtlGetVersion fills: unlike the documented version calls it does not depend on the program's
+/// manifest.
 struct SystemVersion
 {
     DWORD size;

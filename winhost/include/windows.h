@@ -7,7 +7,7 @@
 
 #include "winhost/api.h"
 
-// ---- Types -------------------------------------------------------------------------------------------------
+// ---- Types --------------------------------------------------------------------------------------
 
 #define WINAPI
 #define CALLBACK
@@ -63,7 +63,7 @@ struct SECURITY_ATTRIBUTES
 #define MAX_PATH 260
 #define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(-1)))
 
-// ---- Errors ------------------------------------------------------------------------------------------------
+// ---- Errors -------------------------------------------------------------------------------------
 
 #define ERROR_SUCCESS 0
 #define ERROR_FILE_NOT_FOUND 2
@@ -109,7 +109,7 @@ struct SECURITY_ATTRIBUTES
 WINHOST_API DWORD GetLastError();
 WINHOST_API void SetLastError(DWORD error);
 
-// ---- Registry ----------------------------------------------------------------------------------------------
+// ---- Registry -----------------------------------------------------------------------------------
 
 #define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(static_cast<LONG>(0x80000001))))
 #define HKEY_LOCAL_MACHINE (reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(static_cast<LONG>(0x80000002))))
@@ -159,13 +159,13 @@ WINHOST_API LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLen
                                      LPDWORD values, LPDWORD maxValueNameLength, LPDWORD maxValueLength,
                                      LPDWORD securityDescriptorSize, FILETIME* lastWrite);
 
-// ---- INI files ---------------------------------------------------------------------------------------------
+// ---- INI files ----------------------------------------------------------------------------------
 
 WINHOST_API DWORD GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR defaultText, LPWSTR out,
                                            DWORD size, LPCWSTR fileName);
 WINHOST_API UINT GetPrivateProfileIntW(LPCWSTR section, LPCWSTR key, INT defaultValue, LPCWSTR fileName);
 
-// ---- Modules and resources ---------------------------------------------------------------------------------
+// ---- Modules and resources ----------------------------------------------------------------------
 
 #define DONT_RESOLVE_DLL_REFERENCES 0x00000001U
 #define LOAD_LIBRARY_AS_DATAFILE 0x00000002U
@@ -186,7 +186,7 @@ WINHOST_API FARPROC GetProcAddress(HMODULE module, LPCSTR name);
 WINHOST_API BOOL DisableThreadLibraryCalls(HMODULE module);
 WINHOST_API INT LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, INT size);
 
-// ---- Files and the working directory -----------------------------------------------------------------------
+// ---- Files and the working directory ------------------------------------------------------------
 
 #define FILE_ATTRIBUTE_READONLY 0x00000001U
 #define FILE_ATTRIBUTE_DIRECTORY 0x00000010U
@@ -212,7 +212,7 @@ WINHOST_API BOOL FindClose(HANDLE search);
 WINHOST_API DWORD GetCurrentDirectoryW(DWORD size, LPWSTR buffer);
 WINHOST_API BOOL SetCurrentDirectoryW(LPCWSTR path);
 
-// ---- Text --------------------------------------------------------------------------------------------------
+// ---- Text ---------------------------------------------------------------------------------------
 
 #define CSTR_LESS_THAN 1
 #define CSTR_EQUAL 2
@@ -220,7 +220,7 @@ WINHOST_API BOOL SetCurrentDirectoryW(LPCWSTR path);
 
 WINHOST_API INT CompareStringOrdinal(LPCWSTR a, INT aLength, LPCWSTR b, INT bLength, BOOL ignoreCase);
 
-// ---- User interface and process ----------------------------------------------------------------------------
+// ---- User interface and process -----------------------------------------------------------------
 
 #define MB_OK 0x00000000U
 #define MB_YESNO 0x00000004U
