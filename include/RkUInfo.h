@@ -14,7 +14,7 @@
 #include "RkUInfo/TarvoLanguage.h"
 #include "RkUInfo/VelaVariant.h"
 
-// ---- Start-up ---------------------------------------------------------------------------------------------
+// ---- Start-up -----------------------------------------------------------------------------------
 
 /// The configuration object; never null.
 RKUINFO_API TarvoConfig* velaConfig();
@@ -44,7 +44,7 @@ RKUINFO_API TarvoConfig::Error CreateConfigReg();
 /// The product object; never null.
 RKUINFO_API ITarvoProduct* velaGetProduct();
 
-// ---- INI values -------------------------------------------------------------------------------------------
+// ---- INI values ---------------------------------------------------------------------------------
 
 /// Reads an entry of "TARVO.ini", as TarvoConfig::getIniValue. 1 when value was set, else 0.
 RKUINFO_API int GetVelaIniConfigValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
@@ -54,7 +54,7 @@ RKUINFO_API long GetVelaIniOEMMergeTitleValue(long defaultValue);
 /// "S{MajorVer}{ProductId}_" of "product.ini" [Product], kept once both could be read; empty until then.
 RKUINFO_API const wchar_t* GetVelaArchitectrueCommandNamePrefix();
 
-// ---- Version and identity ---------------------------------------------------------------------------------
+// ---- Version and identity -----------------------------------------------------------------------
 
 /// "2018".
 RKUINFO_API const wchar_t* GetVelaProgramVersionString();
@@ -76,7 +76,7 @@ RKUINFO_API void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPref
 /// "SP2".
 RKUINFO_API const wchar_t* GetServicePackageVersionString();
 
-// ---- Program, language resources and help -----------------------------------------------------------------
+// ---- Program, language resources and help -------------------------------------------------------
 // "The program" is the process's executable. Sizes count characters with the terminator. No function here
 // checks that a file exists; joined paths follow MAX_PATH (260).
 
@@ -95,8 +95,8 @@ RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size
 /// The same with a folder name of the caller's in place of the language.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
 /// Loads a library of the current language's folder or, when that fails, by its bare name in the system's
-/// search order: an application that wants no search of the working directory restricts that order before
-/// (SetDefaultDllDirectories). The caller frees the handle.
+/// search order, which has the working directory and PATH in it: an application restricts that order once,
+/// as its first step, with SetDefaultDllDirectories (docs/SECURITY.md). The caller frees the handle.
 RKUINFO_API HINSTANCE__* LoadResourceDll(const wchar_t* fileName);
 /// The same with LoadLibraryExW, which gets file and flags unchanged.
 RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long flags);
@@ -104,7 +104,7 @@ RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, 
 /// it is smaller.
 RKUINFO_API long GetHelpFilePath(wchar_t* buffer, long size);
 
-// ---- Per-user folders -------------------------------------------------------------------------------------
+// ---- Per-user folders ---------------------------------------------------------------------------
 // Each writes a path of at most 1021 characters, which ends with a backslash except where said, and creates
 // nothing. A failed call leaves the part that fitted. The odd spellings are part of the interface.
 
@@ -125,7 +125,7 @@ RKUINFO_API unsigned long GetUserLocalApplicationDataLanguagePath(wchar_t* const
 /// {local language folder}Template, without trailing backslash.
 RKUINFO_API unsigned long GetUserLocalApplicationDataTemplatePath(wchar_t* const buffer);
 
-// ---- Registry key paths -----------------------------------------------------------------------------------
+// ---- Registry key paths -------------------------------------------------------------------------
 // Relative to HKEY_CURRENT_USER, without trailing backslash; see TarvoConfig::Path and getRegRootPath.
 
 RKUINFO_API unsigned long GetRegistryProductNameRootKey(wchar_t* const buffer);
@@ -144,7 +144,7 @@ RKUINFO_API unsigned long GetCurrentProfileName(wchar_t* buffer, unsigned long& 
 /// The current profile's CommonSettings\CustomResFile, at most 1022 characters.
 RKUINFO_API unsigned long GetCustomResFileName(wchar_t* const buffer);
 
-// ---- UI style and user data cache -------------------------------------------------------------------------
+// ---- UI style and user data cache ---------------------------------------------------------------
 
 /// The user's Settings\UserConfig\Config value UIStyle, at most 1022 characters, or, when there is none,
 /// Style.tus in the roaming Support folder.

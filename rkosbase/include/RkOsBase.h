@@ -53,6 +53,9 @@ public:
 private:
     wchar_t m_text[textCapacity];
     std::int32_t m_number;
+
+protected:
+    std::int32_t m_reserved = 0; // leaves no tail, which some compilers would share with a derived class
 };
 
 /// An exception with a message for the user, which description() gives.

@@ -1,0 +1,26 @@
+# Makes the archives that ship, in build/package/: the same files give the same archive.
+
+# Builds and installs a preset, and lists its files; their times are the commit's.
+stage() {
+    local preset=$1 version time
+    build "$preset" shipped
+    version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "build/$preset/CMakeCache.txt")
+    name=rkuinfo-$version-$2
+    rm -rf "build/package/$name"*
+    cmake --install "build/$preset" --prefix "build/package/$name" >"build/$preset-install.log"
+    time=$(git log -1 --format=%cI)
+    find "build/package/$name" -exec touch --date="$time" {} +
+    files=$(cd build/package && find "$name" -type f | LC_ALL=C sort)
+}
+
+make_packages() {
+    local name files
+    need zip
+    mkdir -p build/package
+    stage windows windows
+    (cd build/package && TZ=UTC zip -q -X -@ "$name.zip" <<<"$files")
+    echo "build/package/$name.zip"
+    stage host linux
+    tar -C build/package --owner=0 --group=0 --numeric-owner -cf - -T - <<<"$files" | gzip -n >"build/package/$name.tar.gz"
+    echo "build/package/$name.tar.gz"
+}

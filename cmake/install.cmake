@@ -1,0 +1,78 @@
+# What ships, and where: programs, language folders and, on Windows, the libraries in bin; the rest as usual.
+include(CMakePackageConfigHelpers)
+
+set(libraries RkUInfo RkOsBase)
+set(programs "")
+if(TARGET rkuinfo)
+  set(programs rkuinfo)
+endif()
+set(dependencies "")
+if(NOT WIN32)
+  set(dependencies winhost) # behind the libraries; clients include none of its headers
+endif()
+# What ./dev package builds.
+add_custom_target(shipped)
+add_dependencies(shipped ${libraries} ${programs} ${dependencies} langpacks)
+
+set_target_properties(${libraries} ${dependencies} PROPERTIES INSTALL_RPATH "\$ORIGIN")
+if(programs)
+  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+endif()
+install(TARGETS ${libraries} ${dependencies} EXPORT RkUInfoTargets)
+install(TARGETS ${programs})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/rkosbase/include/
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+foreach(language IN LISTS RKUINFO_LANGUAGES)
+  install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${language}/RkUInfoRes.dll
+    DESTINATION ${CMAKE_INSTALL_BINDIR}/${language})
+endforeach()
+
+# The libraries' debug information, beside each.
+set(library_folder ${CMAKE_INSTALL_LIBDIR})
+if(WIN32)
+  set(library_folder ${CMAKE_INSTALL_BINDIR})
+endif()
+set(split ${libraries} ${dependencies})
+list(TRANSFORM split REPLACE "(.+)" "${library_folder}/$<TARGET_FILE_NAME:\\1>")
+set(strip ${programs})
+list(TRANSFORM strip REPLACE "(.+)" "${CMAKE_INSTALL_BINDIR}/$<TARGET_FILE_NAME:\\1>")
+install(CODE "set(OBJCOPY \"${CMAKE_OBJCOPY}\")\nset(LIBRARIES \"${split}\")\nset(PROGRAMS \"${strip}\")")
+install(SCRIPT ${PROJECT_SOURCE_DIR}/cmake/split-debug.cmake)
+
+# The C++ runtime after that: it is not ours to change.
+if(WIN32)
+  install(PROGRAMS ${RKUINFO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
+# For find_package and pkg-config.
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/RkUInfo)
+set(natvis_folder ${CMAKE_INSTALL_DATADIR}/rkuinfo)
+install(EXPORT RkUInfoTargets NAMESPACE RkUInfo:: DESTINATION ${package_folder})
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake
+  INSTALL_DESTINATION ${package_folder} PATH_VARS CMAKE_INSTALL_BINDIR natvis_folder)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+file(RELATIVE_PATH pkgconfig_to_prefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+set(pkgconfig_cflags "")
+if(NOT WIN32)
+  set(pkgconfig_cflags " -fshort-wchar")
+endif()
+configure_file(${PROJECT_SOURCE_DIR}/cmake/package/rkuinfo.pc.in ${PROJECT_BINARY_DIR}/rkuinfo.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake ${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake
+  DESTINATION ${package_folder})
+install(FILES ${PROJECT_BINARY_DIR}/rkuinfo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis DESTINATION ${natvis_folder})
+
+# Documents, and the terms of what others wrote.
+set(licenses "")
+if(programs)
+  list(APPEND licenses cli11.txt fmt.txt nlohmann-json.txt)
+endif()
+if(WIN32)
+  list(APPEND licenses GPL-3.txt gcc-runtime.txt mingw-w64.txt)
+else()
+  list(APPEND licenses lmdb.txt)
+endif()
+list(TRANSFORM licenses PREPEND ${PROJECT_SOURCE_DIR}/licenses/)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/ABI.md ${PROJECT_SOURCE_DIR}/docs/SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${licenses} DESTINATION ${CMAKE_INSTALL_DOCDIR}/licenses)

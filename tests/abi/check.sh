@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Holds docs/ABI.md against the public headers.
+#   check.sh figures CLANG...    its layouts and slots are those that this clang dumps
+#   check.sh client COMPILER...  a C++14 client that asserts every figure compiles, without a warning
+set -euo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+root=$here/../..
+strict=(-fsyntax-only -Wall -Wextra -pedantic -Werror)
+mode=$1
+shift
+
+block() {
+    sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/p" "$root/docs/ABI.md" | sed '1d;$d'
+}
+
+compile() {
+    local source=$1
+    shift
+    "$@" -std=c++14 -I"$root/include" -I"$root/rkosbase/include" -x c++ "$source"
+}
+
+dumps() {
+    local options=("$@" -DRKUINFO_BUILD -DRKOSBASE_BUILD -fexceptions)
+    compile "$here/classes.cpp" "${options[@]}" -fsyntax-only -Xclang -fdump-record-layouts
+    compile "$here/classes.cpp" "${options[@]}" -S -emit-llvm -o /dev/null -Xclang -fdump-vtable-layouts
+}
+
+client() {
+    printf '#include <RkUInfo.h>\n#include <cstddef>\n'
+    block text | awk '
+        /: size / {
+            class = $1
+            sub(/:$/, "", class)
+            sub(/,$/, "", $3)
+            printf "static_assert(sizeof(%s) == %d && alignof(%s) == %d, \"\");\n", class, $3, class, $5
+        }
+        /^ +[0-9]+ .* m_[A-Za-z]+$/ {
+            printf "static_assert(offsetof(%s, %s) == %d, \"\");\n", class, $NF, $1
+        }'
+    block cpp
+}
+
+case $mode in
+figures) diff <(block text) <(dumps "$@" | awk -f "$here/figures.awk") ;;
+client)
+    printf '#include <RkUInfo.h>\nVelaVariant value;\n' |
+        compile - "$@" "${strict[@]}"
+    client | compile - "$@" "${strict[@]}" -fno-access-control -Wno-invalid-offsetof
+    echo "$(client | grep -c static_assert) assertions hold"
+    ;;
+esac

@@ -1,0 +1,98 @@
+#!/usr/bin/env bash
+# Checks the package as it is installed.
+#   check.sh install BUILD PREFIX          installs a build tree
+#   check.sh contents PREFIX LIST          nothing is missing, nothing else is there, nothing tells where it was built
+#   check.sh hardening PREFIX IMPORTS      what the Windows loader is told of the libraries, and what they import
+#   check.sh reproducible BUILD            the same sources in another folder give the same libraries
+#   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  the client of tests/consumer is built and run
+#   check.sh pkgconfig PREFIX WORK         the same client without CMake
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+mode=$1
+shift
+
+fail() {
+    printf '%s\n' "$*" >&2
+    exit 1
+}
+
+# By way of another name: a package works wherever it is put.
+install_package() {
+    rm -rf "$2" "$2.installed"
+    cmake --install "$1" --prefix "$2.installed" >/dev/null
+    mv "$2.installed" "$2"
+}
+
+check_contents() {
+    diff "$2" <(cd "$1" && find . -type f | sed 's,^\./,,' | LC_ALL=C sort) || fail "The package's contents changed."
+    ! grep -rlF -e "$root" "$1" || fail "These files name the folder that they were built in."
+    grep -ow 'm_[A-Za-z]*' "$1/share/rkuinfo/RkUInfo.natvis" | while read -r field; do
+        grep -rqw "$field" "$1/include" || fail "RkUInfo.natvis shows a field that does not exist: $field"
+    done
+}
+
+check_hardening() {
+    local objdump=x86_64-w64-mingw32-objdump file headers flag
+    for file in "$1"/bin/Rk*.dll "$1"/bin/*.exe; do
+        [ -e "$file" ] || continue
+        headers=$("$objdump" -p "$file")
+        for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+            grep -q "$flag" <<<"$headers" || fail "$file: not linked for $flag"
+        done
+        grep -qE 'Entry 5 0*[1-9a-f][0-9a-f]* 0*[1-9a-f][0-9a-f]* Base Relocation' <<<"$headers" ||
+            fail "$file: has no relocations"
+        ! "$objdump" -h "$file" | grep CODE | grep -v READONLY || fail "$file: has writable code"
+    done
+    diff "$2" <(for file in RkOsBase RkUInfo; do
+        "$objdump" -p "$1/bin/$file.dll" | sed -n "s/.*DLL Name: /$file.dll /p" | LC_ALL=C sort
+    done) || fail "The libraries import from others than before."
+}
+
+check_reproducible() {
+    local again=$1/again
+    rm -rf "$again/source"
+    mkdir -p "$again/source"
+    tar -C "$root" --exclude=./build --exclude=./.git --exclude=./tests -cf - . | tar -C "$again/source" -xf -
+    (cd "$again/source" && cmake --preset windows -B "$again/build" -DBUILD_TESTING=OFF >/dev/null)
+    cmake --build "$again/build" --target RkUInfo >/dev/null
+    local file
+    for file in bin/RkOsBase.dll bin/RkUInfo.dll lib/libRkOsBase.dll.a lib/libRkUInfo.dll.a; do
+        cmp "$1/$file" "$again/build/$file"
+    done
+}
+
+# A home for what the client stores.
+new_home() {
+    export HOME=$1/home XDG_DATA_HOME=$1/home/data XDG_CONFIG_HOME=$1/home/config
+    mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
+}
+
+check_consumer() {
+    local prefix=$1 work=$2
+    shift 2
+    rm -rf "$work"
+    cmake -S "$root/tests/consumer" -B "$work" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+        -DRkUInfo_DIR="$prefix/lib/cmake/RkUInfo" "$@" >/dev/null
+    cmake --build "$work"
+    new_home "$work"
+    ctest --test-dir "$work" --verbose --no-tests=error
+}
+
+check_pkgconfig() {
+    local flags sources=$root/tests/consumer
+    flags=$(PKG_CONFIG_PATH=$1/lib/pkgconfig pkg-config --cflags --libs rkuinfo)
+    rm -rf "$2"
+    mkdir -p "$2"
+    cp -r "$1/bin/en-US" "$2"
+    # shellcheck disable=SC2086 # flags are words
+    c++ -std=c++14 -fPIC -shared "$sources/module.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/module.so"
+    # shellcheck disable=SC2086
+    c++ -std=c++14 "$sources/client.cpp" "$sources/load_host.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/client"
+    new_home "$2"
+    "$2/client" "$2/module.so"
+}
+
+case $mode in
+install) install_package "$@" ;;
+*) "check_$mode" "$@" ;;
+esac

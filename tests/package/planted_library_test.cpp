@@ -1,0 +1,41 @@
+// A library that lies in the working directory, as docs/SECURITY.md tells of it.
+#include "support/child.h"
+#include "support/config.h"
+#include "support/text.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+namespace {
+
+using namespace testing_support;
+
+/// Exits with 1 when the planted library was loaded; two calls would find it.
+const ChildPart load("loadPlantedLibrary", [](const std::vector<std::string>& arguments) {
+    if (arguments.at(0) == "restricted") {
+        SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
+    }
+    if (startAcme() != TarvoConfig::eOk) {
+        return 2;
+    }
+    HMODULE const loaded = LoadResourceDll(Wide("Planted.dll"));
+    HMODULE const loadedEx = LoadResourceDllEx(Wide("Planted.dll"), nullptr, 0);
+    return (loaded != nullptr ? 1 : 0) + (loadedEx != nullptr ? 10 : 0);
+});
+
+TEST(PlantedLibrary, IsTakenUnlessTheSearchIsRestricted)
+{
+    const Application application;
+    application.addLanguage("en-US");
+    const std::filesystem::path documents = scratchFolder() / "documents";
+    std::filesystem::create_directories(documents);
+    std::filesystem::copy_file(thisProgram().parent_path() / "en-US" / "RkUInfoRes.dll",
+                               documents / "Planted.dll");
+
+    const ChildOptions options = {documents, {}};
+    EXPECT_EQ(load.run(application.program(), {"open"}, options).exitCode, 11);
+    EXPECT_EQ(load.run(application.program(), {"restricted"}, options).exitCode, 0);
+    EXPECT_EQ(load.run(application.program(), {"restricted"}).exitCode, 0);
+}
+
+} // namespace
