@@ -4,6 +4,7 @@ set -eu
 wine_folder=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/wine
 export WINEPREFIX=${WINEPREFIX:-$wine_folder/prefix}
 export WINEDEBUG=${WINEDEBUG:--all}
+export HOME=${WINEPREFIX%/*}/home
 if [ -z "${DISPLAY:-}" ] && [ -e "$wine_folder/display" ]; then
     DISPLAY=$(cat "$wine_folder/display")
     export DISPLAY

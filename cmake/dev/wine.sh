@@ -40,7 +40,8 @@ start_wine() {
     echo ":$number" >"$wine_folder/display"
     trap stop_wine EXIT
     export DISPLAY=:$number WINEPREFIX=$wine_folder/prefix WINEDEBUG=-all
-    mkdir -p "$WINEPREFIX"
+    export HOME=$wine_folder/home WINEDLLOVERRIDES=winemenubuilder.exe=d # what Wine writes stays in the prefix
+    mkdir -p "$WINEPREFIX" "$HOME"
     wineserver -p
     if [ ! -e "$wine_folder/booted" ]; then
         "$wine_program" wineboot -i >"$wine_folder/boot.log" 2>&1 || {
