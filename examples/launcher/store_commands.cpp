@@ -105,14 +105,15 @@ Error forEachItem(TarvoConfig::Path path, const wchar_t* subKey, Use use)
         return error;
     }
     wchar_t name[nameCapacity];
-    for (;; items.step()) {
+    do {
         long length = nameCapacity;
         error = items.name(name, length);
         if (error == TarvoConfig::eInvalidIterator) {
-            return TarvoConfig::eOk; // past the end
+            break; // the key is empty, or has shrunk
         }
         use(name, shownName(error, name));
-    }
+    } while (items.step() == TarvoConfig::eOk); // a key that has grown ends there
+    return TarvoConfig::eOk;
 }
 
 Error listValues(TarvoConfig::Path path, const wchar_t* subKey, const std::string& indent)
@@ -122,18 +123,19 @@ Error listValues(TarvoConfig::Path path, const wchar_t* subKey, const std::strin
     if (error != TarvoConfig::eOk) {
         return error;
     }
-    for (;; values.step()) {
+    do {
         wchar_t name[nameCapacity];
         long length = nameCapacity;
         error = values.key(name, length);
         if (error == TarvoConfig::eInvalidIterator) {
-            return TarvoConfig::eOk; // past the end
+            break;
         }
         VelaVariant value;
         const Error read = values.value(value);
         printLine(indent + "value " + shownName(error, name),
                   read == TarvoConfig::eOk ? describe(value) : std::string(errorName(read)));
-    }
+    } while (values.step() == TarvoConfig::eOk);
+    return TarvoConfig::eOk;
 }
 
 Error list(TarvoConfig::Path path, const wchar_t* subKey)

@@ -1,0 +1,46 @@
+// An application that uses the module: it shows the palettes of last time, then moves them.
+#include "../launcher/print.h"
+#include "palettes.h"
+
+#include <RkUInfo.h>
+
+#include <iostream>
+
+namespace {
+
+void printPalette(const Palette& palette)
+{
+    const WindowLayout& at = palette.layout;
+    const rkuinfo::Argument name(palette.name);
+    std::cout << utf8(name) << ": " << at.width << " x " << at.height << " at " << at.left << ", " << at.top
+              << '\n';
+}
+
+/// What a user does with windows. False when it cannot be remembered.
+bool arrangePalettes()
+{
+    for (const Palette& palette : {Palette{rkuinfo::text(L"Layers"), {20, 80, 240, 600}},
+                                   Palette{rkuinfo::text(L"Properties"), {1600, 80, 300, 900}}}) {
+        if (const std::error_code error = savePalette(palette)) {
+            std::cerr << "drawing: " << error.message() << '\n';
+            return false;
+        }
+    }
+    return !setPaletteLimit(paletteLimit() + 1);
+}
+
+} // namespace
+
+extern "C" int wmain(int /*argc*/, wchar_t** /*argv*/)
+{
+    prepareOutput();
+    if (InitVelaConfig(nullptr, nullptr, nullptr, nullptr) != TarvoConfig::eOk) {
+        std::cerr << "drawing: start-up failed\n";
+        return 1;
+    }
+    std::cout << "at most " << paletteLimit() << " palettes\n";
+    for (const Palette& palette : savedPalettes()) {
+        printPalette(palette);
+    }
+    return arrangePalettes() ? 0 : 1;
+}

@@ -1,0 +1,368 @@
+// RkUInfo.hpp: the library for C++20 clients. Typed reads and writes of settings, ranges over keys and
+// values, and error codes, all inline over RkUInfo.h: it adds no export and no state.
+//
+//     rkuinfo::get<std::int32_t>(TarvoConfig::eSettings, L"Display/Colors/Back");
+//     for (auto& value : rkuinfo::values(TarvoConfig::eSettings, L"Display")) { ... }
+#pragma once
+
+#include "RkUInfo.h"
+
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <type_traits>
+#include <vector>
+
+namespace rkuinfo {
+
+// ---- Text
+// --------------------------------------------------------------------------------------------------
+
+// UTF-16. The C++ runtime's wchar_t has 16 bits on Windows. Elsewhere a client is built with -fshort-wchar
+// against a runtime whose std::wstring still expects 32, and would break: there a text is a std::u16string.
+#if defined(_WIN32)
+using Text = std::wstring;
+#else
+using Text = std::u16string;
+#endif
+using TextView = std::basic_string_view<Text::value_type>;
+using Bytes = std::vector<std::byte>;
+
+/// A text of the library as an owned one; null gives the empty text.
+inline Text text(const wchar_t* source)
+{
+    Text copy;
+    while (source != nullptr && *source != 0) {
+        copy.push_back(static_cast<Text::value_type>(*source++));
+    }
+    return copy;
+}
+
+/// What a function that fills a buffer of 1024 characters gives, such as GetUserApplicationDataSupportPath;
+/// empty when it fails.
+inline Text text(unsigned long (*function)(wchar_t*))
+{
+    wchar_t buffer[1024];
+    return function(buffer) > 0 ? text(buffer) : Text();
+}
+
+/// A text on its way into the library: a literal (L"..."), which is only pointed to, or a Text, which is
+/// copied. Null and empty name a key itself or its default value. A text ends at its first null character.
+class Argument
+{
+public:
+    Argument() = default;
+    Argument(std::nullptr_t) {}
+    Argument(const wchar_t* text) : m_literal(text) {}
+    template <std::convertible_to<TextView> Source>
+    Argument(const Source& source)
+    {
+        const TextView view = source;
+        m_copy.assign(view.begin(), view.end());
+        m_copy.push_back(0);
+    }
+
+    operator const wchar_t*() const { return m_copy.empty() ? m_literal : m_copy.data(); }
+
+private:
+    const wchar_t* m_literal = nullptr;
+    std::vector<wchar_t> m_copy; // terminated; empty for a literal
+};
+
+// ---- Errors
+// ------------------------------------------------------------------------------------------------
+
+/// The category of TarvoConfig::Error. Every module has its own: compare codes of several modules by value().
+inline const std::error_category& category()
+{
+    struct Category final : std::error_category
+    {
+        const char* name() const noexcept override { return "rkuinfo"; }
+        std::string message(int error) const override
+        {
+            switch (error) {
+            case TarvoConfig::eOk:
+                return "success";
+            case TarvoConfig::eNotFound:
+                return "not found";
+            case TarvoConfig::eWrongType:
+                return "stored with another type";
+            case TarvoConfig::eInvalidIterator:
+                return "nothing to iterate over";
+            case TarvoConfig::eRegistryError:
+                return "refused by the registry";
+            case TarvoConfig::eBufferTooSmall:
+                return "name too long";
+            case TarvoConfig::eInvalidInput:
+                return "name too long, or start-up missing";
+            default:
+                return "unknown error";
+            }
+        }
+    };
+    static const Category instance;
+    return instance;
+}
+
+} // namespace rkuinfo
+
+/// Makes a code of an error; found by argument-dependent lookup.
+inline std::error_code make_error_code(TarvoConfig::Error error)
+{
+    return {error, rkuinfo::category()};
+}
+
+/// @cond
+template <>
+struct std::is_error_code_enum<TarvoConfig::Error> : std::true_type
+{
+};
+/// @endcond
+
+namespace rkuinfo {
+
+// ---- Values
+// ------------------------------------------------------------------------------------------------
+
+template <typename T>
+concept Integer = std::signed_integral<T> &&(sizeof(T) == 4 || sizeof(T) == 8);
+
+/// What a setting can be read as. An integer's width decides between eInt and eInt64.
+template <typename T>
+concept Setting = Integer<T> || std::same_as<T, double> || std::same_as<T, Text> || std::same_as<T, Bytes>;
+
+/// What a variant holds, if it is of that type; nothing is converted. A double comes back from the registry
+/// as its eight bytes, so those count as one.
+template <Setting T>
+std::optional<T> as(const VelaVariant& value)
+{
+    const auto* const bytes = static_cast<const std::byte*>(value.getBinary());
+    const auto size = bytes != nullptr ? static_cast<std::size_t>(value.blockSize()) - 4 : 0;
+    if constexpr (std::same_as<T, double>) {
+        if (value.type() == VelaVariant::eBinary && size == sizeof(double)) {
+            double number = 0;
+            std::memcpy(&number, bytes, sizeof number);
+            return number;
+        }
+        return value.type() == VelaVariant::eDouble ? std::optional(value.getDouble()) : std::nullopt;
+    } else if constexpr (std::same_as<T, Text>) {
+        return value.type() == VelaVariant::eString ? std::optional(text(value.getString())) : std::nullopt;
+    } else if constexpr (std::same_as<T, Bytes>) {
+        return value.type() == VelaVariant::eBinary ? std::optional(Bytes(bytes, bytes + size))
+                                                    : std::nullopt;
+    } else if constexpr (sizeof(T) == 4) {
+        return value.type() == VelaVariant::eInt ? std::optional<T>(value.getInt()) : std::nullopt;
+    } else {
+        return value.type() == VelaVariant::eInt64 ? std::optional<T>(value.getInt64()) : std::nullopt;
+    }
+}
+
+template <Integer T>
+VelaVariant variant(T value)
+{
+    VelaVariant result;
+    if constexpr (sizeof(T) == 4) {
+        result.setInt(value);
+    } else {
+        result.setInt64(value);
+    }
+    return result;
+}
+
+template <std::floating_point T>
+VelaVariant variant(T value)
+{
+    VelaVariant result;
+    result.setDouble(value);
+    return result;
+}
+
+inline VelaVariant variant(const Argument& value)
+{
+    VelaVariant result;
+    result.setString(value);
+    return result;
+}
+
+inline VelaVariant variant(const Bytes& value)
+{
+    VelaVariant result;
+    result.setBinary(value.data(), static_cast<std::int32_t>(value.size()));
+    return result;
+}
+
+// ---- Settings
+// ----------------------------------------------------------------------------------------------
+
+/// Reads a setting by its value path, such as "Display/Colors/Back". Nothing when there is none or it has
+/// another type; error then says which, and is cleared otherwise.
+template <Setting T>
+std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath, std::error_code& error)
+{
+    VelaVariant value;
+    error = velaConfig()->getValue(path, valuePath, value);
+    if (error) {
+        return std::nullopt;
+    }
+    std::optional<T> result = as<T>(value);
+    if (!result) {
+        error = TarvoConfig::eWrongType;
+    }
+    return result;
+}
+
+template <Setting T>
+std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath)
+{
+    std::error_code ignored;
+    return get<T>(path, valuePath, ignored);
+}
+
+/// Writes a setting and makes its key; everything that variant() takes can be one. No bytes write no value.
+template <typename T>
+[[nodiscard]] std::error_code set(TarvoConfig::Path path, const Argument& valuePath, const T& value)
+{
+    return velaConfig()->setValue(path, valuePath, variant(value));
+}
+
+// ---- Ranges
+// ------------------------------------------------------------------------------------------------
+
+namespace detail {
+
+/// A name as the library's iterators give it: a buffer, and its capacity that becomes the length.
+template <typename ReadName>
+TarvoConfig::Error readName(ReadName read, Text& name)
+{
+    constexpr long capacity = 1024; // longer names are never handed out
+    wchar_t buffer[capacity];
+    long length = capacity;
+    const TarvoConfig::Error error = read(buffer, length);
+    name = error == TarvoConfig::eOk ? text(buffer) : Text();
+    return error;
+}
+
+} // namespace detail
+
+/// A walk over the entries of one key: a single-pass range, to be used where it was made. What others add to
+/// the key meanwhile may be missed. A key that cannot be walked gives an empty range, and error() says why.
+template <typename Cursor>
+class Range
+{
+public:
+    class Iterator
+    {
+    public:
+        using iterator_concept = std::input_iterator_tag;
+        using value_type = typename Cursor::Entry;
+        using difference_type = std::ptrdiff_t;
+
+        explicit Iterator(Range& range) : m_range(&range) {}
+        value_type& operator*() const { return m_range->m_entry; }
+        value_type* operator->() const { return &m_range->m_entry; }
+        Iterator& operator++()
+        {
+            m_range->advance();
+            return *this;
+        }
+        void operator++(int) { m_range->advance(); }
+        bool operator==(std::default_sentinel_t) const { return m_range->m_atEnd; }
+
+    private:
+        Range* m_range;
+    };
+
+    Range(TarvoConfig::Path path, const Argument& item)
+        : m_error(velaConfig()->findItem(path, item, m_cursor.position)), m_atEnd(!m_cursor.read(m_entry))
+    {
+    }
+    Range(const Range&) = delete;
+    Range& operator=(const Range&) = delete;
+    ~Range() = default;
+
+    Iterator begin() { return Iterator(*this); }
+    std::default_sentinel_t end() const { return {}; }
+    std::error_code error() const { return m_error; }
+
+private:
+    void advance() { m_atEnd = m_cursor.position.step() != TarvoConfig::eOk || !m_cursor.read(m_entry); }
+
+    Cursor m_cursor;
+    typename Cursor::Entry m_entry;
+    std::error_code m_error;
+    bool m_atEnd;
+};
+
+/// A named value of a key; the default value's name is empty.
+struct Value
+{
+    Text name;
+    VelaVariant data;
+    std::error_code error; ///< why there is no data, or, with an empty name, no name
+
+    template <Setting T>
+    std::optional<T> as() const
+    {
+        return rkuinfo::as<T>(data);
+    }
+};
+
+namespace detail {
+
+struct ItemCursor
+{
+    using Entry = Text;
+
+    bool read(Entry& name) const
+    {
+        return readName([this](wchar_t* buffer, long& length) { return position.name(buffer, length); },
+                        name) != TarvoConfig::eInvalidIterator;
+    }
+
+    TarvoConfig::ItemIterator position;
+};
+
+struct ValueCursor
+{
+    using Entry = Value;
+
+    /// False past the end.
+    bool read(Entry& value) const
+    {
+        value.data = VelaVariant();
+        TarvoConfig::Error error = readName(
+            [this](wchar_t* buffer, long& length) { return position.key(buffer, length); }, value.name);
+        if (error == TarvoConfig::eInvalidIterator) {
+            return false;
+        }
+        if (error == TarvoConfig::eOk) {
+            error = position.value(value.data);
+        }
+        value.error = error;
+        return true;
+    }
+
+    TarvoConfig::ValueIterator position;
+};
+
+} // namespace detail
+
+/// The names of the keys below a key; null names the subtree's own.
+inline Range<detail::ItemCursor> items(TarvoConfig::Path path, const Argument& item = {})
+{
+    return {path, item};
+}
+
+/// The values of a key; null names the subtree's own.
+inline Range<detail::ValueCursor> values(TarvoConfig::Path path, const Argument& item = {})
+{
+    return {path, item};
+}
+
+} // namespace rkuinfo

@@ -1,0 +1,108 @@
+// rkuinfo languages.
+#include "commands.h"
+
+#include "installation.h"
+#include "json.h"
+#include "table.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+std::string nameOf(const wchar_t* text)
+{
+    return utf8(rkuinfo::text(text));
+}
+
+const char* folderWord(FolderState state)
+{
+    switch (state) {
+    case FolderState::missing:
+        return "missing";
+    case FolderState::empty:
+        return "empty";
+    case FolderState::filled:
+        break;
+    }
+    return "yes";
+}
+
+Cell mark(bool good, const std::string& word)
+{
+    return {word, good ? goodStyle : badStyle};
+}
+
+Json describe(const LanguageState& state)
+{
+    return {{"language", nameOf(state.language.shortName())},
+            {"id", state.language.velaLanguage()},
+            {"name", nameOf(state.language.globalName())},
+            {"local-name", state.localName ? toJson(*state.localName) : Json()},
+            {"folder", toJson(state.folder)},
+            {"folder-state", folderWord(state.folderState)},
+            {"uninstall-entry", state.hasEntry},
+            {"resource-library", state.hasResources},
+            {"installed", state.installed},
+            {"why-not", state.installed ? Json() : Json(state.whyNot())}};
+}
+
+/// A narrow terminal has no room for what the short name says too.
+void printTable(const Installation& installation, const Layout& layout)
+{
+    constexpr std::size_t wide = 104;
+    const bool isWide = !layout.columns || *layout.columns >= wide;
+    Table table;
+    const auto add = [&](std::vector<Cell> row, std::vector<Cell> detail) {
+        if (isWide) {
+            row.insert(row.begin() + 1, detail.begin(), detail.end());
+        }
+        table.addRow(std::move(row));
+    };
+    if (layout.columns) {
+        const auto title = [](const char* text) { return Cell{text, quietStyle}; };
+        add({title("LANGUAGE"), title("LOCAL NAME"), title("FOLDER"), title("ENTRY"), title("LIBRARY"),
+             title("INSTALLED")},
+            {title("ID"), title("NAME")});
+    }
+    for (const LanguageState& state : installation.languages) {
+        add({{nameOf(state.language.shortName()), nameStyle},
+             {shown(state.localName.value_or(Text()))},
+             mark(state.folderState == FolderState::filled, folderWord(state.folderState)),
+             mark(state.hasEntry || !installation.needsEntries, state.hasEntry ? "yes" : "no"),
+             mark(state.hasResources, state.hasResources ? "yes" : "no"),
+             mark(state.installed, state.installed ? "yes" : state.whyNot())},
+            {{fmt::to_string(state.language.velaLanguage())}, {nameOf(state.language.globalName())}});
+    }
+    table.print(layout);
+}
+
+void run(Session& session)
+{
+    const Installation installation = examine(session);
+    if (!session.json) {
+        printTable(installation, layout(session));
+        return;
+    }
+    Json languages = Json::array();
+    for (const LanguageState& state : installation.languages) {
+        languages.push_back(describe(state));
+    }
+    print({{"company", toJson(installation.company)},
+           {"product", toJson(installation.product)},
+           {"needs-uninstall-entries", installation.needsEntries},
+           {"wanted", installation.wanted.empty() ? Json() : toJson(installation.wanted)},
+           {"languages", languages}});
+}
+
+} // namespace
+
+void addLanguages(CLI::App& app, Session& session)
+{
+    CLI::App* const command =
+        app.add_subcommand("languages", "Tell which languages are installed, and why the others are not");
+    command->footer(
+        "FOLDER is the language's folder beside the program, ENTRY its installer's uninstall entry,\n"
+        "which only the default product needs, LIBRARY its RkUInfoRes.dll. Nothing is written.");
+    command->add_flag("--json", session.json, "Print JSON");
+    command->callback([&session] { run(session); });
+}

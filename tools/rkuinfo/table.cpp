@@ -1,0 +1,113 @@
+#include "table.h"
+
+#include "terminal.h"
+#include "text.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+constexpr std::size_t indent = 2;
+constexpr std::size_t gap = 2;
+constexpr std::size_t narrowest = 20; // what is narrower is not folded
+
+std::string spaces(std::size_t count)
+{
+    return std::string(count, ' ');
+}
+
+/// Takes off the first line of a text that is to fit a width: up to its last separator, else all that fits.
+std::string takeLine(std::string& text, std::size_t width)
+{
+    std::size_t end = 0;
+    std::size_t separator = 0;
+    for (std::size_t next = 0; next < text.size();) {
+        const bool isSeparator = text[next] == '\\' || text[next] == ' ';
+        do {
+            ++next;
+        } while (next < text.size() && (static_cast<unsigned char>(text[next]) & 0xC0) == 0x80);
+        if (displayWidth(std::string_view(text).substr(0, next)) > width) {
+            break;
+        }
+        end = next;
+        separator = isSeparator ? next : separator;
+    }
+    const std::size_t taken = end == text.size() || separator == 0 ? end : separator;
+    std::string line = text.substr(0, taken);
+    text.erase(0, taken);
+    line.erase(line.find_last_not_of(' ') + 1);
+    return line;
+}
+
+std::vector<std::size_t> columnWidths(const std::vector<std::vector<Cell>>& rows)
+{
+    std::vector<std::size_t> widths;
+    for (const std::vector<Cell>& row : rows) {
+        for (std::size_t i = 0; row.size() > 1 && i < row.size(); ++i) {
+            widths.resize(std::max(widths.size(), i + 1));
+            widths[i] = std::max(widths[i], displayWidth(row[i].text));
+        }
+    }
+    return widths;
+}
+
+void printAligned(const std::vector<Cell>& row, const std::vector<std::size_t>& widths, const Layout& layout)
+{
+    std::size_t start = indent;
+    std::string line = spaces(indent);
+    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+        line += styled(layout, row[i].text, row[i].style);
+        line += spaces(widths[i] - displayWidth(row[i].text) + gap);
+        start += widths[i] + gap;
+    }
+    const std::size_t room = *layout.columns > start + narrowest ? *layout.columns - start : SIZE_MAX;
+    std::string rest = row.back().text;
+    if (rest.empty()) {
+        line.erase(line.find_last_not_of(' ') + 1);
+    }
+    do {
+        fmt::print("{}{}\n", line, styled(layout, takeLine(rest, room), row.back().style));
+        line = spaces(start);
+    } while (!rest.empty());
+}
+
+void printPlain(const std::vector<Cell>& row)
+{
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        fmt::print("{}{}", i > 0 ? "\t" : "", row[i].text);
+    }
+    fmt::print("\n");
+}
+
+} // namespace
+
+Layout layout(const Session& session)
+{
+    const std::optional<std::size_t> terminal = terminalColumns();
+    const char* const noColour = std::getenv("NO_COLOR");
+    return {session.columns > 0 ? std::optional(session.columns) : terminal,
+            terminal && (noColour == nullptr || *noColour == 0)};
+}
+
+std::string styled(const Layout& layout, std::string_view text, const fmt::text_style& style)
+{
+    return layout.coloured && !text.empty() ? fmt::format(style, "{}", text) : std::string(text);
+}
+
+void Table::print(const Layout& layout) const
+{
+    const std::vector<std::size_t> widths = columnWidths(m_rows);
+    for (const std::vector<Cell>& row : m_rows) {
+        if (!layout.columns) {
+            if (row.size() > 1) {
+                printPlain(row);
+            }
+        } else if (row.size() > 1) {
+            printAligned(row, widths, layout);
+        } else {
+            fmt::print("{}\n", styled(layout, row[0].text, row[0].style));
+        }
+    }
+}

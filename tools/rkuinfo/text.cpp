@@ -1,0 +1,171 @@
+#include "text.h"
+
+#include <windows.h>
+
+#include <fmt/format.h>
+
+#include <array>
+
+namespace {
+
+constexpr bool isHigh(char32_t unit)
+{
+    return unit >= 0xD800 && unit < 0xDC00;
+}
+
+constexpr bool isLow(char32_t unit)
+{
+    return unit >= 0xDC00 && unit < 0xE000;
+}
+
+/// Takes one code point, or a lone surrogate, off a text that is not empty.
+char32_t takePoint(TextView& text)
+{
+    const char32_t first = text[0];
+    text.remove_prefix(1);
+    if (!isHigh(first) || text.empty() || !isLow(text[0])) {
+        return first;
+    }
+    const char32_t second = text[0];
+    text.remove_prefix(1);
+    return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+}
+
+/// The same of UTF-8, where the number of leading ones of the first byte is the number of bytes.
+char32_t takePoint(std::string_view& bytes)
+{
+    const auto byte = [&] {
+        const auto first = static_cast<unsigned char>(bytes[0]);
+        bytes.remove_prefix(1);
+        return static_cast<char32_t>(first);
+    };
+    const char32_t lead = byte();
+    if (lead < 0xC0) {
+        return lead;
+    }
+    const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+    char32_t point = lead & (0x3FU >> following);
+    for (int i = 0; i < following && !bytes.empty(); ++i) {
+        point = (point << 6) | (byte() & 0x3F);
+    }
+    return point;
+}
+
+void append(std::string& out, char32_t point)
+{
+    const auto push = [&out](char32_t byte) { out += static_cast<char>(byte); };
+    const auto pushRest = [&](unsigned shift) { push(0x80 | ((point >> shift) & 0x3F)); };
+    if (point < 0x80) {
+        push(point);
+    } else if (point < 0x800) {
+        push(0xC0 | (point >> 6));
+        pushRest(0);
+    } else if (point < 0x10000) {
+        push(0xE0 | (point >> 12));
+        pushRest(6);
+        pushRest(0);
+    } else {
+        push(0xF0 | (point >> 18));
+        pushRest(12);
+        pushRest(6);
+        pushRest(0);
+    }
+}
+
+struct Block
+{
+    char32_t first;
+    char32_t last;
+};
+
+/// What terminals draw two columns wide.
+constexpr std::array wideBlocks = {Block{0x1100, 0x115F},  Block{0x2E80, 0xA4CF},   Block{0xAC00, 0xD7A3},
+                                   Block{0xF900, 0xFAFF},  Block{0xFE30, 0xFE6F},   Block{0xFF00, 0xFF60},
+                                   Block{0xFFE0, 0xFFE6},  Block{0x1F300, 0x1F64F}, Block{0x1F900, 0x1F9FF},
+                                   Block{0x20000, 0x3FFFD}};
+
+std::size_t width(char32_t point)
+{
+    for (const Block& block : wideBlocks) {
+        if (point >= block.first && point <= block.last) {
+            return 2;
+        }
+    }
+    return point >= 0x300 && point < 0x370 ? 0 : 1; // combining marks
+}
+
+} // namespace
+
+std::string utf8(TextView text)
+{
+    std::string out;
+    while (!text.empty()) {
+        append(out, takePoint(text));
+    }
+    return out;
+}
+
+Text utf16(std::string_view bytes)
+{
+    Text out;
+    const auto push = [&out](char32_t unit) { out += static_cast<Text::value_type>(unit); };
+    while (!bytes.empty()) {
+        const char32_t point = takePoint(bytes);
+        if (point < 0x10000) {
+            push(point);
+        } else {
+            push(0xD800 + ((point - 0x10000) >> 10));
+            push(0xDC00 + ((point - 0x10000) & 0x3FF));
+        }
+    }
+    return out;
+}
+
+Text joinedKey(const Text& key, const Text& name)
+{
+    Text path = key;
+    if (!path.empty()) {
+        path += utf16("\\");
+    }
+    return path += name;
+}
+
+bool isValid(TextView text)
+{
+    while (!text.empty()) {
+        const char32_t point = takePoint(text);
+        if (isHigh(point) || isLow(point)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::string shown(TextView text)
+{
+    std::string out;
+    while (!text.empty()) {
+        const char32_t point = takePoint(text);
+        const bool isControl = point < 0x20 || (point >= 0x7F && point < 0xA0);
+        if (isControl || isHigh(point) || isLow(point)) {
+            out += fmt::format("\\u{:04x}", static_cast<unsigned>(point));
+        } else {
+            append(out, point);
+        }
+    }
+    return out;
+}
+
+std::size_t displayWidth(std::string_view bytes)
+{
+    std::size_t columns = 0;
+    while (!bytes.empty()) {
+        columns += width(takePoint(bytes));
+    }
+    return columns;
+}
+
+bool equalIgnoringCase(const Text& a, const Text& b)
+{
+    return CompareStringOrdinal(rkuinfo::Argument(a), -1, rkuinfo::Argument(b), -1, TRUE) == CSTR_EQUAL;
+}
