@@ -24,23 +24,21 @@ constexpr PathFunction helpPath = [](wchar_t* out, unsigned long size) {
     return static_cast<unsigned long>(GetHelpFilePath(out, static_cast<long>(size)));
 };
 
-/// What a path function gives for a size: the path, "untouched" or "failed"; or what it did wrong.
+/// What a path function gives for a size: the path, "untouched" or "failed".
 std::string pathOf(PathFunction function, unsigned long size)
 {
     std::vector<wchar_t> buffer(3000, L'#');
     const unsigned long length = function(buffer.data(), size);
-    const auto behind = std::count(buffer.begin() + static_cast<long>(size), buffer.end(), L'#');
-    if (static_cast<unsigned long>(behind) != buffer.size() - size) {
-        return "wrote behind the buffer";
-    }
+    EXPECT_EQ(std::count(buffer.begin() + static_cast<long>(size), buffer.end(), L'#'), 3000 - size);
     if (length == 0) {
         return buffer[0] == L'#' ? "untouched" : "failed";
     }
-    const std::string path = utf8(buffer.data());
-    return path.size() == length ? path : "wrong length";
+    std::string path = utf8(buffer.data());
+    EXPECT_EQ(path.size(), length);
+    return path;
 }
 
-TEST(Program, FolderIsReadOnceAndFitsExactly)
+TEST(Program, PathsNeedTheirSizeAndTheFolderIsReadOnce)
 {
     {
         const PretendedExecutable none("");
@@ -51,52 +49,41 @@ TEST(Program, FolderIsReadOnceAndFitsExactly)
         EXPECT_EQ(GetProgramPath(nullptr, 100), 0UL);
         EXPECT_EQ(pathOf(programPath, 0), "untouched");
     }
-    {
-        const PretendedExecutable pretended("C:\\Apps\\Cad\\cad.exe");
-        SetLastError(77);
-        EXPECT_EQ(pathOf(programPath, 100), "C:\\Apps\\Cad\\");
-        EXPECT_EQ(GetLastError(), 77U);
-    }
-    EXPECT_EQ(pathOf(programPath, 13), "C:\\Apps\\Cad\\");
-    EXPECT_EQ(pathOf(programPath, 12), "untouched");
-}
-
-TEST(Program, PathsNeedTheirSize)
-{
     const PretendedExecutable pretended("C:\\Apps\\Cad\\cad.exe");
     for (unsigned long size = 0; size < 30; ++size) {
         SCOPED_TRACE(size);
+        SetLastError(77);
+        EXPECT_EQ(pathOf(programPath, size), size >= 13 ? "C:\\Apps\\Cad\\" : "untouched");
+        EXPECT_EQ(GetLastError(), 77U);
         for (const PathFunction function : {currentPath, namedPath}) {
             const std::string failure = size == 0 ? "untouched" : "failed";
             EXPECT_EQ(pathOf(function, size), size >= 22 ? "C:\\Apps\\Cad\\unknown" : failure);
         }
         EXPECT_EQ(pathOf(helpPath, size), size >= 24 ? "C:\\Apps\\Cad\\RKHelp.exe" : "untouched");
     }
+    const PretendedExecutable later("C:\\Later\\cad.exe");
+    EXPECT_EQ(pathOf(programPath, 100), "C:\\Apps\\Cad\\");
     wchar_t out[8] = L"#";
-    EXPECT_EQ(GetHelpFilePath(out, -1L) + GetHelpFilePath(out, LONG_MIN) + GetHelpFilePath(nullptr, 1024), 0);
-    for (const wchar_t* const name : {L"x", L"", static_cast<const wchar_t*>(nullptr)}) {
-        EXPECT_EQ(GetResourceDllPath(name, nullptr, 1024), 0UL);
-        EXPECT_EQ(GetResourceDllPath(name, out, name != nullptr && *name != 0 ? 0 : 8), 0UL);
-    }
-    EXPECT_EQ(GetResourceDllPath(nullptr, 1024), 0UL);
+    EXPECT_EQ(GetHelpFilePath(out, LONG_MIN) + GetHelpFilePath(nullptr, 1024), 0);
+    EXPECT_EQ(GetResourceDllPath(nullptr, 1024) + GetResourceDllPath(L"x", nullptr, 1024), 0UL);
+    EXPECT_EQ(GetResourceDllPath(nullptr, out, 8) + GetResourceDllPath(L"", out, 8), 0UL);
     EXPECT_EQ(utf8(out), "#");
 }
 
 TEST(Program, PathsHaveTheLimitsOfThePlatform)
 {
+    const auto folder = [](std::size_t length) { return "C:\\" + std::string(length - 4, 'x') + '/'; };
     for (const std::size_t length : {252U, 253U}) { // a joined path has at most 259 characters
-        const std::string folder = "C:\\" + std::string(length - 4, 'x') + '\\';
-        const PretendedExecutable pretended(folder + "cad.exe");
-        EXPECT_EQ(pathOf(currentPath, 1024), length == 252 ? folder + "unknown" : "failed");
+        const std::string joined = "C:\\" + std::string(length - 4, 'x') + '\\';
+        const PretendedExecutable pretended(joined + "cad.exe");
+        EXPECT_EQ(pathOf(currentPath, 1024), length == 252 ? joined + "unknown" : "failed");
     }
-    for (const std::size_t length : {1022U, 1023U}) { // of the executable's path
-        const std::string folder = "C:\\" + std::string(length - 11, 'x') + '/';
-        const PretendedExecutable pretended(folder + "cad.exe");
-        EXPECT_EQ(pathOf(helpPath, 1100), length == 1022 ? folder + "RKHelp.exe" : "untouched");
+    for (const std::size_t length : {1015U, 1016U}) { // with "cad.exe" at most 1022 characters are read
+        const PretendedExecutable pretended(folder(length) + "cad.exe");
+        EXPECT_EQ(pathOf(helpPath, 1100), length == 1015 ? folder(length) + "RKHelp.exe" : "untouched");
     }
-    const std::string folder = "C:\\" + std::string(1000, 'x') + '/';
-    const PretendedExecutable pretended(folder + std::string(100, 'y')); // cut, and the cut not noticed
-    EXPECT_EQ(pathOf(programPath, 1005), folder);
+    const PretendedExecutable pretended(folder(1004) + std::string(100, 'y')); // cut, and the cut not noticed
+    EXPECT_EQ(pathOf(programPath, 1005), folder(1004));
 }
 
 TEST(Program, ResourceLibrariesAreLoadedFromTheFolderThenByName)
@@ -121,13 +108,12 @@ TEST(Program, ResourceLibrariesAreLoadedFromTheFolderThenByName)
     EXPECT_EQ(std::exchange(tried, {}), (Names{folder + libraryModule, libraryModule}));
     EXPECT_EQ(LoadResourceDll(L"none.dll"), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
-    EXPECT_EQ(std::exchange(tried, {}), (Names{folder + "none.dll", "none.dll"}));
+    tried.clear();
     EXPECT_EQ(LoadResourceDllEx(L"none.dll", &tried, 0x22), nullptr);
     EXPECT_EQ(std::exchange(tried, {}), (Names{folder + "none.dll 34 file", "none.dll 34 file"}));
 
     const Wide tooLong(260 - folder.size(), L'x');
-    for (const wchar_t* const name :
-         {L"", static_cast<const wchar_t*>(nullptr), static_cast<const wchar_t*>(tooLong)}) {
+    for (const wchar_t* const name : {L"", static_cast<const wchar_t*>(nullptr), +tooLong}) {
         EXPECT_EQ(LoadResourceDll(name), nullptr);
         EXPECT_EQ(LoadResourceDllEx(name, nullptr, 2), nullptr);
     }

@@ -8,7 +8,6 @@
 #include <io.h>
 
 #include <cstdio>
-#include <sstream>
 
 namespace {
 
@@ -16,31 +15,7 @@ using namespace testing_support;
 using enum TarvoConfig::Error;
 
 const std::string uninstall = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
-constexpr char absent[] = "-"; // a language argument that is not given at all
-
-/// A launcher: starts up, and prints its message box and the language that it took.
-const ChildPart launch("launch", [](const std::vector<std::string>& arguments) {
-    const auto box = intercept<decltype(MessageBoxW)>("MessageBoxW", [](auto real, HWND owner, LPCWSTR text,
-                                                                        LPCWSTR caption, UINT style) {
-        std::printf("%s: %s|%x%s|", utf8(caption).c_str(), utf8(text).c_str(), style, owner ? " owned" : "");
-        std::fflush(stdout);
-        return real(owner, text, caption, style);
-    });
-    const Wide language(arguments.at(2));
-    const TarvoConfig::Error error = InitVelaConfig(Wide(arguments.at(0)), Wide(arguments.at(1)),
-                                                    arguments.at(2) == absent ? nullptr : +language, nullptr);
-    std::printf("%s", utf8(GetCurrentLanguageShortName()).c_str());
-    return static_cast<int>(error);
-});
-
-const std::string invalidName =
-    "The input initial language name is not a valid short language name.The program will exit.|10";
-const std::string nothingInstalled = "Could't find any installed languages!|10";
-
-std::string asks(const std::string& language)
-{
-    return "The input language is not installed, continue with " + language + "?|24";
-}
+const std::string question = "The input language is not installed, continue with ";
 
 std::string ini(const std::string& localeId, const std::string& mapping)
 {
@@ -50,138 +25,140 @@ std::string ini(const std::string& localeId, const std::string& mapping)
 struct Row
 {
     std::string what;
-    std::string argument = absent;
+    const wchar_t* argument = nullptr;
     std::optional<RawValue> remembered = {};
     std::string iniText = {};
-    std::string becomes = {}; // nothing: it ends with exit code 1
-    std::string box = {};     // its text and style
-    std::string entries = "en-US fr-FR zh-CN";
-    std::string folders = entries;
+    std::string becomes = {};
+    bool asked = false; // whether to go on with that language
+    std::vector<std::string> entries = {"en-US", "fr-FR", "zh-CN"};
+    std::vector<std::string> folders = entries;
     std::string company = "norvik"; // with this product the default product
     std::string product = "Tarvo";
-    std::vector<std::string> answers = {"yes"};
-    bool hasVersionKey = true;
 };
 
-std::vector<std::string> words(const std::string& text)
+TEST(StartUp, DecidesTheLanguage)
 {
-    std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
-void check(const std::vector<Row>& rows)
-{
+    const std::string french = ini("1036", "1036=fr-FR");
+    const Row rows[] = {
+        {"argument before all else", L"fr-FR", text("zh-CN"), ini("2052", "2052=zh-CN"), "fr-FR"},
+        {"no empty argument", L"", text("fr-FR"), "", "fr-FR"},
+        {"not installed: nothing else counts", L"de-DE", text("fr-FR"), french, "en-US", true},
+        {"no folder", L"de-DE", {}, "", "en-US", true, {"en-US", "de-DE"}, {"en-US"}},
+        {"no entry", L"de-DE", {}, "", "fr-FR", true, {"fr-FR"}, {"en-US", "de-DE", "fr-FR"}},
+        {"rebranded", L"de-DE", {}, "", "de-DE", false, {}, {"de-DE"}, "Acme"},
+        {"rebranded by its product", L"de-DE", {}, "", "de-DE", false, {}, {"de-DE"}, "NORVIK", "Widget"},
+        {"rebranded, no folder", L"de-DE", {}, "", "fr-FR", true, {"de-DE"}, {"fr-FR"}, "Acme"},
+        {"remembered in any case", nullptr, text("ZH-cn"), french, "zh-CN"},
+        {"unterminated", nullptr, RawValue{REG_SZ, text("zh-CN").bytes.substr(0, 10)}, french, "zh-CN"},
+        {"not installed: no INI file", nullptr, text("ja-JP"), french, "en-US", true},
+        {"6 characters are a candidate", nullptr, text("zh-CNx"), french, "en-US", true},
+        {"7 characters are none", nullptr, text("zh-CNxx"), french, "fr-FR"},
+        {"nor is a number", nullptr, dword(2052), french, "fr-FR"},
+        {"cut to five characters", nullptr, {}, ini("205212", "20521=zh-CNx"), "zh-CN"},
+        {"not mapped", nullptr, {}, ini("2052", "1036=fr-FR"), "en-US", true},
+        {"mapped to one not installed", nullptr, {}, ini("1041", "1041=ja-JP"), "en-US", true},
+        {"nothing says anything", nullptr, {}, "", "en-US", true},
+    };
+    const Application application;
+    const PretendedExecutable pretended(windowsPath(application.program()));
+    std::string box;
+    const auto message = intercept<decltype(MessageBoxW)>(
+        "MessageBoxW", [&](auto, HWND, LPCWSTR shown, LPCWSTR caption, UINT) {
+            box = utf8(caption) + ": " + utf8(shown);
+            return IDYES;
+        });
+    KeyCounter keys;
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
-        const Application application(std::to_string(&row - rows.data()));
-        for (const std::string& language : words(row.folders)) {
+        box.clear();
+        removeKey(HKEY_LOCAL_MACHINE, uninstall);
+        removeKey(HKEY_CURRENT_USER, "Software");
+        application.writeIni(row.iniText);
+        for (const std::string& language : row.folders) {
             application.addLanguage(language);
         }
-        removeKey(HKEY_LOCAL_MACHINE, uninstall);
-        for (const std::string& language : words(row.entries)) {
+        for (const std::string& language : row.entries) {
             addUninstallEntry(static_cast<int>(TarvoLanguage(Wide(language)).velaLanguage()));
         }
-        const std::string versionKey = "Software\\" + row.company + "\\" + row.product + "\\2018";
-        removeKey(HKEY_CURRENT_USER, "Software\\" + row.company);
-        if (row.hasVersionKey) {
-            makeKey(HKEY_CURRENT_USER, versionKey);
-        }
+        const std::string key = "Software\\" + row.company + "\\" + row.product + "\\2018";
         if (row.remembered) {
-            setRaw(HKEY_CURRENT_USER, versionKey, "CurVer", *row.remembered);
+            setRaw(HKEY_CURRENT_USER, key, "CurVer", *row.remembered);
         }
-        if (!row.iniText.empty()) {
-            application.writeIni(row.iniText);
+        Config config;
+        EXPECT_EQ(config.initCompanyName(Wide(row.company)) + config.initProductName(Wide(row.product)), 0);
+        EXPECT_EQ(config.initLanguageName(row.argument), eOk);
+        EXPECT_EQ(utf8(config.language().shortName()), row.becomes);
+        const std::string asked = row.product + ": " + question + utf8(config.language().globalName()) + '?';
+        EXPECT_EQ(box, row.asked ? asked : "");
+        EXPECT_EQ(getRaw(HKEY_CURRENT_USER, key, "CurVer"),
+                  row.remembered ? text(row.becomes) : row.remembered);
+        for (const std::string& language : row.folders) {
+            std::filesystem::remove_all(application.folder() / language);
         }
-        const ChildResult result =
-            launch.run(application.program(), {row.company, row.product, row.argument}, {{}, row.answers});
-
-        const bool ends = row.becomes.empty();
-        const std::string box = row.box.empty() ? "" : row.product + ": " + row.box + '|';
-        EXPECT_EQ(result.exitCode, ends ? 1 : 0);
-        EXPECT_EQ(result.output, box + row.becomes);
-        std::string shown;
-        for (const ShownBox& seen : result.boxes) {
-            shown += seen.caption + ": " + seen.text + box.substr(box.find('|'));
-        }
-        EXPECT_EQ(shown, box);
-        EXPECT_EQ(keyExists(HKEY_CURRENT_USER, versionKey), row.hasVersionKey);
-        EXPECT_EQ(getRaw(HKEY_CURRENT_USER, versionKey, "CurVer"),
-                  ends || !row.hasVersionKey ? row.remembered : text(row.becomes));
     }
+    EXPECT_EQ(keys.stillOpen(), 0);
 }
 
-const std::string french = ini("1036", "1036=fr-FR");
+/// A launcher: starts up, and prints its message box and the language that it took.
+const ChildPart launch("launch", [](const std::vector<std::string>& arguments) {
+    const auto box = intercept<decltype(MessageBoxW)>(
+        "MessageBoxW", [](auto real, HWND owner, LPCWSTR text, LPCWSTR caption, UINT style) {
+            std::printf("%x%s ", style, owner ? " owned" : "");
+            std::fflush(stdout);
+            return real(owner, text, caption, style);
+        });
+    const TarvoConfig::Error error = InitVelaConfig(L"Acme", L"Widget", Wide(arguments.at(0)), nullptr);
+    std::printf("%s", utf8(GetCurrentLanguageShortName()).c_str());
+    return static_cast<int>(error);
+});
 
-TEST(StartUp, TakesTheArgument)
+TEST(StartUp, ShowsMessageBoxesAndEndsTheProcess)
 {
-    check({
-        {"before all else", "fr-FR", text("zh-CN"), ini("2052", "2052=zh-CN"), "fr-FR"},
-        {"in any case", "FR-fr", {}, "", "fr-FR"},
-        {"but not an empty one", "", text("fr-FR"), "", "fr-FR"},
-        {"not installed: nothing else counts", "de-DE", text("fr-FR"), french, "en-US", asks("English")},
-        {"no folder", "de-DE", {}, "", "en-US", asks("English"), "en-US de-DE", "en-US"},
-        {"no entry", "de-DE", {}, "", "fr-FR", asks("French"), "fr-FR", "en-US de-DE fr-FR"},
-        {"rebranded", "de-DE", {}, "", "de-DE", "", "", "de-DE", "Acme", "Widget"},
-        {"rebranded by its product", "de-DE", {}, "", "de-DE", "", "", "de-DE", "NORVIK", "Widget"},
-        {"rebranded, no folder", "de-DE", {}, "", "fr-FR", asks("French"), "de-DE", "fr-FR", "Acme", "TARVO"},
-        {"of no language", "en", text("fr-FR"), french, "", invalidName},
-        {"over-long", std::string(2000, 'x'), {}, "", "", invalidName, "", "en-US", "Acme", "Widget"},
-    });
-}
-
-TEST(StartUp, TakesWhatIsRemembered)
-{
-    check({
-        {"in any case", absent, text("ZH-cn"), french, "zh-CN"},
-        {"unterminated", absent, RawValue{REG_SZ, text("zh-CN").bytes.substr(0, 10)}, french, "zh-CN"},
-        {"not installed: no INI file", absent, text("ja-JP"), french, "en-US", asks("English")},
-        {"6 characters are a candidate", absent, text("zh-CNx"), french, "en-US", asks("English")},
-        {"7 characters are none", absent, text("zh-CNxx"), french, "fr-FR"},
-        {"nor is a number", absent, dword(2052), french, "fr-FR"},
-        {"nor an expandable text", absent, RawValue{REG_EXPAND_SZ, text("zh-CN").bytes}, french, "fr-FR"},
-        {"nor an empty one", absent, text(""), french, "fr-FR"},
-    });
-}
-
-TEST(StartUp, TakesTheLanguageOfTheIniFileOrAsks)
-{
-    check({
-        {"mapped", absent, {}, ini("2052", "2052=zh-CN"), "zh-CN"},
-        {"cut to five characters", absent, {}, ini("205212", "20521=zh-CNx"), "zh-CN"},
-        {"not mapped", absent, {}, ini("2052", "1036=fr-FR"), "en-US", asks("English")},
-        {"mapped to no language", absent, {}, ini("2052", "2052=zh"), "en-US", asks("English")},
-        {"mapped to one not installed", absent, {}, ini("1041", "1041=ja-JP"), "en-US", asks("English")},
-        {.what = "no file", .becomes = "en-US", .box = asks("English"), .hasVersionKey = false},
-        {.what = "declined", .box = asks("English"), .answers = {"no"}},
-        {.what = "closed", .remembered = text("ja-JP"), .box = asks("English"), .answers = {}},
-        {.what = "nothing installed", .box = nothingInstalled, .entries = "en-US", .folders = "fr-FR"},
-        {"rebranded, nothing installed", absent, {}, "", "", nothingInstalled, "en-US", "", "Acme", "Widget"},
-    });
+    const std::string key = "Software\\Acme\\Widget\\2018";
+    const std::string invalidName =
+        "The input initial language name is not a valid short language name.The program will exit.";
+    // The argument; the one language installed; the answers; the box; its style and, where the process goes
+    // on, the language.
+    using Answers = std::vector<std::string>;
+    const std::tuple<std::string, std::string, Answers, std::string, std::string> rows[] = {
+        {"en", "en-US", {"ok"}, invalidName, "10 "},
+        {"", "", {"ok"}, "Could't find any installed languages!", "10 "},
+        {"de-DE", "fr-FR", {"yes"}, question + "French?", "24 fr-FR"},
+        {"de-DE", "fr-FR", {"no"}, question + "French?", "24 "},
+        {"de-DE", "zh-CN", {}, question + "Simplified Chinese?", "24 "}, // closed
+    };
+    int number = 0;
+    for (const auto& [argument, installed, answers, box, output] : rows) {
+        SCOPED_TRACE(++number);
+        const Application application(std::to_string(number));
+        if (!installed.empty()) {
+            application.addLanguage(installed);
+        }
+        setRaw(HKEY_CURRENT_USER, key, "CurVer", text("ja-JP"));
+        const ChildResult result = launch.run(application.program(), {argument}, {{}, answers});
+        const bool goesOn = output != "10 " && output != "24 ";
+        EXPECT_EQ(result.exitCode, goesOn ? 0 : 1);
+        EXPECT_EQ(result.output, output);
+        EXPECT_EQ(result.boxes, (std::vector<ShownBox>{{"Widget", box}}));
+        EXPECT_EQ(getRaw(HKEY_CURRENT_USER, key, "CurVer"), text(goesOn ? installed : "ja-JP"));
+    }
 }
 
 TEST(StartUp, ProposesLanguagesInOrder)
 {
     const char* const order[] = {"en-US", "zh-CN", "zh-TW", "ja-JP", "ko-KR", "pl-PL", "cs-CZ", "de-DE",
                                  "es-ES", "fr-FR", "hu-HU", "it-IT", "pt-BR", "ru-RU", "tr-TR"};
-    Config standard;
-    Config rebranded;
-    ASSERT_EQ(rebranded.initCompanyName(L"Acme"), eOk);
+    Config config;
+    EXPECT_EQ(config.queryAInstalledLangInOrder(), -1);
     for (auto name = std::rbegin(order); name != std::rend(order); ++name) { // every folder is there
         const TarvoLanguage language{Wide(*name)};
         addUninstallEntry(static_cast<int>(language.velaLanguage()));
-        EXPECT_EQ(standard.queryAInstalledLangInOrder(), language.language());
-        EXPECT_TRUE(standard.isLanguageExist(Wide(*name)));
+        EXPECT_EQ(config.queryAInstalledLangInOrder(), language.language());
+        EXPECT_TRUE(config.isLanguageExist(Wide(*name)));
     }
-    removeKey(HKEY_LOCAL_MACHINE, uninstall);
-    EXPECT_EQ(standard.queryAInstalledLangInOrder(), -1);
-
     const Application application;
     const PretendedExecutable pretended(windowsPath(application.program()));
-    EXPECT_EQ(rebranded.queryAInstalledLangInOrder(), -1);
-    for (auto name = std::rbegin(order); name != std::rend(order); ++name) { // no entry is there
-        application.addLanguage(*name);
-        EXPECT_EQ(rebranded.queryAInstalledLangInOrder(), TarvoLanguage(Wide(*name)).language());
-    }
+    EXPECT_EQ(config.queryAInstalledLangInOrder(), -1); // every entry is there, and no folder
 }
 
 TEST(StartUp, TellsInstalledLanguages)
@@ -195,11 +172,12 @@ TEST(StartUp, TellsInstalledLanguages)
     makeKey(HKEY_LOCAL_MACHINE, uninstall + "\\" + guid); // without the value that counts
     KeyCounter keys;
     Config config;
-    for (const std::string& name :
-         {std::string(), std::string("de-DE"), std::string("fr-FR"), std::string(2000, 'x')}) {
-        EXPECT_FALSE(config.isLangFolderExist(Wide(name))) << name;
-        EXPECT_FALSE(config.isLangGuidExist(Wide(name))) << name;
-        EXPECT_FALSE(config.isLanguageExist(Wide(name))) << name;
+    const Wide overLong(2000, L'x');
+    for (const wchar_t* const name :
+         {L"", L"de-DE", L"fr-FR", +overLong, static_cast<const wchar_t*>(nullptr)}) {
+        EXPECT_FALSE(config.isLangFolderExist(name)) << utf8(name);
+        EXPECT_FALSE(config.isLangGuidExist(name)) << utf8(name);
+        EXPECT_FALSE(config.isLanguageExist(name)) << utf8(name);
     }
     EXPECT_TRUE(config.isLangFolderExist(L"en-US"));
     EXPECT_FALSE(config.isLangGuidExist(Wide(guid)));
@@ -209,8 +187,6 @@ TEST(StartUp, TellsInstalledLanguages)
     const auto unreadable = intercept<decltype(_waccess)>(
         "_waccess", [](auto, const wchar_t*, int mode) { return mode == 4 ? -1 : 0; });
     EXPECT_FALSE(config.isLanguageExist(L"en-US"));
-    EXPECT_FALSE(config.isLangFolderExist(nullptr) || config.isLangGuidExist(nullptr) ||
-                 config.isLanguageExist(nullptr));
     EXPECT_EQ(keys.stillOpen(), 0);
 }
 
@@ -222,14 +198,11 @@ TEST(StartUp, HappensOnce)
                std::to_string(config.isInitialized());
     };
     const std::string before = tree(HKEY_CURRENT_USER, "Software");
-    KeyCounter keys;
     EXPECT_EQ(state(*velaConfig()), "NORVIK TARVO unknown Default 0");
     EXPECT_EQ(startAcme(L"Work"), eOk);
-    EXPECT_EQ(state(*velaConfig()), "Acme Widget en-US Work 0");
     EXPECT_EQ(InitVelaConfig(Wide(300, L'x'), L"Other", L"none", L"Home"), eOk);
     EXPECT_EQ(state(*velaConfig()), "Acme Widget en-US Work 0");
     EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), before); // no key is made
-    EXPECT_EQ(keys.stillOpen(), 0);
 
     TarvoConfig copy(*velaConfig());
     copy = *velaConfig();

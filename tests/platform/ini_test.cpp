@@ -6,40 +6,92 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <string>
-#include <vector>
 
 namespace {
 
 using namespace testing_support;
+using Text = const wchar_t*;
 
-class Ini
+/// A file under a name of its own, as systems may keep what they have read.
+std::string iniFile(const std::string& bytes)
 {
-public:
-    explicit Ini(const std::string& bytes) : Ini() { writeFile(scratchFolder() / m_name, bytes); }
-    Ini() : m_name("case" + std::to_string(++s_count) + ".ini") {}
+    static int files = 0;
+    const std::filesystem::path path = scratchFolder() / ("case" + std::to_string(++files) + ".ini");
+    writeFile(path, bytes);
+    return windowsPath(path);
+}
 
-    std::string path() const { return windowsPath(scratchFolder() / m_name); }
+/// As many characters as were reported, the zeroes between the items of a list as "|".
+std::string get(const std::string& path, Text section, Text key, Text fallback = L"?", DWORD size = 100)
+{
+    std::vector<wchar_t> out(size + 2, L'#');
+    const DWORD copied = GetPrivateProfileStringW(section, key, fallback, out.data(), size, Wide(path));
+    std::replace(out.begin(), out.begin() + copied, L'\0', L'|');
+    return utf8(out.data()) + (out[copied] == 0 ? "" : ", not terminated");
+}
 
-    /// The text in front of how many characters were reported, which differ only where a list or a cut is.
-    std::string get(const wchar_t* section, const wchar_t* key, const wchar_t* fallback = L"?",
-                    DWORD size = 100) const
-    {
-        std::vector<wchar_t> out(size + 2, L'#');
-        const DWORD copied = GetPrivateProfileStringW(section, key, fallback, out.data(), size, Wide(path()));
-        std::replace(out.begin(), out.begin() + copied, L'\0', L'|');
-        return utf8(out.data()) + (out[copied] == 0 ? "" : ", not terminated");
+int number(const std::string& path, Text key)
+{
+    return static_cast<int>(GetPrivateProfileIntW(L"s", key, -9, Wide(path)));
+}
+
+TEST(Ini, FindsValues)
+{
+    const std::string path = iniFile(
+        "pre=0\r\n[Sec]\r\nkey=value\n ; comment\n;off=1\n  two words \t=  in blanks\t \r\nq=\" x "
+        "\"\nq1='x'\n"
+        "q2=\"open\nq3=\"a\" b\nq4=\"\"\nbare\n=unnamed\nempty=\nkey=again\neq=a=b\nsemi=v ; w\n"
+        "[Two] rest\na=1\r[SEC]\nlate=1\n [ Blank ] \nb=2\n[Open\nb1=3\n[In]ner]\nc=4\n[last]\nz=end");
+    // Of sections and keys of one name the first counts.
+    const std::pair<Text, std::vector<std::pair<Text, const char*>>> sections[] = {
+        {L" sEC ", {{L" KEY ", "value"}, {L"two words", "in blanks"}, {L"off", "?"}, {L"late", "?"}}},
+        {L"Sec", {{L"q", " x "}, {L"q1", "x"}, {L"q2", "\"open"}, {L"q3", "\"a\" b"}, {L"q4", ""}}},
+        {L"Sec", {{L"bare", "?"}, {L"empty", ""}, {L"eq", "a=b"}, {L"semi", "v ; w"}}},
+        {L"", {{L"pre", "0"}}},
+        {L"Two", {{L"a", "1"}}},
+        {L"Blank", {{L"b", "2"}, {L"b1", "3"}}},
+        {L"In", {{L"c", "?"}}},
+        {L"In]ner", {{L"c", "4"}}},
+        {L"last", {{L"z", "end"}}},
+        {nullptr, {{L"key", "Sec|Two|SEC|Blank|In]ner|last|"}}},
+        {L"sec", {{nullptr, "key|two words|q|q1|q2|q3|q4||empty|key|eq|semi|"}}},
+        {L"none", {{nullptr, "?"}, {L"z", "?"}}},
+    };
+    for (const auto& [section, keys] : sections) {
+        for (const auto& [key, expected] : keys) {
+            EXPECT_EQ(get(path, section, key), expected) << utf8(section) << ", " << utf8(key);
+        }
     }
+}
 
-    int number(const wchar_t* key) const
-    {
-        return static_cast<int>(GetPrivateProfileIntW(L"s", key, -9, Wide(path())));
+TEST(Ini, CutsAndFallsBack)
+{
+    const std::string path = iniFile("[s]\nkey=value\n");
+    const char* const cut[] = {"", "v", "va", "val", "valu", "value", "value"};
+    for (DWORD size = 1; size <= std::size(cut); ++size) {
+        EXPECT_EQ(get(path, L"s", L"key", L"?", size), cut[size - 1]);
     }
+    wchar_t untouched = L'#';
+    EXPECT_EQ(GetPrivateProfileStringW(L"s", L"key", L"?", &untouched, 0, Wide(path)), 0U);
+    EXPECT_EQ(untouched, L'#');
+    EXPECT_EQ(get(path, L"s", L"none", L" a b  "), " a b");
+    EXPECT_EQ(get(path, L"s", L"none", nullptr), "");
+    EXPECT_EQ(get(path, L"s", L"none", L"abc", 3), "ab");
+}
 
-private:
-    inline static int s_count = 0;
-    std::string m_name;
-};
+TEST(Ini, ParsesNumbers)
+{
+    const std::string path =
+        iniFile("[s]\na=12\nb=-7\nc=+4\nd=0x1F\ne=12abc\nf=abc\ng=4294967297\nh=\"6\"\ni=\n"
+                "j=- 3\nk=-2147483649\nl=99999999999999999999\nm=0x:\n");
+    const std::pair<Text, int> rows[] = {
+        {L"a", 12}, {L"b", -7}, {L"c", 4}, {L"d", 31},         {L"e", 12},         {L"f", 0}, {L"g", 1},
+        {L"h", 6},  {L"i", -9}, {L"j", 0}, {L"k", 2147483647}, {L"l", 1661992959}, {L"m", 0}, {L"none", -9},
+    };
+    for (const auto& [key, expected] : rows) {
+        EXPECT_EQ(number(path, key), expected) << utf8(key);
+    }
+}
 
 std::string utf16(const std::string& text, bool bigEndian)
 {
@@ -50,115 +102,30 @@ std::string utf16(const std::string& text, bool bigEndian)
     return bytes;
 }
 
-TEST(Ini, FindsValues)
-{
-    const Ini ini(
-        "pre=0\r\n[Sec]\r\nkey=value\n ; comment\n;off=1\n  two words \t=  in blanks\t \r\nq=\" x "
-        "\"\nq1='x'\n"
-        "q2=\"open\nq3=\"\nq4=\"a\" b\nq5=\"\"\nbare\n=unnamed\nempty=\nkey=again\neq=a=b\nsemi=v ; w\n"
-        "[Two] rest\na=1\r[SEC]\nlate=1\n [ Blank ] \nb=2\n[Open\nb1=3\n[In]ner]\nc=4\n[last]\nz=end");
-    const struct
-    {
-        const wchar_t* section;
-        const wchar_t* key;
-        const char* expected;
-    } cases[] = {
-        {L"Sec", L"key", "value"},
-        {L"sEC", L"KEY", "value"},
-        {L" Sec ", L" key ", "value"},
-        {L"Sec", L"two words", "in blanks"},
-        {L"Sec", L"q", " x "},
-        {L"Sec", L"q1", "x"},
-        {L"Sec", L"q2", "\"open"},
-        {L"Sec", L"q3", "\""},
-        {L"Sec", L"q4", "\"a\" b"},
-        {L"Sec", L"q5", ""},
-        {L"Sec", L"bare", "?"},
-        {L"Sec", L"", "unnamed"},
-        {L"Sec", L"empty", ""},
-        {L"Sec", L"eq", "a=b"},
-        {L"Sec", L"semi", "v ; w"},
-        {L"Sec", L"off", "?"},
-        {L"Sec", L"late", "?"}, // the first section of a name counts
-        {L"", L"pre", "0"},
-        {L"Two", L"a", "1"},
-        {L"Blank", L"b", "2"},
-        {L"Blank", L"b1", "3"},
-        {L"Open", L"b1", "?"},
-        {L"In", L"c", "?"},
-        {L"In]ner", L"c", "4"},
-        {L"last", L"z", "end"},
-        {L"none", L"z", "?"},
-        {nullptr, L"key", "Sec|Two|SEC|Blank|In]ner|last|"},
-        {L"two", nullptr, "a|"},
-        {L"sec", nullptr, "key|two words|q|q1|q2|q3|q4|q5||empty|key|eq|semi|"},
-        {L"none", nullptr, "?"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(ini.get(c.section, c.key), c.expected) << utf8(c.section) << ", " << utf8(c.key);
-    }
-}
-
-TEST(Ini, CutsAndFallsBack)
-{
-    const Ini ini("[s]\nkey=value\n[t]\na=1\n");
-    const char* const cutValues[] = {"", "v", "va", "val", "valu", "value", "value"};
-    for (DWORD size = 1; size <= std::size(cutValues); ++size) {
-        EXPECT_EQ(ini.get(L"s", L"key", L"?", size), cutValues[size - 1]);
-    }
-    const char* const cutLists[] = {"", "", "s", "s|", "s|t", "s|t|", "s|t|"};
-    for (DWORD size = 1; size <= std::size(cutLists); ++size) {
-        EXPECT_EQ(ini.get(nullptr, nullptr, L"?", size), cutLists[size - 1]);
-    }
-    wchar_t untouched = L'#';
-    EXPECT_EQ(GetPrivateProfileStringW(L"s", L"key", L"?", &untouched, 0, Wide(ini.path())), 0U);
-    EXPECT_EQ(untouched, L'#');
-    EXPECT_EQ(ini.get(L"s", L"none", L" a b  "), " a b");
-    EXPECT_EQ(ini.get(L"s", L"none", L"'a'"), "a");
-    EXPECT_EQ(ini.get(L"s", L"none", nullptr), "");
-    EXPECT_EQ(ini.get(L"s", L"none", L"abc", 3), "ab");
-}
-
-TEST(Ini, ParsesNumbers)
-{
-    const Ini ini(
-        "[s]\na=12\nb=-7\nc=+4\nd=0x1F\ne=12abc\nf=abc\ng=4294967297\nh=\"6\"\ni=\nj=- 3\nk=-2147483649\n"
-        "l=99999999999999999999\nm=0x:\n");
-    const std::pair<const wchar_t*, int> cases[] = {
-        {L"a", 12}, {L"b", -7}, {L"c", 4}, {L"d", 31},         {L"e", 12},         {L"f", 0}, {L"g", 1},
-        {L"h", 6},  {L"i", -9}, {L"j", 0}, {L"k", 2147483647}, {L"l", 1661992959}, {L"m", 0}, {L"none", -9},
-    };
-    for (const auto& [key, expected] : cases) {
-        EXPECT_EQ(ini.number(key), expected) << utf8(key);
-    }
-}
-
 TEST(Ini, ReadsWhatItCan)
 {
-    const std::string text = "[s]\r\nk=v\xE9\r\n";
-    EXPECT_EQ(Ini(utf16(text, false)).get(L"s", L"k"), "v\xC3\xA9");
-    EXPECT_EQ(Ini(utf16(text, true)).get(L"s", L"k"), "v\xC3\xA9");
-    EXPECT_EQ(Ini(utf16(text, false) + "x").get(L"s", L"k"), "v\xC3\xA9");
-    EXPECT_EQ(Ini("\xEF\xBB\xBF[s]\nk=v\xC3\xA9").get(L"s", L"k"), "v\xC3\xA9");
-    EXPECT_EQ(Ini(text).get(L"s", L"k"), "v\xC3\xA9");                 // no UTF-8: Latin-1
-    EXPECT_EQ(Ini(utf16(text, false).substr(2)).get(L"s", L"k"), "?"); // unmarked
-    EXPECT_EQ(Ini("").get(L"s", L"k"), "?");
-    EXPECT_EQ(Ini("\xFF").get(L"s", L"k"), "?");
-
-    std::string big = "[s]\n";
-    while (big.size() < 1'000'000) {
-        big += "k" + std::to_string(big.size()) + "=v\n";
+    const std::string latin1 = "[s]\r\nk=v\xE9\r\n";
+    const std::pair<std::string, const char*> rows[] = {
+        {utf16(latin1, false), "v\xC3\xA9"},
+        {utf16(latin1, true), "v\xC3\xA9"},
+        {utf16(latin1, false) + "x", "v\xC3\xA9"},
+        {"\xEF\xBB\xBF[s]\nk=v\xC3\xA9", "v\xC3\xA9"},
+        {latin1, "v\xC3\xA9"},
+        {utf16(latin1, false).substr(2), "?"}, // unmarked
+        {"", "?"},
+        {"\xFF", "?"},
+    };
+    for (const auto& [bytes, expected] : rows) {
+        EXPECT_EQ(get(iniFile(bytes), L"s", L"k"), expected) << bytes;
     }
-    const Ini bigIni(big + "line=" + std::string(70000, 'x') + "\nend=1");
-    EXPECT_EQ(bigIni.get(L"S", L"line", L"?", 100000), std::string(70000, 'x'));
-    EXPECT_EQ(bigIni.number(L"end"), 1);
-
-    const Ini missing;
-    EXPECT_EQ(missing.get(L"s", L"k"), "?");
-    EXPECT_EQ(missing.get(nullptr, nullptr), "");
-    EXPECT_EQ(missing.number(L"k"), -9);
-    wchar_t out[8];
-    EXPECT_EQ(GetPrivateProfileStringW(L"s", L"k", L"?", out, 8, Wide(windowsPath(scratchFolder()))), 1U);
+    const std::string big =
+        iniFile("[s]\n" + std::string(1'000'000, ';') + "\nline=" + std::string(70000, 'x') + "\nend=1");
+    EXPECT_EQ(get(big, L"S", L"line", L"?", 100000), std::string(70000, 'x'));
+    EXPECT_EQ(number(big, L"end"), 1);
+    for (const auto& unreadable : {scratchFolder(), scratchFolder() / "none.ini"}) {
+        EXPECT_EQ(get(windowsPath(unreadable), L"s", L"k"), "?");
+        EXPECT_EQ(number(windowsPath(unreadable), L"k"), -9);
+    }
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // The user's folders, the message box and the end of the process.
 #include "support/child.h"
 #include "support/isolation.h"
-#include "support/scratch.h"
+#include "support/registry.h"
 #include "support/text.h"
 
 #include <gtest/gtest.h>
@@ -9,29 +9,17 @@
 
 #include <shlobj.h>
 
-#include <filesystem>
-#include <string>
-
 namespace {
 
 namespace fs = std::filesystem;
 using namespace testing_support;
 
-/// Makes a folder the user's documents folder, as the user would.
+/// Makes a folder the user's documents folder, as the user would on either target.
 void moveDocuments(const fs::path& folder)
 {
-#if defined(_WIN32)
-    HKEY folders = nullptr;
-    RegCreateKeyExW(HKEY_CURRENT_USER,
-                    L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders", 0, nullptr,
-                    REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &folders, nullptr);
-    const std::string path = Wide(windowsPath(folder)).bytes();
-    RegSetValueExW(folders, L"Personal", 0, REG_EXPAND_SZ, reinterpret_cast<const BYTE*>(path.data()),
-                   static_cast<DWORD>(path.size()));
-    RegCloseKey(folders);
-#else
+    setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
+           "Personal", {REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
     shareWithChildren("XDG_DOCUMENTS_DIR", folder.string());
-#endif
 }
 
 std::string specialFolder(int folder, BOOL create = FALSE)
@@ -57,17 +45,15 @@ TEST(Shell, MissingFoldersAreMadeOnRequest)
     const fs::path folder = scratchFolder() / "documents" / "deep";
     moveDocuments(folder);
     wchar_t path[MAX_PATH] = {};
+    const auto get = [&](int id) { return SHGetFolderPathW(nullptr, id, nullptr, SHGFP_TYPE_CURRENT, path); };
     EXPECT_EQ(specialFolder(CSIDL_PERSONAL), "failed");
-    EXPECT_TRUE(FAILED(SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, path)));
+    EXPECT_TRUE(FAILED(get(CSIDL_PERSONAL)));
     EXPECT_FALSE(fs::exists(folder));
-    EXPECT_EQ(
-        SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, path),
-        S_OK);
+    EXPECT_EQ(get(CSIDL_PERSONAL | CSIDL_FLAG_CREATE), S_OK);
     EXPECT_EQ(utf8(path), windowsPath(folder));
     EXPECT_TRUE(fs::is_directory(folder));
     EXPECT_EQ(specialFolder(CSIDL_PERSONAL), windowsPath(folder));
-    EXPECT_EQ(SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, 2, path), E_INVALIDARG);
-    EXPECT_EQ(SHGetFolderPathW(nullptr, 0x77, nullptr, SHGFP_TYPE_CURRENT, path), E_INVALIDARG);
+    EXPECT_EQ(get(0x77), E_INVALIDARG);
     EXPECT_EQ(utf8(path), "");
 
     writeFile(scratchFolder() / "file", "");

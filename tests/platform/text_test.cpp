@@ -1,13 +1,14 @@
-// The comparison of names.
+// What works on texts alone: the comparison of names, and PathAppendW and PathRemoveFileSpecW.
 #include "support/text.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <shlwapi.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <numeric>
-#include <vector>
 
 namespace {
 
@@ -24,33 +25,23 @@ TEST(CompareStringOrdinal, ComparesByUnits)
 {
     const struct
     {
-        const wchar_t* a;
-        const wchar_t* b;
-        int aLength;
-        int bLength;
+        const wchar_t *a, *b;
+        int length; // -1: up to the terminator
         BOOL ignoreCase;
         int expected;
-    } cases[] = {
-        {L"a", L"A", -1, -1, FALSE, CSTR_GREATER_THAN},
-        {L"a", L"A", -1, -1, TRUE, CSTR_EQUAL},
-        {L"_", L"a", -1, -1, FALSE, CSTR_LESS_THAN},
-        {L"_", L"a", -1, -1, TRUE, CSTR_GREATER_THAN}, // "_" lies between the cases
-        {L"ab", L"abc", -1, -1, TRUE, CSTR_LESS_THAN},
-        {L"abX", L"aby", 2, 2, FALSE, CSTR_EQUAL},
-        {L"a\0b", L"a\0c", 3, 3, FALSE, CSTR_LESS_THAN}, // a length counts terminators in
-        {L"", L"x", -1, 0, FALSE, CSTR_EQUAL},
-        {L"\x00E4\x044F\x03C9", L"\x00C4\x042F\x03A9", -1, -1, TRUE, CSTR_EQUAL},
-        {L"\x00DF", L"SS", -1, -1, TRUE, CSTR_GREATER_THAN}, // one unit against one
-        {L"i", L"\x0130", -1, -1, TRUE, CSTR_LESS_THAN},     // no user's language
-        {L"\xD83D\xDE00", L"\xE000", -1, -1, FALSE, CSTR_LESS_THAN},
-        {nullptr, L"a", -1, -1, FALSE, 0},
-        {L"a", nullptr, -1, 0, FALSE, 0},
+    } rows[] = {
+        {L"a", L"A", -1, FALSE, CSTR_GREATER_THAN},
+        {L"_", L"a", -1, FALSE, CSTR_LESS_THAN},
+        {L"_", L"a", -1, TRUE, CSTR_GREATER_THAN}, // "_" lies between the cases
+        {L"ab", L"abc", -1, TRUE, CSTR_LESS_THAN},
+        {L"a\0bX", L"a\0by", 3, FALSE, CSTR_EQUAL},
+        {L"a\0b", L"a\0c", 3, FALSE, CSTR_LESS_THAN},    // a length counts terminators in
+        {L"\x00DF", L"SS", -1, TRUE, CSTR_GREATER_THAN}, // one unit against one
+        {nullptr, L"a", -1, FALSE, 0},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(utf8(c.a) + " and " + utf8(c.b));
-        SetLastError(ERROR_SUCCESS);
-        EXPECT_EQ(CompareStringOrdinal(c.a, c.aLength, c.b, c.bLength, c.ignoreCase), c.expected);
-        EXPECT_EQ(GetLastError(), c.expected == 0 ? DWORD{ERROR_INVALID_PARAMETER} : DWORD{ERROR_SUCCESS});
+    for (const auto& row : rows) {
+        EXPECT_EQ(CompareStringOrdinal(row.a, row.length, row.b, row.length, row.ignoreCase), row.expected)
+            << utf8(row.a) << " and " << utf8(row.b);
     }
 }
 
@@ -68,10 +59,66 @@ TEST(CompareStringOrdinal, FoldsEveryUnitAsTheSystemDoes)
     EXPECT_EQ(digest, 2892543722U);
 }
 
-TEST(LastError, BelongsToTheThread)
+/// The path that a call leaves, behind "no " when it reports failure.
+std::string changed(const std::string& path, auto change)
 {
-    SetLastError(ERROR_DISK_FULL);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_DISK_FULL});
+    wchar_t buffer[600] = {};
+    const Wide wide(path);
+    std::copy_n(static_cast<const wchar_t*>(wide), wide.length(), buffer);
+    const bool reported = change(buffer) != FALSE;
+    return (reported ? "" : "no ") + utf8(buffer);
+}
+
+std::string appended(const std::string& path, const std::string& more)
+{
+    return changed(path, [&](wchar_t* buffer) { return PathAppendW(buffer, Wide(more)); });
+}
+
+using Rows = std::vector<std::pair<std::string, std::string>>;
+
+TEST(Path, AppendJoinsAndCanonicalises)
+{
+    const std::pair<const char*, Rows> paths[] = {
+        {R"(Z:\a)", {{"b", R"(Z:\a\b)"}, {"", R"(Z:\a)"}, {"..", R"(Z:\)"}, {R"(..\..\b)", R"(Z:\b)"}}},
+        {R"(Z:\a)", {{R"(b\.\c\)", R"(Z:\a\b\c\)"}, {"/b/c", R"(Z:\a\/b/c)"}, {"b.. ", R"(Z:\a\b.. )"}}},
+        {R"(Z:\a)", {{R"(C:\x)", R"(C:\x)"}, {R"(\\srv\x)", R"(\\srv\x)"}}},
+        {R"(Z:\a\)", {{R"(\b)", R"(Z:\a\b)"}}},
+        {"Z:", {{"b", R"(Z:\b)"}}},
+        {R"(Z:\a\..\c)", {{"b", R"(Z:\c\b)"}}},
+        {R"(Z:\a\\c)", {{"b", R"(Z:\a\\c\b)"}}},
+        {R"(a\b)", {{"c", R"(a\b\c)"}, {R"(..\..\..\c)", R"(\c)"}}},
+        {R"(\\srv\sh)", {{R"(..\..\b)", R"(\\srv\b)"}}},
+        {R"(\\?\Z:\a)", {{"b", R"(\\?\Z:\a\b)"}}},
+    };
+    for (const auto& [path, rows] : paths) {
+        for (const auto& [more, expected] : rows) {
+            EXPECT_EQ(appended(path, more), expected) << path << " and " << more;
+        }
+    }
+    const std::string folder = R"(Z:\)" + std::string(100, 'a');
+    const std::string longest = std::string(259 - folder.size() - 1, 'b');
+    EXPECT_EQ(appended(folder, longest), folder + '\\' + longest);
+    EXPECT_EQ(appended(folder, longest + "b"), "no ");
+    EXPECT_EQ(appended(R"(Z:\)" + std::string(400, 'a'), R"(..\b)"), "no ");
+}
+
+TEST(Path, RemoveFileSpecCutsAtTheLastBackslash)
+{
+    const std::string folder = R"(Z:\)" + std::string(400, 'a');
+    const Rows rows = {{folder + R"(\b)", folder},
+                       {R"(Z:\a\)", R"(Z:\a)"},
+                       {R"(Z:\a)", R"(Z:\)"},
+                       {R"(Z:\)", R"(no Z:\)"},
+                       {"Z:a", "Z:"},
+                       {"a", ""},
+                       {"", "no "},
+                       {R"(\a)", R"(\)"},
+                       {R"(\\srv)", R"(\\)"},
+                       {R"(Z:\a\\b)", R"(Z:\a\)"},
+                       {"Z:/a/b", "Z:"}};
+    for (const auto& [path, expected] : rows) {
+        EXPECT_EQ(changed(path, PathRemoveFileSpecW), expected) << path;
+    }
 }
 
 } // namespace

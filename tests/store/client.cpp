@@ -3,7 +3,7 @@
 
 static_assert(__cplusplus < 201700L, "clients may be compiled as C++14");
 
-int main()
+int main() // NOLINT(bugprone-exception-escape)
 {
     VelaVariant value;
     value.setInt(1);

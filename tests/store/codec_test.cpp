@@ -115,6 +115,8 @@ TEST_F(Codec, ReadsByStoredType)
         {{REG_MULTI_SZ, abc + text("").bytes}, ""},
         {{12, "1234"}, ""},
     };
+    int count = 0;
+    const auto filling = countBlocks(count, libraryModule);
     for (const auto& [value, result] : rows) {
         SCOPED_TRACE(testing::PrintToString(value));
         store(value);

@@ -95,7 +95,7 @@ TEST_F(Operations, OpenTheirKey)
             missing = true; // then the key is made, or the operation ends
             calls.clear();
             operation.call(m_config, eSettings, row.argument, value);
-            EXPECT_EQ(calls, opened + (creates ? "; create " + wanted : ""));
+            EXPECT_EQ(calls, creates ? std::string(opened).append("; create ").append(wanted) : opened);
             missing = false;
             calls.clear();
             operation.call(m_config, eSettings, row.argument, value);
@@ -145,23 +145,23 @@ TEST_F(Operations, AnswerWithTheirCode)
     const auto noSuchPath = static_cast<TarvoConfig::Path>(9);
     const struct
     {
-        TarvoConfig::Path root;
         Text path;
         const char* refused;
+        TarvoConfig::Path root;
         int expected[std::size(operations)];
     } rows[] = {
-        {noSuchPath, L"Inner", "", {7, 7, 7, 7, 7, 7, 7, 7, 7}},
-        {TarvoConfig::eCurrentProfile, L"Inner", "", {7, 7, 7, 7, 7, 7, 7, 7, 7}}, // there is no profiles key
-        {eSettings, L"", "", {0, 1, 0, 0, 0, 0, 5, 0, 0}},
-        {eSettings, L"Inner", "", {0, 1, 0, 0, 0, 0, 0, 0, 0}},
-        {eSettings, L"Inner/n", "", {7, 0, 0, 0, 0, 0, 1, 1, 1}},
-        {eSettings, L"Inner/multi", "", {7, 2, 0, 0, 0, 0, 1, 1, 1}},
-        {eSettings, L"None/n", "", {7, 1, 0, 0, 0, 1, 1, 1, 1}},
-        {eSettings, L"Inner", "open", {7, 1, 0, 0, 0, 1, 1, 1, 1}},
-        {eSettings, L"Inner", "open create", {7, 1, 1, 5, 1, 1, 1, 1, 1}},
-        {eSettings, L"Inner", "set", {0, 1, 5, 0, 5, 0, 0, 0, 0}},
-        {eSettings, L"Inner", "delete", {0, 1, 0, 0, 0, 5, 5, 0, 0}},
-        {eSettings, L"Inner", "info", {0, 1, 0, 0, 0, 0, 0, 5, 5}},
+        {L"Inner", "", noSuchPath, {7, 7, 7, 7, 7, 7, 7, 7, 7}},
+        {L"Inner", "", TarvoConfig::eCurrentProfile, {7, 7, 7, 7, 7, 7, 7, 7, 7}}, // there is no profiles key
+        {L"", "", eSettings, {0, 1, 0, 0, 0, 0, 5, 0, 0}},
+        {L"Inner", "", eSettings, {0, 1, 0, 0, 0, 0, 0, 0, 0}},
+        {L"Inner/n", "", eSettings, {7, 0, 0, 0, 0, 0, 1, 1, 1}},
+        {L"Inner/multi", "", eSettings, {7, 2, 0, 0, 0, 0, 1, 1, 1}},
+        {L"None/n", "", eSettings, {7, 1, 0, 0, 0, 1, 1, 1, 1}},
+        {L"Inner", "open", eSettings, {7, 1, 0, 0, 0, 1, 1, 1, 1}},
+        {L"Inner", "open create", eSettings, {7, 1, 1, 5, 1, 1, 1, 1, 1}},
+        {L"Inner", "set", eSettings, {0, 1, 5, 0, 5, 0, 0, 0, 0}},
+        {L"Inner", "delete", eSettings, {0, 1, 0, 0, 0, 5, 5, 0, 0}},
+        {L"Inner", "info", eSettings, {0, 1, 0, 0, 0, 0, 0, 5, 5}},
     };
     for (const auto& row : rows) {
         for (const Operation& operation : operations) {

@@ -44,7 +44,8 @@ TEST_F(PathLimit, OfRootAndSubPath)
                 for (const std::size_t length : {limit, limit + 1}) {
                     SCOPED_TRACE(operation.name + " of " + std::to_string(length) + " below " + rootPath);
                     const std::string subPath = keyPath(length - rootPath.size());
-                    makeKey(HKEY_CURRENT_USER, rootPath + "\\" + subPath); // for isItemExist to find
+                    makeKey(HKEY_CURRENT_USER,
+                            std::string(rootPath).append("\\").append(subPath)); // for isItemExist to find
                     EXPECT_EQ(accepts(operation, *config, path, separator + subPath + operation.last),
                               length == limit);
                 }

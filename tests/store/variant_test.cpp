@@ -90,8 +90,8 @@ TEST(Variant, CopiesOwnTheirBlock)
         source = std::move(moved);
         EXPECT_EQ(count, 0);
         EXPECT_EQ(describe(source), setter.result);
-        EXPECT_EQ(describe(moved), setters[0].result);
-        EXPECT_EQ(describe(copy), setters[0].result);
+        EXPECT_EQ(describe(moved), setters[0].result); // NOLINT(bugprone-use-after-move): left as eNull
+        EXPECT_EQ(describe(copy), setters[0].result);  // NOLINT(bugprone-use-after-move)
     }
 }
 

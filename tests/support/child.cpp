@@ -1,5 +1,6 @@
 #include "support/child.h"
 
+#include <atomic>
 #include <map>
 
 namespace testing_support {
@@ -15,6 +16,22 @@ std::map<std::string, ChildPart::Main>& parts()
 }
 
 } // namespace
+
+ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+                       const ChildOptions& options)
+{
+    static std::atomic<int> runs = 0;
+    const std::filesystem::path folder = scratchFolder() / ("run" + std::to_string(++runs));
+    std::string typed;
+    for (const std::string& answer : options.answers) {
+        typed += answer + '\n';
+    }
+    writeFile(folder / "in", typed);
+    ChildResult result = runIn(folder, program, arguments, options);
+    result.output = readFile(folder / "out");
+    result.errors = readFile(folder / "err");
+    return result;
+}
 
 ChildPart::ChildPart(const char* name, Main main) : m_name(name)
 {

@@ -39,6 +39,10 @@ struct ChildOptions
 ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                        const ChildOptions& options = {});
 
+/// What runProgram does on each target: the folder has the file "in" for stdin and receives "out" and "err".
+ChildResult runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
+                  const std::vector<std::string>& arguments, const ChildOptions& options);
+
 /// A part of a test that runs in a process of its own, in this program or a copy of it.
 class ChildPart
 {

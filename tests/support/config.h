@@ -19,7 +19,6 @@ public:
     using TarvoConfig::initLanguageName;
     using TarvoConfig::initProductName;
     using TarvoConfig::initProfileName;
-    using TarvoConfig::isInitTARVOProduct;
     using TarvoConfig::isLangFolderExist;
     using TarvoConfig::isLangGuidExist;
     using TarvoConfig::isLanguageExist;

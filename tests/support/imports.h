@@ -19,15 +19,12 @@ public:
     void* original() const { return m_original; }
 
 private:
-    struct Slot
-    {
-        void** address;
-        void* before;
-    };
-
-    std::vector<Slot> m_slots;
+    std::vector<void**> m_slots;
     void* m_original = nullptr;
 };
+
+/// Where a module keeps the addresses of a function that it imports; they are there and can be written.
+std::vector<void**> importSlots(const char* module, const char* function);
 
 /// The module under test and this program's own, as ImportPatch takes them.
 extern const char* const libraryModule;

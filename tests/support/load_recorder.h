@@ -28,17 +28,10 @@ inline DWORD pretendWorkingDirectory(DWORD size, LPWSTR path)
     return static_cast<DWORD>(pretended.length());
 }
 
-/// Records while it lives.
-class LoadRecorder
+/// Records from its making on.
+struct LoadRecorder
 {
-public:
     LoadRecorder();
-    LoadRecorder(const LoadRecorder&) = delete;
-    LoadRecorder& operator=(const LoadRecorder&) = delete;
-    ~LoadRecorder();
-
-private:
-    void* m_registration = nullptr;
 };
 
 } // namespace testing_support

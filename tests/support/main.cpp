@@ -1,13 +1,12 @@
 // The main function of every test program.
 #include "support/child.h"
 #include "support/isolation.h"
-#include "support/scratch.h"
 
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
 {
-    const testing_support::Isolation isolation(testing_support::scratchFolder() / "home");
+    const testing_support::Isolation isolation;
     if (testing_support::isChild(argc, argv)) {
         return testing_support::childMain(argc, argv);
     }

@@ -4,79 +4,18 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <ostream>
-#include <sstream>
 #include <vector>
 
 namespace testing_support {
 
 namespace {
 
-constexpr DWORD longestName = 16384;
-
-class Key
+OwnedKey openKey(HKEY root, const std::string& path)
 {
-public:
-    Key(HKEY root, const std::string& path, REGSAM access)
-    {
-        if (RegOpenKeyExW(root, Wide(path), 0, access, &m_key) != ERROR_SUCCESS) {
-            m_key = nullptr;
-        }
-    }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-    ~Key()
-    {
-        if (m_key != nullptr) {
-            RegCloseKey(m_key);
-        }
-    }
-    explicit operator bool() const { return m_key != nullptr; }
-    HKEY get() const { return m_key; }
-
-private:
-    HKEY m_key = nullptr;
-};
-
-std::optional<RawValue> query(HKEY key, const wchar_t* name)
-{
-    RawValue value;
-    DWORD size = 0;
-    if (RegQueryValueExW(key, name, nullptr, &value.type, nullptr, &size) != ERROR_SUCCESS) {
-        return std::nullopt;
-    }
-    std::vector<BYTE> data(size + 2);
-    if (RegQueryValueExW(key, name, nullptr, &value.type, data.data(), &size) != ERROR_SUCCESS) {
-        return std::nullopt;
-    }
-    value.bytes.assign(reinterpret_cast<const char*>(data.data()), size);
-    return value;
-}
-
-void describe(HKEY key, const std::string& path, std::ostream& out)
-{
-    out << '[' << path << "]\n";
-    std::vector<wchar_t> name(longestName);
-    for (DWORD index = 0;; ++index) {
-        DWORD length = longestName;
-        if (RegEnumValueW(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
-            ERROR_SUCCESS) {
-            break;
-        }
-        out << utf8(name.data()) << '='
-            << testing::PrintToString(query(key, name.data()).value_or(RawValue{})) << '\n';
-    }
-    for (DWORD index = 0;; ++index) {
-        DWORD length = longestName;
-        if (RegEnumKeyExW(key, index, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
-            ERROR_SUCCESS) {
-            break;
-        }
-        if (const Key child(key, utf8(name.data()), KEY_READ); child) {
-            describe(child.get(), path + '\\' + utf8(name.data()), out);
-        }
-    }
+    HKEY key = nullptr;
+    RegOpenKeyExW(root, Wide(path), 0, KEY_READ, &key);
+    return OwnedKey(key);
 }
 
 } // namespace
@@ -100,19 +39,24 @@ RawValue dword(std::uint32_t number)
     return {REG_DWORD, std::string(reinterpret_cast<const char*>(&number), sizeof number)};
 }
 
-void makeKey(HKEY root, const std::string& path)
+OwnedKey createKey(HKEY root, const std::string& path)
 {
     HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyExW(root, Wide(path), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key,
-                              nullptr),
+    EXPECT_EQ(RegCreateKeyExW(root, Wide(path), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                              &key, nullptr),
               ERROR_SUCCESS)
         << path;
-    RegCloseKey(key);
+    return OwnedKey(key);
+}
+
+void makeKey(HKEY root, const std::string& path)
+{
+    createKey(root, path);
 }
 
 bool keyExists(HKEY root, const std::string& path)
 {
-    return static_cast<bool>(Key(root, path, KEY_READ));
+    return openKey(root, path) != nullptr;
 }
 
 void removeKey(HKEY root, const std::string& path)
@@ -122,8 +66,7 @@ void removeKey(HKEY root, const std::string& path)
 
 void setRaw(HKEY root, const std::string& path, const std::string& name, const RawValue& value)
 {
-    makeKey(root, path);
-    const Key key(root, path, KEY_WRITE);
+    const OwnedKey key = createKey(root, path);
     const std::string data = value.bytes + "##"; // the system adds a terminator that it finds behind a text
     ASSERT_EQ(RegSetValueExW(key.get(), Wide(name), 0, value.type, reinterpret_cast<const BYTE*>(data.data()),
                              static_cast<DWORD>(value.bytes.size())),
@@ -133,17 +76,55 @@ void setRaw(HKEY root, const std::string& path, const std::string& name, const R
 
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name)
 {
-    const Key key(root, path, KEY_READ);
-    return key ? query(key.get(), Wide(name)) : std::nullopt;
+    const OwnedKey key = openKey(root, path);
+    const Wide wideName(name);
+    RawValue value;
+    DWORD size = 0;
+    if (key == nullptr ||
+        RegQueryValueExW(key.get(), wideName, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) {
+        return std::nullopt;
+    }
+    std::vector<BYTE> data(size + 2);
+    if (RegQueryValueExW(key.get(), wideName, nullptr, &value.type, data.data(), &size) != ERROR_SUCCESS) {
+        return std::nullopt;
+    }
+    value.bytes.assign(reinterpret_cast<const char*>(data.data()), size);
+    return value;
+}
+
+LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* length)
+{
+    return values ? RegEnumValueW(key, index, name, length, nullptr, nullptr, nullptr, nullptr)
+                  : RegEnumKeyExW(key, index, name, length, nullptr, nullptr, nullptr, nullptr);
+}
+
+std::vector<std::string> namesIn(bool values, HKEY key)
+{
+    constexpr DWORD longest = 16384;
+    std::vector<std::string> names;
+    std::vector<wchar_t> name(longest);
+    DWORD length = longest;
+    while (enumerate(values, key, static_cast<DWORD>(names.size()), name.data(), &length) == ERROR_SUCCESS) {
+        names.push_back(utf8(name.data()));
+        length = longest;
+    }
+    return names;
 }
 
 std::string tree(HKEY root, const std::string& path)
 {
-    std::ostringstream out;
-    if (const Key key(root, path, KEY_READ); key) {
-        describe(key.get(), path, out);
+    const OwnedKey key = openKey(root, path);
+    if (key == nullptr) {
+        return "";
     }
-    return out.str();
+    std::string lines = '[' + path + "]\n";
+    for (const std::string& name : namesIn(true, key.get())) {
+        lines += name + '=' + testing::PrintToString(getRaw(root, path, name).value_or(RawValue{})) + '\n';
+    }
+    for (const std::string& name : namesIn(false, key.get())) {
+        lines += tree(root, path + '\\' + name);
+    }
+    return lines;
 }
 
 void addUninstallEntry(int lcid)

@@ -4,10 +4,19 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 namespace testing_support {
+
+struct CloseKey
+{
+    void operator()(HKEY key) const { RegCloseKey(key); }
+};
+using OwnedKey = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
 
 struct RawValue
 {
@@ -24,7 +33,8 @@ void PrintTo(const RawValue& value, std::ostream* stream);
 RawValue text(const std::string& utf8);
 RawValue dword(std::uint32_t number);
 
-/// Makes the key and everything above it.
+/// Makes the key and everything above it, or opens it.
+OwnedKey createKey(HKEY root, const std::string& path);
 void makeKey(HKEY root, const std::string& path);
 bool keyExists(HKEY root, const std::string& path);
 void removeKey(HKEY root, const std::string& path);
@@ -32,6 +42,11 @@ void removeKey(HKEY root, const std::string& path);
 /// Sets a value, making the key. An empty name is the default value.
 void setRaw(HKEY root, const std::string& path, const std::string& name, const RawValue& value);
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name);
+
+/// RegEnumValueW or RegEnumKeyExW, for a name alone.
+LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* length);
+/// The names of a key's values or sub-keys, in their order.
+std::vector<std::string> namesIn(bool values, HKEY key);
 
 /// Every key and value at and below a key, a line each; equal texts mean equal trees.
 std::string tree(HKEY root, const std::string& path);

@@ -1,15 +1,12 @@
 #include "support/scratch.h"
 
-#include "support/isolation.h"
 #include "support/text.h"
 
 #include <windows.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
-#include <random>
-#include <sstream>
+#include <iterator>
 
 namespace testing_support {
 
@@ -18,51 +15,19 @@ namespace fs = std::filesystem;
 namespace {
 
 #if defined(_WIN32)
-constexpr std::string_view programSuffix = ".exe";
+constexpr char programSuffix[] = ".exe";
+constexpr std::size_t drive = 0; // characters that a path of the target does not begin with
 #else
-constexpr std::string_view programSuffix = "";
+constexpr char programSuffix[] = "";
+constexpr std::size_t drive = 2;
 #endif
 
-class OwnedFolder
+fs::path binFolder()
 {
-public:
-    OwnedFolder()
-    {
-        constexpr char variable[] = "RKUINFO_TEST_SCRATCH";
-        if (const char* const parents = std::getenv(variable)) {
-            path = parents;
-            return;
-        }
-        std::random_device random;
-        do {
-            path = fs::path(RKUINFO_TEST_SCRATCH) / std::to_string(random());
-        } while (!fs::create_directories(path));
-        shareWithChildren(variable, path.string());
-        m_owner = true;
-    }
-    OwnedFolder(const OwnedFolder&) = delete;
-    OwnedFolder& operator=(const OwnedFolder&) = delete;
-    ~OwnedFolder()
-    {
-        if (m_owner) {
-            std::error_code ignored;
-            fs::remove_all(path, ignored);
-        }
-    }
-
-    fs::path path;
-
-private:
-    bool m_owner = false;
-};
+    return thisProgram().parent_path();
+}
 
 } // namespace
-
-const fs::path& scratchFolder()
-{
-    static const OwnedFolder folder;
-    return folder.path;
-}
 
 std::string windowsPath(const fs::path& path)
 {
@@ -79,9 +44,8 @@ void writeFile(const fs::path& file, std::string_view bytes)
 
 std::string readFile(const fs::path& file)
 {
-    std::ostringstream bytes;
-    bytes << std::ifstream(file, std::ios::binary).rdbuf();
-    return bytes.str();
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 fs::path thisProgram()
@@ -90,43 +54,37 @@ fs::path thisProgram()
     GetModuleFileNameW(nullptr, path, 1024);
     std::string text = utf8(path);
     std::replace(text.begin(), text.end(), '\\', '/');
-#if !defined(_WIN32)
-    text.erase(0, 2); // the drive
-#endif
-    return text;
+    return text.substr(drive);
 }
 
 Application::Application(std::string_view folderName) : m_folder(scratchFolder() / folderName)
 {
     fs::create_directories(m_folder);
     fs::create_hard_link(thisProgram(), program());
-#if defined(_WIN32)
-    for (const auto& entry : fs::directory_iterator(thisProgram().parent_path())) {
-        if (entry.path().extension() == ".dll") {
+    for (const auto& entry : fs::directory_iterator(binFolder())) {
+        if (entry.path().extension() == ".dll") { // on the host, programs find their libraries where they are
             fs::create_hard_link(entry.path(), m_folder / entry.path().filename());
         }
     }
-#endif
 }
 
 fs::path Application::program() const
 {
-    return m_folder / ("cad" + std::string(programSuffix));
+    return (m_folder / "cad") += programSuffix;
 }
 
 fs::path Application::addProgram(std::string_view name) const
 {
-    const std::string fileName = std::string(name) + std::string(programSuffix);
-    fs::create_hard_link(thisProgram().parent_path() / fileName, m_folder / fileName);
+    const fs::path fileName = fs::path(name) += programSuffix;
+    fs::create_hard_link(binFolder() / fileName, m_folder / fileName);
     return m_folder / fileName;
 }
 
 void Application::addLanguage(std::string_view shortName) const
 {
-    const fs::path folder = m_folder / shortName;
-    fs::create_directories(folder);
-    fs::create_hard_link(thisProgram().parent_path() / shortName / "RkUInfoRes.dll",
-                         folder / "RkUInfoRes.dll");
+    const fs::path library = fs::path(shortName) / "RkUInfoRes.dll";
+    fs::create_directories(m_folder / shortName);
+    fs::create_hard_link(binFolder() / library, m_folder / library);
 }
 
 void Application::writeIni(std::string_view text, std::string_view fileName) const

@@ -7,7 +7,7 @@
 
 namespace testing_support {
 
-/// A folder of this process and its children, removed when the process ends.
+/// The folder of this process and its children, removed when the process ends.
 const std::filesystem::path& scratchFolder();
 
 /// A path as Windows writes it, in UTF-8.

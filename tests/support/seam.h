@@ -59,19 +59,19 @@ private:
             if (module != GetModuleHandleW(nullptr) && module != nullptr) {
                 return real(module, out, size);
             }
-            const std::size_t length = path.length();
-            if (length == 0 || size == 0) {
-                SetLastError(length == 0 ? ERROR_ACCESS_DENIED : ERROR_INSUFFICIENT_BUFFER);
+            if (path.length() == 0) {
+                SetLastError(ERROR_ACCESS_DENIED);
                 return 0;
             }
-            const std::size_t copied = std::min<std::size_t>(length, size - 1);
+            const auto length = static_cast<DWORD>(path.length());
+            const DWORD copied = std::min(length, size - 1);
             std::copy_n(static_cast<const wchar_t*>(path), copied, out);
             out[copied] = 0;
             if (copied < length) {
                 SetLastError(ERROR_INSUFFICIENT_BUFFER);
                 return size;
             }
-            return static_cast<DWORD>(length);
+            return length;
         }
     };
 

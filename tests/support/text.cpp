@@ -6,33 +6,19 @@ namespace testing_support {
 
 namespace {
 
-bool isHigh(std::uint32_t unit)
+/// Whether a unit is one of the 1024 surrogates from the first on.
+bool isSurrogate(std::uint32_t unit, std::uint32_t first)
 {
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-bool isLow(std::uint32_t unit)
-{
-    return unit >= 0xDC00 && unit < 0xE000;
+    return unit >= first && unit < first + 0x400;
 }
 
 void append(std::string& out, std::uint32_t point)
 {
-    const auto push = [&](std::uint32_t byte) { out.push_back(static_cast<char>(byte)); };
-    if (point < 0x80) {
-        push(point);
-    } else if (point < 0x800) {
-        push(0xC0 | point >> 6);
-        push(0x80 | (point & 0x3F));
-    } else if (point < 0x10000) {
-        push(0xE0 | point >> 12);
-        push(0x80 | (point >> 6 & 0x3F));
-        push(0x80 | (point & 0x3F));
-    } else {
-        push(0xF0 | point >> 18);
-        push(0x80 | (point >> 12 & 0x3F));
-        push(0x80 | (point >> 6 & 0x3F));
-        push(0x80 | (point & 0x3F));
+    const unsigned more = point < 0x80 ? 0 : point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
+    constexpr std::uint32_t leads[] = {0, 0xC0, 0xE0, 0xF0};
+    out.push_back(static_cast<char>(leads[more] | point >> 6 * more));
+    for (unsigned left = more; left > 0; --left) {
+        out.push_back(static_cast<char>(0x80 | (point >> 6 * (left - 1) & 0x3F)));
     }
 }
 
@@ -43,7 +29,7 @@ std::string utf8(const wchar_t* text)
     std::string out;
     while (text != nullptr && *text != 0) {
         std::uint32_t point = *text++;
-        if (isHigh(point) && isLow(*text)) {
+        if (isSurrogate(point, 0xD800) && isSurrogate(*text, 0xDC00)) {
             point = 0x10000 + ((point - 0xD800) << 10) + (static_cast<std::uint32_t>(*text++) - 0xDC00);
         }
         append(out, point);

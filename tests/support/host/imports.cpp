@@ -9,9 +9,9 @@
 
 #include <cstdint>
 #include <cstring>
+#include <map>
 #include <set>
 #include <stdexcept>
-#include <string>
 
 namespace testing_support {
 
@@ -20,88 +20,53 @@ const char* const programModule = nullptr;
 
 namespace {
 
-void makeWritable(void* address)
+const link_map& mapOf(const char* module)
 {
-    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    void* const start = reinterpret_cast<void*>(reinterpret_cast<std::uintptr_t>(address) & ~(page - 1));
-    mprotect(start, page, PROT_READ | PROT_WRITE);
+    link_map* map = nullptr;
+    void* const handle = dlopen(module, RTLD_LAZY | RTLD_NOLOAD);
+    if (handle == nullptr || dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0) {
+        throw std::runtime_error("no such module");
+    }
+    dlclose(handle);
+    return *map;
 }
 
-class Module
+void makeWritable(void** slot)
 {
-public:
-    explicit Module(const char* name)
-    {
-        void* const handle = dlopen(name, RTLD_LAZY | RTLD_NOLOAD);
-        if (handle == nullptr || dlinfo(handle, RTLD_DI_LINKMAP, &m_map) != 0) {
-            throw std::runtime_error("no such module");
-        }
-        dlclose(handle);
-    }
-
-    std::vector<void**> slotsOf(const char* function) const
-    {
-        std::vector<void**> slots;
-        collect(DT_JMPREL, DT_PLTRELSZ, function, slots);
-        collect(DT_RELA, DT_RELASZ, function, slots);
-        return slots;
-    }
-
-private:
-    std::uintptr_t entry(Elf64_Sxword tag) const
-    {
-        for (const ElfW(Dyn)* at = m_map->l_ld; at->d_tag != DT_NULL; ++at) {
-            if (at->d_tag == tag) {
-                return at->d_un.d_val;
-            }
-        }
-        return 0;
-    }
-
-    void collect(Elf64_Sxword table, Elf64_Sxword size, const char* function,
-                 std::vector<void**>& slots) const
-    {
-        const auto* const relocations = reinterpret_cast<const Elf64_Rela*>(entry(table));
-        const auto* const symbols = reinterpret_cast<const Elf64_Sym*>(entry(DT_SYMTAB));
-        const auto* const names = reinterpret_cast<const char*>(entry(DT_STRTAB));
-        for (std::size_t i = 0; relocations != nullptr && i < entry(size) / sizeof(Elf64_Rela); ++i) {
-            const auto type = ELF64_R_TYPE(relocations[i].r_info);
-            const Elf64_Sym& symbol = symbols[ELF64_R_SYM(relocations[i].r_info)];
-            if ((type == R_X86_64_JUMP_SLOT || type == R_X86_64_GLOB_DAT) &&
-                std::strcmp(names + symbol.st_name, function) == 0) {
-                slots.push_back(reinterpret_cast<void**>(m_map->l_addr + relocations[i].r_offset));
-            }
-        }
-    }
-
-    link_map* m_map = nullptr;
-};
+    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    mprotect(reinterpret_cast<void*>(reinterpret_cast<std::uintptr_t>(slot) & ~(page - 1)), page,
+             PROT_READ | PROT_WRITE);
+}
 
 } // namespace
 
-ImportPatch::ImportPatch(const char* module, const char* function, void* replacement)
+std::vector<void**> importSlots(const char* module, const char* function)
 {
+    const link_map& map = mapOf(module);
+    std::map<Elf64_Sxword, std::uintptr_t> entries;
+    for (const ElfW(Dyn)* at = map.l_ld; at->d_tag != DT_NULL; ++at) {
+        entries[at->d_tag] = at->d_un.d_val;
+    }
+    const auto* const symbols = reinterpret_cast<const Elf64_Sym*>(entries[DT_SYMTAB]);
+    const auto* const names = reinterpret_cast<const char*>(entries[DT_STRTAB]);
     static std::set<void**> bound;
-    for (void** const slot : Module(module).slotsOf(function)) {
-        makeWritable(slot);
-        if (bound.insert(slot).second) {
-            *slot = dlsym(RTLD_DEFAULT,
-                          function); // it may still hold the lazy binder, which would undo the patch
+    std::vector<void**> slots;
+    for (const auto& [table, size] : {std::pair{DT_JMPREL, DT_PLTRELSZ}, std::pair{DT_RELA, DT_RELASZ}}) {
+        const auto* const first = reinterpret_cast<const Elf64_Rela*>(entries[table]);
+        for (const Elf64_Rela* at = first; at != first + entries[size] / sizeof *at; ++at) {
+            const auto type = ELF64_R_TYPE(at->r_info);
+            if ((type != R_X86_64_JUMP_SLOT && type != R_X86_64_GLOB_DAT) ||
+                std::strcmp(names + symbols[ELF64_R_SYM(at->r_info)].st_name, function) != 0) {
+                continue;
+            }
+            slots.push_back(reinterpret_cast<void**>(map.l_addr + at->r_offset));
+            makeWritable(slots.back());
+            if (bound.insert(slots.back()).second) { // it may hold the lazy binder, which would undo a patch
+                *slots.back() = dlsym(RTLD_DEFAULT, function);
+            }
         }
-        m_original = *slot;
-        m_slots.push_back({slot, *slot});
-        *slot = replacement;
     }
-    if (m_slots.empty()) {
-        throw std::runtime_error(std::string("not imported: ") + function);
-    }
-}
-
-ImportPatch::~ImportPatch()
-{
-    for (const Slot& slot : m_slots) {
-        *slot.address = slot.before;
-    }
+    return slots;
 }
 
 } // namespace testing_support

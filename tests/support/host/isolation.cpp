@@ -4,34 +4,22 @@
 
 namespace testing_support {
 
-namespace {
-
-constexpr char mark[] = "RKUINFO_TEST_HOME";
-
-} // namespace
-
 void shareWithChildren(const char* variable, const std::string& value)
 {
     setenv(variable, value.c_str(), 1);
 }
 
-Isolation::Isolation(const std::filesystem::path& home)
+void joinHome(const std::filesystem::path& scratch)
 {
-    if (std::getenv(mark) != nullptr) {
-        return;
-    }
-    const auto make = [&](const char* variable, const std::filesystem::path& folder) {
-        std::filesystem::create_directories(folder);
-        shareWithChildren(variable, folder.string());
-    };
-    make(mark, home);
-    make("HOME", home);
-    make("XDG_CONFIG_HOME", home / ".config");
-    make("XDG_DATA_HOME", home / ".local/share");
-    make("XDG_DOCUMENTS_DIR", home / "Documents");
+    const std::filesystem::path home = scratch / "home";
+    std::filesystem::create_directories(home);
+    shareWithChildren("HOME", home.string());
+    shareWithChildren("XDG_CONFIG_HOME", (home / ".config").string());
+    shareWithChildren("XDG_DATA_HOME", (home / ".local/share").string());
+    shareWithChildren("XDG_DOCUMENTS_DIR", (home / "Documents").string());
 }
 
-Isolation::~Isolation() = default; // the home goes with the scratch folder
+void removeHome(const std::filesystem::path& /*scratch*/) {}
 
 std::string companyFromOutside(const std::string& company)
 {

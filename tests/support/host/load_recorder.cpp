@@ -7,16 +7,9 @@
 
 #include <dlfcn.h>
 
-namespace testing_support {
+using testing_support::recordedCalls;
 
-LoadRecorder::LoadRecorder() = default;
-
-LoadRecorder::~LoadRecorder()
-{
-    recordedCalls.clear();
-}
-
-} // namespace testing_support
+testing_support::LoadRecorder::LoadRecorder() = default;
 
 namespace {
 
@@ -24,7 +17,7 @@ namespace {
 template <typename Function>
 Function* recorded(const char* name)
 {
-    testing_support::recordedCalls.emplace_back(name);
+    recordedCalls.emplace_back(name);
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
@@ -32,7 +25,7 @@ Function* recorded(const char* name)
 
 DWORD GetCurrentDirectoryW(DWORD size, LPWSTR path)
 {
-    testing_support::recordedCalls.emplace_back(__func__);
+    recordedCalls.emplace_back(__func__);
     return testing_support::pretendWorkingDirectory(size, path);
 }
 

@@ -22,20 +22,15 @@ struct Notification
     void* base;
     ULONG size;
 };
-using Notified = void(CALLBACK*)(ULONG reason, const Notification* module, void* context);
-using Register = NTSTATUS(NTAPI*)(ULONG flags, Notified notified, void* context, void** registration);
-using Unregister = NTSTATUS(NTAPI*)(void* registration);
 
-constexpr const char* names[] = {"SetCurrentDirectoryW", "SHGetFolderPathW", "DisableThreadLibraryCalls",
-                                 "FreeLibrary",          "RegOpenKeyExW",    "_ZN8RkLockerC1Ev",
-                                 "_ZN8RkLockerD1Ev"};
-
-template <std::size_t Function> // each intercepted function needs a handler type of its own
+template <int Number> // each intercepted function needs a handler type of its own
 struct Recording
 {
+    const char* name;
+
     auto operator()(auto real, auto... arguments) const
     {
-        recordedCalls.emplace_back(names[Function]);
+        recordedCalls.emplace_back(name);
         return real(arguments...);
     }
 };
@@ -49,17 +44,24 @@ struct Pretending
     }
 };
 
+template <typename Function, int Number>
+struct Recorded : Intercept<Function, Recording<Number>>
+{
+    explicit Recorded(const char* name) : Intercept<Function, Recording<Number>>(libraryModule, name, {name})
+    {
+    }
+};
+
 struct Patches
 {
-    Intercept<decltype(GetCurrentDirectoryW), Pretending> m_current{
-        libraryModule, "GetCurrentDirectoryW", {}};
-    Intercept<decltype(SetCurrentDirectoryW), Recording<0>> m_set{libraryModule, names[0], {}};
-    Intercept<decltype(SHGetFolderPathW), Recording<1>> m_folder{libraryModule, names[1], {}};
-    Intercept<decltype(DisableThreadLibraryCalls), Recording<2>> m_disable{libraryModule, names[2], {}};
-    Intercept<decltype(FreeLibrary), Recording<3>> m_free{libraryModule, names[3], {}};
-    Intercept<decltype(RegOpenKeyExW), Recording<4>> m_open{libraryModule, names[4], {}};
-    Intercept<void(void*), Recording<5>> m_made{libraryModule, names[5], {}};
-    Intercept<void(void*), Recording<6>> m_destroyed{libraryModule, names[6], {}};
+    Intercept<decltype(GetCurrentDirectoryW), Pretending> current{libraryModule, "GetCurrentDirectoryW", {}};
+    Recorded<decltype(SetCurrentDirectoryW), 0> set{"SetCurrentDirectoryW"};
+    Recorded<decltype(SHGetFolderPathW), 1> folder{"SHGetFolderPathW"};
+    Recorded<decltype(DisableThreadLibraryCalls), 2> disable{"DisableThreadLibraryCalls"};
+    Recorded<decltype(FreeLibrary), 3> free{"FreeLibrary"};
+    Recorded<decltype(RegOpenKeyExW), 4> open{"RegOpenKeyExW"};
+    Recorded<void(void*), 5> made{"_ZN8RkLockerC1Ev"};
+    Recorded<void(void*), 6> destroyed{"_ZN8RkLockerD1Ev"};
 };
 std::optional<Patches> patches;
 
@@ -76,23 +78,15 @@ void CALLBACK notified(ULONG reason, const Notification* module, void* /*context
     }
 }
 
-template <typename Function>
-Function loaderFunction(const char* name)
-{
-    return reinterpret_cast<Function>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), name)));
-}
-
 } // namespace
 
 LoadRecorder::LoadRecorder()
 {
-    loaderFunction<Register>("LdrRegisterDllNotification")(0, notified, nullptr, &m_registration);
-}
-
-LoadRecorder::~LoadRecorder()
-{
-    loaderFunction<Unregister>("LdrUnregisterDllNotification")(m_registration);
+    using Register = NTSTATUS(NTAPI*)(ULONG flags, decltype(&notified), void* context, void** registration);
+    void* const address =
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "LdrRegisterDllNotification"));
+    void* registration = nullptr;
+    reinterpret_cast<Register>(address)(0, notified, nullptr, &registration);
 }
 
 } // namespace testing_support

@@ -4,9 +4,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
-#include <atomic>
-#include <optional>
 #include <stdexcept>
 
 namespace testing_support {
@@ -39,65 +36,48 @@ std::string textOf(HWND window)
     return utf8(text);
 }
 
-struct Search
+HWND boxOf(DWORD process)
 {
-    DWORD process;
-    HWND box;
-};
-
-BOOL CALLBACK isBoxOf(HWND window, LPARAM parameter)
-{
-    auto* const search = reinterpret_cast<Search*>(parameter);
-    DWORD process = 0;
-    wchar_t className[16] = {};
-    GetWindowThreadProcessId(window, &process);
-    GetClassNameW(window, className, 16);
-    if (process == search->process && utf8(className) == "#32770" && IsWindowVisible(window)) {
-        search->box = window;
-        return FALSE;
+    HWND box = nullptr;
+    while ((box = FindWindowExW(nullptr, box, L"#32770", nullptr)) != nullptr) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(box, &owner);
+        if (owner == process && IsWindowVisible(box)) {
+            break;
+        }
     }
-    return TRUE;
+    return box;
 }
 
-BOOL CALLBACK takeText(HWND control, LPARAM parameter)
+/// Its text is in the last of its labels that has one: the icon's has none.
+ShownBox shown(HWND box)
 {
-    wchar_t className[16] = {};
-    GetClassNameW(control, className, 16);
-    const std::string text = textOf(control);
-    if (utf8(className) == "Static" && !text.empty()) {
-        *reinterpret_cast<std::string*>(parameter) = text;
+    ShownBox seen = {textOf(box), {}};
+    HWND label = nullptr;
+    while ((label = FindWindowExW(box, label, L"Static", nullptr)) != nullptr) {
+        seen.text = textOf(label).empty() ? seen.text : textOf(label);
     }
-    return TRUE;
-}
-
-int buttonOf(const std::string& answer)
-{
-    return answer == "yes" ? IDYES : answer == "no" ? IDNO : IDOK;
+    return seen;
 }
 
 /// Answers the child's message boxes until it ends.
-std::vector<ShownBox> answerBoxes(const PROCESS_INFORMATION& child, std::vector<std::string> answers)
+std::vector<ShownBox> answerBoxes(const PROCESS_INFORMATION& child, const std::vector<std::string>& answers)
 {
     std::vector<ShownBox> boxes;
-    std::reverse(answers.begin(), answers.end());
     constexpr DWORD poll = 20;
     while (WaitForSingleObject(child.hProcess, poll) == WAIT_TIMEOUT) {
-        Search search = {child.dwProcessId, nullptr};
-        EnumWindows(isBoxOf, reinterpret_cast<LPARAM>(&search));
-        if (search.box == nullptr) {
+        const HWND box = boxOf(child.dwProcessId);
+        if (box == nullptr) {
             continue;
         }
-        ShownBox box = {textOf(search.box), {}};
-        EnumChildWindows(search.box, takeText, reinterpret_cast<LPARAM>(&box.text));
-        boxes.push_back(box);
-        if (answers.empty()) {
-            PostMessageW(search.box, WM_CLOSE, 0, 0);
-            PostMessageW(search.box, WM_COMMAND, IDNO, 0); // a box of yes and no does not close
-        } else {
-            PostMessageW(search.box, WM_COMMAND, static_cast<WPARAM>(buttonOf(answers.back())), 0);
-            answers.pop_back();
+        const std::string answer = boxes.size() < answers.size() ? answers[boxes.size()] : "";
+        boxes.push_back(shown(box));
+        if (answer.empty()) {
+            PostMessageW(box, WM_CLOSE, 0, 0); // a box of yes and no does not close
         }
-        while (IsWindow(search.box) && WaitForSingleObject(child.hProcess, poll) == WAIT_TIMEOUT) {
+        const WPARAM button = answer == "yes" ? IDYES : answer == "ok" ? IDOK : IDNO;
+        PostMessageW(box, WM_COMMAND, button, 0);
+        while (IsWindow(box) && WaitForSingleObject(child.hProcess, poll) == WAIT_TIMEOUT) {
         }
     }
     return boxes;
@@ -105,13 +85,9 @@ std::vector<ShownBox> answerBoxes(const PROCESS_INFORMATION& child, std::vector<
 
 } // namespace
 
-ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-                       const ChildOptions& options)
+ChildResult runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
+                  const std::vector<std::string>& arguments, const ChildOptions& options)
 {
-    static std::atomic<int> runs = 0;
-    const std::filesystem::path folder = scratchFolder() / ("run" + std::to_string(++runs));
-    writeFile(folder / "in", "");
-
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
@@ -122,15 +98,13 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
     for (const std::string& argument : arguments) {
         command += ' ' + quoted(argument);
     }
-    const Wide wideCommand(command);
-    std::vector<wchar_t> writable(static_cast<const wchar_t*>(wideCommand),
-                                  static_cast<const wchar_t*>(wideCommand) + wideCommand.length() + 1);
+    const Wide wide(command);
+    std::vector<wchar_t> writable(static_cast<const wchar_t*>(wide), wide + wide.length() + 1);
     const Wide workingFolder(windowsPath(options.workingFolder));
     PROCESS_INFORMATION child = {};
     const BOOL started =
         CreateProcessW(nullptr, writable.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                       options.workingFolder.empty() ? nullptr : static_cast<const wchar_t*>(workingFolder),
-                       &startup, &child);
+                       options.workingFolder.empty() ? nullptr : workingFolder + 0, &startup, &child);
     for (const HANDLE handle : {startup.hStdInput, startup.hStdOutput, startup.hStdError}) {
         CloseHandle(handle);
     }
@@ -144,8 +118,6 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
     CloseHandle(child.hProcess);
     CloseHandle(child.hThread);
     result.exitCode = static_cast<int>(exitCode);
-    result.output = readFile(folder / "out");
-    result.errors = readFile(folder / "err");
     return result;
 }
 
