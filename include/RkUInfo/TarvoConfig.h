@@ -77,9 +77,10 @@ public:
     void getRegRootPath(Path path, wchar_t* const out) const;
 
     /// Reads an entry of an INI file in the program folder.
-    /// @param value    changed only on eOk
-    /// @param type     eInt (a negative number counts as missing) or eString (cut to 1021 characters)
-    /// @param fileName file name without folder, such as "TARVO.ini"
+    /// @param section,key the entry, written "[section] key"
+    /// @param value       changed only on eOk
+    /// @param type        eInt (a negative number counts as missing) or eString (cut to 1021 characters)
+    /// @param fileName    file name without folder, such as "TARVO.ini"
     /// @return eOk, eNotFound, eWrongType for any other type, eInvalidInput when the path is too long
     Error getIniValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
                       VelaVariant::VarType type, const wchar_t* fileName);

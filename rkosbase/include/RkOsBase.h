@@ -62,7 +62,8 @@ protected:
 class RKOSBASE_API RkExceptionWithMsg : public RkException
 {
 public:
-    /// @param message text for the user, may be null; cut like the context text
+    /// @param text,number context of the failure, as in RkException
+    /// @param message     text for the user, may be null; cut like the context text
     RkExceptionWithMsg(const wchar_t* text, std::int32_t number, const wchar_t* message);
     RkExceptionWithMsg(const RkExceptionWithMsg& other);
     RkExceptionWithMsg& operator=(const RkExceptionWithMsg& other);
