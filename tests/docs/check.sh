@@ -24,8 +24,10 @@ check_links() {
     local document link broken=0
     for document in "$@"; do
         while read -r link; do
-            [ -e "$root/$(dirname "$document")/$link" ] || broken=1 && [ "$broken" = 0 ] ||
-                { echo "$document: nothing at $link" >&2; }
+            if [ ! -e "$root/$(dirname "$document")/$link" ]; then
+                echo "$document: nothing at $link" >&2
+                broken=1
+            fi
         done < <(grep -oE '\]\([^)#: ]+[)#]' "$root/$document" | sed -E 's/^..//; s/.$//')
     done
     return $broken
