@@ -67,6 +67,7 @@ run_demo() {
     esac
     demo=$PWD/build/demo/$target
     app=$demo/app
+    need_for "$target"
     build "$target" "${programs[@]}" >"build/demo-build.log" || {
         cat build/demo-build.log >&2
         return 1
