@@ -41,6 +41,9 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
     if (reserved != nullptr || (data != nullptr && size == nullptr)) {
         return ERROR_INVALID_PARAMETER;
     }
+    if (data == nullptr) {
+        give(size, 0); // also where there is no value
+    }
     return readKey(key, KEY_QUERY_VALUE, [&](const ReadTransaction& in, const OpenKey& opened) {
         Entry value;
         if (const LSTATUS status = findValue(in.get(), opened.node, nameOf(valueName), value)) {
