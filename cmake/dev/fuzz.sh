@@ -1,0 +1,26 @@
+# Runs each of libFuzzer's targets for a while, from the inputs in fuzz/corpus and those of earlier runs.
+
+run_fuzz() {
+    local seconds=${1:-60} target found status=0
+    [[ $seconds =~ ^[0-9]+$ ]] || {
+        echo "./dev fuzz takes the seconds for each target" >&2
+        return 2
+    }
+    need libclang-rt-dev
+    build fuzz langpacks $(ls fuzz/corpus | sed 's/^/fuzz_/')
+    for target in fuzz/corpus/*; do
+        target=${target##*/}
+        found=build/fuzz/found/$target
+        mkdir -p "$found"
+        if build/fuzz/bin/fuzz_"$target" -max_total_time="$seconds" -max_len=8192 -timeout=10 -print_final_stats=1 \
+            -artifact_prefix="build/fuzz/$target-" "$found" "fuzz/corpus/$target" >"build/fuzz/$target.log" 2>&1; then
+            echo "$target: $(sed -n 's/^stat::number_of_executed_units: *//p' "build/fuzz/$target.log") runs in" \
+                "$seconds s, nothing found"
+        else
+            tail -n 40 "build/fuzz/$target.log"
+            echo "$target: FAILED; its input belongs into fuzz/corpus/$target once mended"
+            status=1
+        fi
+    done
+    return $status
+}
