@@ -1,0 +1,26 @@
+# The reliability tests in their full amounts, a few minutes in all.
+
+# Each case in a process of its own, as ctest would run it.
+run_cases() {
+    local program=$1 filter=$2 case suite=''
+    while read -r case; do
+        case $case in
+        *.) suite=$case ;;
+        *) RKUINFO_STRESS=1 "$program" --gtest_brief=1 --gtest_filter="$suite$case" ;;
+        esac
+    done < <("$program" --gtest_list_tests --gtest_filter="$filter" | grep -v '^Running')
+}
+
+run_stress() {
+    echo '== Faults, kills, many at once, disks and damaged files'
+    build host langpacks reliability_test storm_test
+    run_cases build/host/bin/reliability_test '*'
+    run_cases build/host/bin/storm_test '*'
+    echo '== The same threads under ThreadSanitizer'
+    build tsan langpacks storm_test
+    run_cases build/tsan/bin/storm_test '*Threads*:*Many*'
+    echo '== Agreement of winhost with Wine'
+    build windows agreement
+    start_wine
+    tests/reliability/agreement.sh "$PWD/build/windows/bin/agreement.exe" build/host 25000 1 2 3 4 5 6 7 8
+}

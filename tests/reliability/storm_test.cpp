@@ -1,0 +1,463 @@
+// The store under what a host does to it: killed writers, many at once, full and read-only disks, damaged
+// files. RKUINFO_STRESS in the environment asks for the full amounts.
+#include "support/child.h"
+#include "support/config.h"
+#include "support/isolation.h"
+#include "support/text.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <barrier>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <iostream>
+#include <random>
+#include <sstream>
+#include <thread>
+
+namespace {
+
+using namespace testing_support;
+using Clock = std::chrono::steady_clock;
+using Text = const wchar_t*;
+
+constexpr auto settings = TarvoConfig::eSettings;
+constexpr std::uint64_t slots = 8;
+
+bool stressed()
+{
+    return std::getenv("RKUINFO_STRESS") != nullptr;
+}
+
+// ---- Values that tell whether they are whole ----------------------------------------------------
+
+std::uint64_t sumOf(const char* bytes, std::size_t size)
+{
+    std::uint64_t sum = 14695981039346656037U;
+    for (std::size_t i = 0; i < size; ++i) {
+        sum = (sum ^ static_cast<unsigned char>(bytes[i])) * 1099511628211U;
+    }
+    return sum;
+}
+
+/// A number, filling and their sum.
+VelaVariant sealed(std::uint64_t number, std::size_t filling)
+{
+    std::string bytes(sizeof number + filling, static_cast<char>(number));
+    std::memcpy(bytes.data(), &number, sizeof number);
+    const std::uint64_t sum = sumOf(bytes.data(), bytes.size());
+    bytes.append(reinterpret_cast<const char*>(&sum), sizeof sum);
+    VelaVariant value;
+    value.setBinary(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+    return value;
+}
+
+/// The number in a whole value.
+std::optional<std::uint64_t> numberIn(const VelaVariant& value)
+{
+    const auto* const bytes = static_cast<const char*>(value.getBinary());
+    const auto size = static_cast<std::size_t>(value.blockSize()) - 4;
+    std::uint64_t number = 0;
+    std::uint64_t sum = 0;
+    if (bytes == nullptr || size < sizeof number + sizeof sum) {
+        return std::nullopt;
+    }
+    std::memcpy(&number, bytes, sizeof number);
+    std::memcpy(&sum, bytes + size - sizeof sum, sizeof sum);
+    return sum == sumOf(bytes, size - sizeof sum) ? std::optional(number) : std::nullopt;
+}
+
+// ---- Processes ----------------------------------------------------------------------------------
+
+/// A part of this program as a process that one can talk to, and kill.
+class Process
+{
+public:
+    Process(const char* part, const std::string& argument)
+    {
+        int in[2];
+        int out[2];
+        if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
+        std::string words[] = {thisProgram().string(), "--child", part, argument};
+        char* argv[] = {words[0].data(), words[1].data(), words[2].data(), words[3].data(), nullptr};
+        EXPECT_EQ(posix_spawn(&m_process, argv[0], &actions, nullptr, argv, environ), 0);
+        posix_spawn_file_actions_destroy(&actions);
+        close(in[0]);
+        close(out[1]);
+        m_in = in[1];
+        m_out = out[0];
+    }
+    Process(const Process&) = delete;
+    Process& operator=(const Process&) = delete;
+    ~Process()
+    {
+        close(m_in);
+        close(m_out);
+    }
+
+    void kill() const { ::kill(m_process, SIGKILL); }
+    void tell() const { EXPECT_EQ(write(m_in, "\n", 1), 1); }
+
+    /// Up to a line's end, or all.
+    std::string read(bool line) const
+    {
+        std::string text;
+        for (char each = 0; ::read(m_out, &each, 1) == 1 && !(line && each == '\n');) {
+            text += each;
+        }
+        return text;
+    }
+
+    /// The exit code, or the negative signal.
+    int wait() const
+    {
+        int status = 0;
+        waitpid(m_process, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+
+private:
+    pid_t m_process = 0;
+    int m_in = -1;
+    int m_out = -1;
+};
+
+void say(const std::string& text)
+{
+    EXPECT_EQ(write(STDOUT_FILENO, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+}
+
+// ---- Killed at any instant ----------------------------------------------------------------------
+
+Wide slotOf(std::uint64_t number)
+{
+    return Wide("Killed/v" + std::to_string(number % slots));
+}
+
+/// What is missing of the writes up to a number, of which the next one may have been made too.
+std::string missing(std::uint64_t finished)
+{
+    for (std::uint64_t number = finished > slots ? finished - slots + 1 : 1; number <= finished; ++number) {
+        VelaVariant value;
+        const int error = velaConfig()->getValue(settings, slotOf(number), value);
+        const std::optional<std::uint64_t> found = error == 0 ? numberIn(value) : std::nullopt;
+        if (!found || (*found != number && (*found != number + slots || *found > finished + 1))) {
+            return "lost " + std::to_string(number) + " of " + std::to_string(finished) + ": " +
+                   (found ? std::to_string(*found) : "error " + std::to_string(error)) + '\n';
+        }
+    }
+    return {};
+}
+
+/// Checks what is there, then writes on and says each number once it is written.
+int writeOn(const std::vector<std::string>& arguments)
+{
+    std::uint64_t number = std::stoull(arguments[0]);
+    const int error = startAcme();
+    say(error != 0 ? "lost all\n" : missing(number));
+    std::minstd_rand random(static_cast<unsigned>(number));
+    for (;;) {
+        ++number;
+        const std::size_t filling = random() % 50 == 0 ? 200000 : random() % 4000;
+        const int failed = velaConfig()->setValue(settings, slotOf(number), sealed(number, filling));
+        say(failed != 0 ? "lost the way: " + std::to_string(failed) + '\n' : std::to_string(number) + '\n');
+    }
+}
+
+const ChildPart writer("writer", writeOn);
+
+TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
+{
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    const int kills = stressed() ? 600 : 50;
+    std::minstd_rand random(2018);
+    std::uint64_t finished = 0;
+    for (int kill = 0; kill < kills; ++kill) {
+        const Process process("writer", std::to_string(finished));
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 120000));
+        process.kill();
+        std::istringstream said(process.read(false));
+        ASSERT_EQ(process.wait(), -SIGKILL);
+        for (std::string line; std::getline(said, line);) {
+            ASSERT_NE(line[0], 'l') << line;
+            finished = std::stoull(line);
+        }
+        ASSERT_EQ(missing(finished), "") << "after kill " << kill; // seen by one that was there all along
+    }
+    EXPECT_GT(finished, 0U);
+    std::cout << kills << " kills, " << finished << " writes, all whole\n";
+}
+
+// ---- Many at once -------------------------------------------------------------------------------
+
+/// One thread's part: returns what no contract allows, "" if all was well.
+std::string storm(std::uint64_t seed, Clock::time_point end, std::atomic<std::uint64_t>& operations)
+{
+    TarvoConfig& config = *velaConfig();
+    std::minstd_rand random(static_cast<unsigned>(seed));
+    std::string wrong;
+    const auto check = [&](const char* what, int error, const char* allowed, const VelaVariant& value = {}) {
+        if (std::strchr(allowed, '0' + error) == nullptr) {
+            wrong += std::string(what) + " gave " + std::to_string(error) + '\n';
+        } else if (error == 0 && value.type() != VelaVariant::eNull && !numberIn(value)) {
+            wrong += std::string(what) + " gave a torn value\n";
+        }
+        ++operations;
+        return error == 0;
+    };
+    while (Clock::now() < end && wrong.empty()) {
+        const Wide key("Storm/k" + std::to_string(random() % 8));
+        const Wide name("v" + std::to_string(random() % 8));
+        const Wide path(utf8(key) + '/' + utf8(name));
+        VelaVariant value;
+        const auto walk = [&](auto& it, Text item, auto look) {
+            check("find", config.findItem(settings, item, it), "015");
+            do {
+                look(it);
+            } while (check("step", it.step(), "04"));
+        };
+        const auto choice = random() % 16;
+        if (choice < 6) { // a value that changes between its two queries counts as of another type
+            const int error = config.getValue(settings, path, value);
+            check("get", error, "012", value);
+        } else if (choice < 8) {
+            TarvoConfig::ValueIterator values;
+            walk(values, key, [&](auto& it) {
+                value = VelaVariant();
+                const int error = it.value(value);
+                check("value", error, "0124", value);
+            });
+        } else if (choice == 8) {
+            TarvoConfig::ItemIterator items;
+            walk(items, L"Storm", [&](auto& it) {
+                wchar_t found[64];
+                long length = 64;
+                check("name", it.name(found, length), "04");
+            });
+        } else if (choice == 9) {
+            check("remove value", config.removeValue(settings, key, name), "015");
+        } else if (random() % 64 == 0) {
+            check("remove item", config.removeItem(settings, key), "015");
+        } else {
+            check("set", config.setValue(settings, path, sealed(random(), random() % 3000)), "05");
+        }
+    }
+    return wrong;
+}
+
+int takePart(const std::vector<std::string>& arguments)
+{
+    std::istringstream words(arguments[0]);
+    std::uint64_t seed = 0;
+    int seconds = 0;
+    words >> seed >> seconds;
+    const int error = startAcme();
+    const auto end = Clock::now() + std::chrono::seconds(seconds);
+    std::atomic<std::uint64_t> operations = 0;
+    std::string wrong[8];
+    std::vector<std::thread> threads;
+    for (std::string& each : wrong) {
+        threads.emplace_back([&, own = ++seed * 1000] { each = storm(own, end, operations); });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (const std::string& each : wrong) {
+        std::cerr << each;
+    }
+    say(std::to_string(operations));
+    return error == 0 && std::all_of(std::begin(wrong), std::end(wrong), [](auto& w) { return w.empty(); })
+               ? 0
+               : 1;
+}
+
+/// Tells what it reads whenever it is asked, and writes the next number.
+int answer(const std::vector<std::string>&)
+{
+    bool well = startAcme() == TarvoConfig::eOk;
+    for (char asked = 0; read(STDIN_FILENO, &asked, 1) == 1;) {
+        VelaVariant value;
+        well = velaConfig()->getValue(settings, L"Handed/n", value) == TarvoConfig::eOk && well;
+        const std::int32_t seen = value.getInt();
+        value.setInt(seen + 1);
+        well = velaConfig()->setValue(settings, L"Handed/n", value) == TarvoConfig::eOk && well;
+        say(std::to_string(seen) + '\n');
+    }
+    return well ? 0 : 1;
+}
+
+const ChildPart worker("worker", takePart);
+const ChildPart partner("partner", answer);
+
+TEST(Storm, ManyAtOnceDisturbNobody)
+{
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    const int seconds = stressed() ? 30 : 2;
+    std::vector<std::unique_ptr<Process>> workers;
+    workers.reserve(8);
+    for (int i = 0; i < 8; ++i) {
+        workers.push_back(
+            std::make_unique<Process>("worker", std::to_string(i * 100) + ' ' + std::to_string(seconds)));
+    }
+    std::int32_t number = 0;
+    {
+        const Process other("partner", "");
+        for (const auto end = Clock::now() + std::chrono::seconds(seconds); Clock::now() < end;) {
+            VelaVariant value;
+            value.setInt(++number);
+            ASSERT_EQ(velaConfig()->setValue(settings, L"Handed/n", value), TarvoConfig::eOk);
+            other.tell();
+            ASSERT_EQ(other.read(true), std::to_string(number)); // what was just written
+            ASSERT_EQ(velaConfig()->getValue(settings, L"Handed/n", value), TarvoConfig::eOk);
+            ASSERT_EQ(value.getInt(), ++number); // what the other has written since
+        }
+        other.kill();
+        other.wait();
+    }
+    std::uint64_t operations = 0;
+    for (const auto& each : workers) {
+        operations += std::stoull("0" + each->read(false));
+        EXPECT_EQ(each->wait(), 0);
+    }
+    std::cout << operations << " operations of 64 threads in " << seconds << " s, " << number
+              << " handed over\n";
+}
+
+TEST(Storm, ThreadsThatComeFirstTogetherGetTheSame)
+{
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    ASSERT_EQ(velaConfig()->setValue(settings, L"Handed/n", sealed(1, 100)), TarvoConfig::eOk);
+    std::string seen[8];
+    std::barrier start(8);
+    std::vector<std::thread> threads;
+    for (std::string& each : seen) {
+        threads.emplace_back([&] {
+            start.arrive_and_wait();
+            wchar_t path[1024] = {};
+            GetProgramPath(path, 1024);
+            each = utf8(path) + '|' + utf8(GetCurrentLanguageLocalName()) + '|' +
+                   utf8(velaGetProduct()->helpFilePath()) + '|' +
+                   utf8(velaGetProduct()->userDataCachePath()) + '|' +
+                   utf8(GetVelaArchitectrueCommandNamePrefix());
+            for (int round = 0; round < 200; ++round) {
+                VelaVariant value;
+                TarvoConfig::ValueIterator it;
+                const int read = velaConfig()->getValue(settings, L"Handed/n", value);
+                const int found = velaConfig()->findItem(settings, L"Handed", it);
+                const bool well = read == 0 && found == 0 && numberIn(value) == 1 &&
+                                  it.value(value) == TarvoConfig::eOk &&
+                                  TarvoConfig::ValueIterator(it).step() == TarvoConfig::eOk;
+                each += well ? "" : "|a reading failed";
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    for (const std::string& each : seen) {
+        EXPECT_EQ(each, seen[0]);
+    }
+    EXPECT_NE(seen[0].find("English"), std::string::npos) << seen[0];
+}
+
+// ---- Disks and files ----------------------------------------------------------------------------
+
+/// Says the answers of the registry's calls: to making a key, and to as many writes of 20000 bytes as are
+/// asked for, or until one fails; then whether all that was written before is whole.
+int fill(const std::vector<std::string>& arguments)
+{
+    const std::size_t space = arguments[0].find(' ');
+    shareWithChildren("XDG_DATA_HOME", arguments[0].substr(space + 1));
+    HKEY key = nullptr;
+    LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Disk", 0, nullptr, 0, KEY_ALL_ACCESS,
+                                     nullptr, &key, nullptr);
+    say(std::to_string(status) + ' ');
+    std::vector<BYTE> data(20000);
+    const int most = std::stoi(arguments[0].substr(0, space));
+    for (int i = 0; i < most && status == ERROR_SUCCESS; ++i) {
+        status = RegSetValueExW(key, Wide(std::to_string(i)), 0, REG_BINARY, data.data(), 20000);
+    }
+    say(std::to_string(status) + ' ');
+    DWORD values = 0;
+    DWORD size = 20000;
+    status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values, nullptr,
+                              nullptr, nullptr, nullptr);
+    for (DWORD i = 0; i < values && status == ERROR_SUCCESS; ++i, size = 20000) {
+        status = RegQueryValueExW(key, Wide(std::to_string(i)), nullptr, nullptr, data.data(), &size);
+        status = size == 20000 ? status : ERROR_MORE_DATA;
+    }
+    say(std::to_string(status) + (values > 10 ? " many" : " none"));
+    return 0;
+}
+
+const ChildPart filler("filler", fill);
+
+/// The answers of a process whose registry is in the folder.
+std::string filled(const std::filesystem::path& folder, const std::string& most)
+{
+    const Process process("filler", most + ' ' + folder.string());
+    std::string said = process.read(false);
+    EXPECT_EQ(process.wait(), 0) << said;
+    return said;
+}
+
+TEST(Storm, AFullAndAReadOnlyDiskKeepWhatIsThere)
+{
+    const std::string folder = scratchFolder() / "small";
+    std::filesystem::create_directories(folder);
+    if (mount("none", folder.c_str(), "tmpfs", 0, "size=6m") != 0) {
+        GTEST_SKIP() << "NOT TESTED: a small disk can be mounted by root alone (" << std::strerror(errno)
+                     << ')';
+    }
+    EXPECT_EQ(filled(folder, "10000"), "0 112 0 many"); // ERROR_DISK_FULL
+    EXPECT_EQ(filled(folder, "0"), "0 0 0 many");       // to the next process too
+    ASSERT_EQ(mount("none", folder.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    EXPECT_EQ(filled(folder, "1"), "0 5 0 many"); // ERROR_ACCESS_DENIED
+    EXPECT_EQ(umount(folder.c_str()), 0);
+}
+
+TEST(Storm, ADamagedFileIsRefusedAndLeftAlone)
+{
+    const auto folder = scratchFolder() / "damaged";
+    const auto file = folder / "winhost/data.mdb";
+    ASSERT_EQ(filled(folder, "20"), "0 0 0 many");
+    const std::string whole = readFile(file);
+    constexpr std::size_t page = 4096;
+    const std::pair<const char*, std::string> damages[] = {
+        {"cut to a byte", whole.substr(0, 1)},
+        {"cut to a page", whole.substr(0, page)},
+        {"cut to its start", whole.substr(0, 3 * page)},
+        {"cut to a half", whole.substr(0, 250000)},
+        {"no head", std::string(2 * page, 0) + whole.substr(2 * page)},
+        {"another start", "text" + std::string(2 * page - 4, ' ') + whole.substr(2 * page)},
+        {"a text", "This is no store.\n"},
+        {"zeros", std::string(whole.size(), 0)},
+    };
+    for (const auto& [name, bytes] : damages) {
+        SCOPED_TRACE(name);
+        writeFile(file, bytes);
+        const std::string said = filled(folder, "1");
+        EXPECT_TRUE(said == "1015 1015 6 none" || said == "1009 1009 6 none") << said;
+        EXPECT_TRUE(readFile(file) == bytes);
+    }
+    writeFile(file, whole);
+    EXPECT_EQ(filled(folder, "0"), "0 0 0 many");
+}
+
+} // namespace
