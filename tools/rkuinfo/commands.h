@@ -1,15 +1,38 @@
-// The commands. Each function adds its own to the command line; a command runs once that has been read whole.
+// The commands. Each runs once the command line has been read whole, and throws when it fails.
 #pragma once
 
+#include "names.h"
 #include "session.h"
+#include "text.h"
 
-namespace CLI {
-class App;
-}
+#include <optional>
+#include <string>
 
-void addShow(CLI::App& app, Session& session);
-void addStoreCommands(CLI::App& app, Session& session); // get, set, list, tree, rm
-void addTransfer(CLI::App& app, Session& session);      // export, import
-void addProvision(CLI::App& app, Session& session);
-void addLanguages(CLI::App& app, Session& session);
-void addDoctor(CLI::App& app, Session& session);
+/// What stands behind the commands that work on a subtree; each takes some of it.
+struct Arguments
+{
+    std::string subtree; ///< one of subtreeNames()
+    std::string key;     ///< a key below it, or for get and set a value with its key before it
+    std::string type;
+    std::string data;
+    std::optional<std::string> valueName;
+    std::string file; ///< empty: a standard stream
+    bool all = false;
+
+    TarvoConfig::Path path() const { return subtreePath(subtree); }
+    /// For messages.
+    std::string target() const { return key.empty() ? subtree : subtree + ' ' + shown(utf16(key)); }
+};
+
+void show(Session& session);
+void provision(Session& session);
+void languages(Session& session);
+void doctor(Session& session);
+
+void get(Session& session, const Arguments& arguments);
+void set(Session& session, const Arguments& arguments);
+void list(Session& session, const Arguments& arguments);
+void tree(Session& session, const Arguments& arguments);
+void remove(Session& session, const Arguments& arguments);
+void exportTree(Session& session, const Arguments& arguments);
+void importTree(Session& session, const Arguments& arguments);

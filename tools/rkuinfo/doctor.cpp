@@ -6,8 +6,6 @@
 #include "table.h"
 #include "user_registry.h"
 
-#include <CLI/CLI.hpp>
-
 #include <io.h>
 
 #include <vector>
@@ -24,7 +22,6 @@ struct Finding
 using Findings = std::vector<Finding>;
 
 // ---- INI files
-// ---------------------------------------------------------------------------------------------
 
 Text iniText(const wchar_t* section, const Argument& key)
 {
@@ -59,20 +56,20 @@ void checkLanguageIni(const Installation& installation, Findings& findings)
     const Text wantedId = iniText(L"Product", L"LocaleId");
     if (!wantedId.empty() && iniText(L"LocaleIdLangName", wantedId).empty()) {
         findings.push_back(
-            {fmt::format("TARVO.ini: [Product] LocaleId={} is not mapped to a language", shown(wantedId)),
-             fmt::format("add {}=xx-XX to its section [LocaleIdLangName]", shown(wantedId))});
+            {"TARVO.ini: [Product] LocaleId=" + shown(wantedId) + " is not mapped to a language",
+             "add " + shown(wantedId) + "=xx-XX to its section [LocaleIdLangName]"});
     }
     const auto checkMapping = [&findings](const Text& id) {
         const Text name = iniText(L"LocaleIdLangName", id);
         if (!name.empty() && !TarvoLanguage::isValidShortName(Argument(name))) {
             findings.push_back(
-                {fmt::format("TARVO.ini: [LocaleIdLangName] {}={} names no language", shown(id), shown(name)),
+                {"TARVO.ini: [LocaleIdLangName] " + shown(id) + '=' + shown(name) + " names no language",
                  "write the short name of one of the fifteen languages there"});
         }
     };
     bool isKnownId = false;
     for (const LanguageState& state : installation.languages) {
-        const Text id = utf16(fmt::to_string(state.language.velaLanguage()));
+        const Text id = utf16(std::to_string(state.language.velaLanguage()));
         isKnownId = isKnownId || id == wantedId;
         checkMapping(id);
     }
@@ -93,7 +90,6 @@ void checkIni(const Installation& installation, Findings& findings)
 }
 
 // ---- Languages
-// ---------------------------------------------------------------------------------------------
 
 void checkLanguage(const LanguageState& state, bool needsEntries, Findings& findings)
 {
@@ -103,7 +99,7 @@ void checkLanguage(const LanguageState& state, bool needsEntries, Findings& find
     switch (state.folderState) {
     case FolderState::missing:
         if (state.hasEntry && needsEntries) {
-            findings.push_back({fmt::format("{} has an uninstall entry and no folder {}", name, folder),
+            findings.push_back({name + " has an uninstall entry and no folder " + folder,
                                 install + " again, or remove the entry"});
         }
         return;
@@ -114,8 +110,8 @@ void checkLanguage(const LanguageState& state, bool needsEntries, Findings& find
         break;
     }
     if (!state.installed) {
-        findings.push_back({fmt::format("{} is no installed language: {}", folder, state.whyNot()),
-                            install + ", or remove the folder"});
+        findings.push_back(
+            {folder + " is no installed language: " + state.whyNot(), install + ", or remove the folder"});
     }
     if (!state.hasResources) {
         findings.push_back({folder + "\\RkUInfoRes.dll cannot be loaded", install + " again"});
@@ -131,20 +127,20 @@ void checkLanguages(const Installation& installation, Findings& findings)
         findings.push_back({"no language is installed", "install one: no application can start"});
     } else if (const std::string why = whyNotWanted(installation); !why.empty()) {
         const Text instead = rkuinfo::text(TarvoLanguage(installation.preferred).shortName());
-        findings.push_back({why, fmt::format("install it, or choose another: rkuinfo --language {} provision",
-                                             utf8(instead))});
+        findings.push_back(
+            {why, "install it, or choose another: rkuinfo --language " + utf8(instead) + " provision"});
     }
 }
 
 // ---- The user's folders and tree
-// ---------------------------------------------------------------------------
 
 void checkShellFolder(const char* name, unsigned long (*function)(wchar_t*), Findings& findings)
 {
     const Text folder = rkuinfo::text(function);
     if (folder.empty() || !exists(folder)) {
-        findings.push_back({fmt::format("the user has no {} application data folder {}", name, shown(folder)),
-                            "create it, or set the user's profile right"});
+        findings.push_back(
+            {std::string("the user has no ") + name + " application data folder " + shown(folder),
+             "create it, or set the user's profile right"});
     }
 }
 
@@ -161,13 +157,12 @@ void checkTree(const std::string& profiles, Findings& findings)
     if (profile.empty()) {
         findings.push_back({"no profile is the current one", "choose one: rkuinfo provision"});
     } else if (profile != "Default" && !userKeyExists(profiles + '\\' + profile)) {
-        findings.push_back({fmt::format("the current profile '{}' has no key", shown(utf16(profile))),
+        findings.push_back({"the current profile '" + shown(utf16(profile)) + "' has no key",
                             "store a setting in it, or choose another with --profile"});
     }
 }
 
 // ---- The command
-// -------------------------------------------------------------------------------------------
 
 Findings examineAll(const Session& session)
 {
@@ -192,8 +187,8 @@ void printFindings(const Findings& findings, const Layout& layout)
     Table table;
     for (const Finding& finding : findings) {
         if (layout.columns) {
-            table.addRow({{"problem", badStyle}, {finding.problem}});
-            table.addRow({{"remedy", goodStyle}, {finding.remedy}});
+            table.addRow({{"problem", Style::bad}, {finding.problem}});
+            table.addRow({{"remedy", Style::good}, {finding.remedy}});
         } else {
             table.addRow({{finding.problem}, {finding.remedy}});
         }
@@ -201,7 +196,9 @@ void printFindings(const Findings& findings, const Layout& layout)
     table.print(layout);
 }
 
-void run(Session& session)
+} // namespace
+
+void doctor(Session& session)
 {
     const Findings findings = examineAll(session);
     if (session.json) {
@@ -209,22 +206,11 @@ void run(Session& session)
         for (const Finding& finding : findings) {
             json.push_back({{"problem", finding.problem}, {"remedy", finding.remedy}});
         }
-        print({{"findings", json}});
+        printJson({{"findings", json}});
     } else if (findings.empty()) {
-        fmt::print("nothing is wrong\n");
+        print("nothing is wrong");
     } else {
         printFindings(findings, layout(session));
     }
     session.exitCode = findings.empty() ? 0 : exitFailed;
-}
-
-} // namespace
-
-void addDoctor(CLI::App& app, Session& session)
-{
-    CLI::App* const command =
-        app.add_subcommand("doctor", "Tell what is wrong with the installation, and how to mend it");
-    command->footer("Exit code 1 when something is wrong. Nothing is written.");
-    command->add_flag("--json", session.json, "Print JSON");
-    command->callback([&session] { run(session); });
 }

@@ -6,8 +6,6 @@
 
 #include <io.h>
 
-#include <fmt/format.h>
-
 #include <memory>
 
 namespace {
@@ -75,7 +73,8 @@ LanguageState examineLanguage(Probe& probe, const TarvoLanguage& language, bool 
             probe.isLangFolderExist(language.shortName()) ? FolderState::filled : FolderState::empty;
         readResources(state);
     }
-    const std::string guid = fmt::format("{{5C3D71E0-B00F-{}-C10E-9E40B6D2F815}}", language.velaLanguage());
+    const std::string guid =
+        "{5C3D71E0-B00F-" + std::to_string(language.velaLanguage()) + "-C10E-9E40B6D2F815}";
     state.hasEntry = probe.isLangGuidExist(Argument(utf16(guid)));
     state.installed = state.folderState == FolderState::filled && (state.hasEntry || !needsEntries);
     return state;
@@ -143,7 +142,7 @@ Installation examine(const Session& session)
     Installation found;
     found.company = rkuinfo::text(probe.companyName());
     found.product = productName(session, probe, found.company);
-    found.versionRoot = fmt::format("Software\\{}\\{}\\2018", utf8(found.company), utf8(found.product));
+    found.versionRoot = "Software\\" + utf8(found.company) + '\\' + utf8(found.product) + "\\2018";
     // The probe's own product is the default one.
     found.needsEntries =
         probe.isInitTARVOProduct() && equalIgnoringCase(found.product, rkuinfo::text(probe.productName()));
@@ -163,15 +162,15 @@ std::string whyNotWanted(const Installation& installation)
         return {};
     }
     if (language.language() < 0) {
-        return fmt::format("'{}', which {} names, is none of the fifteen languages",
-                           shown(installation.wanted), installation.source);
+        return '\'' + shown(installation.wanted) + "', which " + installation.source +
+               " names, is none of the fifteen languages";
     }
     const LanguageState& state = installation.languages[static_cast<std::size_t>(language.language())];
     if (state.installed) {
         return {};
     }
-    return fmt::format("{}, which {} names, is not installed: {}", utf8(rkuinfo::text(language.shortName())),
-                       installation.source, state.whyNot());
+    return utf8(rkuinfo::text(language.shortName())) + ", which " + installation.source +
+           " names, is not installed: " + state.whyNot();
 }
 
 void startUp(const Session& session)

@@ -1,9 +1,8 @@
 #include "json.h"
 
 #include "names.h"
+#include "session.h"
 #include "value.h"
-
-#include <fmt/format.h>
 
 #include <cstdint>
 #include <limits>
@@ -79,13 +78,11 @@ Json toJson(const VelaVariant& value)
     case VelaVariant::eInt64:
         data = value.getInt64();
         break;
-    case VelaVariant::eDouble:
-        data = value.getDouble();
-        break;
     case VelaVariant::eString:
         data = toJson(rkuinfo::text(value.getString()));
         break;
     case VelaVariant::eNull:
+    case VelaVariant::eDouble: // comes back as binary
     case VelaVariant::eBinary:
         data = dataText(value);
         break;
@@ -116,7 +113,7 @@ std::optional<VelaVariant> valueFrom(const Json& json)
     return std::nullopt;
 }
 
-void print(const Json& json)
+void printJson(const Json& json)
 {
-    fmt::print("{}\n", json.dump(2));
+    print(json.dump(2));
 }

@@ -25,4 +25,5 @@ Json toJson(const VelaVariant& value);
 /// From an object with "type" and "value"; nothing for what cannot be stored.
 std::optional<VelaVariant> valueFrom(const Json& json);
 
-void print(const Json& json);
+/// On standard output.
+void printJson(const Json& json);

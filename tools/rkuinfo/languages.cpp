@@ -5,8 +5,6 @@
 #include "json.h"
 #include "table.h"
 
-#include <CLI/CLI.hpp>
-
 namespace {
 
 std::string nameOf(const wchar_t* text)
@@ -29,7 +27,7 @@ const char* folderWord(FolderState state)
 
 Cell mark(bool good, const std::string& word)
 {
-    return {word, good ? goodStyle : badStyle};
+    return {word, good ? Style::good : Style::bad};
 }
 
 Json describe(const LanguageState& state)
@@ -59,24 +57,26 @@ void printTable(const Installation& installation, const Layout& layout)
         table.addRow(std::move(row));
     };
     if (layout.columns) {
-        const auto title = [](const char* text) { return Cell{text, quietStyle}; };
+        const auto title = [](const char* text) { return Cell{text, Style::quiet}; };
         add({title("LANGUAGE"), title("LOCAL NAME"), title("FOLDER"), title("ENTRY"), title("LIBRARY"),
              title("INSTALLED")},
             {title("ID"), title("NAME")});
     }
     for (const LanguageState& state : installation.languages) {
-        add({{nameOf(state.language.shortName()), nameStyle},
+        add({{nameOf(state.language.shortName()), Style::name},
              {shown(state.localName.value_or(Text()))},
              mark(state.folderState == FolderState::filled, folderWord(state.folderState)),
              mark(state.hasEntry || !installation.needsEntries, state.hasEntry ? "yes" : "no"),
              mark(state.hasResources, state.hasResources ? "yes" : "no"),
              mark(state.installed, state.installed ? "yes" : state.whyNot())},
-            {{fmt::to_string(state.language.velaLanguage())}, {nameOf(state.language.globalName())}});
+            {{std::to_string(state.language.velaLanguage())}, {nameOf(state.language.globalName())}});
     }
     table.print(layout);
 }
 
-void run(Session& session)
+} // namespace
+
+void languages(Session& session)
 {
     const Installation installation = examine(session);
     if (!session.json) {
@@ -87,22 +87,9 @@ void run(Session& session)
     for (const LanguageState& state : installation.languages) {
         languages.push_back(describe(state));
     }
-    print({{"company", toJson(installation.company)},
-           {"product", toJson(installation.product)},
-           {"needs-uninstall-entries", installation.needsEntries},
-           {"wanted", installation.wanted.empty() ? Json() : toJson(installation.wanted)},
-           {"languages", languages}});
-}
-
-} // namespace
-
-void addLanguages(CLI::App& app, Session& session)
-{
-    CLI::App* const command =
-        app.add_subcommand("languages", "Tell which languages are installed, and why the others are not");
-    command->footer(
-        "FOLDER is the language's folder beside the program, ENTRY its installer's uninstall entry,\n"
-        "which only the default product needs, LIBRARY its RkUInfoRes.dll. Nothing is written.");
-    command->add_flag("--json", session.json, "Print JSON");
-    command->callback([&session] { run(session); });
+    printJson({{"company", toJson(installation.company)},
+               {"product", toJson(installation.product)},
+               {"needs-uninstall-entries", installation.needsEntries},
+               {"wanted", installation.wanted.empty() ? Json() : toJson(installation.wanted)},
+               {"languages", languages}});
 }

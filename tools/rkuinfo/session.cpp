@@ -2,9 +2,16 @@
 
 #include <RkUInfo.hpp>
 
-#include <fmt/format.h>
-
 #include <cstdio>
+
+namespace {
+
+void write(std::FILE* stream, std::string_view text)
+{
+    std::fwrite(text.data(), 1, text.size(), stream);
+}
+
+} // namespace
 
 void require(TarvoConfig::Error error, const std::string& subject)
 {
@@ -13,9 +20,22 @@ void require(TarvoConfig::Error error, const std::string& subject)
     }
 }
 
-void complain(Session& session, const std::string& sentence)
+void print(std::string_view line)
+{
+    write(stdout, line);
+    write(stdout, "\n");
+}
+
+void printError(std::string_view sentence)
 {
     std::fflush(stdout);
-    fmt::print(stderr, "rkuinfo: {}\n", sentence);
+    write(stderr, "rkuinfo: ");
+    write(stderr, sentence);
+    write(stderr, "\n");
+}
+
+void complain(Session& session, std::string_view sentence)
+{
+    printError(sentence);
     session.exitCode = exitFailed;
 }

@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
@@ -29,10 +30,6 @@ private:
 /// Throws unless the library did what it was asked.
 void require(TarvoConfig::Error error, const std::string& subject);
 
-/// Prints a sentence on standard error and lets the process end with exit code 1 later on.
-struct Session;
-void complain(Session& session, const std::string& sentence);
-
 /// The command line's options; empty where one is not given.
 struct Session
 {
@@ -45,3 +42,10 @@ struct Session
 
     int exitCode = 0;
 };
+
+/// Prints a line on standard output; whether it could be is asked at the end.
+void print(std::string_view line);
+/// Prints a sentence on standard error, behind what was printed.
+void printError(std::string_view sentence);
+/// The same, and lets the process end with exit code 1 later on.
+void complain(Session& session, std::string_view sentence);

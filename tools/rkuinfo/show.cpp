@@ -6,8 +6,6 @@
 #include "names.h"
 #include "table.h"
 
-#include <CLI/CLI.hpp>
-
 #include <io.h>
 
 namespace {
@@ -39,7 +37,7 @@ Fact fact(std::string name, const wchar_t* value)
 
 Fact fact(std::string name, long number)
 {
-    return {std::move(name), utf16(fmt::to_string(number)), false, false, true};
+    return {std::move(name), utf16(std::to_string(number)), false, false, true};
 }
 
 Fact file(std::string name, Text path)
@@ -164,33 +162,24 @@ void printTable(const std::vector<Section>& sections, const Layout& layout)
         table.addHeading(section.name);
         for (const Fact& fact : section.facts) {
             const bool missing = fact.isPlace && !fact.exists;
-            table.addRow({{layout.columns ? fact.name : section.name + '.' + fact.name, nameStyle},
-                          {missing ? "missing" : "", badStyle},
+            table.addRow({{layout.columns ? fact.name : section.name + '.' + fact.name, Style::name},
+                          {missing ? "missing" : "", Style::bad},
                           {fact.value.empty() ? "(none)" : shown(fact.value),
-                           missing || fact.value.empty() ? quietStyle : fmt::text_style()}});
+                           missing || fact.value.empty() ? Style::quiet : Style::plain}});
         }
     }
     table.print(layout);
 }
 
-void run(const Session& session)
+} // namespace
+
+void show(Session& session)
 {
     startUp(session);
     const std::vector<Section> sections = {identity(), program(), roaming(), local(), registry()};
     if (session.json) {
-        print(describe(sections));
+        printJson(describe(sections));
     } else {
         printTable(sections, layout(session));
     }
-}
-
-} // namespace
-
-void addShow(CLI::App& app, Session& session)
-{
-    CLI::App* const command = app.add_subcommand(
-        "show", "Show who the program is, and where its folders, files and registry keys are");
-    command->footer("What does not exist is marked as missing.");
-    command->add_flag("--json", session.json, "Print JSON");
-    command->callback([&session] { run(session); });
 }

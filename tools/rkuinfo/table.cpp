@@ -3,8 +3,9 @@
 #include "terminal.h"
 #include "text.h"
 
+#include <fmt/color.h>
+
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
@@ -12,6 +13,30 @@ namespace {
 constexpr std::size_t indent = 2;
 constexpr std::size_t gap = 2;
 constexpr std::size_t narrowest = 20; // what is narrower is not folded
+
+fmt::text_style drawn(Style style)
+{
+    switch (style) {
+    case Style::plain:
+        break;
+    case Style::heading:
+        return fmt::emphasis::bold;
+    case Style::good:
+        return fmt::fg(fmt::terminal_color::green);
+    case Style::bad:
+        return fmt::fg(fmt::terminal_color::red);
+    case Style::name:
+        return fmt::fg(fmt::terminal_color::cyan);
+    case Style::quiet:
+        return fmt::fg(fmt::terminal_color::bright_black);
+    }
+    return {};
+}
+
+std::string styled(const Layout& layout, const std::string& text, Style style)
+{
+    return layout.coloured && !text.empty() ? fmt::format(drawn(style), "{}", text) : text;
+}
 
 std::string spaces(std::size_t count)
 {
@@ -68,17 +93,18 @@ void printAligned(const std::vector<Cell>& row, const std::vector<std::size_t>& 
         line.erase(line.find_last_not_of(' ') + 1);
     }
     do {
-        fmt::print("{}{}\n", line, styled(layout, takeLine(rest, room), row.back().style));
+        print(line + styled(layout, takeLine(rest, room), row.back().style));
         line = spaces(start);
     } while (!rest.empty());
 }
 
 void printPlain(const std::vector<Cell>& row)
 {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-        fmt::print("{}{}", i > 0 ? "\t" : "", row[i].text);
+    std::string line = row[0].text;
+    for (std::size_t i = 1; i < row.size(); ++i) {
+        line += '\t' + row[i].text;
     }
-    fmt::print("\n");
+    ::print(line);
 }
 
 } // namespace
@@ -89,11 +115,6 @@ Layout layout(const Session& session)
     const char* const noColour = std::getenv("NO_COLOR");
     return {session.columns > 0 ? std::optional(session.columns) : terminal,
             terminal && (noColour == nullptr || *noColour == 0)};
-}
-
-std::string styled(const Layout& layout, std::string_view text, const fmt::text_style& style)
-{
-    return layout.coloured && !text.empty() ? fmt::format(style, "{}", text) : std::string(text);
 }
 
 void Table::print(const Layout& layout) const
@@ -107,7 +128,7 @@ void Table::print(const Layout& layout) const
         } else if (row.size() > 1) {
             printAligned(row, widths, layout);
         } else {
-            fmt::print("{}\n", styled(layout, row[0].text, row[0].style));
+            ::print(styled(layout, row[0].text, row[0].style));
         }
     }
 }

@@ -3,12 +3,9 @@
 
 #include "session.h"
 
-#include <fmt/color.h>
-
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 struct Layout
@@ -19,18 +16,20 @@ struct Layout
 
 Layout layout(const Session& session);
 
-constexpr auto headingStyle = fmt::emphasis::bold;
-constexpr auto goodStyle = fmt::fg(fmt::terminal_color::green);
-constexpr auto badStyle = fmt::fg(fmt::terminal_color::red);
-constexpr auto nameStyle = fmt::fg(fmt::terminal_color::cyan);
-constexpr auto quietStyle = fmt::fg(fmt::terminal_color::bright_black);
-
-std::string styled(const Layout& layout, std::string_view text, const fmt::text_style& style);
+enum class Style
+{
+    plain,
+    heading,
+    good,
+    bad,
+    name,
+    quiet,
+};
 
 struct Cell
 {
     std::string text;
-    fmt::text_style style = {};
+    Style style = Style::plain;
 };
 
 class Table
@@ -38,7 +37,7 @@ class Table
 public:
     void addRow(std::vector<Cell> cells) { m_rows.push_back(std::move(cells)); }
     /// A line above the rows that follow, which only people get.
-    void addHeading(std::string text) { m_rows.push_back({{std::move(text), headingStyle}}); }
+    void addHeading(std::string text) { m_rows.push_back({{std::move(text), Style::heading}}); }
 
     /// Each column is as wide as its widest cell; the last one is folded at the right edge.
     void print(const Layout& layout) const;

@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <fmt/format.h>
-
 #include <array>
 
 namespace {
@@ -141,6 +139,15 @@ bool isValid(TextView text)
     return true;
 }
 
+std::string hexDigits(std::uint32_t number, int count)
+{
+    std::string digits;
+    while (--count >= 0) {
+        digits += "0123456789abcdef"[(number >> (4 * count)) & 0xF];
+    }
+    return digits;
+}
+
 std::string shown(TextView text)
 {
     std::string out;
@@ -148,7 +155,7 @@ std::string shown(TextView text)
         const char32_t point = takePoint(text);
         const bool isControl = point < 0x20 || (point >= 0x7F && point < 0xA0);
         if (isControl || isHigh(point) || isLow(point)) {
-            out += fmt::format("\\u{:04x}", static_cast<unsigned>(point));
+            out += "\\u" + hexDigits(point, 4);
         } else {
             append(out, point);
         }

@@ -3,6 +3,7 @@
 
 #include <RkUInfo.hpp>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,9 @@ Text joinedKey(const Text& key, const Text& name);
 
 /// Whether the text is valid UTF-16: no surrogate stands alone.
 bool isValid(TextView text);
+
+/// So many hexadecimal digits, the last ones of the number.
+std::string hexDigits(std::uint32_t number, int count);
 
 /// For tables: control characters and lone surrogates become \uXXXX, which no terminal obeys.
 std::string shown(TextView text);

@@ -3,16 +3,13 @@
 
 #include "installation.h"
 #include "json.h"
-#include "target.h"
+#include "text.h"
 
 #include <RkUInfo.hpp>
-
-#include <fmt/format.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <memory>
 #include <optional>
 #include <sstream>
 #include <vector>
@@ -20,12 +17,6 @@
 namespace {
 
 using rkuinfo::Argument;
-
-struct Arguments
-{
-    Target target;
-    std::string file;
-};
 
 std::string shownKey(const Text& key)
 {
@@ -38,7 +29,6 @@ std::filesystem::path filePath(const std::string& name)
 }
 
 // ---- Export
-// ------------------------------------------------------------------------------------------------
 
 class Exporter
 {
@@ -86,23 +76,24 @@ private:
 
     void skip(const Text& key, const std::string& what, const std::string& why)
     {
-        complain(m_session, fmt::format("left out {} of {}: {}", what, shownKey(key), why));
+        complain(m_session, "left out " + what + " of " + shownKey(key) + ": " + why);
     }
 
     Session& m_session;
     TarvoConfig::Path m_path;
 };
 
-void runExport(Session& session, const Arguments& arguments)
+} // namespace
+
+void exportTree(Session& session, const Arguments& arguments)
 {
     startUp(session);
-    const TarvoConfig::Path path = arguments.target.path();
-    const Text key = utf16(arguments.target.key);
-    require(static_cast<TarvoConfig::Error>(rkuinfo::values(path, key).error().value()),
-            arguments.target.name());
+    const TarvoConfig::Path path = arguments.path();
+    const Text key = utf16(arguments.key);
+    require(static_cast<TarvoConfig::Error>(rkuinfo::values(path, key).error().value()), arguments.target());
     const Json json = Exporter(session, path).exportKey(key);
     if (arguments.file.empty()) {
-        print(json);
+        printJson(json);
         return;
     }
     std::ofstream out(filePath(arguments.file), std::ios::binary);
@@ -112,8 +103,9 @@ void runExport(Session& session, const Arguments& arguments)
     }
 }
 
+namespace {
+
 // ---- Import
-// ------------------------------------------------------------------------------------------------
 
 /// One write: of a key, or of a value in it.
 struct Write
@@ -164,7 +156,7 @@ private:
 
     [[noreturn]] void refuse(const Text& key, const std::string& why) const
     {
-        throw Failure(fmt::format("{}: {}: {}", m_file, shownKey(key), why));
+        throw Failure(m_file + ": " + shownKey(key) + ": " + why);
     }
 
     /// The member "name" of a key or value; only a key needs one that is not empty.
@@ -194,7 +186,7 @@ private:
         }
         const std::optional<VelaVariant> data = valueFrom(json);
         if (!data || json.size() != 3) {
-            refuse(key, fmt::format("value '{}' has no usable type and value", shown(*found)));
+            refuse(key, "value '" + shown(*found) + "' has no usable type and value");
         }
         m_writes.push_back({key, Write::Named{*found, *data}});
     }
@@ -236,20 +228,22 @@ Text trimmed(const Text& key)
     return start == Text::npos ? Text() : key.substr(start, key.find_last_not_of(separators) - start + 1);
 }
 
-void runImport(Session& session, const Arguments& arguments)
+} // namespace
+
+void importTree(Session& session, const Arguments& arguments)
 {
     const Json json = readFile(arguments.file);
     startUp(session);
     constexpr std::size_t longestPath = 1021; // the subtree's own and what is below it, but for the separator
-    const TarvoConfig::Path path = arguments.target.path();
+    const TarvoConfig::Path path = arguments.path();
     wchar_t root[1024];
     velaConfig()->getRegRootPath(path, root);
     const std::size_t rootLength = rkuinfo::text(root).size();
     if (rootLength == 0) {
-        throw Failure(arguments.target.name() + ": not found");
+        throw Failure(arguments.target() + ": not found");
     }
     Reader reader(arguments.file.empty() ? "standard input" : arguments.file, longestPath - rootLength);
-    reader.readKey(trimmed(utf16(arguments.target.key)), json, false);
+    reader.readKey(trimmed(utf16(arguments.key)), json, false);
     for (const Write& write : reader.writes()) {
         const Argument key(write.key);
         require(write.value
@@ -257,26 +251,4 @@ void runImport(Session& session, const Arguments& arguments)
                     : velaConfig()->addItem(path, key),
                 shownKey(write.key));
     }
-}
-
-} // namespace
-
-void addTransfer(CLI::App& app, Session& session)
-{
-    auto arguments = std::make_shared<Arguments>();
-    CLI::App* command = app.add_subcommand("export", "Write a key with everything below it as JSON");
-    addSubtree(*command, arguments->target);
-    addKey(*command, arguments->target);
-    command->add_option("--file", arguments->file, "Where to, instead of standard output")->type_name("FILE");
-    command->footer("What the library cannot read is left out, told and makes exit code 1.");
-    command->callback([&session, arguments] { runExport(session, *arguments); });
-
-    arguments = std::make_shared<Arguments>();
-    command = app.add_subcommand("import", "Write what export gave, into a key");
-    addSubtree(*command, arguments->target);
-    addKey(*command, arguments->target);
-    command->add_option("--file", arguments->file, "Where from, instead of standard input")
-        ->type_name("FILE");
-    command->footer("What is there already stays, unless it has the same name. A bad file changes nothing.");
-    command->callback([&session, arguments] { runImport(session, *arguments); });
 }

@@ -2,8 +2,6 @@
 
 #include "text.h"
 
-#include <fmt/format.h>
-
 #include <charconv>
 #include <cstdint>
 #include <system_error>
@@ -36,7 +34,7 @@ std::string hex(const VelaVariant& value)
 {
     std::string out;
     for (const std::byte byte : rkuinfo::as<rkuinfo::Bytes>(value).value_or(rkuinfo::Bytes())) {
-        fmt::format_to(std::back_inserter(out), "{:02x}", static_cast<unsigned>(byte));
+        out += hexDigits(static_cast<unsigned>(byte), 2);
     }
     return out;
 }
@@ -47,13 +45,12 @@ std::string dataText(const VelaVariant& value)
 {
     switch (value.type()) {
     case VelaVariant::eNull:
+    case VelaVariant::eDouble: // comes back as binary
         break;
     case VelaVariant::eInt:
-        return fmt::to_string(value.getInt());
+        return std::to_string(value.getInt());
     case VelaVariant::eInt64:
-        return fmt::to_string(value.getInt64());
-    case VelaVariant::eDouble:
-        return fmt::to_string(value.getDouble());
+        return std::to_string(value.getInt64());
     case VelaVariant::eBinary:
         return hex(value);
     case VelaVariant::eString:
@@ -81,7 +78,7 @@ std::optional<VelaVariant> parseValue(VelaVariant::VarType type, std::string_vie
     return std::nullopt;
 }
 
-std::string_view expectation(VelaVariant::VarType type)
+const char* expectation(VelaVariant::VarType type)
 {
     switch (type) {
     case VelaVariant::eInt:

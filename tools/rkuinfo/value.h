@@ -24,4 +24,4 @@ std::optional<VelaVariant> variantOf(const std::optional<T>& value)
 }
 
 /// What a word must be to be a value of that type.
-std::string_view expectation(VelaVariant::VarType type);
+const char* expectation(VelaVariant::VarType type);
