@@ -179,7 +179,7 @@ private:
     std::int32_t m_initialized;
 };
 
-/// Walks the sub-keys of one key: findItem, then, while name() gives eOk, use the entry and step().
+/// Walks the sub-keys of one key: findItem, then use the entry while name() gives eOk, until step() does not.
 ///
 /// The walk is by index into the live key; the count is taken once, by findItem. The iterator holds the key
 /// open. Copies and assigned iterators share it: the last one of them to go closes it, and assignment first
@@ -200,7 +200,7 @@ public:
     ///               characters, which no buffer receives)
     /// @return eOk, eBufferTooSmall (buffer untouched), eInvalidIterator (length untouched)
     RKUINFO_API Error name(wchar_t* buffer, long& length) const;
-    /// Moves to the next index; eInvalidIterator at the end.
+    /// Moves to the next index. eInvalidIterator at the end: the walk is over even if the key has grown.
     RKUINFO_API Error step() const;
     /// The number of sub-keys when findItem ran.
     RKUINFO_API long getSubKeyCount() const;

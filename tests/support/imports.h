@@ -54,7 +54,7 @@ private:
         return s_active->m_handler(real, arguments...);
     }
 
-    static inline Intercept* s_active = nullptr; // one per handler, whose type is its own
+    static inline Intercept* s_active = nullptr; // one per signature and type: two of one lambda share it
     Handler m_handler;
     ImportPatch m_patch;
 };
