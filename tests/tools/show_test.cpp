@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <sstream>
-
 namespace {
 
 using namespace testing_support;
@@ -37,12 +35,8 @@ TEST(RkuinfoShow, TellsWhoAndWhere)
     EXPECT_NE(plain.find("\nprogram.help-viewer\tmissing\t{app}\\RKHelp.exe\n"), std::string::npos) << plain;
     EXPECT_NE(plain.find("\nidentity.profile\t\tWork\n"), std::string::npos);
     EXPECT_EQ(plain.find('\x1b'), std::string::npos);
-    std::istringstream folded(tool.run({"show", "--columns", "300"}).output);
-    std::string line;
-    std::getline(folded, line);
-    EXPECT_EQ(line, "identity");
-    std::getline(folded, line);
-    EXPECT_EQ(line, "  company                    Acme");
+    const std::string aligned = tool.run({"show", "--columns", "300"}).output;
+    EXPECT_EQ(aligned.find("identity\n  company                    Acme\n"), 0u) << aligned;
 }
 
 TEST(RkuinfoLanguages, TellsWhyNot)
@@ -68,9 +62,6 @@ TEST(RkuinfoLanguages, TellsWhyNot)
                                      "  de-DE     Deutsch     yes      no     yes      yes\n"
                                      "  en-US                 missing  no     no       no folder\n");
     EXPECT_NE(narrow.find("  zh-CN     简体中文    yes      no     yes      yes\n"), std::string::npos);
-    const std::string wide = tool.run({"languages", "--columns", "120"}).output;
-    EXPECT_NE(wide.find("  de-DE     1031  German               Deutsch     yes "), std::string::npos)
-        << wide;
 
     // The default product needs an uninstall entry, which this machine has for none.
     const Json ownProduct =

@@ -72,7 +72,14 @@ TEST(RkuinfoStore, ExplainsWhatFailed)
 {
     const Tool tool;
     const std::string longName(300, 'k');
+    const std::string odd = std::string(settingsKey) + "\\Odd";
+    setRaw(HKEY_CURRENT_USER, odd, std::string(1100, 'n'), dword(1));
+    makeKey(HKEY_CURRENT_USER, odd + "\\and/or");
     tool.check({
+        {{"list", "settings", "Odd"}, "and/or\\\tkey\t\n(name too long)\t?\tname too long\n"},
+        {{"tree", "settings", "Odd"},
+         "Odd\t(name too long)\t?\tname too long\nOdd\\and/or\t\tkey\t\nOdd\\and/or\t\t?\tnot found\n"},
+        {{"rm", "settings", "--all"}},
         {{"get", "settings", "Display/None"}, "", "settings Display/None: not found"},
         {{"list", "settings"}, "", "settings: not found"},
         {{"tree", "settings", "None"}, "", "settings None: not found"},

@@ -12,6 +12,14 @@ using namespace testing_support;
 
 const std::string settingsKey = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
 
+const std::string longName(250, 'k');
+
+/// Longer than a path may be.
+std::string deepKey()
+{
+    return longName + '\\' + longName + '\\' + longName + '\\' + longName;
+}
+
 /// A file as it is named on a command line.
 std::string argument(const std::filesystem::path& file)
 {
@@ -51,12 +59,18 @@ TEST(RkuinfoTransfer, TellsWhatItLeavesOut)
     const Tool tool;
     setRaw(HKEY_CURRENT_USER, settingsKey, "expand", {REG_EXPAND_SZ, std::string(2, '\0')});
     setRaw(HKEY_CURRENT_USER, settingsKey + "\\Key", "none", {REG_BINARY, ""});
+    setRaw(HKEY_CURRENT_USER, settingsKey + "\\Key", std::string(1100, 'n'), dword(1));
     makeKey(HKEY_CURRENT_USER, settingsKey + "\\Key\\and/or");
+    const std::string deep = deepKey();
+    makeKey(HKEY_CURRENT_USER, settingsKey + '\\' + deep);
     const ChildResult result = tool.run({"export", "settings"});
     EXPECT_EQ(result.errors,
               "rkuinfo: left out value 'expand' of the top key: stored with another type\n"
+              "rkuinfo: left out value '' of Key: name too long\n"
               "rkuinfo: left out value 'none' of Key: binary values without bytes cannot be written\n"
-              "rkuinfo: left out the key of Key\\and/or: no path leads to a name with a slash\n");
+              "rkuinfo: left out the key of Key\\and/or: no path leads to a name with a slash\n"
+              "rkuinfo: left out the key of " +
+                  deep + ": name too long, or start-up missing\n");
     EXPECT_EQ(result.exitCode, 1);
     EXPECT_EQ(nlohmann::json::parse(result.output)["keys"][0]["name"], "Key");
     tool.check({{"export", "settings", "None"}, "", "settings None: not found"});
@@ -82,12 +96,10 @@ TEST(RkuinfoTransfer, ABadFileChangesNothing)
     const std::string noName = "the top key: a value has no usable name";
     const std::string noKeyName = "the top key: a key below it has no usable name";
     const std::string noKey = "the top key: it is no object of \"values\" and \"keys\"";
-    const std::string longKey(250, 'k');
-    std::string deep = R"({"values": [], "keys": []})";
-    std::string deepKey;
+    const std::string empty = R"({"values": [], "keys": []})";
+    std::string deep = empty;
     for (int i = 0; i < 4; ++i) {
-        deep = R"({"values": [], "keys": [{"name": ")" + longKey + "\", " + deep.substr(1) + "]}";
-        deepKey += (i > 0 ? "\\" : "") + longKey;
+        deep = R"({"values": [], "keys": [{"name": ")" + longName + "\", " + deep.substr(1) + "]}";
     }
     const std::pair<std::string, std::string> rows[] = {
         {"[]", noKey},
@@ -109,7 +121,7 @@ TEST(RkuinfoTransfer, ABadFileChangesNothing)
         {key("\"\""), noKeyName},
         {key("\"a/b\""), noKeyName},
         {key('"' + std::string(256, 'k') + '"'), noKeyName},
-        {deep, deepKey + ": its path is too long"},
+        {deep, deepKey() + ": its path is too long"},
     };
     for (const auto& [bytes, why] : rows) {
         writeFile(path, bytes);
@@ -119,9 +131,15 @@ TEST(RkuinfoTransfer, ABadFileChangesNothing)
     const ChildResult broken = tool.run({"import", "settings"}); // of an empty standard input
     EXPECT_EQ(broken.errors.find("rkuinfo: standard input is no JSON: parse error at line 1, column 1: "), 0u)
         << broken.errors;
-    tool.check({{"import", "settings", "--file", "none.json"}, "", "none.json cannot be read"});
+    for (const std::string& unreadable : {std::string("none.json"), argument(tool.application().folder())}) {
+        tool.check({{"import", "settings", "--file", unreadable}, "", unreadable + " cannot be read"});
+    }
     tool.check({{"import", "current-profile", "--file", file}, "", "current-profile: not found"});
     EXPECT_FALSE(keyExists(HKEY_CURRENT_USER, "Software\\Acme"));
+
+    writeFile(path, empty);
+    const std::string refused(300, 'k');
+    tool.check({{"import", "settings", refused, "--file", file}, "", refused + ": refused by the registry"});
 }
 
 } // namespace

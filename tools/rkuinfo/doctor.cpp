@@ -3,6 +3,7 @@
 
 #include "installation.h"
 #include "json.h"
+#include "system.h"
 #include "table.h"
 #include "user_registry.h"
 
@@ -39,12 +40,11 @@ bool exists(const Text& path)
 /// Whether the file is there and can be read.
 bool checkIniFile(const std::string& name, Findings& findings)
 {
-    constexpr int readAccess = 4;
     const Text path = rkuinfo::text(GetVelaProgramPath) + utf16(name);
     if (!exists(path)) {
         return false;
     }
-    if (_waccess(Argument(path), readAccess) != 0) {
+    if (isBarred(name)) {
         findings.push_back({shown(path) + " cannot be read", "give its users the right to read it"});
         return false;
     }

@@ -1,7 +1,7 @@
 // rkuinfo: shows and changes what RkUInfo knows about the program in its own folder.
 #include "command_line.h"
 #include "session.h"
-#include "terminal.h"
+#include "system.h"
 #include "text.h"
 
 #include <RkUInfo.h>

@@ -1,6 +1,6 @@
 #include "table.h"
 
-#include "terminal.h"
+#include "system.h"
 #include "text.h"
 
 #include <fmt/color.h>

@@ -11,7 +11,7 @@
 #include <fstream>
 #include <iostream>
 #include <optional>
-#include <sstream>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -25,7 +25,10 @@ std::string shownKey(const Text& key)
 
 std::filesystem::path filePath(const std::string& name)
 {
-    return std::u8string(name.begin(), name.end());
+    if constexpr (std::is_same_v<Text, std::filesystem::path::string_type>) {
+        return utf16(name); // by no conversion, which would throw at a lone surrogate
+    }
+    return name;
 }
 
 // ---- Export
@@ -201,10 +204,10 @@ Json parse(std::istream& in, const std::string& file)
     if (!in) {
         throw Failure(file + " cannot be read");
     }
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
     try {
-        return Json::parse(bytes.str());
+        return Json::parse(in);
+    } catch (const std::ios_base::failure&) { // such as of a folder
+        throw Failure(file + " cannot be read");
     } catch (const Json::exception& error) {
         const std::string what = error.what(); // "[the parser's name for it] parse error at line ..."
         throw Failure(file + " is no JSON: " + what.substr(what.find(']') + 2));

@@ -1,4 +1,6 @@
-#include "terminal.h"
+#include "system.h"
+
+#include "text.h"
 
 #include <windows.h>
 
@@ -33,4 +35,17 @@ std::optional<std::size_t> terminalColumns()
         return std::nullopt;
     }
     return static_cast<std::size_t>(screen.srWindow.Right - screen.srWindow.Left + 1);
+}
+
+bool isBarred(const std::string& name)
+{
+    const Text path = rkuinfo::text(GetVelaProgramPath) + utf16(name);
+    constexpr DWORD sharedByAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    HANDLE const file =
+        CreateFileW(path.c_str(), GENERIC_READ, sharedByAll, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file != INVALID_HANDLE_VALUE) {
+        CloseHandle(file);
+        return false;
+    }
+    return GetLastError() == ERROR_ACCESS_DENIED || GetLastError() == ERROR_SHARING_VIOLATION;
 }
