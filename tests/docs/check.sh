@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Holds the documents against what they describe.
-#   check.sh links DOCUMENT...            every relative link leads to a file
+#   check.sh links DOCUMENT...            every relative link leads to a file, and ./dev knows what is asked of it
 #   check.sh run DOCUMENT BUILD TARGET    what a document shows is run, in a home of its own, and compared
 #
 # What is run, for the target host:
@@ -21,7 +21,8 @@ fail() {
 }
 
 check_links() {
-    local document link broken=0
+    local document link command commands broken=0
+    commands=$("$root/dev" help)
     for document in "$@"; do
         while read -r link; do
             if [ ! -e "$root/$(dirname "$document")/$link" ]; then
@@ -29,6 +30,12 @@ check_links() {
                 broken=1
             fi
         done < <(grep -oE '\]\([^)#: ]+[)#]' "$root/$document" | sed -E 's/^..//; s/.$//')
+        while read -r command; do
+            if ! grep -q "^$command\\b" <<<"$commands"; then
+                echo "$document: there is no $command" >&2
+                broken=1
+            fi
+        done < <(grep -oE '\./dev [a-z]+' "$root/$document" | sort -u)
     done
     return $broken
 }
@@ -50,6 +57,17 @@ cmake() {
     "--preset "* | "--build --preset "*) ;;
     *) command cmake "$@" ;;
     esac
+}
+
+# Nothing of a document's run stays, in Wine's registry neither.
+clean_up() {
+    local key
+    rm -rf "$home"
+    [ "$target" = windows ] || return 0
+    for key in 'HKCU\Software\Norvik' \
+        'HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\{5C3D71E0-B00F-1033-C10E-9E40B6D2F815}'; do
+        "$root/cmake/run-wine.sh" reg delete "$key" /f
+    done
 }
 
 # Puts each block in a file NUMBER, and what it is and its line in NUMBER.kind.
@@ -109,11 +127,11 @@ run_program() {
 }
 
 run_document() {
-    local document=$1 build=$2 target=$3 home status=0 block kind line
+    local document=$1 block kind line
+    build=$2 target=$3 status=0
     shopt -s extglob
     home=$(mktemp -d /tmp/XXX)
-    # shellcheck disable=SC2064 # as it is now
-    trap "rm -rf '$home'" EXIT
+    trap clean_up EXIT
     unset XDG_DATA_HOME XDG_CONFIG_HOME XDG_DOCUMENTS_DIR
     export HOME=$home LC_ALL=C.UTF-8
     export -f cmake
