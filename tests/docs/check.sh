@@ -135,7 +135,7 @@ run_document() {
     unset XDG_DATA_HOME XDG_CONFIG_HOME XDG_DOCUMENTS_DIR
     export HOME=$home LC_ALL=C.UTF-8
     export -f cmake
-    mkdir -p "$home/.config" "$home/.blocks"
+    mkdir "$home/.blocks"
     cd "$home" || exit
     split_blocks "$root/$document" "$home/.blocks"
     if [ "$target" = windows ] || ! grep -q '^\$ git clone' "$root/$document"; then

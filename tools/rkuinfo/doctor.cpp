@@ -136,11 +136,10 @@ void checkLanguages(const Installation& installation, Findings& findings)
 
 void checkShellFolder(const char* name, unsigned long (*function)(wchar_t*), Findings& findings)
 {
-    const Text folder = rkuinfo::text(function);
-    if (folder.empty() || !exists(folder)) {
+    if (rkuinfo::text(function).empty()) {
         findings.push_back(
-            {std::string("the user has no ") + name + " application data folder " + shown(folder),
-             "create it, or set the user's profile right"});
+            {std::string("the user has no ") + name + " application data folder",
+             "create it: ~/.config or ~/.local/share on Linux, else the user's profile is broken"});
     }
 }
 
