@@ -17,25 +17,13 @@ void replaceAll(std::string& text, const std::string& from, const std::string& t
     }
 }
 
-std::string asIs(const std::string& path)
+/// In JSON, where backslashes are doubled, too.
+void replacePath(std::string& text, const std::string& path, const std::string& to)
 {
-    return path;
-}
-
-std::string inJson(const std::string& path)
-{
-    std::string escaped = path;
-    replaceAll(escaped, "\\", "\\\\");
-    return escaped;
-}
-
-std::string joined(const std::vector<std::string>& words)
-{
-    std::string line;
-    for (const std::string& word : words) {
-        line += word + ' ';
-    }
-    return line;
+    std::string inJson = path;
+    replaceAll(inJson, "\\", "\\\\");
+    replaceAll(text, path, to);
+    replaceAll(text, inJson, to);
 }
 
 int made = 0; // each in a folder of its own
@@ -62,10 +50,8 @@ ChildResult Tool::runUnnamed(const std::vector<std::string>& arguments) const
         EXPECT_EQ(box.caption, "rkuinfo"); // the host takes an error message for a box
     }
     for (std::string* const text : {&result.output, &result.errors}) {
-        for (const auto& write : {asIs, inJson}) {
-            replaceAll(*text, write(companyFromOutside("Acme")), "Acme");
-            replaceAll(*text, write(windowsPath(m_application.folder())), "{app}");
-        }
+        replacePath(*text, companyFromOutside("Acme"), "Acme");
+        replacePath(*text, windowsPath(m_application.folder()), "{app}");
         std::erase(*text, '\r'); // the Windows runtime's, on standard error
     }
     return result;
@@ -80,7 +66,7 @@ ChildResult Tool::run(const std::vector<std::string>& arguments) const
 
 void Tool::check(const Expected& expected) const
 {
-    SCOPED_TRACE(joined(expected.arguments));
+    SCOPED_TRACE(testing::PrintToString(expected.arguments));
     const ChildResult result = run(expected.arguments);
     EXPECT_EQ(result.output, expected.output);
     EXPECT_EQ(result.errors, expected.error.empty() ? "" : "rkuinfo: " + expected.error + '\n');
