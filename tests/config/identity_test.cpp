@@ -39,7 +39,7 @@ TEST(Identity, IsResolvedFromArgumentRegistryIniAndDefault)
         {{}, RawValue{REG_EXPAND_SZ, text("Gadget").bytes}, "", {"Norvik", "TARVO"}},
     };
     const Application application;
-    const PretendedExecutable pretended(windowsPath(application.program()));
+    const Patch pretended = pretendExecutable(windowsPath(application.program()));
     KeyCounter keys;
     for (const auto& [arguments, remembered, iniText, becomes] : rows) {
         SCOPED_TRACE(iniText.substr(0, 100) + testing::PrintToString(remembered));

@@ -66,27 +66,24 @@ TEST(Layout, NamesTheSubtreesAfterStartUp)
     EXPECT_EQ(currentProfile(), text("Default"));
 }
 
-/// Starts up with a version root of a length that no names give: by repetitions of the product step. Gives
-/// what the last of them returns.
-TarvoConfig::Error startWith(Config& config, std::size_t versionLength)
-{
-    const Wide company(versionLength - std::string("Software\\\\2018").size() - 3 * std::size_t{255}, L'c');
-    EXPECT_EQ(config.initial(company, Wide(254, L'p'), L"en-US", nullptr), eOk);
-    EXPECT_EQ(config.buildRootPathFromProduct(), eOk);
-    return config.buildRootPathFromProduct();
-}
-
 TEST(Layout, AKeyPathOfMoreThan1023CharactersIsEmpty)
 {
     ASSERT_EQ(startAcme(), eOk);
-    Config longest;
-    EXPECT_EQ(startWith(longest, 1023), eOk);
-    EXPECT_EQ(rootPath(longest, eVersionRoot).size(), 1023);
-    Config tooLong;
-    EXPECT_EQ(startWith(tooLong, 1024), eInvalidInput);
-    for (const std::size_t versionLength : {1000U, 1001U}) {
+    for (const std::size_t versionLength : {1000U, 1001U, 1023U, 1024U}) {
+        SCOPED_TRACE(versionLength);
+        // Repetitions of the product step bring the version root to lengths that no names give.
+        const std::size_t others = std::string("Software\\\\2018").size() + 3 * std::size_t{255};
         Config config;
-        ASSERT_EQ(startWith(config, versionLength), eOk);
+        ASSERT_EQ(config.initial(Wide(std::string(versionLength - others, 'c')), Wide(std::string(254, 'p')),
+                                 L"en-US", nullptr),
+                  eOk);
+        EXPECT_EQ(config.buildRootPathFromProduct(), eOk);
+        EXPECT_EQ(config.buildRootPathFromProduct(), versionLength <= 1023 ? eOk : eInvalidInput);
+        const bool fits = versionLength <= 1023;
+        EXPECT_TRUE(!fits || rootPath(config, eVersionRoot).size() == versionLength);
+        if (versionLength > 1001) {
+            continue;
+        }
         const std::string language = rootPath(config, eVersionRoot) + "\\en-US\\";
         EXPECT_EQ(rootPath(config, eApplications), language + "Applications");
         EXPECT_EQ(rootPath(config, eRecentFileList),
@@ -97,8 +94,6 @@ TEST(Layout, AKeyPathOfMoreThan1023CharactersIsEmpty)
             setRaw(HKEY_CURRENT_USER, language + "Profiles", "", text(std::string(length, 'n')));
             EXPECT_EQ(rootPath(config, eCurrentProfile), key.size() <= 1023 ? key : "") << key.size();
         }
-        EXPECT_EQ(config.initProfileName(L"Work"), eOk);
-        EXPECT_EQ(getRaw(HKEY_CURRENT_USER, language + "Profiles", ""), text("Work"));
     }
 }
 
@@ -129,10 +124,6 @@ TEST(Profile, IsReadAndDefaultIsStoredWhereNoneIsNamed)
     }
     EXPECT_EQ(config.getCurrentProfileNameFromReg(name, nullptr), eInvalidInput); // not started
     EXPECT_EQ(config.getCurrentProfileNameFromReg(nullptr, Wide(profilesKey)), eInvalidInput);
-    store(std::nullopt);
-    const auto refused =
-        intercept<decltype(RegSetValueExW)>("RegSetValueExW", [](auto, auto...) { return LSTATUS{5}; });
-    EXPECT_EQ(config.getCurrentProfileNameFromReg(name, Wide(profilesKey)), eRegistryError);
     EXPECT_EQ(keys.stillOpen(), 0);
 }
 

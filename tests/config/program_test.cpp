@@ -16,10 +16,7 @@ using namespace testing_support;
 using PathFunction = unsigned long (*)(wchar_t*, unsigned long);
 
 constexpr PathFunction programPath = GetProgramPath;
-constexpr PathFunction currentPath = GetResourceDllPath; // of "unknown", before start-up
-constexpr PathFunction namedPath = [](wchar_t* out, unsigned long size) {
-    return GetResourceDllPath(L"unknown", out, size);
-};
+constexpr PathFunction resourcePath = GetResourceDllPath; // of "unknown", before start-up
 constexpr PathFunction helpPath = [](wchar_t* out, unsigned long size) {
     return static_cast<unsigned long>(GetHelpFilePath(out, static_cast<long>(size)));
 };
@@ -41,33 +38,28 @@ std::string pathOf(PathFunction function, unsigned long size)
 TEST(Program, PathsNeedTheirSizeAndTheFolderIsReadOnce)
 {
     {
-        const PretendedExecutable none("");
+        const Patch none = pretendExecutable("");
         EXPECT_EQ(pathOf(programPath, 100), "untouched");
     }
-    {
-        const PretendedExecutable other("C:\\Other\\cad.exe"); // which none of these keeps
-        EXPECT_EQ(GetProgramPath(nullptr, 100), 0UL);
-        EXPECT_EQ(pathOf(programPath, 0), "untouched");
-    }
-    const PretendedExecutable pretended("C:\\Apps\\Cad\\cad.exe");
+    const Patch pretended = pretendExecutable("C:\\Apps\\Cad\\cad.exe");
     for (unsigned long size = 0; size < 30; ++size) {
         SCOPED_TRACE(size);
         SetLastError(77);
         EXPECT_EQ(pathOf(programPath, size), size >= 13 ? "C:\\Apps\\Cad\\" : "untouched");
         EXPECT_EQ(GetLastError(), 77U);
-        for (const PathFunction function : {currentPath, namedPath}) {
-            const std::string failure = size == 0 ? "untouched" : "failed";
-            EXPECT_EQ(pathOf(function, size), size >= 22 ? "C:\\Apps\\Cad\\unknown" : failure);
-        }
+        const std::string failure = size == 0 ? "untouched" : "failed";
+        EXPECT_EQ(pathOf(resourcePath, size), size >= 22 ? "C:\\Apps\\Cad\\unknown" : failure);
         EXPECT_EQ(pathOf(helpPath, size), size >= 24 ? "C:\\Apps\\Cad\\RKHelp.exe" : "untouched");
     }
-    const PretendedExecutable later("C:\\Later\\cad.exe");
+    const Patch later = pretendExecutable("C:\\Later\\cad.exe");
     EXPECT_EQ(pathOf(programPath, 100), "C:\\Apps\\Cad\\");
-    wchar_t out[8] = L"#";
+    wchar_t out[40] = L"#";
     EXPECT_EQ(GetHelpFilePath(out, LONG_MIN) + GetHelpFilePath(nullptr, 1024), 0);
-    EXPECT_EQ(GetResourceDllPath(nullptr, 1024) + GetResourceDllPath(L"x", nullptr, 1024), 0UL);
-    EXPECT_EQ(GetResourceDllPath(nullptr, out, 8) + GetResourceDllPath(L"", out, 8), 0UL);
+    EXPECT_EQ(GetProgramPath(nullptr, 100) + GetResourceDllPath(L"x", nullptr, 1024), 0UL);
+    EXPECT_EQ(GetResourceDllPath(nullptr, out, 40) + GetResourceDllPath(L"", out, 40), 0UL);
     EXPECT_EQ(utf8(out), "#");
+    EXPECT_EQ(GetResourceDllPath(L"de", out, 40), 11UL);
+    EXPECT_EQ(utf8(out), "C:\\Later\\de");
 }
 
 TEST(Program, PathsHaveTheLimitsOfThePlatform)
@@ -75,26 +67,27 @@ TEST(Program, PathsHaveTheLimitsOfThePlatform)
     const auto folder = [](std::size_t length) { return "C:\\" + std::string(length - 4, 'x') + '/'; };
     for (const std::size_t length : {252U, 253U}) { // a joined path has at most 259 characters
         const std::string joined = "C:\\" + std::string(length - 4, 'x') + '\\';
-        const PretendedExecutable pretended(joined + "cad.exe");
-        EXPECT_EQ(pathOf(currentPath, 1024), length == 252 ? joined + "unknown" : "failed");
+        const Patch pretended = pretendExecutable(joined + "cad.exe");
+        EXPECT_EQ(pathOf(resourcePath, 1024), length == 252 ? joined + "unknown" : "failed");
     }
     for (const std::size_t length : {1015U, 1016U}) { // with "cad.exe" at most 1022 characters are read
-        const PretendedExecutable pretended(folder(length) + "cad.exe");
+        const Patch pretended = pretendExecutable(folder(length) + "cad.exe");
         EXPECT_EQ(pathOf(helpPath, 1100), length == 1015 ? folder(length) + "RKHelp.exe" : "untouched");
     }
-    const PretendedExecutable pretended(folder(1004) + std::string(100, 'y')); // cut, and the cut not noticed
+    const Patch pretended =
+        pretendExecutable(folder(1004) + std::string(100, 'y')); // cut, and the cut not noticed
     EXPECT_EQ(pathOf(programPath, 1005), folder(1004));
 }
 
 TEST(Program, ResourceLibrariesAreLoadedFromTheFolderThenByName)
 {
     std::vector<std::string> tried;
-    const auto load = intercept<decltype(LoadLibraryW)>("LoadLibraryW", [&](auto real, LPCWSTR name) {
+    const auto load = intercept<"LoadLibraryW", decltype(LoadLibraryW)>([&](auto real, LPCWSTR name) {
         tried.push_back(utf8(name));
         return real(name);
     });
-    const auto loadEx = intercept<decltype(LoadLibraryExW)>(
-        "LoadLibraryExW", [&](auto, LPCWSTR name, HANDLE file, DWORD flags) {
+    const auto loadEx = intercept<"LoadLibraryExW", decltype(LoadLibraryExW)>(
+        [&](auto, LPCWSTR name, HANDLE file, DWORD flags) {
             tried.push_back(utf8(name) + ' ' + std::to_string(flags) + (file == &tried ? " file" : ""));
             return HMODULE{};
         });
@@ -112,12 +105,12 @@ TEST(Program, ResourceLibrariesAreLoadedFromTheFolderThenByName)
     EXPECT_EQ(LoadResourceDllEx(L"none.dll", &tried, 0x22), nullptr);
     EXPECT_EQ(std::exchange(tried, {}), (Names{folder + "none.dll 34 file", "none.dll 34 file"}));
 
-    const Wide tooLong(260 - folder.size(), L'x');
+    const Wide tooLong(std::string(260 - folder.size(), 'x'));
     for (const wchar_t* const name : {L"", static_cast<const wchar_t*>(nullptr), +tooLong}) {
         EXPECT_EQ(LoadResourceDll(name), nullptr);
         EXPECT_EQ(LoadResourceDllEx(name, nullptr, 2), nullptr);
     }
-    const PretendedExecutable none("");
+    const Patch none = pretendExecutable("");
     EXPECT_EQ(LoadResourceDll(L"RkUInfoRes.dll"), nullptr);
     EXPECT_EQ(tried, Names{});
 }

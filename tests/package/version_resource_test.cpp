@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -15,39 +14,18 @@ namespace {
 
 using namespace testing_support;
 
-class VersionResource
+/// What a library's version resource has under a name, or null.
+const void* query(const std::string& library, const std::string& name)
 {
-public:
-    explicit VersionResource(const std::string& library)
-        : m_data(GetFileVersionInfoSizeW(Wide(library), nullptr))
-    {
-        GetFileVersionInfoW(Wide(library), 0, static_cast<DWORD>(m_data.size()), m_data.data());
-    }
-
-    std::string text(const std::string& name) const
-    {
-        const auto* const found = static_cast<const wchar_t*>(query("\\StringFileInfo\\040904B0\\" + name));
-        return found != nullptr ? utf8(found) : "(none)";
-    }
-
-    const VS_FIXEDFILEINFO& fixed() const
-    {
-        static const VS_FIXEDFILEINFO none = {};
-        const void* const found = query("\\");
-        return found != nullptr ? *static_cast<const VS_FIXEDFILEINFO*>(found) : none;
-    }
-
-private:
-    const void* query(const std::string& path) const
-    {
-        void* found = nullptr;
-        UINT size = 0;
-        return !m_data.empty() && VerQueryValueW(m_data.data(), Wide(path), &found, &size) != FALSE ? found
-                                                                                                    : nullptr;
-    }
-
-    std::vector<char> m_data;
-};
+    static std::vector<char> data;
+    data.resize(GetFileVersionInfoSizeW(Wide(library), nullptr));
+    void* found = nullptr;
+    UINT size = 0;
+    return GetFileVersionInfoW(Wide(library), 0, static_cast<DWORD>(data.size()), data.data()) != FALSE &&
+                   VerQueryValueW(data.data(), Wide(name), &found, &size) != FALSE
+               ? found
+               : nullptr;
+}
 
 std::string words(DWORD high, DWORD low)
 {
@@ -57,20 +35,26 @@ std::string words(DWORD high, DWORD low)
 
 TEST(VersionResource, SaysWhatTheLibraryAnswers)
 {
-    std::array<wchar_t, 64> stamp = {};
-    GetVerNum(stamp.data(), stamp.size(), false);
-    for (const std::string name : {"RkUInfo", "RkOsBase"}) {
+    wchar_t stamp[64] = {};
+    GetVerNum(stamp, 64, false);
+    for (const std::string name : {"RkUInfo.dll", "RkOsBase.dll"}) {
         SCOPED_TRACE(name);
-        const VersionResource resource(windowsPath(thisProgram().parent_path() / (name + ".dll")));
-        const VS_FIXEDFILEINFO& fixed = resource.fixed();
-        EXPECT_EQ(words(fixed.dwFileVersionMS, fixed.dwFileVersionLS), "2018.3.16.29562");
-        EXPECT_EQ(words(fixed.dwProductVersionMS, fixed.dwProductVersionLS), "2018.0.0.0");
-        EXPECT_EQ(fixed.dwFileType, static_cast<DWORD>(VFT_DLL));
-        EXPECT_EQ(resource.text("FileVersion"), "2018.3.16.29562");
-        EXPECT_EQ(resource.text("ProductVersion"), utf8(GetVelaProgramVersionString()));
-        EXPECT_EQ(resource.text("ServicePack"), utf8(GetServicePackageVersionString()));
-        EXPECT_EQ(resource.text("BuildStamp"), utf8(stamp.data()));
-        EXPECT_EQ(resource.text("OriginalFilename"), name + ".dll");
+        const std::string library = windowsPath(thisProgram().parent_path() / name);
+        const auto* const fixed = static_cast<const VS_FIXEDFILEINFO*>(query(library, "\\"));
+        ASSERT_NE(fixed, nullptr);
+        EXPECT_EQ(words(fixed->dwFileVersionMS, fixed->dwFileVersionLS), "2018.3.16.29562");
+        EXPECT_EQ(words(fixed->dwProductVersionMS, fixed->dwProductVersionLS), "2018.0.0.0");
+        EXPECT_EQ(fixed->dwFileType, static_cast<DWORD>(VFT_DLL));
+        const std::pair<const char*, std::string> texts[] = {
+            {"FileVersion", "2018.3.16.29562"},
+            {"ProductVersion", utf8(GetVelaProgramVersionString())},
+            {"ServicePack", utf8(GetServicePackageVersionString())},
+            {"BuildStamp", utf8(stamp)},
+            {"OriginalFilename", name}};
+        for (const auto& [key, expected] : texts) {
+            const void* const found = query(library, std::string("\\StringFileInfo\\040904B0\\") + key);
+            EXPECT_EQ(utf8(static_cast<const wchar_t*>(found)), expected) << key;
+        }
     }
 }
 

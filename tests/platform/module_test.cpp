@@ -43,20 +43,16 @@ std::string stringOf(HMODULE module, UINT id, int size = 100)
 
 TEST(Module, TheExecutableIsKnown)
 {
-    const HMODULE program = GetModuleHandleW(nullptr);
-    const std::string path = fileNameOf(program);
+    const std::string path = fileNameOf(GetModuleHandleW(nullptr));
     EXPECT_EQ(path, windowsPath(thisProgram()));
     EXPECT_EQ(path.substr(0, 3), "Z:\\");
-    EXPECT_EQ(fileNameOf(nullptr), path);
-
     wchar_t buffer[1024] = {};
     const auto length = static_cast<DWORD>(path.size());
     for (const DWORD size : {DWORD{0}, DWORD{1}, length, length + 1}) {
-        EXPECT_EQ(GetModuleFileNameW(program, buffer, size), std::min(size, length));
+        EXPECT_EQ(GetModuleFileNameW(nullptr, buffer, size), std::min(size, length));
         EXPECT_EQ(GetLastError(), size <= length ? DWORD{ERROR_INSUFFICIENT_BUFFER} : DWORD{ERROR_SUCCESS});
     }
     EXPECT_EQ(utf8(buffer), path);
-    EXPECT_NE(FreeLibrary(program), FALSE);
 }
 
 TEST(Module, SystemNamesAreKnown)
@@ -67,7 +63,6 @@ TEST(Module, SystemNamesAreKnown)
     EXPECT_EQ(GetProcAddress(system, "NoSuchFunction"), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
     EXPECT_EQ(GetModuleHandleW(L"no such module"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
 TEST(Module, CodeIsLoadedOnce)
@@ -115,12 +110,10 @@ TEST(Module, ResourceFilesAreLoadedAndSearched)
     const HMODULE found = LoadLibraryW(L"pack");
     fs::current_path(scratchFolder());
     ASSERT_NE(found, nullptr);
-    EXPECT_EQ(load(folder / "Pack.dll"), found);
-    EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
     EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // loaded, though no longer to be found
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_NE(FreeLibrary(found), FALSE);
-    }
+    EXPECT_NE(FreeLibrary(found), FALSE);
+    EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
+    EXPECT_NE(FreeLibrary(found), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"Pack"), nullptr);
     EXPECT_EQ(fileNameOf(found), "");
     EXPECT_EQ(LoadLibraryW(L""), nullptr);

@@ -1,4 +1,4 @@
-// The product object. That its slots are in order is tested with the binary interface.
+// The product object.
 #include "support/child.h"
 #include "support/config.h"
 #include "support/seam.h"
@@ -7,13 +7,10 @@
 #include <shlobj.h>
 
 #include <cstdio>
-#include <type_traits>
 
 namespace {
 
 using namespace testing_support;
-
-static_assert(!std::has_virtual_destructor_v<ITarvoProduct>);
 
 ITarvoProduct& product = *velaGetProduct();
 
@@ -24,6 +21,10 @@ TEST(Product, FollowsTheConfiguration)
     EXPECT_EQ(utf8(product.companyName()), "Acme");
     EXPECT_EQ(&product.language(), &velaConfig()->language());
     EXPECT_EQ(utf8(product.helpFilePath()), windowsPath(thisProgram().parent_path()) + "\\RKHelp.exe");
+    EXPECT_EQ(utf8(product.programVersionString()) + ' ' + utf8(product.productVersionTag()), "2018 4.0");
+    EXPECT_EQ(product.productNumber(), 27);
+    EXPECT_EQ(product.productFlagA(), 1);
+    EXPECT_EQ(product.productFlagB(), 1);
     const std::pair<const char*, long> types[] = {{"TARVO", 1}, {"tarvo", 1}, {"tarvom", 2},  {"TarvoA", 3},
                                                   {"Acme", 4},  {"TARV", 4},  {"TARVOAB", 4}, {" TARVO", 4}};
     for (const auto& [name, type] : types) {
@@ -40,8 +41,8 @@ TEST(Product, SharesThreeIntegersUnderItsLock)
 {
     int locks = 0;
     int unlocks = 0;
-    const auto lock = intercept<void(RkLocker*)>("_ZN8RkLocker4lockEv", [&](auto, auto*) { ++locks; });
-    const auto unlock = intercept<void(RkLocker*)>("_ZN8RkLocker6unlockEv", [&](auto, auto*) { ++unlocks; });
+    const Patch lock = intercept<"_ZN8RkLocker4lockEv", void(RkLocker*)>([&](auto, auto*) { ++locks; });
+    const Patch unlock = intercept<"_ZN8RkLocker6unlockEv", void(RkLocker*)>([&](auto, auto*) { ++unlocks; });
     const auto expectShared = [](long a, long b, long c) {
         EXPECT_EQ(product.getSharedValueA(), a);
         EXPECT_EQ(product.getSharedValueB(), b);
@@ -66,18 +67,18 @@ TEST(Product, PathsAreKeptOnceTheyFit)
 {
     wchar_t languageFolder[1024];
     for (const std::size_t length : {0U, 500U, 1020U}) {
-        const PretendedExecutable pretended(length == 0 ? "" : folderOf(length) + "cad.exe");
+        const Patch pretended = pretendExecutable(length == 0 ? "" : folderOf(length) + "cad.exe");
         EXPECT_EQ(utf8(product.helpFilePath()), "RKHelp.exe") << length;
     }
     for (const std::size_t length : {0U, 247U, 1020U}) {
-        const PretendedExecutable pretended(length == 0 ? "" : folderOf(length) + "cad.exe");
+        const Patch pretended = pretendExecutable(length == 0 ? "" : folderOf(length) + "cad.exe");
         EXPECT_EQ(utf8(product.userDataCachePath()), "") << length;
         *languageFolder = L'?';
         EXPECT_EQ(GetVelaUserDataCacheLanPath(languageFolder), 0u);
         EXPECT_EQ(utf8(languageFolder), "");
     }
     for (const std::size_t length : {499U, 246U, 100U}) { // the last finds both kept
-        const PretendedExecutable pretended(folderOf(length) + "cad.exe");
+        const Patch pretended = pretendExecutable(folderOf(length) + "cad.exe");
         EXPECT_EQ(utf8(product.helpFilePath()), folderOf(499) + "RKHelp.exe");
         EXPECT_EQ(utf8(product.userDataCachePath()), length == 499 ? "" : folderOf(246) + "UserDataCache");
     }
@@ -101,8 +102,10 @@ TEST(Product, MovesOutOfItsUserDataCacheFolder)
 {
     wchar_t documents[MAX_PATH] = {};
     SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, documents);
-    const std::pair<const char*, bool> cases[] = {
-        {"UserDataCache", true}, {"userDATAcache", true}, {"UserDataCache/Temp", false}, {"Other", false}};
+    const std::pair<const char*, bool> cases[] = {{"UserDataCache", true},
+                                                  {"userDATAcache", true},
+                                                  {"UserDataCache/Temp", false},
+                                                  {"UserDataCaches", false}};
     for (const auto& [folder, moves] : cases) {
         SCOPED_TRACE(folder);
         const Application app(std::to_string(&moves - &cases[0].second));

@@ -38,7 +38,7 @@ struct Fault
 } fault;
 
 std::deque<Function> functions;
-std::vector<std::shared_ptr<void>> patches;
+std::vector<Patch> patches;
 
 std::optional<DWORD> failsNow(Function& function)
 {
@@ -52,26 +52,16 @@ std::optional<DWORD> failsNow(Function& function)
     return error;
 }
 
-/// A text as a template's argument: each function's handler is to be a type of its own.
-template <std::size_t Size>
-struct Name
-{
-    consteval Name(const char (&literal)[Size]) { std::copy_n(literal, Size, text); }
-    char text[Size];
-};
-
 /// Lets fail(error, real, arguments...) answer in a function's place.
 template <Name name, typename Signature, typename Fail>
 void breakable(std::vector<DWORD> errors, Fail fail, std::string thrown = {})
 {
     Function& function = functions.emplace_back(Function{name.text, std::move(errors), std::move(thrown)});
-    const auto handler = [&function, fail](auto real, auto... arguments) {
+    patches.push_back(intercept<name, Signature>([&function, fail](auto real, auto... arguments) {
         const std::optional<DWORD> error = failsNow(function);
         return error ? static_cast<decltype(real(arguments...))>(fail(*error, real, arguments...))
                      : real(arguments...);
-    };
-    patches.push_back(
-        std::make_shared<Intercept<Signature, decltype(handler)>>(libraryModule, name.text, handler));
+    }));
 }
 
 /// The library finds RegDeleteTreeW by its name.
@@ -82,26 +72,32 @@ LSTATUS WINAPI deleteTree(HKEY key, LPCWSTR path)
     return error ? static_cast<LSTATUS>(*error) : RegDeleteTreeW(key, path);
 }
 
-// The calls that are made at load and unload alone are tested there.
+// The calls that are made at load and unload alone are not among them.
 void breakAll()
 {
     const auto with = [](std::vector<DWORD> more) {
-        std::vector<DWORD> errors = {
-            ERROR_FILE_NOT_FOUND,     ERROR_ACCESS_DENIED, ERROR_NOT_ENOUGH_MEMORY,  ERROR_REGISTRY_CORRUPT,
-            ERROR_REGISTRY_IO_FAILED, ERROR_KEY_DELETED,   ERROR_NO_SYSTEM_RESOURCES};
-        errors.insert(errors.end(), more.begin(), more.end());
-        return errors;
+        more.insert(more.end(), {ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_NOT_ENOUGH_MEMORY,
+                                 ERROR_REGISTRY_CORRUPT, ERROR_REGISTRY_IO_FAILED, ERROR_KEY_DELETED,
+                                 ERROR_NO_SYSTEM_RESOURCES});
+        return more;
     };
     const std::vector<DWORD> file = {ERROR_FILE_NOT_FOUND, ERROR_ACCESS_DENIED, ERROR_NOT_ENOUGH_MEMORY};
+    const std::vector<DWORD> endOfNames = {ERROR_MORE_DATA, ERROR_NO_MORE_ITEMS};
     const auto answer = [](DWORD error, auto...) { return error; };
+    const auto zero = [](auto...) { return 0; };
+    const auto null = [](auto...) { return nullptr; };
+    const auto closesAll = [](DWORD error, auto real, auto handle) {
+        real(handle);
+        return std::is_same_v<decltype(real(handle)), BOOL> ? DWORD{FALSE} : error;
+    };
     breakable<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(with({}), answer);
     breakable<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(with({ERROR_DISK_FULL}), answer);
     breakable<"RegSetValueExW", decltype(RegSetValueExW)>(with({ERROR_DISK_FULL}), answer);
     breakable<"RegDeleteKeyW", decltype(RegDeleteKeyW)>(with({}), answer);
     breakable<"RegDeleteValueW", decltype(RegDeleteValueW)>(with({}), answer);
     breakable<"RegQueryInfoKeyW", decltype(RegQueryInfoKeyW)>(with({ERROR_INSUFFICIENT_BUFFER}), answer);
-    breakable<"RegEnumKeyExW", decltype(RegEnumKeyExW)>(with({ERROR_MORE_DATA, ERROR_NO_MORE_ITEMS}), answer);
-    breakable<"RegEnumValueW", decltype(RegEnumValueW)>(with({ERROR_MORE_DATA, ERROR_NO_MORE_ITEMS}), answer);
+    breakable<"RegEnumKeyExW", decltype(RegEnumKeyExW)>(with(endOfNames), answer);
+    breakable<"RegEnumValueW", decltype(RegEnumValueW)>(with(endOfNames), answer);
     breakable<"RegQueryValueExW", decltype(RegQueryValueExW)>(
         with({ERROR_MORE_DATA}), [](DWORD error, auto real, HKEY key, LPCWSTR name, LPDWORD reserved,
                                     LPDWORD type, LPBYTE data, LPDWORD size) {
@@ -110,34 +106,20 @@ void breakAll()
             std::fill_n(data, room, BYTE{'?'});          // and anything be in the buffer
             return error;
         });
-    breakable<"RegCloseKey", decltype(RegCloseKey)>({ERROR_INVALID_HANDLE},
-                                                    [](DWORD error, auto real, HKEY key) {
-                                                        real(key);
-                                                        return error;
-                                                    });
+    breakable<"RegCloseKey", decltype(RegCloseKey)>({ERROR_INVALID_HANDLE}, closesAll);
     breakable<"FindFirstFileW", decltype(FindFirstFileW)>(file, [](auto...) { return INVALID_HANDLE_VALUE; });
-    breakable<"FindClose", decltype(FindClose)>({ERROR_INVALID_HANDLE}, [](DWORD, auto real, HANDLE search) {
-        real(search);
-        return FALSE;
-    });
+    breakable<"FindClose", decltype(FindClose)>({ERROR_INVALID_HANDLE}, closesAll);
     breakable<"_waccess", decltype(_waccess)>(file, [](auto...) { return -1; });
-    breakable<"GetModuleFileNameW", decltype(GetModuleFileNameW)>(file, [](auto...) { return 0; });
-    breakable<"GetModuleHandleW", decltype(GetModuleHandleW)>({ERROR_MOD_NOT_FOUND},
-                                                              [](auto...) { return nullptr; });
-    breakable<"GetProcAddress", decltype(GetProcAddress)>({ERROR_PROC_NOT_FOUND},
-                                                          [](auto...) { return nullptr; });
-    breakable<"LoadLibraryW", decltype(LoadLibraryW)>(file, [](auto...) { return nullptr; });
-    breakable<"LoadLibraryExW", decltype(LoadLibraryExW)>(file, [](auto...) { return nullptr; });
-    breakable<"LoadStringW", decltype(LoadStringW)>({ERROR_RESOURCE_NAME_NOT_FOUND},
-                                                    [](auto...) { return 0; });
-    breakable<"PathAppendW", decltype(PathAppendW)>({ERROR_FILENAME_EXCED_RANGE},
-                                                    [](auto...) { return FALSE; });
-    breakable<"PathRemoveFileSpecW", decltype(PathRemoveFileSpecW)>({ERROR_INVALID_PARAMETER},
-                                                                    [](auto...) { return FALSE; });
-    breakable<"SHGetSpecialFolderPathW", decltype(SHGetSpecialFolderPathW)>(file,
-                                                                            [](auto...) { return FALSE; });
-    breakable<"CompareStringOrdinal", decltype(CompareStringOrdinal)>({ERROR_INVALID_PARAMETER},
-                                                                      [](auto...) { return 0; });
+    breakable<"GetModuleFileNameW", decltype(GetModuleFileNameW)>(file, zero);
+    breakable<"GetModuleHandleW", decltype(GetModuleHandleW)>({ERROR_MOD_NOT_FOUND}, null);
+    breakable<"GetProcAddress", decltype(GetProcAddress)>({ERROR_PROC_NOT_FOUND}, null);
+    breakable<"LoadLibraryW", decltype(LoadLibraryW)>(file, null);
+    breakable<"LoadLibraryExW", decltype(LoadLibraryExW)>(file, null);
+    breakable<"LoadStringW", decltype(LoadStringW)>({ERROR_RESOURCE_NAME_NOT_FOUND}, zero);
+    breakable<"PathAppendW", decltype(PathAppendW)>({ERROR_FILENAME_EXCED_RANGE}, zero);
+    breakable<"PathRemoveFileSpecW", decltype(PathRemoveFileSpecW)>({ERROR_INVALID_PARAMETER}, zero);
+    breakable<"SHGetSpecialFolderPathW", decltype(SHGetSpecialFolderPathW)>(file, zero);
+    breakable<"CompareStringOrdinal", decltype(CompareStringOrdinal)>({ERROR_INVALID_PARAMETER}, zero);
     breakable<"GetPrivateProfileStringW", decltype(GetPrivateProfileStringW)>(
         file, [](DWORD, auto, LPCWSTR, LPCWSTR, LPCWSTR, LPWSTR out, auto...) {
             *out = 0;
@@ -146,11 +128,10 @@ void breakAll()
     breakable<"GetPrivateProfileIntW", decltype(GetPrivateProfileIntW)>(
         file, [](DWORD, auto, LPCWSTR, LPCWSTR, INT fallback, LPCWSTR) { return fallback; });
     breakable<"MessageBoxW", decltype(MessageBoxW)>({0, IDNO}, answer);
-    const auto none = [](auto...) -> void* { return nullptr; };
     const auto noMemory = [](auto...) -> void* { throw std::bad_alloc(); };
     using Allocate = void*(std::size_t);
     constexpr bool isLong = std::is_same_v<std::size_t, unsigned long>; // as names are mangled
-    breakable<"malloc", Allocate>({ERROR_NOT_ENOUGH_MEMORY}, none, "thrown 6");
+    breakable<"malloc", Allocate>({ERROR_NOT_ENOUGH_MEMORY}, null, "thrown 6");
     breakable<isLong ? Name("_Znwm") : Name("_Znwy"), Allocate>({ERROR_NOT_ENOUGH_MEMORY}, noMemory,
                                                                 "no memory");
     breakable<isLong ? Name("_Znam") : Name("_Znay"), Allocate>({ERROR_NOT_ENOUGH_MEMORY}, noMemory,
@@ -229,7 +210,7 @@ std::string walk(Use use)
         wrong += allowed.find(code(error)) == std::string::npos ? code(error) + ' ' : "";
     };
     Iterator found;
-    check(velaConfig()->findItem(TarvoConfig::eSettings, L"Inner", found), "015");
+    check(velaConfig()->findItem(eSettings, L"Inner", found), "015");
     Iterator it;
     it = found;
     for (int i = 0; i < 5; ++i) {
@@ -242,55 +223,51 @@ std::string walk(Use use)
 std::vector<Scenario> storeOperations()
 {
     std::vector<Scenario> all;
-    const auto add = [&](const Operation& operation, const std::string& codes, const wchar_t* path,
-                         int version) {
+    const auto add = [&](std::size_t index, const wchar_t* path, int version) {
+        const Operation& operation = operations[index];
         const auto run = [&operation, path, version] {
-            const auto pretended = pretendVersion(version);
+            const Patch pretended = pretendVersion(version);
             VelaVariant value;
             value.setString(L"kept");
-            const int error = operation.call(*velaConfig(), TarvoConfig::eSettings, path, value);
+            const int error = operation.call(*velaConfig(), eSettings, path, value);
             return code(error) + ' ' + describe(value);
         };
-        VelaVariant kept;
-        kept.setString(L"kept");
+        const char* const codes[] = {"7", "12", "15", "5", "15", "15", "15", "15", "15"};
         std::vector<std::string> allowed;
-        for (const char each : codes) {
-            allowed.push_back(each + (' ' + describe(kept)));
+        for (const char* each = codes[index]; *each != 0; ++each) {
+            allowed.push_back(*each + std::string(" 5/14 0 0 0 'kept' -"));
         }
         all.push_back({operation.name + ' ' + utf8(path), eInTree, allowed, run});
     };
-    const char* const codes[] = {"7", "12", "15", "5", "15", "15", "15", "15", "15"};
-    for (const Operation& operation : operations) {
-        const char* const allowed = codes[&operation - operations];
+    for (std::size_t index = 0; index < std::size(operations); ++index) {
         for (const wchar_t* const path : {L"Inner/n", L"Inner", L"New/n"}) {
-            add(operation, allowed, path, 7);
+            add(index, path, 7);
         }
         for (const wchar_t* const path : {L"Inner/n", L"Inner"}) { // RegDeleteTreeW is looked for, then known
-            add(operation, allowed, path, 10);
+            add(index, path, 10);
         }
     }
     for (const wchar_t* const path : {L"Inner/long", L"Inner/bytes", L"Inner/text"}) {
-        add(operations[1], codes[1], path, 7);
+        add(1, path, 7);
     }
-    VelaVariant number;
-    number.setInt(2);
-    all.push_back({"walk of items", eInTree, {}, [=] {
-                       return walk<TarvoConfig::ItemIterator>([&](auto& it, auto check) {
-                           wchar_t name[1024];
-                           long length = 1024;
-                           check(it.name(name, length), "046");
-                           check(velaConfig()->setValue(it, L"n", number), "01456");
-                           VelaVariant value;
-                           check(velaConfig()->getValue(it, L"n", value), "012456");
-                       });
-                   }});
-    all.push_back({"walk of values", eInTree, {}, [=] {
-                       return walk<TarvoConfig::ValueIterator>([&](auto& it, auto check) {
-                           VelaVariant value;
-                           check(it.value(value), "01246");
-                           check(it.setValue(number), "0456");
-                       });
-                   }});
+    const auto walkItems = [](auto& it, auto check) {
+        wchar_t name[1024];
+        long length = 1024;
+        VelaVariant value;
+        value.setInt(2);
+        check(it.name(name, length), "046");
+        check(velaConfig()->setValue(it, L"n", value), "01456");
+        check(velaConfig()->getValue(it, L"n", value), "012456");
+    };
+    const auto walkValues = [](auto& it, auto check) {
+        VelaVariant value;
+        check(it.value(value), "01246");
+        value.setInt(2);
+        check(it.setValue(value), "0456");
+    };
+    all.push_back({"walk of items", eInTree, {}, [=] { return walk<TarvoConfig::ItemIterator>(walkItems); }});
+    all.push_back(
+        {"walk of values", eInTree, {}, [=] { return walk<TarvoConfig::ValueIterator>(walkValues); }});
     return all;
 }
 
@@ -302,17 +279,14 @@ std::vector<Scenario> locations(const std::string& executable)
         also.emplace_back(); // none
         all.push_back({name, eInTree, std::move(also), std::move(run)});
     };
-    const auto addSized = [&](const char* name, auto function, const std::vector<std::string>& also = {}) {
-        add(
-            name,
-            [function] {
-                wchar_t buffer[1024] = {};
-                const auto length = static_cast<std::size_t>(function(buffer));
-                return length == 0                             ? ""
-                       : length == Wide(utf8(buffer)).length() ? utf8(buffer)
-                                                               : "another length";
-            },
-            also);
+    const auto addSized = [&](const char* name, auto function, std::vector<std::string> also = {}) {
+        const auto run = [function] {
+            wchar_t buffer[1024] = {};
+            const auto length = static_cast<std::size_t>(function(buffer));
+            EXPECT_TRUE(length == 0 || length == Wide(utf8(buffer)).length());
+            return length == 0 ? "" : utf8(buffer);
+        };
+        add(name, run, std::move(also));
     };
     addSized("GetVelaProgramPath", GetVelaProgramPath); // first: later ones find it filled
     addSized("GetVelaProgramName", GetVelaProgramName);
@@ -470,7 +444,7 @@ protected:
     }
 
     Application m_application;
-    PretendedExecutable m_executable{windowsPath(m_application.program())};
+    Patch m_executable = pretendExecutable(windowsPath(m_application.program()));
     int m_searches = 0;
     KeyCounter m_keys;
     const TarvoConfig m_unstarted{*velaConfig()};
@@ -483,25 +457,25 @@ protected:
 TEST_F(Faults, LeaveEverythingWhole)
 {
     // Below the faults: what must not happen really, and what is to be balanced.
-    const auto end = intercept<void(UINT)>("ExitProcess", [](auto, UINT) { throw Ended(); });
-    const auto box = intercept<decltype(MessageBoxW)>("MessageBoxW", [](auto...) { return IDYES; });
-    const auto found = intercept<decltype(FindFirstFileW)>("FindFirstFileW", [&](auto real, auto... rest) {
-        auto* const search = real(rest...);
-        m_searches += search != INVALID_HANDLE_VALUE ? 1 : 0;
-        return search;
-    });
-    const auto closed = intercept<decltype(FindClose)>("FindClose", [&](auto real, HANDLE search) {
-        --m_searches;
-        return real(search);
-    });
-    const auto folder = intercept<decltype(SHGetSpecialFolderPathW)>("SHGetSpecialFolderPathW",
-                                                                     [](auto, HWND, LPWSTR path, auto...) {
-                                                                         std::copy_n(L"C:\\Folder", 10, path);
-                                                                         return TRUE;
-                                                                     });
-    const auto address = intercept<decltype(GetProcAddress)>("GetProcAddress", [](auto...) {
-        return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(deleteTree));
-    });
+    const Patch below[] = {
+        intercept<"ExitProcess", void(UINT)>([](auto, UINT) { throw Ended(); }),
+        intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),
+        intercept<"FindFirstFileW", decltype(FindFirstFileW)>([&](auto real, auto... rest) {
+            auto* const search = real(rest...);
+            m_searches += search != INVALID_HANDLE_VALUE ? 1 : 0;
+            return search;
+        }),
+        intercept<"FindClose", decltype(FindClose)>([&](auto real, HANDLE search) {
+            --m_searches;
+            return real(search);
+        }),
+        intercept<"SHGetSpecialFolderPathW", decltype(SHGetSpecialFolderPathW)>(
+            [](auto, HWND, LPWSTR path, auto...) {
+                std::copy_n(L"C:\\Folder", 10, path);
+                return TRUE;
+            }),
+        intercept<"GetProcAddress", decltype(GetProcAddress)>(
+            [](auto...) { return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(deleteTree)); })};
     breakAll();
 
     int injected = 0;

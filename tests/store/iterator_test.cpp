@@ -1,7 +1,6 @@
 // Walking the sub-keys and the values of a key.
 #include "store.h"
 
-#include <cstring>
 #include <set>
 
 namespace {
@@ -27,12 +26,11 @@ std::string nameOf(const auto& it)
     return error == eOk ? utf8(buffer) : "error " + std::to_string(error);
 }
 
-/// What both iterators do alike.
+/// What both iterators do alike, below keys with entries of either kind.
 template <typename Iterator>
 class Iterators : public StoreTest
 {
 protected:
-    /// Entries of either kind.
     static void add(const std::string& key, std::initializer_list<const char*> entries)
     {
         const std::string path = settings + "\\" + key;
@@ -51,24 +49,19 @@ TYPED_TEST_SUITE(Iterators, Kinds, );
 TYPED_TEST(Iterators, WalkEveryEntryOnce)
 {
     this->add("Three", {"b", "c", "a"});
-    for (const Text form : {L"Three", L"/Three//", L"\\Three\\"}) {
-        TypeParam it;
-        ASSERT_EQ(this->find(form, it), eOk);
-        std::set<std::string> walked;
-        for (int index = 0; index < 3; ++index) {
-            walked.insert(nameOf(it));
-            EXPECT_EQ(it.step(), eOk);
-        }
-        EXPECT_EQ(walked, (std::set<std::string>{"a", "b", "c"}));
-        EXPECT_EQ(nameOf(it), "error 4");
-        EXPECT_EQ(it.step(), TarvoConfig::eInvalidIterator);
-    }
     TypeParam it;
-    ASSERT_EQ(this->find(L"Three", it), eOk);
-    this->add("Three", {"d"}); // which an index reaches, though the count is that of findItem
-    while (it.step() == eOk) {
+    ASSERT_EQ(this->find(L"/Three//", it), eOk);
+    std::set<std::string> walked;
+    for (int index = 0; index < 3; ++index) {
+        walked.insert(nameOf(it));
+        EXPECT_EQ(it.step(), eOk);
     }
+    EXPECT_EQ(walked, (std::set<std::string>{"a", "b", "c"}));
+    EXPECT_EQ(nameOf(it), "error 4");
+    EXPECT_EQ(it.step(), TarvoConfig::eInvalidIterator);
+    this->add("Three", {"d"}); // which an index reaches, though the count is that of findItem
     EXPECT_EQ(nameOf(it), "d");
+    EXPECT_EQ(it.step(), TarvoConfig::eInvalidIterator);
 }
 
 TYPED_TEST(Iterators, NameNeedsRoomForItsTerminator)
@@ -76,19 +69,15 @@ TYPED_TEST(Iterators, NameNeedsRoomForItsTerminator)
     this->add("One", {"name"});
     TypeParam it;
     ASSERT_EQ(this->find(L"One", it), eOk);
-    const std::tuple<bool, long, Error> rows[] = {{false, 0, TarvoConfig::eBufferTooSmall},
-                                                  {false, 100, TarvoConfig::eBufferTooSmall},
-                                                  {true, -1, TarvoConfig::eBufferTooSmall},
-                                                  {true, 4, TarvoConfig::eBufferTooSmall},
-                                                  {true, 5, eOk},
-                                                  {true, 100, eOk}};
-    for (const auto& [hasBuffer, capacity, error] : rows) {
+    for (const long capacity : {-1L, 4L, 5L, 100L}) {
         SCOPED_TRACE(capacity);
         wchar_t buffer[6] = L"?????";
         long length = capacity;
-        EXPECT_EQ(nameOf(it, hasBuffer ? buffer : nullptr, length), error);
+        EXPECT_EQ(nameOf(it, buffer, length), capacity >= 5 ? eOk : TarvoConfig::eBufferTooSmall);
         EXPECT_EQ(length, 5);
-        EXPECT_EQ(utf8(buffer), error == eOk ? "name" : "?????");
+        EXPECT_EQ(utf8(buffer), capacity >= 5 ? "name" : "?????");
+        EXPECT_EQ(nameOf(it, nullptr, length = capacity), TarvoConfig::eBufferTooSmall);
+        EXPECT_EQ(length, 5);
     }
 }
 
@@ -155,22 +144,20 @@ TEST_F(LongNames, Reach255And1023Characters)
     ASSERT_EQ(m_config.findItem(eSettings, nullptr, item), eOk);
     EXPECT_EQ(item.getSubKeyCount(), 1);
     EXPECT_EQ(nameOf(item), longestKey);
-    for (const std::size_t size : {1023u, 1024u, 2000u}) {
+    for (const std::size_t size : {1023u, 1024u}) {
         SCOPED_TRACE(size);
+        const bool fits = size == 1023;
         setRaw(HKEY_CURRENT_USER, settings + "\\" + std::to_string(size), std::string(size, 'v'), dword(1));
         TarvoConfig::ValueIterator it;
         ASSERT_EQ(m_config.findItem(eSettings, Wide(std::to_string(size)), it), eOk);
-        const Error error = size == 1023 ? eOk : TarvoConfig::eBufferTooSmall;
-        wchar_t buffer[9000] = {};
-        for (const long capacity : {9000L, 1023L}) {
-            long length = capacity;
-            EXPECT_EQ(it.key(buffer, length), capacity == 9000 ? error : TarvoConfig::eBufferTooSmall);
-            EXPECT_EQ(length, size == 1023 ? 1024 : 8192);
-        }
-        EXPECT_EQ(utf8(buffer), size == 1023 ? std::string(size, 'v') : "");
+        wchar_t buffer[9000];
+        long length = 9000;
+        EXPECT_EQ(it.key(buffer, length), fits ? eOk : TarvoConfig::eBufferTooSmall);
+        EXPECT_EQ(length, fits ? 1024 : 8192);
+        EXPECT_EQ(it.key(buffer, length = 1023), TarvoConfig::eBufferTooSmall);
         VelaVariant v;
-        EXPECT_EQ(it.value(v), error);
-        EXPECT_EQ(it.setValue(v), error);
+        EXPECT_EQ(it.value(v), fits ? eOk : TarvoConfig::eBufferTooSmall);
+        EXPECT_EQ(it.setValue(v), fits ? eOk : TarvoConfig::eBufferTooSmall);
     }
 }
 

@@ -2,24 +2,20 @@
 // on Windows, and each is one that the documentation of the operation names.
 #include "store/store.h"
 
+#include <functional>
+
 namespace {
 
 using namespace testing_support;
 
-std::string calls;
-
-/// Notes a call by a letter or two, its access rights behind an open.
-template <int Function>
-struct Noting
+/// A handler that notes its call.
+auto noting(std::string& calls, const char* call)
 {
-    const char* letter;
-
-    LSTATUS operator()(auto real, auto... arguments) const
-    {
-        calls += (calls.empty() ? "" : " ") + std::string(letter);
+    return [&calls, call](auto real, auto... arguments) {
+        calls += (calls.empty() ? "" : " ") + std::string(call);
         return real(arguments...);
-    }
-};
+    };
+}
 
 class RegistryCalls : public StoreTest
 {
@@ -34,16 +30,18 @@ protected:
     }
 
     VelaVariant m_number;
-    Intercept<decltype(RegOpenKeyExW), Noting<0>> m_open{libraryModule, "RegOpenKeyExW", {"open"}};
-    Intercept<decltype(RegCreateKeyExW), Noting<1>> m_create{libraryModule, "RegCreateKeyExW", {"create"}};
-    Intercept<decltype(RegCloseKey), Noting<2>> m_close{libraryModule, "RegCloseKey", {"close"}};
-    Intercept<decltype(RegQueryValueExW), Noting<3>> m_query{libraryModule, "RegQueryValueExW", {"query"}};
-    Intercept<decltype(RegSetValueExW), Noting<4>> m_set{libraryModule, "RegSetValueExW", {"set"}};
-    Intercept<decltype(RegQueryInfoKeyW), Noting<5>> m_info{libraryModule, "RegQueryInfoKeyW", {"info"}};
-    Intercept<decltype(RegEnumKeyExW), Noting<6>> m_enumKey{libraryModule, "RegEnumKeyExW", {"key"}};
-    Intercept<decltype(RegEnumValueW), Noting<7>> m_enumValue{libraryModule, "RegEnumValueW", {"value"}};
-    Intercept<decltype(RegDeleteValueW), Noting<8>> m_delete{libraryModule, "RegDeleteValueW", {"delete"}};
-    Intercept<decltype(RegDeleteKeyW), Noting<9>> m_deleteKey{libraryModule, "RegDeleteKeyW", {"deleteKey"}};
+    std::string m_calls;
+    const Patch m_patches[10] = {
+        intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(noting(m_calls, "open")),
+        intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(noting(m_calls, "create")),
+        intercept<"RegCloseKey", decltype(RegCloseKey)>(noting(m_calls, "close")),
+        intercept<"RegQueryValueExW", decltype(RegQueryValueExW)>(noting(m_calls, "query")),
+        intercept<"RegSetValueExW", decltype(RegSetValueExW)>(noting(m_calls, "set")),
+        intercept<"RegQueryInfoKeyW", decltype(RegQueryInfoKeyW)>(noting(m_calls, "info")),
+        intercept<"RegEnumKeyExW", decltype(RegEnumKeyExW)>(noting(m_calls, "key")),
+        intercept<"RegEnumValueW", decltype(RegEnumValueW)>(noting(m_calls, "value")),
+        intercept<"RegDeleteValueW", decltype(RegDeleteValueW)>(noting(m_calls, "delete")),
+        intercept<"RegDeleteKeyW", decltype(RegDeleteKeyW)>(noting(m_calls, "deleteKey"))};
 };
 
 TEST_F(RegistryCalls, AreThoseOfTheOperation)
@@ -85,16 +83,16 @@ TEST_F(RegistryCalls, AreThoseOfTheOperation)
          "open close open set close open close open set close open query query close open set close"},
     };
     for (const auto& step : steps) {
-        calls.clear();
+        m_calls.clear();
         step.run();
-        EXPECT_EQ(calls, step.expected) << step.operation;
+        EXPECT_EQ(m_calls, step.expected) << step.operation;
     }
 }
 
 TEST_F(RegistryCalls, AReadOfAnIntegerIntoOneAllocatesNothing)
 {
     int blocks = 0;
-    const auto counting = countBlocks(blocks, libraryModule);
+    const Patch counting = countBlocks(blocks, libraryModule);
     EXPECT_EQ(m_config.getValue(eSettings, L"Display/Frames", m_number), eOk);
     EXPECT_EQ(blocks, 0);
 }

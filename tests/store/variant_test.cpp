@@ -2,11 +2,23 @@
 #include "store.h"
 #include "support/recorder.h"
 
-#include <array>
+#include <functional>
 
 namespace {
 
 using namespace testing_support;
+
+/// The code of the exception that a call throws, -1 for a null one, 0 when none is thrown.
+int thrownCode(const std::function<void()>& call)
+{
+    try {
+        call();
+    } catch (RkErrorStatus* exception) {
+        const std::unique_ptr<RkErrorStatus> owned(exception);
+        return exception == nullptr ? -1 : exception->code();
+    }
+    return 0;
+}
 
 struct Setter
 {
@@ -15,7 +27,7 @@ struct Setter
     std::string result;
 };
 
-const std::vector<Setter> setters = {
+const Setter setters[] = {
     {[](VelaVariant&) {}, false, "0/0 0 0 0 '' -"},
     {[](VelaVariant& v) { v.setInt(-5); }, true, "1/8 -5 0 0 '' -"},
     {[](VelaVariant& v) { v.setInt64(1099511627776); }, true, "2/12 0 1099511627776 0 '' -"},
@@ -24,7 +36,6 @@ const std::vector<Setter> setters = {
     {[](VelaVariant& v) { v.setBinary("abc", 0); }, false, "4/0 0 0 0 '' -"},
     {[](VelaVariant& v) { v.setBinary(nullptr, 16); }, false, "4/0 0 0 0 '' -"},
     {[](VelaVariant& v) { v.setString(L"abc"); }, false, "5/12 0 0 0 'abc' -"},
-    {[](VelaVariant& v) { v.setString(L""); }, false, "5/6 0 0 0 '' -"},
     {[](VelaVariant& v) { v.setString(nullptr); }, false, "5/6 0 0 0 '' -"},
 };
 
@@ -36,26 +47,23 @@ std::string withoutBlock(VelaVariant::VarType type)
 TEST(Variant, EverySetterAfterEveryOther)
 {
     for (const Setter& before : setters) {
-        for (const Setter& setter : setters) {
+        for (std::size_t i = 1; i < std::size(setters); ++i) {
+            const Setter& setter = setters[i];
             SCOPED_TRACE(before.result + ", then " + setter.result);
             VelaVariant v;
             VelaVariant failing;
             before.set(v);
             before.set(failing);
-            if (&setter == &setters[0]) {
-                continue;
-            }
             int count = 0;
-            {
-                const auto counting = countBlocks(count, programModule);
-                setter.set(v);
-            }
+            Patch counting = countBlocks(count, programModule);
+            setter.set(v);
+            counting.reset();
             const bool reused = &before == &setter && setter.fixedSize;
             EXPECT_EQ(describe(v), setter.result);
             EXPECT_EQ(count, reused || v.blockSize() == 0 ? 0 : 1);
             if (count > 0) {
                 const VelaVariant::VarType type = setter.fixedSize ? failing.type() : v.type();
-                const auto refusing = countBlocks(count, programModule, 1);
+                const Patch refusing = countBlocks(count, programModule, 1);
                 EXPECT_EQ(thrownCode([&] { setter.set(failing); }), 6);
                 EXPECT_EQ(describe(failing), withoutBlock(type));
             }
@@ -74,7 +82,7 @@ TEST(Variant, CopiesOwnTheirBlock)
         VelaVariant assigned;
         assigned.setString(L"before");
         if (source.blockSize() > 0) {
-            const auto refusing = countBlocks(count, programModule, 1);
+            const Patch refusing = countBlocks(count, programModule, 1);
             EXPECT_EQ(thrownCode([&] { assigned = source; }), 6);
             EXPECT_EQ(utf8(assigned.getString()), "before");
         }
@@ -85,7 +93,7 @@ TEST(Variant, CopiesOwnTheirBlock)
         assigned = same;
         EXPECT_EQ(describe(assigned), setter.result);
 
-        const auto counting = countBlocks(count, programModule);
+        const Patch counting = countBlocks(count, programModule);
         VelaVariant moved(std::move(copy));
         source = std::move(moved);
         EXPECT_EQ(count, 0);
@@ -99,7 +107,6 @@ TEST(Variant, SetFromItsOwnBlock)
 {
     VelaVariant v;
     v.setString(L"abc");
-    v.setString(v.getString());
     v.setString(v.getString() + 1);
     EXPECT_EQ(describe(v), "5/10 0 0 0 'bc' -");
     v.setBinary("abcdef", 6);
@@ -113,12 +120,9 @@ TEST(Variant, BlocksByTypeAndSize)
     {
         int type, size, recorded, code;
     } constexpr rows[] = {
-        {0, 0, 0, 0},  {0, -1, 0, 0},        {1, 0, 8, 0},
-        {1, -7, 8, 0}, {2, 0, 12, 0},        {3, 0, 12, 0},
-        {4, 0, 0, 3},  {5, 0, 0, 3},         {5, -1, 0, 3},
-        {6, 0, 0, 3},  {-1, 0, 0, 3},        {0, 1, 5, 0},
-        {6, 1, 5, 0},  {1, 3, 7, 0},         {5, 10, 14, 0},
-        {4, 1, 5, 0},  {4, INT32_MAX, 0, 6}, {4, INT32_MAX - 3, 0, 6},
+        {0, 0, 0, 0},  {0, -1, 0, 0}, {1, -7, 8, 0},        {2, 0, 12, 0},
+        {3, 0, 12, 0}, {4, 0, 0, 3},  {5, -1, 0, 3},        {6, 0, 0, 3},
+        {0, 1, 5, 0},  {1, 3, 7, 0},  {4, INT32_MAX, 0, 6}, {4, INT32_MAX - 3, 0, 6},
     };
     for (const auto& [type, size, recorded, code] : rows) {
         SCOPED_TRACE(std::to_string(type) + ", " + std::to_string(size));
@@ -126,67 +130,41 @@ TEST(Variant, BlocksByTypeAndSize)
         const int bytes = size;
         std::unique_ptr<void, decltype(&std::free)> block(nullptr, &std::free);
         EXPECT_EQ(thrownCode([&] { block.reset(VelaVariant::allocBlock(asked, bytes)); }), code);
-        ASSERT_EQ(block != nullptr, recorded != 0);
-        if (block != nullptr) {
-            EXPECT_EQ(*static_cast<const std::int32_t*>(block.get()), recorded);
-        }
+        EXPECT_EQ(block == nullptr ? 0 : *static_cast<const std::int32_t*>(block.get()), recorded);
     }
-}
-
-TEST(Variant, PointerFollowsTypeAtEveryAddress)
-{
-    std::array<VelaVariant, 2> pair; // 12 bytes apart: one of the two pointers is not at a multiple of 8
-    for (VelaVariant& v : pair) {
-        v.setBinary("abc", 3);
-        const char* block = nullptr;
-        std::memcpy(&block, reinterpret_cast<const char*>(&v) + 4, sizeof block);
-        EXPECT_EQ(std::string(block, 7), std::string("\7\0\0\0abc", 7));
-        EXPECT_EQ(v.getBinary(), block + 4);
-    }
-}
-
-/// The exception that a call throws, where it can be caught as this.
-template <typename Caught>
-void* caughtAs(const std::function<void()>& call)
-{
-    try {
-        call();
-    } catch (Caught* exception) {
-        return exception;
-    } catch (...) {
-    }
-    return nullptr;
 }
 
 TEST_F(StoreTest, FailureIsRecordedThenThrownByPointer)
 {
     setRaw(HKEY_CURRENT_USER, settings, "v", dword(7));
-    const char* const nothrowNew = sizeof(long) == 8 ? "_ZnwmRKSt9nothrow_t" : "_ZnwyRKSt9nothrow_t";
     VelaVariant value;
     const auto inLibrary = [&] {
         int count = 0;
-        const auto refusing = countBlocks(count, libraryModule, 1);
+        const Patch refusing = countBlocks(count, libraryModule, 1);
         m_config.getValue(eSettings, L"v", value);
     };
     const std::tuple<const char*, std::function<void()>, int, VelaVariant::VarType> throwers[] = {
         {libraryModule, inLibrary, 6, VelaVariant::eString},
         {programModule, [&] { value.setBinary("x", -1); }, 3, VelaVariant::eBinary}};
     for (const auto& [module, call, code, type] : throwers) {
-        for (const auto caught : {&caughtAs<RkErrorStatus>, &caughtAs<RkException>, &caughtAs<void>}) {
-            Recorder recorder;
-            value.setString(L"before");
-            void* const exception = caught(call);
-            ASSERT_EQ(recorder.recorded.size(), 1u);
-            const std::unique_ptr<RkException> owned(recorder.recorded[0]);
-            EXPECT_EQ(exception, owned.get());
+        Recorder recorder;
+        value.setString(L"before");
+        try {
+            call();
+            ADD_FAILURE() << "nothing thrown";
+        } catch (RkException* exception) {
+            const std::unique_ptr<RkException> owned(exception);
+            EXPECT_EQ(recorder.recorded, std::vector{exception});
             EXPECT_EQ(owned->code(), code);
             EXPECT_EQ(utf8(owned->text()), "\"\"");
             EXPECT_EQ(owned->number(), 0);
             EXPECT_EQ(describe(value), withoutBlock(type));
         }
-        const auto noException = intercept<void*(std::size_t, const std::nothrow_t&)>(
-            nothrowNew, [](auto...) -> void* { return nullptr; }, module);
-        const Recorder recorder;
+        constexpr bool isLong = sizeof(long) == 8; // as names are mangled
+        const Patch noException =
+                        intercept < isLong ? Name("_ZnwmRKSt9nothrow_t") : Name("_ZnwyRKSt9nothrow_t"),
+                    void * (std::size_t, const std::nothrow_t&) > ([](auto...) { return nullptr; }, module);
+        recorder.recorded.clear();
         EXPECT_EQ(thrownCode(call), -1);
         EXPECT_TRUE(recorder.recorded.empty());
     }

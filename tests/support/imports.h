@@ -1,69 +1,65 @@
 // The seam between the library and the system: the calls that a module imports, replaced for a while.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace testing_support {
 
-/// Replaces a function that a loaded module imports, for that module's calls alone, for its own life. Throws
-/// std::runtime_error when the module imports no such function.
-class ImportPatch
-{
-public:
-    ImportPatch(const char* module, const char* function, void* replacement);
-    ImportPatch(const ImportPatch&) = delete;
-    ImportPatch& operator=(const ImportPatch&) = delete;
-    ~ImportPatch();
-
-    /// What the module called before.
-    void* original() const { return m_original; }
-
-private:
-    std::vector<void**> m_slots;
-    void* m_original = nullptr;
-};
-
-/// Where a module keeps the addresses of a function that it imports; they are there and can be written.
-std::vector<void**> importSlots(const char* module, const char* function);
-
-/// The module under test and this program's own, as ImportPatch takes them.
+/// The module under test and this program's own.
 extern const char* const libraryModule;
 extern const char* const programModule;
 
-template <typename Signature, typename Handler>
-class Intercept;
+/// Where a loaded module keeps the addresses of a function that it imports; they can be written. Throws
+/// std::runtime_error when the module imports no such function.
+std::vector<void**> importSlots(const char* module, const char* function);
 
-/// Hands a module's calls of one function to handler(real, arguments...).
-template <typename Result, typename... Arguments, typename Handler>
-class Intercept<Result(Arguments...), Handler>
+/// A function's name as a template's argument: each replaced function has a state of its own.
+template <std::size_t Size>
+struct Name
 {
-public:
-    Intercept(const char* module, const char* function, Handler handler)
-        : m_handler(handler), m_patch(module, function, reinterpret_cast<void*>(&Intercept::call))
-    {
-        s_active = this;
-    }
-    Intercept(const Intercept&) = delete;
-    Intercept& operator=(const Intercept&) = delete;
-    ~Intercept() = default;
-
-private:
-    static Result call(Arguments... arguments)
-    {
-        const auto real = reinterpret_cast<Result (*)(Arguments...)>(s_active->m_patch.original());
-        return s_active->m_handler(real, arguments...);
-    }
-
-    static inline Intercept* s_active = nullptr; // one per signature and type: two of one lambda share it
-    Handler m_handler;
-    ImportPatch m_patch;
+    consteval Name(const char (&literal)[Size]) { std::copy_n(literal, Size, text); }
+    char text[Size];
 };
 
-/// intercept<decltype(RegCloseKey)>("RegCloseKey", [&](auto real, HKEY key) { return real(key); })
-template <typename Function, typename Handler>
-[[nodiscard]] auto intercept(const char* function, Handler handler, const char* module = libraryModule)
+/// Holds while a function is replaced.
+using Patch = std::shared_ptr<void>;
+
+template <Name name, typename Handler, typename Result, typename... Arguments>
+Patch replaceImport(const char* module, Handler handler, std::type_identity<Result(Arguments...)>)
 {
-    return Intercept<Function, Handler>(module, function, handler);
+    struct State
+    {
+        Handler handler;
+        Result (*real)(Arguments...);
+    };
+    static State* active = nullptr;
+    Result (*const call)(Arguments...) = [](Arguments... arguments) -> Result {
+        return active->handler(active->real, arguments...);
+    };
+    const std::vector<void**> slots = importSlots(module, name.text);
+    void* const original = *slots.front();
+    State* const before = active;
+    active = new State{handler, reinterpret_cast<Result (*)(Arguments...)>(original)};
+    for (void** const slot : slots) {
+        *slot = reinterpret_cast<void*>(call);
+    }
+    return {active, [=](State* state) {
+                std::for_each(slots.begin(), slots.end(), [=](void** slot) { *slot = original; });
+                active = before;
+                delete state;
+            }};
+}
+
+/// Hands a module's calls of one function to handler(real, arguments...):
+/// intercept<"RegCloseKey", decltype(RegCloseKey)>([&](auto real, HKEY key) { return real(key); })
+template <Name name, typename Signature, typename Handler>
+[[nodiscard]] Patch intercept(Handler handler, const char* module = libraryModule)
+{
+    return replaceImport<name>(module, handler, std::type_identity<Signature>());
 }
 
 } // namespace testing_support

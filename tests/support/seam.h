@@ -11,71 +11,59 @@
 
 namespace testing_support {
 
+/// A handler that counts a registry function's successes.
+inline auto counting(int& counter)
+{
+    return [&counter](auto real, auto... arguments) {
+        const LSTATUS status = real(arguments...);
+        counter += status == ERROR_SUCCESS ? 1 : 0;
+        return status;
+    };
+}
+
 /// Counts the registry keys that the library opens and closes while it lives.
 class KeyCounter
 {
 public:
+    KeyCounter() = default;
+    KeyCounter(const KeyCounter&) = delete;
+    KeyCounter& operator=(const KeyCounter&) = delete;
+    ~KeyCounter() = default;
+
     int opened() const { return m_opened; }
     int stillOpen() const { return m_opened - m_closed; }
 
 private:
-    template <int Function> // each intercepted function needs a handler type of its own
-    struct Counting
-    {
-        int* counter;
-
-        LSTATUS operator()(auto real, auto... arguments) const
-        {
-            const LSTATUS status = real(arguments...);
-            *counter += status == ERROR_SUCCESS ? 1 : 0;
-            return status;
-        }
-    };
-
     int m_opened = 0;
     int m_closed = 0;
-    Intercept<decltype(RegOpenKeyExW), Counting<0>> m_open{libraryModule, "RegOpenKeyExW", {&m_opened}};
-    Intercept<decltype(RegCreateKeyExW), Counting<1>> m_create{libraryModule, "RegCreateKeyExW", {&m_opened}};
-    Intercept<decltype(RegCloseKey), Counting<2>> m_close{libraryModule, "RegCloseKey", {&m_closed}};
+    Patch m_open = intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(counting(m_opened));
+    Patch m_create = intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(counting(m_opened));
+    Patch m_close = intercept<"RegCloseKey", decltype(RegCloseKey)>(counting(m_closed));
 };
 
 /// Lets the library believe that the process's executable has another path, of any length; empty: none can be
 /// read.
-class PretendedExecutable
+[[nodiscard]] inline Patch pretendExecutable(const std::string& pretended)
 {
-public:
-    explicit PretendedExecutable(const std::string& path)
-        : m_moduleFileName{libraryModule, "GetModuleFileNameW", {path}}
-    {
-    }
-
-private:
-    struct Answer
-    {
-        Wide path;
-
-        DWORD operator()(auto real, HMODULE module, LPWSTR out, DWORD size) const
-        {
-            if (module != GetModuleHandleW(nullptr) && module != nullptr) {
-                return real(module, out, size);
-            }
-            if (path.length() == 0) {
-                SetLastError(ERROR_ACCESS_DENIED);
-                return 0;
-            }
-            const auto length = static_cast<DWORD>(path.length());
-            const DWORD copied = std::min(length, size - 1);
-            std::copy_n(static_cast<const wchar_t*>(path), copied, out);
-            out[copied] = 0;
-            if (copied < length) {
-                SetLastError(ERROR_INSUFFICIENT_BUFFER);
-                return size;
-            }
-            return length;
+    const auto answer = [path = Wide(pretended)](auto real, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
+        if (module != GetModuleHandleW(nullptr) && module != nullptr) {
+            return real(module, out, size);
         }
+        const auto length = static_cast<DWORD>(path.length());
+        if (length == 0) {
+            SetLastError(ERROR_ACCESS_DENIED);
+            return 0;
+        }
+        const DWORD copied = std::min(length, size - 1);
+        std::copy_n(+path, copied, out);
+        out[copied] = 0;
+        if (copied < length) {
+            SetLastError(ERROR_INSUFFICIENT_BUFFER);
+            return size;
+        }
+        return length;
     };
-
-    Intercept<decltype(GetModuleFileNameW), Answer> m_moduleFileName;
-};
+    return intercept<"GetModuleFileNameW", decltype(GetModuleFileNameW)>(answer);
+}
 
 } // namespace testing_support

@@ -55,11 +55,6 @@ Wide::Wide(std::string_view text)
     m_units.push_back(0);
 }
 
-Wide::Wide(std::size_t count, wchar_t unit) : m_units(count, unit)
-{
-    m_units.push_back(0);
-}
-
 std::string Wide::bytes() const
 {
     return {reinterpret_cast<const char*>(m_units.data()), m_units.size() * sizeof(wchar_t)};

@@ -19,7 +19,6 @@ public:
     Wide(const char* text) : Wide(std::string_view(text)) {}
     Wide(const std::string& text) : Wide(std::string_view(text)) {}
     Wide(std::string_view text);
-    Wide(std::size_t count, wchar_t unit);
 
     operator const wchar_t*() const { return m_units.data(); }
     std::size_t length() const { return m_units.size() - 1; }

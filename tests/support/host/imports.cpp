@@ -2,7 +2,6 @@
 #include "support/imports.h"
 
 #include <dlfcn.h>
-#include <elf.h>
 #include <link.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -12,6 +11,7 @@
 #include <map>
 #include <set>
 #include <stdexcept>
+#include <string>
 
 namespace testing_support {
 
@@ -19,17 +19,6 @@ const char* const libraryModule = "libRkUInfo.so";
 const char* const programModule = nullptr;
 
 namespace {
-
-const link_map& mapOf(const char* module)
-{
-    link_map* map = nullptr;
-    void* const handle = dlopen(module, RTLD_LAZY | RTLD_NOLOAD);
-    if (handle == nullptr || dlinfo(handle, RTLD_DI_LINKMAP, &map) != 0) {
-        throw std::runtime_error("no such module");
-    }
-    dlclose(handle);
-    return *map;
-}
 
 void makeWritable(void** slot)
 {
@@ -42,15 +31,17 @@ void makeWritable(void** slot)
 
 std::vector<void**> importSlots(const char* module, const char* function)
 {
-    const link_map& map = mapOf(module);
+    static std::set<void**> bound;
+    std::vector<void**> slots;
+    void* const handle = dlopen(module, RTLD_LAZY | RTLD_NOLOAD);
+    link_map* loaded = nullptr;
+    dlinfo(handle, RTLD_DI_LINKMAP, &loaded);
     std::map<Elf64_Sxword, std::uintptr_t> entries;
-    for (const ElfW(Dyn)* at = map.l_ld; at->d_tag != DT_NULL; ++at) {
+    for (const ElfW(Dyn)* at = loaded->l_ld; at->d_tag != DT_NULL; ++at) {
         entries[at->d_tag] = at->d_un.d_val;
     }
     const auto* const symbols = reinterpret_cast<const Elf64_Sym*>(entries[DT_SYMTAB]);
     const auto* const names = reinterpret_cast<const char*>(entries[DT_STRTAB]);
-    static std::set<void**> bound;
-    std::vector<void**> slots;
     for (const auto& [table, size] : {std::pair{DT_JMPREL, DT_PLTRELSZ}, std::pair{DT_RELA, DT_RELASZ}}) {
         const auto* const first = reinterpret_cast<const Elf64_Rela*>(entries[table]);
         for (const Elf64_Rela* at = first; at != first + entries[size] / sizeof *at; ++at) {
@@ -59,12 +50,17 @@ std::vector<void**> importSlots(const char* module, const char* function)
                 std::strcmp(names + symbols[ELF64_R_SYM(at->r_info)].st_name, function) != 0) {
                 continue;
             }
-            slots.push_back(reinterpret_cast<void**>(map.l_addr + at->r_offset));
+            slots.push_back(reinterpret_cast<void**>(loaded->l_addr + at->r_offset));
             makeWritable(slots.back());
             if (bound.insert(slots.back()).second) { // it may hold the lazy binder, which would undo a patch
-                *slots.back() = dlsym(RTLD_DEFAULT, function);
+                void* const real = dlsym(RTLD_DEFAULT, function);
+                *slots.back() = real != nullptr ? real : dlsym(handle, function);
             }
         }
+    }
+    dlclose(handle);
+    if (slots.empty()) {
+        throw std::runtime_error(std::string("not imported: ") + function);
     }
     return slots;
 }

@@ -4,6 +4,8 @@
 #include <windows.h>
 
 #include <cstring>
+#include <stdexcept>
+#include <string>
 
 namespace testing_support {
 
@@ -40,6 +42,9 @@ std::vector<void**> importSlots(const char* moduleName, const char* function)
                 slots.push_back(slot);
             }
         }
+    }
+    if (slots.empty()) {
+        throw std::runtime_error(std::string("not imported: ") + function);
     }
     return slots;
 }
