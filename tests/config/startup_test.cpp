@@ -59,9 +59,14 @@ TEST(StartUp, DecidesTheLanguage)
         {"not mapped", nullptr, {}, ini("2052", "1036=fr-FR"), "en-US", true},
         {"mapped to one not installed", nullptr, {}, ini("1041", "1041=ja-JP"), "en-US", true},
         {"nothing says anything", nullptr, {}, "", "en-US", true},
+        {"a folder without a library", L"tr-TR", {}, "", "en-US", true, {"en-US", "tr-TR"}, {"en-US"}},
+        {"a file for a folder", L"hu-HU", {}, "", "en-US", true, {"en-US", "hu-HU"}, {"en-US"}},
+        {"an entry without what counts", L"ja-JP", {}, "", "en-US", true, {"en-US"}, {"en-US", "ja-JP"}},
     };
     const Application application;
     const Patch pretended = pretendExecutable(windowsPath(application.program()));
+    writeFile(application.folder() / "tr-TR" / "dll.txt", "");
+    writeFile(application.folder() / "hu-HU", "a file");
     std::string box;
     const Patch message = intercept<"MessageBoxW", decltype(MessageBoxW)>(
         [&](auto, HWND, LPCWSTR shown, LPCWSTR caption, UINT) {
@@ -74,6 +79,7 @@ TEST(StartUp, DecidesTheLanguage)
         box.clear();
         removeKey(HKEY_LOCAL_MACHINE, uninstall);
         removeKey(HKEY_CURRENT_USER, "Software");
+        makeKey(HKEY_LOCAL_MACHINE, uninstall + "\\{5C3D71E0-B00F-1041-C10E-9E40B6D2F815}");
         application.writeIni(row.iniText);
         for (const std::string& language : row.folders) {
             application.addLanguage(language);
@@ -151,6 +157,11 @@ TEST(StartUp, ProposesLanguagesInOrder)
                                  "es-ES", "fr-FR", "hu-HU", "it-IT", "pt-BR", "ru-RU", "tr-TR"};
     Config config;
     EXPECT_EQ(config.queryAInstalledLangInOrder(), -1);
+    for (const wchar_t* const name :
+         {L"", static_cast<const wchar_t*>(nullptr), +Wide(std::string(2000, 'x'))}) {
+        EXPECT_FALSE(config.isLangFolderExist(name) || config.isLangGuidExist(name) ||
+                     config.isLanguageExist(name));
+    }
     for (auto name = std::rbegin(order); name != std::rend(order); ++name) { // every folder is there
         const TarvoLanguage language{Wide(*name)};
         addUninstallEntry(static_cast<int>(language.velaLanguage()));
@@ -160,32 +171,6 @@ TEST(StartUp, ProposesLanguagesInOrder)
     const Application application;
     const Patch pretended = pretendExecutable(windowsPath(application.program()));
     EXPECT_EQ(config.queryAInstalledLangInOrder(), -1); // every entry is there, and no folder
-}
-
-TEST(StartUp, TellsInstalledLanguages)
-{
-    const Application application;
-    const Patch pretended = pretendExecutable(windowsPath(application.program()));
-    writeFile(application.folder() / "de-DE" / "dll.txt", "");
-    writeFile(application.folder() / "fr-FR", "a file");
-    application.addLanguage("en-US");
-    const std::string guid = "{5C3D71E0-B00F-1033-C10E-9E40B6D2F815}";
-    makeKey(HKEY_LOCAL_MACHINE, uninstall + "\\" + guid); // without the value that counts
-    KeyCounter keys;
-    Config config;
-    const Wide overLong(std::string(2000, 'x'));
-    for (const wchar_t* const name :
-         {L"", L"de-DE", L"fr-FR", +overLong, static_cast<const wchar_t*>(nullptr)}) {
-        EXPECT_FALSE(config.isLangFolderExist(name)) << utf8(name);
-        EXPECT_FALSE(config.isLangGuidExist(name)) << utf8(name);
-        EXPECT_FALSE(config.isLanguageExist(name)) << utf8(name);
-    }
-    EXPECT_TRUE(config.isLangFolderExist(L"en-US"));
-    EXPECT_FALSE(config.isLangGuidExist(Wide(guid)));
-    setRaw(HKEY_LOCAL_MACHINE, uninstall + "\\" + guid, "UninstallString", dword(0));
-    EXPECT_TRUE(config.isLangGuidExist(Wide(guid)));
-    EXPECT_TRUE(config.isLanguageExist(L"EN-us"));
-    EXPECT_EQ(keys.stillOpen(), 0);
 }
 
 TEST(StartUp, HappensOnce)

@@ -69,13 +69,11 @@ TEST(Module, CodeIsLoadedOnce)
 {
     const HMODULE module = load(inBin(libraryModule));
     ASSERT_NE(module, nullptr);
-    EXPECT_EQ(load(inBin(libraryModule)), module);
-    EXPECT_EQ(fileNameOf(module), windowsPath(inBin(libraryModule)));
     EXPECT_EQ(GetModuleHandleW(Wide(libraryModule)), module);
+    EXPECT_EQ(fileNameOf(module), windowsPath(inBin(libraryModule)));
     EXPECT_NE(GetProcAddress(module, "_Z10velaConfigv"), nullptr);
     EXPECT_EQ(GetProcAddress(module, "malloc"), nullptr); // of another module
     EXPECT_EQ(stringOf(module, englishId).substr(0, 3), "0 #");
-    EXPECT_NE(FreeLibrary(module), FALSE);
     EXPECT_NE(FreeLibrary(module), FALSE);
 }
 

@@ -1,7 +1,7 @@
-// The user's folders, the message box and the end of the process.
-#include "support/child.h"
+// The user's folders.
 #include "support/isolation.h"
 #include "support/registry.h"
+#include "support/scratch.h"
 #include "support/text.h"
 
 #include <gtest/gtest.h>
@@ -57,23 +57,6 @@ TEST(Shell, MissingFoldersAreMadeOnRequest)
     writeFile(scratchFolder() / "file", "");
     moveDocuments(scratchFolder() / "file" / "below");
     EXPECT_EQ(specialFolder(CSIDL_PERSONAL, TRUE), "failed");
-}
-
-const ChildPart questions("questions", [](const std::vector<std::string>&) {
-    MessageBoxW(nullptr, L"gr\x00FC\x00DF", L"Note", MB_OK | MB_ICONERROR);
-    const int first = MessageBoxW(nullptr, L"one", L"First", MB_YESNO | MB_ICONQUESTION);
-    const int second = MessageBoxW(nullptr, L"two", L"Second", MB_YESNO);
-    ExitProcess(static_cast<UINT>(first * 10 + second));
-    return 0;
-});
-
-TEST(Process, ShowsBoxesAndExits)
-{
-    const ChildResult result = questions.run(thisProgram(), {}, {{}, {"ok", "yes", "no"}});
-    EXPECT_EQ(result.exitCode, IDYES * 10 + IDNO);
-    const std::vector<ShownBox> expected = {
-        {"Note", "gr\xC3\xBC\xC3\x9F"}, {"First", "one"}, {"Second", "two"}};
-    EXPECT_EQ(result.boxes, expected);
 }
 
 } // namespace

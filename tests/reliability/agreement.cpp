@@ -27,15 +27,28 @@ public:
         return static_cast<std::uint32_t>(m_state >> 33) % limit;
     }
 
-    template <typename T, std::size_t Size>
-    T oneOf(const T (&all)[Size])
+    template <typename List>
+    auto oneOf(const List& all)
     {
-        return all[below(Size)];
+        return all[below(static_cast<std::uint32_t>(std::size(all)))];
     }
 
 private:
     std::uint64_t m_state;
 };
+
+std::vector<Text> split(const Text& all)
+{
+    std::vector<Text> parts(1);
+    for (const char16_t unit : all) {
+        if (unit == u'|') {
+            parts.emplace_back();
+        } else {
+            parts.back() += unit;
+        }
+    }
+    return parts;
+}
 
 const wchar_t* wide(const Text& text)
 {
@@ -113,31 +126,10 @@ private:
     /// apart; names that share their first 247 units enumerate in another order.
     Text name()
     {
-        static const char16_t* const names[] = {u"a",
-                                                u"A",
-                                                u"b",
-                                                u"Name",
-                                                u"nAME",
-                                                u"name two",
-                                                u" ",
-                                                u".",
-                                                u"..",
-                                                u"x/y",
-                                                u"con",
-                                                u"_",
-                                                u"[",
-                                                u"z\x01",
-                                                u"%PATH%",
-                                                u"\x00E9t\x00E9",
-                                                u"\x00C9T\x00C9",
-                                                u"\x0416",
-                                                u"\x0436",
-                                                u"\x65E5\x672C",
-                                                u"\xD83D\xDE00",
-                                                u"\xD800",
-                                                u"\xDC00x",
-                                                u"\xFFFF",
-                                                u"{0}"};
+        static const std::vector<Text> names =
+            split(u"a|A|b|Name|nAME|name two| "
+                  u"|.|..|x/y|con|_|[|z\x01|%PATH%|{0}|\x00E9t\x00E9|\x00C9T\x00C9|\x0416|"
+                  u"\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
         static const std::uint32_t lengths[] = {246, 247, 248, 254, 255, 256, 257, 300};
         if (m_random.below(12) != 0) {
             return m_random.oneOf(names);
@@ -370,7 +362,6 @@ private:
 int main(int argc, char** argv)
 {
     if (argc != 3) {
-        std::fputs("usage: agreement SEED COUNT", stderr);
         return 2;
     }
     Session session(std::strtoull(argv[1], nullptr, 10));

@@ -9,9 +9,8 @@
 
 #include <windows.h>
 
-#include <fcntl.h>
-#include <spawn.h>
 #include <sys/mount.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,6 +19,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstring>
+#include <functional>
 #include <iostream>
 #include <random>
 #include <sstream>
@@ -41,40 +41,30 @@ bool stressed()
 
 // ---- Values that tell whether they are whole ----------------------------------------------------
 
-std::uint64_t sumOf(const char* bytes, std::size_t size)
-{
-    std::uint64_t sum = 14695981039346656037U;
-    for (std::size_t i = 0; i < size; ++i) {
-        sum = (sum ^ static_cast<unsigned char>(bytes[i])) * 1099511628211U;
-    }
-    return sum;
-}
-
-/// A number, filling and their sum.
+/// A number and filling, behind their hash.
 VelaVariant sealed(std::uint64_t number, std::size_t filling)
 {
-    std::string bytes(sizeof number + filling, static_cast<char>(number));
-    std::memcpy(bytes.data(), &number, sizeof number);
-    const std::uint64_t sum = sumOf(bytes.data(), bytes.size());
-    bytes.append(reinterpret_cast<const char*>(&sum), sizeof sum);
+    const std::string text = std::to_string(number) + ' ' + std::string(filling, 'x');
+    const std::string whole = std::to_string(std::hash<std::string>()(text)) + ' ' + text;
     VelaVariant value;
-    value.setBinary(bytes.data(), static_cast<std::int32_t>(bytes.size()));
+    value.setBinary(whole.data(), static_cast<std::int32_t>(whole.size()));
     return value;
 }
 
 /// The number in a whole value.
 std::optional<std::uint64_t> numberIn(const VelaVariant& value)
 {
-    const auto* const bytes = static_cast<const char*>(value.getBinary());
-    const auto size = static_cast<std::size_t>(value.blockSize()) - 4;
-    std::uint64_t number = 0;
-    std::uint64_t sum = 0;
-    if (bytes == nullptr || size < sizeof number + sizeof sum) {
+    if (value.getBinary() == nullptr) {
         return std::nullopt;
     }
-    std::memcpy(&number, bytes, sizeof number);
-    std::memcpy(&sum, bytes + size - sizeof sum, sizeof sum);
-    return sum == sumOf(bytes, size - sizeof sum) ? std::optional(number) : std::nullopt;
+    const std::string whole(static_cast<const char*>(value.getBinary()),
+                            static_cast<std::size_t>(value.blockSize()) - 4);
+    std::istringstream in(whole);
+    std::size_t hash = 0;
+    std::uint64_t number = 0;
+    in >> hash >> number;
+    const bool isWhole = hash == std::hash<std::string>()(whole.substr(whole.find(' ') + 1));
+    return isWhole ? std::optional(number) : std::nullopt;
 }
 
 // ---- Processes ----------------------------------------------------------------------------------
@@ -85,40 +75,31 @@ class Process
 public:
     Process(const char* part, const std::string& argument)
     {
-        int in[2];
-        int out[2];
-        if (pipe2(in, O_CLOEXEC) != 0 || pipe2(out, O_CLOEXEC) != 0) {
-            throw std::runtime_error("no pipe");
+        int ends[2];
+        EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
+        const std::string program = thisProgram().string();
+        m_process = fork();
+        if (m_process == 0) {
+            dup2(ends[1], STDIN_FILENO);
+            dup2(ends[1], STDOUT_FILENO);
+            execl(program.c_str(), program.c_str(), "--child", part, argument.c_str(), nullptr);
+            _exit(1);
         }
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-        std::string words[] = {thisProgram().string(), "--child", part, argument};
-        char* argv[] = {words[0].data(), words[1].data(), words[2].data(), words[3].data(), nullptr};
-        EXPECT_EQ(posix_spawn(&m_process, argv[0], &actions, nullptr, argv, environ), 0);
-        posix_spawn_file_actions_destroy(&actions);
-        close(in[0]);
-        close(out[1]);
-        m_in = in[1];
-        m_out = out[0];
+        close(ends[1]);
+        m_talk = ends[0];
     }
     Process(const Process&) = delete;
     Process& operator=(const Process&) = delete;
-    ~Process()
-    {
-        close(m_in);
-        close(m_out);
-    }
+    ~Process() { close(m_talk); }
 
     void kill() const { ::kill(m_process, SIGKILL); }
-    void tell() const { EXPECT_EQ(write(m_in, "\n", 1), 1); }
+    void tell() const { EXPECT_EQ(write(m_talk, "\n", 1), 1); }
 
     /// Up to a line's end, or all.
     std::string read(bool line) const
     {
         std::string text;
-        for (char each = 0; ::read(m_out, &each, 1) == 1 && !(line && each == '\n');) {
+        for (char each = 0; ::read(m_talk, &each, 1) == 1 && !(line && each == '\n');) {
             text += each;
         }
         return text;
@@ -134,8 +115,7 @@ public:
 
 private:
     pid_t m_process = 0;
-    int m_in = -1;
-    int m_out = -1;
+    int m_talk = -1;
 };
 
 void say(const std::string& text)
@@ -267,7 +247,7 @@ int takePart(const std::vector<std::string>& arguments)
     std::uint64_t seed = 0;
     int seconds = 0;
     words >> seed >> seconds;
-    const int error = startAcme();
+    bool well = startAcme() == TarvoConfig::eOk;
     const auto end = Clock::now() + std::chrono::seconds(seconds);
     std::atomic<std::uint64_t> operations = 0;
     std::string wrong[8];
@@ -280,11 +260,10 @@ int takePart(const std::vector<std::string>& arguments)
     }
     for (const std::string& each : wrong) {
         std::cerr << each;
+        well = well && each.empty();
     }
     say(std::to_string(operations));
-    return error == 0 && std::all_of(std::begin(wrong), std::end(wrong), [](auto& w) { return w.empty(); })
-               ? 0
-               : 1;
+    return well ? 0 : 1;
 }
 
 /// Tells what it reads whenever it is asked, and writes the next number.
@@ -358,11 +337,10 @@ TEST(Storm, ThreadsThatComeFirstTogetherGetTheSame)
             for (int round = 0; round < 200; ++round) {
                 VelaVariant value;
                 TarvoConfig::ValueIterator it;
-                const int read = velaConfig()->getValue(settings, L"Handed/n", value);
-                const int found = velaConfig()->findItem(settings, L"Handed", it);
-                const bool well = read == 0 && found == 0 && numberIn(value) == 1 &&
-                                  it.value(value) == TarvoConfig::eOk &&
-                                  TarvoConfig::ValueIterator(it).step() == TarvoConfig::eOk;
+                const bool well = velaConfig()->getValue(settings, L"Handed/n", value) == 0 &&
+                                  velaConfig()->findItem(settings, L"Handed", it) == 0 &&
+                                  numberIn(value) == 1 && it.value(value) == 0 &&
+                                  TarvoConfig::ValueIterator(it).step() == 0;
                 each += well ? "" : "|a reading failed";
             }
         });
@@ -446,7 +424,6 @@ TEST(Storm, ADamagedFileIsRefusedAndLeftAlone)
         {"cut to a half", whole.substr(0, 250000)},
         {"no head", std::string(2 * page, 0) + whole.substr(2 * page)},
         {"another start", "text" + std::string(2 * page - 4, ' ') + whole.substr(2 * page)},
-        {"a text", "This is no store.\n"},
         {"zeros", std::string(whole.size(), 0)},
     };
     for (const auto& [name, bytes] : damages) {

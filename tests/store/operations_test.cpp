@@ -182,16 +182,6 @@ TEST_F(Operations, AnswerWithTheirCode)
     }
 }
 
-TEST(OperationsBeforeStartUp, HaveNoKey)
-{
-    const KeyCounter keys;
-    VelaVariant value;
-    for (const Operation& operation : operations) {
-        EXPECT_EQ(operation.call(*velaConfig(), eSettings, L"a/b", value), TarvoConfig::eInvalidInput);
-    }
-    EXPECT_EQ(keys.opened(), 0);
-}
-
 TEST_F(Operations, ChangeTheTree)
 {
     VelaVariant value;

@@ -46,14 +46,10 @@ ChildResult ChildPart::run(const std::filesystem::path& program, const std::vect
     return runProgram(program, all, options);
 }
 
-bool isChild(int argc, char** argv)
+std::optional<int> runAsChild(int argc, char** argv)
 {
-    return argc > 2 && argv[1] == childOption;
-}
-
-int childMain(int argc, char** argv)
-{
-    return parts().at(argv[2])({argv + 3, argv + argc});
+    return argc > 2 && argv[1] == childOption ? std::optional(parts().at(argv[2])({argv + 3, argv + argc}))
+                                              : std::nullopt;
 }
 
 } // namespace testing_support

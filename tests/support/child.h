@@ -4,6 +4,7 @@
 #include "support/scratch.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,8 +60,7 @@ private:
     const char* m_name;
 };
 
-/// What the program's main asks: whether this process is a child, and then its result.
-bool isChild(int argc, char** argv);
-int childMain(int argc, char** argv);
+/// What the program's main asks first: the result, if this process is a child.
+std::optional<int> runAsChild(int argc, char** argv);
 
 } // namespace testing_support

@@ -7,8 +7,8 @@
 int main(int argc, char** argv)
 {
     const testing_support::Isolation isolation;
-    if (testing_support::isChild(argc, argv)) {
-        return testing_support::childMain(argc, argv);
+    if (const std::optional<int> result = testing_support::runAsChild(argc, argv)) {
+        return *result;
     }
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();

@@ -1,12 +1,10 @@
 #include "support/child.h"
 
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
-#include <stdexcept>
 
 namespace testing_support {
 
@@ -30,17 +28,6 @@ std::vector<ShownBox> boxesIn(const std::filesystem::path& file)
 ChildResult runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
                   const std::vector<std::string>& arguments, const ChildOptions& options)
 {
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    const auto open = [&](int descriptor, const char* file, int flags) {
-        posix_spawn_file_actions_addopen(&actions, descriptor, (folder / file).c_str(), flags, 0600);
-    };
-    open(STDIN_FILENO, "in", O_RDONLY);
-    open(STDOUT_FILENO, "out", O_WRONLY | O_CREAT);
-    open(STDERR_FILENO, "err", O_WRONLY | O_CREAT);
-    if (!options.workingFolder.empty()) {
-        posix_spawn_file_actions_addchdir_np(&actions, options.workingFolder.c_str());
-    }
     std::vector<std::string> words = {program.string()};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -48,11 +35,15 @@ ChildResult runIn(const std::filesystem::path& folder, const std::filesystem::pa
         argv.push_back(word.data());
     }
     argv.push_back(nullptr);
-    pid_t child = 0;
-    const int error = posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0) {
-        throw std::runtime_error("cannot start " + program.string());
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(open((folder / "in").c_str(), O_RDONLY), STDIN_FILENO);
+        dup2(creat((folder / "out").c_str(), 0600), STDOUT_FILENO);
+        dup2(creat((folder / "err").c_str(), 0600), STDERR_FILENO);
+        if (options.workingFolder.empty() || chdir(options.workingFolder.c_str()) == 0) {
+            execv(argv[0], argv.data());
+        }
+        _exit(127);
     }
     int status = 0;
     waitpid(child, &status, 0);
