@@ -1,12 +1,5 @@
 // Which company and product the process runs as, and the registry roots that follow.
-#include "support/config.h"
-#include "support/registry.h"
-#include "support/scratch.h"
-#include "support/seam.h"
-
-#include <gtest/gtest.h>
-
-#include <optional>
+#include "support/test.h"
 
 namespace {
 

@@ -1,9 +1,5 @@
 // Values of the INI files beside the executable.
-#include "support/config.h"
-#include "support/scratch.h"
-#include "support/seam.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -1,11 +1,6 @@
 // The language catalogue and the language resource library.
-#include "support/config.h"
-#include "support/scratch.h"
-#include "support/seam.h"
+#include "support/test.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <cctype>
 
 namespace {
@@ -73,18 +68,6 @@ TEST(Language, CatalogueHasFifteen)
         check(TarvoLanguage(name), -1, unknown);
         EXPECT_EQ(TarvoLanguage::shortNameToLangId(name), -1);
         EXPECT_FALSE(TarvoLanguage::isValidShortName(name));
-    }
-}
-
-TEST(Language, ADamagedLibraryGivesNoLocalName)
-{
-    const Application application;
-    const Patch pretended = pretendExecutable(windowsPath(application.program()));
-    const std::string whole = readFile(thisProgram().parent_path() / "de-DE" / "RkUInfoRes.dll");
-    for (const std::string& bytes : // what can be loaded is kept, so the half one comes last
-         {std::string(), std::string("MZ"), std::string(1 << 20, 'M'), whole.substr(0, whole.size() / 2)}) {
-        application.writeIni(bytes, "unknown/RkUInfoRes.dll");
-        EXPECT_EQ(localName(1L), "none") << bytes.size();
     }
 }
 

@@ -1,11 +1,5 @@
 // The registry layout and the current profile in it.
-#include "support/config.h"
-#include "support/registry.h"
-#include "support/seam.h"
-
-#include <gtest/gtest.h>
-
-#include <optional>
+#include "support/test.h"
 
 namespace {
 

@@ -1,13 +1,7 @@
 // The program folder, language resource folders and libraries, and the help viewer.
-#include "support/config.h"
-#include "support/scratch.h"
-#include "support/seam.h"
+#include "support/test.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <climits>
-#include <utility>
 
 namespace {
 

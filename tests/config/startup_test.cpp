@@ -1,14 +1,8 @@
 // Start-up: which language the process takes, what it asks the user, and what it leaves behind.
-#include "support/child.h"
-#include "support/config.h"
-#include "support/registry.h"
-#include "support/seam.h"
-
-#include <gtest/gtest.h>
-#include <io.h>
+#include "support/test.h"
 
 #include <cstdio>
-#include <tuple>
+#include <io.h>
 
 namespace {
 

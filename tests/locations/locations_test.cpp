@@ -1,10 +1,7 @@
 // The user's folders, the registry key paths and what is read from them. The user data cache folder is tested
 // with the product object that keeps it.
-#include "support/config.h"
-#include "support/registry.h"
-#include "support/seam.h"
+#include "support/test.h"
 
-#include <gtest/gtest.h>
 #include <io.h>
 #include <shlobj.h>
 

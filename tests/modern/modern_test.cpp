@@ -1,16 +1,10 @@
 // RkUInfo.hpp: typed settings, ranges and error codes over the interface.
-#include "support/config.h"
-#include "support/registry.h"
-#include "support/seam.h"
+#include "support/test.h"
 
 #include <RkUInfo.hpp>
-
-#include <gtest/gtest.h>
-
 #include <cstdint>
 #include <ranges>
 #include <set>
-#include <string>
 #include <type_traits>
 
 namespace {

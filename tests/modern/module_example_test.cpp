@@ -1,9 +1,5 @@
 // The examples' module: what one process leaves, the next one finds.
-#include "support/child.h"
-#include "support/isolation.h"
-#include "support/scratch.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -1,10 +1,5 @@
 // A library that lies in the working directory, as docs/SECURITY.md tells of it.
-#include "support/child.h"
-#include "support/config.h"
-#include "support/text.h"
-
-#include <gtest/gtest.h>
-#include <windows.h>
+#include "support/test.h"
 
 namespace {
 

@@ -1,14 +1,7 @@
 // The version resource of the libraries, as the system's version call reads it.
-#include "support/scratch.h"
-#include "support/text.h"
+#include "support/test.h"
 
 #include <RkUInfo.h>
-
-#include <gtest/gtest.h>
-#include <windows.h>
-
-#include <string>
-#include <vector>
 
 namespace {
 

@@ -1,12 +1,8 @@
 // File searches, the access check and the working directory.
-#include "support/scratch.h"
-#include "support/text.h"
-
-#include <gtest/gtest.h>
-#include <io.h>
-#include <windows.h>
+#include "support/test.h"
 
 #include <cerrno>
+#include <io.h>
 
 namespace {
 

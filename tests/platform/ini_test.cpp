@@ -1,16 +1,9 @@
 // GetPrivateProfileStringW and GetPrivateProfileIntW.
-#include "support/scratch.h"
-#include "support/text.h"
-
-#include <gtest/gtest.h>
-#include <windows.h>
-
-#include <algorithm>
+#include "support/test.h"
 
 namespace {
 
 using namespace testing_support;
-using Text = const wchar_t*;
 
 /// A file under a name of its own, as systems may keep what they have read.
 std::string iniFile(const std::string& bytes)

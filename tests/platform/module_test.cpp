@@ -1,10 +1,5 @@
 // Modules and their string tables.
-#include "support/imports.h"
-#include "support/scratch.h"
-#include "support/text.h"
-
-#include <gtest/gtest.h>
-#include <windows.h>
+#include "support/test.h"
 
 #include <cstring>
 

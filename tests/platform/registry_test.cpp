@@ -1,14 +1,10 @@
 // The registry calls, as the system and winhost both answer them: what the random calls of tests/reliability,
 // by which the two are compared, do not reach.
-#include "support/registry.h"
-#include "support/text.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 
 using namespace testing_support;
-using Text = const wchar_t*;
 
 LSTATUS open(HKEY parent, Text path)
 {

@@ -1,11 +1,5 @@
 // The user's folders.
-#include "support/isolation.h"
-#include "support/registry.h"
-#include "support/scratch.h"
-#include "support/text.h"
-
-#include <gtest/gtest.h>
-#include <windows.h>
+#include "support/test.h"
 
 #include <shlobj.h>
 

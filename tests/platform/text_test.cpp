@@ -1,14 +1,9 @@
 // What works on texts alone: the comparison of names, and PathAppendW and PathRemoveFileSpecW.
-#include "support/text.h"
+#include "support/test.h"
 
-#include <gtest/gtest.h>
-#include <windows.h>
-
-#include <shlwapi.h>
-
-#include <algorithm>
 #include <cstdint>
 #include <numeric>
+#include <shlwapi.h>
 
 namespace {
 

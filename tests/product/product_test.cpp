@@ -1,12 +1,8 @@
 // The product object.
-#include "support/child.h"
-#include "support/config.h"
-#include "support/seam.h"
-
-#include <gtest/gtest.h>
-#include <shlobj.h>
+#include "support/test.h"
 
 #include <cstdio>
+#include <shlobj.h>
 
 namespace {
 

@@ -1,9 +1,5 @@
 // Version and identity functions, and the exception for client modules.
-#include "support/config.h"
-#include "support/scratch.h"
-#include "support/seam.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

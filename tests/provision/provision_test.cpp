@@ -1,9 +1,5 @@
 // CreateConfigReg: the whole tree is compared before and after.
-#include "support/config.h"
-#include "support/registry.h"
-#include "support/seam.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -1,35 +1,24 @@
 // The store under what a host does to it: killed writers, many at once, full and read-only disks, damaged
 // files. RKUINFO_STRESS in the environment asks for the full amounts.
-#include "support/child.h"
-#include "support/config.h"
-#include "support/isolation.h"
-#include "support/text.h"
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <sys/mount.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "support/test.h"
 
 #include <atomic>
 #include <barrier>
 #include <chrono>
 #include <csignal>
 #include <cstring>
-#include <functional>
 #include <iostream>
 #include <random>
-#include <sstream>
+#include <sys/mount.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
 using namespace testing_support;
 using Clock = std::chrono::steady_clock;
-using Text = const wchar_t*;
 
 constexpr auto settings = TarvoConfig::eSettings;
 constexpr std::uint64_t slots = 8;

@@ -5,105 +5,62 @@ namespace {
 
 using namespace testing_support;
 
-std::string orNull(Text name)
-{
-    return name == nullptr ? "(null)" : utf8(name);
-}
-
 using Operations = StoreTest;
 
 TEST_F(Operations, OpenTheirKey)
 {
-    setRaw(HKEY_CURRENT_USER, settings + "\\Inner", "n", dword(1));
-    TarvoConfig::ItemIterator item;
-    ASSERT_EQ(m_config.findItem(eSettings, nullptr, item), eOk);
-    // Every key path stands for eSettings itself, so that no path is too odd for the registry.
-    std::string calls;
-    bool missing = false;
-    const auto note = [&](const std::string& call, LSTATUS answer = ERROR_SUCCESS) {
-        calls += (calls.empty() ? "" : "; ") + call;
-        return answer;
+    std::ostringstream calls;
+    const auto missing = [&](auto, HKEY, Text path, DWORD, REGSAM access, HKEY*) {
+        calls << "open " << utf8(path) << std::hex << ' ' << access;
+        return ERROR_FILE_NOT_FOUND;
     };
-    const auto noteKey = [&](const char* call, HKEY parent, Text path, REGSAM access) {
-        std::ostringstream out;
-        const std::string whole = utf8(path);
-        const bool below = whole.compare(0, settings.size(), settings) == 0;
-        out << call << (parent != HKEY_CURRENT_USER ? "item " : "")
-            << (below ? "~" + whole.substr(settings.size()) : whole) << ' ' << std::hex << access;
-        note(out.str());
+    const auto refused = [&](auto, HKEY, Text path, DWORD, auto* keyClass, DWORD options, REGSAM access,
+                             auto* security, auto...) {
+        EXPECT_TRUE(keyClass == nullptr && options == 0 && security == nullptr);
+        calls << ", create " << utf8(path) << std::hex << ' ' << access;
+        return denied;
     };
-    const Patch version = pretendVersion(7);
-    const Patch open = intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(
-        [&](auto real, HKEY parent, Text path, DWORD options, REGSAM access, HKEY* key) {
-            noteKey("open ", parent, path, access);
-            const Wide opened(parent == HKEY_CURRENT_USER ? settings : utf8(path));
-            return missing ? ERROR_FILE_NOT_FOUND : real(parent, opened, options, access, key);
-        });
-    const Patch create = intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(
-        [&](auto real, HKEY parent, Text path, DWORD reserved, auto* keyClass, DWORD options, REGSAM access,
-            auto* security, HKEY* key, DWORD* disposition) {
-            EXPECT_TRUE(reserved == 0 && keyClass == nullptr && options == 0 && security == nullptr);
-            noteKey("create ", parent, path, access);
-            return real(parent, Wide(settings), 0, nullptr, 0, access, nullptr, key, disposition);
-        });
-    const Patch query = intercept<"RegQueryValueExW", decltype(RegQueryValueExW)>(
-        [&](auto, HKEY, Text name, auto...) { return note("query " + orNull(name), denied); });
-    const Patch set = intercept<"RegSetValueExW", decltype(RegSetValueExW)>(
-        [&](auto, HKEY, Text name, auto...) { return note("set " + orNull(name)); });
-    const Patch removeValue = intercept<"RegDeleteValueW", decltype(RegDeleteValueW)>(
-        [&](auto, HKEY, Text name) { return note("delete " + orNull(name)); });
-    const Patch removeKey = intercept<"RegDeleteKeyW", decltype(RegDeleteKeyW)>(
-        [&](auto, HKEY, Text name) { return note("delete " + orNull(name)); });
-
-    struct
+    const Patch open = intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(missing);
+    const Patch create = intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(refused);
+    const struct
     {
         Text argument;
-        std::string parent, last, trimmed, exists; // exists: as isItemExist takes it
-    } const rows[] = {
-        {L"Display/Colors\\Back", "\\Display\\Colors", "Back", "\\Display\\Colors\\Back",
-         "\\Display/Colors\\Back"},
-        {L"/Set//Colors/Back/", "\\Set\\\\Colors", "Back", "\\Set\\\\Colors\\Back", "\\Set//Colors/Back/"},
-        {L"Back", "", "Back", "\\Back", "\\Back"},
-        {L"\\\\Back//", "", "Back", "\\Back", "\\\\Back//"},
-        {L"/\\", "", "", "\\", "\\\\"},
-        {L"/", "", "", "\\", "\\"},
-        {L"", "", "(null)", "", ""},
-        {nullptr, "", "(null)", "", ""},
+        std::string parent, trimmed, exists; // exists: as isItemExist takes it
+    } rows[] = {
+        {L"Display/Colors\\Back", "\\Display\\Colors", "\\Display\\Colors\\Back", "\\Display/Colors\\Back"},
+        {L"/Set//Colors/Back/", "\\Set\\\\Colors", "\\Set\\\\Colors\\Back", "\\Set//Colors/Back/"},
+        {L"\\\\Back//", "", "\\Back", "\\\\Back//"},
+        {L"/\\", "", "\\", "\\\\"},
+        {L"/", "", "\\", "\\"},
+        {L"", "", "", ""},
+        {nullptr, "", "", ""},
     };
     VelaVariant value;
     value.setInt(1);
-    for (const auto& row : rows) {
-        const bool whole = row.argument == nullptr || *row.argument == 0;
-        const std::string removed = whole ? languageRoot + " f003f; delete Settings"
-                                          : "~" + row.parent + " f003f; delete " + row.last;
-        const std::string expected[] = {"~" + row.exists + " 20019",
-                                        "~" + row.parent + " 20019; query " + row.last,
-                                        "~" + row.parent + " 20006; set " + row.last,
-                                        "~" + row.trimmed + " 20006",
-                                        "~" + row.trimmed + " 20006; set n",
-                                        row.last.empty() ? "" : removed,
-                                        "~" + row.trimmed + " f003f; delete n",
-                                        "~" + row.trimmed + " f003f",
-                                        "~" + row.trimmed + " f003f"};
+    for (const auto& [argument, parent, trimmed, exists] : rows) {
+        const bool hasName = utf8(argument).find('B') != std::string::npos;
+        const std::string path = settings + trimmed;
+        const std::string write = path + " 20006";
+        const std::string change = "open " + path + " f003f";
+        const std::string setInParent = settings + parent + " 20006";
+        const std::string expected[] = {"open " + settings + exists + " 20019",
+                                        "open " + settings + parent + " 20019",
+                                        "open " + setInParent + ", create " + setInParent,
+                                        "open " + write + ", create " + write,
+                                        "open " + write + ", create " + write,
+                                        hasName                  ? "open " + settings + parent + " f003f"
+                                        : utf8(argument).empty() ? "open " + languageRoot + " f003f"
+                                                                 : "",
+                                        change,
+                                        change,
+                                        change};
         for (const Operation& operation : operations) {
-            SCOPED_TRACE(operation.name + " of " + orNull(row.argument));
-            const std::string& wanted = expected[&operation - operations];
-            const std::string opened = wanted.empty() ? "" : "open " + wanted.substr(0, wanted.find(';'));
-            const bool creates = wanted.find(" 20006") != std::string::npos;
-            missing = true; // then the key is made, or the operation ends
-            calls.clear();
-            operation.call(m_config, eSettings, row.argument, value);
-            EXPECT_EQ(calls, creates ? std::string(opened).append("; create ").append(wanted) : opened);
-            missing = false;
-            calls.clear();
-            operation.call(m_config, eSettings, row.argument, value);
-            EXPECT_EQ(calls, wanted.empty() ? "" : "open " + wanted);
+            SCOPED_TRACE(operation.name + " of " + utf8(argument));
+            calls.str("");
+            operation.call(m_config, eSettings, argument, value);
+            EXPECT_EQ(calls.str(), expected[&operation - operations]);
         }
     }
-    calls.clear();
-    EXPECT_EQ(m_config.getValue(item, L"/n/", value), TarvoConfig::eNotFound);
-    EXPECT_EQ(m_config.setValue(item, nullptr, value), eOk);
-    EXPECT_EQ(calls, "open item Inner 20019; query /n/; open item Inner 20006; set (null)");
 }
 
 TEST_F(Operations, AnswerWithTheirCode)
@@ -194,6 +151,16 @@ TEST_F(Operations, ChangeTheTree)
                                                      "\\Display]\n[" + settings + "\\Display\\Colors]\nBack" +
                                                      line + "[" + settings + "\\Empty]\n[" + settings +
                                                      "\\Empty\\Deep]\n");
+    VelaVariant read;
+    EXPECT_EQ(m_config.getValue(eSettings, L"\\Display//Colors\\Back//", read), eOk);
+    EXPECT_EQ(m_config.setValue(eSettings, L"//Display/Colors//Back/", value), eOk); // the same one
+    EXPECT_EQ(m_config.getValue(eSettings, L"", read), eOk);
+    TarvoConfig::ItemIterator item;
+    ASSERT_EQ(m_config.findItem(eSettings, nullptr, item), eOk);
+    EXPECT_EQ(m_config.setValue(item, L"/n/", value), eOk); // of an item, as it is written
+    EXPECT_EQ(getRaw(HKEY_CURRENT_USER, settings + "\\Display", "/n/"), text("new"));
+    EXPECT_EQ(m_config.removeValue(eSettings, L"/Display/", L"/n/"), eOk);
+    item = TarvoConfig::ItemIterator();
     EXPECT_EQ(m_config.removeValue(eSettings, nullptr, nullptr), eOk);
     EXPECT_EQ(m_config.removeItem(eSettings, L"Display/Colors"), eOk);
     EXPECT_EQ(m_config.removeItem(eSettings, L"Empty"), eOk);
@@ -201,28 +168,6 @@ TEST_F(Operations, ChangeTheTree)
     EXPECT_EQ(tree(HKEY_CURRENT_USER, settings), "[" + settings + "]\n[" + settings + "\\Display]\n");
     EXPECT_EQ(m_config.removeItem(eSettings, nullptr), eOk);
     EXPECT_EQ(tree(HKEY_CURRENT_USER, languageRoot), "[" + languageRoot + "]\n");
-}
-
-TEST_F(Operations, KeepNamesOfEveryScript)
-{
-    // As written, and as looked up.
-    constexpr const char* names[][2] = {{"日本語", "日本語"},
-                                        {"\U0001F600", "\U0001F600"},
-                                        {"x\xED\xA0\x80y", "X\xED\xA0\x80Y"},
-                                        {"привет", "ПРИВЕТ"},
-                                        {"éàüø", "ÉÀÜØ"}};
-    for (const auto& [name, lookedUp] : names) {
-        SCOPED_TRACE(name);
-        VelaVariant value;
-        value.setString(Wide(name));
-        EXPECT_EQ(m_config.addValue(eSettings, Wide(name), Wide(name), value), eOk);
-        EXPECT_EQ(getRaw(HKEY_CURRENT_USER, settings + "\\" + name, name), text(name));
-        VelaVariant read;
-        EXPECT_EQ(m_config.getValue(eSettings, Wide(std::string(lookedUp) + "/" + lookedUp), read), eOk);
-        EXPECT_EQ(utf8(read.getString()), name);
-        EXPECT_EQ(m_config.removeItem(eSettings, Wide(lookedUp)), eOk);
-        EXPECT_EQ(m_config.isItemExist(eSettings, Wide(name)), 0);
-    }
 }
 
 /// Whether a path is not too long.
@@ -265,6 +210,52 @@ TEST_F(Operations, TakeAnArgumentOf1023Characters)
             EXPECT_EQ(accepts(operation, m_config, eSettings, std::string(length, 'x')), named);
             EXPECT_EQ(accepts(operation, m_config, eSettings, std::string(length, '/')), cut);
         }
+    }
+}
+
+class Removal : public StoreTest
+{
+protected:
+    static void make(const std::string& path) { makeKey(HKEY_CURRENT_USER, settings + "\\" + path); }
+    static bool exists(const std::string& path)
+    {
+        return keyExists(HKEY_CURRENT_USER, settings + "\\" + path);
+    }
+    Error remove(Text item) { return m_config.removeItem(eSettings, item); }
+};
+
+TEST_F(Removal, OfAMissingItemAndOfTrees)
+{
+    std::string deep = "Tree";
+    for (int level = 0; level < 200; ++level) {
+        deep += "\\k";
+    }
+    for (const int version : {-1, 7, 8}) {
+        SCOPED_TRACE(version);
+        const Patch pretended = pretendVersion(version);
+        make(deep);
+        for (int index = 0; index < 1000; ++index) {
+            make("Tree\\Wide\\" + std::to_string(index));
+        }
+        make("Treetop");
+        EXPECT_EQ(remove(L"Tree"), eOk);
+        EXPECT_FALSE(exists("Tree"));
+        EXPECT_TRUE(exists("Treetop"));
+        EXPECT_EQ(remove(L"Tree"), version < 8 ? eOk : TarvoConfig::eRegistryError);
+        EXPECT_EQ(remove(L"Tree\\Item"), TarvoConfig::eNotFound);
+    }
+}
+
+TEST_F(Removal, KeyByKeyReaches519Characters)
+{
+    const Patch version = pretendVersion(7);
+    const std::string longest = "T\\" + std::string(250, 'x') + "\\" + std::string(250, 'y') + "\\";
+    for (const std::size_t length : {519u, 520u}) {
+        make("T\\first");
+        make(longest + std::string(length - longest.size(), 'z'));
+        EXPECT_EQ(remove(L"T"), length == 519 ? eOk : TarvoConfig::eRegistryError);
+        EXPECT_FALSE(exists("T\\first")); // what was removed stays removed
+        EXPECT_EQ(exists(longest), length == 520);
     }
 }
 

@@ -1,19 +1,11 @@
 // What the tests of the configuration store share.
 #pragma once
 
-#include "support/config.h"
-#include "support/registry.h"
-#include "support/seam.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 #include <cstring>
-#include <sstream>
 
 namespace testing_support {
-
-using Error = TarvoConfig::Error;
-using Text = const wchar_t*;
 
 inline constexpr Error eOk = TarvoConfig::eOk;
 inline constexpr TarvoConfig::Path eSettings = TarvoConfig::eSettings;
