@@ -46,6 +46,8 @@ check_hardening() {
     diff "$2" <(for file in RkOsBase RkUInfo; do
         "$objdump" -p "$1/bin/$file.dll" | sed -n "s/.*DLL Name: /$file.dll /p" | LC_ALL=C sort
     done) || fail "The libraries import from others than before."
+    "$objdump" -p "$1/bin/RkUInfo.dll" | grep DisableThreadLibraryCalls >/dev/null ||
+        fail "RkUInfo.dll: is called for every thread"
 }
 
 check_reproducible() {

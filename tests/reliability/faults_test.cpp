@@ -138,19 +138,12 @@ void breakAll()
                                                                 "no memory");
 }
 
-/// What a run starts from: a configuration and a tree.
-enum Start
-{
-    eUnstartedInTree,
-    eUnstartedInNothing,
-    eInTree,
-    eInNothing,
-};
-
+/// Starts with a started configuration or not, in a tree or in nothing.
 struct Scenario
 {
     std::string name;
-    Start start;
+    bool started;
+    bool inTree;
     std::vector<std::string> allowed; ///< outcomes, beside that without a fault
     std::function<std::string()> run;
 };
@@ -192,12 +185,12 @@ std::vector<Scenario> startUps()
                                               code(TarvoConfig::eInvalidInput), "ended"};
     const auto provision = [] { return code(CreateConfigReg()); };
     return {
-        {"start-up by arguments", eUnstartedInTree, allowed, start(L"Acme", L"Widget", L"en-US")},
-        {"start-up from the registry", eUnstartedInTree, allowed, start(L"Acme", nullptr, nullptr)},
-        {"start-up from the INI file", eUnstartedInNothing, allowed, start(nullptr, nullptr, nullptr)},
-        {"start-up with a question", eUnstartedInNothing, allowed, start(L"Norvik", L"TARVO", L"ja-JP")},
-        {"provisioning", eInNothing, {code(TarvoConfig::eRegistryError)}, provision},
-        {"provisioning again", eInTree, {code(TarvoConfig::eRegistryError)}, provision},
+        {"start-up by arguments", false, true, allowed, start(L"Acme", L"Widget", L"en-US")},
+        {"start-up from the registry", false, true, allowed, start(L"Acme", nullptr, nullptr)},
+        {"start-up from the INI file", false, false, allowed, start(nullptr, nullptr, nullptr)},
+        {"start-up with a question", false, false, allowed, start(L"Norvik", L"TARVO", L"ja-JP")},
+        {"provisioning", true, false, {code(TarvoConfig::eRegistryError)}, provision},
+        {"provisioning again", true, true, {code(TarvoConfig::eRegistryError)}, provision},
     };
 }
 
@@ -237,7 +230,7 @@ std::vector<Scenario> storeOperations()
         for (const char* each = codes[index]; *each != 0; ++each) {
             allowed.push_back(*each + std::string(" 5/14 0 0 0 'kept' -"));
         }
-        all.push_back({operation.name + ' ' + utf8(path), eInTree, allowed, run});
+        all.push_back({operation.name + ' ' + utf8(path), true, true, allowed, run});
     };
     for (std::size_t index = 0; index < std::size(operations); ++index) {
         for (const wchar_t* const path : {L"Inner/n", L"Inner", L"New/n"}) {
@@ -265,66 +258,61 @@ std::vector<Scenario> storeOperations()
         value.setInt(2);
         check(it.setValue(value), "0456");
     };
-    all.push_back({"walk of items", eInTree, {}, [=] { return walk<TarvoConfig::ItemIterator>(walkItems); }});
     all.push_back(
-        {"walk of values", eInTree, {}, [=] { return walk<TarvoConfig::ValueIterator>(walkValues); }});
+        {"walk of items", true, true, {}, [=] { return walk<TarvoConfig::ItemIterator>(walkItems); }});
+    all.push_back(
+        {"walk of values", true, true, {}, [=] { return walk<TarvoConfig::ValueIterator>(walkValues); }});
     return all;
 }
 
 std::vector<Scenario> locations(const std::string& executable)
 {
     std::vector<Scenario> all;
-    const auto add = [&](const char* name, std::function<std::string()> run,
-                         std::vector<std::string> also = {}) {
+    const auto add = [&](std::function<std::string()> run, std::vector<std::string> also = {}) {
         also.emplace_back(); // none
-        all.push_back({name, eInTree, std::move(also), std::move(run)});
+        all.push_back({"location " + std::to_string(all.size()), true, true, also, std::move(run)});
     };
-    const auto addSized = [&](const char* name, auto function, std::vector<std::string> also = {}) {
+    const auto addSized = [&](auto function, const std::vector<std::string>& also = {}) {
         const auto run = [function] {
             wchar_t buffer[1024] = {};
             const auto length = static_cast<std::size_t>(function(buffer));
             EXPECT_TRUE(length == 0 || length == Wide(utf8(buffer)).length());
             return length == 0 ? "" : utf8(buffer);
         };
-        add(name, run, std::move(also));
+        add(run, also);
     };
-    addSized("GetVelaProgramPath", GetVelaProgramPath); // first: later ones find it filled
-    addSized("GetVelaProgramName", GetVelaProgramName);
+    addSized(GetVelaProgramPath); // first: later ones find it filled
+    addSized(GetVelaProgramName);
     for (const auto function :
          {GetUserApplicationDataPath, GetUserApplicationDataSupportPath, GetUserApplicationDataPlottersPath,
           GetUserApplicationDataCrashReportPath, GetUserApplicationDataPrintstylePath,
           GetUserLocalApplicationDataTemplatePath}) { // and by them every level in between
-        addSized("a user's folder", function);
+        addSized(function);
     }
     const std::string standard = profilesKey + "\\Default"; // stored where none can be read
-    addSized("GetVelaRegistryCurrentProfileRootKey", GetVelaRegistryCurrentProfileRootKey, {standard});
-    addSized("GetVelaRegistryCurrentProfileConfigRootKey", GetVelaRegistryCurrentProfileConfigRootKey,
-             {standard + "\\Config"});
-    addSized("GetCustomResFileName", GetCustomResFileName);
-    addSized("GetVelaUIStyleConfigFilePath", GetVelaUIStyleConfigFilePath,
-             {"C:\\Folder\\Acme\\Widget\\2018\\en-US\\Support\\Style.tus"});
-    addSized("GetVelaUserDataCacheLanPath", GetVelaUserDataCacheLanPath);
-    addSized("GetCurrentProfileName", [](wchar_t* buffer) {
+    addSized(GetVelaRegistryCurrentProfileRootKey, {standard});
+    addSized(GetVelaRegistryCurrentProfileConfigRootKey, {standard + "\\Config"});
+    addSized(GetCustomResFileName);
+    addSized(GetVelaUIStyleConfigFilePath, {"C:\\Folder\\Acme\\Widget\\2018\\en-US\\Support\\Style.tus"});
+    addSized(GetVelaUserDataCacheLanPath);
+    addSized([](wchar_t* buffer) {
         unsigned long size = 1024;
         return GetCurrentProfileName(buffer, size);
     });
-    addSized("GetResourceDllPath", [](wchar_t* buffer) { return GetResourceDllPath(buffer, 1024); },
+    addSized([](wchar_t* buffer) { return GetResourceDllPath(buffer, 1024); },
              {executable + "\\en-US"}); // from an executable without a folder
-    addSized("GetHelpFilePath", [](wchar_t* buffer) { return GetHelpFilePath(buffer, 1024); });
+    addSized([](wchar_t* buffer) { return GetHelpFilePath(buffer, 1024); });
     const auto loaded = [](HMODULE module) {
         return module != nullptr && FreeLibrary(module) ? "loaded" : "";
     };
-    add("LoadResourceDll", [=] { return loaded(LoadResourceDll(L"RkUInfoRes.dll")); });
-    add("LoadResourceDllEx",
-        [=] { return loaded(LoadResourceDllEx(L"RkUInfoRes.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE)); });
-    for (const char* const name : {"local name from an unloaded library", "local name"}) {
-        add(name, [] { return utf8(GetCurrentLanguageLocalName()); });
-    }
-    add("helpFilePath", [] { return utf8(velaGetProduct()->helpFilePath()); }, {"RKHelp.exe"});
-    add("GetVelaArchitectrueCommandNamePrefix", [] { return utf8(GetVelaArchitectrueCommandNamePrefix()); });
-    add("GetVelaIniOEMMergeTitleValue", [] { return std::to_string(GetVelaIniOEMMergeTitleValue(-5)); },
-        {"-5"});
-    add("getIniValue", [] {
+    add([=] { return loaded(LoadResourceDll(L"RkUInfoRes.dll")); });
+    add([=] { return loaded(LoadResourceDllEx(L"RkUInfoRes.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE)); });
+    add([] { return utf8(GetCurrentLanguageLocalName()); }); // from a library that is not loaded, then is
+    add([] { return utf8(GetCurrentLanguageLocalName()); });
+    add([] { return utf8(velaGetProduct()->helpFilePath()); }, {"RKHelp.exe"});
+    add([] { return utf8(GetVelaArchitectrueCommandNamePrefix()); });
+    add([] { return std::to_string(GetVelaIniOEMMergeTitleValue(-5)); }, {"-5"});
+    add([] {
         VelaVariant value;
         GetVelaIniConfigValue(L"Product", L"ProductName", value, VelaVariant::eString);
         return utf8(value.getString());
@@ -374,22 +362,21 @@ protected:
         m_started = *velaConfig();
     }
 
-    void prepare(Start start)
+    void prepare(const Scenario& scenario)
     {
-        *velaConfig() = start == eInTree || start == eInNothing ? m_started : m_unstarted;
-        const bool isEmpty = start == eInNothing || start == eUnstartedInNothing;
-        if (start == m_start && m_now != m_tree && !isEmpty) { // what differs is little
+        *velaConfig() = scenario.started ? m_started : m_unstarted;
+        if (scenario.inTree && m_inTree && m_now != m_before) { // what differs is little
             removeKey(HKEY_CURRENT_USER, settingsKey + "\\New");
             makeTree();
             m_now = userTree();
         }
-        if (start != m_start || m_now != m_tree) {
+        if (scenario.inTree != m_inTree || m_now != m_before) {
             removeKey(HKEY_CURRENT_USER, company);
-            if (!isEmpty) {
+            if (scenario.inTree) {
                 makeTree();
             }
-            m_tree = userTree();
-            m_start = start;
+            m_before = userTree();
+            m_inTree = scenario.inTree;
         }
     }
 
@@ -406,34 +393,30 @@ protected:
         std::vector<Run> runs;
         for (fault = {1}; runs.empty() || fault.hit != nullptr;) {
             fault.callsMade = fault.call; // past it
-            prepare(scenario.start);
+            prepare(scenario);
             fault.callsMade = 0;
             fault.hit = nullptr;
             const std::string outcome = outcomeOf(scenario);
-            const Function* const hit = fault.hit;
+            const Function hit = fault.hit != nullptr ? *fault.hit : Function{"no fault", {0}, {}};
             m_now = userTree();
-            EXPECT_EQ(m_keys.stillOpen(), 0) << scenario.name << ", call " << fault.call;
-            EXPECT_EQ(m_searches, 0) << scenario.name << ", call " << fault.call;
-            if (hit == nullptr) {
-                runs.push_back({"no fault", outcome, m_now, {}});
-                break;
-            }
-            runs.push_back({hit->name + (' ' + std::to_string(hit->errors[fault.error])) + " in call " +
+            runs.push_back({hit.name + (' ' + std::to_string(hit.errors[fault.error])) + " in call " +
                                 std::to_string(fault.call),
-                            outcome, m_now, hit->thrown});
-            if (++fault.error == hit->errors.size()) {
+                            outcome, m_now, hit.thrown});
+            EXPECT_EQ(m_keys.stillOpen(), 0) << scenario.name << ", " << runs.back().fault;
+            EXPECT_EQ(m_searches, 0) << scenario.name << ", " << runs.back().fault;
+            if (++fault.error == hit.errors.size()) {
                 fault.error = 0;
                 ++fault.call;
             }
         }
-        EXPECT_NE(runs.back().outcome, "") << scenario.name;
-        std::set<std::string> whole = lines(m_tree + runs.back().tree);
+        const std::string right = runs.back().outcome;
+        EXPECT_NE(right, "") << scenario.name;
+        std::set<std::string> whole = lines(m_before + runs.back().tree);
         whole.merge(lines("=" + testing::PrintToString(text("Default")))); // a profile that cannot be read
         for (const Run& run : runs) {
             SCOPED_TRACE(scenario.name + ", " + run.fault);
             const auto& allowed = scenario.allowed;
-            EXPECT_TRUE(run.outcome == runs.back().outcome ||
-                        (run.thrown == run.outcome && !run.thrown.empty()) ||
+            EXPECT_TRUE(run.outcome == right || (run.thrown == run.outcome && !run.thrown.empty()) ||
                         std::find(allowed.begin(), allowed.end(), run.outcome) != allowed.end())
                 << run.outcome;
             for (const std::string& line : lines(run.tree)) {
@@ -449,9 +432,9 @@ protected:
     KeyCounter m_keys;
     const TarvoConfig m_unstarted{*velaConfig()};
     TarvoConfig m_started{m_unstarted};
-    std::string m_now;                   // the tree after the last run
-    std::string m_tree;                  // and before each
-    Start m_start = eUnstartedInNothing; // of m_tree
+    bool m_inTree = false;
+    std::string m_before; // the tree before each run
+    std::string m_now;    // and after the last
 };
 
 TEST_F(Faults, LeaveEverythingWhole)
@@ -485,12 +468,10 @@ TEST_F(Faults, LeaveEverythingWhole)
             injected += inject(scenario);
         }
     }
-    std::cout << injected << " faults injected:";
+    std::cout << injected << " faults injected\n";
     for (const Function& function : functions) {
-        std::cout << ' ' << function.name << ' ' << function.injected;
         EXPECT_GT(function.injected, 0) << function.name << " was never called";
     }
-    std::cout << '\n';
     patches.clear();
 }
 

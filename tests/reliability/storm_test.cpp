@@ -413,6 +413,7 @@ TEST(Storm, ADamagedFileIsRefusedAndLeftAlone)
         {"cut to a half", whole.substr(0, 250000)},
         {"no head", std::string(2 * page, 0) + whole.substr(2 * page)},
         {"another start", "text" + std::string(2 * page - 4, ' ') + whole.substr(2 * page)},
+        {"a text", "This is no store.\n"},
         {"zeros", std::string(whole.size(), 0)},
     };
     for (const auto& [name, bytes] : damages) {
