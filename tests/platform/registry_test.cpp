@@ -90,7 +90,7 @@ TEST_F(RegistryTest, RefusesMissingArgumentsAndRoom)
     EXPECT_EQ(RegSetValueExW(m_key, L"v", 0, REG_SZ, nullptr, 4), noAccess);
     EXPECT_EQ(RegSetValueExW(m_key, L"v", 0, REG_SZ, nullptr, 0), ERROR_SUCCESS);
     EXPECT_EQ(RegQueryValueExW(m_key, L"v", nullptr, nullptr, data, nullptr), ERROR_INVALID_PARAMETER);
-    EXPECT_EQ(set(m_key, L"v", REG_SZ, std::string("a\0", 2)), ERROR_SUCCESS);
+    EXPECT_EQ(set(m_key, L"v", REG_BINARY, "ab"), ERROR_SUCCESS);
     EXPECT_EQ(RegQueryValueExW(m_key, L"v", nullptr, nullptr, data, &size), ERROR_MORE_DATA);
     EXPECT_EQ(size, 2U);
     EXPECT_EQ(enumerate(true, m_key, 0, nullptr, &length), ERROR_INVALID_PARAMETER);
