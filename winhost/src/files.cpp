@@ -129,10 +129,10 @@ HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* found)
     if (!folder) {
         return noMatch(ERROR_PATH_NOT_FOUND);
     }
-    if (!std::filesystem::is_directory(*folder)) {
+    const std::string first = firstMatch(*folder, name);
+    if ((first.empty() || first == ".") && !std::filesystem::is_directory(*folder)) {
         return noMatch(ERROR_INVALID_NAME);
     }
-    const std::string first = firstMatch(*folder, name);
     if (first.empty()) {
         return noMatch(ERROR_FILE_NOT_FOUND);
     }

@@ -251,8 +251,11 @@ std::shared_ptr<const std::string> resourceFile(HMODULE module)
 
 std::string executableFile()
 {
-    std::error_code failure;
-    return std::filesystem::read_symlink("/proc/self/exe", failure).native();
+    static const auto* const file = [] {
+        std::error_code failure;
+        return new std::string(std::filesystem::read_symlink("/proc/self/exe", failure).native());
+    }();
+    return *file;
 }
 
 } // namespace winhost

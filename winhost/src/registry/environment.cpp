@@ -41,7 +41,7 @@ using OwnedTransaction = std::unique_ptr<MDB_txn, AbortTransaction>;
 struct Store
 {
     MDB_env* env = nullptr;
-    Transaction databases; // without a transaction
+    MDB_dbi database = 0;
 };
 
 std::atomic<const Store*> openedStore = nullptr;
@@ -66,6 +66,9 @@ bool storeFolder(char (&folder)[PATH_MAX])
 /// Makes the folder and those above it, as far as they are missing.
 int makeFolders(char* folder)
 {
+    if (mkdir(folder, folderMode) == 0 || errno == EEXIST) {
+        return 0;
+    }
     for (char* at = folder + 1;; ++at) {
         const char end = *at;
         if (end != '/' && end != 0) {
@@ -94,7 +97,6 @@ int openFile(const char* folder, unsigned flags, Environment& env)
     env.reset(created);
     mdb_env_set_mapsize(created, mapSize);
     mdb_env_set_maxreaders(created, maxReaders);
-    mdb_env_set_maxdbs(created, 3);
     return mdb_env_open(created, folder, MDB_NOTLS | MDB_NOMETASYNC | flags, fileMode);
 }
 
@@ -165,53 +167,32 @@ bool growAhead(MDB_env* env)
                            static_cast<off_t>(used + 2 * pagesAhead * pageSize - present)) != ENOSPC;
 }
 
-int openDatabases(Transaction& in, unsigned flags)
+/// Opens the database, which stays open with the transaction's commit, and fills an empty one; one that has
+/// something else in it is not ours.
+LSTATUS openDatabase(MDB_env* env, unsigned flags, MDB_dbi& database)
 {
-    const struct
-    {
-        const char* name;
-        MDB_dbi& handle;
-    } databases[] = {{"nodes", in.nodes}, {"links", in.links}, {"values", in.values}};
-    for (const auto& database : databases) {
-        if (const int failed = mdb_dbi_open(in.txn, database.name, flags, &database.handle)) {
-            return failed;
-        }
-    }
-    return 0;
-}
-
-/// Fills a file that is empty; one with anything else in it is not ours.
-LSTATUS fillStore(MDB_env* env, Transaction& in)
-{
-    growAhead(env);
-    MDB_dbi main = 0;
-    MDB_stat content{};
-    int failed = mdb_dbi_open(in.txn, nullptr, 0, &main);
-    if (failed == 0) {
-        failed = mdb_stat(in.txn, main, &content);
-    }
-    const bool isNew = content.ms_entries == 0;
-    if (failed == 0) {
-        failed = openDatabases(in, isNew ? MDB_CREATE : 0);
-    }
-    if (failed != 0) {
-        return statusOf(failed == MDB_NOTFOUND ? MDB_INVALID : failed);
-    }
-    return isNew ? createRoots(in) : ERROR_SUCCESS;
-}
-
-/// Opens the databases, which stay open with the transaction's commit.
-LSTATUS openDatabases(MDB_env* env, unsigned flags, Transaction& databases)
-{
-    if (const int failed = mdb_txn_begin(env, nullptr, flags, &databases.txn)) {
+    Transaction in;
+    if (const int failed = mdb_txn_begin(env, nullptr, flags, &in.txn)) {
         return statusOf(failed);
     }
-    OwnedTransaction owned(databases.txn);
-    LSTATUS status = flags == MDB_RDONLY ? statusOf(openDatabases(databases, 0)) : fillStore(env, databases);
-    if (status == ERROR_SUCCESS) {
-        status = checkHeader(databases);
+    OwnedTransaction owned(in.txn);
+    MDB_stat content{};
+    int failed = mdb_dbi_open(in.txn, nullptr, 0, &in.database);
+    if (failed == 0) {
+        failed = mdb_stat(in.txn, in.database, &content);
     }
-    databases.txn = nullptr;
+    LSTATUS status = statusOf(failed);
+    if (status == ERROR_SUCCESS && content.ms_entries == 0) {
+        if (flags == MDB_RDONLY) {
+            return ERROR_FILE_NOT_FOUND;
+        }
+        growAhead(env);
+        status = createRoots(in);
+    }
+    if (status == ERROR_SUCCESS) {
+        status = checkHeader(in);
+    }
+    database = in.database;
     return status != ERROR_SUCCESS ? status : statusOf(mdb_txn_commit(owned.release()));
 }
 
@@ -243,9 +224,9 @@ LSTATUS openStore(const Store*& store)
         return statusOf(failed);
     }
     mdb_reader_check(env.get(), nullptr);
-    LSTATUS status = openDatabases(env.get(), MDB_RDONLY, opening.databases);
+    LSTATUS status = openDatabase(env.get(), MDB_RDONLY, opening.database);
     if (status == ERROR_FILE_NOT_FOUND) {
-        status = openDatabases(env.get(), 0, opening.databases);
+        status = openDatabase(env.get(), 0, opening.database);
     }
     if (status != ERROR_SUCCESS) {
         return status;
@@ -331,8 +312,7 @@ ReadTransaction::ReadTransaction()
     if (m_status == ERROR_SUCCESS) {
         OwnedTransaction& reader = threadReader();
         m_status = statusOf(beginRead(store->env, reader));
-        m_transaction = store->databases;
-        m_transaction.txn = m_status == ERROR_SUCCESS ? reader.get() : nullptr;
+        m_transaction = {m_status == ERROR_SUCCESS ? reader.get() : nullptr, store->database};
     }
 }
 
@@ -348,7 +328,7 @@ WriteTransaction::WriteTransaction()
     const Store* store = nullptr;
     m_status = openStore(store);
     if (m_status == ERROR_SUCCESS) {
-        m_transaction = store->databases;
+        m_transaction.database = store->database;
         m_status = statusOf(mdb_txn_begin(store->env, nullptr, 0, &m_transaction.txn));
     }
     if (m_transaction.txn != nullptr) {

@@ -15,9 +15,7 @@ LSTATUS statusOf(int code);
 struct Transaction
 {
     MDB_txn* txn = nullptr;
-    MDB_dbi nodes = 0;
-    MDB_dbi links = 0;
-    MDB_dbi values = 0;
+    MDB_dbi database = 0;
 };
 
 /// A view of one moment, in the thread's own reader, which is kept and renewed. One at a time in a thread.

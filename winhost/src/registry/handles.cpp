@@ -44,7 +44,7 @@ public:
     Slot* slot(std::uint32_t index) const
     {
         Block* const block = index / blockSize < blockCount
-                                 ? m_blocks[index / blockSize].load(std::memory_order_acquire)
+                                 ? s_blocks[index / blockSize].load(std::memory_order_acquire)
                                  : nullptr;
         return block != nullptr ? &block->slots[index % blockSize] : nullptr;
     }
@@ -90,12 +90,12 @@ private:
             block->slots[i].nextFree = m_firstFree;
             m_firstFree = m_used * blockSize + i;
         }
-        m_blocks[m_used++].store(block, std::memory_order_release);
+        s_blocks[m_used++].store(block, std::memory_order_release);
         return true;
     }
 
     std::mutex m_mutex;
-    std::atomic<Block*> m_blocks[blockCount] = {};
+    static inline std::atomic<Block*> s_blocks[blockCount]; // pages that are not used cost nothing
     std::uint32_t m_used = 0;
     std::uint32_t m_firstFree = none;
 };

@@ -1,6 +1,6 @@
 // The registry calls on keys.
+#include "registry/cache.h"
 #include "registry/calls.h"
-#include "registry/path_cache.h"
 
 #include <mutex>
 

@@ -22,11 +22,18 @@ void storeBigEndian(unsigned char* out, std::uint64_t number)
     std::memcpy(out, &number, sizeof number);
 }
 
+void storeId(unsigned char* out, List list, NodeId id)
+{
+    constexpr unsigned listShift = 56;
+    storeBigEndian(out, static_cast<std::uint64_t>(list) << listShift | id);
+}
+
 } // namespace
 
-EntryKey::EntryKey(NodeId owner, TextView name) : m_isCut(name.size() > longestWholeName)
+EntryKey::EntryKey(List list, NodeId owner, TextView name)
+    : m_size(idSize), m_isCut(name.size() > longestWholeName)
 {
-    appendId(owner);
+    storeId(m_bytes, list, owner);
     for (const wchar_t each : name.substr(0, longestWholeName)) {
         const unsigned unit = fold(each);
         m_bytes[m_size++] = static_cast<unsigned char>(unit >> 8);
@@ -34,9 +41,9 @@ EntryKey::EntryKey(NodeId owner, TextView name) : m_isCut(name.size() > longestW
     }
 }
 
-EntryKey::EntryKey(NodeId owner, const void* suffix, std::size_t size)
+EntryKey::EntryKey(List list, NodeId owner, const void* suffix, std::size_t size) : m_size(idSize)
 {
-    appendId(owner);
+    storeId(m_bytes, list, owner);
     size = std::min(size, capacity - m_size);
     std::memcpy(m_bytes + m_size, suffix, size);
     m_size += size;
@@ -44,7 +51,8 @@ EntryKey::EntryKey(NodeId owner, const void* suffix, std::size_t size)
 
 void EntryKey::appendNumber(std::uint64_t number)
 {
-    appendId(number);
+    storeBigEndian(m_bytes + m_size, number);
+    m_size += sizeof number;
     m_isCut = false;
 }
 
@@ -55,15 +63,9 @@ void EntryKey::complete(const MDB_val& stored)
     m_isCut = false;
 }
 
-void EntryKey::appendId(std::uint64_t id)
+IdKey::IdKey(List list, NodeId id)
 {
-    storeBigEndian(m_bytes + m_size, id);
-    m_size += idSize;
-}
-
-NodeKey::NodeKey(NodeId id)
-{
-    storeBigEndian(m_bytes, id);
+    storeId(m_bytes, list, id);
 }
 
 bool startsWith(const MDB_val& key, const MDB_val& prefix)

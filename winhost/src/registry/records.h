@@ -1,13 +1,14 @@
-// What the registry's databases hold: the keys that order names, and the records behind them.
+// What the registry's database holds: the keys that order names, and the records behind them.
 //
-//   nodes    node id                    -> Node, then the part of its link's key that follows the parent's id
-//   links    parent id, folded name     -> Entry: the name as created, the child's id, its class
-//   values   node id, folded name       -> Entry: the name as created, the type, the bytes
+//   nodes     node id                  -> Node, then the part of its link's key that follows the parent's id
+//   sub-keys  parent id, folded name   -> Entry: the name as created, the child's id, its class (a link)
+//   values    node id, folded name     -> Entry: the name as created, the type, the bytes
 //
-// An id is 64-bit and big-endian, a folded name UTF-16 and big-endian, so that byte order is name order. Ids
-// are never used twice. Id 0 in nodes holds the StoreHeader. A database key ends at 511 bytes: a name that is
-// too long for it is there with its first 247 units and a unique number, and is compared in full from its
-// record. Such names enumerate in order of creation among those that share the 247 units.
+// The three share one database: a transaction that comes to a second one first has to look it up. An id is
+// 64-bit and big-endian, with the list in its highest byte, a folded name UTF-16 and big-endian, so that byte
+// order is name order. Ids are never used twice. Node 0 is the StoreHeader. A database key ends at 511 bytes:
+// a name that is too long for it is there with its first 247 units and a unique number, and is compared in
+// full from its record. Such names enumerate in order of creation among those that share the 247 units.
 #pragma once
 
 #include "text.h"
@@ -22,6 +23,13 @@
 namespace winhost::registry {
 
 using NodeId = std::uint64_t;
+
+enum class List : std::uint64_t
+{
+    eNodes,
+    eSubKeys,
+    eValues,
+};
 
 constexpr NodeId headerId = 0;
 constexpr NodeId currentUserId = 1;
@@ -44,7 +52,7 @@ struct StoreHeader
     NodeId nextId;
 };
 
-constexpr std::uint64_t storeFormat = 1;
+constexpr std::uint64_t storeFormat = 2;
 
 struct Node
 {
@@ -56,15 +64,15 @@ struct Node
     std::uint32_t values = 0;
 };
 
-/// The key of a link or a value in its database.
+/// The key of a link or a value.
 class EntryKey
 {
 public:
     static constexpr std::size_t capacity = 510;
 
-    EntryKey(NodeId owner, TextView name);
+    EntryKey(List list, NodeId owner, TextView name);
     /// From the stored part behind the owner's id.
-    EntryKey(NodeId owner, const void* suffix, std::size_t size);
+    EntryKey(List list, NodeId owner, const void* suffix, std::size_t size);
 
     /// Whether the name is longer than the key can hold, and the key therefore needs a number.
     bool isCut() const { return m_isCut; }
@@ -78,18 +86,16 @@ public:
     static constexpr std::size_t idSize = sizeof(NodeId);
 
 private:
-    void appendId(std::uint64_t id);
-
     unsigned char m_bytes[capacity];
     std::size_t m_size = 0;
     bool m_isCut = false;
 };
 
-/// The key of a node, and what all keys of its links and values begin with.
-class NodeKey
+/// The key of a node, and what all keys of its links or values begin with.
+class IdKey
 {
 public:
-    explicit NodeKey(NodeId id);
+    IdKey(List list, NodeId id);
     MDB_val value() const { return {sizeof m_bytes, const_cast<unsigned char*>(m_bytes)}; }
 
 private:

@@ -8,16 +8,11 @@ namespace winhost::registry {
 
 namespace {
 
-MDB_dbi databaseOf(const Transaction& in, List list)
-{
-    return list == List::eSubKeys ? in.links : in.values;
-}
-
 LSTATUS readRecord(const Transaction& in, NodeId id, MDB_val& record)
 {
-    const NodeKey key(id);
+    const IdKey key(List::eNodes, id);
     MDB_val at = key.value();
-    const int failed = mdb_get(in.txn, in.nodes, &at, &record);
+    const int failed = mdb_get(in.txn, in.database, &at, &record);
     return failed == MDB_NOTFOUND ? ERROR_KEY_DELETED : statusOf(failed);
 }
 
@@ -26,10 +21,10 @@ template <typename Use>
 LSTATUS forEach(const Transaction& in, List list, NodeId id, Use use)
 {
     Cursor cursor;
-    if (const LSTATUS status = openCursor(in, databaseOf(in, list), cursor)) {
+    if (const LSTATUS status = openCursor(in, cursor)) {
         return status;
     }
-    const NodeKey prefix(id);
+    const IdKey prefix(list, id);
     MDB_val at = prefix.value();
     MDB_val record;
     int failed = mdb_cursor_get(cursor.get(), &at, &record, MDB_SET_RANGE);
@@ -46,10 +41,10 @@ LSTATUS forEach(const Transaction& in, List list, NodeId id, Use use)
 
 } // namespace
 
-LSTATUS openCursor(const Transaction& in, MDB_dbi database, Cursor& cursor)
+LSTATUS openCursor(const Transaction& in, Cursor& cursor)
 {
     MDB_cursor* opened = nullptr;
-    const LSTATUS status = statusOf(mdb_cursor_open(in.txn, database, &opened));
+    const LSTATUS status = statusOf(mdb_cursor_open(in.txn, in.database, &opened));
     cursor.reset(opened);
     return status;
 }
@@ -67,19 +62,19 @@ bool isRefused(TextView path)
     return !path.empty() && path.front() == L'\\';
 }
 
-LSTATUS findEntry(const Transaction& in, MDB_dbi database, EntryKey& key, TextView name, Entry& entry)
+LSTATUS findEntry(const Transaction& in, EntryKey& key, TextView name, Entry& entry)
 {
     MDB_val at = key.value();
     MDB_val record;
     if (!key.isCut()) {
-        const int failed = mdb_get(in.txn, database, &at, &record);
+        const int failed = mdb_get(in.txn, in.database, &at, &record);
         return failed != 0                  ? statusOf(failed)
                : decodeEntry(record, entry) ? ERROR_SUCCESS
                                             : ERROR_REGISTRY_CORRUPT;
     }
     const MDB_val prefix = key.value();
     Cursor cursor;
-    if (const LSTATUS status = openCursor(in, database, cursor)) {
+    if (const LSTATUS status = openCursor(in, cursor)) {
         return status;
     }
     for (int failed = mdb_cursor_get(cursor.get(), &at, &record, MDB_SET_RANGE);;
@@ -104,7 +99,7 @@ LSTATUS readLink(const Transaction& in, const EntryKey& key, Entry& link)
 {
     MDB_val at = key.value();
     MDB_val record;
-    if (const int failed = mdb_get(in.txn, in.links, &at, &record)) {
+    if (const int failed = mdb_get(in.txn, in.database, &at, &record)) {
         return statusOf(failed);
     }
     return decodeEntry(record, link) ? ERROR_SUCCESS : ERROR_REGISTRY_CORRUPT;
@@ -115,9 +110,9 @@ LSTATUS findSubKey(const Transaction& in, NodeId parent, TextView name, NodeId& 
     if (name.size() > longestKeyName) {
         return ERROR_INVALID_PARAMETER;
     }
-    EntryKey key(parent, name);
+    EntryKey key(List::eSubKeys, parent, name);
     Entry link;
-    const LSTATUS status = findEntry(in, in.links, key, name, link);
+    const LSTATUS status = findEntry(in, key, name, link);
     if (status == ERROR_SUCCESS) {
         found = link.child();
     }
@@ -203,8 +198,8 @@ LSTATUS findValue(const Transaction& in, NodeId node, TextView name, Entry& valu
 {
     LSTATUS status = ERROR_FILE_NOT_FOUND;
     if (name.size() <= longestValueName) {
-        EntryKey key(node, name);
-        status = findEntry(in, in.values, key, name, value);
+        EntryKey key(List::eValues, node, name);
+        status = findEntry(in, key, name, value);
     }
     if (status == ERROR_FILE_NOT_FOUND) {
         Node owner;
@@ -224,11 +219,11 @@ LSTATUS entryAt(const Transaction& in, List list, NodeId id, DWORD index, Positi
         return ERROR_NO_MORE_ITEMS;
     }
     Cursor cursor;
-    if (const LSTATUS status = openCursor(in, databaseOf(in, list), cursor)) {
+    if (const LSTATUS status = openCursor(in, cursor)) {
         return status;
     }
     // From the start, or from the last position if it holds and is nearer.
-    const NodeKey prefix(id);
+    const IdKey prefix(list, id);
     MDB_val at = prefix.value();
     DWORD standing = 0;
     if (position.node == id && position.changes == node.changes && index >= position.index / 2) {

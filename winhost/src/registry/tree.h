@@ -6,13 +6,6 @@
 
 namespace winhost::registry {
 
-/// The two lists of a key: databases with entries of one form.
-enum class List
-{
-    eSubKeys,
-    eValues,
-};
-
 /// Where an enumeration stands, so that the next step need not count from the start.
 struct Position
 {

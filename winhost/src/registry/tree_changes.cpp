@@ -21,10 +21,10 @@ std::uint64_t now()
 
 LSTATUS writeNode(const Transaction& in, NodeId id, const StoredNode& stored)
 {
-    const NodeKey key(id);
+    const IdKey key(List::eNodes, id);
     MDB_val at = key.value();
     MDB_val record{sizeof(Node) + stored.suffixSize, nullptr};
-    if (const int failed = mdb_put(in.txn, in.nodes, &at, &record, MDB_RESERVE)) {
+    if (const int failed = mdb_put(in.txn, in.database, &at, &record, MDB_RESERVE)) {
         return statusOf(failed);
     }
     std::memcpy(record.mv_data, &stored.node, sizeof(Node));
@@ -47,10 +47,10 @@ LSTATUS updateNode(const Transaction& in, NodeId id, Change change)
 
 LSTATUS writeHeader(const Transaction& in, const StoreHeader& header)
 {
-    const NodeKey key(headerId);
+    const IdKey key(List::eNodes, headerId);
     MDB_val at = key.value();
     MDB_val record{sizeof header, const_cast<StoreHeader*>(&header)};
-    return statusOf(mdb_put(in.txn, in.nodes, &at, &record, 0));
+    return statusOf(mdb_put(in.txn, in.database, &at, &record, 0));
 }
 
 LSTATUS takeId(const Transaction& in, NodeId& id)
@@ -64,12 +64,12 @@ LSTATUS takeId(const Transaction& in, NodeId& id)
 }
 
 /// Stores an entry but for its data, for which it gives the place.
-LSTATUS putEntry(const Transaction& in, MDB_dbi database, const EntryKey& key, TextView name, DWORD type,
-                 std::size_t dataSize, BYTE*& data)
+LSTATUS putEntry(const Transaction& in, const EntryKey& key, TextView name, DWORD type, std::size_t dataSize,
+                 BYTE*& data)
 {
     MDB_val at = key.value();
     MDB_val record{recordSize(name, dataSize), nullptr};
-    if (const int failed = mdb_put(in.txn, database, &at, &record, MDB_RESERVE)) {
+    if (const int failed = mdb_put(in.txn, in.database, &at, &record, MDB_RESERVE)) {
         return statusOf(failed);
     }
     data = encodeEntry(record.mv_data, name, type);
@@ -79,7 +79,7 @@ LSTATUS putEntry(const Transaction& in, MDB_dbi database, const EntryKey& key, T
 LSTATUS putLink(const Transaction& in, const EntryKey& key, TextView name, NodeId child, TextView keyClass)
 {
     BYTE* data = nullptr;
-    const LSTATUS status = putEntry(in, in.links, key, name, 0, linkDataSize(keyClass), data);
+    const LSTATUS status = putEntry(in, key, name, 0, linkDataSize(keyClass), data);
     if (status == ERROR_SUCCESS) {
         encodeLinkData(data, child, keyClass);
     }
@@ -91,7 +91,7 @@ LSTATUS createSubKey(const Transaction& in, NodeId parent, TextView name, TextVi
     if (const LSTATUS status = takeId(in, id)) {
         return status;
     }
-    EntryKey key(parent, name);
+    EntryKey key(List::eSubKeys, parent, name);
     if (key.isCut()) {
         key.appendNumber(id);
     }
@@ -135,10 +135,10 @@ LSTATUS changeClass(const Transaction& in, NodeId id, TextView keyClass)
 LSTATUS deleteValues(const Transaction& in, NodeId id)
 {
     Cursor cursor;
-    if (const LSTATUS status = openCursor(in, in.values, cursor)) {
+    if (const LSTATUS status = openCursor(in, cursor)) {
         return status;
     }
-    const NodeKey prefix(id);
+    const IdKey prefix(List::eValues, id);
     for (;;) {
         MDB_val at = prefix.value();
         MDB_val record;
@@ -161,18 +161,18 @@ LSTATUS removeNode(const Transaction& in, NodeId id, const StoredNode& stored)
     if (const LSTATUS status = deleteValues(in, id)) {
         return status;
     }
-    const NodeKey key(id);
+    const IdKey key(List::eNodes, id);
     const EntryKey linkKey = stored.linkKey();
     MDB_val at = key.value();
     MDB_val link = linkKey.value();
-    const int failed = mdb_del(in.txn, in.nodes, &at, nullptr);
-    return statusOf(failed != 0 ? failed : mdb_del(in.txn, in.links, &link, nullptr));
+    const int failed = mdb_del(in.txn, in.database, &at, nullptr);
+    return statusOf(failed != 0 ? failed : mdb_del(in.txn, in.database, &link, nullptr));
 }
 
 /// The first sub-key; ERROR_NO_MORE_ITEMS when there is none.
 LSTATUS firstSubKey(MDB_cursor* links, NodeId parent, NodeId& child)
 {
-    const NodeKey prefix(parent);
+    const IdKey prefix(List::eSubKeys, parent);
     MDB_val at = prefix.value();
     MDB_val record;
     const int failed = mdb_cursor_get(links, &at, &record, MDB_SET_RANGE);
@@ -246,13 +246,17 @@ LSTATUS setValue(const Transaction& in, NodeId node, TextView name, DWORD type, 
     if (name.size() > longestValueName) {
         return ERROR_INVALID_PARAMETER;
     }
-    EntryKey key(node, name);
+    EntryKey key(List::eValues, node, name);
     Entry existing;
-    const LSTATUS found = findEntry(in, in.values, key, name, existing);
+    const LSTATUS found = findEntry(in, key, name, existing);
     if (found != ERROR_SUCCESS && found != ERROR_FILE_NOT_FOUND) {
         return found;
     }
     const bool isNew = found == ERROR_FILE_NOT_FOUND;
+    if (!isNew && existing.type == type &&
+        std::equal(data, data + size, existing.data, existing.data + existing.size)) {
+        return ERROR_SUCCESS; // nothing to write, nor to wait for the disk for
+    }
     wchar_t createdName[longestValueName]; // a write moves the record
     if (!isNew) {
         name = TextView(createdName, existing.name.copy(createdName, longestValueName));
@@ -271,7 +275,7 @@ LSTATUS setValue(const Transaction& in, NodeId node, TextView name, DWORD type, 
         key.appendNumber(number);
     }
     BYTE* place = nullptr;
-    const LSTATUS status = putEntry(in, in.values, key, name, type, size, place);
+    const LSTATUS status = putEntry(in, key, name, type, size, place);
     if (status == ERROR_SUCCESS) {
         std::copy_n(data, size, place);
     }
@@ -287,13 +291,13 @@ LSTATUS deleteValue(const Transaction& in, NodeId node, TextView name)
     if (name.size() > longestValueName) {
         return ERROR_FILE_NOT_FOUND;
     }
-    EntryKey key(node, name);
+    EntryKey key(List::eValues, node, name);
     Entry value;
-    if (const LSTATUS status = findEntry(in, in.values, key, name, value)) {
+    if (const LSTATUS status = findEntry(in, key, name, value)) {
         return status;
     }
     MDB_val at = key.value();
-    if (const int failed = mdb_del(in.txn, in.values, &at, nullptr)) {
+    if (const int failed = mdb_del(in.txn, in.database, &at, nullptr)) {
         return statusOf(failed);
     }
     return updateNode(in, node, [](Node& changed) {
@@ -325,7 +329,7 @@ LSTATUS deleteContent(const Transaction& in, NodeId id)
     // Depth first without recursion, since there is no limit to the depth: down to a key without sub-keys,
     // away with it, and on from its parent.
     Cursor links;
-    if (const LSTATUS status = openCursor(in, in.links, links)) {
+    if (const LSTATUS status = openCursor(in, links)) {
         return status;
     }
     for (NodeId current = id;;) {

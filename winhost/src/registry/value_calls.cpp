@@ -1,4 +1,5 @@
 // The registry calls on values.
+#include "registry/cache.h"
 #include "registry/calls.h"
 
 #include <cstring>
@@ -46,7 +47,7 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
     }
     return readKey(key, KEY_QUERY_VALUE, [&](const ReadTransaction& in, const OpenKey& opened) {
         Entry value;
-        if (const LSTATUS status = findValue(in.get(), opened.node, nameOf(valueName), value)) {
+        if (const LSTATUS status = findValueCached(in, opened.node, nameOf(valueName), value)) {
             return status;
         }
         give(type, value.type);
