@@ -7,6 +7,10 @@
 
 #include <cstdint>
 
+namespace uinfo {
+class RegistryLayout;
+}
+
 /// The one process-wide object that knows company, product, language and user profile, and through which
 /// clients read and change the per-user configuration tree under HKEY_CURRENT_USER.
 ///
@@ -169,6 +173,7 @@ protected:
 
 private:
     friend RKUINFO_API TarvoConfig* velaConfig();
+    friend class uinfo::RegistryLayout;
 
     wchar_t* m_productName; // this and the next two: array-allocated, null until known
     wchar_t* m_companyName;

@@ -1,4 +1,6 @@
 // The named subtrees of the registry tree, and the current profile.
+#include "config/registry_layout.h"
+
 #include "config/names.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
@@ -24,52 +26,49 @@ bool appendLanguageRoot(BoundedText& key, const wchar_t* versionRoot, const Tarv
 
 } // namespace
 
+bool uinfo::RegistryLayout::appendRoot(const TarvoConfig& config, TarvoConfig::Path path, BoundedText& key)
+{
+    if (config.m_initialized == 0) {
+        return false;
+    }
+    const auto below = [&]<std::size_t Size>(const wchar_t(&component)[Size]) {
+        return appendLanguageRoot(key, config.m_versionRootPath, config.m_language) &&
+               key.appendComponent(component, Size - 1);
+    };
+    switch (path) {
+    case TarvoConfig::eProductRoot:
+        return key.append(config.m_rootPath);
+    case TarvoConfig::eVersionRoot:
+        return key.append(config.m_versionRootPath);
+    case TarvoConfig::eLanguageRoot:
+        return appendLanguageRoot(key, config.m_versionRootPath, config.m_language);
+    case TarvoConfig::eProfilesRoot:
+        return below(profilesKey);
+    case TarvoConfig::eCurrentProfile: {
+        wchar_t name[profileCapacity];
+        return below(profilesKey) &&
+               config.getCurrentProfileNameFromReg(name, key.text()) == TarvoConfig::eOk &&
+               key.appendComponent(name);
+    }
+    case TarvoConfig::eApplications:
+        return below(L"Applications");
+    case TarvoConfig::eRecentFileList:
+        return below(L"Recent File List");
+    case TarvoConfig::eSettings:
+        return below(L"Settings");
+    case TarvoConfig::eUserConfig:
+        return below(L"Settings") && key.appendComponent(L"UserConfig");
+    }
+    return false;
+}
+
 void TarvoConfig::getRegRootPath(Path path, wchar_t* const out) const
 {
     if (out == nullptr) {
         return;
     }
     BoundedText key(out, pathCapacity);
-    if (m_initialized == 0) {
-        return;
-    }
-    const auto below = [&](const wchar_t* component) {
-        return appendLanguageRoot(key, m_versionRootPath, m_language) && key.appendComponent(component);
-    };
-    bool fits = false;
-    switch (path) {
-    case eProductRoot:
-        fits = key.append(m_rootPath);
-        break;
-    case eVersionRoot:
-        fits = key.append(m_versionRootPath);
-        break;
-    case eLanguageRoot:
-        fits = appendLanguageRoot(key, m_versionRootPath, m_language);
-        break;
-    case eProfilesRoot:
-        fits = below(uinfo::profilesKey);
-        break;
-    case eCurrentProfile: {
-        wchar_t name[profileCapacity];
-        fits = below(uinfo::profilesKey) && getCurrentProfileNameFromReg(name, out) == eOk &&
-               key.appendComponent(name);
-        break;
-    }
-    case eApplications:
-        fits = below(L"Applications");
-        break;
-    case eRecentFileList:
-        fits = below(L"Recent File List");
-        break;
-    case eSettings:
-        fits = below(L"Settings");
-        break;
-    case eUserConfig:
-        fits = below(L"Settings") && key.appendComponent(L"UserConfig");
-        break;
-    }
-    if (!fits) {
+    if (!uinfo::RegistryLayout::appendRoot(*this, path, key)) {
         key.cut(0);
     }
 }

@@ -59,26 +59,6 @@ BoundedText BoundedText::behind(wchar_t* storage, std::size_t capacity)
     return text;
 }
 
-bool BoundedText::append(const wchar_t* text, std::size_t count)
-{
-    if (count >= m_capacity - m_length) {
-        return false;
-    }
-    std::copy_n(text, count, m_storage + m_length);
-    cut(m_length + count);
-    return true;
-}
-
-bool BoundedText::appendComponent(const wchar_t* text)
-{
-    const std::size_t before = m_length;
-    if (append(L"\\", 1) && append(text)) {
-        return true;
-    }
-    cut(before);
-    return false;
-}
-
 bool BoundedText::appendNumber(std::int32_t number)
 {
     char digits[16];

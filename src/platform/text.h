@@ -2,6 +2,7 @@
 // wchar_t.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -38,10 +39,19 @@ public:
     /// Goes on behind the text that the storage holds.
     static BoundedText behind(wchar_t* storage, std::size_t capacity);
 
-    bool append(const wchar_t* text, std::size_t count);
-    bool append(const wchar_t* text) { return append(text, uinfo::length(text)); }
+    bool append(const wchar_t* text, std::size_t count) { return appendAt(m_length, text, count); }
+    bool append(const wchar_t* text) { return isEmpty(text) || append(text, uinfo::length(text)); }
     /// Appends one backslash and the text, or nothing.
-    bool appendComponent(const wchar_t* text);
+    bool appendComponent(const wchar_t* text, std::size_t count)
+    {
+        const std::size_t separator = m_length;
+        const bool fits = appendAt(separator + 1, text, count);
+        if (fits) {
+            m_storage[separator] = L'\\';
+        }
+        return fits;
+    }
+    bool appendComponent(const wchar_t* text) { return appendComponent(text, uinfo::length(text)); }
     bool appendNumber(std::int32_t number);
 
     /// Keeps the first characters.
@@ -61,6 +71,17 @@ public:
     bool empty() const { return m_length == 0; }
 
 private:
+    /// Writes behind the first characters, of which one more than the text's may be new.
+    bool appendAt(std::size_t start, const wchar_t* text, std::size_t count)
+    {
+        if (start >= m_capacity || count >= m_capacity - start) {
+            return false;
+        }
+        std::copy_n(text, count, m_storage + start);
+        cut(start + count);
+        return true;
+    }
+
     wchar_t* m_storage;
     std::size_t m_capacity;
     std::size_t m_length = 0;

@@ -1,15 +1,41 @@
 #include "store/key_path.h"
 
+#include "config/registry_layout.h"
+
+namespace {
+
+/// Turns every '/' into '\' and gives the text's end.
+wchar_t* turnSlashes(wchar_t* text)
+{
+    for (; *text != 0; ++text) {
+        if (*text == L'/') {
+            *text = L'\\';
+        }
+    }
+    return text;
+}
+
+/// Trims a text whose end is known, and tells where it ends then.
+wchar_t* trim(wchar_t* text, wchar_t*& end)
+{
+    while (*text == L'\\') {
+        ++text;
+    }
+    while (end > text + 1 && end[-1] == L'\\') {
+        --end;
+    }
+    *end = 0;
+    return text;
+}
+
+} // namespace
+
 namespace uinfo {
 
 wchar_t* toBackslashes(wchar_t* text)
 {
     if (text != nullptr) {
-        for (wchar_t* at = text; *at != 0; ++at) {
-            if (*at == L'/') {
-                *at = L'\\';
-            }
-        }
+        turnSlashes(text);
     }
     return text;
 }
@@ -19,15 +45,8 @@ wchar_t* trimBackslashes(wchar_t* text)
     if (isEmpty(text)) {
         return nullptr;
     }
-    while (*text == L'\\') {
-        ++text;
-    }
     wchar_t* end = text + length(text);
-    while (end > text + 1 && end[-1] == L'\\') {
-        --end;
-    }
-    *end = 0;
-    return text;
+    return trim(text, end);
 }
 
 wchar_t* splitKeyPath(wchar_t*& text)
@@ -35,8 +54,9 @@ wchar_t* splitKeyPath(wchar_t*& text)
     if (isEmpty(text)) {
         return nullptr;
     }
-    wchar_t* const trimmed = trimBackslashes(toBackslashes(text));
-    wchar_t* last = trimmed + length(trimmed);
+    wchar_t* end = turnSlashes(text);
+    wchar_t* const trimmed = trim(text, end);
+    wchar_t* last = end;
     while (last > trimmed && *last != L'\\') {
         --last;
     }
@@ -51,14 +71,13 @@ wchar_t* splitKeyPath(wchar_t*& text)
 
 bool KeyPath::assignRoot(const TarvoConfig& config, TarvoConfig::Path root)
 {
-    config.getRegRootPath(root, m_path.data());
-    m_path.measure();
-    return !m_path.empty();
+    return RegistryLayout::appendRoot(config, root, m_path) && !m_path.empty();
 }
 
 bool KeyPath::join(const wchar_t* subPath, std::size_t limit)
 {
-    return m_path.length() + length(subPath) <= limit && m_path.appendComponent(subPath);
+    const std::size_t count = length(subPath);
+    return m_path.length() + count <= limit && m_path.appendComponent(subPath, count);
 }
 
 bool KeyPath::assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath)
