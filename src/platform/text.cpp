@@ -10,13 +10,24 @@ namespace uinfo {
 
 std::size_t length(const wchar_t* text)
 {
-    std::size_t count = 0;
-    if (text != nullptr) {
-        while (text[count] != 0) {
-            ++count;
-        }
+    if (text == nullptr) {
+        return 0;
     }
-    return count;
+    // Four at a time: a read of a setting spends most of its time in this library here.
+    const wchar_t* end = text;
+    while (end[0] != 0) {
+        if (end[1] == 0) {
+            return static_cast<std::size_t>(end + 1 - text);
+        }
+        if (end[2] == 0) {
+            return static_cast<std::size_t>(end + 2 - text);
+        }
+        if (end[3] == 0) {
+            return static_cast<std::size_t>(end + 3 - text);
+        }
+        end += 4;
+    }
+    return static_cast<std::size_t>(end - text);
 }
 
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b)

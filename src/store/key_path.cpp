@@ -7,12 +7,16 @@ namespace {
 /// Turns every '/' into '\' and gives the text's end.
 wchar_t* turnSlashes(wchar_t* text)
 {
-    for (; *text != 0; ++text) {
+    for (;; ++text) {
+        if (*text > L'/') {
+            continue; // nearly all are
+        }
         if (*text == L'/') {
             *text = L'\\';
+        } else if (*text == 0) {
+            return text;
         }
     }
-    return text;
 }
 
 /// Trims a text whose end is known, and tells where it ends then.
@@ -56,28 +60,20 @@ wchar_t* splitKeyPath(wchar_t*& text)
     }
     wchar_t* end = turnSlashes(text);
     wchar_t* const trimmed = trim(text, end);
-    wchar_t* last = end;
-    while (last > trimmed && *last != L'\\') {
-        --last;
+    while (end > trimmed) {
+        if (*--end == L'\\') {
+            *end = 0;
+            text = trimmed;
+            return end + 1;
+        }
     }
-    if (*last != L'\\') {
-        text = nullptr;
-        return trimmed;
-    }
-    *last = 0;
-    text = trimmed;
-    return last + 1;
+    text = nullptr;
+    return trimmed;
 }
 
 bool KeyPath::assignRoot(const TarvoConfig& config, TarvoConfig::Path root)
 {
     return RegistryLayout::appendRoot(config, root, m_path) && !m_path.empty();
-}
-
-bool KeyPath::join(const wchar_t* subPath, std::size_t limit)
-{
-    const std::size_t count = length(subPath);
-    return m_path.length() + count <= limit && m_path.appendComponent(subPath, count);
 }
 
 bool KeyPath::assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath)

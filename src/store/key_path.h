@@ -39,7 +39,11 @@ public:
     bool assignRoot(const TarvoConfig& config, TarvoConfig::Path root);
 
     /// Appends '\' and a sub-path, however short; false when root and sub-path pass the limit.
-    bool join(const wchar_t* subPath, std::size_t limit);
+    bool join(const wchar_t* subPath, std::size_t limit) { return join(subPath, length(subPath), limit); }
+    bool join(const wchar_t* subPath, std::size_t count, std::size_t limit)
+    {
+        return m_path.length() + count <= limit && m_path.appendComponent(subPath, count);
+    }
 
     /// The root, then the client's sub-path, if any, normalised and joined. The limit is that of every
     /// operation that changes the tree.

@@ -32,6 +32,12 @@ struct ValuePath
         valueName = uinfo::splitKeyPath(keyPart);
         return true;
     }
+
+    /// The name follows the separator that ends the key part.
+    std::size_t keyLength() const
+    {
+        return keyPart == nullptr ? 0 : static_cast<std::size_t>(valueName - 1 - keyPart);
+    }
 };
 
 } // namespace
@@ -56,7 +62,7 @@ TarvoConfig::Error TarvoConfig::getValue(Path path, const wchar_t* valuePath, Ve
     KeyPath key;
     ValuePath parts;
     if (!key.assignRoot(*this, path) || !parts.assign(valuePath) ||
-        (!isEmpty(parts.keyPart) && !key.join(parts.keyPart, uinfo::longestReadPath))) {
+        (!isEmpty(parts.keyPart) && !key.join(parts.keyPart, parts.keyLength(), uinfo::longestReadPath))) {
         return eInvalidInput;
     }
     const RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_READ);
