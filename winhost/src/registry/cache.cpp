@@ -10,6 +10,7 @@ namespace {
 constexpr std::size_t slotCount = 32;
 constexpr std::size_t longestPath = 160;
 constexpr std::size_t longestName = 64;
+constexpr DWORD stretchLength = 64;
 
 template <std::size_t Capacity>
 class Remembered
@@ -47,6 +48,28 @@ struct LastValue
     Remembered<longestName> name;
 };
 
+/// Entries of a list that follow each other.
+struct Stretch
+{
+    std::size_t version; // 0: none
+    NodeId node;
+    DWORD first;
+    DWORD count;
+    Entry entries[stretchLength]; // as LastValue's
+};
+
+thread_local LastValue lastValue;
+
+void rememberValue(const ReadTransaction& in, NodeId node, TextView name, const Entry& value)
+{
+    if (name.size() <= longestName) {
+        lastValue.version = in.version();
+        lastValue.node = node;
+        lastValue.value = value;
+        lastValue.name.assign(name);
+    }
+}
+
 /// Paths differ at their ends.
 std::size_t slotOf(NodeId start, TextView path)
 {
@@ -82,19 +105,39 @@ LSTATUS findPathCached(const ReadTransaction& in, NodeId start, TextView path, N
 
 LSTATUS findValueCached(const ReadTransaction& in, NodeId node, TextView name, Entry& value)
 {
-    thread_local LastValue last;
-    if (last.version == in.version() && last.node == node && last.name.is(name)) {
-        value = last.value;
+    if (lastValue.version == in.version() && lastValue.node == node && lastValue.name.is(name)) {
+        value = lastValue.value;
         return ERROR_SUCCESS;
     }
     const LSTATUS status = findValue(in.get(), node, name, value);
-    if (status == ERROR_SUCCESS && name.size() <= longestName) {
-        last.version = in.version();
-        last.node = node;
-        last.value = value;
-        last.name.assign(name);
+    if (status == ERROR_SUCCESS) {
+        rememberValue(in, node, name, value);
     }
     return status;
+}
+
+LSTATUS entryAtCached(const ReadTransaction& in, List list, NodeId node, DWORD index, Position& position,
+                      Entry& entry)
+{
+    thread_local Stretch ofSubKeys;
+    thread_local Stretch ofValues;
+    Stretch& stretch = list == List::eSubKeys ? ofSubKeys : ofValues;
+    if (stretch.version != in.version() || stretch.node != node || index < stretch.first ||
+        index - stretch.first >= stretch.count) {
+        stretch.version = 0;
+        if (const LSTATUS status = entriesAt(in.get(), list, node, index, position, stretch.entries,
+                                             stretchLength, stretch.count)) {
+            return status;
+        }
+        stretch.version = in.version();
+        stretch.node = node;
+        stretch.first = index;
+    }
+    entry = stretch.entries[index - stretch.first];
+    if (list == List::eValues) {
+        rememberValue(in, node, entry.name, entry);
+    }
+    return ERROR_SUCCESS;
 }
 
 } // namespace winhost::registry

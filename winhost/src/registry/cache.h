@@ -13,4 +13,9 @@ LSTATUS findPathCached(const ReadTransaction& in, NodeId start, TextView path, N
 /// As findValue. Only the last value is remembered: who asks for its size asks for its data next.
 LSTATUS findValueCached(const ReadTransaction& in, NodeId node, TextView name, Entry& value);
 
+/// One of entriesAt, of which the thread remembers the last stretch in each list. A value that is enumerated
+/// is remembered as one that was found: who asks for its name asks for its data next.
+LSTATUS entryAtCached(const ReadTransaction& in, List list, NodeId node, DWORD index, Position& position,
+                      Entry& entry);
+
 } // namespace winhost::registry

@@ -116,7 +116,7 @@ LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LP
         const std::lock_guard<std::mutex> lock(opened.positions->mutex);
         Entry link;
         if (const LSTATUS status =
-                entryAt(in.get(), List::eSubKeys, opened.node, index, opened.positions->subKeys, link)) {
+                entryAtCached(in, List::eSubKeys, opened.node, index, opened.positions->subKeys, link)) {
             return status;
         }
         if (lastWrite != nullptr) {

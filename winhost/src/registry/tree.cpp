@@ -209,13 +209,16 @@ LSTATUS findValue(const Transaction& in, NodeId node, TextView name, Entry& valu
     return status;
 }
 
-LSTATUS entryAt(const Transaction& in, List list, NodeId id, DWORD index, Position& position, Entry& entry)
+LSTATUS entriesAt(const Transaction& in, List list, NodeId id, DWORD index, Position& position,
+                  Entry* entries, DWORD room, DWORD& count)
 {
+    count = 0;
     Node node;
     if (const LSTATUS status = readNode(in, id, node)) {
         return status;
     }
-    if (index >= (list == List::eSubKeys ? node.subKeys : node.values)) {
+    const DWORD total = list == List::eSubKeys ? node.subKeys : node.values;
+    if (index >= total) {
         return ERROR_NO_MORE_ITEMS;
     }
     Cursor cursor;
@@ -226,10 +229,12 @@ LSTATUS entryAt(const Transaction& in, List list, NodeId id, DWORD index, Positi
     const IdKey prefix(list, id);
     MDB_val at = prefix.value();
     DWORD standing = 0;
-    if (position.node == id && position.changes == node.changes && index >= position.index / 2) {
+    const bool holds = position.node == id && position.changes == node.changes;
+    if (holds && index >= position.index / 2) {
         at = {position.keySize, position.key};
         standing = position.index;
     }
+    room = holds && index == position.index + 1 ? std::min(room, total - index) : 1;
     MDB_val record;
     int failed = mdb_cursor_get(cursor.get(), &at, &record, MDB_SET_RANGE);
     for (; failed == 0 && standing < index; ++standing) {
@@ -238,16 +243,22 @@ LSTATUS entryAt(const Transaction& in, List list, NodeId id, DWORD index, Positi
     for (; failed == 0 && standing > index; --standing) {
         failed = mdb_cursor_get(cursor.get(), &at, &record, MDB_PREV);
     }
-    if (failed != 0 || !startsWith(at, prefix.value()) || at.mv_size > sizeof position.key ||
-        !decodeEntry(record, entry)) {
-        return failed != 0 && failed != MDB_NOTFOUND ? statusOf(failed) : ERROR_REGISTRY_CORRUPT;
+    while (failed == 0 && startsWith(at, prefix.value()) && at.mv_size <= sizeof position.key &&
+           decodeEntry(record, entries[count])) {
+        position.node = id;
+        position.changes = node.changes;
+        position.index = index + count;
+        position.keySize = at.mv_size;
+        std::memcpy(position.key, at.mv_data, at.mv_size);
+        if (++count == room) {
+            return ERROR_SUCCESS;
+        }
+        failed = mdb_cursor_get(cursor.get(), &at, &record, MDB_NEXT);
     }
-    position.node = id;
-    position.changes = node.changes;
-    position.index = index;
-    position.keySize = at.mv_size;
-    std::memcpy(position.key, at.mv_data, at.mv_size);
-    return ERROR_SUCCESS;
+    if (count != 0) {
+        return ERROR_SUCCESS;
+    }
+    return failed != 0 && failed != MDB_NOTFOUND ? statusOf(failed) : ERROR_REGISTRY_CORRUPT;
 }
 
 LSTATUS measureSubKeys(const Transaction& in, NodeId id, Longest& longest)

@@ -29,8 +29,10 @@ LSTATUS readClass(const Transaction& in, NodeId id, TextView& keyClass);
 LSTATUS findPath(const Transaction& in, NodeId start, TextView path, NodeId& found);
 
 LSTATUS findValue(const Transaction& in, NodeId node, TextView name, Entry& value);
-/// ERROR_NO_MORE_ITEMS past the end.
-LSTATUS entryAt(const Transaction& in, List list, NodeId id, DWORD index, Position& position, Entry& entry);
+/// Gives the entry at an index, and those behind it as far as there is room for them, to one who enumerates
+/// in order. ERROR_NO_MORE_ITEMS past the end.
+LSTATUS entriesAt(const Transaction& in, List list, NodeId id, DWORD index, Position& position,
+                  Entry* entries, DWORD room, DWORD& count);
 
 struct Longest
 {

@@ -83,7 +83,7 @@ LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LP
         const std::lock_guard<std::mutex> lock(opened.positions->mutex);
         Entry value;
         if (const LSTATUS status =
-                entryAt(in.get(), List::eValues, opened.node, index, opened.positions->values, value)) {
+                entryAtCached(in, List::eValues, opened.node, index, opened.positions->values, value)) {
             return status;
         }
         give(type, value.type);
