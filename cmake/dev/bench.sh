@@ -1,14 +1,112 @@
-# Measures ratios on the host, in a home of its own.
+# Builds optimised trees and measures them: build/bench/results.json has the table's figures, scale.json the plot's.
 
-run_bench() {
-    need_for host
-    cmake --preset host -DRKUINFO_BENCH=ON >build/host-configure.log
-    cmake --build --preset host --target bench_walk >build/bench-build.log || {
-        cat build/bench-build.log >&2
+bench=$PWD/build/bench
+bench_run=$bench/run # what the measured programs write
+
+# A preset's optimised tree, in a folder of its own.
+build_bench() {
+    local preset=$1 folder=$2
+    need_for "$preset"
+    cmake --preset "$preset" -B "$folder" -DBUILD_TESTING=OFF -DRKUINFO_BENCH=ON >"build/bench-$preset.log" &&
+        cmake --build "$folder" --target bench_programs -- >>"build/bench-$preset.log" 2>&1 || {
+        cat "build/bench-$preset.log" >&2
         return 1
     }
-    local home=$PWD/build/bench-home
-    rm -rf "$home"
-    mkdir -p "$home"
-    HOME=$home XDG_DATA_HOME=$home XDG_CONFIG_HOME=$home build/host/bin/bench_walk
+}
+
+fresh_home() {
+    rm -rf "$bench_run"
+    mkdir -p "$bench_run/peers"
+    export HOME=$bench_run XDG_DATA_HOME=$bench_run/data XDG_CONFIG_HOME=$bench_run/config
+}
+
+# Instructions of getValue outside winhost and what winhost calls, in as many reads as are told.
+own_instructions() {
+    valgrind --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect='TarvoConfig::getValue*' \
+        --toggle-collect='Reg*' "$bench/bin/bench_read_loop" "$1" 2>&1 | sed -n 's/.*Collected : //p'
+}
+
+# System calls of a program.
+calls_of() {
+    strace -o "$bench_run/calls" "$@" && grep -c = "$bench_run/calls"
+}
+
+# One "name: value" a line, of what is counted and not timed.
+count_all() {
+    local empty client
+    calls_of "$bench/bin/bench_read_loop" 1 >/dev/null # fills the store
+    echo "instructions of the library in one getValue:" \
+        $((($(own_instructions 20000) - $(own_instructions 10000)) / 10000))
+    echo "system calls in 1,000 getValue:" \
+        $(($(calls_of "$bench/bin/bench_read_loop" 2000) - $(calls_of "$bench/bin/bench_read_loop" 1000)))
+    empty=$(calls_of "$bench/bin/bench_empty")
+    client=$(calls_of "$bench/bin/bench_start")
+    echo "system calls of a client's start over an empty program's: $((client - empty))"
+    count_memory small "$bench/bin/bench_start"
+}
+
+# What a client has to itself, and what of the store's file it has read.
+count_memory() {
+    local tree=$1 program=$2 empty own store
+    shift 2
+    read -r empty _ < <("$bench/bin/bench_empty" memory)
+    read -r own store < <("$program" memory "$@")
+    echo "private kilobytes of a client of a $tree tree over an empty program's: $((own - empty))"
+    echo "kilobytes of the store's file that it has mapped: $store"
+}
+
+bench_table() {
+    need valgrind strace
+    build_bench host "$bench"
+    build_bench windows build/bench-windows
+    fresh_home
+    "$bench/bin/bench_registry" "$bench/host.jsonl"
+    "$bench/bin/bench_peers" "$bench_run/peers" "$bench/peers.jsonl"
+    "$bench/bin/bench_process" "$bench/process.jsonl" "$bench/bin"
+    count_all >"$bench/counts.txt"
+    wine_folder=$PWD/build/bench-wine
+    start_wine
+    cmake/run-wine.sh build/bench-windows/bin/bench_registry.exe "Z:$bench/windows.jsonl"
+    bench/report.py table "$bench"
+}
+
+# Stores in memory, so that no disk hides what grows; each has a folder of its own. Half a minute goes into filling.
+bench_scale() {
+    build_bench host "$bench"
+    fresh_home
+    stores=$(mktemp -d /dev/shm/rkuinfo-bench.XXXXXX)
+    trap 'rm -rf "$stores"' EXIT
+    rm -f "$bench"/{small,large}.txt
+    in_store small bench_large fill 100
+    in_store large bench_large fill 100000
+    for _ in {1..11}; do
+        in_store small bench_large measure 100 >>"$bench/small.txt"
+        in_store large bench_large measure 100000 >>"$bench/large.txt"
+    done
+    XDG_DATA_HOME=$stores/large count_memory large "$bench/bin/bench_large" 100000 >"$bench/memory.txt"
+    in_store big bench_large big "$bench/big.jsonl"
+    for size in 10 1000 100000 1000000; do
+        in_store "growth$size" bench_growth --benchmark_filter="/$size\$" --benchmark_repetitions=9 \
+            --benchmark_min_time=0.05 --benchmark_out="$bench/growth$size.json" --benchmark_out_format=json >/dev/null 2>&1
+    done
+    bench/report.py scale "$bench" docs/scale.png
+}
+
+# Runs a program on one of several stores.
+in_store() {
+    local store=$1 program=$2
+    shift 2
+    XDG_DATA_HOME=$stores/$store "$bench/bin/$program" "$@"
+}
+
+run_bench() {
+    need libbenchmark-dev libsqlite3-dev libglib2.0-dev libdconf-dev dconf-cli qt6-base-dev python3-matplotlib
+    case ${1:-table} in
+    table) bench_table ;;
+    scale) bench_scale ;;
+    *)
+        usage >&2
+        return 2
+        ;;
+    esac
 }

@@ -1,0 +1,33 @@
+// How much memory the process has to itself.
+#pragma once
+
+#include <cstdio>
+#include <cstring>
+
+namespace bench {
+
+/// Prints kilobytes: the private pages without those of the store's file, which the system shares among all
+/// processes and takes back as it likes, and the latter.
+inline void printMemory()
+{
+    std::FILE* const pages = std::fopen("/proc/self/smaps", "r");
+    long own = 0;
+    long store = 0;
+    bool inStore = false;
+    for (char line[4096 + 128]; pages != nullptr && std::fgets(line, sizeof line, pages) != nullptr;) {
+        unsigned long start = 0;
+        unsigned long end = 0;
+        long size = 0;
+        if (std::sscanf(line, "%lx-%lx ", &start, &end) == 2) {
+            inStore = std::strstr(line, "/data.mdb") != nullptr;
+        } else if (inStore && std::sscanf(line, "Rss: %ld", &size) == 1) {
+            store += size;
+        } else if (!inStore && (std::sscanf(line, "Private_Clean: %ld", &size) == 1 ||
+                                std::sscanf(line, "Private_Dirty: %ld", &size) == 1)) {
+            own += size;
+        }
+    }
+    std::printf("%ld %ld\n", own, store);
+}
+
+} // namespace bench

@@ -1,0 +1,15 @@
+// Reads one integer as often as it is told, for tools that count what a read does.
+#include "settings.h"
+
+#include <cstdlib>
+
+int main(int argc, char** argv)
+{
+    const TarvoConfig& config = bench::startWithSettings();
+    VelaVariant value;
+    for (long i = argc > 1 ? std::atol(argv[1]) : 1; i > 0; --i) {
+        bench::require(config.getValue(TarvoConfig::eSettings, bench::framesPath, value) == TarvoConfig::eOk,
+                       "getValue");
+    }
+    return 0;
+}
