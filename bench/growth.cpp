@@ -43,11 +43,11 @@ public:
         return m_path;
     }
 
-    /// With another number each time, since a write of what is there is none.
+    /// With another number each time in the process, since a write of what is there is none.
     void set(int number)
     {
         VelaVariant value;
-        value.setInt(++m_written);
+        value.setInt(++s_written);
         bench::require(m_config.setValue(TarvoConfig::eSettings, path(number), value) == TarvoConfig::eOk,
                        "setValue");
     }
@@ -56,7 +56,7 @@ private:
     TarvoConfig& m_config;
     std::int64_t m_size;
     std::minstd_rand m_random;
-    std::int32_t m_written = 0;
+    static inline std::int32_t s_written = 0;
     wchar_t m_item[32];
     wchar_t m_path[64];
 };
