@@ -47,8 +47,9 @@ def read_counts(file):
 
 def print_rows(name, rows):
     for row in rows:
+        compared = f"{time(row['difference'])} more" if row["difference_limit"] else f"{row['ratio']:.3f}"
         print(f"| {name}: {row['row']} | {row['against']} | {time(row['ours'])} | {time(row['other'])} "
-              f"| {row['ratio']:.3f} | {outcome(row)} |")
+              f"| {compared} | {outcome(row)} |")
 
 
 def print_heading():
