@@ -58,7 +58,7 @@ bench::Pair reading(TarvoConfig& config)
 
 bench::Pair readingOne(TarvoConfig& config)
 {
-    return {"getValue of one setting alone", "open, query, query, close", limit,
+    return {"getValue of one setting alone", "open, query, query, close", strictLimit,
             [&config, value = VelaVariant()]() mutable {
                 require(config.getValue(TarvoConfig::eSettings, bench::framesPath, value) == TarvoConfig::eOk,
                         "getValue");
