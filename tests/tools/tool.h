@@ -11,8 +11,8 @@
 struct Expected
 {
     std::vector<std::string> arguments;
-    std::string output = "";
-    std::string error = ""; ///< without "rkuinfo: " and the line's end; empty: none
+    std::string output = {};
+    std::string error = {}; ///< without "rkuinfo: " and the line's end; empty: none
     int exitCode = error.empty() ? 0 : 1;
 };
 

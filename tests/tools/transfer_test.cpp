@@ -97,10 +97,11 @@ TEST(RkuinfoTransfer, ABadFileChangesNothing)
     const std::string noKeyName = "the top key: a key below it has no usable name";
     const std::string noKey = "the top key: it is no object of \"values\" and \"keys\"";
     const std::string empty = R"({"values": [], "keys": []})";
-    std::string deep = empty;
-    for (int i = 0; i < 4; ++i) {
-        deep = R"({"values": [], "keys": [{"name": ")" + longName + "\", " + deep.substr(1) + "]}";
-    }
+    const auto above = [](const std::string& json) {
+        return R"({"values": [], "keys": [{"name": ")" + longName + "\", " + json.substr(1) + "]}";
+    };
+    const std::string deep = above(above(above(above(empty))));
+    const auto told = [&file](const std::string& why) { return file + ": " + why; };
     const std::pair<std::string, std::string> rows[] = {
         {"[]", noKey},
         {R"({"values": []})", noKey},
@@ -126,7 +127,7 @@ TEST(RkuinfoTransfer, ABadFileChangesNothing)
     for (const auto& [bytes, why] : rows) {
         writeFile(path, bytes);
         SCOPED_TRACE(bytes);
-        tool.check({{"import", "settings", "--file", file}, "", file + ": " + why});
+        tool.check({{"import", "settings", "--file", file}, "", told(why)});
     }
     const ChildResult broken = tool.run({"import", "settings"}); // of an empty standard input
     EXPECT_EQ(broken.errors.find("rkuinfo: standard input is no JSON: parse error at line 1, column 1: "), 0u)
