@@ -52,7 +52,7 @@ check_hardening() {
 
 check_reproducible() {
     local again=$1/again
-    rm -rf "$again/source"
+    rm -rf "$again"
     mkdir -p "$again/source"
     tar -C "$root" --exclude=./build --exclude=./.git --exclude=./tests -cf - . | tar -C "$again/source" -xf -
     (cd "$again/source" && cmake --preset windows -B "$again/build" -DBUILD_TESTING=OFF >/dev/null)
