@@ -151,8 +151,8 @@ TEST(StartUp, ProposesLanguagesInOrder)
                                  "es-ES", "fr-FR", "hu-HU", "it-IT", "pt-BR", "ru-RU", "tr-TR"};
     Config config;
     EXPECT_EQ(config.queryAInstalledLangInOrder(), -1);
-    for (const wchar_t* const name :
-         {L"", static_cast<const wchar_t*>(nullptr), +Wide(std::string(2000, 'x'))}) {
+    const Wide overLong(std::string(2000, 'x'));
+    for (const wchar_t* const name : {L"", static_cast<const wchar_t*>(nullptr), +overLong}) {
         EXPECT_FALSE(config.isLangFolderExist(name) || config.isLangGuidExist(name) ||
                      config.isLanguageExist(name));
     }

@@ -397,14 +397,15 @@ protected:
             fault.callsMade = 0;
             fault.hit = nullptr;
             const std::string outcome = outcomeOf(scenario);
-            const Function hit = fault.hit != nullptr ? *fault.hit : Function{"no fault", {0}, {}};
+            const Function* const hit = fault.hit;
+            const std::string what =
+                hit == nullptr ? "no fault" : hit->name + (' ' + std::to_string(hit->errors[fault.error]));
             m_now = userTree();
-            runs.push_back({hit.name + (' ' + std::to_string(hit.errors[fault.error])) + " in call " +
-                                std::to_string(fault.call),
-                            outcome, m_now, hit.thrown});
+            runs.push_back({what + " in call " + std::to_string(fault.call), outcome, m_now,
+                            hit == nullptr ? "" : hit->thrown});
             EXPECT_EQ(m_keys.stillOpen(), 0) << scenario.name << ", " << runs.back().fault;
             EXPECT_EQ(m_searches, 0) << scenario.name << ", " << runs.back().fault;
-            if (++fault.error == hit.errors.size()) {
+            if (hit != nullptr && ++fault.error == hit->errors.size()) {
                 fault.error = 0;
                 ++fault.call;
             }

@@ -137,6 +137,13 @@ TEST_F(Operations, AnswerWithTheirCode)
         EXPECT_EQ(m_config.setValue(*it, valueName, value), writes);
         EXPECT_EQ(utf8(value.getString()), "kept");
     }
+    const Patch nameless = intercept<"RegEnumKeyExW", decltype(RegEnumKeyExW)>(
+        [](auto, HKEY, DWORD, wchar_t* name, DWORD* length, auto...) {
+            *name = 0;
+            *length = 0;
+            return ERROR_SUCCESS;
+        });
+    EXPECT_EQ(m_config.getValue(item, L"n", value), TarvoConfig::eRegistryError);
 }
 
 TEST_F(Operations, ChangeTheTree)
