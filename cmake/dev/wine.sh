@@ -52,4 +52,6 @@ start_wine() {
         "$wine_program" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$wine_folder/boot.log" 2>&1
         touch "$wine_folder/booted"
     fi
+    # Starts Wine's services and its desktop, which would keep the first test's output open.
+    "$wine_program" rundll32 user32.dll,GetDesktopWindow >/dev/null 2>&1
 }
