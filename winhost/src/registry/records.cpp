@@ -24,8 +24,8 @@ void storeBigEndian(unsigned char* out, std::uint64_t number)
 
 void storeId(unsigned char* out, List list, NodeId id)
 {
-    constexpr unsigned listShift = 56;
-    storeBigEndian(out, static_cast<std::uint64_t>(list) << listShift | id);
+    constexpr unsigned listBits = 8;
+    storeBigEndian(out, id << listBits | static_cast<std::uint64_t>(list));
 }
 
 } // namespace

@@ -4,11 +4,12 @@
 //   sub-keys  parent id, folded name   -> Entry: the name as created, the child's id, its class (a link)
 //   values    node id, folded name     -> Entry: the name as created, the type, the bytes
 //
-// The three share one database: a transaction that comes to a second one first has to look it up. An id is
-// 64-bit and big-endian, with the list in its highest byte, a folded name UTF-16 and big-endian, so that byte
-// order is name order. Ids are never used twice. Node 0 is the StoreHeader. A database key ends at 511 bytes:
-// a name that is too long for it is there with its first 247 units and a unique number, and is compared in
-// full from its record. Such names enumerate in order of creation among those that share the 247 units.
+// The three share one database: a transaction that comes to a second one first has to look it up. An id has
+// 56 bits, big-endian, and the list in the byte behind them, so that a node and its values are neighbours; a
+// folded name is UTF-16 and big-endian, so that byte order is name order. Ids are never used twice. Node 0 is
+// the StoreHeader. A database key ends at 511 bytes: a name that is too long for it is there with its first
+// 247 units and a unique number, and is compared in full from its record. Such names enumerate in order of
+// creation among those that share the 247 units.
 #pragma once
 
 #include "text.h"
@@ -52,7 +53,7 @@ struct StoreHeader
     NodeId nextId;
 };
 
-constexpr std::uint64_t storeFormat = 2;
+constexpr std::uint64_t storeFormat = 3;
 
 struct Node
 {
