@@ -6,8 +6,8 @@
 
 namespace bench {
 
-/// Prints kilobytes: the private pages without those of the store's file, which the system shares among all
-/// processes and takes back as it likes, and the latter.
+/// Prints kilobytes: the pages that are the process's own because it has written to them, and those of the
+/// store's file that it has mapped, which the system shares among all processes and takes back as it likes.
 inline void printMemory()
 {
     std::FILE* const pages = std::fopen("/proc/self/smaps", "r");
@@ -22,8 +22,7 @@ inline void printMemory()
             inStore = std::strstr(line, "/data.mdb") != nullptr;
         } else if (inStore && std::sscanf(line, "Rss: %ld", &size) == 1) {
             store += size;
-        } else if (!inStore && (std::sscanf(line, "Private_Clean: %ld", &size) == 1 ||
-                                std::sscanf(line, "Private_Dirty: %ld", &size) == 1)) {
+        } else if (!inStore && std::sscanf(line, "Private_Dirty: %ld", &size) == 1) {
             own += size;
         }
     }
