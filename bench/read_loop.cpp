@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-int main(int argc, char** argv)
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then ends
 {
     const TarvoConfig& config = bench::startWithSettings();
     VelaVariant value;

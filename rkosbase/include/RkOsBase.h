@@ -96,7 +96,7 @@ class RKOSBASE_API RkLocker
 {
 public:
     RkLocker();
-    ~RkLocker();
+    ~RkLocker(); // NOLINT(performance-trivially-destructible): a part of the binary interface
     RkLocker(const RkLocker&) = delete;
     RkLocker& operator=(const RkLocker&) = delete;
 
