@@ -4,11 +4,35 @@
 #include "store/key_path.h"
 #include "support/config.h"
 
+#include <filesystem>
+
 namespace {
 
+/// A registry in memory that goes with the process.
+class Home
+{
+public:
+    Home()
+    {
+        require(mkdtemp(m_folder) != nullptr);
+        setenv("XDG_DATA_HOME", m_folder, 1);
+    }
+    Home(const Home&) = delete;
+    Home& operator=(const Home&) = delete;
+    ~Home()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_folder, ignored);
+    }
+
+private:
+    char m_folder[32] = "/dev/shm/rkuinfo-fuzz.XXXXXX";
+};
+
+/// There is no more in the registry than an installed language.
 bool start()
 {
-    setenv("XDG_DATA_HOME", "/dev/shm/rkuinfo-fuzz", 1); // a registry with no more than an installed language
+    static const Home home;
     HKEY key = nullptr;
     RegCreateKeyExW(
         HKEY_LOCAL_MACHINE,
