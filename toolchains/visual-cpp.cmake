@@ -17,8 +17,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # a client's CMAKE_PREFIX_PATH too
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-wine.sh)
 
-set(VISUAL_CPP_LIBRARIES ${CMAKE_CURRENT_LIST_DIR}/../build/visual-cpp-runtime CACHE PATH
-  "Where make-libraries.sh puts its libraries")
+cmake_path(SET folder NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/visual-cpp-libraries)
+set(VISUAL_CPP_LIBRARIES ${folder} CACHE PATH "Where make-libraries.sh puts its libraries")
 option(VISUAL_CPP_WHOLE_LIBCXX "Link the whole of libc++, made from its sources, not the few functions of few.cpp" OFF)
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VISUAL_CPP_LIBRARIES VISUAL_CPP_WHOLE_LIBCXX)
 set(folder ${CMAKE_CURRENT_LIST_DIR}/visual-cpp)
