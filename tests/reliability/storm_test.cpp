@@ -402,7 +402,7 @@ TEST(Storm, AFullAndAReadOnlyDiskKeepWhatIsThere)
 TEST(Storm, ADamagedFileIsRefusedAndLeftAlone)
 {
     const auto folder = scratchFolder() / "damaged";
-    const auto file = folder / "winhost/data.mdb";
+    const auto file = folder / "winhost/registry.db";
     ASSERT_EQ(filled(folder, "20"), "0 0 0 many");
     const std::string whole = readFile(file);
     constexpr std::size_t page = 4096;

@@ -2,7 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
+#include <mutex>
 #include <new>
 
 namespace winhost::registry {
@@ -28,7 +28,6 @@ struct Slot
     std::atomic<std::uint32_t> turn = 0; // odd while open
     std::atomic<std::uint64_t> key = 0;
     std::uint32_t nextFree = none;
-    Positions positions;
 };
 
 struct Block
@@ -79,6 +78,9 @@ public:
         return ERROR_SUCCESS;
     }
 
+    void lock() { m_mutex.lock(); }
+    void unlock() { m_mutex.unlock(); }
+
 private:
     bool grow()
     {
@@ -107,16 +109,10 @@ Table& table()
     return *created;
 }
 
-struct Root
+/// 0 for a key that is not predefined.
+NodeId rootOf(HKEY key)
 {
-    NodeId node;
-    Positions positions;
-};
-
-Root* rootOf(HKEY key)
-{
-    static Root* const roots = new Root[2]{{currentUserId, {}}, {localMachineId, {}}};
-    return key == HKEY_CURRENT_USER ? &roots[0] : key == HKEY_LOCAL_MACHINE ? &roots[1] : nullptr;
+    return key == HKEY_CURRENT_USER ? currentUserId : key == HKEY_LOCAL_MACHINE ? localMachineId : 0;
 }
 
 struct Parts
@@ -138,13 +134,13 @@ Parts partsOf(HKEY key)
 
 bool isPredefined(HKEY key)
 {
-    return key == HKEY_CURRENT_USER || key == HKEY_LOCAL_MACHINE;
+    return rootOf(key) != 0;
 }
 
-LSTATUS resolve(HKEY key, REGSAM needed, OpenKey& opened)
+LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node)
 {
-    if (Root* const root = rootOf(key)) {
-        opened = {root->node, &root->positions};
+    node = rootOf(key);
+    if (node != 0) {
         return ERROR_SUCCESS;
     }
     const Parts parts = partsOf(key);
@@ -157,13 +153,13 @@ LSTATUS resolve(HKEY key, REGSAM needed, OpenKey& opened)
     if (slot->turn.load(std::memory_order_acquire) != parts.turn) {
         return ERROR_INVALID_HANDLE;
     }
-    opened = {held >> accessBits, &slot->positions};
+    node = static_cast<NodeId>(held >> accessBits);
     return (held & needed) == needed ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
 }
 
 LSTATUS openHandle(NodeId node, REGSAM access, HKEY& key)
 {
-    return table().open(node << accessBits | (access & accessMask), key);
+    return table().open(static_cast<std::uint64_t>(node) << accessBits | (access & accessMask), key);
 }
 
 LSTATUS closeHandle(HKEY key)
@@ -173,6 +169,16 @@ LSTATUS closeHandle(HKEY key)
     }
     const Parts parts = partsOf(key);
     return parts.valid ? table().close(parts.index, parts.turn) : ERROR_INVALID_HANDLE;
+}
+
+void lockHandles()
+{
+    table().lock();
+}
+
+void unlockHandles()
+{
+    table().unlock();
 }
 
 } // namespace winhost::registry
