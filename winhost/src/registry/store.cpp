@@ -9,7 +9,9 @@
 #include <winhost/changes.h>
 
 #include <fcntl.h>
+#include <linux/fs.h>
 #include <pthread.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -23,6 +25,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 
 namespace winhost::registry {
 
@@ -94,10 +97,11 @@ LSTATUS statusOfErrno(int error)
     }
 }
 
-LSTATUS statusOf(sqlite3* database, int code)
+/// For what SQLite answered; the system's own error, which it does not always tell, is still in errno.
+LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
-    const LSTATUS ofSystem = statusOfErrno(database != nullptr ? sqlite3_system_errno(database) : 0);
+    const LSTATUS ofSystem = statusOfErrno(errno);
     switch (code & primary) {
     case SQLITE_OK:
     case SQLITE_ROW:
@@ -144,6 +148,18 @@ bool makeFolders(const std::string& folder)
            (mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST);
 }
 
+/// On a file system that writes changed data elsewhere, what is mapped would need new room for each change.
+void writeInPlace(const std::string& folder)
+{
+    const int opened = open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    int flags = 0;
+    if (opened >= 0 && ioctl(opened, FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_NOCOW_FL) == 0) {
+        flags |= FS_NOCOW_FL;
+        ioctl(opened, FS_IOC_SETFLAGS, &flags); // files that are made in the folder take it over
+    }
+    close(opened);
+}
+
 /// Which file a path leads to, and when the list of a folder changed.
 struct Identity
 {
@@ -176,6 +192,20 @@ constexpr std::size_t pageSize = 4096;
 
 std::atomic<std::uint64_t*> versionPage = nullptr;
 
+/// Where SQLite has the index in memory; null where it has none.
+void volatile* mapIndex(sqlite3* database, bool create)
+{
+    constexpr int regionSize = 32768;
+    sqlite3_file* file = nullptr;
+    void volatile* index = nullptr;
+    sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    errno = 0;
+    return file != nullptr && file->pMethods != nullptr && file->pMethods->iVersion >= 2 &&
+                   file->pMethods->xShmMap(file, 0, regionSize, create ? 1 : 0, &index) == SQLITE_OK
+               ? index
+               : nullptr;
+}
+
 void hideVersion()
 {
     void* const page = versionPage.load();
@@ -193,15 +223,8 @@ void showVersion(sqlite3* database)
         }
         versionPage.store(static_cast<std::uint64_t*>(page));
     }
-    sqlite3_file* file = nullptr;
-    sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    if (file == nullptr || file->pMethods == nullptr || file->pMethods->iVersion < 2) {
-        return;
-    }
-    constexpr int regionSize = 32768;
-    void volatile* index = nullptr;
-    const int failed = file->pMethods->xShmMap(file, 0, regionSize, 0, &index);
-    if (failed == SQLITE_OK && index != nullptr && *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
+    void volatile* const index = mapIndex(database, false);
+    if (index != nullptr && *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
         // An old size of 0 maps the same pages once more.
         mremap(const_cast<void*>(index), 0, pageSize, MREMAP_MAYMOVE | MREMAP_FIXED, versionPage.load());
     }
@@ -220,7 +243,7 @@ public:
         if (m_database != nullptr && hasMoved(forWriting)) {
             close();
         }
-        if (m_database != nullptr && m_isReadOnly && forWriting) {
+        if (m_database != nullptr && m_whyReadOnly != ERROR_SUCCESS && forWriting) {
             close();
         }
         return m_database != nullptr ? ERROR_SUCCESS : open();
@@ -235,20 +258,27 @@ public:
         }
         sqlite3_close(m_database);
         m_database = nullptr;
+        if (m_index >= 0) {
+            ::close(std::exchange(m_index, -1));
+        }
         cache().forget();
     }
 
-    int run(const char* sql) const { return sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr); }
+    int run(const char* sql) const
+    {
+        errno = 0;
+        return sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr);
+    }
 
     LSTATUS begin()
     {
         sqlite3_busy_timeout(m_database, 0);
-        const LSTATUS status = statusOf(m_database, run(m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE"));
+        const LSTATUS status = statusOf(run(m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE"));
         sqlite3_busy_timeout(m_database, longestWait.count());
         return status;
     }
 
-    LSTATUS commit() const { return statusOf(m_database, run(m_isShared ? "RELEASE call" : "COMMIT")); }
+    LSTATUS commit() const { return statusOf(run(m_isShared ? "RELEASE call" : "COMMIT")); }
 
     void undo() const
     {
@@ -267,7 +297,7 @@ public:
         return failed;
     }
 
-    LSTATUS statusFor(int result) const { return statusOf(m_database, result); }
+    LSTATUS whyReadOnly() const { return m_whyReadOnly; }
 
     /// One transaction for the calls to come.
     bool isShared() const { return m_isShared; }
@@ -297,6 +327,7 @@ private:
             const LSTATUS status = statusOfErrno(errno);
             return status != 0 ? status : ERROR_CANTOPEN;
         }
+        writeInPlace(m_folder);
         const int made = ::open(m_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
         const LSTATUS failedToMake = made < 0 ? statusOfErrno(errno) : ERROR_SUCCESS;
         if (made >= 0) {
@@ -308,17 +339,14 @@ private:
                 return ERROR_ACCESS_DENIED;
             }
         }
-        LSTATUS status = connect(SQLITE_OPEN_READWRITE, m_file);
-        m_isReadOnly = false;
-        if (status != ERROR_SUCCESS && status != ERROR_REGISTRY_CORRUPT && status != ERROR_BADDB &&
-            status != ERROR_LOCK_FAILED) {
+        m_whyReadOnly = failedToMake;
+        LSTATUS status = failedToMake != ERROR_SUCCESS ? failedToMake : connect(SQLITE_OPEN_READWRITE, m_file);
+        if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
             close();
-            const LSTATUS failed = status;
-            status = connect(SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, uriOf(m_file) + "?mode=ro&readonly_shm=1");
-            m_isReadOnly = true;
-            if (status != ERROR_SUCCESS && status != ERROR_REGISTRY_CORRUPT) {
-                status = failedToMake != ERROR_SUCCESS ? failedToMake : failed;
-            }
+            m_whyReadOnly = status;
+            const std::string uri = uriOf(m_file) + "?mode=ro&readonly_shm=1";
+            const LSTATUS failed = connect(SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, uri);
+            status = failed == ERROR_SUCCESS || failed == ERROR_REGISTRY_CORRUPT ? failed : status;
         }
         if (status != ERROR_SUCCESS) {
             close();
@@ -349,10 +377,11 @@ private:
 
     LSTATUS connect(int flags, const std::string& name)
     {
+        errno = 0;
         const int failed =
             sqlite3_open_v2(name.c_str(), &m_database, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
         if (failed != SQLITE_OK) {
-            return statusOf(m_database, failed);
+            return statusOf(failed);
         }
         sqlite3_busy_timeout(m_database, longestWait.count());
         for (const int disabled : {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
@@ -364,16 +393,34 @@ private:
         }
         int persist = 1;
         sqlite3_file_control(m_database, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
+        const bool forWriting = (flags & SQLITE_OPEN_READWRITE) != 0;
+        if (const LSTATUS status = forWriting ? allocateIndex() : ERROR_SUCCESS) {
+            return status;
+        }
         int result = run("PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY;"
                          "PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304");
-        if (result == SQLITE_OK && (flags & SQLITE_OPEN_READWRITE) != 0) {
+        if (result == SQLITE_OK && forWriting) {
             result = run("PRAGMA journal_mode = WAL");
         }
         if (result != SQLITE_OK) {
-            return statusOf(m_database, result);
+            return statusOf(result);
         }
         const LSTATUS status = checkSchema();
-        return status == ERROR_FILE_NOT_FOUND && (flags & SQLITE_OPEN_READWRITE) != 0 ? create() : status;
+        return status == ERROR_FILE_NOT_FOUND && forWriting ? create() : status;
+    }
+
+    /// Gives the log's index its room on the disk, for a log of 32 MB: it is written to in memory, where a full disk
+    /// is a signal and not an error.
+    LSTATUS allocateIndex()
+    {
+        constexpr off_t size = 65536;
+        void volatile* const index = mapIndex(m_database, true);
+        m_index = ::open((m_file + "-shm").c_str(), O_RDWR | O_CLOEXEC);
+        if (index == nullptr || m_index < 0) {
+            const LSTATUS status = statusOfErrno(errno);
+            return status != ERROR_SUCCESS ? status : ERROR_DISK_FULL;
+        }
+        return statusOfErrno(posix_fallocate(m_index, 0, size));
     }
 
     /// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
@@ -392,7 +439,7 @@ private:
             result = SQLITE_OK;
         }
         sqlite3_finalize(statement);
-        const LSTATUS status = statusOf(m_database, result);
+        const LSTATUS status = statusOf(result);
         return status != ERROR_SUCCESS                                ? status
                : all == 0                                             ? ERROR_FILE_NOT_FOUND
                : known == std::size(tables) && all == known ? ERROR_SUCCESS
@@ -403,7 +450,7 @@ private:
     {
         int result = run("BEGIN IMMEDIATE");
         if (result != SQLITE_OK) {
-            return statusOf(m_database, result);
+            return statusOf(result);
         }
         LSTATUS status = checkSchema(); // another process may have been first
         if (status == ERROR_FILE_NOT_FOUND) {
@@ -411,11 +458,11 @@ private:
                 result = result == SQLITE_OK ? run(table) : result;
             }
             result = result == SQLITE_OK ? run(firstShape) : result;
-            status = statusOf(m_database, result);
+            status = statusOf(result);
             status = status == ERROR_SUCCESS ? createFirstKeys() : status;
         }
         if (status == ERROR_SUCCESS) {
-            status = statusOf(m_database, run("COMMIT"));
+            status = statusOf(run("COMMIT"));
         }
         if (status != ERROR_SUCCESS) {
             run("ROLLBACK");
@@ -443,7 +490,8 @@ private:
     std::string m_folder;
     std::string m_file;
     sqlite3* m_database = nullptr;
-    bool m_isReadOnly = false;
+    LSTATUS m_whyReadOnly = ERROR_SUCCESS;
+    int m_index = -1; // kept open, since closing it would drop the process's locks on the file
     bool m_isShared = false;
     Identity m_listing;
     Identity m_opened[std::size(suffixes)];
@@ -487,6 +535,7 @@ LSTATUS beginWriting(bool forManyCalls)
         if (status == ERROR_SUCCESS) {
             status = forManyCalls && store().isShared() ? ERROR_INVALID_PARAMETER
                      : store().isLost()                 ? ERROR_CANTWRITE
+                     : store().whyReadOnly() != ERROR_SUCCESS ? store().whyReadOnly()
                                                         : store().begin();
         }
         if (status == ERROR_SUCCESS) {
@@ -580,6 +629,7 @@ bool Query::next()
     if (m_status != ERROR_SUCCESS) {
         return false;
     }
+    errno = 0;
     const int result = sqlite3_step(m_statement);
     check(result);
     return result == SQLITE_ROW;
@@ -606,7 +656,7 @@ std::string_view Query::bytes(int column) const
 void Query::check(int result)
 {
     if (m_status == ERROR_SUCCESS) {
-        m_status = store().statusFor(result);
+        m_status = statusOf(result);
     }
 }
 
