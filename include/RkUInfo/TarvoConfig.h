@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // TarvoConfig: who the process is, and its typed, registry-backed configuration store.
 #pragma once
 

@@ -110,6 +110,18 @@ struct SECURITY_ATTRIBUTES
 WINHOST_API DWORD GetLastError();
 WINHOST_API void SetLastError(DWORD error);
 
+// ---- Locks --------------------------------------------------------------------------------------
+
+struct SRWLOCK
+{
+    void* Ptr;
+};
+
+#define SRWLOCK_INIT {nullptr}
+
+WINHOST_API void AcquireSRWLockExclusive(SRWLOCK* lock);
+WINHOST_API void ReleaseSRWLockExclusive(SRWLOCK* lock);
+
 // ---- Registry -----------------------------------------------------------------------------------
 
 #define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(static_cast<LONG>(0x80000001))))
