@@ -34,7 +34,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds longestWait{5000};
-constexpr std::chrono::milliseconds longestPause{5};
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
 
@@ -192,18 +191,17 @@ constexpr std::size_t pageSize = 4096;
 
 std::atomic<std::uint64_t*> versionPage = nullptr;
 
-/// Where SQLite has the index in memory; null where it has none.
-void volatile* mapIndex(sqlite3* database, bool create)
+/// Tells where SQLite has the index in memory.
+int mapIndex(sqlite3* database, bool create, void volatile*& index)
 {
     constexpr int regionSize = 32768;
     sqlite3_file* file = nullptr;
-    void volatile* index = nullptr;
+    index = nullptr;
     sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
     errno = 0;
-    return file != nullptr && file->pMethods != nullptr && file->pMethods->iVersion >= 2 &&
-                   file->pMethods->xShmMap(file, 0, regionSize, create ? 1 : 0, &index) == SQLITE_OK
-               ? index
-               : nullptr;
+    return file == nullptr || file->pMethods == nullptr || file->pMethods->iVersion < 2
+               ? SQLITE_MISUSE
+               : file->pMethods->xShmMap(file, 0, regionSize, create ? 1 : 0, &index);
 }
 
 void hideVersion()
@@ -223,10 +221,25 @@ void showVersion(sqlite3* database)
         }
         versionPage.store(static_cast<std::uint64_t*>(page));
     }
-    void volatile* const index = mapIndex(database, false);
-    if (index != nullptr && *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
+    void volatile* index = nullptr;
+    if (mapIndex(database, false, index) == SQLITE_OK && index != nullptr && *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
         // An old size of 0 maps the same pages once more.
         mremap(const_cast<void*>(index), 0, pageSize, MREMAP_MAYMOVE | MREMAP_FIXED, versionPage.load());
+    }
+}
+
+/// Runs work() again while it answers ERROR_LOCK_FAILED, for a bounded time, and gives its last answer.
+template <typename Work>
+LSTATUS retry(Work work)
+{
+    constexpr std::chrono::microseconds longestPause{5000};
+    const Clock::time_point end = Clock::now() + longestWait;
+    for (std::chrono::microseconds pause{50};; pause = std::min(2 * pause, longestPause)) {
+        const LSTATUS status = work();
+        if (status != ERROR_LOCK_FAILED || Clock::now() >= end) {
+            return status;
+        }
+        std::this_thread::sleep_for(pause);
     }
 }
 
@@ -270,10 +283,18 @@ public:
         return sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr);
     }
 
-    LSTATUS begin()
+    /// Does not wait for other writers.
+    LSTATUS begin(bool forManyCalls)
     {
+        LSTATUS status = prepare(true);
+        if (status != ERROR_SUCCESS || m_whyReadOnly != ERROR_SUCCESS) {
+            return status != ERROR_SUCCESS ? status : m_whyReadOnly;
+        }
+        if (isLost() || (forManyCalls && m_isShared)) {
+            return isLost() ? ERROR_CANTWRITE : ERROR_INVALID_PARAMETER;
+        }
         sqlite3_busy_timeout(m_database, 0);
-        const LSTATUS status = statusOf(run(m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE"));
+        status = statusOf(run(m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE"));
         sqlite3_busy_timeout(m_database, longestWait.count());
         return status;
     }
@@ -297,9 +318,7 @@ public:
         return failed;
     }
 
-    LSTATUS whyReadOnly() const { return m_whyReadOnly; }
-
-    /// One transaction for the calls to come.
+/// One transaction for the calls to come.
     bool isShared() const { return m_isShared; }
     /// An error of the disk ends it on its own.
     bool isLost() const { return m_isShared && (m_database == nullptr || sqlite3_get_autocommit(m_database) != 0); }
@@ -316,9 +335,15 @@ public:
 private:
     static constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
+    /// Tries again while another process makes the store or mends it after a crash.
     LSTATUS open()
     {
         const NoFileSizeSignal noSignal;
+        return retry([this] { return openOnce(); });
+    }
+
+    LSTATUS openOnce()
+    {
         if (m_file.empty()) {
             m_folder = dataFolder() + "/winhost";
             m_file = m_folder + "/registry.db";
@@ -357,6 +382,7 @@ private:
             m_opened[i] = identityOf(m_file + suffixes[i]);
         }
         showVersion(m_database);
+        sqlite3_busy_timeout(m_database, longestWait.count());
         return ERROR_SUCCESS;
     }
 
@@ -383,7 +409,6 @@ private:
         if (failed != SQLITE_OK) {
             return statusOf(failed);
         }
-        sqlite3_busy_timeout(m_database, longestWait.count());
         for (const int disabled : {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
                                    SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION}) {
             sqlite3_db_config(m_database, disabled, 0, nullptr);
@@ -414,11 +439,13 @@ private:
     LSTATUS allocateIndex()
     {
         constexpr off_t size = 65536;
-        void volatile* const index = mapIndex(m_database, true);
+        void volatile* index = nullptr;
+        if (const int failed = mapIndex(m_database, true, index)) {
+            return statusOf(failed);
+        }
         m_index = ::open((m_file + "-shm").c_str(), O_RDWR | O_CLOEXEC);
-        if (index == nullptr || m_index < 0) {
-            const LSTATUS status = statusOfErrno(errno);
-            return status != ERROR_SUCCESS ? status : ERROR_DISK_FULL;
+        if (m_index < 0) {
+            return ERROR_CANTOPEN;
         }
         return statusOfErrno(posix_fallocate(m_index, 0, size));
     }
@@ -528,25 +555,14 @@ Store& store()
 /// Waits for other writers outside the lock, so that this process's readers need not.
 LSTATUS beginWriting(bool forManyCalls)
 {
-    const Clock::time_point end = Clock::now() + longestWait;
-    for (std::chrono::microseconds pause{50};; pause = std::min<std::chrono::microseconds>(2 * pause, longestPause)) {
+    return retry([forManyCalls] {
         store().mutex.lock();
-        LSTATUS status = store().prepare(true);
-        if (status == ERROR_SUCCESS) {
-            status = forManyCalls && store().isShared() ? ERROR_INVALID_PARAMETER
-                     : store().isLost()                 ? ERROR_CANTWRITE
-                     : store().whyReadOnly() != ERROR_SUCCESS ? store().whyReadOnly()
-                                                        : store().begin();
+        const LSTATUS status = store().begin(forManyCalls);
+        if (status != ERROR_SUCCESS) {
+            store().mutex.unlock();
         }
-        if (status == ERROR_SUCCESS) {
-            return status;
-        }
-        store().mutex.unlock();
-        if (status != ERROR_LOCK_FAILED || Clock::now() >= end) {
-            return status;
-        }
-        std::this_thread::sleep_for(pause);
-    }
+        return status;
+    });
 }
 
 } // namespace
