@@ -14,7 +14,8 @@ constexpr std::size_t longestAnswer = 2400;
 
 std::uint64_t Cache::hashOf(const Question& question)
 {
-    const std::uint64_t start = mix(question.kind, static_cast<std::uint64_t>(question.node) << 32 | question.index);
+    const std::uint64_t start =
+        mix(question.kind, static_cast<std::uint64_t>(question.node) << 32 | question.index);
     return question.text.empty() ? start : mix(start, bytesOf(question.text));
 }
 
@@ -31,10 +32,10 @@ void Cache::remember(const Question& question, std::uint64_t tag, const Answer& 
     }
     const std::uint64_t hash = hashOf(question);
     Set& set = m_sets[hash % setCount];
-    const Locked locked(set);
+    const std::lock_guard<std::mutex> lock(set.mutex);
     std::size_t way = 0;
-    while (way < ways && !(set.hashes[way] == hash && set.entries[way] != nullptr &&
-                           set.entries[way]->answers(question))) {
+    while (way < ways &&
+           !(set.hashes[way] == hash && set.entries[way] != nullptr && set.entries[way]->answers(question))) {
         ++way;
     }
     if (way == ways) {
@@ -73,31 +74,32 @@ void Cache::forget()
 {
     m_version.store(0);
     for (Set& set : m_sets) {
-        const Locked locked(set);
+        const std::lock_guard<std::mutex> lock(set.mutex);
         for (auto& entry : set.entries) {
             entry.reset();
         }
     }
 }
 
-void Cache::lock()
+namespace {
+
+// Never destroyed: it may be used while the process ends.
+Cache*& current()
 {
-    for (Set& set : m_sets) {
-        Locked::lock(set);
-    }
+    static Cache* created = new Cache;
+    return created;
 }
 
-void Cache::unlock()
-{
-    for (Set& set : m_sets) {
-        set.isLocked.clear(std::memory_order_release);
-    }
-}
+} // namespace
 
 Cache& cache()
 {
-    static Cache* const created = new Cache; // never destroyed: it may be used while the process ends
-    return *created;
+    return *current();
+}
+
+void abandonCache()
+{
+    current() = new Cache;
 }
 
 } // namespace winhost::registry

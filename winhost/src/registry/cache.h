@@ -1,13 +1,13 @@
-// What the store has answered, remembered by the process: at most 4,096 answers of 2,400 bytes. An answer holds as
-// long as the store's version is the one under which it was given; one about a path as long as no key came or went,
-// which is asked once for each version.
+// What the store has answered, remembered by the process: at most 4,096 answers of 2,400 bytes. An answer
+// holds as long as the store's version is the one under which it was given; one about a path as long as no
+// key came or went, which is asked once for each version.
 #pragma once
 
 #include "registry/tree.h"
 
 #include <atomic>
 #include <memory>
-#include <thread>
+#include <mutex>
 
 namespace winhost::registry {
 
@@ -24,10 +24,11 @@ public:
         }
         const std::uint64_t hash = hashOf(question);
         Set& set = m_sets[hash % setCount];
-        const Locked locked(set);
+        const std::lock_guard<std::mutex> lock(set.mutex);
         for (std::size_t way = 0; way < ways; ++way) {
             const Entry* const entry = set.entries[way].get();
-            if (set.hashes[way] == hash && entry != nullptr && entry->tag == tag && entry->answers(question)) {
+            if (set.hashes[way] == hash && entry != nullptr && entry->tag == tag &&
+                entry->answers(question)) {
                 use(entry->answer);
                 return true;
             }
@@ -39,9 +40,11 @@ public:
     std::uint64_t tagOf(Question::Kind kind) const
     {
         const std::uint64_t version = storeVersion();
-        return kind != Question::ePath || version == 0 || m_version.load(std::memory_order_acquire) != version
-                   ? (kind == Question::ePath ? 0 : version)
-                   : m_shape.load(std::memory_order_relaxed);
+        if (kind != Question::ePath || version == 0) {
+            return version;
+        }
+        return m_version.load(std::memory_order_acquire) == version ? m_shape.load(std::memory_order_relaxed)
+                                                                    : 0;
     }
 
     /// Nothing is remembered that was asked for while the store changed.
@@ -51,10 +54,6 @@ public:
     void learnShape(std::uint64_t version, std::int64_t shape);
 
     void forget();
-
-    /// Around a fork.
-    void lock();
-    void unlock();
 
 private:
     static constexpr std::size_t setCount = 512;
@@ -70,8 +69,8 @@ private:
 
         bool answers(const Question& asked) const
         {
-            return question.kind == asked.kind && question.node == asked.node && question.index == asked.index &&
-                   question.text == asked.text;
+            return question.kind == asked.kind && question.node == asked.node &&
+                   question.index == asked.index && question.text == asked.text;
         }
     };
     struct Free
@@ -80,30 +79,10 @@ private:
     };
     struct Set
     {
-        std::atomic_flag isLocked;
+        std::mutex mutex; // held for some dozens of nanoseconds
         std::uint8_t next = 0;
         std::uint64_t hashes[ways] = {};
         std::unique_ptr<Entry, Free> entries[ways];
-    };
-
-    /// Held for some dozens of nanoseconds.
-    class Locked
-    {
-    public:
-        explicit Locked(Set& set) : m_set(set) { lock(set); }
-        Locked(const Locked&) = delete;
-        Locked& operator=(const Locked&) = delete;
-        ~Locked() { m_set.isLocked.clear(std::memory_order_release); }
-
-        static void lock(Set& set)
-        {
-            while (set.isLocked.test_and_set(std::memory_order_acquire)) {
-                std::this_thread::yield();
-            }
-        }
-
-    private:
-        Set& m_set;
     };
 
     static std::uint64_t hashOf(const Question& question);
@@ -114,6 +93,9 @@ private:
 };
 
 Cache& cache();
+
+/// Leaves the cache as it is, and has another. For one thread alone.
+void abandonCache();
 
 /// What lookUp asks in an Access when nothing is remembered: the answer, in memory of its own.
 struct Found

@@ -1,5 +1,5 @@
 // The keys that the process has open. A handle names a slot and the slot's turn, so that one that was closed,
-// or that never was one, is found out. Looking a handle up takes no lock.
+// or that never was one, is found out.
 #pragma once
 
 #include "registry/tree.h"

@@ -22,8 +22,8 @@ inline Text textOf(std::string_view bytes)
     return text;
 }
 
-/// Equal for names that differ in case only; the order of its bytes is that of the registry. Letters sort as lower
-/// case ones, that is behind '_'.
+/// Equal for names that differ in case only; the order of its bytes is that of the registry. Letters sort as
+/// lower case ones, that is behind '_'.
 inline std::string folded(TextView name)
 {
     std::string bytes;

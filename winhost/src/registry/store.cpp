@@ -2,7 +2,7 @@
 
 #include "registry/cache.h"
 #include "registry/handles.h"
-#include "registry/tree.h"
+#include "registry/version.h"
 #include "user_folders.h"
 
 #include <sqlite3.h>
@@ -12,16 +12,13 @@
 #include <linux/fs.h>
 #include <pthread.h>
 #include <sys/ioctl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstring>
-#include <initializer_list>
+#include <cstdio>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -37,47 +34,19 @@ constexpr std::chrono::milliseconds longestWait{5000};
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
 
-// A key's number is higher than its parent's and is never used twice; the one row of `shape` has the highest that
-// was used, and grows as well when a key goes. Names are UTF-16 as they were given; `folded` orders them.
-constexpr const char* tables[] = {
-    "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB NOT NULL,"
-    " sum INTEGER NOT NULL, PRIMARY KEY(parent, folded)) WITHOUT ROWID",
+// A key's number is higher than its parent's and is never used twice; the row of `shape` has the highest that
+// was used, and grows when a key goes, too. Names are UTF-16 as they were given; `folded` orders them.
+constexpr std::string_view schema =
+    "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "
+    "NOT NULL,"
+    " sum INTEGER NOT NULL, PRIMARY KEY(parent, folded)) WITHOUT ROWID;"
     "CREATE TABLE vals(key INTEGER NOT NULL, folded BLOB NOT NULL, name BLOB NOT NULL, type INTEGER NOT NULL,"
-    " data BLOB NOT NULL, sum INTEGER NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID",
-    "CREATE TABLE shape(last INTEGER NOT NULL)",
-};
-constexpr const char* firstShape = "INSERT INTO shape VALUES(2)"; // behind the two roots
+    " data BLOB NOT NULL, sum INTEGER NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID;"
+    "CREATE TABLE shape(last INTEGER NOT NULL)";
 
-#define BELOW                                                                                                  \
-    "WITH RECURSIVE below(id) AS (SELECT ?1 UNION SELECT keys.id FROM below JOIN keys ON keys.parent = below.id" \
-    " WHERE keys.id > below.id) "
-
-constexpr const char* statements[] = {
-    "SELECT id, name, sum FROM keys WHERE parent = ?1 AND folded = ?2",
-    "SELECT parent FROM keys WHERE id = ?1",
-    "SELECT name, type, data, sum FROM vals WHERE key = ?1 AND folded = ?2",
-    "SELECT folded, name, sum, id FROM keys WHERE parent = ?1 ORDER BY folded LIMIT ?3 OFFSET ?2",
-    "SELECT folded, name, sum, id FROM keys WHERE parent = ?1 AND folded > ?2 ORDER BY folded LIMIT ?3",
-    "SELECT folded, name, sum, type, data FROM vals WHERE key = ?1 ORDER BY folded LIMIT ?3 OFFSET ?2",
-    "SELECT folded, name, sum, type, data FROM vals WHERE key = ?1 AND folded > ?2 ORDER BY folded LIMIT ?3",
-    "SELECT count(*), max(length(name)) FROM keys WHERE parent = ?1",
-    "SELECT count(*), max(length(name)), max(length(data)) FROM vals WHERE key = ?1",
-    "SELECT last FROM shape",
-    "UPDATE shape SET last = last + 1",
-    "INSERT INTO keys(parent, folded, id, name, sum) VALUES(?1, ?2, ?3, ?4, ?5)",
-    "INSERT INTO vals(key, folded, name, type, data, sum) VALUES(?1, ?2, ?3, ?4, ?5, ?6)"
-    " ON CONFLICT(key, folded) DO UPDATE SET type = excluded.type, data = excluded.data, sum = excluded.sum",
-    "DELETE FROM vals WHERE key = ?1 AND folded = ?2",
-    "DELETE FROM keys WHERE id = ?1",
-    "DELETE FROM vals WHERE key = ?1",
-    BELOW "DELETE FROM vals WHERE key IN below",
-    BELOW "DELETE FROM keys WHERE parent IN below",
-};
-static_assert(std::size(statements) == static_cast<std::size_t>(Sql::eCount));
-
-LSTATUS statusOfErrno(int error)
+LSTATUS statusOfErrno(LSTATUS otherwise)
 {
-    switch (error) {
+    switch (errno) {
     case EACCES:
     case EPERM:
     case EROFS:
@@ -92,7 +61,7 @@ LSTATUS statusOfErrno(int error)
     case ENFILE:
         return ERROR_NO_SYSTEM_RESOURCES;
     default:
-        return 0;
+        return otherwise;
     }
 }
 
@@ -100,7 +69,6 @@ LSTATUS statusOfErrno(int error)
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
-    const LSTATUS ofSystem = statusOfErrno(errno);
     switch (code & primary) {
     case SQLITE_OK:
     case SQLITE_ROW:
@@ -118,113 +86,13 @@ LSTATUS statusOf(int code)
     case SQLITE_NOMEM:
         return ERROR_NOT_ENOUGH_MEMORY;
     case SQLITE_CANTOPEN:
-        return ofSystem != 0 ? ofSystem : ERROR_CANTOPEN;
+        return statusOfErrno(ERROR_CANTOPEN);
     case SQLITE_TOOBIG:
         return ERROR_INVALID_PARAMETER;
     case SQLITE_IOERR:
-        return ofSystem != 0 ? ofSystem : ERROR_REGISTRY_IO_FAILED;
+        return statusOfErrno(ERROR_REGISTRY_IO_FAILED);
     default:
         return ERROR_REGISTRY_CORRUPT;
-    }
-}
-
-sigset_t fileSizeSignal()
-{
-    sigset_t signal;
-    sigemptyset(&signal);
-    sigaddset(&signal, SIGXFSZ);
-    return signal;
-}
-
-/// Makes the folder and those above it, as far as they are missing; leaves the cause in errno.
-bool makeFolders(const std::string& folder)
-{
-    if (mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST) {
-        return true;
-    }
-    const std::size_t above = folder.find_last_of('/');
-    return errno == ENOENT && above != 0 && above != std::string::npos && makeFolders(folder.substr(0, above)) &&
-           (mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST);
-}
-
-/// On a file system that writes changed data elsewhere, what is mapped would need new room for each change.
-void writeInPlace(const std::string& folder)
-{
-    const int opened = open(folder.c_str(), O_RDONLY | O_CLOEXEC);
-    int flags = 0;
-    if (opened >= 0 && ioctl(opened, FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_NOCOW_FL) == 0) {
-        flags |= FS_NOCOW_FL;
-        ioctl(opened, FS_IOC_SETFLAGS, &flags); // files that are made in the folder take it over
-    }
-    close(opened);
-}
-
-/// Which file a path leads to, and when the list of a folder changed.
-struct Identity
-{
-    dev_t device = 0;
-    ino_t number = 0;
-    timespec changed = {};
-    uid_t owner = 0;
-
-    bool isSameFile(const Identity& other) const { return device == other.device && number == other.number; }
-    bool isSameList(const Identity& other) const
-    {
-        return isSameFile(other) && changed.tv_sec == other.changed.tv_sec && changed.tv_nsec == other.changed.tv_nsec;
-    }
-};
-
-Identity identityOf(const std::string& path)
-{
-    struct stat found = {};
-    return stat(path.c_str(), &found) == 0 ? Identity{found.st_dev, found.st_ino, found.st_mtim, found.st_uid}
-                                           : Identity{};
-}
-
-// ---- The version --------------------------------------------------------------------------------------------
-
-// The header of the write-ahead log's index, in shared memory, ends in a sum of itself, which every commit of any
-// process changes: https://www.sqlite.org/walformat.html. It is mapped a second time, at an address that stays.
-constexpr std::uint32_t indexFormat = 3007000;
-constexpr std::size_t sumAt = 5; // in units of 8 bytes
-constexpr std::size_t pageSize = 4096;
-
-std::atomic<std::uint64_t*> versionPage = nullptr;
-
-/// Tells where SQLite has the index in memory.
-int mapIndex(sqlite3* database, bool create, void volatile*& index)
-{
-    constexpr int regionSize = 32768;
-    sqlite3_file* file = nullptr;
-    index = nullptr;
-    sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    errno = 0;
-    return file == nullptr || file->pMethods == nullptr || file->pMethods->iVersion < 2
-               ? SQLITE_MISUSE
-               : file->pMethods->xShmMap(file, 0, regionSize, create ? 1 : 0, &index);
-}
-
-void hideVersion()
-{
-    void* const page = versionPage.load();
-    if (page != nullptr) {
-        mmap(page, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
-    }
-}
-
-void showVersion(sqlite3* database)
-{
-    if (versionPage.load() == nullptr) {
-        void* const page = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (page == MAP_FAILED) {
-            return;
-        }
-        versionPage.store(static_cast<std::uint64_t*>(page));
-    }
-    void volatile* index = nullptr;
-    if (mapIndex(database, false, index) == SQLITE_OK && index != nullptr && *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
-        // An old size of 0 maps the same pages once more.
-        mremap(const_cast<void*>(index), 0, pageSize, MREMAP_MAYMOVE | MREMAP_FIXED, versionPage.load());
     }
 }
 
@@ -243,31 +111,125 @@ LSTATUS retry(Work work)
     }
 }
 
-// ---- The connection -----------------------------------------------------------------------------------------
+/// Makes the folder and those above it, as far as they are missing; leaves the cause in errno.
+bool makeFolders(const std::string& folder)
+{
+    const auto make = [&] { return mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST; };
+    const std::size_t above = folder.find_last_of('/');
+    return make() || (errno == ENOENT && above != 0 && makeFolders(folder.substr(0, above)) && make());
+}
+
+/// On a file system that writes changed data elsewhere, what is mapped would need new room for each change.
+void writeInPlace(const std::string& folder)
+{
+    const int opened = open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    int flags = 0;
+    if (opened >= 0 && ioctl(opened, FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_NOCOW_FL) == 0) {
+        flags |= FS_NOCOW_FL;
+        ioctl(opened, FS_IOC_SETFLAGS, &flags); // files that are made in the folder take it over
+    }
+    close(opened);
+}
+
+/// All 0 for what is not there.
+struct stat fileAt(const std::string& path)
+{
+    struct stat found = {};
+    stat(path.c_str(), &found);
+    return found;
+}
+
+bool isSameFile(const struct stat& a, const struct stat& b)
+{
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+/// A write past the process's file size limit is an error, unless the program wants its signal.
+void ignoreFileSizeSignal()
+{
+    struct sigaction wanted = {};
+    if (sigaction(SIGXFSZ, nullptr, &wanted) == 0 && wanted.sa_handler == SIG_DFL) {
+        wanted.sa_handler = SIG_IGN;
+        sigaction(SIGXFSZ, &wanted, nullptr);
+    }
+}
 
 class Store
 {
 public:
-    std::mutex mutex;
+    std::mutex mutex; // of all that follows
 
-    /// Makes the connection ready; the lock is the caller's.
-    LSTATUS prepare(bool forWriting)
+    /// Makes the connection ready for reading.
+    LSTATUS prepare(bool thoroughly)
     {
-        if (m_database != nullptr && hasMoved(forWriting)) {
+        if (m_database != nullptr &&
+            (hasMoved(thoroughly) || (thoroughly && m_whyReadOnly != ERROR_SUCCESS))) {
             close();
         }
-        if (m_database != nullptr && m_whyReadOnly != ERROR_SUCCESS && forWriting) {
-            close();
+        // Again while another process makes the store, or mends it after a crash.
+        return m_database != nullptr ? ERROR_SUCCESS : retry([this] { return open(); });
+    }
+
+    /// Does not wait for other writers.
+    LSTATUS begin(bool forManyCalls)
+    {
+        if (const LSTATUS status = prepare(true)) {
+            return status;
         }
-        return m_database != nullptr ? ERROR_SUCCESS : open();
+        if (m_whyReadOnly != ERROR_SUCCESS || isLost()) {
+            return isLost() ? ERROR_CANTWRITE : m_whyReadOnly;
+        }
+        if (forManyCalls && m_isShared) {
+            return ERROR_INVALID_PARAMETER;
+        }
+        sqlite3_busy_timeout(m_database, 0);
+        const LSTATUS status = run(m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE");
+        sqlite3_busy_timeout(m_database, longestWait.count());
+        if (status == ERROR_SUCCESS && forManyCalls) {
+            m_isShared = true;
+            hideVersion();
+        }
+        return status;
+    }
+
+    LSTATUS commit() const { return run(m_isShared ? "RELEASE call" : "COMMIT"); }
+
+    void undo() const
+    {
+        if (sqlite3_get_autocommit(m_database) == 0) {
+            run(m_isShared ? "ROLLBACK TO call; RELEASE call" : "ROLLBACK");
+        }
+    }
+
+    LSTATUS endShared(bool keep)
+    {
+        if (!m_isShared || isLost()) {
+            return std::exchange(m_isShared, false) ? ERROR_CANTWRITE : ERROR_INVALID_PARAMETER;
+        }
+        m_isShared = false;
+        const LSTATUS status = keep ? commit() : ERROR_SUCCESS;
+        undo();
+        showVersion(m_database);
+        return status;
+    }
+
+    int prepared(Statement& statement) const
+    {
+        if (statement.connection == m_connection) {
+            return SQLITE_OK;
+        }
+        const int failed = sqlite3_prepare_v3(m_database, statement.sql, -1, SQLITE_PREPARE_PERSISTENT,
+                                              &statement.prepared, nullptr);
+        statement.connection = failed == SQLITE_OK ? m_connection : 0;
+        return failed;
     }
 
     void close()
     {
         hideVersion();
-        for (sqlite3_stmt*& statement : m_prepared) {
+        while (sqlite3_stmt* const statement =
+                   m_database != nullptr ? sqlite3_next_stmt(m_database, nullptr) : nullptr) {
             sqlite3_finalize(statement);
-            statement = nullptr;
         }
         sqlite3_close(m_database);
         m_database = nullptr;
@@ -277,236 +239,135 @@ public:
         cache().forget();
     }
 
-    int run(const char* sql) const
-    {
-        errno = 0;
-        return sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr);
-    }
-
-    /// Does not wait for other writers.
-    LSTATUS begin(bool forManyCalls)
-    {
-        LSTATUS status = prepare(true);
-        if (status != ERROR_SUCCESS || m_whyReadOnly != ERROR_SUCCESS) {
-            return status != ERROR_SUCCESS ? status : m_whyReadOnly;
-        }
-        if (isLost() || (forManyCalls && m_isShared)) {
-            return isLost() ? ERROR_CANTWRITE : ERROR_INVALID_PARAMETER;
-        }
-        sqlite3_busy_timeout(m_database, 0);
-        status = statusOf(run(m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE"));
-        sqlite3_busy_timeout(m_database, longestWait.count());
-        return status;
-    }
-
-    LSTATUS commit() const { return statusOf(run(m_isShared ? "RELEASE call" : "COMMIT")); }
-
-    void undo() const
-    {
-        if (sqlite3_get_autocommit(m_database) == 0) {
-            run(m_isShared ? "ROLLBACK TO call; RELEASE call" : "ROLLBACK");
-        }
-    }
-
-    int prepared(Sql sql, sqlite3_stmt*& statement)
-    {
-        sqlite3_stmt*& kept = m_prepared[static_cast<std::size_t>(sql)];
-        const int failed = kept != nullptr ? SQLITE_OK
-                                           : sqlite3_prepare_v3(m_database, statements[static_cast<std::size_t>(sql)], -1,
-                                                                SQLITE_PREPARE_PERSISTENT, &kept, nullptr);
-        statement = kept;
-        return failed;
-    }
-
-/// One transaction for the calls to come.
-    bool isShared() const { return m_isShared; }
-    /// An error of the disk ends it on its own.
-    bool isLost() const { return m_isShared && (m_database == nullptr || sqlite3_get_autocommit(m_database) != 0); }
-    void share(bool shared)
-    {
-        m_isShared = shared;
-        if (shared) {
-            hideVersion();
-        } else if (m_database != nullptr) {
-            showVersion(m_database);
-        }
-    }
-
 private:
     static constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
-    /// Tries again while another process makes the store or mends it after a crash.
-    LSTATUS open()
+    LSTATUS run(const char* sql) const
     {
-        const NoFileSizeSignal noSignal;
-        return retry([this] { return openOnce(); });
+        errno = 0;
+        return statusOf(sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr));
     }
 
-    LSTATUS openOnce()
+    /// For writing, else for reading.
+    LSTATUS open()
     {
         if (m_file.empty()) {
             m_folder = dataFolder() + "/winhost";
             m_file = m_folder + "/registry.db";
+            ignoreFileSizeSignal();
         }
         if (!makeFolders(m_folder)) {
-            const LSTATUS status = statusOfErrno(errno);
-            return status != 0 ? status : ERROR_CANTOPEN;
+            return statusOfErrno(ERROR_CANTOPEN);
         }
         writeInPlace(m_folder);
         const int made = ::open(m_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
-        const LSTATUS failedToMake = made < 0 ? statusOfErrno(errno) : ERROR_SUCCESS;
-        if (made >= 0) {
-            ::close(made);
+        m_whyReadOnly = made < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
+        ::close(made);
+        m_listing = fileAt(m_folder);
+        if (m_listing.st_uid != geteuid() || (made >= 0 && fileAt(m_file).st_uid != geteuid())) {
+            return ERROR_ACCESS_DENIED;
         }
-        for (const std::string& each : {m_folder, m_file}) {
-            const Identity found = identityOf(each);
-            if (found.number != 0 && found.owner != geteuid()) {
-                return ERROR_ACCESS_DENIED;
-            }
+        LSTATUS status = m_whyReadOnly;
+        if (status == ERROR_SUCCESS) {
+            status = connect(true);
         }
-        m_whyReadOnly = failedToMake;
-        LSTATUS status = failedToMake != ERROR_SUCCESS ? failedToMake : connect(SQLITE_OPEN_READWRITE, m_file);
         if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
             close();
             m_whyReadOnly = status;
-            const std::string uri = uriOf(m_file) + "?mode=ro&readonly_shm=1";
-            const LSTATUS failed = connect(SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, uri);
+            const LSTATUS failed = connect(false);
             status = failed == ERROR_SUCCESS || failed == ERROR_REGISTRY_CORRUPT ? failed : status;
         }
         if (status != ERROR_SUCCESS) {
             close();
             return status;
         }
-        m_listing = identityOf(m_folder);
+        m_listing = fileAt(m_folder);
         for (std::size_t i = 0; i < std::size(suffixes); ++i) {
-            m_opened[i] = identityOf(m_file + suffixes[i]);
+            m_opened[i] = fileAt(m_file + suffixes[i]);
         }
         showVersion(m_database);
         sqlite3_busy_timeout(m_database, longestWait.count());
         return ERROR_SUCCESS;
     }
 
-    static std::string uriOf(const std::string& file)
+    LSTATUS connect(bool forWriting)
     {
         std::string uri = "file:";
-        constexpr char digits[] = "0123456789ABCDEF";
-        for (const char each : file) {
-            const auto byte = static_cast<unsigned char>(each);
-            if (std::strchr("%?#", each) != nullptr) {
-                uri += {'%', digits[byte >> 4], digits[byte & 15]};
-            } else {
-                uri += each;
-            }
+        for (const char each : m_file) {
+            char coded[sizeof "%FF"];
+            std::snprintf(coded, sizeof coded, "%%%02X", static_cast<unsigned char>(each));
+            uri += coded;
         }
-        return uri;
-    }
-
-    LSTATUS connect(int flags, const std::string& name)
-    {
+        uri += forWriting ? "?mode=rw" : "?mode=ro&readonly_shm=1";
+        constexpr int flags =
+            SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
         errno = 0;
-        const int failed =
-            sqlite3_open_v2(name.c_str(), &m_database, flags | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+        int failed = sqlite3_open_v2(uri.c_str(), &m_database, flags, nullptr);
+        if (failed == SQLITE_OK && forWriting) {
+            m_index = ::open((m_file + suffixes[2]).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
+            failed = m_index < 0 ? SQLITE_CANTOPEN : allocateIndex(m_database, m_index);
+        }
         if (failed != SQLITE_OK) {
             return statusOf(failed);
         }
-        for (const int disabled : {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
-                                   SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION}) {
-            sqlite3_db_config(m_database, disabled, 0, nullptr);
+        ++m_connection;
+        for (const int option : {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
+                                 SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION}) {
+            sqlite3_db_config(m_database, option, 0, nullptr);
         }
-        for (const int enabled : {SQLITE_DBCONFIG_DEFENSIVE, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE}) {
-            sqlite3_db_config(m_database, enabled, 1, nullptr);
+        sqlite3_db_config(m_database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+        sqlite3_db_config(m_database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+        int keepsLog = 1;
+        sqlite3_file_control(m_database, "main", SQLITE_FCNTL_PERSIST_WAL, &keepsLog);
+        LSTATUS status = run("PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY;"
+                             "PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304");
+        if (status == ERROR_SUCCESS && forWriting) {
+            status = run("PRAGMA journal_mode = WAL");
         }
-        int persist = 1;
-        sqlite3_file_control(m_database, "main", SQLITE_FCNTL_PERSIST_WAL, &persist);
-        const bool forWriting = (flags & SQLITE_OPEN_READWRITE) != 0;
-        if (const LSTATUS status = forWriting ? allocateIndex() : ERROR_SUCCESS) {
-            return status;
-        }
-        int result = run("PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY;"
-                         "PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304");
-        if (result == SQLITE_OK && forWriting) {
-            result = run("PRAGMA journal_mode = WAL");
-        }
-        if (result != SQLITE_OK) {
-            return statusOf(result);
-        }
-        const LSTATUS status = checkSchema();
+        status = status == ERROR_SUCCESS ? checkSchema() : status;
         return status == ERROR_FILE_NOT_FOUND && forWriting ? create() : status;
     }
 
-    /// Gives the log's index its room on the disk, for a log of 32 MB: it is written to in memory, where a full disk
-    /// is a signal and not an error.
-    LSTATUS allocateIndex()
-    {
-        constexpr off_t size = 65536;
-        void volatile* index = nullptr;
-        if (const int failed = mapIndex(m_database, true, index)) {
-            return statusOf(failed);
-        }
-        m_index = ::open((m_file + "-shm").c_str(), O_RDWR | O_CLOEXEC);
-        if (m_index < 0) {
-            return ERROR_CANTOPEN;
-        }
-        return statusOfErrno(posix_fallocate(m_index, 0, size));
-    }
-
     /// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
-    LSTATUS checkSchema() const
+    LSTATUS checkSchema()
     {
-        sqlite3_stmt* statement = nullptr;
-        int result = sqlite3_prepare_v2(
-            m_database, "SELECT sql FROM sqlite_schema WHERE sql IS NOT NULL ORDER BY rowid", -1, &statement, nullptr);
-        std::size_t known = 0;
-        std::size_t all = 0;
-        while (result == SQLITE_OK && (result = sqlite3_step(statement)) == SQLITE_ROW) {
-            const auto* const sql = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
-            const std::size_t matches = all < std::size(tables) && sql != nullptr && std::strcmp(sql, tables[all]) == 0;
-            known += matches;
-            ++all;
-            result = SQLITE_OK;
+        Statement all{"SELECT group_concat(sql, ';') FROM sqlite_schema WHERE sql NOTNULL"};
+        Query query(all);
+        if (!query.next()) {
+            return query.status();
         }
-        sqlite3_finalize(statement);
-        const LSTATUS status = statusOf(result);
-        return status != ERROR_SUCCESS                                ? status
-               : all == 0                                             ? ERROR_FILE_NOT_FOUND
-               : known == std::size(tables) && all == known ? ERROR_SUCCESS
-                                                                      : ERROR_BADDB;
+        const std::string_view found = query.bytes(0);
+        return found.empty() ? ERROR_FILE_NOT_FOUND : found == schema ? ERROR_SUCCESS : ERROR_BADDB;
     }
 
     LSTATUS create()
     {
-        int result = run("BEGIN IMMEDIATE");
-        if (result != SQLITE_OK) {
-            return statusOf(result);
+        LSTATUS status = run("BEGIN IMMEDIATE");
+        if (status != ERROR_SUCCESS) {
+            return status;
         }
-        LSTATUS status = checkSchema(); // another process may have been first
+        status = checkSchema(); // another process may have been first
         if (status == ERROR_FILE_NOT_FOUND) {
-            for (const char* const table : tables) {
-                result = result == SQLITE_OK ? run(table) : result;
-            }
-            result = result == SQLITE_OK ? run(firstShape) : result;
-            status = statusOf(result);
+            status = run(schema.data());
             status = status == ERROR_SUCCESS ? createFirstKeys() : status;
         }
-        if (status == ERROR_SUCCESS) {
-            status = statusOf(run("COMMIT"));
-        }
-        if (status != ERROR_SUCCESS) {
-            run("ROLLBACK");
-        }
+        status = status == ERROR_SUCCESS ? commit() : status;
+        undo();
         return status;
     }
 
-    /// Whether the file that was opened is no longer the one that the path leads to. A look at the folder is enough
-    /// for a read, since its time tells that nothing came or went.
+    /// Whether the file that was opened is no longer the one that the path leads to. A look at the folder is
+    /// enough for a read, since its time tells that nothing came or went.
     bool hasMoved(bool thoroughly)
     {
-        const Identity listing = identityOf(m_folder);
-        if (!thoroughly && listing.isSameList(m_listing)) {
+        const struct stat listing = fileAt(m_folder);
+        if (!thoroughly && isSameFile(listing, m_listing) &&
+            listing.st_mtim.tv_sec == m_listing.st_mtim.tv_sec &&
+            listing.st_mtim.tv_nsec == m_listing.st_mtim.tv_nsec) {
             return false;
         }
         for (std::size_t i = 0; i < std::size(suffixes); ++i) {
-            if (!identityOf(m_file + suffixes[i]).isSameFile(m_opened[i])) {
+            if (!isSameFile(fileAt(m_file + suffixes[i]), m_opened[i])) {
                 return true;
             }
         }
@@ -514,112 +375,97 @@ private:
         return false;
     }
 
+    /// An error of the disk ends a transaction on its own, and a fork does.
+    bool isLost() const
+    {
+        return m_isShared && (m_database == nullptr || sqlite3_get_autocommit(m_database) != 0);
+    }
+
     std::string m_folder;
     std::string m_file;
     sqlite3* m_database = nullptr;
-    LSTATUS m_whyReadOnly = ERROR_SUCCESS;
-    int m_index = -1; // kept open, since closing it would drop the process's locks on the file
-    bool m_isShared = false;
-    Identity m_listing;
-    Identity m_opened[std::size(suffixes)];
-    sqlite3_stmt* m_prepared[static_cast<std::size_t>(Sql::eCount)] = {};
+    unsigned m_connection = 0;             // how many there were
+    int m_index = -1;                      // closing it would drop the process's locks on the file
+    LSTATUS m_whyReadOnly = ERROR_SUCCESS; // why the store is open for reading alone
+    bool m_isShared = false;               // one transaction for many calls
+    struct stat m_listing = {};
+    struct stat m_opened[std::size(suffixes)] = {};
 };
 
-/// Never destroyed: it may be used while the process ends.
+Store& store();
+
+// SQLite must not be open across a fork: locks are a process's own, and its lists of them would be copied.
+
+void beforeFork()
+{
+    store().mutex.lock();
+    store().close();
+    lockHandles();
+}
+
+void afterFork()
+{
+    unlockHandles();
+    store().mutex.unlock();
+}
+
+void afterForkInChild()
+{
+    abandonCache(); // a thread that is no more may have locked a part of it
+    afterFork();
+}
+
 Store& store()
 {
-    static Store* const created = [] {
-        // SQLite must not be open across a fork: locks are a process's own, and its tables of them would be copied.
-        pthread_atfork(
-            [] {
-                store().mutex.lock();
-                store().close();
-                cache().lock();
-                lockHandles();
-            },
-            [] {
-                unlockHandles();
-                cache().unlock();
-                store().mutex.unlock();
-            },
-            [] {
-                unlockHandles();
-                cache().unlock();
-                store().mutex.unlock();
-            });
+    static Store* const created = [] { // never destroyed: it may be used while the process ends
+        pthread_atfork(beforeFork, afterFork, afterForkInChild);
         return new Store;
     }();
     return *created;
 }
 
-/// Waits for other writers outside the lock, so that this process's readers need not.
-LSTATUS beginWriting(bool forManyCalls)
+} // namespace
+
+Access::Access(Purpose purpose) : m_purpose(purpose)
 {
-    return retry([forManyCalls] {
+    if (purpose == eReading) {
         store().mutex.lock();
-        const LSTATUS status = store().begin(forManyCalls);
-        if (status != ERROR_SUCCESS) {
+        m_status = store().prepare(false);
+        return;
+    }
+    // Waits for other writers without the lock, so that this process's readers need not.
+    m_isDone = true;
+    m_status = retry([&] {
+        store().mutex.lock();
+        const LSTATUS status = store().begin(purpose == eWritingOn);
+        m_isDone = status != ERROR_SUCCESS;
+        if (m_isDone) {
             store().mutex.unlock();
         }
         return status;
     });
 }
 
-} // namespace
-
-NoFileSizeSignal::NoFileSizeSignal()
-{
-    sigset_t signal = fileSizeSignal();
-    pthread_sigmask(SIG_BLOCK, &signal, &m_before);
-}
-
-NoFileSizeSignal::~NoFileSizeSignal()
-{
-    constexpr timespec atOnce = {};
-    const sigset_t signal = fileSizeSignal();
-    sigtimedwait(&signal, nullptr, &atOnce);
-    pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
-}
-
-std::uint64_t storeVersion()
-{
-    const std::uint64_t* const page = versionPage.load(std::memory_order_acquire);
-    return page != nullptr ? __atomic_load_n(page + sumAt, __ATOMIC_ACQUIRE) : 0;
-}
-
-Access::Access(Purpose purpose) : m_purpose(purpose)
-{
-    if (purpose == eWriting) {
-        m_signal.emplace();
-        m_status = beginWriting(false);
-        m_isLocked = m_status == ERROR_SUCCESS;
-        return;
-    }
-    store().mutex.lock();
-    m_isLocked = true;
-    m_status = store().prepare(false);
-}
-
 Access::~Access()
 {
-    if (m_isLocked) {
-        if (m_purpose == eWriting && !m_isCommitted) {
-            store().undo();
-        }
-        store().mutex.unlock();
+    if (m_isDone && m_purpose != eReading) {
+        return;
     }
+    if (m_purpose == eWriting) {
+        store().undo();
+    }
+    store().mutex.unlock();
 }
 
 LSTATUS Access::commit()
 {
-    const LSTATUS status = store().commit();
-    m_isCommitted = status == ERROR_SUCCESS;
-    return status;
+    return store().commit();
 }
 
-Query::Query(Sql sql)
+Query::Query(Statement& statement)
 {
-    check(store().prepared(sql, m_statement));
+    check(store().prepared(statement));
+    m_statement = statement.prepared;
 }
 
 Query::~Query()
@@ -635,8 +481,8 @@ Query& Query::with(std::int64_t number)
 
 Query& Query::with(std::string_view bytes)
 {
-    check(sqlite3_bind_blob64(m_statement, ++m_bound, bytes.data() != nullptr ? bytes.data() : "", bytes.size(),
-                              SQLITE_STATIC));
+    const void* const data = bytes.data() != nullptr ? bytes.data() : "";
+    check(sqlite3_bind_blob64(m_statement, ++m_bound, data, bytes.size(), SQLITE_STATIC));
     return *this;
 }
 
@@ -680,29 +526,12 @@ void Query::check(int result)
 
 LSTATUS winhostBeginRegistryChanges()
 {
-    using namespace winhost::registry;
-    const NoFileSizeSignal noSignal;
-    const LSTATUS status = beginWriting(true);
-    if (status == ERROR_SUCCESS) {
-        store().share(true);
-        store().mutex.unlock();
-    }
-    return status;
+    using winhost::registry::Access;
+    return Access(Access::eWritingOn).status();
 }
 
 LSTATUS winhostEndRegistryChanges(BOOL keep)
 {
-    using namespace winhost::registry;
-    const NoFileSizeSignal noSignal;
-    const std::lock_guard<std::mutex> lock(store().mutex);
-    if (!store().isShared()) {
-        return ERROR_INVALID_PARAMETER;
-    }
-    const bool isLost = store().isLost();
-    store().share(false);
-    const LSTATUS status = isLost || keep == FALSE ? ERROR_SUCCESS : store().commit();
-    if (!isLost) {
-        store().undo();
-    }
-    return isLost && keep != FALSE ? ERROR_CANTWRITE : status;
+    const std::lock_guard<std::mutex> lock(winhost::registry::store().mutex);
+    return winhost::registry::store().endShared(keep != FALSE);
 }

@@ -1,12 +1,10 @@
-// The registry's file: an SQLite database that the process opens at its first call and whenever the file is
-// another, over one connection. While a call works it has the connection to itself.
+// The registry's file: an SQLite database that the process opens at its first call, and again when the path
+// leads to another file. There is one connection, which a call has to itself while it works.
 #pragma once
 
 #include <windows.h>
 
-#include <csignal>
 #include <cstdint>
-#include <optional>
 #include <string_view>
 
 struct sqlite3_stmt;
@@ -18,46 +16,9 @@ using NodeId = std::int64_t;
 constexpr NodeId currentUserId = 1;
 constexpr NodeId localMachineId = 2;
 
-/// Tells the store's content: it is the same as long as nobody has written, in this process or another. 0 where
-/// that cannot be told. Takes no lock and no system call.
+/// Tells the store's content: it is the same as long as nobody has written, in this process or another. 0
+/// where that cannot be told. Takes no lock and no system call.
 std::uint64_t storeVersion();
-
-/// What the store is asked, in store.cpp as SQL.
-enum class Sql : std::uint8_t
-{
-    eFindKey,
-    eKeyExists,
-    eFindValue,
-    eSubKeysFrom,
-    eSubKeysBehind,
-    eValuesFrom,
-    eValuesBehind,
-    eMeasureSubKeys,
-    eMeasureValues,
-    eShape,
-    eNextShape,
-    eAddKey,
-    ePutValue,
-    eRemoveValue,
-    eRemoveKey,
-    eRemoveValues,
-    eRemoveValuesBelow,
-    eRemoveKeysBelow,
-    eCount
-};
-
-/// While it lives, a write past the process's file size limit is an error, and not the end of the process.
-class NoFileSizeSignal
-{
-public:
-    NoFileSizeSignal();
-    ~NoFileSizeSignal();
-    NoFileSizeSignal(const NoFileSizeSignal&) = delete;
-    NoFileSizeSignal& operator=(const NoFileSizeSignal&) = delete;
-
-private:
-    sigset_t m_before;
-};
 
 /// The store for one call. One at a time in a thread.
 class Access
@@ -66,7 +27,8 @@ public:
     enum Purpose
     {
         eReading,
-        eWriting ///< waits for other writers, 5 s at most; undone unless committed
+        eWriting,  ///< waits for other writers, 5 s at most; undone unless committed
+        eWritingOn ///< the same, for the calls that follow too: winhost/changes.h
     };
 
     explicit Access(Purpose purpose);
@@ -78,18 +40,24 @@ public:
     LSTATUS commit();
 
 private:
-    std::optional<NoFileSizeSignal> m_signal;
     Purpose m_purpose;
-    bool m_isLocked = false;
-    bool m_isCommitted = false;
     LSTATUS m_status;
+    bool m_isDone = false;
+};
+
+/// What the store is asked; prepared when it is first used.
+struct Statement
+{
+    const char* sql;
+    sqlite3_stmt* prepared = nullptr;
+    unsigned connection = 0; // for which it was prepared
 };
 
 /// A statement with its arguments, and the rows that it answers; in an Access.
 class Query
 {
 public:
-    explicit Query(Sql sql);
+    explicit Query(Statement& statement);
     ~Query();
     Query(const Query&) = delete;
     Query& operator=(const Query&) = delete;

@@ -11,6 +11,36 @@ namespace {
 
 constexpr std::int64_t readAhead = 64;
 
+#define BELOW                                                                                                \
+    "WITH RECURSIVE below(id) AS (SELECT ?1 UNION SELECT keys.id FROM below JOIN keys ON keys.parent = "     \
+    "below.id"                                                                                               \
+    " WHERE keys.id > below.id) "
+
+Statement keyByName{"SELECT id, name, sum FROM keys WHERE parent = ?1 AND folded = ?2"};
+Statement parentOf{"SELECT parent FROM keys WHERE id = ?1"};
+Statement valueByName{"SELECT name, type, data, sum FROM vals WHERE key = ?1 AND folded = ?2"};
+Statement subKeysFrom{
+    "SELECT folded, name, sum, id FROM keys WHERE parent = ?1 ORDER BY folded LIMIT ?3 OFFSET ?2"};
+Statement subKeysBehind{"SELECT folded, name, sum, id FROM keys WHERE parent = ?1 AND folded > ?2"
+                        " ORDER BY folded LIMIT ?3"};
+Statement valuesFrom{
+    "SELECT folded, name, sum, type, data FROM vals WHERE key = ?1 ORDER BY folded LIMIT ?3 OFFSET ?2"};
+Statement valuesBehind{"SELECT folded, name, sum, type, data FROM vals WHERE key = ?1 AND folded > ?2"
+                       " ORDER BY folded LIMIT ?3"};
+Statement subKeyMeasure{"SELECT count(*), max(length(name)) FROM keys WHERE parent = ?1"};
+Statement valueMeasure{"SELECT count(*), max(length(name)), max(length(data)) FROM vals WHERE key = ?1"};
+Statement shape{"SELECT last FROM shape"};
+Statement firstShape{"INSERT INTO shape VALUES(?1)"};
+Statement nextShape{"UPDATE shape SET last = last + 1"};
+Statement addKey{"INSERT INTO keys(parent, folded, id, name, sum) VALUES(?1, ?2, ?3, ?4, ?5)"};
+Statement putValue{"INSERT INTO vals(key, folded, name, type, data, sum) VALUES(?1, ?2, ?3, ?4, ?5, ?6)"
+                   " ON CONFLICT(key, folded) DO UPDATE SET type = ?4, data = ?5, sum = ?6"};
+Statement removeValue{"DELETE FROM vals WHERE key = ?1 AND folded = ?2"};
+Statement removeKey{"DELETE FROM keys WHERE id = ?1"};
+Statement removeValues{"DELETE FROM vals WHERE key = ?1"};
+Statement removeValuesBelow{BELOW "DELETE FROM vals WHERE key IN below"};
+Statement removeKeysBelow{BELOW "DELETE FROM keys WHERE parent IN below"};
+
 std::uint64_t sumOf(NodeId owner, std::int64_t number, std::string_view foldedName, std::string_view name,
                     std::string_view data)
 {
@@ -33,7 +63,7 @@ LSTATUS findParent(NodeId node, NodeId& parent)
     if (isRoot(node)) {
         return ERROR_SUCCESS;
     }
-    Query query(Sql::eKeyExists);
+    Query query(parentOf);
     if (query.with(node).next()) {
         parent = query.number(0);
         return ERROR_SUCCESS;
@@ -64,7 +94,7 @@ LSTATUS findSubKey(NodeId parent, TextView name, NodeId& found)
         return ERROR_INVALID_PARAMETER;
     }
     const std::string asked = folded(name);
-    Query query(Sql::eFindKey);
+    Query query(keyByName);
     if (!query.with(parent).with(asked).next()) {
         return query.status() != ERROR_SUCCESS ? query.status() : ERROR_FILE_NOT_FOUND;
     }
@@ -72,7 +102,7 @@ LSTATUS findSubKey(NodeId parent, TextView name, NodeId& found)
     const auto sum = static_cast<std::uint64_t>(query.number(2));
     // A key that is older than its parent would make a tree that contains itself.
     return found > parent && sumOf(parent, found, asked, query.bytes(1), {}) == sum ? ERROR_SUCCESS
-                                                                                     : ERROR_REGISTRY_CORRUPT;
+                                                                                    : ERROR_REGISTRY_CORRUPT;
 }
 
 void learnShape()
@@ -81,7 +111,7 @@ void learnShape()
     if (version == 0 || cache().tagOf(Question::ePath) != 0) {
         return;
     }
-    Query query(Sql::eShape);
+    Query query(shape);
     if (query.next() && storeVersion() == version) {
         cache().learnShape(version, query.number(0));
     }
@@ -137,7 +167,7 @@ LSTATUS findKey(NodeId start, TextView path, NodeId& found)
 LSTATUS findValue(NodeId node, TextView name, Found& found)
 {
     const std::string asked = name.size() <= longestValueName ? folded(name) : std::string();
-    Query query(Sql::eFindValue);
+    Query query(valueByName);
     if (name.size() > longestValueName || !query.with(node).with(asked).next()) {
         return missing(query, node, ERROR_FILE_NOT_FOUND);
     }
@@ -158,10 +188,12 @@ LSTATUS findAt(const Question& question, Found& found)
     Question at = question;
     --at.index;
     std::string last;
-    const bool inOrder =
-        question.index != 0 && cache().recall(at, [&](const Answer& before) { last = folded(before.name); });
-    Query query(ofKeys ? (inOrder ? Sql::eSubKeysBehind : Sql::eSubKeysFrom)
-                       : (inOrder ? Sql::eValuesBehind : Sql::eValuesFrom));
+    bool inOrder = false;
+    cache().recall(at, [&](const Answer& before) {
+        inOrder = question.index != 0 && before.status == ERROR_SUCCESS;
+        last = folded(before.name);
+    });
+    Query query(ofKeys ? (inOrder ? subKeysBehind : subKeysFrom) : (inOrder ? valuesBehind : valuesFrom));
     query.with(question.node);
     if (inOrder) {
         query.with(last).with(readAhead);
@@ -201,28 +233,28 @@ LSTATUS findAt(const Question& question, Found& found)
 
 LSTATUS add(NodeId parent, TextView name, NodeId& id)
 {
-    if (const LSTATUS status = Query(Sql::eNextShape).run()) {
+    if (const LSTATUS status = Query(nextShape).run()) {
         return status;
     }
     {
-        Query last(Sql::eShape);
+        Query last(shape);
         if (!last.next()) {
             return last.status() != ERROR_SUCCESS ? last.status() : ERROR_REGISTRY_CORRUPT;
         }
         id = last.number(0);
     }
-    if (id <= parent || id > longestId) {
+    if (id <= parent) {
         return ERROR_REGISTRY_CORRUPT;
     }
     const std::string key = folded(name);
     const auto sum = static_cast<std::int64_t>(sumOf(parent, id, key, bytesOf(name), {}));
-    return Query(Sql::eAddKey).with(parent).with(key).with(id).with(bytesOf(name)).with(sum).run();
+    return Query(addKey).with(parent).with(key).with(id).with(bytesOf(name)).with(sum).run();
 }
 
-LSTATUS runAll(NodeId node, std::initializer_list<Sql> all)
+LSTATUS runBoth(NodeId node, Statement& first, Statement& second)
 {
-    for (const Sql each : all) {
-        if (const LSTATUS status = Query(each).with(node).run()) {
+    for (Statement* const each : {&first, &second}) {
+        if (const LSTATUS status = Query(*each).with(node).run()) {
             return status;
         }
     }
@@ -256,13 +288,14 @@ void find(const Question& question, Found& found)
 
 LSTATUS measure(NodeId node, Measure& out)
 {
-    Query keys(Sql::eMeasureSubKeys);
-    Query values(Sql::eMeasureValues);
+    Query keys(subKeyMeasure);
+    Query values(valueMeasure);
     if (!keys.with(node).next() || !values.with(node).next()) {
         return keys.status() != ERROR_SUCCESS ? keys.status() : values.status();
     }
     constexpr std::int64_t unit = sizeof(wchar_t);
-    out = {keys.number(0), keys.number(1) / unit, values.number(0), values.number(1) / unit, values.number(2)};
+    out = {keys.number(0), keys.number(1) / unit, values.number(0), values.number(1) / unit,
+           values.number(2)};
     return out.subKeys + out.values != 0 ? ERROR_SUCCESS : missing(keys, node, ERROR_SUCCESS);
 }
 
@@ -272,6 +305,9 @@ LSTATUS createFirstKeys()
         {currentUserId, L"Software"},
         {localMachineId, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall"},
     };
+    if (const LSTATUS status = Query(firstShape).with(localMachineId).run()) {
+        return status;
+    }
     for (const auto& [root, path] : paths) {
         NodeId last = 0;
         bool created = false;
@@ -312,7 +348,14 @@ LSTATUS setValue(NodeId node, TextView name, DWORD type, std::string_view data)
     const std::string key = folded(name);
     const std::string_view created = status == ERROR_SUCCESS ? bytesOf(existing.name) : bytesOf(name);
     const auto sum = static_cast<std::int64_t>(sumOf(node, type, key, created, data));
-    return Query(Sql::ePutValue).with(node).with(key).with(created).with(std::int64_t{type}).with(data).with(sum).run();
+    return Query(putValue)
+        .with(node)
+        .with(key)
+        .with(created)
+        .with(std::int64_t{type})
+        .with(data)
+        .with(sum)
+        .run();
 }
 
 LSTATUS deleteValue(NodeId node, TextView name)
@@ -320,7 +363,7 @@ LSTATUS deleteValue(NodeId node, TextView name)
     Found existing;
     const LSTATUS status = findValue(node, name, existing);
     const std::string key = folded(name.substr(0, longestValueName));
-    return status != ERROR_SUCCESS ? status : Query(Sql::eRemoveValue).with(node).with(key).run();
+    return status != ERROR_SUCCESS ? status : Query(removeValue).with(node).with(key).run();
 }
 
 LSTATUS deleteKey(NodeId node)
@@ -331,9 +374,9 @@ LSTATUS deleteKey(NodeId node)
         status = ERROR_ACCESS_DENIED;
     }
     if (status == ERROR_SUCCESS) {
-        status = Query(Sql::eNextShape).run();
+        status = Query(nextShape).run();
     }
-    return status != ERROR_SUCCESS ? status : runAll(node, {Sql::eRemoveValues, Sql::eRemoveKey});
+    return status != ERROR_SUCCESS ? status : runBoth(node, removeValues, removeKey);
 }
 
 LSTATUS deleteContent(NodeId node)
@@ -341,9 +384,9 @@ LSTATUS deleteContent(NodeId node)
     NodeId parent = 0;
     LSTATUS status = findParent(node, parent);
     if (status == ERROR_SUCCESS) {
-        status = Query(Sql::eNextShape).run();
+        status = Query(nextShape).run();
     }
-    return status != ERROR_SUCCESS ? status : runAll(node, {Sql::eRemoveValuesBelow, Sql::eRemoveKeysBelow});
+    return status != ERROR_SUCCESS ? status : runBoth(node, removeValuesBelow, removeKeysBelow);
 }
 
 } // namespace winhost::registry

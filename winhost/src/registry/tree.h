@@ -7,7 +7,6 @@
 namespace winhost::registry {
 
 constexpr std::size_t longestKeyName = 256;
-constexpr NodeId longestId = NodeId{1} << 43; // what a handle has room for
 constexpr std::size_t longestValueName = 16383;
 
 /// A terminated text as a name; a null one is empty.
@@ -21,7 +20,8 @@ struct Question
 {
     enum Kind : std::uint32_t
     {
-        ePath,     ///< the key at a path: components between backslashes; empty ones count only in front, an error
+        ePath,     ///< the key at a path: components between backslashes; empty ones count only in front, an
+                   ///< error
         eValue,    ///< the value of a name
         eSubKeyAt, ///< by index, in the order of names
         eValueAt
@@ -57,7 +57,8 @@ struct Measure
 };
 LSTATUS measure(NodeId node, Measure& out);
 
-// ---- Changes, in an Access for writing ----------------------------------------------------------------------
+// ---- Changes, in an Access for writing
+// ----------------------------------------------------------------------
 
 /// In an empty store.
 LSTATUS createFirstKeys();

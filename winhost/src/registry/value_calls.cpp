@@ -77,7 +77,8 @@ LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)
 {
     return onKey(key, KEY_SET_VALUE, [&](NodeId node) {
         const TextView name = nameOf(valueName);
-        const LSTATUS status = lookUp(Question::value(node, name), [](const Answer&) { return ERROR_SUCCESS; });
+        const LSTATUS status =
+            lookUp(Question::value(node, name), [](const Answer&) { return ERROR_SUCCESS; });
         return status != ERROR_SUCCESS ? status : change([&] { return deleteValue(node, name); });
     });
 }
