@@ -96,22 +96,22 @@ void checkLanguage(const LanguageState& state, bool needsEntries, Findings& find
     const std::string name = utf8(rkuinfo::text(state.language.shortName()));
     const std::string folder = shown(state.folder);
     const std::string install = "install " + name;
-    switch (state.folderState) {
-    case FolderState::missing:
+    switch (state.installed) {
+    case uinfo::Installed::noFolder:
         if (state.hasEntry && needsEntries) {
             findings.push_back({name + " has an uninstall entry and no folder " + folder,
                                 install + " again, or remove the entry"});
         }
         return;
-    case FolderState::empty:
+    case uinfo::Installed::emptyFolder:
         findings.push_back({folder + " holds no library", install + " again, or remove the folder"});
         return;
-    case FolderState::filled:
-        break;
-    }
-    if (!state.installed) {
+    case uinfo::Installed::noEntry:
         findings.push_back(
             {folder + " is no installed language: " + state.whyNot(), install + ", or remove the folder"});
+        break;
+    case uinfo::Installed::yes:
+        break;
     }
     if (!state.hasResources) {
         findings.push_back({folder + "\\RkUInfoRes.dll cannot be loaded", install + " again"});

@@ -4,17 +4,12 @@
 
 #include <windows.h>
 
-#include <io.h>
-
 #include <memory>
 
 namespace {
 
 using rkuinfo::Argument;
 
-constexpr int readAccess = 4;
-constexpr int firstLocalName = 1001; // string id of the language with index 0
-constexpr long languageCount = 15;
 constexpr std::size_t longestName = 254;
 
 /// A configuration of our own, for the steps of start-up that look without writing.
@@ -24,9 +19,6 @@ public:
     explicit Probe(const wchar_t* company) { initCompanyName(company); }
 
     using TarvoConfig::isInitTARVOProduct;
-    using TarvoConfig::isLangFolderExist;
-    using TarvoConfig::isLangGuidExist;
-    using TarvoConfig::queryAInstalledLangInOrder;
 
     Text iniText(const wchar_t* section, const Argument& key, unsigned long capacity)
     {
@@ -40,11 +32,6 @@ struct FreeModule
     void operator()(HINSTANCE module) const { FreeLibrary(module); }
 };
 
-bool canRead(const Text& path)
-{
-    return _waccess(Argument(path), readAccess) == 0;
-}
-
 void readResources(LanguageState& state)
 {
     const Text file = state.folder + utf16("\\RkUInfoRes.dll");
@@ -55,46 +42,46 @@ void readResources(LanguageState& state)
     }
     state.hasResources = true;
     wchar_t name[64] = {};
-    const auto id = static_cast<UINT>(firstLocalName + state.language.language());
-    if (LoadStringW(module.get(), id, name, 63) > 0) {
+    const uinfo::Language& record = uinfo::languages[state.language.language()];
+    if (LoadStringW(module.get(), record.localNameId, name, 63) > 0) {
         state.localName = rkuinfo::text(name);
     }
 }
 
-LanguageState examineLanguage(Probe& probe, const TarvoLanguage& language, bool needsEntries)
+LanguageState examineLanguage(const uinfo::Language& record, bool needsEntries)
 {
-    LanguageState state = {language, {}};
+    LanguageState state = {TarvoLanguage(record.shortName), {}};
     wchar_t folder[1024] = {};
-    if (GetResourceDllPath(language.shortName(), folder, 1024) > 0) {
+    if (GetResourceDllPath(record.shortName, folder, 1024) > 0) {
         state.folder = rkuinfo::text(folder);
     }
-    if (!state.folder.empty() && canRead(state.folder)) {
-        state.folderState =
-            probe.isLangFolderExist(language.shortName()) ? FolderState::filled : FolderState::empty;
+    state.installed = uinfo::installed(record, needsEntries);
+    if (state.hasFolder()) {
         readResources(state);
     }
-    const std::string guid =
-        "{5C3D71E0-B00F-" + std::to_string(language.velaLanguage()) + "-C10E-9E40B6D2F815}";
-    state.hasEntry = probe.isLangGuidExist(Argument(utf16(guid)));
-    state.installed = state.folderState == FolderState::filled && (state.hasEntry || !needsEntries);
+    state.hasEntry = uinfo::hasUninstallEntry(record);
     return state;
 }
 
-/// From the first of the places that names one: a refused name does not lead to the next.
-void findWanted(const Session& session, Probe& probe, Installation& found)
+void findWanted(const Session& session, Installation& found)
 {
-    constexpr std::size_t shortNameBytes = 14;
-    constexpr unsigned long shortNameCapacity = 7;
-    if (!session.language.empty()) {
-        found.wanted = utf16(session.language);
+    const Argument language(utf16(session.language));
+    const Argument versionRoot(utf16(found.versionRoot));
+    const uinfo::LanguageChoice choice(language, versionRoot, found.needsEntries);
+    found.wanted = rkuinfo::text(choice.name());
+    found.canBeTaken = choice.canBeTaken();
+    switch (choice.source()) {
+    case uinfo::LanguageChoice::Source::none:
+        break;
+    case uinfo::LanguageChoice::Source::argument:
         found.source = "the command line";
-    } else if (Text text = readUserText(found.versionRoot, L"CurVer", shortNameBytes); !text.empty()) {
-        found.wanted = std::move(text);
+        break;
+    case uinfo::LanguageChoice::Source::registry:
         found.source = "the registry (CurVer)";
-    } else {
-        const Text localeId = probe.iniText(L"Product", L"LocaleId", shortNameCapacity);
-        found.wanted = probe.iniText(L"LocaleIdLangName", localeId, shortNameCapacity);
+        break;
+    case uinfo::LanguageChoice::Source::iniFile:
         found.source = "TARVO.ini";
+        break;
     }
 }
 
@@ -121,15 +108,17 @@ const wchar_t* orNull(const Argument& text)
 
 std::string LanguageState::whyNot() const
 {
-    switch (folderState) {
-    case FolderState::missing:
-        return "no folder";
-    case FolderState::empty:
-        return "empty folder";
-    case FolderState::filled:
+    switch (installed) {
+    case uinfo::Installed::yes:
         break;
+    case uinfo::Installed::noFolder:
+        return "no folder";
+    case uinfo::Installed::emptyFolder:
+        return "empty folder";
+    case uinfo::Installed::noEntry:
+        return "no uninstall entry";
     }
-    return installed ? "" : "no uninstall entry";
+    return "";
 }
 
 Installation examine(const Session& session)
@@ -146,19 +135,18 @@ Installation examine(const Session& session)
     // The probe's own product is the default one.
     found.needsEntries =
         probe.isInitTARVOProduct() && equalIgnoringCase(found.product, rkuinfo::text(probe.productName()));
-    for (long index = 0; index < languageCount; ++index) {
-        found.languages.push_back(examineLanguage(probe, TarvoLanguage(index), found.needsEntries));
+    for (const uinfo::Language& language : uinfo::languages) {
+        found.languages.push_back(examineLanguage(language, found.needsEntries));
     }
-    Probe rebranded(L"-");
-    found.preferred = (found.needsEntries ? probe : rebranded).queryAInstalledLangInOrder();
-    findWanted(session, probe, found);
+    found.preferred = uinfo::preferredLanguage(found.needsEntries);
+    findWanted(session, found);
     return found;
 }
 
 std::string whyNotWanted(const Installation& installation)
 {
     const TarvoLanguage language{Argument(installation.wanted)};
-    if (installation.wanted.empty()) {
+    if (installation.wanted.empty() || installation.canBeTaken) {
         return {};
     }
     if (language.language() < 0) {
@@ -166,9 +154,6 @@ std::string whyNotWanted(const Installation& installation)
                " names, is none of the fifteen languages";
     }
     const LanguageState& state = installation.languages[static_cast<std::size_t>(language.language())];
-    if (state.installed) {
-        return {};
-    }
     return utf8(rkuinfo::text(language.shortName())) + ", which " + installation.source +
            " names, is not installed: " + state.whyNot();
 }

@@ -5,29 +5,25 @@
 #include "session.h"
 #include "text.h"
 
+#include "program/language_choice.h"
+
 #include <RkUInfo.h>
 
 #include <optional>
 #include <string>
 #include <vector>
 
-enum class FolderState
-{
-    missing,
-    empty, ///< it holds no library
-    filled,
-};
-
 struct LanguageState
 {
     TarvoLanguage language;
     Text folder;
-    FolderState folderState = FolderState::missing;
+    uinfo::Installed installed = uinfo::Installed::noFolder;
     bool hasEntry = false;                        ///< of its installer, which the default product alone needs
     bool hasResources = false;                    ///< RkUInfoRes.dll can be read
     std::optional<Text> localName = std::nullopt; ///< in the language itself
-    bool installed = false;
 
+    bool isInstalled() const { return installed == uinfo::Installed::yes; }
+    bool hasFolder() const { return installed != uinfo::Installed::noFolder; }
     /// Empty for an installed language.
     std::string whyNot() const;
 };
@@ -41,9 +37,10 @@ struct Installation
 
     std::string versionRoot; ///< its key path
 
-    Text wanted;         ///< the language that start-up would take; empty when nothing names one
-    std::string source;  ///< what names it
-    long preferred = -1; ///< the installed language that start-up would propose
+    Text wanted;        ///< the language that start-up would take; empty when nothing names one
+    std::string source; ///< what names it
+    bool canBeTaken = false;
+    std::int32_t preferred = uinfo::unknownLanguage; ///< the installed language that start-up would propose
 };
 
 /// Writes nothing. Throws for a company or product name that is too long.

@@ -12,14 +12,15 @@ std::string nameOf(const wchar_t* text)
     return utf8(rkuinfo::text(text));
 }
 
-const char* folderWord(FolderState state)
+const char* folderWord(uinfo::Installed state)
 {
     switch (state) {
-    case FolderState::missing:
+    case uinfo::Installed::noFolder:
         return "missing";
-    case FolderState::empty:
+    case uinfo::Installed::emptyFolder:
         return "empty";
-    case FolderState::filled:
+    case uinfo::Installed::yes:
+    case uinfo::Installed::noEntry:
         break;
     }
     return "yes";
@@ -37,11 +38,11 @@ Json describe(const LanguageState& state)
             {"name", nameOf(state.language.globalName())},
             {"local-name", state.localName ? toJson(*state.localName) : Json()},
             {"folder", toJson(state.folder)},
-            {"folder-state", folderWord(state.folderState)},
+            {"folder-state", folderWord(state.installed)},
             {"uninstall-entry", state.hasEntry},
             {"resource-library", state.hasResources},
-            {"installed", state.installed},
-            {"why-not", state.installed ? Json() : Json(state.whyNot())}};
+            {"installed", state.isInstalled()},
+            {"why-not", state.isInstalled() ? Json() : Json(state.whyNot())}};
 }
 
 /// A narrow terminal has no room for what the short name says too.
@@ -65,10 +66,10 @@ void printTable(const Installation& installation, const Layout& layout)
     for (const LanguageState& state : installation.languages) {
         add({{nameOf(state.language.shortName()), Style::name},
              {shown(state.localName.value_or(Text()))},
-             mark(state.folderState == FolderState::filled, folderWord(state.folderState)),
+             mark(std::string(folderWord(state.installed)) == "yes", folderWord(state.installed)),
              mark(state.hasEntry || !installation.needsEntries, state.hasEntry ? "yes" : "no"),
              mark(state.hasResources, state.hasResources ? "yes" : "no"),
-             mark(state.installed, state.installed ? "yes" : state.whyNot())},
+             mark(state.isInstalled(), state.isInstalled() ? "yes" : state.whyNot())},
             {{std::to_string(state.language.velaLanguage())}, {nameOf(state.language.globalName())}});
     }
     table.print(layout);
