@@ -22,3 +22,9 @@ libcxx_sources() {
     fi
     echo "$folder/src"
 }
+
+# Makes the library from them, once.
+make_libcxx() {
+    local libraries=$PWD/build/visual-cpp-libraries
+    [ -e "$libraries/libcxx.lib" ] || toolchains/visual-cpp/make-libraries.sh "$libraries" "$(libcxx_sources)"
+}

@@ -47,13 +47,12 @@ void storeEachType()
     check(stored(L"View/Int64", value).getInt64() == -(INT64_C(1) << 40), "a long integer");
     value.setBinary("\0\1\2", 3);
     check(std::memcmp(stored(L"View/Binary", value).getBinary(), "\0\1\2", 3) == 0, "bytes");
-    value.setDouble(1.25);
-    const VelaVariant bytes = stored(L"View/Double", value); // stored without its type
-    check(bytes.blockSize() == 12 && std::memcmp(bytes.getBinary(), value.getBinary(), 8) == 0, "a number");
+    constexpr double number = 1.25;
+    value.setDouble(number);
+    const VelaVariant bytes = stored(L"View/Double", value); // which the store has without their type
+    check(bytes.blockSize() == 12 && std::memcmp(bytes.getBinary(), &number, sizeof number) == 0, "a number");
     value.setString(L"Gr\u00fcn");
-    for (int i = 0; i < 100; ++i) {
-        check(equal(stored(L"View/String", value).getString(), L"Gr\u00fcn"), "a text");
-    }
+    check(equal(stored(L"View/String", value).getString(), L"Gr\u00fcn"), "a text");
 }
 
 void walk()
@@ -71,11 +70,14 @@ void walk()
     check(velaConfig()->findItem(settings, L"View", first) == TarvoConfig::eOk, "an item's values");
     TarvoConfig::ValueIterator values;
     values = first;
-    int count = 1;
-    for (; values.step() == TarvoConfig::eOk; ++count) {
-    }
+    int count = 0;
+    do {
+        size = 16;
+        count += values.key(name, size) == TarvoConfig::eOk ? 1 : 0;
+    } while (values.step() == TarvoConfig::eOk);
     VelaVariant value;
-    check(count == 5 && first.value(value) == TarvoConfig::eOk, "five values, and a copy that stands on its own");
+    check(count == 5 && first.value(value) == TarvoConfig::eOk,
+          "five values, and a copy that stands on its own");
 }
 
 void useProduct()
@@ -157,6 +159,7 @@ int main(int argc, char** argv)
     if (module.calls() != nullptr) {
         useModule(*module.calls());
     }
-    check(velaConfig()->removeItem(TarvoConfig::eProductRoot, nullptr) == TarvoConfig::eOk, "the tree removed");
+    check(velaConfig()->removeItem(TarvoConfig::eProductRoot, nullptr) == TarvoConfig::eOk,
+          "the tree removed");
     return failures() == 0 ? 0 : 1;
 }

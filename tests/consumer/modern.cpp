@@ -11,7 +11,8 @@ int main(int argc, char** argv)
     check(!rkuinfo::set(TarvoConfig::eSettings, L"Pen/Width", 3) &&
               !rkuinfo::set(TarvoConfig::eSettings, L"Pen/Name", L"Gr\u00fcn"),
           "settings stored");
-    check(rkuinfo::get<std::int32_t>(TarvoConfig::eSettings, L"Pen/Width").value_or(0) == 3, "a setting read");
+    check(rkuinfo::get<std::int32_t>(TarvoConfig::eSettings, L"Pen/Width").value_or(0) == 3,
+          "a setting read");
     int values = 0;
     for (const auto& value : rkuinfo::values(TarvoConfig::eSettings, L"Pen")) {
         values += value.name.empty() ? 0 : 1;
@@ -25,6 +26,7 @@ int main(int argc, char** argv)
         check(exception->number() == 7, "the module's exception");
         delete exception;
     }
-    check(velaConfig()->removeItem(TarvoConfig::eProductRoot, nullptr) == TarvoConfig::eOk, "the tree removed");
+    check(velaConfig()->removeItem(TarvoConfig::eProductRoot, nullptr) == TarvoConfig::eOk,
+          "the tree removed");
     return failures() == 0 ? 0 : 1;
 }

@@ -1,6 +1,6 @@
 // A module that is linked with the library like the program that loads it.
-#include "check.h"
 #include "module.h"
+#include "check.h"
 
 namespace {
 
