@@ -1,5 +1,5 @@
-// The host's store under what may happen to its files, disk and processes. A scenario is a script of steps, each of
-// which says a status: the client below tells what they are.
+// The host's store under what may happen to its files, disk and processes. A scenario is a script of steps,
+// each of which says a status: the client below tells what they are.
 #include "process.h"
 
 #include <cstring>
@@ -10,6 +10,7 @@
 #include <iostream>
 #include <random>
 #include <sched.h>
+#include <shlobj.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <thread>
@@ -21,13 +22,15 @@ namespace {
 namespace fs = std::filesystem;
 using namespace testing_support;
 
-// ---- What a write of the store meets, in place of the system's call -----------------------------------------------
+// ---- What a write of the store meets, in place of the system's call
+// -----------------------------------------------
 
 int nextWrite = 0; // an error, or a signal below 0
 
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) ssize_t pwrite64(int file, const void* data, std::size_t size, off64_t at)
+extern "C" __attribute__((visibility("default"))) ssize_t pwrite64(int file, const void* data,
+                                                                   std::size_t size, off64_t at)
 {
     using Write = decltype(&pwrite64);
     static const auto real = reinterpret_cast<Write>(dlsym(RTLD_NEXT, "pwrite64"));
@@ -41,7 +44,8 @@ extern "C" __attribute__((visibility("default"))) ssize_t pwrite64(int file, con
 
 namespace {
 
-// ---- The client -----------------------------------------------------------------------------------------------------
+// ---- The client
+// -----------------------------------------------------------------------------------------------------
 
 constexpr DWORD dataSize = 20000;
 
@@ -49,8 +53,8 @@ constexpr DWORD dataSize = 20000;
 LSTATUS set(int number, int content)
 {
     HKEY opened = nullptr;
-    const LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Disk", 0, nullptr, 0, KEY_WRITE, nullptr,
-                                           &opened, nullptr);
+    const LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Disk", 0, nullptr, 0, KEY_WRITE,
+                                           nullptr, &opened, nullptr);
     const OwnedKey key(opened);
     const std::vector<BYTE> data(dataSize, static_cast<BYTE>(content));
     return status != ERROR_SUCCESS
@@ -66,9 +70,9 @@ LSTATUS get(int number)
     const OwnedKey key(opened);
     std::vector<BYTE> data(dataSize);
     DWORD size = dataSize;
-    status = status != ERROR_SUCCESS
-                 ? status
-                 : RegQueryValueExW(opened, Wide(std::to_string(number)), nullptr, nullptr, data.data(), &size);
+    status = status != ERROR_SUCCESS ? status
+                                     : RegQueryValueExW(opened, Wide(std::to_string(number)), nullptr,
+                                                        nullptr, data.data(), &size);
     const bool isWhole = size == dataSize && std::count(data.begin(), data.end(), data[0]) == dataSize;
     return status != ERROR_SUCCESS || isWhole ? status : ERROR_MORE_DATA;
 }
@@ -187,7 +191,8 @@ fs::path freshFolder(const std::string& name)
     return scratchFolder() / name;
 }
 
-// ---- Processes ------------------------------------------------------------------------------------------------------
+// ---- Processes
+// ------------------------------------------------------------------------------------------------------
 
 TEST(Store, GoesOnAfterWhatHappensToAProcess)
 {
@@ -196,13 +201,13 @@ TEST(Store, GoesOnAfterWhatHappensToAProcess)
         const char* script;
         const char* said;
     } rows[] = {
-        {"s1 k g1 s1 g1", "0 0 0 0 0 "},                   // a child that only ends
-        {"s1 k1 g1 s1 g1", "0 0 0 0 0 0 0 0 0 "},          // a child that goes on
-        {"s1 e5 s1 s1 g1", "0 0 1016 0 0 "},               // EIO
-        {"s1 e28 s1 s1 g1", "0 0 112 0 0 "},               // ENOSPC
-        {"s1 t3000 s1", "0 0 0 "},                         // as many threads
-        {"a8 s1 g1 t100", "0 0 0 0 "},                     // 8 GB of addresses
-        {"x400 s1 f400 g1 g2", "0 0 112 0 0 "},       // a file of 400 KB at most
+        {"s1 k g1 s1 g1", "0 0 0 0 0 "},          // a child that only ends
+        {"s1 k1 g1 s1 g1", "0 0 0 0 0 0 0 0 0 "}, // a child that goes on
+        {"s1 e5 s1 s1 g1", "0 0 1016 0 0 "},      // EIO
+        {"s1 e28 s1 s1 g1", "0 0 112 0 0 "},      // ENOSPC
+        {"s1 t3000 s1", "0 0 0 "},                // as many threads
+        {"a8 s1 g1 t100", "0 0 0 0 "},            // 8 GB of addresses
+        {"x400 s1 f400 g1 g2", "0 0 112 0 0 "},   // a file of 400 KB at most
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.script);
@@ -228,8 +233,9 @@ TEST(Store, AStoppedWriterHoldsUpOnlyWriters)
 TEST(Store, WorksInTwoProcessesOfOneNumber)
 {
     const fs::path folder = freshFolder("numbers");
-    const std::string command = "unshare --pid --fork --kill-child " + thisProgram().string() + " --child client '" +
-                                folder.string() + " s1 f9 g1' >>" + (folder / "said").string();
+    const std::string command = "unshare --pid --fork --kill-child " + thisProgram().string() +
+                                " --child client '" + folder.string() + " s1 f9 g1' >>" +
+                                (folder / "said").string();
     if (std::system("unshare --pid --fork true") != 0) {
         GTEST_SKIP() << "NOT TESTED: another namespace is for root alone";
     }
@@ -239,7 +245,8 @@ TEST(Store, WorksInTwoProcessesOfOneNumber)
     EXPECT_EQ(readFile(folder / "said").find_first_not_of("0 "), std::string::npos);
 }
 
-// ---- Files ----------------------------------------------------------------------------------------------------------
+// ---- Files
+// ----------------------------------------------------------------------------------------------------------
 
 TEST(Store, FollowsItsFiles)
 {
@@ -265,7 +272,8 @@ TEST(Store, FollowsItsFiles)
         process.tell();
         const std::string said = process.read(true);
         EXPECT_TRUE(said.ends_with(" 0 0 ") || said.find("1015 ") != std::string::npos) << said;
-        EXPECT_EQ(played(folder, "g1"), said.ends_with(" 0 0 ") ? "0 " : "1015 "); // a new process sees the write
+        EXPECT_EQ(played(folder, "g1"),
+                  said.ends_with(" 0 0 ") ? "0 " : "1015 "); // a new process sees the write
         process.tell();
         process.read(false);
         EXPECT_EQ(process.wait(), 0);
@@ -306,7 +314,8 @@ TEST(Store, DoesNotGrowUnderAStoppedReader)
     reader.wait();
 }
 
-// ---- Disks ----------------------------------------------------------------------------------------------------------
+// ---- Disks
+// ----------------------------------------------------------------------------------------------------------
 
 class Disk : public testing::TestWithParam<const char*>
 {
@@ -364,12 +373,36 @@ TEST_P(Disk, FullOrReadOnlyKeepsWhatIsThere)
     EXPECT_EQ(played(m_folder, "g1 s1 g1 t20"), "0 5 0 0 "); // ERROR_ACCESS_DENIED
 }
 
-INSTANTIATE_TEST_SUITE_P(Full, Disk,
-                         testing::Values("mount -t tmpfs -o size=6m none disk",
-                                         "truncate -s 12M image && mkfs.ext4 -qF image && mount -o loop image disk",
-                                         "truncate -s 120M image && mkfs.btrfs -f image && mount -o loop image disk"));
+INSTANTIATE_TEST_SUITE_P(
+    Full, Disk,
+    testing::Values("mount -t tmpfs -o size=6m none disk",
+                    "truncate -s 12M image && mkfs.ext4 -qF image && mount -o loop image disk",
+                    "truncate -s 120M image && mkfs.btrfs -f image && mount -o loop image disk"));
 
-// ---- Damage ---------------------------------------------------------------------------------------------------------
+// ---- Other files that winhost reads
+// -----------------------------------------------------------------------------
+
+TEST(Host, ReadsNoFileWithoutAnEnd)
+{
+    const fs::path ini = scratchFolder() / "large.ini";
+    for (const auto& [size, error] :
+         {std::pair{std::size_t{1} << 20, 0}, {(std::size_t{1} << 20) + 1, 223}}) {
+        writeFile(ini, "[s]\nk=5\n" + std::string(size - 8, ';'));
+        EXPECT_EQ(GetPrivateProfileIntW(L"s", L"k", 7, Wide(windowsPath(ini))), error == 0 ? 5U : 7U);
+        EXPECT_EQ(GetLastError(), DWORD(error)); // ERROR_FILE_TOO_LARGE
+    }
+    const fs::path userDirs = scratchFolder() / "home/.config/user-dirs.dirs";
+    fs::create_directories(userDirs.parent_path());
+    ASSERT_EQ(mkfifo(userDirs.c_str(), 0600), 0);
+    unsetenv("XDG_DOCUMENTS_DIR");
+    wchar_t path[MAX_PATH];
+    EXPECT_EQ(SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, path),
+              HRESULT(0x80070002));
+    EXPECT_TRUE(utf8(path).ends_with("\\home\\Documents")) << utf8(path);
+}
+
+// ---- Damage
+// ---------------------------------------------------------------------------------------------------------
 
 constexpr DWORD valueCount = 5000;
 constexpr DWORD valuesOfKey = 100;
@@ -385,23 +418,28 @@ int goThrough(const std::vector<std::string>& arguments)
     for (DWORD i = 0; i < valueCount; ++i) {
         HKEY opened = nullptr;
         const Wide path("Software\\Damaged\\Key" + std::to_string(i / valuesOfKey));
-        LSTATUS status = makes ? RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &opened, nullptr)
+        LSTATUS status = makes ? RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS,
+                                                 nullptr, &opened, nullptr)
                                : RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &opened);
         const OwnedKey key(opened);
         const DWORD right = i * 7 + 1;
         const std::string rightName = "Value" + std::to_string(1000 + i % valuesOfKey);
         const Wide asked(rightName);
         if (makes) {
-            status |= RegSetValueExW(opened, asked, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&right), sizeof right);
+            status |= RegSetValueExW(opened, asked, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&right),
+                                     sizeof right);
         }
         DWORD type = 0;
         DWORD found = 0;
         DWORD size = sizeof found;
-        status = status != 0 ? status : RegQueryValueExW(opened, asked, nullptr, &type, reinterpret_cast<BYTE*>(&found), &size);
+        status = status != 0 ? status
+                             : RegQueryValueExW(opened, asked, nullptr, &type,
+                                                reinterpret_cast<BYTE*>(&found), &size);
         const bool isRight = type == REG_DWORD && found == right && size == sizeof found;
         ++counts[status == ERROR_SUCCESS ? (isRight ? 0 : 3) : status == ERROR_FILE_NOT_FOUND ? 1 : 2];
         DWORD length = 64;
-        if (RegEnumValueW(opened, i % valuesOfKey, name, &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
+        if (RegEnumValueW(opened, i % valuesOfKey, name, &length, nullptr, nullptr, nullptr, nullptr) ==
+            ERROR_SUCCESS) {
             const std::string seen = utf8(name);
             counts[3] += seen.size() == rightName.size() && seen >= "Value1000" && seen < "Value1100" ? 0 : 1;
         }
@@ -465,7 +503,8 @@ TEST(Store, NeverAnswersFromADamagedFileWhatIsWrong)
     int sums[4] = {};
     for (; files < (stressed() ? 2000 : 60); ++files) {
         for (int i = 0; i < 3; ++i) {
-            writeFile(folder / "winhost" / names[i], files % 5 == i || (i == 0 && files % 5 > 2) ? damaged(whole[i], random) : whole[i]);
+            writeFile(folder / "winhost" / names[i],
+                      files % 5 == i || (i == 0 && files % 5 > 2) ? damaged(whole[i], random) : whole[i]);
         }
         const Process reader("passage", '-' + folder.string());
         std::istringstream said(reader.read(false));
@@ -477,8 +516,8 @@ TEST(Store, NeverAnswersFromADamagedFileWhatIsWrong)
             sums[i] += counts[i];
         }
     }
-    std::cout << files << " damaged files of 5000 values: " << sums[0] << " values right, " << sums[1] << " missing, "
-              << sums[2] << " refused, " << sums[3] << " wrong\n";
+    std::cout << files << " damaged files of 5000 values: " << sums[0] << " values right, " << sums[1]
+              << " missing, " << sums[2] << " refused, " << sums[3] << " wrong\n";
 }
 
 } // namespace
