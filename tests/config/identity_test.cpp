@@ -21,7 +21,7 @@ TEST(Identity, IsResolvedFromArgumentRegistryIniAndDefault)
         {{}, {}, "", {"Norvik", "TARVO"}},
         {{}, {}, "[Product]\r\nCompanyName=\r\nProductName=\r\n", {"Norvik", "TARVO"}},
         {{}, {}, "[Product]\r\nCompanyName=" + xs(300) + "\r\nProductName=" + xs(300), {xs(253), xs(253)}},
-        {{}, {}, std::string(1 << 20, ';') + "\r\n" + ini, {"Acme", "Widget"}},
+        {{}, {}, std::string(900000, ';') + "\r\n" + ini, {"Acme", "Widget"}},
         {{xs(254), xs(254)}, text("Gadget"), ini, {xs(254), xs(254)}},
         {{}, text(xs(254)), ini, {"Acme", xs(254)}},
         {{}, text(xs(255)), ini, {"Acme", "Widget"}},
