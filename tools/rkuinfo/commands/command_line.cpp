@@ -20,6 +20,8 @@ struct Common
 {
     std::string columns;
     std::string topic; ///< of help
+    bool isHelp = false; ///< asked for by an option, which the parser has of its own, as the next one
+    bool isVersion = false;
 };
 
 std::vector<Parameter> commonOptions(Session& session, Common& common)
@@ -30,7 +32,9 @@ std::vector<Parameter> commonOptions(Session& session, Common& common)
             {"--language", "xx-XX", &session.language, "the language to be in, such as en-US"},
             {"--profile", "NAME", &session.profile, "the user profile to be in"},
             {"--columns", "N", &common.columns, "lay tables out for a terminal of that width, from 40 to 1000"},
-            {"--color", "WHEN", &session.colour, "always, never, or auto: on a terminal"}};
+            {"--color", "WHEN", &session.colour, "always, never, or auto: on a terminal"},
+            {"--help", "", &common.isHelp, "print the help, behind a command that of the command"},
+            {"--version", "", &common.isVersion, "print the version, as -V"}};
 }
 
 // ---- Help
@@ -83,7 +87,7 @@ public:
     }
 
 private:
-    void say(const std::string& paragraph) const { print(folded(paragraph, 0, *m_layout.columns)); }
+    void say(const std::string& paragraph) const { print(folded(paragraph, 0, *m_layout.columns)); } // and a gap
 
     void printOptions(const std::vector<Parameter>& options) const
     {
@@ -162,9 +166,9 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error, const std
                                              : std::string(error.what()) + "; see rkuinfo help " +
                                                    app.get_subcommands().front()->get_name();
     }
-    const std::string near = nearest(unknown.front(), commands);
+    const std::string meant = nearest(unknown.front(), commands);
     return '\'' + unknown.front() + "' is no command" +
-           (near.empty() ? "; see rkuinfo --help" : ": did you mean " + near + '?');
+           (meant.empty() ? "; see rkuinfo --help" : ": did you mean " + meant + '?');
 }
 
 } // namespace
@@ -181,7 +185,9 @@ int runCommandLine(const std::vector<std::string>& words)
     app.allow_windows_style_options(false); // a KEY may begin with a slash
     app.set_version_flag("--version,-V", version());
     for (const Parameter& option : options) {
-        add(app, option);
+        if (option.name != "--help" && option.name != "--version") {
+            add(app, option);
+        }
     }
     std::vector<std::string> names;
     for (const Command& command : commands) {

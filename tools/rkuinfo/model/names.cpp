@@ -50,18 +50,22 @@ std::vector<std::string> typeNames()
 std::string chosen(const std::string& word, const std::vector<std::string>& names, const std::string& what)
 {
     const std::string wanted = plain(word);
+    std::vector<std::string> plainNames;
     for (const std::string& name : names) {
         if (wanted == plain(name) || wanted == 'e' + plain(name)) {
             return name;
         }
+        plainNames.push_back(plain(name));
     }
     std::string list;
     for (const std::string& name : names) {
         list += (list.empty() ? "" : ", ") + name;
     }
-    const std::string near = nearest(wanted, names);
+    const auto meant = std::ranges::find(plainNames, nearest(wanted, plainNames));
     throw Failure("'" + shown(utf16(word)) + "' is no " + what + ": " +
-                      (near.empty() ? "there are " + list : "did you mean " + near + "?"),
+                      (meant == plainNames.end()
+                           ? "there are " + list
+                           : "did you mean " + names[static_cast<std::size_t>(meant - plainNames.begin())] + "?"),
                   exitUsage);
 }
 

@@ -15,6 +15,12 @@ auto findNamed(const std::vector<Named>& list, const Text& name)
     return std::ranges::find_if(list, [&](const Named& one) { return equalIgnoringCase(one.name, name); });
 }
 
+/// As an application sees it: a text ends at its terminator, or where its bytes do.
+bool sameData(const Value& a, const Value& b)
+{
+    return a.sameData(b) || (a.type == REG_SZ && b.type == REG_SZ && textOf(a) == textOf(b));
+}
+
 void addRemoval(const Text& path, const Node& node, std::vector<Change>& out)
 {
     for (const Node& key : node.keys) {
@@ -38,7 +44,7 @@ void addChanges(const Text& path, const Node* present, const Node& wanted, bool 
         const auto found = findNamed(before.values, value.name);
         if (found == before.values.end()) {
             out.push_back({Kind::added, path, false, {}, value});
-        } else if (!found->sameData(value)) {
+        } else if (!sameData(*found, value)) {
             out.push_back({Kind::changed, path, false, *found, value});
         }
     }

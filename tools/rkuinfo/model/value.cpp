@@ -93,8 +93,8 @@ std::optional<double> doubleOf(const Value& value)
 std::string hexText(std::string_view bytes)
 {
     std::string out;
-    for (const char byte : bytes) {
-        out += hexDigits(static_cast<unsigned char>(byte), 2);
+    for (const char each : bytes) {
+        out += hexDigits(static_cast<unsigned char>(each), 2);
     }
     return out;
 }
@@ -103,11 +103,11 @@ std::optional<std::string> bytesFromHex(std::string_view word)
 {
     std::string bytes;
     for (; word.size() >= 2; word.remove_prefix(2)) {
-        const auto byte = parseNumber<std::uint8_t>(word.substr(0, 2), 16);
-        if (!byte) {
+        const auto number = parseNumber<std::uint8_t>(word.substr(0, 2), 16);
+        if (!number) {
             return std::nullopt;
         }
-        bytes += static_cast<char>(*byte);
+        bytes += static_cast<char>(*number);
     }
     return word.empty() ? std::optional(bytes) : std::nullopt;
 }

@@ -216,11 +216,13 @@ std::string nearest(std::string_view word, const std::vector<std::string>& words
         }
         return row.back();
     };
-    constexpr std::size_t tooFar = 3;
+    constexpr std::size_t tooFar = 6; // three letters, of which the first counts half more
     std::string found;
-    std::size_t least = std::min(tooFar, word.size());
+    std::size_t least = std::min(tooFar, 2 * word.size());
     for (const std::string& candidate : words) {
-        if (const std::size_t steps = distance(word, candidate); steps < least) {
+        const std::size_t first = word.substr(0, 1) == std::string_view(candidate).substr(0, 1) ? 0 : 1;
+        const std::size_t steps = 2 * distance(word, candidate) + first;
+        if (steps < least) {
             least = steps;
             found = candidate;
         }
