@@ -19,7 +19,7 @@ std::set<std::string> wordsIn(const std::string& text, const char* word)
 
 TEST(RkuinfoHelp, AgreesWithManPageAndCompletions)
 {
-    const Application application;
+    const Application application("help");
     const std::filesystem::path program = application.addProgram("rkuinfo");
     const auto option = [](const std::string& text) { return wordsIn(text, "(--[a-z]+(?:-[a-z]+)*)"); };
     std::string help = runProgram(program, {"--help"}).output;

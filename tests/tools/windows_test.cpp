@@ -22,7 +22,7 @@ protected:
         return runProgram(m_program, words, {m_application.folder(), {}});
     }
 
-    Application m_application;
+    Application m_application{testing::UnitTest::GetInstance()->current_test_info()->name()};
     std::filesystem::path m_program = m_application.addProgram("rkuinfo");
 };
 
