@@ -1,15 +1,36 @@
 # rkuinfo_flags: what every target of this project is compiled with.
 add_library(rkuinfo_flags INTERFACE)
 target_compile_features(rkuinfo_flags INTERFACE cxx_std_20)
-set(warnings
-  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wcast-align -Wold-style-cast
-  -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Werror)
+
+if(MSVC)
+  # UTF-8 sources in standard C++, warned of without the advice to use Microsoft's own functions.
+  set(flags /W4 /permissive- /utf-8 /EHsc /Zc:__cplusplus /guard:cf)
+  target_compile_definitions(rkuinfo_flags INTERFACE _CRT_SECURE_NO_WARNINGS)
+else()
+  set(flags
+    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wcast-align -Wold-style-cast
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2)
+endif()
 # No path of the build machine; of two maps that fit, the later one counts.
 set(path_maps -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
-target_compile_options(rkuinfo_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:${warnings};${path_maps}>")
+if(MSVC AND CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+  list(TRANSFORM path_maps PREPEND /clang:)
+  list(APPEND flags ${path_maps} /clang:-no-canonical-prefixes)
+elseif(MSVC)
+  list(APPEND flags /Brepro)
+else()
+  list(APPEND flags ${path_maps})
+endif()
+target_compile_options(rkuinfo_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:${flags}>")
 
 if(WIN32)
-  # Loaded anywhere in 64 bits, data never runs, and the same sources give the same file.
+  target_compile_definitions(rkuinfo_flags INTERFACE NOMINMAX)
+endif()
+# On Windows: loaded anywhere in 64 bits, data never runs, and the same sources give the same file.
+if(MSVC)
+  target_link_options(rkuinfo_flags INTERFACE
+    /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT /guard:cf /Brepro /INCREMENTAL:NO /PDBALTPATH:%_PDB%)
+elseif(WIN32)
   target_link_options(rkuinfo_flags INTERFACE
     -Wl,--dynamicbase,--high-entropy-va,--nxcompat -Wl,--no-insert-timestamp)
 else()

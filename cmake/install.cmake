@@ -2,7 +2,10 @@
 include(CMakePackageConfigHelpers)
 
 set(libraries RkUInfo RkOsBase)
-set(programs rkuinfo)
+set(programs "")
+if(RKUINFO_TOOLS)
+  set(programs rkuinfo)
+endif()
 set(dependencies "")
 if(NOT WIN32)
   set(dependencies winhost) # behind the libraries; clients include none of its headers
@@ -12,33 +15,40 @@ add_custom_target(shipped)
 add_dependencies(shipped ${libraries} ${programs} ${dependencies} langpacks)
 
 set_target_properties(${libraries} ${dependencies} PROPERTIES INSTALL_RPATH "\$ORIGIN")
-set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS ${libraries} ${dependencies} EXPORT RkUInfoTargets)
-install(TARGETS ${programs})
-set(tool ${PROJECT_SOURCE_DIR}/tools/rkuinfo)
-install(FILES ${tool}/rkuinfo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES ${tool}/rkuinfo.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME rkuinfo)
+if(RKUINFO_TOOLS)
+  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS ${programs})
+  set(tool ${PROJECT_SOURCE_DIR}/tools/rkuinfo)
+  install(FILES ${tool}/rkuinfo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES ${tool}/rkuinfo.bash
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME rkuinfo)
+endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/rkosbase/include/
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(language IN LISTS RKUINFO_LANGUAGES)
-  install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${language}/RkUInfoRes.dll
+  install(FILES ${RKUINFO_PROGRAM_FOLDER}/${language}/RkUInfoRes.dll
     DESTINATION ${CMAKE_INSTALL_BINDIR}/${language})
 endforeach()
 
 # The libraries' debug information, beside each.
-set(library_folder ${CMAKE_INSTALL_LIBDIR})
-if(WIN32)
-  set(library_folder ${CMAKE_INSTALL_BINDIR})
+if(MSVC)
+  install(FILES $<TARGET_PDB_FILE:RkUInfo> $<TARGET_PDB_FILE:RkOsBase> DESTINATION ${CMAKE_INSTALL_BINDIR} OPTIONAL)
+else()
+  set(library_folder ${CMAKE_INSTALL_LIBDIR})
+  if(WIN32)
+    set(library_folder ${CMAKE_INSTALL_BINDIR})
+  endif()
+  set(split ${libraries} ${dependencies})
+  list(TRANSFORM split REPLACE "(.+)" "${library_folder}/$<TARGET_FILE_NAME:\\1>")
+  set(strip ${programs})
+  list(TRANSFORM strip REPLACE "(.+)" "${CMAKE_INSTALL_BINDIR}/$<TARGET_FILE_NAME:\\1>")
+  install(CODE "set(OBJCOPY \"${CMAKE_OBJCOPY}\")\nset(LIBRARIES \"${split}\")\nset(PROGRAMS \"${strip}\")")
+  install(SCRIPT ${PROJECT_SOURCE_DIR}/cmake/split-debug.cmake)
 endif()
-set(split ${libraries} ${dependencies})
-list(TRANSFORM split REPLACE "(.+)" "${library_folder}/$<TARGET_FILE_NAME:\\1>")
-set(strip ${programs})
-list(TRANSFORM strip REPLACE "(.+)" "${CMAKE_INSTALL_BINDIR}/$<TARGET_FILE_NAME:\\1>")
-install(CODE "set(OBJCOPY \"${CMAKE_OBJCOPY}\")\nset(LIBRARIES \"${split}\")\nset(PROGRAMS \"${strip}\")")
-install(SCRIPT ${PROJECT_SOURCE_DIR}/cmake/split-debug.cmake)
 
-# The C++ runtime after that: it is not ours to change.
-if(WIN32)
+# The C++ runtime after that: it is not ours to change. Visual C++'s has an installer of its own.
+if(MINGW)
   install(PROGRAMS ${RKUINFO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
@@ -63,9 +73,9 @@ install(FILES ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis DESTINATION ${n
 
 # Documents, and the terms of what others wrote.
 set(licenses cli11.txt fmt.txt nlohmann-json.txt)
-if(WIN32)
+if(MINGW)
   list(APPEND licenses GPL-3.txt gcc-runtime.txt mingw-w64.txt)
-else()
+elseif(NOT WIN32)
   list(APPEND licenses lmdb.txt)
 endif()
 list(TRANSFORM licenses PREPEND ${PROJECT_SOURCE_DIR}/licenses/)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // RkUInfo: which product, company, language and profile this process belongs to, where its settings, folders
 // and resource libraries are, and its configuration store.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // RkUInfo.hpp: the library for C++20 clients. Typed reads and writes of settings, ranges over keys and
 // values, and error codes, all inline over RkUInfo.h: it adds no export and no state.
 //

@@ -66,7 +66,7 @@ bench_table() {
     count_all >"$bench/counts.txt"
     wine_folder=$PWD/build/bench-wine
     start_wine
-    cmake/run-wine.sh build/bench-windows/bin/bench_registry.exe "Z:$bench/windows.jsonl"
+    toolchains/run-wine.sh build/bench-windows/bin/bench_registry.exe "Z:$bench/windows.jsonl"
     bench/report.py table "$bench"
 }
 

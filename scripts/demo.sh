@@ -27,7 +27,7 @@ start() {
     local program=$app/$1$suffix
     shift
     if [ "$target" = windows ]; then
-        cmake/run-wine.sh "$program" "$@"
+        toolchains/run-wine.sh "$program" "$@"
     else
         "$program" "$@"
     fi

@@ -30,6 +30,6 @@ need_for() {
         libcli11-dev nlohmann-json3-dev libfmt-dev
     case $1 in
     windows) need wine wine64 xvfb ;;
-    *) need liblmdb-dev pkgconf doxygen ;;
+    *) need libsqlite3-dev pkgconf doxygen ;;
     esac
 }

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the library's names are exported and imported.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // ITarvoProduct: the product object's interface.
 #pragma once
 

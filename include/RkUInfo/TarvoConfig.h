@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // TarvoConfig: who the process is, and its typed, registry-backed configuration store.
 #pragma once
 
@@ -126,8 +127,8 @@ public:
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
     /// Positions an iterator on the first sub-key (or value) of a key, opened with full access. The iterator
-    /// is cleared first; a key that it alone still holds is not closed: assign a default-made one before
-    /// using it again. Root and sub-path together may have 1021 characters.
+    /// is cleared first; a key that it still holds is not closed: assign a default-made one before using it
+    /// again. Root and sub-path together may have 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError; cleared unless eOk
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);
@@ -187,9 +188,9 @@ private:
 /// Walks the sub-keys of one key: findItem, then use the entry while name() gives eOk, until step() does not.
 ///
 /// The walk is by index into the live key; the count is taken once, by findItem. The iterator holds the key
-/// open. Copies and assigned iterators share it: the last one of them to go closes it, and assignment first
-/// lets go of the key that the target held. Distinct iterators may be used from several threads at once, even
-/// when they share a key.
+/// open until it goes or another is assigned to it. A copy opens the key for itself; where that cannot be, as
+/// after the key's removal, it holds none and is like a default-made one. Distinct iterators may be used from
+/// several threads at once.
 class TarvoConfig::ItemIterator
 {
 public:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // TarvoConfigException: for client modules to throw; the library never does.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // TarvoLanguage: one of the fifteen user-interface languages.
 #pragma once
 

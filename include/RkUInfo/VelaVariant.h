@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // VelaVariant: the typed value that every read and write of the configuration store exchanges.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // RkOsBase: the base library of the product family, as far as RkUInfo and its clients use it.
 //
 // Everything here is plain C++14. Exceptions of this family are made on the heap, thrown by pointer and

@@ -1,7 +1,9 @@
-// The lock: one pointer-sized word, so that making it can not fail.
+// The lock: a slim one, which is a pointer-sized word, so that making it can not fail.
 #include "RkOsBase.h"
 
-#include <atomic>
+#include <windows.h>
+
+static_assert(sizeof(SRWLOCK) == sizeof(void*) && alignof(SRWLOCK) == alignof(void*));
 
 RkLocker::RkLocker() : m_mutex(nullptr) {}
 
@@ -9,16 +11,10 @@ RkLocker::~RkLocker() = default;
 
 void RkLocker::lock()
 {
-    void* const locked = this;
-    const std::atomic_ref<void*> state(m_mutex);
-    while (state.exchange(locked, std::memory_order_acquire) != nullptr) {
-        state.wait(locked, std::memory_order_relaxed);
-    }
+    AcquireSRWLockExclusive(reinterpret_cast<SRWLOCK*>(&m_mutex));
 }
 
 void RkLocker::unlock()
 {
-    const std::atomic_ref<void*> state(m_mutex);
-    state.store(nullptr, std::memory_order_release);
-    state.notify_one();
+    ReleaseSRWLockExclusive(reinterpret_cast<SRWLOCK*>(&m_mutex));
 }

@@ -1,7 +1,7 @@
 // Which company and product the process runs as, and the registry roots that follow from them.
-#include "config/names.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
+#include "program/names.h"
 
 #include <RkUInfo.h>
 

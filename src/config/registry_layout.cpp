@@ -1,9 +1,9 @@
 // The named subtrees of the registry tree, and the current profile.
 #include "config/registry_layout.h"
 
-#include "config/names.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
+#include "program/names.h"
 
 #include <RkUInfo.h>
 

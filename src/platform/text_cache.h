@@ -3,9 +3,10 @@
 
 #include "platform/text.h"
 
+#include <windows.h>
+
 #include <algorithm>
 #include <atomic>
-#include <mutex>
 
 namespace uinfo {
 
@@ -23,12 +24,13 @@ const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
     if (!fill(static_cast<BoundedText&>(text))) {
         return L"";
     }
-    static std::mutex publishing;
-    const std::lock_guard<std::mutex> lock(publishing);
+    static SRWLOCK publishing = SRWLOCK_INIT;
+    AcquireSRWLockExclusive(&publishing);
     if (first.load(std::memory_order_relaxed) == 0) {
         std::copy_n(text.text() + 1, text.length(), cache + 1);
         first.store(*text.text(), std::memory_order_release);
     }
+    ReleaseSRWLockExclusive(&publishing);
     return cache;
 }
 

@@ -40,11 +40,6 @@ const wchar_t* GetVelaProgramVersionString()
     return velaGetProduct()->programVersionString();
 }
 
-unsigned long GetVelaProgramPath(wchar_t* const buffer)
-{
-    return GetProgramPath(buffer, pathSize);
-}
-
 unsigned long GetVelaProgramName(wchar_t* const buffer)
 {
     if (buffer == nullptr || !uinfo::executablePath(buffer, pathSize) || *buffer == 0) {

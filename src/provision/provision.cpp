@@ -1,7 +1,7 @@
 // Creates the current user's product tree and records what is current at each of its levels.
-#include "config/names.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
+#include "program/names.h"
 
 #include <RkUInfo.h>
 

@@ -66,7 +66,7 @@ clean_up() {
     [ "$target" = windows ] || return 0
     for key in 'HKCU\Software\Norvik' \
         'HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\{5C3D71E0-B00F-1033-C10E-9E40B6D2F815}'; do
-        "$root/cmake/run-wine.sh" reg delete "$key" /f
+        "$root/toolchains/run-wine.sh" reg delete "$key" /f
     done
 }
 

@@ -72,7 +72,7 @@ void printBytes(const void* data, std::size_t size)
 class Session
 {
 public:
-    explicit Session(std::uint64_t seed) : m_random(seed), m_class(seed % 2 == 0 ? m_className : nullptr)
+    explicit Session(std::uint64_t seed) : m_random(seed)
     {
         RegDeleteTreeW(HKEY_CURRENT_USER, rootPath);
         m_root.access = KEY_ALL_ACCESS;
@@ -107,7 +107,7 @@ private:
     void makeRoot()
     {
         RegCloseKey(m_root.key);
-        if (RegCreateKeyExW(HKEY_CURRENT_USER, rootPath, 0, m_class, 0, KEY_ALL_ACCESS, nullptr, &m_root.key,
+        if (RegCreateKeyExW(HKEY_CURRENT_USER, rootPath, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &m_root.key,
                             nullptr) != ERROR_SUCCESS) {
             std::fputs("no registry\n", stderr);
             std::exit(1);
@@ -123,7 +123,7 @@ private:
     }
 
     /// Hostile and often the same. Beyond ASCII the order of names differs where a letter's two cases are far
-    /// apart; names that share their first 247 units enumerate in another order.
+    /// apart.
     Text name()
     {
         static const std::vector<Text> names =
@@ -135,9 +135,7 @@ private:
             return m_random.oneOf(names);
         }
         const std::uint32_t length = m_random.oneOf(lengths);
-        Text text(length, m_random.below(2) == 0 ? u'l' : u'L');
-        text[0] = static_cast<char16_t>(u'0' + length % 10); // no two lengths end alike
-        return text;
+        return Text(length, m_random.below(2) == 0 ? u'l' : u'L');
     }
 
     const Text& printed(const Text& text)
@@ -205,8 +203,8 @@ private:
         HKEY key = nullptr;
         DWORD disposition = 77;
         const LSTATUS status =
-            RegCreateKeyExW(parent.key, wide(subKey), 0, m_class, 0, access, nullptr, &key, &disposition);
-        std::printf("create %x%s ", static_cast<unsigned>(access), m_class != nullptr ? " class" : "");
+            RegCreateKeyExW(parent.key, wide(subKey), 0, nullptr, 0, access, nullptr, &key, &disposition);
+        std::printf("create %x ", static_cast<unsigned>(access));
         keep(status, key, access);
         std::printf(" %u", subKey.empty() ? 0 : static_cast<unsigned>(disposition)); // differs
     }
@@ -269,7 +267,7 @@ private:
         printData(status, data, type, size);
     }
 
-    /// Sub-keys, at times with their class, or values, at times with their data.
+    /// Sub-keys, or values, at times with their data.
     void enumerate()
     {
         const Handle& key = handle();
@@ -351,8 +349,6 @@ private:
     }
 
     Random m_random;
-    wchar_t m_className[6] = L"Class";
-    wchar_t* m_class; // of all keys or of none: one that is created again without it loses it, or not
     Handle m_root;
     std::vector<Handle> m_handles;
 };

@@ -13,7 +13,7 @@ folder=$(mktemp -d "$base/agreement.XXXXXX")
 trap 'rm -rf "$folder"' EXIT
 for seed; do
     XDG_DATA_HOME=$folder/$seed "$host_tree/bin/agreement" "$seed" "$count" >"$folder/winhost"
-    "$source_folder/cmake/run-wine.sh" "$windows_program" "$seed" "$count" | tr -d '\r' >"$folder/wine"
+    "$source_folder/toolchains/run-wine.sh" "$windows_program" "$seed" "$count" | tr -d '\r' >"$folder/wine"
     if ! cmp -s "$folder/winhost" "$folder/wine"; then
         echo "seed $seed: the first differences, winhost < and Wine >" >&2
         diff "$folder/winhost" "$folder/wine" | cut -c1-300 | head -20 >&2 || true

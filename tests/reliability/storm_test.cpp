@@ -1,6 +1,6 @@
-// The store under what a host does to it: killed writers, many at once, full and read-only disks, damaged
-// files. RKUINFO_STRESS in the environment asks for the full amounts.
-#include "support/test.h"
+// The store under killed writers and under many at once. RKUINFO_STRESS in the environment asks for the full
+// amounts.
+#include "process.h"
 
 #include <atomic>
 #include <barrier>
@@ -9,9 +9,6 @@
 #include <cstring>
 #include <iostream>
 #include <random>
-#include <sys/mount.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
@@ -22,11 +19,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr auto settings = TarvoConfig::eSettings;
 constexpr std::uint64_t slots = 8;
-
-bool stressed()
-{
-    return std::getenv("RKUINFO_STRESS") != nullptr;
-}
 
 // ---- Values that tell whether they are whole ----------------------------------------------------
 
@@ -54,62 +46,6 @@ std::optional<std::uint64_t> numberIn(const VelaVariant& value)
     in >> hash >> number;
     const bool isWhole = hash == std::hash<std::string>()(whole.substr(whole.find(' ') + 1));
     return isWhole ? std::optional(number) : std::nullopt;
-}
-
-// ---- Processes ----------------------------------------------------------------------------------
-
-/// A part of this program as a process that one can talk to, and kill.
-class Process
-{
-public:
-    Process(const char* part, const std::string& argument)
-    {
-        int ends[2];
-        EXPECT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
-        const std::string program = thisProgram().string();
-        m_process = fork();
-        if (m_process == 0) {
-            dup2(ends[1], STDIN_FILENO);
-            dup2(ends[1], STDOUT_FILENO);
-            execl(program.c_str(), program.c_str(), "--child", part, argument.c_str(), nullptr);
-            _exit(1);
-        }
-        close(ends[1]);
-        m_talk = ends[0];
-    }
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-    ~Process() { close(m_talk); }
-
-    void kill() const { ::kill(m_process, SIGKILL); }
-    void tell() const { EXPECT_EQ(write(m_talk, "\n", 1), 1); }
-
-    /// Up to a line's end, or all.
-    std::string read(bool line) const
-    {
-        std::string text;
-        for (char each = 0; ::read(m_talk, &each, 1) == 1 && !(line && each == '\n');) {
-            text += each;
-        }
-        return text;
-    }
-
-    /// The exit code, or the negative signal.
-    int wait() const
-    {
-        int status = 0;
-        waitpid(m_process, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-
-private:
-    pid_t m_process = 0;
-    int m_talk = -1;
-};
-
-void say(const std::string& text)
-{
-    EXPECT_EQ(write(STDOUT_FILENO, text.data(), text.size()), static_cast<ssize_t>(text.size()));
 }
 
 // ---- Killed at any instant ----------------------------------------------------------------------
@@ -341,90 +277,6 @@ TEST(Storm, ThreadsThatComeFirstTogetherGetTheSame)
         EXPECT_EQ(each, seen[0]);
     }
     EXPECT_NE(seen[0].find("English"), std::string::npos) << seen[0];
-}
-
-// ---- Disks and files ----------------------------------------------------------------------------
-
-/// Says the answers of the registry's calls: to making a key, and to as many writes of 20000 bytes as are
-/// asked for, or until one fails; then whether all that was written before is whole.
-int fill(const std::vector<std::string>& arguments)
-{
-    const std::size_t space = arguments[0].find(' ');
-    shareWithChildren("XDG_DATA_HOME", arguments[0].substr(space + 1));
-    HKEY key = nullptr;
-    LSTATUS status = RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Disk", 0, nullptr, 0, KEY_ALL_ACCESS,
-                                     nullptr, &key, nullptr);
-    say(std::to_string(status) + ' ');
-    std::vector<BYTE> data(20000);
-    const int most = std::stoi(arguments[0].substr(0, space));
-    for (int i = 0; i < most && status == ERROR_SUCCESS; ++i) {
-        status = RegSetValueExW(key, Wide(std::to_string(i)), 0, REG_BINARY, data.data(), 20000);
-    }
-    say(std::to_string(status) + ' ');
-    DWORD values = 0;
-    DWORD size = 20000;
-    status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values, nullptr,
-                              nullptr, nullptr, nullptr);
-    for (DWORD i = 0; i < values && status == ERROR_SUCCESS; ++i, size = 20000) {
-        status = RegQueryValueExW(key, Wide(std::to_string(i)), nullptr, nullptr, data.data(), &size);
-        status = size == 20000 ? status : ERROR_MORE_DATA;
-    }
-    say(std::to_string(status) + (values > 10 ? " many" : " none"));
-    return 0;
-}
-
-const ChildPart filler("filler", fill);
-
-/// The answers of a process whose registry is in the folder.
-std::string filled(const std::filesystem::path& folder, const std::string& most)
-{
-    const Process process("filler", most + ' ' + folder.string());
-    std::string said = process.read(false);
-    EXPECT_EQ(process.wait(), 0) << said;
-    return said;
-}
-
-TEST(Storm, AFullAndAReadOnlyDiskKeepWhatIsThere)
-{
-    const std::string folder = scratchFolder() / "small";
-    std::filesystem::create_directories(folder);
-    if (mount("none", folder.c_str(), "tmpfs", 0, "size=6m") != 0) {
-        GTEST_SKIP() << "NOT TESTED: a small disk can be mounted by root alone (" << std::strerror(errno)
-                     << ')';
-    }
-    EXPECT_EQ(filled(folder, "10000"), "0 112 0 many"); // ERROR_DISK_FULL
-    EXPECT_EQ(filled(folder, "0"), "0 0 0 many");       // to the next process too
-    ASSERT_EQ(mount("none", folder.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
-    EXPECT_EQ(filled(folder, "1"), "0 5 0 many"); // ERROR_ACCESS_DENIED
-    EXPECT_EQ(umount(folder.c_str()), 0);
-}
-
-TEST(Storm, ADamagedFileIsRefusedAndLeftAlone)
-{
-    const auto folder = scratchFolder() / "damaged";
-    const auto file = folder / "winhost/data.mdb";
-    ASSERT_EQ(filled(folder, "20"), "0 0 0 many");
-    const std::string whole = readFile(file);
-    constexpr std::size_t page = 4096;
-    const std::pair<const char*, std::string> damages[] = {
-        {"cut to a byte", whole.substr(0, 1)},
-        {"cut to a page", whole.substr(0, page)},
-        {"cut to its start", whole.substr(0, 3 * page)},
-        {"cut to a half", whole.substr(0, 250000)},
-        {"no head", std::string(2 * page, 0) + whole.substr(2 * page)},
-        {"another start", "text" + std::string(2 * page - 4, ' ') + whole.substr(2 * page)},
-        {"a text", "This is no store.\n"},
-        {"zeros", std::string(whole.size(), 0)},
-    };
-    for (const auto& [name, bytes] : damages) {
-        SCOPED_TRACE(name);
-        writeFile(file, bytes);
-        const std::string said = filled(folder, "1");
-        EXPECT_TRUE(said == "1015 1015 6 none" || said == "1009 1009 6 none") << said;
-        EXPECT_TRUE(readFile(file) == bytes);
-    }
-    writeFile(file, whole);
-    EXPECT_EQ(filled(folder, "0"), "0 0 0 many");
 }
 
 } // namespace

@@ -151,8 +151,10 @@ private:
         m_options.workingFolder = m_application.folder();
         const ChildResult result = runProgram(m_program, all, m_options);
         std::string actual = result.output + result.errors;
-        replacePath(actual, '"' + companyFromOutside("Acme") + '"', "Acme"); // has to be quoted on Windows
-        replacePath(actual, companyFromOutside("Acme"), "Acme");
+        if (companyFromOutside("Acme") != "Acme") { // has to be quoted on a command line
+            replaceAll(actual, '"' + companyFromOutside("Acme") + '"', "Acme");
+            replacePath(actual, companyFromOutside("Acme"), "Acme");
+        }
         replacePath(actual, windowsPath(m_application.folder()), "{app}");
         replaceAll(actual, "\x1b", "{ESC}");
         std::erase(actual, '\r');

@@ -85,6 +85,7 @@ struct SECURITY_ATTRIBUTES
 #define ERROR_MOD_NOT_FOUND 126
 #define ERROR_PROC_NOT_FOUND 127
 #define ERROR_BAD_PATHNAME 161
+#define ERROR_LOCK_FAILED 167
 #define ERROR_BAD_EXE_FORMAT 193
 #define ERROR_FILENAME_EXCED_RANGE 206
 #define ERROR_MORE_DATA 234
@@ -108,6 +109,21 @@ struct SECURITY_ATTRIBUTES
 
 WINHOST_API DWORD GetLastError();
 WINHOST_API void SetLastError(DWORD error);
+
+// ---- Locks --------------------------------------------------------------------------------------
+
+struct SRWLOCK
+{
+    void* Ptr;
+};
+
+#define SRWLOCK_INIT                                                                                         \
+    {                                                                                                        \
+        nullptr                                                                                              \
+    }
+
+WINHOST_API void AcquireSRWLockExclusive(SRWLOCK* lock);
+WINHOST_API void ReleaseSRWLockExclusive(SRWLOCK* lock);
 
 // ---- Registry -----------------------------------------------------------------------------------
 

@@ -1,48 +1,28 @@
 // The user's folders, as the XDG base directories and user directories give them.
 #include "host_path.h"
+#include "user_folders.h"
 
 #include <shlobj.h>
 #include <windows.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <pwd.h>
-#include <unistd.h>
+#include <sstream>
 
 namespace {
 
+using winhost::homeFolder;
+using winhost::xdgFolder;
+
 constexpr INT folderMask = 0xFF;
 constexpr HRESULT fileNotFound = static_cast<HRESULT>(0x80070002);
-
-std::string homeFolder()
-{
-    const char* const home = std::getenv("HOME");
-    if (home != nullptr && *home == '/') {
-        return home;
-    }
-    const struct passwd* const user = getpwuid(getuid());
-    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/";
-}
-
-/// An absolute path in the environment, else a folder of the user's home.
-std::string xdgFolder(const char* variable, const char* belowHome)
-{
-    const char* const value = std::getenv(variable);
-    return value != nullptr && *value == '/' ? std::string(value) : homeFolder() + belowHome;
-}
-
-std::string configFolder()
-{
-    return xdgFolder("XDG_CONFIG_HOME", "/.config");
-}
 
 /// What user-dirs.dirs assigns: "$HOME/...", or "/...", in quotes; "" when it does not.
 std::string documentsOfUserDirs()
 {
     constexpr std::string_view assignment = "XDG_DOCUMENTS_DIR=\"";
     constexpr std::string_view home = "$HOME";
-    std::ifstream file(configFolder() + "/user-dirs.dirs");
+    std::istringstream file(winhost::readFile(winhost::configFolder() + "/user-dirs.dirs").value_or(""));
     for (std::string line; std::getline(file, line);) {
         const std::size_t end = line.rfind('"');
         if (!line.starts_with(assignment) || end < assignment.size()) {
@@ -68,9 +48,9 @@ std::string folderOnHost(INT id)
 {
     switch (id) {
     case CSIDL_APPDATA:
-        return configFolder();
+        return winhost::configFolder();
     case CSIDL_LOCAL_APPDATA:
-        return xdgFolder("XDG_DATA_HOME", "/.local/share");
+        return winhost::dataFolder();
     case CSIDL_PERSONAL:
         return documentsFolder();
     default:

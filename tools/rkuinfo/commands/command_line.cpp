@@ -150,9 +150,8 @@ void check(Session& session, const Common& common)
     session.colour = chosen(session.colour, {"always", "never", "auto"}, "time for colours");
     if (!session.language.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(utf16(session.language)))) {
         std::vector<std::string> names;
-        constexpr long count = 15;
-        for (long index = 0; index < count; ++index) {
-            names.push_back(utf8(rkuinfo::text(TarvoLanguage(index).shortName())));
+        for (const uinfo::Language& record : uinfo::languages) {
+            names.push_back(utf8(rkuinfo::text(record.shortName)));
         }
         session.language = chosen(session.language, names, "language");
     }

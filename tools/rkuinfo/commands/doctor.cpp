@@ -119,7 +119,7 @@ private:
         }
         std::vector<Text> ids = {wantedId};
         for (const LanguageState& state : installation.languages) {
-            const Text id = utf16(std::to_string(state.language.velaLanguage()));
+            const Text id = utf16(std::to_string(state.record.lcid));
             if (id != wantedId) {
                 ids.push_back(id);
             }
@@ -140,13 +140,13 @@ private:
     void checkLanguages(const Installation& installation)
     {
         for (const LanguageState& state : installation.languages) {
-            if (state.folderState == FolderState::empty) {
+            if (state.installed == uinfo::Installed::emptyFolder) {
                 add("language-empty", true, state.name(), "the language's folder holds no library",
                     "install it again, or remove the folder");
-            } else if (state.folderState == FolderState::filled && !state.hasResources) {
+            } else if (state.installed != uinfo::Installed::noFolder && !state.hasResources) {
                 add("language-library", true, state.name(), "the language's RkUInfoRes.dll cannot be loaded",
                     "install it again");
-            } else if (state.folderState == FolderState::missing && state.hasEntry &&
+            } else if (state.installed == uinfo::Installed::noFolder && state.hasEntry &&
                        installation.needsEntries) {
                 add("language-folder", true, state.name(), "the language has an uninstall entry and no folder",
                     "install it again, or remove the entry");
@@ -155,7 +155,7 @@ private:
         const std::string why = installation.whyNotWanted();
         if (installation.preferred < 0) {
             const bool isEntryAll = std::ranges::any_of(installation.languages, [](const LanguageState& state) {
-                return state.folderState == FolderState::filled;
+                return state.installed == uinfo::Installed::noEntry;
             });
             add("no-language", true, shown(installation.folder),
                 isEntryAll ? "no language is installed: none with a folder has an uninstall entry"

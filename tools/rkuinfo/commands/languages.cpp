@@ -10,14 +10,15 @@ std::string nameOf(const wchar_t* text)
     return utf8(rkuinfo::text(text));
 }
 
-const char* folderWord(FolderState state)
+const char* folderWord(const LanguageState& state)
 {
-    switch (state) {
-    case FolderState::missing:
+    switch (state.installed) {
+    case uinfo::Installed::noFolder:
         return "missing";
-    case FolderState::empty:
+    case uinfo::Installed::emptyFolder:
         return "empty";
-    case FolderState::filled:
+    case uinfo::Installed::yes:
+    case uinfo::Installed::noEntry:
         break;
     }
     return "yes";
@@ -26,22 +27,22 @@ const char* folderWord(FolderState state)
 /// What a language that has no folder lacks is merely absent.
 Cell mark(const LanguageState& state, bool good, const std::string& word)
 {
-    const bool isAbsent = state.folderState == FolderState::missing;
+    const bool isAbsent = state.installed == uinfo::Installed::noFolder;
     return {word, good ? Style::good : isAbsent ? Style::quiet : Style::bad};
 }
 
 Json describe(const LanguageState& state)
 {
     return {{"language", state.name()},
-            {"id", state.language.velaLanguage()},
-            {"name", nameOf(state.language.globalName())},
+            {"id", state.record.lcid},
+            {"name", nameOf(state.record.globalName)},
             {"local-name", state.localName ? toJson(*state.localName) : Json()},
             {"folder", toJson(state.folder)},
-            {"folder-state", folderWord(state.folderState)},
+            {"folder-state", folderWord(state)},
             {"uninstall-entry", state.hasEntry},
             {"resource-library", state.hasResources},
-            {"installed", state.installed},
-            {"why-not", state.installed ? Json() : Json(state.whyNot())}};
+            {"installed", state.isInstalled()},
+            {"why-not", state.isInstalled() ? Json() : Json(state.whyNot())}};
 }
 
 /// A narrow terminal has no room for what the short name says too.
@@ -65,11 +66,11 @@ void printTable(const Installation& installation, const Layout& layout)
     for (const LanguageState& state : installation.languages) {
         add({{state.name(), Style::name},
              {shown(state.localName.value_or(Text()))},
-             mark(state, state.folderState == FolderState::filled, folderWord(state.folderState)),
+             mark(state, std::string_view(folderWord(state)) == "yes", folderWord(state)),
              mark(state, state.hasEntry || !installation.needsEntries, state.hasEntry ? "yes" : "no"),
              mark(state, state.hasResources, state.hasResources ? "yes" : "no"),
-             mark(state, state.installed, state.installed ? "yes" : state.whyNot())},
-            {{std::to_string(state.language.velaLanguage())}, {nameOf(state.language.globalName())}});
+             mark(state, state.isInstalled(), state.isInstalled() ? "yes" : state.whyNot())},
+            {{std::to_string(state.record.lcid)}, {nameOf(state.record.globalName)}});
     }
     table.print(layout);
 }

@@ -62,9 +62,7 @@ class Report
 {
 public:
     explicit Report(const Installation& installation)
-        : m_of(installation),
-          m_language(installation.languages[static_cast<std::size_t>(
-              TarvoLanguage(rkuinfo::Argument(installation.language())).language())])
+        : m_of(installation), m_language(installation.chosenLanguage())
     {
     }
 
@@ -81,9 +79,9 @@ private:
                  fact("product-type", velaGetProduct()->productType()),
                  fact("version", GetVelaProgramVersionString()),
                  fact("service-pack", GetServicePackageVersionString()), fact("build", buildStamp()),
-                 fact("language", m_of.language()), fact("language-name", m_language.language.globalName()),
+                 fact("language", m_of.language()), fact("language-name", m_language.record.globalName),
                  fact("local-name", m_language.localName.value_or(Text())),
-                 fact("language-id", m_language.language.velaLanguage()), fact("profile", m_of.profile()),
+                 fact("language-id", long{m_language.record.lcid}), fact("profile", m_of.profile()),
                  fact("command-prefix", commandPrefix())}};
     }
 

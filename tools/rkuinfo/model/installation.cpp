@@ -1,7 +1,9 @@
 #include "model/installation.h"
 
+#include "model/program.h"
 #include "model/system.h"
 #include "model/value.h"
+#include "program/ini_files.h"
 #include "text/print.h"
 
 #include <windows.h>
@@ -9,62 +11,39 @@
 #include <io.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 
 namespace {
 
 using rkuinfo::Argument;
 
-constexpr int readAccess = 4;
-constexpr int firstLocalName = 1001; // string id of the language with index 0
-constexpr long languageCount = 15;
 constexpr std::size_t longestName = 254;
 constexpr std::size_t longestProfile = 126; // what is longer, start-up reads as none
-
-/// By their indexes.
-constexpr std::array preference = {2, 13, 14, 7, 8, 9, 0, 1, 3, 4, 5, 6, 10, 11, 12};
 
 struct FreeModule
 {
     void operator()(HINSTANCE module) const { FreeLibrary(module); }
 };
 
-bool holdsLibrary(const Text& folder)
-{
-    WIN32_FIND_DATAW found = {};
-    HANDLE const search = FindFirstFileW(Argument(folder + utf16("\\*.dll")), &found);
-    if (search == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    FindClose(search);
-    return true;
-}
-
-void readResources(LanguageState& state)
+void readResources(LanguageState& state, const uinfo::Language& record)
 {
     const std::unique_ptr<HINSTANCE__, FreeModule> module(LoadLibraryExW(
         Argument(state.folder + utf16("\\RkUInfoRes.dll")), nullptr, LOAD_LIBRARY_AS_DATAFILE));
     wchar_t name[64] = {};
-    const auto id = static_cast<UINT>(firstLocalName + state.language.language());
     state.hasResources = module != nullptr;
-    if (module && LoadStringW(module.get(), id, name, 63) > 0) {
+    if (module && LoadStringW(module.get(), record.localNameId, name, 63) > 0) {
         state.localName = rkuinfo::text(name);
     }
 }
 
-LanguageState examineLanguage(const Text& program, const TarvoLanguage& language, bool needsEntries)
+LanguageState examineLanguage(const Text& program, const uinfo::Language& record, bool needsEntries)
 {
-    LanguageState state = {language, program + rkuinfo::text(language.shortName())};
-    if (_waccess(Argument(state.folder), readAccess) == 0) {
-        state.folderState = holdsLibrary(state.folder) ? FolderState::filled : FolderState::empty;
-        readResources(state);
+    LanguageState state = {record, program + rkuinfo::text(record.shortName)};
+    state.installed = uinfo::installed(record, needsEntries);
+    state.hasEntry = uinfo::hasUninstallEntry(record);
+    if (state.installed != uinfo::Installed::noFolder) {
+        readResources(state, record);
     }
-    state.hasEntry = machineValueExists(utf16("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
-                                              "{5C3D71E0-B00F-" +
-                                              std::to_string(language.velaLanguage()) + "-C10E-9E40B6D2F815}"),
-                                        L"UninstallString");
-    state.installed = state.folderState == FolderState::filled && (state.hasEntry || !needsEntries);
     return state;
 }
 
@@ -86,20 +65,22 @@ bool exists(const Text& path)
 
 std::string LanguageState::name() const
 {
-    return utf8(rkuinfo::text(language.shortName()));
+    return utf8(rkuinfo::text(record.shortName));
 }
 
 std::string LanguageState::whyNot() const
 {
-    switch (folderState) {
-    case FolderState::missing:
-        return "no folder";
-    case FolderState::empty:
-        return "empty folder";
-    case FolderState::filled:
+    switch (installed) {
+    case uinfo::Installed::yes:
         break;
+    case uinfo::Installed::noFolder:
+        return "no folder";
+    case uinfo::Installed::emptyFolder:
+        return "empty folder";
+    case uinfo::Installed::noEntry:
+        return "no uninstall entry";
     }
-    return installed ? "" : "no uninstall entry";
+    return "";
 }
 
 Installation::Installation(const Session& session) : m_profile(utf16(session.profile))
@@ -110,6 +91,9 @@ Installation::Installation(const Session& session) : m_profile(utf16(session.pro
     folder = session.program.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(session.program);
     if (folder.empty()) {
         throw Failure("--program: '" + shown(utf16(session.program)) + "' is no folder", exitUsage);
+    }
+    if (!session.program.empty()) {
+        lookAt(folder);
     }
     if (const std::optional<Trouble> trouble = registryTrouble()) {
         throw Failure(trouble->problem + (trouble->remedy.empty() ? "" : "; " + trouble->remedy));
@@ -124,31 +108,23 @@ Installation::Installation(const Session& session) : m_profile(utf16(session.pro
                        iniText("TARVO.ini", L"Product", utf16("ProductName"), 255), utf16("TARVO")});
     needsEntries =
         equalIgnoringCase(company, utf16("NORVIK")) && equalIgnoringCase(product, utf16("TARVO"));
-    for (long index = 0; index < languageCount; ++index) {
-        languages.push_back(examineLanguage(folder, TarvoLanguage(index), needsEntries));
+    for (const uinfo::Language& record : uinfo::languages) {
+        languages.push_back(examineLanguage(folder, record, needsEntries));
     }
-    const auto* const found = std::ranges::find_if(
-        preference, [this](int index) { return languages[static_cast<std::size_t>(index)].installed; });
-    preferred = found == preference.end() ? -1 : *found;
+    preferred = uinfo::preferredLanguage(needsEntries);
     findLanguage(session);
 }
 
-/// From the first of the places that names one: a refused name does not lead to the next.
 void Installation::findLanguage(const Session& session)
 {
-    constexpr std::size_t longestStored = 7;
-    constexpr unsigned long iniCapacity = 7;
-    if (!session.language.empty()) {
-        wanted = utf16(session.language);
-        source = "the command line";
-    } else if (Text text = storedText(versionRoot(), "CurVer", longestStored); !text.empty()) {
-        wanted = std::move(text);
-        source = "the registry (CurVer)";
-    } else {
-        const Text localeId = iniText("TARVO.ini", L"Product", utf16("LocaleId"), iniCapacity);
-        wanted = iniText("TARVO.ini", L"LocaleIdLangName", localeId, iniCapacity);
-        source = "TARVO.ini";
-    }
+    using Source = uinfo::LanguageChoice::Source;
+    const Argument language(utf16(session.language));
+    const Argument root(versionRoot());
+    const uinfo::LanguageChoice choice(language, root, needsEntries);
+    wanted = rkuinfo::text(choice.name());
+    source = choice.source() == Source::argument   ? "the command line"
+             : choice.source() == Source::registry ? "the registry (CurVer)"
+                                                   : "TARVO.ini";
 }
 
 std::string Installation::whyNotWanted() const
@@ -156,25 +132,29 @@ std::string Installation::whyNotWanted() const
     if (wanted.empty()) {
         return {};
     }
-    const TarvoLanguage language{Argument(wanted)};
-    if (language.language() < 0) {
+    const std::int32_t index = uinfo::findLanguage(Argument(wanted));
+    if (index == uinfo::unknownLanguage) {
         return '\'' + shown(wanted) + "', which " + source + " names, is none of the fifteen languages";
     }
-    const LanguageState& state = languages[static_cast<std::size_t>(language.language())];
-    return state.installed ? ""
-                           : state.name() + ", which " + source + " names, is not installed: " + state.whyNot();
+    const LanguageState& state = languages[static_cast<std::size_t>(index)];
+    return state.isInstalled() ? ""
+                               : state.name() + ", which " + source + " names, is not installed: " + state.whyNot();
 }
 
-Text Installation::language() const
+const LanguageState& Installation::chosenLanguage() const
 {
-    if (preferred < 0) {
+    if (preferred == uinfo::unknownLanguage) {
         throw Failure("no language is installed in " + shown(folder));
     }
     if (const std::string why = whyNotWanted(); !why.empty()) {
         throw Failure(why + "; name an installed language with --language");
     }
-    return rkuinfo::text(
-        (wanted.empty() ? TarvoLanguage(preferred) : TarvoLanguage(Argument(wanted))).shortName());
+    return languages[static_cast<std::size_t>(wanted.empty() ? preferred : uinfo::findLanguage(Argument(wanted)))];
+}
+
+Text Installation::language() const
+{
+    return rkuinfo::text(chosenLanguage().record.shortName);
 }
 
 Text Installation::versionRoot() const
@@ -232,10 +212,9 @@ Text Installation::iniFile(const char* file) const
 Text Installation::iniText(const char* file, const wchar_t* section, const Text& key,
                            unsigned long capacity) const
 {
-    const Text path = iniFile(file);
     wchar_t out[1024] = {};
-    const bool isRead =
-        !key.empty() && _waccess(Argument(path), readAccess) == 0 &&
-        GetPrivateProfileStringW(section, Argument(key), L"", out, static_cast<DWORD>(capacity - 1), Argument(path)) > 0;
+    const Argument name(key);
+    const bool isRead = uinfo::readIniText(section, name, out, capacity, Argument(utf16(file))) ==
+                        uinfo::IniResult::found;
     return isRead ? rkuinfo::text(out) : Text();
 }

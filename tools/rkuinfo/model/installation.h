@@ -4,6 +4,7 @@
 
 #include "model/registry.h"
 #include "model/session.h"
+#include "program/language_choice.h"
 
 #include <RkUInfo.h>
 
@@ -11,24 +12,17 @@
 #include <string>
 #include <vector>
 
-enum class FolderState
-{
-    missing,
-    empty, ///< it holds no library
-    filled,
-};
-
 struct LanguageState
 {
-    TarvoLanguage language;
+    const uinfo::Language& record;
     Text folder;
-    FolderState folderState = FolderState::missing;
+    uinfo::Installed installed = uinfo::Installed::noFolder;
     bool hasEntry = false;                        ///< of its installer, which the default product alone needs
     bool hasResources = false;                    ///< RkUInfoRes.dll can be read
     std::optional<Text> localName = std::nullopt; ///< in the language itself
-    bool installed = false;
 
     std::string name() const;
+    bool isInstalled() const { return installed == uinfo::Installed::yes; }
     /// Empty for an installed language.
     std::string whyNot() const;
 };
@@ -46,11 +40,12 @@ public:
     std::vector<LanguageState> languages; ///< all fifteen, by index
     Text wanted;                          ///< the language that start-up would take; empty when nothing names one
     std::string source;                   ///< what names it
-    long preferred = -1;                  ///< the installed language that start-up would propose
+    std::int32_t preferred = -1;          ///< the installed language that start-up would propose
 
     /// Why the wanted language cannot be taken; empty when it can, or when none is wanted.
     std::string whyNotWanted() const;
-    /// The short name of the language that start-up takes; throws where it would ask, or end the process.
+    /// The language that start-up takes; throws where it would ask, or end the process.
+    const LanguageState& chosenLanguage() const;
     Text language() const;
 
     Text versionRoot() const;

@@ -37,3 +37,11 @@ bool isBarred(const Text& path);
 
 /// For messages about the registry, where it lies: " in FILE"; empty where the system has no one place for it.
 std::string registryPlace();
+
+/// Where the system has transactions over several calls of the registry, those from begin to end are all kept, or
+/// undone by the end, also by that of the process.
+struct RegistryTransaction
+{
+    static bool begin(); ///< false where there are none
+    static bool end(bool keep);
+};

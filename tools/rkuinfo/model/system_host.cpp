@@ -1,5 +1,7 @@
 #include "model/system.h"
 
+#include <winhost/changes.h>
+
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -58,4 +60,14 @@ std::string registryPlace()
     const std::string folder =
         data != nullptr && *data == '/' ? data : std::string(home != nullptr ? home : "") + "/.local/share";
     return ", in " + folder + "/winhost";
+}
+
+bool RegistryTransaction::begin()
+{
+    return winhostBeginRegistryChanges() == ERROR_SUCCESS;
+}
+
+bool RegistryTransaction::end(bool keep)
+{
+    return winhostEndRegistryChanges(keep ? TRUE : FALSE) == ERROR_SUCCESS;
 }

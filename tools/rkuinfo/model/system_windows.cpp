@@ -85,3 +85,13 @@ std::string registryPlace()
 {
     return "";
 }
+
+bool RegistryTransaction::begin()
+{
+    return false; // the Windows registry's own are deprecated, and not there in Wine
+}
+
+bool RegistryTransaction::end(bool /*keep*/)
+{
+    return false;
+}

@@ -1,5 +1,6 @@
 #include "model/tree.h"
 
+#include "model/system.h"
 #include "model/value.h"
 #include "text/print.h"
 
@@ -101,6 +102,18 @@ Change inverse(const Change& change)
     return {kind, change.key, change.isKey, change.after, change.before};
 }
 
+void takeBack(const Text& root, const std::vector<Change>& changes, std::size_t done, const Failure& reason)
+{
+    try {
+        while (done > 0) {
+            carryOut(root, inverse(changes[--done]));
+        }
+    } catch (const Failure& second) {
+        throw Failure(std::string(reason.what()) + "; a part was written and could not be taken back: " +
+                      second.what());
+    }
+}
+
 } // namespace
 
 Node& Node::below(const Text& keyName)
@@ -137,6 +150,7 @@ std::vector<Change> changes(const Node& present, const Node& wanted, bool isWhol
 void apply(const Text& root, const std::vector<Change>& changes,
            const std::function<void(std::size_t)>& progress)
 {
+    const bool isTransaction = RegistryTransaction::begin();
     std::size_t done = 0;
     try {
         for (; done < changes.size(); ++done) {
@@ -144,15 +158,15 @@ void apply(const Text& root, const std::vector<Change>& changes,
             progress(done + 1);
         }
     } catch (const Failure& failure) {
-        try {
-            while (done > 0) {
-                carryOut(root, inverse(changes[--done]));
-            }
-        } catch (const Failure& second) {
-            throw Failure(std::string(failure.what()) + "; a part was written and could not be taken back: " +
-                          second.what());
+        if (isTransaction) {
+            RegistryTransaction::end(false);
+        } else {
+            takeBack(root, changes, done, failure);
         }
         throw Failure(std::string(failure.what()) + "; nothing was changed");
+    }
+    if (isTransaction && !RegistryTransaction::end(true)) {
+        throw Failure("the registry cannot be written" + registryPlace() + "; nothing was changed");
     }
 }
 

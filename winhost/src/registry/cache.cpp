@@ -1,143 +1,105 @@
 #include "registry/cache.h"
 
-#include <algorithm>
-#include <cstring>
+#include "registry/names.h"
+
+#include <new>
 
 namespace winhost::registry {
 
 namespace {
 
-constexpr std::size_t slotCount = 32;
-constexpr std::size_t longestPath = 160;
-constexpr std::size_t longestName = 64;
-constexpr DWORD stretchLength = 64;
+constexpr std::size_t longestAnswer = 2400;
 
-template <std::size_t Capacity>
-class Remembered
+} // namespace
+
+std::uint64_t Cache::hashOf(const Question& question)
 {
-public:
-    bool is(TextView text) const
-    {
-        return text.size() == m_length && std::equal(text.begin(), text.end(), m_units);
+    const std::uint64_t start =
+        mix(question.kind, static_cast<std::uint64_t>(question.node) << 32 | question.index);
+    return question.text.empty() ? start : mix(start, bytesOf(question.text));
+}
+
+void Cache::remember(const Question& question, std::uint64_t tag, const Answer& answer)
+{
+    if (tag == 0 || tagOf(question.kind) != tag) {
+        return;
     }
-
-    void assign(TextView text)
-    {
-        m_length = text.size();
-        std::copy(text.begin(), text.end(), m_units);
+    const std::string_view text = bytesOf(question.text);
+    const std::string_view name = bytesOf(answer.name);
+    const std::size_t size = text.size() + name.size() + answer.data.size();
+    if (size > longestAnswer) {
+        return;
     }
+    const std::uint64_t hash = hashOf(question);
+    Set& set = m_sets[hash % setCount];
+    const std::lock_guard<std::mutex> lock(set.mutex);
+    std::size_t way = 0;
+    while (way < ways &&
+           !(set.hashes[way] == hash && set.entries[way] != nullptr && set.entries[way]->answers(question))) {
+        ++way;
+    }
+    if (way == ways) {
+        way = set.next++ % ways;
+    }
+    std::unique_ptr<Entry, Free>& entry = set.entries[way];
+    if (entry == nullptr || entry->room < size) {
+        entry.reset(static_cast<Entry*>(::operator new(sizeof(Entry) + size, std::nothrow)));
+        if (entry == nullptr) {
+            return;
+        }
+        entry->room = size;
+    }
+    set.hashes[way] = hash;
+    auto* const bytes = reinterpret_cast<char*>(entry.get() + 1);
+    char* end = bytes;
+    for (const std::string_view part : {text, name, answer.data}) {
+        end += part.copy(end, part.size());
+    }
+    entry->tag = tag;
+    entry->question = question;
+    entry->answer = answer;
+    const auto* const units = reinterpret_cast<const wchar_t*>(bytes);
+    entry->question.text = TextView(units, question.text.size());
+    entry->answer.name = TextView(units + question.text.size(), answer.name.size());
+    entry->answer.data = std::string_view(bytes + text.size() + name.size(), answer.data.size());
+}
 
-private:
-    std::size_t m_length;
-    wchar_t m_units[Capacity];
-};
-
-struct Slot
+void Cache::learnShape(std::uint64_t version, std::int64_t shape)
 {
-    std::size_t version; // 0: unused
-    NodeId start;
-    NodeId found;
-    Remembered<longestPath> path;
-};
+    m_shape.store(static_cast<std::uint64_t>(shape), std::memory_order_relaxed);
+    m_version.store(version, std::memory_order_release);
+}
 
-struct LastValue
+void Cache::forget()
 {
-    std::size_t version; // 0: none
-    NodeId node;
-    Entry value; // points into the database, where a version's pages stay as they are while it can be read
-    Remembered<longestName> name;
-};
-
-/// Entries of a list that follow each other.
-struct Stretch
-{
-    std::size_t version; // 0: none
-    NodeId node;
-    DWORD first;
-    DWORD count;
-    Entry entries[stretchLength]; // as LastValue's
-};
-
-thread_local LastValue lastValue;
-
-void rememberValue(const ReadTransaction& in, NodeId node, TextView name, const Entry& value)
-{
-    if (name.size() <= longestName) {
-        lastValue.version = in.version();
-        lastValue.node = node;
-        lastValue.value = value;
-        lastValue.name.assign(name);
+    m_version.store(0);
+    for (Set& set : m_sets) {
+        const std::lock_guard<std::mutex> lock(set.mutex);
+        for (auto& entry : set.entries) {
+            entry.reset();
+        }
     }
 }
 
-/// Paths differ at their ends.
-std::size_t slotOf(NodeId start, TextView path)
+namespace {
+
+// Never destroyed: it may be used while the process ends.
+Cache*& current()
 {
-    std::size_t hash = start + path.size();
-    for (const wchar_t unit : path.substr(path.size() - std::min<std::size_t>(path.size(), 8))) {
-        hash = hash * 31 + unit;
-    }
-    return hash % slotCount;
+    static Cache* created = new Cache;
+    return created;
 }
 
 } // namespace
 
-LSTATUS findPathCached(const ReadTransaction& in, NodeId start, TextView path, NodeId& found)
+Cache& cache()
 {
-    if (path.empty() || path.size() > longestPath) {
-        return findPath(in.get(), start, path, found);
-    }
-    thread_local Slot slots[slotCount];
-    Slot& slot = slots[slotOf(start, path)];
-    if (slot.version == in.version() && slot.start == start && slot.path.is(path)) {
-        found = slot.found;
-        return ERROR_SUCCESS;
-    }
-    const LSTATUS status = findPath(in.get(), start, path, found);
-    if (status == ERROR_SUCCESS) {
-        slot.version = in.version();
-        slot.start = start;
-        slot.found = found;
-        slot.path.assign(path);
-    }
-    return status;
+    return *current();
 }
 
-LSTATUS findValueCached(const ReadTransaction& in, NodeId node, TextView name, Entry& value)
+void abandonCache()
 {
-    if (lastValue.version == in.version() && lastValue.node == node && lastValue.name.is(name)) {
-        value = lastValue.value;
-        return ERROR_SUCCESS;
-    }
-    const LSTATUS status = findValue(in.get(), node, name, value);
-    if (status == ERROR_SUCCESS) {
-        rememberValue(in, node, name, value);
-    }
-    return status;
-}
-
-LSTATUS entryAtCached(const ReadTransaction& in, List list, NodeId node, DWORD index, Position& position,
-                      Entry& entry)
-{
-    thread_local Stretch ofSubKeys;
-    thread_local Stretch ofValues;
-    Stretch& stretch = list == List::eSubKeys ? ofSubKeys : ofValues;
-    if (stretch.version != in.version() || stretch.node != node || index < stretch.first ||
-        index - stretch.first >= stretch.count) {
-        stretch.version = 0;
-        if (const LSTATUS status = entriesAt(in.get(), list, node, index, position, stretch.entries,
-                                             stretchLength, stretch.count)) {
-            return status;
-        }
-        stretch.version = in.version();
-        stretch.node = node;
-        stretch.first = index;
-    }
-    entry = stretch.entries[index - stretch.first];
-    if (list == List::eValues) {
-        rememberValue(in, node, entry.name, entry);
-    }
-    return ERROR_SUCCESS;
+    current() = new Cache;
 }
 
 } // namespace winhost::registry

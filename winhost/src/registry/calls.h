@@ -1,35 +1,42 @@
 // What the registry calls share.
 #pragma once
 
+#include "registry/cache.h"
 #include "registry/handles.h"
+
+#include <new>
 
 namespace winhost::registry {
 
-/// Runs use(transaction, key) in a view of the registry, on a key that must have been opened with the rights.
+/// Runs use(node) on a key that must have been opened with the rights.
 template <typename Use>
-LSTATUS readKey(HKEY key, REGSAM needed, Use use)
+LSTATUS onKey(HKEY key, REGSAM needed, Use use)
 {
-    OpenKey opened;
-    if (const LSTATUS status = resolve(key, needed, opened)) {
+    NodeId node = 0;
+    if (const LSTATUS status = resolve(key, needed, node)) {
         return status;
     }
-    const ReadTransaction in;
-    return in.status() != ERROR_SUCCESS ? in.status() : use(in, opened);
+    try {
+        return use(node);
+    } catch (const std::bad_alloc&) {
+        return ERROR_NOT_ENOUGH_MEMORY;
+    }
 }
 
-/// The same for changes, which are kept if use(transaction, key) succeeds.
+/// Asks the store what is not remembered.
 template <typename Use>
-LSTATUS changeKey(HKEY key, REGSAM needed, Use use)
+LSTATUS read(Use use)
 {
-    OpenKey opened;
-    if (const LSTATUS status = resolve(key, needed, opened)) {
-        return status;
-    }
-    WriteTransaction in;
-    if (in.status() != ERROR_SUCCESS) {
-        return in.status();
-    }
-    const LSTATUS status = use(in.get(), opened);
+    const Access in(Access::eReading);
+    return in.status() != ERROR_SUCCESS ? in.status() : use();
+}
+
+/// Changes the store in one transaction, which is kept if use() succeeds.
+template <typename Use>
+LSTATUS change(Use use)
+{
+    Access in(Access::eWriting);
+    const LSTATUS status = in.status() != ERROR_SUCCESS ? in.status() : use();
     return status != ERROR_SUCCESS ? status : in.commit();
 }
 
@@ -42,11 +49,10 @@ void give(Result* out, Value value)
     }
 }
 
-inline void giveTime(FILETIME* out, std::uint64_t time)
+/// Last-write times are not kept.
+inline void giveNoTime(FILETIME* out)
 {
-    if (out != nullptr) {
-        *out = {static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
-    }
+    give(out, FILETIME());
 }
 
 /// Copies a text with its terminator if there is room for both, and gives its length then.
@@ -57,6 +63,14 @@ inline bool giveText(TextView text, wchar_t* out, DWORD* length)
     }
     *length = static_cast<DWORD>(copyText(text, out, *length));
     return true;
+}
+
+/// Classes are not kept: each is empty. False where there is no room for the terminator.
+inline bool giveNoClass(wchar_t* out, DWORD* length)
+{
+    const bool fits = out == nullptr || length == nullptr || giveText({}, out, length);
+    give(length, 0);
+    return fits;
 }
 
 } // namespace winhost::registry

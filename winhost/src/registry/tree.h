@@ -1,61 +1,74 @@
-// The registry's keys and values, in a transaction. Every function answers with a Win32 error.
+// The registry's keys and values in the store, in an Access. Every function answers with a Win32 error.
 #pragma once
 
-#include "registry/environment.h"
-#include "registry/records.h"
+#include "registry/store.h"
+#include "text.h"
 
 namespace winhost::registry {
 
-/// Where an enumeration stands, so that the next step need not count from the start.
-struct Position
+constexpr std::size_t longestKeyName = 256;
+constexpr std::size_t longestValueName = 16383;
+
+/// A terminated text as a name; a null one is empty.
+inline TextView nameOf(const wchar_t* text)
 {
-    NodeId node = 0; // 0: nowhere
-    std::uint64_t changes = 0;
-    DWORD index = 0;
-    std::size_t keySize = 0;
-    unsigned char key[EntryKey::capacity];
+    return text != nullptr ? TextView(text) : TextView();
+}
+
+/// What can be asked again and again.
+struct Question
+{
+    enum Kind : std::uint32_t
+    {
+        ePath,     ///< the key at a path: components between backslashes; empty ones count only in front, an
+                   ///< error
+        eValue,    ///< the value of a name
+        eSubKeyAt, ///< by index, in the order of names
+        eValueAt
+    };
+
+    Kind kind;
+    DWORD index;
+    NodeId node;
+    TextView text;
+
+    static Question path(NodeId start, TextView path) { return {ePath, 0, start, path}; }
+    static Question value(NodeId node, TextView name) { return {eValue, 0, node, name}; }
+    static Question at(Kind kind, NodeId node, DWORD index) { return {kind, index, node, {}}; }
 };
 
-// ---- Reading ---------------------------------------------------------------------------------
-
-LSTATUS checkHeader(const Transaction& in);
-
-/// ERROR_KEY_DELETED when it is no more.
-LSTATUS readNode(const Transaction& in, NodeId id, Node& node);
-/// The class that a key was given; empty for a root.
-LSTATUS readClass(const Transaction& in, NodeId id, TextView& keyClass);
-
-/// A path's components are separated by backslashes; empty ones count only in front, where they are refused.
-LSTATUS findPath(const Transaction& in, NodeId start, TextView path, NodeId& found);
-
-LSTATUS findValue(const Transaction& in, NodeId node, TextView name, Entry& value);
-/// Gives the entry at an index, and those behind it as far as there is room for them, to one who enumerates
-/// in order. ERROR_NO_MORE_ITEMS past the end.
-LSTATUS entriesAt(const Transaction& in, List list, NodeId id, DWORD index, Position& position,
-                  Entry* entries, DWORD room, DWORD& count);
-
-struct Longest
+struct Answer
 {
-    std::size_t subKeyName = 0; // units
-    std::size_t keyClass = 0;
-    std::size_t valueName = 0;
-    std::size_t valueData = 0; // bytes
+    LSTATUS status = ERROR_SUCCESS;
+    NodeId node = 0; ///< of a path
+    TextView name;   ///< as created; of what has an index
+    DWORD type = 0;
+    std::string_view data;
 };
-LSTATUS measureSubKeys(const Transaction& in, NodeId id, Longest& longest);
-LSTATUS measureValues(const Transaction& in, NodeId id, Longest& longest);
 
-// ---- Writing ---------------------------------------------------------------------------------
+/// Numbers of a key: counts, and the longest name in units and data in bytes.
+struct Measure
+{
+    std::int64_t subKeys = 0;
+    std::int64_t longestSubKey = 0;
+    std::int64_t values = 0;
+    std::int64_t longestValueName = 0;
+    std::int64_t longestData = 0;
+};
+LSTATUS measure(NodeId node, Measure& out);
 
-LSTATUS createRoots(const Transaction& in);
-/// Creates what is missing of the path, each new key with the class; a last key that exists takes the class
-/// over unless it is empty.
-LSTATUS createPath(const Transaction& in, NodeId start, TextView path, TextView keyClass, NodeId& found,
-                   bool& created);
-LSTATUS setValue(const Transaction& in, NodeId node, TextView name, DWORD type, const BYTE* data, DWORD size);
-LSTATUS deleteValue(const Transaction& in, NodeId node, TextView name);
+// ---- Changes, in an Access for writing
+// ----------------------------------------------------------------------
+
+/// In an empty store.
+LSTATUS createFirstKeys();
+/// Creates what is missing of the path.
+LSTATUS createPath(NodeId start, TextView path, NodeId& found, bool& created);
+LSTATUS setValue(NodeId node, TextView name, DWORD type, std::string_view data);
+LSTATUS deleteValue(NodeId node, TextView name);
 /// ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
-LSTATUS deleteKey(const Transaction& in, NodeId id);
+LSTATUS deleteKey(NodeId node);
 /// Deletes all sub-keys and values.
-LSTATUS deleteContent(const Transaction& in, NodeId id);
+LSTATUS deleteContent(NodeId node);
 
 } // namespace winhost::registry

@@ -1,9 +1,7 @@
 // The registry calls on values.
-#include "registry/cache.h"
 #include "registry/calls.h"
 
 #include <cstring>
-#include <mutex>
 
 using namespace winhost;
 using namespace winhost::registry;
@@ -17,20 +15,19 @@ bool isText(DWORD type)
 
 /// Copies a value's data if it fits. A text that is not terminated gets a terminator where there is room for
 /// one; the size does not count it.
-LSTATUS giveData(const Entry& value, BYTE* data, DWORD* size)
+LSTATUS giveData(const Answer& value, BYTE* data, DWORD* size)
 {
     LSTATUS status = ERROR_SUCCESS;
-    if (data != nullptr && value.size > *size) {
+    if (data != nullptr && value.data.size() > *size) {
         status = ERROR_MORE_DATA;
-    } else if (data != nullptr && value.size != 0) {
-        std::memcpy(data, value.data, value.size);
-        const bool isTerminated =
-            value.size >= sizeof(wchar_t) && data[value.size - 2] == 0 && data[value.size - 1] == 0;
-        if (isText(value.type) && !isTerminated && *size - value.size >= sizeof(wchar_t)) {
-            std::memset(data + value.size, 0, sizeof(wchar_t));
+    } else if (data != nullptr && !value.data.empty()) {
+        std::memcpy(data, value.data.data(), value.data.size());
+        const bool isTerminated = value.data.ends_with(std::string_view("\0", 2));
+        if (isText(value.type) && !isTerminated && *size - value.data.size() >= sizeof(wchar_t)) {
+            std::memset(data + value.data.size(), 0, sizeof(wchar_t));
         }
     }
-    give(size, value.size);
+    give(size, value.data.size());
     return status;
 }
 
@@ -45,13 +42,11 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
     if (data == nullptr) {
         give(size, 0); // also where there is no value
     }
-    return readKey(key, KEY_QUERY_VALUE, [&](const ReadTransaction& in, const OpenKey& opened) {
-        Entry value;
-        if (const LSTATUS status = findValueCached(in, opened.node, nameOf(valueName), value)) {
-            return status;
-        }
-        give(type, value.type);
-        return giveData(value, data, size);
+    return onKey(key, KEY_QUERY_VALUE, [&](NodeId node) {
+        return lookUp(Question::value(node, nameOf(valueName)), [&](const Answer& value) {
+            give(type, value.type);
+            return giveData(value, data, size);
+        });
     });
 }
 
@@ -60,15 +55,31 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
     if (data == nullptr && size != 0) {
         return ERROR_NOACCESS;
     }
-    return changeKey(key, KEY_SET_VALUE, [&](const Transaction& in, const OpenKey& opened) {
-        return setValue(in, opened.node, nameOf(valueName), type, data, size);
+    const TextView name = nameOf(valueName);
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    return onKey(key, KEY_SET_VALUE, [&](NodeId node) -> LSTATUS {
+        if (name.size() > longestValueName) {
+            return ERROR_INVALID_PARAMETER;
+        }
+        bool isThere = false;
+        const LSTATUS status = lookUp(Question::value(node, name), [&](const Answer& value) {
+            isThere = value.type == type && value.data == bytes;
+            return ERROR_SUCCESS;
+        });
+        if (isThere || (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)) {
+            return status;
+        }
+        return change([&] { return setValue(node, name, type, bytes); });
     });
 }
 
 LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)
 {
-    return changeKey(key, KEY_SET_VALUE, [&](const Transaction& in, const OpenKey& opened) {
-        return deleteValue(in, opened.node, nameOf(valueName));
+    return onKey(key, KEY_SET_VALUE, [&](NodeId node) {
+        const TextView name = nameOf(valueName);
+        const LSTATUS status =
+            lookUp(Question::value(node, name), [](const Answer&) { return ERROR_SUCCESS; });
+        return status != ERROR_SUCCESS ? status : change([&] { return deleteValue(node, name); });
     });
 }
 
@@ -79,18 +90,14 @@ LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LP
         (data != nullptr && size == nullptr)) {
         return ERROR_INVALID_PARAMETER;
     }
-    return readKey(key, KEY_QUERY_VALUE, [&](const ReadTransaction& in, const OpenKey& opened) {
-        const std::lock_guard<std::mutex> lock(opened.positions->mutex);
-        Entry value;
-        if (const LSTATUS status =
-                entryAtCached(in, List::eValues, opened.node, index, opened.positions->values, value)) {
-            return status;
-        }
-        give(type, value.type);
-        if (!giveText(value.name, name, nameLength)) {
-            give(size, value.size);
-            return ERROR_MORE_DATA;
-        }
-        return giveData(value, data, size);
+    return onKey(key, KEY_QUERY_VALUE, [&](NodeId node) {
+        return lookUp(Question::at(Question::eValueAt, node, index), [&](const Answer& value) -> LSTATUS {
+            give(type, value.type);
+            if (!giveText(value.name, name, nameLength)) {
+                give(size, value.data.size());
+                return ERROR_MORE_DATA;
+            }
+            return giveData(value, data, size);
+        });
     });
 }

@@ -3,6 +3,7 @@
 set -eu
 wine_folder=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/wine
 export WINEPREFIX=${WINEPREFIX:-$wine_folder/prefix}
+export LC_ALL=${LC_ALL:-C.UTF-8} # file names are written in the locale's encoding
 export WINEDEBUG=${WINEDEBUG:--all}
 export HOME=${WINEPREFIX%/*}/home
 if [ -z "${DISPLAY:-}" ] && [ -e "$wine_folder/display" ]; then

@@ -1,0 +1,51 @@
+# Cross toolchain: 64-bit Windows with Visual C++'s ABI, by clang-cl and lld-link, run through Wine. The headers are
+# Wine's, libc++'s and the few in visual-cpp/; the libraries are made from visual-cpp/ and Wine's DLLs.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR AMD64)
+set(CMAKE_C_COMPILER clang-cl-19)
+set(CMAKE_CXX_COMPILER clang-cl-19)
+set(CMAKE_C_COMPILER_TARGET x86_64-pc-windows-msvc19.40)
+set(CMAKE_CXX_COMPILER_TARGET x86_64-pc-windows-msvc19.40)
+set(CMAKE_LINKER lld-link-19)
+set(CMAKE_AR llvm-lib-19)
+set(CMAKE_RC_COMPILER llvm-rc-19)
+set(CMAKE_MT llvm-mt-19)
+set(CMAKE_FIND_ROOT_PATH /nonexistent)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # a client's CMAKE_PREFIX_PATH too
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-wine.sh)
+
+set(VISUAL_CPP_LIBRARIES ${CMAKE_CURRENT_LIST_DIR}/../build/visual-cpp-runtime CACHE PATH
+  "Where make-libraries.sh puts its libraries")
+option(VISUAL_CPP_WHOLE_LIBCXX "Link the whole of libc++, made from its sources, not the few functions of few.cpp" OFF)
+set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VISUAL_CPP_LIBRARIES VISUAL_CPP_WHOLE_LIBCXX)
+set(folder ${CMAKE_CURRENT_LIST_DIR}/visual-cpp)
+execute_process(COMMAND ${folder}/make-libraries.sh ${VISUAL_CPP_LIBRARIES} COMMAND_ERROR_IS_FATAL ANY)
+
+# As make-libraries.sh, which compiles with the same headers.
+set(flags "/X")
+foreach(headers ${folder}/include /usr/lib/llvm-19/lib/clang/19/include
+    /usr/include/wine/wine/msvcrt /usr/include/wine/wine/windows)
+  string(APPEND flags " /clang:-isystem /clang:${headers}")
+endforeach()
+string(APPEND flags " -DWINE_UNICODE_NATIVE")
+set(CMAKE_C_FLAGS_INIT ${flags})
+string(REPLACE "/X" "/X /clang:-isystem /clang:${folder}/libcxx /clang:-isystem /clang:/usr/lib/llvm-19/include/c++/v1"
+  CMAKE_CXX_FLAGS_INIT ${flags})
+string(APPEND CMAKE_CXX_FLAGS_INIT " -D_LIBCPP_DISABLE_VISIBILITY_ANNOTATIONS /EHsc /GR")
+# llvm-rc overlooks the code page that a resource script names.
+set(CMAKE_RC_FLAGS_INIT "/C 65001 -I /usr/include/wine/wine/windows -I /usr/include/wine/wine/msvcrt")
+
+# start.lib and a libc++ stand for msvcrt.lib, vcruntime.lib and msvcprt.lib.
+if(VISUAL_CPP_WHOLE_LIBCXX)
+  set(libcxx "libcxx.lib msvcp140.lib")
+else()
+  set(libcxx few.lib)
+endif()
+set(CMAKE_CXX_STANDARD_LIBRARIES "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib")
+set(CMAKE_C_STANDARD_LIBRARIES ${CMAKE_CXX_STANDARD_LIBRARIES})
+foreach(kind EXE SHARED MODULE)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "/nodefaultlib /libpath:${VISUAL_CPP_LIBRARIES}")
+endforeach()

@@ -1,0 +1,5 @@
+#pragma once
+
+#include <corecrt.h>
+
+#define _HAS_EXCEPTIONS 1

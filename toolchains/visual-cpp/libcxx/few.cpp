@@ -1,0 +1,33 @@
+// The few functions of libc++'s own library that a client of RkUInfo.hpp and its examples need.
+#include <cstdlib>
+#include <string>
+#include <system_error>
+
+_LIBCPP_BEGIN_NAMESPACE_STD
+
+[[noreturn]] void __libcpp_verbose_abort(const char*, ...)
+{
+    abort();
+}
+
+template class basic_string<char>;
+template class basic_string<wchar_t>;
+
+error_category::~error_category() noexcept {}
+
+error_condition error_category::default_error_condition(int value) const noexcept
+{
+    return {value, *this};
+}
+
+bool error_category::equivalent(int code, const error_condition& condition) const noexcept
+{
+    return default_error_condition(code) == condition;
+}
+
+bool error_category::equivalent(const error_code& code, int condition) const noexcept
+{
+    return *this == code.category() && code.value() == condition;
+}
+
+_LIBCPP_END_NAMESPACE_STD

@@ -1,0 +1,63 @@
+// Names as the store keeps them, and the sum that each of its records carries.
+#pragma once
+
+#include "text.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace winhost::registry {
+
+inline std::string_view bytesOf(TextView text)
+{
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
+}
+
+inline Text textOf(std::string_view bytes)
+{
+    Text text(bytes.size() / sizeof(wchar_t), 0);
+    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
+    return text;
+}
+
+/// Equal for names that differ in case only; the order of its bytes is that of the registry. Letters sort as
+/// lower case ones, that is behind '_'.
+inline std::string folded(TextView name)
+{
+    std::string bytes;
+    bytes.reserve(name.size() * sizeof(wchar_t));
+    for (const wchar_t each : name) {
+        const wchar_t upper = each < 0x80 ? each : upcase(each);
+        const unsigned unit = upper >= L'A' && upper <= L'Z' ? upper + (L'a' - L'A') : upper;
+        bytes += static_cast<char>(unit >> 8);
+        bytes += static_cast<char>(unit & 0xFF);
+    }
+    return bytes;
+}
+
+/// Another number for any change within 8 bytes, and almost surely for any other change.
+inline std::uint64_t mix(std::uint64_t sum, std::uint64_t word)
+{
+    constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
+    sum = (sum ^ word) * odd;
+    return sum ^ (sum >> 32);
+}
+
+inline std::uint64_t mix(std::uint64_t sum, std::string_view bytes)
+{
+    sum = mix(sum, bytes.size());
+    for (; bytes.size() >= sizeof sum; bytes.remove_prefix(sizeof sum)) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes.data(), sizeof word);
+        sum = mix(sum, word);
+    }
+    std::uint64_t rest = 0;
+    if (!bytes.empty()) {
+        std::memcpy(&rest, bytes.data(), bytes.size());
+    }
+    return mix(sum, rest);
+}
+
+} // namespace winhost::registry

@@ -1,0 +1,537 @@
+#include "registry/store.h"
+
+#include "registry/cache.h"
+#include "registry/handles.h"
+#include "registry/version.h"
+#include "user_folders.h"
+
+#include <sqlite3.h>
+#include <winhost/changes.h>
+
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <pthread.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+
+namespace winhost::registry {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds longestWait{5000};
+constexpr mode_t folderMode = 0700;
+constexpr mode_t fileMode = 0600;
+
+// A key's number is higher than its parent's and is never used twice; the row of `shape` has the highest that
+// was used, and grows when a key goes, too. Names are UTF-16 as they were given; `folded` orders them.
+constexpr std::string_view schema =
+    "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "
+    "NOT NULL,"
+    " sum INTEGER NOT NULL, PRIMARY KEY(parent, folded)) WITHOUT ROWID;"
+    "CREATE TABLE vals(key INTEGER NOT NULL, folded BLOB NOT NULL, name BLOB NOT NULL, type INTEGER NOT NULL,"
+    " data BLOB NOT NULL, sum INTEGER NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID;"
+    "CREATE TABLE shape(last INTEGER NOT NULL)";
+
+LSTATUS statusOfErrno(LSTATUS otherwise)
+{
+    switch (errno) {
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return ERROR_ACCESS_DENIED;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return ERROR_DISK_FULL;
+    case ENOMEM:
+        return ERROR_NOT_ENOUGH_MEMORY;
+    case EMFILE:
+    case ENFILE:
+        return ERROR_NO_SYSTEM_RESOURCES;
+    default:
+        return otherwise;
+    }
+}
+
+/// For what SQLite answered; the system's own error, which it does not always tell, is still in errno.
+LSTATUS statusOf(int code)
+{
+    constexpr int primary = 0xFF;
+    switch (code & primary) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+        return ERROR_SUCCESS;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+        return ERROR_LOCK_FAILED;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+        return ERROR_ACCESS_DENIED;
+    case SQLITE_FULL:
+        return ERROR_DISK_FULL;
+    case SQLITE_NOMEM:
+        return ERROR_NOT_ENOUGH_MEMORY;
+    case SQLITE_CANTOPEN:
+        return statusOfErrno(ERROR_CANTOPEN);
+    case SQLITE_TOOBIG:
+        return ERROR_INVALID_PARAMETER;
+    case SQLITE_IOERR:
+        return statusOfErrno(ERROR_REGISTRY_IO_FAILED);
+    default:
+        return ERROR_REGISTRY_CORRUPT;
+    }
+}
+
+/// Runs work() again while it answers ERROR_LOCK_FAILED, for a bounded time, and gives its last answer.
+template <typename Work>
+LSTATUS retry(Work work)
+{
+    constexpr std::chrono::microseconds longestPause{5000};
+    const Clock::time_point end = Clock::now() + longestWait;
+    for (std::chrono::microseconds pause{50};; pause = std::min(2 * pause, longestPause)) {
+        const LSTATUS status = work();
+        if (status != ERROR_LOCK_FAILED || Clock::now() >= end) {
+            return status;
+        }
+        std::this_thread::sleep_for(pause);
+    }
+}
+
+/// Makes the folder and those above it, as far as they are missing; leaves the cause in errno.
+bool makeFolders(const std::string& folder)
+{
+    const auto make = [&] { return mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST; };
+    const std::size_t above = folder.find_last_of('/');
+    return make() || (errno == ENOENT && above != 0 && makeFolders(folder.substr(0, above)) && make());
+}
+
+/// On a file system that writes changed data elsewhere, what is mapped would need new room for each change.
+void writeInPlace(const std::string& folder)
+{
+    const int opened = open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    int flags = 0;
+    if (opened >= 0 && ioctl(opened, FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_NOCOW_FL) == 0) {
+        flags |= FS_NOCOW_FL;
+        ioctl(opened, FS_IOC_SETFLAGS, &flags); // files that are made in the folder take it over
+    }
+    close(opened);
+}
+
+/// All 0 for what is not there.
+struct stat fileAt(const std::string& path)
+{
+    struct stat found = {};
+    stat(path.c_str(), &found);
+    return found;
+}
+
+bool isSameFile(const struct stat& a, const struct stat& b)
+{
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+/// A write past the process's file size limit is an error, unless the program wants its signal.
+void ignoreFileSizeSignal()
+{
+    struct sigaction wanted = {};
+    if (sigaction(SIGXFSZ, nullptr, &wanted) == 0 && wanted.sa_handler == SIG_DFL) {
+        wanted.sa_handler = SIG_IGN;
+        sigaction(SIGXFSZ, &wanted, nullptr);
+    }
+}
+
+class Store
+{
+public:
+    std::mutex mutex; // of all that follows
+
+    /// Makes the connection ready for reading.
+    LSTATUS prepare(bool thoroughly)
+    {
+        if (m_database != nullptr &&
+            (hasMoved(thoroughly) || (thoroughly && m_whyReadOnly != ERROR_SUCCESS))) {
+            close();
+        }
+        // Again while another process makes the store, or mends it after a crash.
+        return m_database != nullptr ? ERROR_SUCCESS : retry([this] { return open(); });
+    }
+
+    /// Does not wait for other writers.
+    LSTATUS begin(bool forManyCalls)
+    {
+        if (const LSTATUS status = prepare(true)) {
+            return status;
+        }
+        if (m_whyReadOnly != ERROR_SUCCESS || isLost()) {
+            return isLost() ? ERROR_CANTWRITE : m_whyReadOnly;
+        }
+        if (forManyCalls && m_isShared) {
+            return ERROR_INVALID_PARAMETER;
+        }
+        sqlite3_busy_timeout(m_database, 0);
+        const LSTATUS status = run(m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE");
+        sqlite3_busy_timeout(m_database, longestWait.count());
+        if (status == ERROR_SUCCESS && forManyCalls) {
+            m_isShared = true;
+            hideVersion();
+        }
+        return status;
+    }
+
+    LSTATUS commit() const { return run(m_isShared ? "RELEASE call" : "COMMIT"); }
+
+    void undo() const
+    {
+        if (sqlite3_get_autocommit(m_database) == 0) {
+            run(m_isShared ? "ROLLBACK TO call; RELEASE call" : "ROLLBACK");
+        }
+    }
+
+    LSTATUS endShared(bool keep)
+    {
+        if (!m_isShared || isLost()) {
+            return std::exchange(m_isShared, false) ? ERROR_CANTWRITE : ERROR_INVALID_PARAMETER;
+        }
+        m_isShared = false;
+        const LSTATUS status = keep ? commit() : ERROR_SUCCESS;
+        undo();
+        showVersion(m_database);
+        return status;
+    }
+
+    int prepared(Statement& statement) const
+    {
+        if (statement.connection == m_connection) {
+            return SQLITE_OK;
+        }
+        const int failed = sqlite3_prepare_v3(m_database, statement.sql, -1, SQLITE_PREPARE_PERSISTENT,
+                                              &statement.prepared, nullptr);
+        statement.connection = failed == SQLITE_OK ? m_connection : 0;
+        return failed;
+    }
+
+    void close()
+    {
+        hideVersion();
+        while (sqlite3_stmt* const statement =
+                   m_database != nullptr ? sqlite3_next_stmt(m_database, nullptr) : nullptr) {
+            sqlite3_finalize(statement);
+        }
+        sqlite3_close(m_database);
+        m_database = nullptr;
+        if (m_index >= 0) {
+            ::close(std::exchange(m_index, -1));
+        }
+        cache().forget();
+    }
+
+private:
+    static constexpr const char* suffixes[] = {"", "-wal", "-shm"};
+
+    LSTATUS run(const char* sql) const
+    {
+        errno = 0;
+        return statusOf(sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr));
+    }
+
+    /// For writing, else for reading.
+    LSTATUS open()
+    {
+        if (m_file.empty()) {
+            m_folder = dataFolder() + "/winhost";
+            m_file = m_folder + "/registry.db";
+            ignoreFileSizeSignal();
+        }
+        if (!makeFolders(m_folder)) {
+            return statusOfErrno(ERROR_CANTOPEN);
+        }
+        writeInPlace(m_folder);
+        const int made = ::open(m_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
+        m_whyReadOnly = made < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
+        ::close(made);
+        m_listing = fileAt(m_folder);
+        if (m_listing.st_uid != geteuid() || (made >= 0 && fileAt(m_file).st_uid != geteuid())) {
+            return ERROR_ACCESS_DENIED;
+        }
+        LSTATUS status = m_whyReadOnly;
+        if (status == ERROR_SUCCESS) {
+            status = connect(true);
+        }
+        if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
+            close();
+            m_whyReadOnly = status;
+            const LSTATUS failed = connect(false);
+            status = failed == ERROR_SUCCESS || failed == ERROR_REGISTRY_CORRUPT ? failed : status;
+        }
+        if (status != ERROR_SUCCESS) {
+            close();
+            return status;
+        }
+        m_listing = fileAt(m_folder);
+        for (std::size_t i = 0; i < std::size(suffixes); ++i) {
+            m_opened[i] = fileAt(m_file + suffixes[i]);
+        }
+        showVersion(m_database);
+        sqlite3_busy_timeout(m_database, longestWait.count());
+        return ERROR_SUCCESS;
+    }
+
+    LSTATUS connect(bool forWriting)
+    {
+        std::string uri = "file:";
+        for (const char each : m_file) {
+            char coded[sizeof "%FF"];
+            std::snprintf(coded, sizeof coded, "%%%02X", static_cast<unsigned char>(each));
+            uri += coded;
+        }
+        uri += forWriting ? "?mode=rw" : "?mode=ro&readonly_shm=1";
+        constexpr int flags =
+            SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+        errno = 0;
+        int failed = sqlite3_open_v2(uri.c_str(), &m_database, flags, nullptr);
+        if (failed == SQLITE_OK && forWriting) {
+            m_index = ::open((m_file + suffixes[2]).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
+            failed = m_index < 0 ? SQLITE_CANTOPEN : allocateIndex(m_database, m_index);
+        }
+        if (failed != SQLITE_OK) {
+            return statusOf(failed);
+        }
+        ++m_connection;
+        for (const int option : {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
+                                 SQLITE_DBCONFIG_TRUSTED_SCHEMA, SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION}) {
+            sqlite3_db_config(m_database, option, 0, nullptr);
+        }
+        sqlite3_db_config(m_database, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+        sqlite3_db_config(m_database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+        int keepsLog = 1;
+        sqlite3_file_control(m_database, "main", SQLITE_FCNTL_PERSIST_WAL, &keepsLog);
+        LSTATUS status = run("PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY;"
+                             "PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304");
+        if (status == ERROR_SUCCESS && forWriting) {
+            status = run("PRAGMA journal_mode = WAL");
+        }
+        status = status == ERROR_SUCCESS ? checkSchema() : status;
+        return status == ERROR_FILE_NOT_FOUND && forWriting ? create() : status;
+    }
+
+    /// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
+    LSTATUS checkSchema()
+    {
+        Statement all{"SELECT group_concat(sql, ';') FROM sqlite_schema WHERE sql NOTNULL"};
+        Query query(all);
+        if (!query.next()) {
+            return query.status();
+        }
+        const std::string_view found = query.bytes(0);
+        return found.empty() ? ERROR_FILE_NOT_FOUND : found == schema ? ERROR_SUCCESS : ERROR_BADDB;
+    }
+
+    LSTATUS create()
+    {
+        LSTATUS status = run("BEGIN IMMEDIATE");
+        if (status != ERROR_SUCCESS) {
+            return status;
+        }
+        status = checkSchema(); // another process may have been first
+        if (status == ERROR_FILE_NOT_FOUND) {
+            status = run(schema.data());
+            status = status == ERROR_SUCCESS ? createFirstKeys() : status;
+        }
+        status = status == ERROR_SUCCESS ? commit() : status;
+        undo();
+        return status;
+    }
+
+    /// Whether the file that was opened is no longer the one that the path leads to. A look at the folder is
+    /// enough for a read, since its time tells that nothing came or went.
+    bool hasMoved(bool thoroughly)
+    {
+        const struct stat listing = fileAt(m_folder);
+        if (!thoroughly && isSameFile(listing, m_listing) &&
+            listing.st_mtim.tv_sec == m_listing.st_mtim.tv_sec &&
+            listing.st_mtim.tv_nsec == m_listing.st_mtim.tv_nsec) {
+            return false;
+        }
+        for (std::size_t i = 0; i < std::size(suffixes); ++i) {
+            if (!isSameFile(fileAt(m_file + suffixes[i]), m_opened[i])) {
+                return true;
+            }
+        }
+        m_listing = listing;
+        return false;
+    }
+
+    /// An error of the disk ends a transaction on its own, and a fork does.
+    bool isLost() const
+    {
+        return m_isShared && (m_database == nullptr || sqlite3_get_autocommit(m_database) != 0);
+    }
+
+    std::string m_folder;
+    std::string m_file;
+    sqlite3* m_database = nullptr;
+    unsigned m_connection = 0;             // how many there were
+    int m_index = -1;                      // closing it would drop the process's locks on the file
+    LSTATUS m_whyReadOnly = ERROR_SUCCESS; // why the store is open for reading alone
+    bool m_isShared = false;               // one transaction for many calls
+    struct stat m_listing = {};
+    struct stat m_opened[std::size(suffixes)] = {};
+};
+
+Store& store();
+
+// SQLite must not be open across a fork: locks are a process's own, and its lists of them would be copied.
+
+void beforeFork()
+{
+    store().mutex.lock();
+    store().close();
+    lockHandles();
+}
+
+void afterFork()
+{
+    unlockHandles();
+    store().mutex.unlock();
+}
+
+void afterForkInChild()
+{
+    abandonCache(); // a thread that is no more may have locked a part of it
+    afterFork();
+}
+
+Store& store()
+{
+    static Store* const created = [] { // never destroyed: it may be used while the process ends
+        pthread_atfork(beforeFork, afterFork, afterForkInChild);
+        return new Store;
+    }();
+    return *created;
+}
+
+} // namespace
+
+Access::Access(Purpose purpose) : m_purpose(purpose)
+{
+    if (purpose == eReading) {
+        store().mutex.lock();
+        m_status = store().prepare(false);
+        return;
+    }
+    // Waits for other writers without the lock, so that this process's readers need not.
+    m_isDone = true;
+    m_status = retry([&] {
+        store().mutex.lock();
+        const LSTATUS status = store().begin(purpose == eWritingOn);
+        m_isDone = status != ERROR_SUCCESS;
+        if (m_isDone) {
+            store().mutex.unlock();
+        }
+        return status;
+    });
+}
+
+Access::~Access()
+{
+    if (m_isDone && m_purpose != eReading) {
+        return;
+    }
+    if (m_purpose == eWriting) {
+        store().undo();
+    }
+    store().mutex.unlock();
+}
+
+LSTATUS Access::commit()
+{
+    return store().commit();
+}
+
+Query::Query(Statement& statement)
+{
+    check(store().prepared(statement));
+    m_statement = statement.prepared;
+}
+
+Query::~Query()
+{
+    sqlite3_reset(m_statement);
+}
+
+Query& Query::with(std::int64_t number)
+{
+    check(sqlite3_bind_int64(m_statement, ++m_bound, number));
+    return *this;
+}
+
+Query& Query::with(std::string_view bytes)
+{
+    const void* const data = bytes.data() != nullptr ? bytes.data() : "";
+    check(sqlite3_bind_blob64(m_statement, ++m_bound, data, bytes.size(), SQLITE_STATIC));
+    return *this;
+}
+
+bool Query::next()
+{
+    if (m_status != ERROR_SUCCESS) {
+        return false;
+    }
+    errno = 0;
+    const int result = sqlite3_step(m_statement);
+    check(result);
+    return result == SQLITE_ROW;
+}
+
+LSTATUS Query::run()
+{
+    while (next()) {
+    }
+    return m_status;
+}
+
+std::int64_t Query::number(int column) const
+{
+    return sqlite3_column_int64(m_statement, column);
+}
+
+std::string_view Query::bytes(int column) const
+{
+    const auto* const data = static_cast<const char*>(sqlite3_column_blob(m_statement, column));
+    return {data, data != nullptr ? static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)) : 0};
+}
+
+void Query::check(int result)
+{
+    if (m_status == ERROR_SUCCESS) {
+        m_status = statusOf(result);
+    }
+}
+
+} // namespace winhost::registry
+
+LSTATUS winhostBeginRegistryChanges()
+{
+    using winhost::registry::Access;
+    return Access(Access::eWritingOn).status();
+}
+
+LSTATUS winhostEndRegistryChanges(BOOL keep)
+{
+    const std::lock_guard<std::mutex> lock(winhost::registry::store().mutex);
+    return winhost::registry::store().endShared(keep != FALSE);
+}
