@@ -24,11 +24,11 @@ const char* folderWord(const LanguageState& state)
     return "yes";
 }
 
-/// What a language that has no folder lacks is merely absent.
+/// A language whose installer has not run is merely absent; one whose folder lacks its library is broken.
 Cell mark(const LanguageState& state, bool good, const std::string& word)
 {
-    const bool isAbsent = state.installed == uinfo::Installed::noFolder;
-    return {word, good ? Style::good : isAbsent ? Style::quiet : Style::bad};
+    const bool isBroken = state.installed != uinfo::Installed::noFolder && !state.hasResources;
+    return {word, good ? Style::good : isBroken ? Style::bad : Style::quiet};
 }
 
 Json describe(const LanguageState& state)
