@@ -60,7 +60,8 @@ TEST(RkOsBase, CrashRecorderIsTheOneInstalledLast)
 TEST(RkOsBase, BothWindows8AreVersion8)
 {
     static DWORD pretended[3]; // major, minor and build
-    LONG(WINAPI* const fill)(DWORD*) = [](DWORD* version) -> LONG {
+    LONG(WINAPI* const fill)
+    (DWORD*) = [](DWORD* version) -> LONG {
         std::memcpy(version + 1, pretended, sizeof pretended);
         return 0;
     };
