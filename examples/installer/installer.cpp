@@ -1,39 +1,22 @@
 // What a language pack's installer records: the uninstall entry by which the default product knows that a
 // language is installed. The pack's folder beside the program is the other half.
-#include <RkUInfo.h>
+#include "platform/registry_key.h"
+#include "program/language_choice.h"
 
-#include <windows.h>
-
-#include <algorithm>
-#include <charconv>
 #include <iostream>
-#include <iterator>
 
 namespace {
 
-constexpr wchar_t uninstallKey[] =
-    L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\{5C3D71E0-B00F-0000-C10E-9E40B6D2F815}";
-constexpr std::size_t lcidStart = sizeof uninstallKey / sizeof(wchar_t) - sizeof "0000-C10E-9E40B6D2F815}";
-constexpr wchar_t uninstallString[] = L"uninstall.exe";
-
-bool recordLanguage(const TarvoLanguage& language)
+bool recordLanguage(const uinfo::Language& language)
 {
-    wchar_t path[sizeof uninstallKey / sizeof(wchar_t)];
-    std::copy(std::begin(uninstallKey), std::end(uninstallKey), path);
-    char digits[8] = {};
-    std::to_chars(digits, digits + 4, language.velaLanguage()); // every LCID has four digits
-    std::copy_n(digits, 4, path + lcidStart);
-
+    uinfo::PathBuffer path;
     HKEY key = nullptr;
-    if (RegCreateKeyExW(HKEY_LOCAL_MACHINE, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
-                        &key, nullptr) != ERROR_SUCCESS) {
+    if (!uinfo::appendUninstallKey(path, language) ||
+        RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.text(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
+                        nullptr, &key, nullptr) != ERROR_SUCCESS) {
         return false;
     }
-    const bool written =
-        RegSetValueExW(key, L"UninstallString", 0, REG_SZ, reinterpret_cast<const BYTE*>(uninstallString),
-                       sizeof uninstallString) == ERROR_SUCCESS;
-    RegCloseKey(key);
-    return written;
+    return uinfo::RegistryKey(key).setString(L"UninstallString", L"uninstall.exe");
 }
 
 } // namespace
@@ -45,8 +28,8 @@ extern "C" int wmain(int argc, wchar_t** argv)
         return 2;
     }
     for (int i = 1; i < argc; ++i) {
-        const TarvoLanguage language(argv[i]);
-        if (language.language() < 0 || !recordLanguage(language)) {
+        const std::int32_t language = uinfo::findLanguage(argv[i]);
+        if (language == uinfo::unknownLanguage || !recordLanguage(uinfo::languages[language])) {
             std::cerr << "installer: language " << i << " is unknown or cannot be recorded\n";
             return 1;
         }

@@ -1,13 +1,12 @@
-// Typed values of the product's INI files.
-#include "config/names.h"
+// The product's INI files: what start-up reads of them, and typed values.
 #include "platform/text.h"
 #include "platform/text_cache.h"
+#include "program/ini_files.h"
+#include "program/names.h"
 
 #include <RkUInfo.h>
 
 namespace {
-
-constexpr unsigned long iniTextCapacity = 1023; // of which 1021 characters come back
 
 /// The architecture command name prefix, empty until both its numbers could be read.
 wchar_t architecturePrefix[64];
@@ -33,7 +32,41 @@ bool buildArchitecturePrefix(uinfo::BoundedText& prefix)
     return prefix.append(L"_");
 }
 
+TarvoConfig::Error errorOf(uinfo::IniResult result)
+{
+    switch (result) {
+    case uinfo::IniResult::found:
+        return TarvoConfig::eOk;
+    case uinfo::IniResult::missing:
+        return TarvoConfig::eNotFound;
+    case uinfo::IniResult::badPath:
+        break;
+    }
+    return TarvoConfig::eInvalidInput;
+}
+
 } // namespace
+
+TarvoConfig::Error TarvoConfig::getIniFilePath(wchar_t* out, const wchar_t* fileName)
+{
+    if (out == nullptr) {
+        return eInvalidInput;
+    }
+    uinfo::BoundedText path(out, uinfo::pathCapacity);
+    return uinfo::iniFilePath(fileName, path) ? eOk : eInvalidInput;
+}
+
+TarvoConfig::Error TarvoConfig::readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out,
+                                              unsigned long outChars, const wchar_t* fileName)
+{
+    return errorOf(uinfo::readIniText(section, key, out, outChars, fileName));
+}
+
+TarvoConfig::Error TarvoConfig::readIniInt(const wchar_t* section, const wchar_t* key, long& out,
+                                           const wchar_t* fileName)
+{
+    return errorOf(uinfo::readIniNumber(section, key, out, fileName));
+}
 
 TarvoConfig::Error TarvoConfig::getIniValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
                                             VelaVariant::VarType type, const wchar_t* fileName)
@@ -50,8 +83,8 @@ TarvoConfig::Error TarvoConfig::getIniValue(const wchar_t* section, const wchar_
         return error;
     }
     if (type == VelaVariant::eString) {
-        wchar_t text[iniTextCapacity + 1];
-        const Error error = readIniString(section, key, text, iniTextCapacity, fileName);
+        wchar_t text[uinfo::iniTextCapacity];
+        const Error error = readIniString(section, key, text, uinfo::iniTextCapacity, fileName);
         if (error == eOk) {
             value.setString(text);
         }

@@ -1,49 +1,23 @@
-// The language catalogue and the language resource library.
+// A language as clients see it, and the language resource library.
 #include "config/language_resources.h"
 #include "platform/handles.h"
 #include "platform/text.h"
+#include "program/languages.h"
+#include "program/paths.h"
 
 #include <RkUInfo.h>
 
 #include <atomic>
-#include <iterator>
 #include <memory>
 
 namespace {
 
-struct LanguageRecord
+using uinfo::isLanguage;
+using uinfo::unknownLanguage;
+
+const uinfo::Language& recordOf(std::int32_t index)
 {
-    const wchar_t* shortName;
-    const wchar_t* globalName;
-    long lcid;
-    UINT localNameId;
-};
-
-constexpr LanguageRecord languages[] = {
-    {L"cs-CZ", L"Czech", 1029, 1001},
-    {L"de-DE", L"German", 1031, 1002},
-    {L"en-US", L"English", 1033, 1003},
-    {L"es-ES", L"Spanish", 3082, 1004},
-    {L"fr-FR", L"French", 1036, 1005},
-    {L"hu-HU", L"Hungarian", 1038, 1006},
-    {L"it-IT", L"Italian", 1040, 1007},
-    {L"ja-JP", L"Japanese", 1041, 1008},
-    {L"ko-KR", L"Korean", 1042, 1009},
-    {L"pl-PL", L"Polish", 1045, 1010},
-    {L"pt-BR", L"Portuguese", 1046, 1011},
-    {L"ru-RU", L"Russian", 1049, 1012},
-    {L"tr-TR", L"Turkish", 1055, 1013},
-    {L"zh-CN", L"Simplified Chinese", 2052, 1014},
-    {L"zh-TW", L"Traditional Chinese", 1028, 1015},
-};
-constexpr LanguageRecord unknownRecord = {L"unknown", L"unknown", 1033, 1103};
-
-constexpr std::int32_t unknownLanguage = -1;
-
-const LanguageRecord& recordOf(std::int32_t lang)
-{
-    return lang >= 0 && lang < static_cast<std::int32_t>(std::size(languages)) ? languages[lang]
-                                                                               : unknownRecord;
+    return isLanguage(index) ? uinfo::languages[index] : uinfo::unknownRecord;
 }
 
 /// Null until it could be loaded; then kept until the library is unloaded.
@@ -55,7 +29,8 @@ HINSTANCE loadedResourceModule()
     if (kept != nullptr) {
         return kept;
     }
-    uinfo::Module loaded(LoadResourceDll(L"RkUInfoRes.dll"));
+    uinfo::Module loaded(uinfo::loadResourceLibrary(velaConfig()->language().shortName(), L"RkUInfoRes.dll",
+                                                    [](const wchar_t* path) { return LoadLibraryW(path); }));
     if (loaded != nullptr && resourceModule.compare_exchange_strong(kept, loaded.get())) {
         kept = loaded.release();
     }
@@ -70,9 +45,7 @@ void uinfo::releaseLanguageResources()
 }
 
 TarvoLanguage::TarvoLanguage(long lang)
-    : m_lang(lang >= 0 && lang < static_cast<long>(std::size(languages)) ? static_cast<std::int32_t>(lang)
-                                                                         : unknownLanguage),
-      m_localName(nullptr)
+    : m_lang(isLanguage(lang) ? static_cast<std::int32_t>(lang) : unknownLanguage), m_localName(nullptr)
 {
 }
 
@@ -142,14 +115,7 @@ const wchar_t* TarvoLanguage::localName() const
 
 long TarvoLanguage::shortNameToLangId(const wchar_t* shortName)
 {
-    if (!uinfo::isEmpty(shortName)) {
-        for (std::size_t index = 0; index < std::size(languages); ++index) {
-            if (uinfo::equalIgnoringCase(shortName, languages[index].shortName)) {
-                return static_cast<long>(index);
-            }
-        }
-    }
-    return unknownLanguage;
+    return uinfo::findLanguage(shortName);
 }
 
 bool TarvoLanguage::isValidShortName(const wchar_t* shortName)

@@ -1,67 +1,23 @@
 // Which installed language the process runs in.
-#include "config/names.h"
-#include "platform/executable.h"
-#include "platform/handles.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
+#include "program/language_choice.h"
+#include "program/names.h"
+#include "program/paths.h"
 
 #include <RkUInfo.h>
 
 #include <io.h>
-#include <shlwapi.h>
 #include <windows.h>
 
 namespace {
 
 using uinfo::isEmpty;
-using uinfo::pathCapacity;
+using uinfo::LanguageChoice;
 using uinfo::RegistryKey;
 
 constexpr int readAccess = 4;
 constexpr UINT failureExitCode = 1;
-constexpr std::size_t shortNameCapacity = 8; // of "CurVer", which may have 6 characters
-constexpr unsigned long iniNameCapacity = 7; // of which 5 characters come back
-
-/// A language pack's uninstall entry, in order of preference.
-struct LanguageProbe
-{
-    const wchar_t* guid;
-    long language;
-};
-
-constexpr LanguageProbe probes[] = {
-    {L"{5C3D71E0-B00F-1033-C10E-9E40B6D2F815}", 2},  // en-US
-    {L"{5C3D71E0-B00F-2052-C10E-9E40B6D2F815}", 13}, // zh-CN
-    {L"{5C3D71E0-B00F-1028-C10E-9E40B6D2F815}", 14}, // zh-TW
-    {L"{5C3D71E0-B00F-1041-C10E-9E40B6D2F815}", 7},  // ja-JP
-    {L"{5C3D71E0-B00F-1042-C10E-9E40B6D2F815}", 8},  // ko-KR
-    {L"{5C3D71E0-B00F-1045-C10E-9E40B6D2F815}", 9},  // pl-PL
-    {L"{5C3D71E0-B00F-1029-C10E-9E40B6D2F815}", 0},  // cs-CZ
-    {L"{5C3D71E0-B00F-1031-C10E-9E40B6D2F815}", 1},  // de-DE
-    {L"{5C3D71E0-B00F-3082-C10E-9E40B6D2F815}", 3},  // es-ES
-    {L"{5C3D71E0-B00F-1036-C10E-9E40B6D2F815}", 4},  // fr-FR
-    {L"{5C3D71E0-B00F-1038-C10E-9E40B6D2F815}", 5},  // hu-HU
-    {L"{5C3D71E0-B00F-1040-C10E-9E40B6D2F815}", 6},  // it-IT
-    {L"{5C3D71E0-B00F-1046-C10E-9E40B6D2F815}", 10}, // pt-BR
-    {L"{5C3D71E0-B00F-1049-C10E-9E40B6D2F815}", 11}, // ru-RU
-    {L"{5C3D71E0-B00F-1055-C10E-9E40B6D2F815}", 12}, // tr-TR
-};
-
-const wchar_t* guidOf(long language)
-{
-    for (const LanguageProbe& probe : probes) {
-        if (probe.language == language) {
-            return probe.guid;
-        }
-    }
-    return nullptr;
-}
-
-bool readCurrentLanguage(const wchar_t* versionRoot, uinfo::BoundedText& shortName)
-{
-    const RegistryKey root = RegistryKey::open(HKEY_CURRENT_USER, versionRoot, KEY_READ);
-    return root && root.queryString(uinfo::currentVersion, shortName);
-}
 
 [[noreturn]] void refuseToStart(const wchar_t* caption, const wchar_t* message)
 {
@@ -85,28 +41,17 @@ TarvoConfig::Error TarvoConfig::initLanguageName(const wchar_t* language)
     if (isEmpty(m_versionRootPath)) {
         return eInvalidInput;
     }
-    uinfo::TextBuffer<shortNameCapacity> remembered;
-    wchar_t localeId[iniNameCapacity] = {};
-    wchar_t mapped[iniNameCapacity] = {};
-    if (!isEmpty(language)) {
-        if (!TarvoLanguage::isValidShortName(language)) {
-            refuseToStart(productName(),
-                          L"The input initial language name is not a valid short language name.The program "
-                          L"will exit.");
-        }
-    } else if (readCurrentLanguage(m_versionRootPath, remembered)) {
-        language = remembered.text();
-    } else if (readIniString(uinfo::productSection, L"LocaleId", localeId, iniNameCapacity,
-                             uinfo::tarvoIni) == eOk &&
-               readIniString(L"LocaleIdLangName", localeId, mapped, iniNameCapacity, uinfo::tarvoIni) ==
-                   eOk) {
-        language = mapped;
+    const bool needsEntry = isInitTARVOProduct();
+    const LanguageChoice choice(language, m_versionRootPath, needsEntry);
+    if (choice.source() == LanguageChoice::Source::argument && choice.language() == uinfo::unknownLanguage) {
+        refuseToStart(productName(), L"The input initial language name is not a valid short language name."
+                                     L"The program will exit.");
     }
-    if (TarvoLanguage::isValidShortName(language) && isLanguageExist(language)) {
-        m_language = TarvoLanguage(language);
+    if (choice.canBeTaken()) {
+        m_language = TarvoLanguage(choice.language());
     }
     if (m_language.language() < 0) {
-        const long installed = queryAInstalledLangInOrder();
+        const std::int32_t installed = uinfo::preferredLanguage(needsEntry);
         if (installed < 0) {
             refuseToStart(productName(), L"Could't find any installed languages!");
         }
@@ -126,74 +71,39 @@ int TarvoConfig::refreshLanguageName()
         return 0;
     }
     const RegistryKey root = RegistryKey::open(HKEY_CURRENT_USER, m_versionRootPath, KEY_WRITE);
-    return root && root.setString(uinfo::currentVersion, m_language.shortName()) ? 1 : 0;
+    return root && root.setString(uinfo::currentLanguageValue, m_language.shortName()) ? 1 : 0;
 }
 
 bool TarvoConfig::isLanguageExist(const wchar_t* shortName)
 {
-    if (isEmpty(shortName)) {
-        return false;
-    }
     if (!isInitTARVOProduct()) {
         return isLangFolderExist(shortName); // a rebranded product has no uninstall entries
     }
-    return isLangGuidExist(guidOf(TarvoLanguage::shortNameToLangId(shortName))) &&
-           isLangFolderExist(shortName);
+    const std::int32_t language = uinfo::findLanguage(shortName);
+    return language != uinfo::unknownLanguage &&
+           uinfo::installed(uinfo::languages[language], true) == uinfo::Installed::yes;
 }
 
 bool TarvoConfig::isLangGuidExist(const wchar_t* guid)
 {
-    uinfo::PathBuffer entry;
-    if (isEmpty(guid) || !entry.append(L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\") ||
-        !entry.append(guid)) {
-        return false;
-    }
-    const RegistryKey key = RegistryKey::open(HKEY_LOCAL_MACHINE, entry.text(), KEY_READ);
-    return key && RegQueryValueExW(key.get(), L"UninstallString", nullptr, nullptr, nullptr, nullptr) ==
-                      ERROR_SUCCESS;
+    return uinfo::hasUninstallEntry(guid);
 }
 
 bool TarvoConfig::isLangFolderExist(const wchar_t* shortName)
 {
-    uinfo::PathBuffer folder;
-    if (isEmpty(shortName) || !uinfo::executablePath(folder.data(), pathCapacity) ||
-        PathRemoveFileSpecW(folder.data()) == FALSE) {
-        return false;
-    }
-    folder.measure();
-    if (uinfo::length(shortName) + folder.length() + 1 >= pathCapacity ||
-        PathAppendW(folder.data(), shortName) == FALSE || _waccess(folder.text(), readAccess) != 0) {
-        return false;
-    }
-    folder.measure();
-    constexpr wchar_t pattern[] = L"\\*.dll";
-    constexpr std::size_t patternSpace = 7;
-    if (folder.length() + patternSpace >= pathCapacity) {
-        return false;
-    }
-    const bool endsWithSeparator = folder.text()[folder.length() - 1] == L'\\';
-    folder.append(endsWithSeparator ? pattern + 1 : pattern);
-    return static_cast<bool>(uinfo::FindHandle(folder.text()));
+    return uinfo::languageFolder(shortName) == uinfo::Installed::yes;
 }
 
 long TarvoConfig::queryAInstalledLangInOrder()
 {
-    const bool needsUninstallEntry = isInitTARVOProduct();
-    for (const LanguageProbe& probe : probes) {
-        if (needsUninstallEntry && !isLangGuidExist(probe.guid)) {
-            continue;
-        }
-        if (isLangFolderExist(TarvoLanguage(probe.language).shortName())) {
-            return probe.language;
-        }
-    }
-    return -1;
+    return uinfo::preferredLanguage(isInitTARVOProduct());
 }
 
 TarvoConfig::Error TarvoConfig::verifyResourcePath()
 {
     uinfo::PathBuffer folder;
-    if (GetResourceDllPath(folder.data(), pathCapacity - 1) == 0) {
+    if (uinfo::resourceFolder(velaConfig()->language().shortName(), folder.data(), uinfo::pathCapacity - 1) ==
+        0) {
         return eInvalidInput;
     }
     return _waccess(folder.text(), readAccess) == 0 ? eOk : eRegistryError;

@@ -1,12 +1,19 @@
 // The configuration object: construction, copies, the start-up sequence and the accessors.
-#include "config/names.h"
 #include "platform/text.h"
+#include "program/names.h"
 
 #include <RkUInfo.h>
 
 #include <algorithm>
 #include <memory>
 #include <utility>
+
+TarvoConfig TarvoConfig::_sg_tarvo_config;
+
+TarvoConfig* velaConfig()
+{
+    return &TarvoConfig::_sg_tarvo_config;
+}
 
 namespace {
 

@@ -1,4 +1,4 @@
-// The library's two static objects, in the order in which they are made, and its entry point.
+// The product object, and what the library does when it is loaded and unloaded.
 #include "config/language_resources.h"
 #include "product/product.h"
 
@@ -6,30 +6,30 @@
 
 #include <windows.h>
 
-TarvoConfig TarvoConfig::_sg_tarvo_config;
+#include <optional>
 
 namespace {
 
-uinfo::TarvoProduct theProduct;
+/// Made and destroyed by the entry point. Every toolchain calls that when the static objects are made and
+/// before they are destroyed, so the singleton is there first and goes last.
+constinit std::optional<uinfo::TarvoProduct> theProduct;
 
 } // namespace
 
-TarvoConfig* velaConfig()
-{
-    return &TarvoConfig::_sg_tarvo_config;
-}
-
 ITarvoProduct* velaGetProduct()
 {
-    return &theProduct;
+    return &*theProduct;
 }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*/)
 {
     if (reason == DLL_PROCESS_ATTACH) {
-        DisableThreadLibraryCalls(module);
+        theProduct.emplace();
+        DisableThreadLibraryCalls(
+            module); // refused where the runtime keeps thread-local storage: MinGW's does
     } else if (reason == DLL_PROCESS_DETACH) {
         uinfo::releaseLanguageResources();
+        theProduct.reset();
     }
     return TRUE;
 }

@@ -1,9 +1,9 @@
 #include "product/product.h"
 
-#include "config/names.h"
-#include "platform/executable.h"
 #include "platform/text.h"
 #include "platform/text_cache.h"
+#include "program/names.h"
+#include "program/paths.h"
 
 #include <RkUInfo.h>
 
@@ -15,18 +15,7 @@
 
 namespace {
 
-using uinfo::BoundedText;
-
-constexpr wchar_t userDataCache[] = L"UserDataCache";
-constexpr unsigned long modulePathSize = 1023;
-constexpr long helpPathSize = 511;
-
-bool buildUserDataCachePath(BoundedText& path)
-{
-    uinfo::PathBuffer folder;
-    return uinfo::executableFolder(folder, modulePathSize) && path.append(folder.text()) &&
-           path.append(userDataCache);
-}
+constexpr std::size_t longestHelpPath = 509; // what GetHelpFilePath gives into 511 characters
 
 /// A process that runs in its own user data cache folder would keep it from being removed.
 void fixWorkingDirectory()
@@ -36,7 +25,7 @@ void fixWorkingDirectory()
     executable.measure(); // some systems leave a cut path without a terminator
     uinfo::PathBuffer cacheFolder;
     cacheFolder.append(executable.text(), uinfo::folderLength(executable.text()));
-    cacheFolder.append(userDataCache);
+    cacheFolder.append(uinfo::userDataCache);
 
     wchar_t current[MAX_PATH] = {};
     const DWORD currentLength = GetCurrentDirectoryW(MAX_PATH, current);
@@ -83,11 +72,9 @@ const wchar_t* TarvoProduct::programVersionString()
 const wchar_t* TarvoProduct::helpFilePath()
 {
     const wchar_t* const path = cachedText(m_helpFilePath, [](BoundedText& help) {
-        const long length = GetHelpFilePath(help.data(), helpPathSize);
-        help.measure();
-        return length > 0;
+        return programFilePath(helpViewer, help) && help.length() <= longestHelpPath;
     });
-    return isEmpty(path) ? L"RKHelp.exe" : path;
+    return isEmpty(path) ? helpViewer : path;
 }
 
 const TarvoLanguage& TarvoProduct::language()
@@ -132,7 +119,8 @@ const wchar_t* TarvoProduct::productVersionTag()
 
 const wchar_t* TarvoProduct::userDataCachePath()
 {
-    return cachedText(m_userDataCachePath, buildUserDataCachePath);
+    return cachedText(m_userDataCachePath,
+                      [](BoundedText& path) { return programFilePath(userDataCache, path); });
 }
 
 long TarvoProduct::getSharedValueA()

@@ -3,13 +3,13 @@
 #include "platform/text.h"
 #include "store/codec.h"
 #include "store/key_path.h"
-#include "store/shared_keys.h"
 
 #include <RkUInfo.h>
 
 #include <windows.h>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -37,14 +37,13 @@ bool queryInfo(const RegistryKey& key, KeyInfo& info)
                             &info.maxValueLength, nullptr, nullptr) == ERROR_SUCCESS;
 }
 
-/// Opens the key that an iterator is to walk, in place of the one that it held; null with a zero info on
-/// failure.
-Error openForWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, HKEY& key,
-                  KeyInfo& info)
+/// Opens the key that an iterator is to walk and sets its fields; those of a cleared one on failure. A key
+/// that it held stays open.
+template <typename Fields>
+Error findWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, Fields fields,
+               DWORD KeyInfo::*count, DWORD KeyInfo::*longestName, DWORD KeyInfo::*longestOther)
 {
-    uinfo::abandonKey(key);
-    key = nullptr;
-    info = KeyInfo();
+    fields = std::tuple(nullptr, 0, 0, 0, 0);
     uinfo::KeyPath keyPath;
     if (!keyPath.assign(config, path, item)) {
         return TarvoConfig::eInvalidInput;
@@ -53,17 +52,25 @@ Error openForWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar
     if (!opened) {
         return TarvoConfig::eNotFound;
     }
+    KeyInfo info;
     if (!queryInfo(opened, info)) {
-        info = KeyInfo();
         return TarvoConfig::eRegistryError;
     }
-    key = opened.release();
+    fields = std::tuple(opened.release(), 0, info.*count, info.*longestName, info.*longestOther);
     return TarvoConfig::eOk;
 }
 
-/// Hands an enumerated name to the caller, whose capacity length gives and receives the need.
-Error copyName(LSTATUS status, const wchar_t* name, DWORD nameLength, wchar_t* buffer, long& length)
+/// Hands the name of an entry to the caller, whose capacity length gives and receives the need.
+template <typename Enumerate>
+Error enumerateName(Enumerate enumerate, HKEY key, std::int32_t index, wchar_t* buffer, long& length)
 {
+    if (key == nullptr) {
+        return TarvoConfig::eInvalidIterator;
+    }
+    wchar_t name[uinfo::pathCapacity];
+    DWORD nameLength = uinfo::pathCapacity;
+    const LSTATUS status =
+        enumerate(key, static_cast<DWORD>(index), name, &nameLength, nullptr, nullptr, nullptr, nullptr);
     if (status == ERROR_MORE_DATA) {
         length = unreachableNameLength;
         return TarvoConfig::eBufferTooSmall;
@@ -78,6 +85,27 @@ Error copyName(LSTATUS status, const wchar_t* name, DWORD nameLength, wchar_t* b
     }
     length = needed;
     return fits ? TarvoConfig::eOk : TarvoConfig::eBufferTooSmall;
+}
+
+/// An iterator's fields, in their order: one tuple of references is assigned to another.
+template <typename Fields>
+void closeWalk(Fields fields)
+{
+    const RegistryKey closed(std::get<0>(fields));
+    fields = std::tuple(nullptr, -1, 0, 0, 0);
+}
+
+/// Opens the other iterator's key for this one too. One that has gone leaves this one without a key.
+template <typename Fields, typename OtherFields>
+void copyWalk(Fields fields, OtherFields others)
+{
+    const HKEY other = std::get<0>(others);
+    RegistryKey again = other != nullptr ? RegistryKey::open(other, nullptr, KEY_ALL_ACCESS) : RegistryKey();
+    closeWalk(fields);
+    if (again) {
+        fields = others;
+        std::get<0>(fields) = again.release();
+    }
 }
 
 Error stepIndex(std::int32_t& index, std::int32_t count)
@@ -103,24 +131,18 @@ Error withCurrentName(const TarvoConfig::ValueIterator& it, Use use)
 
 TarvoConfig::Error TarvoConfig::findItem(Path path, const wchar_t* item, ItemIterator& it)
 {
-    KeyInfo info;
-    const Error error = openForWalk(*this, path, item, it.m_key, info);
-    it.m_index = 0;
-    it.m_subKeyCount = static_cast<std::int32_t>(info.subKeys);
-    it.m_maxSubKeyNameLength = info.maxSubKeyLength;
-    it.m_maxClassLength = info.maxClassLength;
-    return error;
+    return findWalk(
+        *this, path, item,
+        std::tie(it.m_key, it.m_index, it.m_subKeyCount, it.m_maxSubKeyNameLength, it.m_maxClassLength),
+        &KeyInfo::subKeys, &KeyInfo::maxSubKeyLength, &KeyInfo::maxClassLength);
 }
 
 TarvoConfig::Error TarvoConfig::findItem(Path path, const wchar_t* item, ValueIterator& it)
 {
-    KeyInfo info;
-    const Error error = openForWalk(*this, path, item, it.m_key, info);
-    it.m_index = 0;
-    it.m_valueCount = static_cast<std::int32_t>(info.values);
-    it.m_maxValueNameLength = info.maxValueNameLength;
-    it.m_maxValueDataLength = info.maxValueLength;
-    return error;
+    return findWalk(
+        *this, path, item,
+        std::tie(it.m_key, it.m_index, it.m_valueCount, it.m_maxValueNameLength, it.m_maxValueDataLength),
+        &KeyInfo::values, &KeyInfo::maxValueNameLength, &KeyInfo::maxValueLength);
 }
 
 TarvoConfig::ItemIterator::ItemIterator()
@@ -130,31 +152,22 @@ TarvoConfig::ItemIterator::ItemIterator()
 
 TarvoConfig::ItemIterator::~ItemIterator()
 {
-    uinfo::releaseKey(m_key);
-    m_key = nullptr;
+    closeWalk(std::tie(m_key, m_index, m_subKeyCount, m_maxSubKeyNameLength, m_maxClassLength));
 }
 
-// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): shareKey handles it
 TarvoConfig::ItemIterator& TarvoConfig::ItemIterator::operator=(const ItemIterator& other)
 {
-    uinfo::shareKey(m_key, other.m_key);
-    m_index = other.m_index;
-    m_subKeyCount = other.m_subKeyCount;
-    m_maxSubKeyNameLength = other.m_maxSubKeyNameLength;
-    m_maxClassLength = other.m_maxClassLength;
+    if (this != &other) {
+        copyWalk(std::tie(m_key, m_index, m_subKeyCount, m_maxSubKeyNameLength, m_maxClassLength),
+                 std::tie(other.m_key, other.m_index, other.m_subKeyCount, other.m_maxSubKeyNameLength,
+                          other.m_maxClassLength));
+    }
     return *this;
 }
 
 TarvoConfig::Error TarvoConfig::ItemIterator::name(wchar_t* buffer, long& length) const
 {
-    if (m_key == nullptr) {
-        return eInvalidIterator;
-    }
-    wchar_t name[uinfo::pathCapacity];
-    DWORD nameLength = uinfo::pathCapacity;
-    const LSTATUS status = RegEnumKeyExW(m_key, static_cast<DWORD>(m_index), name, &nameLength, nullptr,
-                                         nullptr, nullptr, nullptr);
-    return copyName(status, name, nameLength, buffer, length);
+    return enumerateName(RegEnumKeyExW, m_key, m_index, buffer, length);
 }
 
 TarvoConfig::Error TarvoConfig::ItemIterator::step() const
@@ -174,31 +187,22 @@ TarvoConfig::ValueIterator::ValueIterator()
 
 TarvoConfig::ValueIterator::~ValueIterator()
 {
-    uinfo::releaseKey(m_key);
-    m_key = nullptr;
+    closeWalk(std::tie(m_key, m_index, m_valueCount, m_maxValueNameLength, m_maxValueDataLength));
 }
 
-// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): shareKey handles it
 TarvoConfig::ValueIterator& TarvoConfig::ValueIterator::operator=(const ValueIterator& other)
 {
-    uinfo::shareKey(m_key, other.m_key);
-    m_index = other.m_index;
-    m_valueCount = other.m_valueCount;
-    m_maxValueNameLength = other.m_maxValueNameLength;
-    m_maxValueDataLength = other.m_maxValueDataLength;
+    if (this != &other) {
+        copyWalk(std::tie(m_key, m_index, m_valueCount, m_maxValueNameLength, m_maxValueDataLength),
+                 std::tie(other.m_key, other.m_index, other.m_valueCount, other.m_maxValueNameLength,
+                          other.m_maxValueDataLength));
+    }
     return *this;
 }
 
 TarvoConfig::Error TarvoConfig::ValueIterator::key(wchar_t* buffer, long& length) const
 {
-    if (m_key == nullptr) {
-        return eInvalidIterator;
-    }
-    wchar_t name[uinfo::pathCapacity];
-    DWORD nameLength = uinfo::pathCapacity;
-    const LSTATUS status = RegEnumValueW(m_key, static_cast<DWORD>(m_index), name, &nameLength, nullptr,
-                                         nullptr, nullptr, nullptr);
-    return copyName(status, name, nameLength, buffer, length);
+    return enumerateName(RegEnumValueW, m_key, m_index, buffer, length);
 }
 
 TarvoConfig::Error TarvoConfig::ValueIterator::value(VelaVariant& out) const

@@ -82,7 +82,7 @@ bool KeyPath::assign(const TarvoConfig& config, TarvoConfig::Path root, const wc
     if (!assignRoot(config, root) || !copy.assign(subPath)) {
         return false;
     }
-    return copy.text() == nullptr || join(trimBackslashes(toBackslashes(copy.text())), longestChangePath);
+    return copy.empty() || join(copy.normalise(), longestChangePath);
 }
 
 } // namespace uinfo

@@ -17,15 +17,35 @@ wchar_t* trimBackslashes(wchar_t* text);
 /// and the result is what is behind it. Null or empty gives null and leaves text alone.
 wchar_t* splitKeyPath(wchar_t*& text);
 
-/// A private copy of a client's path, to be normalised in place.
+/// A private copy of a client's path, normalised in place.
 class ClientPath
 {
 public:
     /// False when the path has 1024 characters or more. Null counts as empty.
     bool assign(const wchar_t* path) { return isEmpty(path) || m_text.append(path); }
 
-    /// The text to normalise; null when it is empty.
-    wchar_t* text() { return m_text.empty() ? nullptr : m_text.data(); }
+    bool empty() const { return m_text.empty(); }
+
+    /// The whole path as one sub-path.
+    const wchar_t* normalise() { return trimBackslashes(toBackslashes(m_text.data())); }
+
+    /// Its key part, null for the subtree's own key, and the name behind it, null for a key's default value.
+    struct Parts
+    {
+        const wchar_t* key;
+        std::size_t keyLength;
+        const wchar_t* name;
+    };
+    Parts split()
+    {
+        if (empty()) {
+            return {};
+        }
+        wchar_t* key = m_text.data();
+        const wchar_t* const name = splitKeyPath(key);
+        // The name follows the separator that ends the key part.
+        return {key, key == nullptr ? 0 : static_cast<std::size_t>(name - 1 - key), name};
+    }
 
 private:
     PathBuffer m_text;
@@ -45,6 +65,12 @@ public:
         return m_path.length() + count <= limit && m_path.appendComponent(subPath, count);
     }
 
+    /// Appends a key part, if there is one.
+    bool join(const ClientPath::Parts& parts, std::size_t limit)
+    {
+        return parts.keyLength == 0 || join(parts.key, parts.keyLength, limit);
+    }
+
     /// The root, then the client's sub-path, if any, normalised and joined. The limit is that of every
     /// operation that changes the tree.
     bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
@@ -55,10 +81,5 @@ public:
 private:
     PathBuffer m_path;
 };
-
-/// Longest root and sub-path of the operations that only read.
-inline constexpr std::size_t longestReadPath = 1020;
-/// Longest root and sub-path of all others.
-inline constexpr std::size_t longestChangePath = 1021;
 
 } // namespace uinfo

@@ -15,30 +15,11 @@ using uinfo::isEmpty;
 using uinfo::KeyPath;
 using uinfo::RegistryKey;
 
-/// A value path in its two parts: a null key part for the subtree's own key, a null name for a key's default
-/// value.
-struct ValuePath
+TarvoConfig::Error writeValue(const KeyPath& key, const wchar_t* valueName, const VelaVariant& value)
 {
-    uinfo::ClientPath copy;
-    wchar_t* keyPart = nullptr;
-    const wchar_t* valueName = nullptr;
-
-    bool assign(const wchar_t* valuePath)
-    {
-        if (!copy.assign(valuePath)) {
-            return false;
-        }
-        keyPart = copy.text();
-        valueName = uinfo::splitKeyPath(keyPart);
-        return true;
-    }
-
-    /// The name follows the separator that ends the key part.
-    std::size_t keyLength() const
-    {
-        return keyPart == nullptr ? 0 : static_cast<std::size_t>(valueName - 1 - keyPart);
-    }
-};
+    const RegistryKey opened = RegistryKey::openOrCreate(HKEY_CURRENT_USER, key.text());
+    return opened ? uinfo::writeValueToKey(opened.get(), valueName, value) : TarvoConfig::eNotFound;
+}
 
 } // namespace
 
@@ -60,22 +41,30 @@ int TarvoConfig::isItemExist(Path path, const wchar_t* item)
 TarvoConfig::Error TarvoConfig::getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const
 {
     KeyPath key;
-    ValuePath parts;
-    if (!key.assignRoot(*this, path) || !parts.assign(valuePath) ||
-        (!isEmpty(parts.keyPart) && !key.join(parts.keyPart, parts.keyLength(), uinfo::longestReadPath))) {
+    uinfo::ClientPath client;
+    if (!key.assignRoot(*this, path) || !client.assign(valuePath)) {
+        return eInvalidInput;
+    }
+    const uinfo::ClientPath::Parts parts = client.split();
+    if (!key.join(parts, uinfo::longestReadPath)) {
         return eInvalidInput;
     }
     const RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_READ);
-    return opened ? uinfo::readValueFromKey(opened.get(), parts.valueName, value) : eNotFound;
+    return opened ? uinfo::readValueFromKey(opened.get(), parts.name, value) : eNotFound;
 }
 
 TarvoConfig::Error TarvoConfig::setValue(Path path, const wchar_t* valuePath, const VelaVariant& value)
 {
-    ValuePath parts;
-    if (!parts.assign(valuePath)) {
+    KeyPath key;
+    uinfo::ClientPath client;
+    if (!key.assignRoot(*this, path) || !client.assign(valuePath)) {
         return eInvalidInput;
     }
-    return addValue(path, parts.keyPart, parts.valueName, value);
+    uinfo::ClientPath::Parts parts = client.split();
+    while (parts.keyLength > 0 && parts.key[parts.keyLength - 1] == L'\\') {
+        --parts.keyLength; // the name may follow several separators
+    }
+    return key.join(parts, uinfo::longestChangePath) ? writeValue(key, parts.name, value) : eInvalidInput;
 }
 
 TarvoConfig::Error TarvoConfig::getValue(const ItemIterator& item, const wchar_t* valueName,
@@ -124,26 +113,23 @@ TarvoConfig::Error TarvoConfig::addValue(Path path, const wchar_t* item, const w
     if (!key.assign(*this, path, item)) {
         return eInvalidInput;
     }
-    const RegistryKey opened = RegistryKey::openOrCreate(HKEY_CURRENT_USER, key.text());
-    return opened ? uinfo::writeValueToKey(opened.get(), valueName, value) : eNotFound;
+    return writeValue(key, valueName, value);
 }
 
 TarvoConfig::Error TarvoConfig::removeItem(Path path, const wchar_t* item)
 {
     KeyPath key;
-    uinfo::ClientPath copy;
-    if (!key.assignRoot(*this, path) || !copy.assign(item)) {
+    uinfo::ClientPath client;
+    if (!key.assignRoot(*this, path) || !client.assign(item)) {
+        return eInvalidInput;
+    }
+    const uinfo::ClientPath::Parts parts = client.split();
+    if (!key.join(parts, uinfo::longestChangePath)) {
         return eInvalidInput;
     }
     const wchar_t* parent = key.text();
-    const wchar_t* removed = nullptr;
-    if (copy.text() != nullptr) {
-        wchar_t* parentPart = copy.text();
-        removed = uinfo::splitKeyPath(parentPart);
-        if (!isEmpty(parentPart) && !key.join(parentPart, uinfo::longestChangePath)) {
-            return eInvalidInput;
-        }
-    } else {
+    const wchar_t* removed = parts.name;
+    if (client.empty()) {
         wchar_t* rootsParent = key.data();
         removed = uinfo::splitKeyPath(rootsParent);
         parent = rootsParent;

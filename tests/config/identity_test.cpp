@@ -26,7 +26,7 @@ TEST(Identity, IsResolvedFromArgumentRegistryIniAndDefault)
         {{}, text(xs(254)), ini, {"Acme", xs(254)}},
         {{}, text(xs(255)), ini, {"Acme", "Widget"}},
         {{}, RawValue{REG_SZ, text(xs(255)).bytes.substr(0, 510)}, ini, {"Acme", xs(255)}}, // no terminator
-        {{}, RawValue{REG_SZ, text("Gad").bytes.substr(0, 5)}, ini, {"Acme", "Ga"}}, // half a character
+        {{}, RawValue{REG_SZ, text("Gad").bytes.substr(0, 5)}, ini, {"Acme", "Gad"}},       // an odd byte
         {{}, text(""), ini, {"Acme", "Widget"}},
         {{}, dword(0x410041), ini, {"Acme", "Widget"}},
         {{}, RawValue{REG_EXPAND_SZ, text("Gadget").bytes}, "", {"Norvik", "TARVO"}},

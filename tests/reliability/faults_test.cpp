@@ -132,8 +132,6 @@ void breakAll()
     using Allocate = void*(std::size_t);
     constexpr bool isLong = std::is_same_v<std::size_t, unsigned long>; // as names are mangled
     breakable<"malloc", Allocate>({ERROR_NOT_ENOUGH_MEMORY}, null, "thrown 6");
-    breakable<isLong ? Name("_Znwm") : Name("_Znwy"), Allocate>({ERROR_NOT_ENOUGH_MEMORY}, noMemory,
-                                                                "no memory");
     breakable<isLong ? Name("_Znam") : Name("_Znay"), Allocate>({ERROR_NOT_ENOUGH_MEMORY}, noMemory,
                                                                 "no memory");
 }

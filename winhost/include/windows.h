@@ -107,7 +107,10 @@ struct SRWLOCK
     void* Ptr;
 };
 
-#define SRWLOCK_INIT {nullptr}
+#define SRWLOCK_INIT                                                                                         \
+    {                                                                                                        \
+        nullptr                                                                                              \
+    }
 
 WINHOST_API void AcquireSRWLockExclusive(SRWLOCK* lock);
 WINHOST_API void ReleaseSRWLockExclusive(SRWLOCK* lock);

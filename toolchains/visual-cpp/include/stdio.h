@@ -7,8 +7,8 @@
 extern "C" {
 #endif
 
-_ACRTIMP int __cdecl __stdio_common_vsnprintf_s(unsigned __int64, char*, size_t, size_t, const char*, _locale_t,
-                                                va_list);
+_ACRTIMP int __cdecl __stdio_common_vsnprintf_s(unsigned __int64, char*, size_t, size_t, const char*,
+                                                _locale_t, va_list);
 
 static inline int vsnprintf_s(char* buffer, size_t size, size_t count, const char* format, va_list args)
 {

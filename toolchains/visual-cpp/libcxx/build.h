@@ -11,4 +11,5 @@
 #include <wchar.h>
 
 extern "C" __declspec(dllimport) int __cdecl wcrtomb_s(size_t*, char*, size_t, wchar_t, mbstate_t*);
-extern "C" __declspec(dllimport) size_t __cdecl _strftime_l(char*, size_t, const char*, const struct tm*, _locale_t);
+extern "C" __declspec(dllimport) size_t
+    __cdecl _strftime_l(char*, size_t, const char*, const struct tm*, _locale_t);

@@ -1,5 +1,5 @@
-// What compiled code checks itself with: the stack's cookie and pages, and the targets of indirect calls. Windows'
-// loader puts its own check in the place of the one here; Wine's does not.
+// What compiled code checks itself with: the stack's cookie and pages, and the targets of indirect calls.
+// Windows' loader puts its own check in the place of the one here; Wine's does not.
 #include <windows.h>
 
 extern "C" {
@@ -29,10 +29,10 @@ __attribute__((naked)) static void callUnchecked()
 }
 
 #pragma section(".00cfg", long, read)
-__declspec(allocate(".00cfg")) extern const void* const __guard_check_icall_fptr =
-    reinterpret_cast<const void*>(checkNothing);
-__declspec(allocate(".00cfg")) extern const void* const __guard_dispatch_icall_fptr =
-    reinterpret_cast<const void*>(callUnchecked);
+__declspec(allocate(".00cfg")) extern const
+    void* const __guard_check_icall_fptr = reinterpret_cast<const void*>(checkNothing);
+__declspec(allocate(".00cfg")) extern const
+    void* const __guard_dispatch_icall_fptr = reinterpret_cast<const void*>(callUnchecked);
 
 // The linker's: tables of what may be called, and flags that say which tables there are.
 extern const char __guard_fids_table[], __guard_fids_count[], __guard_flags[];

@@ -1,4 +1,5 @@
-// The start and the end of a module: its static objects, between the marks that the linker sorts the initialisers by.
+// The start and the end of a module: its static objects, between the marks that the linker sorts the
+// initialisers by.
 #include "start.h"
 
 namespace {

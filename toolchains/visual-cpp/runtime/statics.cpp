@@ -21,8 +21,8 @@ __declspec(allocate(".rdata$T")) extern const IMAGE_TLS_DIRECTORY64 _tls_used = 
     0,
     0};
 
-// A guard is 0 before, -1 while its static is made, and the epoch of that moment afterwards; compiled code comes here
-// unless the guard is no newer than what its thread has seen.
+// A guard is 0 before, -1 while its static is made, and the epoch of that moment afterwards; compiled code
+// comes here unless the guard is no newer than what its thread has seen.
 int _Init_global_epoch = static_cast<int>(0x80000000);
 __declspec(thread) int _Init_thread_epoch = static_cast<int>(0x80000000);
 static SRWLOCK lock = SRWLOCK_INIT;

@@ -1,0 +1,114 @@
+// RkUInfo.hpp: typed settings, ranges and error codes over the interface.
+#include "support/test.h"
+
+#include <RkUInfo.hpp>
+#include <cstdint>
+#include <ranges>
+#include <set>
+#include <type_traits>
+
+namespace {
+
+using namespace testing_support;
+using rkuinfo::Bytes;
+using rkuinfo::Text;
+
+constexpr auto settings = TarvoConfig::eSettings;
+constexpr char settingsKey[] = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
+
+static_assert(std::ranges::input_range<decltype(rkuinfo::items(settings))>);
+static_assert(std::is_same_v<Text, std::wstring> || sizeof(Text::value_type) == 2);
+
+std::string utf8(const Text& text)
+{
+    return testing_support::utf8(rkuinfo::Argument(text));
+}
+
+/// Writes a value, reads it back as the same type and, as which it must not count, as another.
+template <typename Other, typename T>
+void checkRoundTrip(const T& value)
+{
+    std::error_code error;
+    EXPECT_FALSE(rkuinfo::set(settings, L"Display/Value", value));
+    EXPECT_TRUE(rkuinfo::get<T>(settings, L"/Display\\Value", error) == value);
+    EXPECT_FALSE(error);
+    EXPECT_FALSE(rkuinfo::get<Other>(settings, L"Display/Value", error));
+    EXPECT_EQ(error, TarvoConfig::eWrongType);
+}
+
+TEST(Cpp20, KeepsEachType)
+{
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    const KeyCounter keys;
+    checkRoundTrip<std::int64_t>(std::int32_t(-5));
+    checkRoundTrip<std::int32_t>(std::int64_t(-9007199254740993));
+    checkRoundTrip<Text>(1.25);
+    checkRoundTrip<double>(Bytes{std::byte(0), std::byte(255)});
+    checkRoundTrip<Bytes>(rkuinfo::text(Wide("Grün 图纸 \xed\xa0\x80")));
+    EXPECT_FALSE(rkuinfo::set(settings, Text(), L"of the key itself"));
+    EXPECT_EQ(utf8(rkuinfo::get<Text>(settings, nullptr).value()), "of the key itself");
+    EXPECT_EQ(keys.stillOpen(), 0);
+}
+
+TEST(Cpp20, TellsWhatFailed)
+{
+    std::error_code error;
+    EXPECT_FALSE(rkuinfo::get<double>(settings, L"Value", error));
+    EXPECT_EQ(error, TarvoConfig::eInvalidInput) << "before start-up";
+    EXPECT_EQ(rkuinfo::set(settings, L"Value", 1), TarvoConfig::eInvalidInput);
+    EXPECT_EQ(rkuinfo::values(settings).error(), TarvoConfig::eInvalidInput);
+
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    EXPECT_FALSE(rkuinfo::get<double>(settings, L"Value", error));
+    EXPECT_EQ(error, TarvoConfig::eNotFound);
+    EXPECT_STREQ(error.category().name(), "rkuinfo");
+    std::set<std::string> messages;
+    for (const int code : {0, 1, 2, 3, 4, 5, 6, 7}) {
+        messages.insert(rkuinfo::category().message(code));
+    }
+    EXPECT_EQ(messages.size(), 8u);
+}
+
+TEST(Cpp20, WalksItemsAndValues)
+{
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    setRaw(HKEY_CURRENT_USER, settingsKey, "", text("default"));
+    setRaw(HKEY_CURRENT_USER, settingsKey, "List", {REG_MULTI_SZ, std::string(4, '\0')});
+    setRaw(HKEY_CURRENT_USER, settingsKey, "Number", dword(7));
+    setRaw(HKEY_CURRENT_USER, settingsKey, std::string(1100, 'n'), dword(8));
+    makeKey(HKEY_CURRENT_USER, std::string(settingsKey) + "\\One");
+    makeKey(HKEY_CURRENT_USER, std::string(settingsKey) + "\\Two\\Three");
+    const KeyCounter keys;
+    std::string seen;
+    for (const Text& name : rkuinfo::items(settings)) {
+        seen += utf8(name) + ' ';
+        makeKey(HKEY_CURRENT_USER, std::string(settingsKey) + "\\Grown" + std::to_string(seen.size()));
+    }
+    for (const Text& name : rkuinfo::items(settings, L"/Two/")) {
+        seen += utf8(name);
+    }
+    EXPECT_EQ(seen, "One One One Three"); // a walk ends, though its key grows
+    std::set<std::string> values;
+    for (auto& value : rkuinfo::values(settings)) {
+        values.insert(utf8(value.name) + '=' + std::to_string(value.as<std::int32_t>().value_or(-1)) +
+                      utf8(value.as<Text>().value_or(Text())) + (value.error ? value.error.message() : ""));
+    }
+    EXPECT_EQ(values, (std::set<std::string>{"=-1default", "List=-1stored with another type", "Number=7",
+                                             "=-1name too long"}));
+    for (const char* const absent : {"Two\\Three", "None"}) { // an empty key, and none at all
+        auto items = rkuinfo::items(settings, static_cast<const wchar_t*>(Wide(absent)));
+        EXPECT_TRUE(items.begin() == items.end());
+        EXPECT_EQ(items.error(), *absent == 'T' ? TarvoConfig::eOk : TarvoConfig::eNotFound);
+    }
+    EXPECT_EQ(keys.stillOpen(), 0);
+}
+
+TEST(Cpp20, TakesWhatFunctionsGive)
+{
+    EXPECT_EQ(utf8(rkuinfo::text(GetRegistryVersionRootKey)), "") << "before start-up";
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    EXPECT_EQ(utf8(rkuinfo::text(GetRegistryVersionRootKey)), "Software\\Acme\\Widget\\2018");
+    EXPECT_EQ(utf8(rkuinfo::text(static_cast<const wchar_t*>(nullptr))), "");
+}
+
+} // namespace
