@@ -218,7 +218,9 @@ void printFindings(const std::vector<Finding>& findings, const Layout& layout)
     for (const Finding& finding : findings) {
         const Cell severity = {finding.isError ? "error" : "note", finding.isError ? Style::bad : Style::quiet};
         if (layout.columns) {
-            table.addRow({severity, {joined(finding.subjects) + ": " + finding.problem}});
+            const std::string subjects = joined(finding.subjects);
+            table.addRow({severity, {finding.problem.starts_with(subjects) ? finding.problem
+                                                                           : subjects + ": " + finding.problem}});
             table.addRow({{"remedy", Style::good}, {finding.remedy}});
         } else {
             table.addRow({severity, {finding.code}, {joined(finding.subjects)}, {finding.problem}, {finding.remedy}});
