@@ -37,7 +37,8 @@ RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wcha
 
 /// Creates the current user's product tree and records version, language and profile in it. Call it after
 /// InitVelaConfig, as often as you like: a current profile that is named already stays. A start-up profile
-/// name of any length is stored whole.
+/// name of any length is stored whole; one of 127 characters or more is read back as unnamed, so that the
+/// next lookup of the current profile stores "Default".
 /// @return eOk, or eRegistryError when the product key does not exist afterwards. Throws a RkErrorStatus*
 ///         without memory.
 RKUINFO_API TarvoConfig::Error CreateConfigReg();
@@ -90,8 +91,8 @@ RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
 RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
 /// See TarvoLanguage::localName; may be null.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
-/// The current language's resource folder, without trailing backslash. Needs its length + 3 characters; a
-/// failed call may leave part of a path.
+/// The current language's resource folder, without trailing backslash. Needs its length + 3 characters, and
+/// room for the executable's own path and its terminator; a failed call may leave part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
 /// The same with a folder name of the caller's in place of the language.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);

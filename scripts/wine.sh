@@ -48,6 +48,8 @@ start_wine() {
             cat "$wine_folder/boot.log" >&2
             return 1
         }
+        # As users have it, and not what this Wine calls itself: the library asks.
+        "$wine_program" winecfg -v win10 >>"$wine_folder/boot.log" 2>&1
         # Without a window manager each message box would wait for one.
         "$wine_program" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$wine_folder/boot.log" 2>&1
         touch "$wine_folder/booted"

@@ -21,8 +21,8 @@ class RegistryLayout;
 ///
 /// An item is a registry key, a value a named registry value in one. An operation names its key by a Path and
 /// a sub-path below it, '/' and '\' alike as separators; null or empty names the Path's own key. A null or
-/// empty value name is the key's default value. An argument of 1024 characters or more gives eInvalidInput
-/// (isItemExist: 0).
+/// empty value name is the key's default value. A path of 1024 characters or more gives eInvalidInput
+/// (isItemExist: 0); a value name by itself has the registry's own limit.
 class RKUINFO_API TarvoConfig
 {
 public:
@@ -97,6 +97,8 @@ public:
     /// Reads the value that the last component of valuePath names; what is before it is the sub-path. Root
     /// and sub-path together may have 1020 characters. The stored type decides what value becomes: REG_SZ
     /// eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64; on failure value keeps what it held.
+    /// Throws a RkErrorStatus* of code 6 without memory: before the data has been read value keeps what it
+    /// held, afterwards it may be left without a block, as VelaVariant's setters say.
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;
     /// Writes it and creates the key. As addValue, of the sub-path and name that valuePath is split into.
@@ -119,7 +121,8 @@ public:
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
     /// Removes a key with everything below it; null or empty removes the subtree's own root key. Root and
     /// parent part together may have 1021 characters. Where the system has no RegDeleteTreeW, keys are
-    /// removed one by one, children first.
+    /// removed one by one, children first, as far as their paths below the parent have at most 519
+    /// characters: a longer one gives eRegistryError, and what was removed until then stays removed.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
     /// Removes a value. Limit as addItem.

@@ -36,7 +36,8 @@ public:
     const wchar_t* globalName() const;
     /// The name in the language of the resources in use, at most 62 characters, read once per object from
     /// "RkUInfoRes.dll"; null while that library or its text cannot be loaded. The library is loaded once per
-    /// process, on the first request that finds it. Lives as long as the object keeps its language.
+    /// process, on the first request that finds it; until then each request searches anew, as LoadResourceDll
+    /// does. Lives as long as the object keeps its language.
     const wchar_t* localName() const;
 
     /// The index of a short name; -1 for null, empty or unknown names.

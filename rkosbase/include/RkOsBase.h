@@ -133,6 +133,6 @@ RKOSBASE_API VelaCrashRecorder* velaGetCrashRecorder();
 /// remove the recorder before destroying it.
 RKOSBASE_API VelaCrashRecorder* velaSetCrashRecorder(VelaCrashRecorder* recorder);
 
-/// The major version of the running Windows (10 on Windows 10 and 11, 8 on Windows 8). Each pointer may be
-/// null; those that are not receive the version's parts.
+/// The major version of the running Windows: 10 on Windows 10 and 11, 8 on Windows 8 and 8.1, whose version
+/// is 6.2 and 6.3. Each pointer may be null; those that are not receive the version's parts.
 RKOSBASE_API int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned long* build);

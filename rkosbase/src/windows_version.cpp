@@ -46,5 +46,7 @@ int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned l
     if (build != nullptr) {
         *build = version.build;
     }
-    return static_cast<int>(version.major);
+    // Windows 8 and 8.1 call themselves 6.2 and 6.3.
+    const bool isWindows8 = version.major == 6 && (version.minor == 2 || version.minor == 3);
+    return isWindows8 ? 8 : static_cast<int>(version.major);
 }

@@ -11,16 +11,14 @@ namespace {
 
 using uinfo::BoundedText;
 using uinfo::isEmpty;
+using uinfo::nameCapacity;
 using uinfo::pathCapacity;
 using uinfo::RegistryKey;
-
-constexpr std::size_t nameCapacity = 255; // of an argument or an INI text, terminator counted
-constexpr std::size_t longestRootedCompany = 1014;
 
 bool readCurrentProduct(const wchar_t* companyRoot, BoundedText& product)
 {
     const RegistryKey root = RegistryKey::open(HKEY_CURRENT_USER, companyRoot, KEY_READ);
-    return root && root.queryString(uinfo::currentProduct, product);
+    return root && root.queryString(uinfo::currentProductValue, product);
 }
 
 } // namespace
@@ -47,7 +45,7 @@ TarvoConfig::Error TarvoConfig::initCompanyName(const wchar_t* company)
 
 TarvoConfig::Error TarvoConfig::buildRootPathFromCompany()
 {
-    if (isEmpty(m_companyName) || uinfo::length(m_companyName) > longestRootedCompany) {
+    if (isEmpty(m_companyName) || uinfo::length(m_companyName) > uinfo::longestCompany) {
         return eInvalidInput;
     }
     delete[] std::exchange(m_rootPath, new wchar_t[pathCapacity]);
@@ -87,7 +85,7 @@ int TarvoConfig::refreshProductName()
         return 0;
     }
     const RegistryKey root = RegistryKey::open(HKEY_CURRENT_USER, m_rootPath, KEY_WRITE);
-    return root && root.setString(uinfo::currentProduct, productName()) ? 1 : 0;
+    return root && root.setString(uinfo::currentProductValue, productName()) ? 1 : 0;
 }
 
 TarvoConfig::Error TarvoConfig::buildRootPathFromProduct()

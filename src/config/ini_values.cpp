@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr unsigned long iniTextCapacity = 1023; // of which 1021 characters come back
-
 /// The architecture command name prefix, empty until both its numbers could be read.
 wchar_t architecturePrefix[64];
 
@@ -85,8 +83,8 @@ TarvoConfig::Error TarvoConfig::getIniValue(const wchar_t* section, const wchar_
         return error;
     }
     if (type == VelaVariant::eString) {
-        wchar_t text[iniTextCapacity + 1];
-        const Error error = readIniString(section, key, text, iniTextCapacity, fileName);
+        wchar_t text[uinfo::iniTextCapacity];
+        const Error error = readIniString(section, key, text, uinfo::iniTextCapacity, fileName);
         if (error == eOk) {
             value.setString(text);
         }

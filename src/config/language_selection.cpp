@@ -71,7 +71,7 @@ int TarvoConfig::refreshLanguageName()
         return 0;
     }
     const RegistryKey root = RegistryKey::open(HKEY_CURRENT_USER, m_versionRootPath, KEY_WRITE);
-    return root && root.setString(uinfo::currentVersion, m_language.shortName()) ? 1 : 0;
+    return root && root.setString(uinfo::currentLanguageValue, m_language.shortName()) ? 1 : 0;
 }
 
 bool TarvoConfig::isLanguageExist(const wchar_t* shortName)

@@ -14,10 +14,8 @@ namespace {
 using uinfo::BoundedText;
 using uinfo::isEmpty;
 using uinfo::pathCapacity;
+using uinfo::profileCapacity;
 using uinfo::RegistryKey;
-
-constexpr std::size_t profileCapacity = 128;       // of which 127 characters are offered
-constexpr std::size_t storedProfileCapacity = 513; // of which 512 are offered
 
 bool appendLanguageRoot(BoundedText& key, const wchar_t* versionRoot, const TarvoLanguage& language)
 {
@@ -114,7 +112,7 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
         return eOk;
     }
     const RegistryKey profiles = RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_READ | KEY_WRITE);
-    uinfo::TextBuffer<storedProfileCapacity> stored;
+    uinfo::TextBuffer<uinfo::offeredProfileCapacity> stored;
     if (profiles && profiles.queryString(nullptr, stored) &&
         !uinfo::equalIgnoringCase(stored.text(), profile)) {
         profiles.setString(nullptr, profile);

@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::size_t longestConfigKey = 1021;
-
 unsigned long keyPath(TarvoConfig::Path path, wchar_t* buffer)
 {
     velaConfig()->getRegRootPath(path, buffer);
@@ -47,7 +45,7 @@ unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* const buffer)
 {
     constexpr wchar_t config[] = L"\\Config";
     const unsigned long profileLength = keyPath(TarvoConfig::eCurrentProfile, buffer);
-    if (profileLength == 0 || profileLength + uinfo::length(config) > longestConfigKey) {
+    if (profileLength == 0 || profileLength + uinfo::length(config) > uinfo::longestConfigKey) {
         return 0;
     }
     uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);

@@ -24,8 +24,7 @@ unsigned long GetProgramPath(wchar_t* buffer, unsigned long size)
 
 unsigned long GetVelaProgramPath(wchar_t* const buffer)
 {
-    constexpr unsigned long size = 1023;
-    return GetProgramPath(buffer, size);
+    return GetProgramPath(buffer, uinfo::modulePathCapacity);
 }
 
 const wchar_t* GetCurrentLanguageShortName()

@@ -7,12 +7,11 @@
 bool uinfo::copyStoredText(TarvoConfig::Path path, const wchar_t* valuePath, wchar_t* buffer,
                            unsigned long& length)
 {
-    constexpr std::size_t capacity = 1023;
     length = 0;
     if (buffer == nullptr) {
         return true;
     }
-    BoundedText text(buffer, capacity);
+    BoundedText text(buffer, longestStoredPath + 1);
     VelaVariant stored;
     if (velaConfig()->getValue(path, valuePath, stored) != TarvoConfig::eOk) {
         return false;

@@ -4,12 +4,6 @@
 
 #include <RkUInfo.h>
 
-namespace {
-
-constexpr std::size_t capacity = uinfo::pathCapacity - 2; // no composed path has more than 1021 characters
-
-} // namespace
-
 unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer)
 {
     unsigned long stored = 0;
@@ -19,7 +13,7 @@ unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer)
     if (GetUserApplicationDataSupportPath(buffer) == 0) {
         return 0;
     }
-    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, capacity);
+    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::longestComposedPath + 1);
     return path.append(L"Style.tus") ? static_cast<unsigned long>(path.length()) : 0;
 }
 
@@ -33,7 +27,7 @@ unsigned long GetVelaUserDataCacheLanPath(wchar_t* const buffer)
     if (buffer == nullptr) {
         return 0;
     }
-    uinfo::BoundedText path(buffer, capacity);
+    uinfo::BoundedText path(buffer, uinfo::longestComposedPath + 1);
     const wchar_t* const cache = GetVelaUserDataCachePath();
     if (uinfo::isEmpty(cache) || !path.append(cache) ||
         !path.appendComponent(GetCurrentLanguageShortName())) {

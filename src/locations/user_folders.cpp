@@ -10,8 +10,6 @@ namespace {
 
 using FolderFunction = unsigned long (*)(wchar_t* const);
 
-constexpr std::size_t lengthLimit = 1022; // which no result reaches
-
 unsigned long shellFolder(wchar_t* buffer, int folder)
 {
     if (buffer == nullptr) {
@@ -41,7 +39,7 @@ unsigned long extend(FolderFunction below, wchar_t* buffer, const wchar_t* text,
         return 0;
     }
     uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
-    if (path.length() + uinfo::length(text) + uinfo::length(separator) >= lengthLimit) {
+    if (path.length() + uinfo::length(text) + uinfo::length(separator) > uinfo::longestComposedPath) {
         return 0;
     }
     path.append(text);

@@ -1,5 +1,7 @@
 #include "platform/registry_key.h"
 
+#include <cstring>
+
 namespace uinfo {
 
 RegistryKey RegistryKey::open(HKEY parent, const wchar_t* path, REGSAM access)
@@ -25,9 +27,14 @@ bool RegistryKey::queryText(const wchar_t* valueName, BoundedText& out, DWORD& t
     auto size = static_cast<DWORD>((out.capacity() - 1) * sizeof(wchar_t));
     const LSTATUS status =
         RegQueryValueExW(m_key, valueName, nullptr, &type, reinterpret_cast<BYTE*>(out.data()), &size);
-    out.cut(status == ERROR_SUCCESS ? size / sizeof(wchar_t) : 0);
+    if (status != ERROR_SUCCESS) {
+        out.cut(0);
+        return false;
+    }
+    std::memset(reinterpret_cast<BYTE*>(out.data()) + size, 0, size % sizeof(wchar_t)); // behind an odd byte
+    out.cut((size + 1) / sizeof(wchar_t));
     out.measure(); // the stored data may hold its own terminator
-    return status == ERROR_SUCCESS;
+    return true;
 }
 
 bool RegistryKey::queryString(const wchar_t* valueName, BoundedText& out) const

@@ -39,8 +39,8 @@ public:
     HKEY release() { return std::exchange(m_key, nullptr); }
 
     /// Reads a value of any type as text, offering the platform one character less than out holds, so that
-    /// the text is terminated whatever is stored. On failure, also of a value too long for the offer, out is
-    /// empty.
+    /// the text is terminated whatever is stored. A last odd byte is a character. On failure, also of a value
+    /// too long for the offer, out is empty.
     bool queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
     /// As queryText, for a value that must be a non-empty REG_SZ.
     bool queryString(const wchar_t* valueName, BoundedText& out) const;

@@ -2,14 +2,13 @@
 // wchar_t.
 #pragma once
 
+#include "platform/limits.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 namespace uinfo {
-
-/// Capacity of every key path and file path: 1023 characters and the terminator.
-inline constexpr std::size_t pathCapacity = 1024;
 
 inline bool isEmpty(const wchar_t* text)
 {

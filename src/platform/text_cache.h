@@ -10,9 +10,9 @@
 
 namespace uinfo {
 
-/// The text kept in cache, filled by fill(BoundedText&) while it is empty; still empty where fill gives
-/// false. Safe from several threads: a filled cache is read without a lock and never changes, and threads
-/// that come first together each work out the text, of which one is kept.
+/// The text kept in cache, filled by fill(BoundedText&) while it is empty; cache as it is, still empty, where
+/// fill gives false. Safe from several threads: a filled cache is read without a lock and never changes, and
+/// threads that come first together each work out the text, of which one is kept.
 template <std::size_t Capacity, typename Fill>
 const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
 {
@@ -22,7 +22,7 @@ const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
     }
     TextBuffer<Capacity> text;
     if (!fill(static_cast<BoundedText&>(text))) {
-        return L"";
+        return cache;
     }
     static SRWLOCK publishing = SRWLOCK_INIT;
     AcquireSRWLockExclusive(&publishing);

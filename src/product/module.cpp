@@ -25,7 +25,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*
 {
     if (reason == DLL_PROCESS_ATTACH) {
         theProduct.emplace();
-        DisableThreadLibraryCalls(module);
+        DisableThreadLibraryCalls(
+            module); // refused where the runtime keeps thread-local storage: MinGW's does
     } else if (reason == DLL_PROCESS_DETACH) {
         uinfo::releaseLanguageResources();
         theProduct.reset();

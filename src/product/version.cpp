@@ -1,15 +1,13 @@
 // Version and identity, as plain functions.
 #include "platform/executable.h"
 #include "platform/text.h"
+#include "program/build_facts.h"
 
 #include <RkUInfo.h>
 
 #include <algorithm>
 
 namespace {
-
-constexpr wchar_t buildStamp[] = L"2018.03.16(29562)_x64";
-constexpr unsigned long pathSize = 1023;
 
 void writeVersion(wchar_t* buffer, unsigned long size, bool withPrefix, const wchar_t* version)
 {
@@ -42,7 +40,7 @@ const wchar_t* GetVelaProgramVersionString()
 
 unsigned long GetVelaProgramName(wchar_t* const buffer)
 {
-    if (buffer == nullptr || !uinfo::executablePath(buffer, pathSize) || *buffer == 0) {
+    if (buffer == nullptr || !uinfo::executablePath(buffer, uinfo::modulePathCapacity) || *buffer == 0) {
         return 0;
     }
     const wchar_t* separator = lastOf(L'\\', buffer);
@@ -77,7 +75,7 @@ const wchar_t* GetCurrentProductName()
 
 void GetVerNum(wchar_t* buffer, unsigned long size, bool withPrefix)
 {
-    writeVersion(buffer, size, withPrefix, buildStamp);
+    writeVersion(buffer, size, withPrefix, L"" RKUINFO_BUILD_STAMP);
 }
 
 void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPrefix)
@@ -87,5 +85,5 @@ void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPrefix)
 
 const wchar_t* GetServicePackageVersionString()
 {
-    return L"SP2";
+    return L"" RKUINFO_SERVICE_PACK;
 }

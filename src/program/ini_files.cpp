@@ -36,7 +36,7 @@ namespace uinfo {
 bool iniFilePath(const wchar_t* fileName, BoundedText& path)
 {
     const wchar_t* const folder = programFolder();
-    return !isEmpty(folder) && path.append(folder) && path.length() + length(fileName) < pathCapacity - 1 &&
+    return !isEmpty(folder) && path.append(folder) && path.length() + length(fileName) <= longestIniPath &&
            path.append(fileName);
 }
 

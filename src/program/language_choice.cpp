@@ -37,7 +37,7 @@ bool hasUninstallString(const wchar_t* path)
 bool readRemembered(const wchar_t* versionRoot, uinfo::BoundedText& shortName)
 {
     const RegistryKey root = RegistryKey::open(HKEY_CURRENT_USER, versionRoot, KEY_READ);
-    return root && root.queryString(uinfo::currentVersion, shortName);
+    return root && root.queryString(uinfo::currentLanguageValue, shortName);
 }
 
 } // namespace

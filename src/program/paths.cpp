@@ -7,13 +7,11 @@
 
 namespace {
 
-constexpr DWORD modulePathSize = 1023;
-
 wchar_t folderCache[uinfo::pathCapacity];
 
 bool readProgramFolder(uinfo::BoundedText& folder)
 {
-    return uinfo::executableFolderOrCut(folder, modulePathSize);
+    return uinfo::executableFolderOrCut(folder, uinfo::modulePathCapacity);
 }
 
 } // namespace
@@ -41,7 +39,7 @@ unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long
 bool programFilePath(const wchar_t* name, BoundedText& path)
 {
     PathBuffer folder;
-    return executableFolder(folder, modulePathSize) && path.append(folder.text()) && path.append(name);
+    return executableFolder(folder, modulePathCapacity) && path.append(folder.text()) && path.append(name);
 }
 
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path)
@@ -49,8 +47,8 @@ bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBu
     if (isEmpty(fileName)) {
         return false;
     }
-    const unsigned long folderLength = resourceFolder(folderName, path.data(), modulePathSize);
-    return folderLength != 0 && length(fileName) + folderLength + 2 < modulePathSize &&
+    const unsigned long folderLength = resourceFolder(folderName, path.data(), modulePathCapacity);
+    return folderLength != 0 && length(fileName) + folderLength + 2 < modulePathCapacity &&
            PathAppendW(path.data(), fileName) != FALSE;
 }
 

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr unsigned long storedProfileCapacity = 260;
-
 VelaVariant textValue(const wchar_t* text)
 {
     VelaVariant value;
@@ -26,15 +24,15 @@ void recordCurrentProduct(const TarvoConfig& config)
     }
     const uinfo::RegistryKey key = uinfo::RegistryKey::open(HKEY_CURRENT_USER, companyRoot.text(), KEY_WRITE);
     if (key) {
-        key.setString(uinfo::currentProduct, config.productName());
+        key.setString(uinfo::currentProductValue, config.productName());
     }
 }
 
 /// The profile that is named already, else the one of start-up, of whatever length.
 VelaVariant currentProfile(const TarvoConfig& config)
 {
-    wchar_t stored[storedProfileCapacity];
-    unsigned long size = storedProfileCapacity;
+    wchar_t stored[uinfo::provisionedProfileCapacity];
+    unsigned long size = uinfo::provisionedProfileCapacity;
     return textValue(GetCurrentProfileName(stored, size) != 0 ? stored : config.profileNameCmdLineInfo());
 }
 
@@ -44,7 +42,7 @@ TarvoConfig::Error CreateConfigReg()
 {
     TarvoConfig& config = *velaConfig();
     const bool existed = config.isItemExist(TarvoConfig::eProductRoot, nullptr) != 0;
-    config.addValue(TarvoConfig::eProductRoot, nullptr, uinfo::currentVersion,
+    config.addValue(TarvoConfig::eProductRoot, nullptr, uinfo::currentVersionValue,
                     textValue(GetVelaProgramVersionString()));
     if (!existed) {
         recordCurrentProduct(config);
@@ -52,7 +50,7 @@ TarvoConfig::Error CreateConfigReg()
     if (config.isItemExist(TarvoConfig::eProductRoot, nullptr) == 0) {
         return TarvoConfig::eRegistryError;
     }
-    config.addValue(TarvoConfig::eVersionRoot, nullptr, uinfo::currentVersion,
+    config.addValue(TarvoConfig::eVersionRoot, nullptr, uinfo::currentLanguageValue,
                     textValue(GetCurrentLanguageShortName()));
     config.setValue(TarvoConfig::eProfilesRoot, L"", currentProfile(config));
     return TarvoConfig::eOk;

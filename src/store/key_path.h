@@ -82,9 +82,4 @@ private:
     PathBuffer m_path;
 };
 
-/// Longest root and sub-path of the operations that only read.
-inline constexpr std::size_t longestReadPath = 1020;
-/// Longest root and sub-path of all others.
-inline constexpr std::size_t longestChangePath = 1021;
-
 } // namespace uinfo

@@ -100,7 +100,7 @@ TEST(Profile, IsReadAndDefaultIsStoredWhereNoneIsNamed)
         {text(n127.substr(1)), n127.substr(1)},
         {text(n127), ""}, // 256 bytes with its terminator
         {RawValue{REG_SZ, text(n127).bytes.substr(0, 254)}, n127},
-        {RawValue{REG_SZ, text("Work").bytes.substr(0, 7)}, "Wor"},
+        {RawValue{REG_SZ, text("Work").bytes.substr(0, 7)}, "Work"},
         {RawValue{REG_EXPAND_SZ, text("%x%").bytes}, "%x%"},
         {dword('A'), "A"},
     };

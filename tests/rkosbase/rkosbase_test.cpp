@@ -1,10 +1,13 @@
 // What the base library gives: its lock, its exceptions and the crash recorder.
+#include "support/imports.h"
 #include "support/recorder.h"
 #include "support/text.h"
 
 #include <RkOsBase.h>
 #include <gtest/gtest.h>
+#include <windows.h>
 
+#include <cstring>
 #include <thread>
 
 namespace {
@@ -52,6 +55,29 @@ TEST(RkOsBase, CrashRecorderIsTheOneInstalledLast)
     }
     EXPECT_EQ(velaSetCrashRecorder(nullptr), &first);
     EXPECT_EQ(velaGetCrashRecorder(), nullptr);
+}
+
+TEST(RkOsBase, BothWindows8AreVersion8)
+{
+    static DWORD pretended[3]; // major, minor and build
+    LONG(WINAPI* const fill)
+    (DWORD*) = [](DWORD* version) -> LONG {
+        std::memcpy(version + 1, pretended, sizeof pretended);
+        return 0;
+    };
+    const char* const module = std::strstr(libraryModule, ".dll") ? "RkOsBase.dll" : "libRkOsBase.so";
+    const Patch ntdll = intercept<"GetModuleHandleW", decltype(GetModuleHandleW)>(
+        [](auto, auto) { return reinterpret_cast<HMODULE>(pretended); }, module);
+    const Patch call = intercept<"GetProcAddress", decltype(GetProcAddress)>(
+        [=](auto, auto...) { return reinterpret_cast<FARPROC>(fill); }, module);
+    for (const auto& [major, minor, result] :
+         {std::tuple(5UL, 2UL, 5), {6UL, 1UL, 6}, {6UL, 2UL, 8}, {6UL, 3UL, 8}, {10UL, 2UL, 10}}) {
+        pretended[0] = static_cast<DWORD>(major);
+        pretended[1] = static_cast<DWORD>(minor);
+        unsigned long told[2] = {};
+        EXPECT_EQ(velaGetWindowsVersion(&told[0], &told[1], nullptr), result);
+        EXPECT_EQ(told[0] * 100 + told[1], major * 100 + minor);
+    }
 }
 
 } // namespace

@@ -35,7 +35,8 @@ TEST(RkuinfoHelp, AgreesWithManPageAndCompletions)
         const std::string completion = readFile(std::string(RKUINFO_TOOL_SOURCE) + file);
         EXPECT_EQ(option(completion), option(help)) << file;
         for (const std::string& command : commands) {
-            EXPECT_TRUE(std::regex_search(completion, std::regex("commands ?= ?'.*\\b" + command + "\\b"))) << command;
+            EXPECT_TRUE(std::regex_search(completion, std::regex("commands ?= ?'.*\\b" + command + "\\b")))
+                << command;
             EXPECT_TRUE(std::regex_search(man, std::regex("\n\\.(BI?R?|B) " + command + "\\b"))) << command;
         }
     }

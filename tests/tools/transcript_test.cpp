@@ -1,5 +1,5 @@
-// rkuinfo, run as the real program by the transcripts in cases/, each in an empty registry and an application's folder
-// of its own. What may stand in one is told in cases/README.
+// rkuinfo, run as the real program by the transcripts in cases/, each in an empty registry and an
+// application's folder of its own. What may stand in one is told in cases/README.
 #include "support/child.h"
 #include "support/isolation.h"
 #include "support/registry.h"
@@ -132,7 +132,8 @@ private:
                 text += expanded(row) + "\r\n";
             }
             writeFile(m_application.folder() / asked.at(0),
-                      what == "file" ? text : "\xff\xfe" + Wide(text).bytes().substr(0, 2 * Wide(text).length()));
+                      what == "file" ? text
+                                     : "\xff\xfe" + Wide(text).bytes().substr(0, 2 * Wide(text).length()));
         }
     }
 

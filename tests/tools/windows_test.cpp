@@ -40,9 +40,11 @@ TEST_F(RkuinfoOnWindows, FindsALockedIniFile)
 TEST_F(RkuinfoOnWindows, ExchangesFilesWithRegExe)
 {
     const std::string key = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
-    const std::string outside = "HKCU\\Software\\" + companyFromOutside("Acme") + "\\Widget\\2018\\en-US\\Settings";
+    const std::string outside =
+        "HKCU\\Software\\" + companyFromOutside("Acme") + "\\Widget\\2018\\en-US\\Settings";
     const auto reg = [&](const std::vector<std::string>& words) {
-        const ChildResult result = runProgram("C:/windows/system32/reg.exe", words, {m_application.folder(), {}});
+        const ChildResult result =
+            runProgram("C:/windows/system32/reg.exe", words, {m_application.folder(), {}});
         EXPECT_EQ(result.exitCode, 0) << result.output << result.errors;
     };
     setRaw(HKEY_CURRENT_USER, key, "", text("a \"b\" \\ c"));

@@ -11,30 +11,31 @@ namespace {
 
 std::vector<Command> allCommands()
 {
-    return {showCommand(),      getCommand(),       setCommand(),    listCommand(),   treeCommand(),
-            searchCommand(),    rmCommand(),        exportCommand(), importCommand(), diffCommand(),
-            profilesCommand(),  useCommand(),       provisionCommand(), languagesCommand(), doctorCommand()};
+    return {showCommand(),     getCommand(), setCommand(),       listCommand(),      treeCommand(),
+            searchCommand(),   rmCommand(),  exportCommand(),    importCommand(),    diffCommand(),
+            profilesCommand(), useCommand(), provisionCommand(), languagesCommand(), doctorCommand()};
 }
 
 struct Common
 {
     std::string columns;
-    std::string topic; ///< of help
+    std::string topic;   ///< of help
     bool isHelp = false; ///< asked for by an option, which the parser has of its own, as the next one
     bool isVersion = false;
 };
 
 std::vector<Parameter> commonOptions(Session& session, Common& common)
 {
-    return {{"--program", "FOLDER", &session.program, "look at the application in that folder"},
-            {"--company", "NAME", &session.company, "the company to be"},
-            {"--product", "NAME", &session.product, "the product to be"},
-            {"--language", "xx-XX", &session.language, "the language to be in, such as en-US"},
-            {"--profile", "NAME", &session.profile, "the user profile to be in"},
-            {"--columns", "N", &common.columns, "lay tables out for a terminal of that width, from 40 to 1000"},
-            {"--color", "WHEN", &session.colour, "always, never, or auto: on a terminal"},
-            {"--help", "", &common.isHelp, "print the help, behind a command that of the command"},
-            {"--version", "", &common.isVersion, "print the version, as -V"}};
+    return {
+        {"--program", "FOLDER", &session.program, "look at the application in that folder"},
+        {"--company", "NAME", &session.company, "the company to be"},
+        {"--product", "NAME", &session.product, "the product to be"},
+        {"--language", "xx-XX", &session.language, "the language to be in, such as en-US"},
+        {"--profile", "NAME", &session.profile, "the user profile to be in"},
+        {"--columns", "N", &common.columns, "lay tables out for a terminal of that width, from 40 to 1000"},
+        {"--color", "WHEN", &session.colour, "always, never, or auto: on a terminal"},
+        {"--help", "", &common.isHelp, "print the help, behind a command that of the command"},
+        {"--version", "", &common.isVersion, "print the version, as -V"}};
 }
 
 // ---- Help
@@ -66,7 +67,8 @@ public:
             list += ' ' + name;
         }
         say(list + ", in any case, also as the interface writes it: eSettings.");
-        say("Only provision and use remember who to be, as an application does; all others leave it as it is.");
+        say("Only provision and use remember who to be, as an application does; all others leave it as it "
+            "is.");
         say("Exit code: 0, 1 when something is not found, different or wrong, 2 for a wrong command line.");
     }
 
@@ -87,7 +89,10 @@ public:
     }
 
 private:
-    void say(const std::string& paragraph) const { print(folded(paragraph, 0, *m_layout.columns)); } // and a gap
+    void say(const std::string& paragraph) const
+    {
+        print(folded(paragraph, 0, *m_layout.columns));
+    } // and a gap
 
     void printOptions(const std::vector<Parameter>& options) const
     {
@@ -99,8 +104,9 @@ private:
     {
         Table table;
         for (const Parameter& parameter : parameters) {
-            table.addRow({{parameter.name + (parameter.value.empty() ? "" : ' ' + parameter.value), Style::name},
-                          {parameter.help}});
+            table.addRow(
+                {{parameter.name + (parameter.value.empty() ? "" : ' ' + parameter.value), Style::name},
+                 {parameter.help}});
         }
         if (!parameters.empty()) {
             table.print(m_layout);
@@ -140,15 +146,16 @@ void check(Session& session, const Common& common)
     if (!common.columns.empty()) {
         constexpr unsigned long least = 40;
         constexpr unsigned long most = 1000;
-        const bool isNumber = common.columns.size() < 5 &&
-                              common.columns.find_first_not_of("0123456789") == std::string::npos;
+        const bool isNumber =
+            common.columns.size() < 5 && common.columns.find_first_not_of("0123456789") == std::string::npos;
         session.columns = isNumber ? std::stoul(common.columns) : 0;
         if (session.columns < least || session.columns > most) {
             throw Failure("--columns takes a number from 40 to 1000", exitUsage);
         }
     }
     session.colour = chosen(session.colour, {"always", "never", "auto"}, "time for colours");
-    if (!session.language.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(utf16(session.language)))) {
+    if (!session.language.empty() &&
+        !TarvoLanguage::isValidShortName(rkuinfo::Argument(utf16(session.language)))) {
         std::vector<std::string> names;
         for (const uinfo::Language& record : uinfo::languages) {
             names.push_back(utf8(rkuinfo::text(record.shortName)));
@@ -157,7 +164,8 @@ void check(Session& session, const Common& common)
     }
 }
 
-std::string explain(const CLI::App& app, const CLI::ParseError& error, const std::vector<std::string>& commands)
+std::string explain(const CLI::App& app, const CLI::ParseError& error,
+                    const std::vector<std::string>& commands)
 {
     const std::vector<std::string> unknown = app.remaining();
     if (!app.get_subcommands().empty() || unknown.empty()) {

@@ -53,7 +53,8 @@ private:
         if (alike != m_findings.end()) {
             alike->subjects.push_back(subject);
         } else {
-            m_findings.push_back({std::move(code), isError, {subject}, std::move(problem), std::move(remedy)});
+            m_findings.push_back(
+                {std::move(code), isError, {subject}, std::move(problem), std::move(remedy)});
         }
     }
 
@@ -72,7 +73,8 @@ private:
     {
         const std::string subject = shown(path);
         if (isBarred(path)) {
-            add("ini-unreadable", true, subject, "the file cannot be read", "give its users the right to read it");
+            add("ini-unreadable", true, subject, "the file cannot be read",
+                "give its users the right to read it");
             return false;
         }
         const std::string bytes = readFile(nativePath(path));
@@ -90,7 +92,8 @@ private:
     {
         const Text tarvo = installation.iniFile("TARVO.ini");
         if (!exists(tarvo)) {
-            add("ini-missing", false, shown(tarvo), "there is no such file: names come from the registry and defaults",
+            add("ini-missing", false, shown(tarvo),
+                "there is no such file: names come from the registry and defaults",
                 "write one when the application has names of its own");
         } else if (checkIniFile(tarvo)) {
             checkLanguageIni(installation);
@@ -127,8 +130,8 @@ private:
         for (const Text& id : ids) {
             const Text name = mapped(id);
             if (!name.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(name))) {
-                add("locale-mapping", true,
-                    "TARVO.ini: [LocaleIdLangName] " + shown(id) + '=' + shown(name), "the name is no language's",
+                add("locale-mapping", true, "TARVO.ini: [LocaleIdLangName] " + shown(id) + '=' + shown(name),
+                    "the name is no language's",
                     "write the short name of one of the fifteen languages there");
             }
         }
@@ -148,15 +151,17 @@ private:
                     "install it again");
             } else if (state.installed == uinfo::Installed::noFolder && state.hasEntry &&
                        installation.needsEntries) {
-                add("language-folder", true, state.name(), "the language has an uninstall entry and no folder",
+                add("language-folder", true, state.name(),
+                    "the language has an uninstall entry and no folder",
                     "install it again, or remove the entry");
             }
         }
         const std::string why = installation.whyNotWanted();
         if (installation.preferred < 0) {
-            const bool isEntryAll = std::ranges::any_of(installation.languages, [](const LanguageState& state) {
-                return state.installed == uinfo::Installed::noEntry;
-            });
+            const bool isEntryAll =
+                std::ranges::any_of(installation.languages, [](const LanguageState& state) {
+                    return state.installed == uinfo::Installed::noEntry;
+                });
             add("no-language", true, shown(installation.folder),
                 isEntryAll ? "no language is installed: none with a folder has an uninstall entry"
                            : "no language is installed: none has a folder with a library",
@@ -174,7 +179,8 @@ private:
     void checkShellFolder(const char* name, unsigned long (*function)(wchar_t*))
     {
         if (rkuinfo::text(function).empty()) {
-            add("user-folder", true, name, std::string("the user has no ") + name + " application data folder",
+            add("user-folder", true, name,
+                std::string("the user has no ") + name + " application data folder",
                 "create it: ~/.config or ~/.local/share on Linux, else the user's profile is broken");
         }
     }
@@ -191,7 +197,8 @@ private:
         }
         const Text profile = installation.profile();
         if (m_session.profile.empty() && installation.storedProfile().empty()) {
-            add("no-profile", true, shown(root), "no profile is the current one", "choose one: " + command("use"));
+            add("no-profile", true, shown(root), "no profile is the current one",
+                "choose one: " + command("use"));
         } else if (!equalIgnoringCase(profile, utf16("Default")) && !Key::find(joinedKey(root, profile))) {
             add("profile-missing", true, shown(profile), "the current profile has no key",
                 "create it: " + command("profiles create \"" + shown(profile) + '"') +
@@ -216,14 +223,16 @@ void printFindings(const std::vector<Finding>& findings, const Layout& layout)
 {
     Table table;
     for (const Finding& finding : findings) {
-        const Cell severity = {finding.isError ? "error" : "note", finding.isError ? Style::bad : Style::quiet};
+        const Cell severity = {finding.isError ? "error" : "note",
+                               finding.isError ? Style::bad : Style::quiet};
         if (layout.columns) {
             const std::string subjects = joined(finding.subjects);
             table.addRow({severity, {finding.problem.starts_with(subjects) ? finding.problem
                                                                            : subjects + ": " + finding.problem}});
             table.addRow({{"remedy", Style::good}, {finding.remedy}});
         } else {
-            table.addRow({severity, {finding.code}, {joined(finding.subjects)}, {finding.problem}, {finding.remedy}});
+            table.addRow(
+                {severity, {finding.code}, {joined(finding.subjects)}, {finding.problem}, {finding.remedy}});
         }
     }
     table.print(layout);
@@ -254,8 +263,11 @@ void doctor(Session& session)
 
 Command doctorCommand()
 {
-    return {"doctor", "Tell what is wrong with the installation, and how to mend it", {jsonFlag(json)},
-            "Looks at the registry, the INI files, the languages, the user's folders and tree. Exit code 1 when "
-            "there is an error; a note alone is none.",
-            doctor};
+    return {
+        "doctor",
+        "Tell what is wrong with the installation, and how to mend it",
+        {jsonFlag(json)},
+        "Looks at the registry, the INI files, the languages, the user's folders and tree. Exit code 1 when "
+        "there is an error; a note alone is none.",
+        doctor};
 }

@@ -32,8 +32,8 @@ void exportTree(Session& session)
 Command exportCommand()
 {
     std::vector<Parameter> parameters = arguments.place.parameters();
-    parameters.push_back(
-        {"--file", "FILE", &arguments.file, "where to, instead of standard output; it is replaced as a whole"});
+    parameters.push_back({"--file", "FILE", &arguments.file,
+                          "where to, instead of standard output; it is replaced as a whole"});
     parameters.push_back({"--format", "FORMAT", &arguments.format,
                           "json, or reg: a file of the Windows registry editor, version 5.00"});
     return {"export", "Write a key with everything below it to a file", parameters, "", exportTree};

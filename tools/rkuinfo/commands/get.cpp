@@ -76,7 +76,8 @@ Command getCommand()
                      "a value: its name, with its key before it, / or \\ between them", true};
     parameters.push_back({"--as", "FORM", &arguments.type,
                           "double: the number that eight bytes are; hex: an integer's bits in hexadecimal"});
-    parameters.push_back({"--default", "DATA", &arguments.otherwise, "print this when there is no such value"});
+    parameters.push_back(
+        {"--default", "DATA", &arguments.otherwise, "print this when there is no such value"});
     parameters.push_back(jsonFlag(arguments.json));
     return {"get", "Print a value", parameters, "", get};
 }

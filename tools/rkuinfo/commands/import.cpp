@@ -79,16 +79,18 @@ Command importCommand()
 {
     std::vector<Parameter> all = parameters();
     all.push_back({"--dry-run", "", &arguments.dryRun, "only print what would change, as diff does"});
-    return {"import", "Write what export gave, or a .reg file, into a key", all,
-            "What is there already stays, unless it has the same name. A bad file changes nothing, and a write "
-            "that is refused takes back those before it; only a process that is ended in between leaves a part.",
-            importTree};
+    return {
+        "import", "Write what export gave, or a .reg file, into a key", all,
+        "What is there already stays, unless it has the same name. A bad file changes nothing, and a write "
+        "that is refused takes back those before it; only a process that is ended in between leaves a part.",
+        importTree};
 }
 
 Command diffCommand()
 {
-    return {"diff", "Tell what a file has and a key has not", parameters(),
-            "+ is in the file alone, - in the key alone, ~ in both with other data. Exit code 1 when something "
-            "differs.",
-            diff};
+    return {
+        "diff", "Tell what a file has and a key has not", parameters(),
+        "+ is in the file alone, - in the key alone, ~ in both with other data. Exit code 1 when something "
+        "differs.",
+        diff};
 }

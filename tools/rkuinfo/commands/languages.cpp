@@ -99,8 +99,11 @@ void languages(Session& session)
 
 Command languagesCommand()
 {
-    return {"languages", "Tell which languages are installed, and why the others are not", {jsonFlag(json)},
-            "FOLDER is the language's folder beside the program, ENTRY its installer's uninstall entry, which "
-            "only the default product needs, LIBRARY its RkUInfoRes.dll.",
-            languages};
+    return {
+        "languages",
+        "Tell which languages are installed, and why the others are not",
+        {jsonFlag(json)},
+        "FOLDER is the language's folder beside the program, ENTRY its installer's uninstall entry, which "
+        "only the default product needs, LIBRARY its RkUInfoRes.dll.",
+        languages};
 }

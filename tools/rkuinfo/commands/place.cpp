@@ -5,7 +5,10 @@
 
 std::vector<Parameter> Place::parameters()
 {
-    return {{"SUBTREE", "", &subtree, "where: " "product-root ... user-config, see rkuinfo --help", true},
+    return {{"SUBTREE", "", &subtree,
+             "where: "
+             "product-root ... user-config, see rkuinfo --help",
+             true},
             {"KEY", "", &key, "a key below the subtree's own, / or \\ between its parts"}};
 }
 
@@ -33,15 +36,17 @@ Text normalised(const std::string& key)
     Text path = utf16(key);
     std::ranges::replace(path, Text::value_type('/'), Text::value_type('\\'));
     const std::size_t start = path.find_first_not_of(Text::value_type('\\'));
-    return start == Text::npos ? Text()
-                               : path.substr(start, path.find_last_not_of(Text::value_type('\\')) - start + 1);
+    return start == Text::npos
+               ? Text()
+               : path.substr(start, path.find_last_not_of(Text::value_type('\\')) - start + 1);
 }
 
 ValuePlace splitValue(const std::string& path)
 {
     const Text whole = normalised(path);
     const std::size_t end = whole.rfind(Text::value_type('\\'));
-    return end == Text::npos ? ValuePlace{{}, whole} : ValuePlace{whole.substr(0, end), whole.substr(end + 1)};
+    return end == Text::npos ? ValuePlace{{}, whole}
+                             : ValuePlace{whole.substr(0, end), whole.substr(end + 1)};
 }
 
 void checkPath(const Text& path, const std::string& told)

@@ -115,9 +115,11 @@ void profiles(Session& session)
 
 Command profilesCommand()
 {
-    return {"profiles", "List, create, select, copy and delete profiles",
+    return {"profiles",
+            "List, create, select, copy and delete profiles",
             {{"ACTION", "", &arguments.action, "list, current, create, select, copy or delete"},
              {"NAME", "", &arguments.name, "the profile"},
              {"COPY", "", &arguments.other, "what copy makes of it"}},
-            "The current profile, marked by *, cannot be deleted.", profiles};
+            "The current profile, marked by *, cannot be deleted.",
+            profiles};
 }

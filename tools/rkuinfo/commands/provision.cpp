@@ -47,7 +47,9 @@ void provision(Session& session)
 
 Command provisionCommand()
 {
-    return {"provision", "Create the current user's tree", {},
+    return {"provision",
+            "Create the current user's tree",
+            {},
             "Starts the library as an application does, which remembers product, language and profile.",
             provision};
 }

@@ -65,8 +65,8 @@ void search(Session& session)
 Command searchCommand()
 {
     std::vector<Parameter> parameters = arguments.place.parameters();
-    parameters.insert(parameters.begin() + 1,
-                      {"TEXT", "", &arguments.text, "a part of a name or of a value's data, in any case", true});
-    return {"search", "Find keys and values by name or data", parameters,
-            "Exit code 1 when there are none.", search};
+    parameters.insert(parameters.begin() + 1, {"TEXT", "", &arguments.text,
+                                               "a part of a name or of a value's data, in any case", true});
+    return {"search", "Find keys and values by name or data", parameters, "Exit code 1 when there are none.",
+            search};
 }

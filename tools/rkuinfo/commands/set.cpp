@@ -39,8 +39,7 @@ Command setCommand()
         {"TYPE", "", &arguments.type, "int, int64, double, binary (in hexadecimal) or string", true});
     parameters.push_back({"DATA", "", &arguments.data,
                           "what to store; behind -- when it begins with a dash. Integers also as 0xff"});
-    parameters.push_back(
-        {"--file", "FILE", &arguments.file, "take DATA from a file; - is standard input"});
+    parameters.push_back({"--file", "FILE", &arguments.file, "take DATA from a file; - is standard input"});
     return {"set", "Store a value and make its key", parameters,
             "A double is stored as its eight bytes, as applications do; get --as double gives it back.", set};
 }

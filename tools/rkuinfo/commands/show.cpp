@@ -66,10 +66,7 @@ public:
     {
     }
 
-    std::vector<Section> sections() const
-    {
-        return {identity(), program(), roaming(), local(), registry()};
-    }
+    std::vector<Section> sections() const { return {identity(), program(), roaming(), local(), registry()}; }
 
 private:
     Section identity() const
@@ -216,6 +213,9 @@ void show(Session& session)
 
 Command showCommand()
 {
-    return {"show", "Show who the program is, and where its folders, files and registry keys are",
-            {jsonFlag(json)}, "What does not exist is marked as missing.", show};
+    return {"show",
+            "Show who the program is, and where its folders, files and registry keys are",
+            {jsonFlag(json)},
+            "What does not exist is marked as missing.",
+            show};
 }

@@ -28,6 +28,9 @@ void use(Session& session)
 
 Command useCommand()
 {
-    return {"use", "Make product, language and profile those of the next start", {},
-            "What no option names stays. No other command but provision remembers what the options say.", use};
+    return {"use",
+            "Make product, language and profile those of the next start",
+            {},
+            "What no option names stays. No other command but provision remembers what the options say.",
+            use};
 }

@@ -106,8 +106,7 @@ Installation::Installation(const Session& session) : m_profile(utf16(session.pro
     product = firstOf({utf16(session.product),
                        storedText(utf16("Software\\") + company, "CurProduct", longestName + 1),
                        iniText("TARVO.ini", L"Product", utf16("ProductName"), 255), utf16("TARVO")});
-    needsEntries =
-        equalIgnoringCase(company, utf16("NORVIK")) && equalIgnoringCase(product, utf16("TARVO"));
+    needsEntries = equalIgnoringCase(company, utf16("NORVIK")) && equalIgnoringCase(product, utf16("TARVO"));
     for (const uinfo::Language& record : uinfo::languages) {
         languages.push_back(examineLanguage(folder, record, needsEntries));
     }
@@ -137,8 +136,9 @@ std::string Installation::whyNotWanted() const
         return '\'' + shown(wanted) + "', which " + source + " names, is none of the fifteen languages";
     }
     const LanguageState& state = languages[static_cast<std::size_t>(index)];
-    return state.isInstalled() ? ""
-                               : state.name() + ", which " + source + " names, is not installed: " + state.whyNot();
+    return state.isInstalled()
+               ? ""
+               : state.name() + ", which " + source + " names, is not installed: " + state.whyNot();
 }
 
 const LanguageState& Installation::chosenLanguage() const
@@ -149,7 +149,8 @@ const LanguageState& Installation::chosenLanguage() const
     if (const std::string why = whyNotWanted(); !why.empty()) {
         throw Failure(why + "; name an installed language with --language");
     }
-    return languages[static_cast<std::size_t>(wanted.empty() ? preferred : uinfo::findLanguage(Argument(wanted)))];
+    return languages[static_cast<std::size_t>(wanted.empty() ? preferred
+                                                             : uinfo::findLanguage(Argument(wanted)))];
 }
 
 Text Installation::language() const
@@ -214,7 +215,7 @@ Text Installation::iniText(const char* file, const wchar_t* section, const Text&
 {
     wchar_t out[1024] = {};
     const Argument name(key);
-    const bool isRead = uinfo::readIniText(section, name, out, capacity, Argument(utf16(file))) ==
-                        uinfo::IniResult::found;
+    const bool isRead =
+        uinfo::readIniText(section, name, out, capacity, Argument(utf16(file))) == uinfo::IniResult::found;
     return isRead ? rkuinfo::text(out) : Text();
 }

@@ -1,5 +1,6 @@
-// An application's folder and the user's part of the registry: who the application would be, looked at without
-// starting the library, which would remember it, ask in a message box, and knows the process's own folder alone.
+// An application's folder and the user's part of the registry: who the application would be, looked at
+// without starting the library, which would remember it, ask in a message box, and knows the process's own
+// folder alone.
 #pragma once
 
 #include "model/registry.h"
@@ -38,9 +39,9 @@ public:
     Text product;
     bool needsEntries = false;            ///< the default product
     std::vector<LanguageState> languages; ///< all fifteen, by index
-    Text wanted;                          ///< the language that start-up would take; empty when nothing names one
-    std::string source;                   ///< what names it
-    std::int32_t preferred = -1;          ///< the installed language that start-up would propose
+    Text wanted;                 ///< the language that start-up would take; empty when nothing names one
+    std::string source;          ///< what names it
+    std::int32_t preferred = -1; ///< the installed language that start-up would propose
 
     /// Why the wanted language cannot be taken; empty when it can, or when none is wanted.
     std::string whyNotWanted() const;

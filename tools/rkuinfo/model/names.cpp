@@ -62,11 +62,12 @@ std::string chosen(const std::string& word, const std::vector<std::string>& name
         list += (list.empty() ? "" : ", ") + name;
     }
     const auto meant = std::ranges::find(plainNames, nearest(wanted, plainNames));
-    throw Failure("'" + shown(utf16(word)) + "' is no " + what + ": " +
-                      (meant == plainNames.end()
-                           ? "there are " + list
-                           : "did you mean " + names[static_cast<std::size_t>(meant - plainNames.begin())] + "?"),
-                  exitUsage);
+    throw Failure(
+        "'" + shown(utf16(word)) + "' is no " + what + ": " +
+            (meant == plainNames.end()
+                 ? "there are " + list
+                 : "did you mean " + names[static_cast<std::size_t>(meant - plainNames.begin())] + "?"),
+        exitUsage);
 }
 
 TarvoConfig::Path subtreePath(std::string_view name)

@@ -1,5 +1,5 @@
-// Stands for src/platform/executable.cpp in this program: src/program asks where the executable is, and gets an answer
-// that the user chose. So it is start-up's own code that tells about another application's folder.
+// Stands for src/platform/executable.cpp in this program: src/program asks where the executable is, and gets
+// an answer that the user chose. So it is start-up's own code that tells about another application's folder.
 #include "model/program.h"
 
 #include "platform/executable.h"

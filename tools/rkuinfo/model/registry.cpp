@@ -27,7 +27,8 @@ constexpr Reason reasons[] = {
     {ERROR_READ_FAULT, "it cannot be read", "look for a fault of the disk"},
     {ERROR_INVALID_PARAMETER, "the name is not possible", "choose another one"},
     {ERROR_DISK_FULL, "the disk is full", "make room on it"},
-    {ERROR_BADDB, "the registry is damaged or of another format", "move it away: the next start makes a new one"},
+    {ERROR_BADDB, "the registry is damaged or of another format",
+     "move it away: the next start makes a new one"},
     {ERROR_CANTOPEN, "it cannot be opened", "look for its folder and the rights to it"},
     {ERROR_CANTREAD, "it cannot be read", "look for a fault of the disk"},
     {ERROR_CANTWRITE, "it cannot be written", "look for room and for the rights to its folder"},
@@ -41,8 +42,8 @@ Trouble trouble(LSTATUS status, const std::string& key)
 {
     const auto* const found = std::ranges::find(reasons, status, &Reason::status);
     const bool isKnown = found != std::end(reasons);
-    return {key + ": " + (isKnown ? std::string(found->words) + ", " : "") + "error " + std::to_string(status) +
-                registryPlace(),
+    return {key + ": " + (isKnown ? std::string(found->words) + ", " : "") + "error " +
+                std::to_string(status) + registryPlace(),
             isKnown ? found->remedy : ""};
 }
 
@@ -168,9 +169,9 @@ std::optional<Value> Key::value(const Text& name) const
 
 void Key::set(const Value& value) const
 {
-    const LSTATUS status = RegSetValueExW(m_key.get(), Argument(value.name), 0, static_cast<DWORD>(value.type),
-                                          reinterpret_cast<const BYTE*>(value.data.data()),
-                                          static_cast<DWORD>(value.data.size()));
+    const LSTATUS status = RegSetValueExW(
+        m_key.get(), Argument(value.name), 0, static_cast<DWORD>(value.type),
+        reinterpret_cast<const BYTE*>(value.data.data()), static_cast<DWORD>(value.data.size()));
     if (status != ERROR_SUCCESS) {
         refuse(status);
     }

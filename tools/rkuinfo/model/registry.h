@@ -1,7 +1,8 @@
-// The current user's registry by its own calls: they tell why something is refused, which the library does not.
+// The current user's registry by its own calls: they tell why something is refused, which the library does
+// not.
 //
-// What a command shows it reads here, without starting the library: start-up remembers in the registry what it
-// chose, and looking must change nothing, not even when it is ended in between or run twice at a time.
+// What a command shows it reads here, without starting the library: start-up remembers in the registry what
+// it chose, and looking must change nothing, not even when it is ended in between or run twice at a time.
 #pragma once
 
 #include "text/text.h"

@@ -19,7 +19,8 @@ struct Session
 
     int exitCode = 0;
 
-    /// The options that say whom to be, as they were given: " --company Acme"; for the remedies that are told.
+    /// The options that say whom to be, as they were given: " --company Acme"; for the remedies that are
+    /// told.
     std::string repeated() const;
     Layout layout() const;
     /// Prints a sentence on standard error, and lets the process end with exit code 1 later on.

@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-/// Loads libraries from the program's and the system's folder alone; lets every byte pass unchanged through the
-/// standard streams, and a console understand colours and UTF-8 while it lives.
+/// Loads libraries from the program's and the system's folder alone; lets every byte pass unchanged through
+/// the standard streams, and a console understand colours and UTF-8 while it lives.
 class Console
 {
 public:
@@ -35,11 +35,12 @@ std::string nativePath(const Text& path);
 /// Whether a file is there, but this user may not read it or another process has locked it.
 bool isBarred(const Text& path);
 
-/// For messages about the registry, where it lies: " in FILE"; empty where the system has no one place for it.
+/// For messages about the registry, where it lies: " in FILE"; empty where the system has no one place for
+/// it.
 std::string registryPlace();
 
-/// Where the system has transactions over several calls of the registry, those from begin to end are all kept, or
-/// undone by the end, also by that of the process.
+/// Where the system has transactions over several calls of the registry, those from begin to end are all
+/// kept, or undone by the end, also by that of the process.
 struct RegistryTransaction
 {
     static bool begin(); ///< false where there are none

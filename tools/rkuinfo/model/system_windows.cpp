@@ -56,7 +56,8 @@ Text fullFolder(const std::string& name)
 {
     wchar_t path[1024] = {};
     const DWORD length = GetFullPathNameW(utf16(name).c_str(), 1023, path, nullptr);
-    const DWORD attributes = length == 0 || length >= 1023 ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(path);
+    const DWORD attributes =
+        length == 0 || length >= 1023 ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(path);
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
         return {};
     }

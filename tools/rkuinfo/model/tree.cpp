@@ -109,8 +109,8 @@ void takeBack(const Text& root, const std::vector<Change>& changes, std::size_t 
             carryOut(root, inverse(changes[--done]));
         }
     } catch (const Failure& second) {
-        throw Failure(std::string(reason.what()) + "; a part was written and could not be taken back: " +
-                      second.what());
+        throw Failure(std::string(reason.what()) +
+                      "; a part was written and could not be taken back: " + second.what());
     }
 }
 
@@ -118,8 +118,8 @@ void takeBack(const Text& root, const std::vector<Change>& changes, std::size_t 
 
 Node& Node::below(const Text& keyName)
 {
-    const auto found = std::ranges::find_if(
-        keys, [&](const Node& key) { return equalIgnoringCase(key.name, keyName); });
+    const auto found =
+        std::ranges::find_if(keys, [&](const Node& key) { return equalIgnoringCase(key.name, keyName); });
     if (found != keys.end()) {
         return *found;
     }
@@ -179,7 +179,9 @@ void printChanges(const std::vector<Change>& changes)
                                       ' ' + dataText(value);
     };
     for (const Change& change : changes) {
-        const char* const sign = change.kind == Kind::added ? "+ " : change.kind == Kind::removed ? "- " : "~ ";
+        const char* const sign = change.kind == Kind::added     ? "+ "
+                                 : change.kind == Kind::removed ? "- "
+                                                                : "~ ";
         const std::string key = change.key.empty() ? "" : shown(change.key) + '\\';
         if (change.isKey) {
             print(sign + (key.empty() ? "the key itself" : key));

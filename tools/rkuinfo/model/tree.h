@@ -32,8 +32,8 @@ struct Change
     };
 
     Kind kind = Kind::added;
-    Text key;            ///< below the one that was named
-    bool isKey = false;  ///< the key itself
+    Text key;           ///< below the one that was named
+    bool isKey = false; ///< the key itself
     Value before;
     Value after;
 };
@@ -41,8 +41,8 @@ struct Change
 /// What importing a file would do, or, with isWhole, what tells the two apart.
 std::vector<Change> changes(const Node& present, const Node& wanted, bool isWhole);
 
-/// Carries them out; when one is refused, takes back those before it and throws why. progress is told how many are
-/// done.
+/// Carries them out; when one is refused, takes back those before it and throws why. progress is told how
+/// many are done.
 void apply(const Text& root, const std::vector<Change>& changes,
            const std::function<void(std::size_t)>& progress);
 

@@ -39,9 +39,9 @@ std::optional<Value> valueOf(unsigned long type, const std::optional<Number>& nu
 /// What a word must be to be a value of that type.
 const char* expectation(std::string_view type)
 {
-    return type == "int"     ? "a whole number from -2147483648 to 2147483647, or 0x and hexadecimal digits"
-           : type == "int64" ? "a whole number from -9223372036854775808 to 9223372036854775807, or 0x and "
-                               "hexadecimal digits"
+    return type == "int"      ? "a whole number from -2147483648 to 2147483647, or 0x and hexadecimal digits"
+           : type == "int64"  ? "a whole number from -9223372036854775808 to 9223372036854775807, or 0x and "
+                                "hexadecimal digits"
            : type == "double" ? "a number such as 1.25"
                               : "one or more bytes in hexadecimal, such as 00ff10";
 }

@@ -35,8 +35,8 @@ public:
     /// A line above the rows that follow, which only people get.
     void addHeading(std::string text) { m_rows.push_back({{std::move(text), Style::heading}}); }
 
-    /// Each column is as wide as its widest cell, up to a third of the terminal; a row with a wider one goes on
-    /// below it. The last column is folded at the right edge.
+    /// Each column is as wide as its widest cell, up to a third of the terminal; a row with a wider one goes
+    /// on below it. The last column is folded at the right edge.
     void print(const Layout& layout) const;
 
 private:

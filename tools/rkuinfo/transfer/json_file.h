@@ -1,8 +1,9 @@
 // JSON: texts, values and subtrees without loss.
 //
 // A key is {"values": [{"name": N, "type": T, "value": V}...], "keys": [{"name": N, "values": ..., "keys":
-// ...}...]}. The default value's name is empty, binary values are in hexadecimal. A value of a registry type that
-// applications do not read has the type's number for T and its bytes for V. A text that is no valid UTF-16 is
+// ...}...]}. The default value's name is empty, binary values are in hexadecimal. A value of a registry type
+// that applications do not read has the type's number for T and its bytes for V. A text that is no valid
+// UTF-16 is
 // {"utf16": [numbers]}, since JSON has no other place for a lone surrogate.
 #pragma once
 

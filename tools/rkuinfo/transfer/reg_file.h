@@ -10,5 +10,6 @@ bool isRegFile(const std::string& bytes);
 /// root is the path of the key that the node is, below HKEY_CURRENT_USER.
 std::string toRegFile(const Text& root, const Node& node);
 
-/// What the file says of a key, which every other key in it must be below; throws with the line and the reason.
+/// What the file says of a key, which every other key in it must be below; throws with the line and the
+/// reason.
 Node fromRegFile(const std::string& file, const std::string& bytes, const Text& root);

@@ -1,5 +1,4 @@
-# Compares what a built library exports with the list in exports.txt, and on Windows what it imports with what a
-# clean system has. Called with LIBRARY, FORMAT (elf or pe), NM, OBJDUMP and LIST.
+# Compares what a built library exports with a list. Called with LIBRARY, FORMAT (elf or pe), NM, OBJDUMP and LIST.
 cmake_minimum_required(VERSION 3.25)
 
 function(lines_of output)
@@ -17,17 +16,13 @@ if(FORMAT STREQUAL elf)
     list(APPEND exported ${name})
   endforeach()
 else()
-  set(allowed RkOsBase.dll KERNEL32.dll ADVAPI32.dll SHELL32.dll SHLWAPI.dll USER32.dll
-    msvcrt.dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
   lines_of(lines ${OBJDUMP} -p ${LIBRARY})
   set(in_names FALSE)
   foreach(line IN LISTS lines)
-    if(line MATCHES "DLL Name: (.*)$" AND NOT CMAKE_MATCH_1 IN_LIST allowed)
-      message(SEND_ERROR "imports ${CMAKE_MATCH_1}")
-    elseif(line MATCHES "^Ordinal/Name Pointer")
+    if(line MATCHES "^Ordinal/Name Pointer|^ Ordinal +RVA +Name") # as binutils and as LLVM have it
       set(in_names TRUE)
-    elseif(in_names AND line MATCHES "^\t +[0-9]+ +([^ ]+)$")
-      list(APPEND exported ${CMAKE_MATCH_1})
+    elseif(in_names AND line MATCHES "^\t? +[0-9]+ +(0x[0-9a-f]+ +)?([^ ]+)$")
+      list(APPEND exported ${CMAKE_MATCH_2})
     else()
       set(in_names FALSE)
     endif()

@@ -36,7 +36,7 @@ void checkRoundTrip(const T& value)
     EXPECT_EQ(error, TarvoConfig::eWrongType);
 }
 
-TEST(Modern, KeepsEachType)
+TEST(Cpp20, KeepsEachType)
 {
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     const KeyCounter keys;
@@ -50,7 +50,7 @@ TEST(Modern, KeepsEachType)
     EXPECT_EQ(keys.stillOpen(), 0);
 }
 
-TEST(Modern, TellsWhatFailed)
+TEST(Cpp20, TellsWhatFailed)
 {
     std::error_code error;
     EXPECT_FALSE(rkuinfo::get<double>(settings, L"Value", error));
@@ -69,7 +69,7 @@ TEST(Modern, TellsWhatFailed)
     EXPECT_EQ(messages.size(), 8u);
 }
 
-TEST(Modern, WalksItemsAndValues)
+TEST(Cpp20, WalksItemsAndValues)
 {
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     setRaw(HKEY_CURRENT_USER, settingsKey, "", text("default"));
@@ -103,7 +103,7 @@ TEST(Modern, WalksItemsAndValues)
     EXPECT_EQ(keys.stillOpen(), 0);
 }
 
-TEST(Modern, TakesWhatFunctionsGive)
+TEST(Cpp20, TakesWhatFunctionsGive)
 {
     EXPECT_EQ(utf8(rkuinfo::text(GetRegistryVersionRootKey)), "") << "before start-up";
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
