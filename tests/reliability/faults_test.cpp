@@ -132,8 +132,10 @@ void breakAll()
     using Allocate = void*(std::size_t);
     constexpr bool isLong = std::is_same_v<std::size_t, unsigned long>; // as names are mangled
     breakable<"malloc", Allocate>({ERROR_NOT_ENOUGH_MEMORY}, null, "thrown 6");
-    breakable<isLong ? Name("_Znam") : Name("_Znay"), Allocate>({ERROR_NOT_ENOUGH_MEMORY}, noMemory,
-                                                                "no memory");
+    if (!hasOwnHeapOperators) {
+        breakable<isLong ? Name("_Znam") : Name("_Znay"), Allocate>({ERROR_NOT_ENOUGH_MEMORY}, noMemory,
+                                                                    "no memory");
+    }
 }
 
 /// Starts with a started configuration or not, in a tree or in nothing.

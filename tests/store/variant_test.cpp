@@ -161,9 +161,12 @@ TEST_F(StoreTest, FailureIsRecordedThenThrownByPointer)
             EXPECT_EQ(describe(value), withoutBlock(type));
         }
         constexpr bool isLong = sizeof(long) == 8; // as names are mangled
-        const Patch noException =
-                        intercept < isLong ? Name("_ZnwmRKSt9nothrow_t") : Name("_ZnwyRKSt9nothrow_t"),
-                    void * (std::size_t, const std::nothrow_t&) > ([](auto...) { return nullptr; }, module);
+        const auto refuse = [](auto...) -> void* { return nullptr; };
+        const Patch noException = hasOwnHeapOperators
+                                      ? intercept<"malloc", void*(std::size_t)>(refuse, module)
+                                  : intercept < isLong ? Name("_ZnwmRKSt9nothrow_t")
+                                                       : Name("_ZnwyRKSt9nothrow_t"),
+                    void * (std::size_t, const std::nothrow_t&) > (refuse, module);
         recorder.recorded.clear();
         EXPECT_EQ(thrownCode(call), -1);
         EXPECT_TRUE(recorder.recorded.empty());

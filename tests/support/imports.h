@@ -26,6 +26,13 @@ struct Name
     char text[Size];
 };
 
+/// Whether a module's heap operators are its own, over the malloc that it imports, as Visual C++ has them.
+#ifdef _MSC_VER
+inline constexpr bool hasOwnHeapOperators = true;
+#else
+inline constexpr bool hasOwnHeapOperators = false;
+#endif
+
 /// Holds while a function is replaced.
 using Patch = std::shared_ptr<void>;
 
@@ -45,14 +52,15 @@ Patch replaceImport(const char* module, Handler handler, std::type_identity<Resu
     void* const original = *slots.front();
     State* const before = active;
     active = new State{handler, reinterpret_cast<Result (*)(Arguments...)>(original)};
-    for (void** const slot : slots) {
+    Patch patch(active, [=](State* state) {
+        std::for_each(slots.begin(), slots.end(), [=](void** slot) { *slot = original; });
+        active = before;
+        delete state;
+    });
+    for (void** const slot : slots) { // last: it may be malloc, for which this program asks too
         *slot = reinterpret_cast<void*>(call);
     }
-    return {active, [=](State* state) {
-                std::for_each(slots.begin(), slots.end(), [=](void** slot) { *slot = original; });
-                active = before;
-                delete state;
-            }};
+    return patch;
 }
 
 /// Hands a module's calls of one function to handler(real, arguments...):
