@@ -40,7 +40,7 @@ protected:
         }
     }
 
-    Error find(Text key, Iterator& it) { return m_config.findItem(eSettings, key, it); }
+    Error find(LPCWSTR key, Iterator& it) { return m_config.findItem(eSettings, key, it); }
 };
 
 using Kinds = testing::Types<TarvoConfig::ItemIterator, TarvoConfig::ValueIterator>;
