@@ -4,7 +4,7 @@ target_compile_features(rkuinfo_flags INTERFACE cxx_std_20)
 
 if(MSVC)
   # UTF-8 sources in standard C++, warned of without the advice to use Microsoft's own functions.
-  set(flags /W4 /permissive- /utf-8 /EHsc /Zc:__cplusplus /guard:cf)
+  set(flags /W4 /permissive- /utf-8 /EHsc /Zc:__cplusplus /guard:cf /Brepro)
   target_compile_definitions(rkuinfo_flags INTERFACE _CRT_SECURE_NO_WARNINGS)
 else()
   set(flags
@@ -13,13 +13,12 @@ else()
 endif()
 # No path of the build machine; of two maps that fit, the later one counts.
 set(path_maps -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
-if(MSVC AND CMAKE_CXX_COMPILER_ID STREQUAL Clang)
-  list(TRANSFORM path_maps PREPEND /clang:)
-  list(APPEND flags ${path_maps} /clang:-no-canonical-prefixes)
-elseif(MSVC)
-  list(APPEND flags /Brepro)
-else()
+if(NOT MSVC)
   list(APPEND flags ${path_maps})
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+  list(TRANSFORM path_maps PREPEND /clang:)
+  list(APPEND flags ${path_maps} -fdebug-compilation-dir=. -gno-codeview-command-line)
+  target_link_options(rkuinfo_flags INTERFACE /PDBSOURCEPATH:.)
 endif()
 target_compile_options(rkuinfo_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:${flags}>")
 

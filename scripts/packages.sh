@@ -30,6 +30,9 @@ need_for() {
         libcli11-dev nlohmann-json3-dev libfmt-dev
     case $1 in
     windows) need wine wine64 xvfb ;;
+    visual-cpp*)
+        need wine wine64 xvfb clang-19 clang-tools-19 lld-19 llvm-19 libc++-19-dev libwine-dev
+        ;;
     *) need libsqlite3-dev pkgconf doxygen ;;
     esac
 }

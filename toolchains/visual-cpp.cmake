@@ -17,24 +17,23 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # a client's CMAKE_PREFIX_PATH too
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-wine.sh)
 
-set(VISUAL_CPP_LIBRARIES ${CMAKE_CURRENT_LIST_DIR}/../build/visual-cpp-runtime CACHE PATH
-  "Where make-libraries.sh puts its libraries")
+cmake_path(SET folder NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/visual-cpp-libraries)
+set(VISUAL_CPP_LIBRARIES ${folder} CACHE PATH "Where make-libraries.sh puts its libraries")
 option(VISUAL_CPP_WHOLE_LIBCXX "Link the whole of libc++, made from its sources, not the few functions of few.cpp" OFF)
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VISUAL_CPP_LIBRARIES VISUAL_CPP_WHOLE_LIBCXX)
 set(folder ${CMAKE_CURRENT_LIST_DIR}/visual-cpp)
 execute_process(COMMAND ${folder}/make-libraries.sh ${VISUAL_CPP_LIBRARIES} COMMAND_ERROR_IS_FATAL ANY)
 
 # As make-libraries.sh, which compiles with the same headers.
-set(flags "/X")
-foreach(headers ${folder}/include /usr/lib/llvm-19/lib/clang/19/include
-    /usr/include/wine/wine/msvcrt /usr/include/wine/wine/windows)
-  string(APPEND flags " /clang:-isystem /clang:${headers}")
-endforeach()
-string(APPEND flags " -DWINE_UNICODE_NATIVE")
-set(CMAKE_C_FLAGS_INIT ${flags})
-string(REPLACE "/X" "/X /clang:-isystem /clang:${folder}/libcxx /clang:-isystem /clang:/usr/lib/llvm-19/include/c++/v1"
-  CMAKE_CXX_FLAGS_INIT ${flags})
-string(APPEND CMAKE_CXX_FLAGS_INIT " -D_LIBCPP_DISABLE_VISIBILITY_ANNOTATIONS /EHsc /GR")
+set(headers ${folder}/include /usr/lib/llvm-19/lib/clang/19/include
+  /usr/include/wine/wine/msvcrt /usr/include/wine/wine/windows)
+set(VISUAL_CPP_HEADERS ${folder}/libcxx /usr/lib/llvm-19/include/c++/v1 ${headers})
+set(CMAKE_C_FLAGS_INIT "/X -DWINE_UNICODE_NATIVE")
+set(CMAKE_CXX_FLAGS_INIT "/X -DWINE_UNICODE_NATIVE -D_LIBCPP_DISABLE_VISIBILITY_ANNOTATIONS /EHsc /GR")
+list(TRANSFORM headers PREPEND " /clang:-isystem /clang:" OUTPUT_VARIABLE c_headers)
+string(APPEND CMAKE_C_FLAGS_INIT ${c_headers})
+list(TRANSFORM VISUAL_CPP_HEADERS PREPEND " /clang:-isystem /clang:" OUTPUT_VARIABLE cxx_headers)
+string(APPEND CMAKE_CXX_FLAGS_INIT ${cxx_headers})
 # llvm-rc overlooks the code page that a resource script names.
 set(CMAKE_RC_FLAGS_INIT "/C 65001 -I /usr/include/wine/wine/windows -I /usr/include/wine/wine/msvcrt")
 

@@ -25,4 +25,14 @@ bool executableFolder(BoundedText& out, unsigned long size)
     return true;
 }
 
+bool executableFolderOrCut(BoundedText& out, unsigned long size)
+{
+    if (GetModuleFileNameW(GetModuleHandleW(nullptr), out.data(), static_cast<DWORD>(size)) == 0) {
+        return false;
+    }
+    out.measure(); // some systems leave a cut path without a terminator
+    out.cut(folderLength(out.text()));
+    return true;
+}
+
 } // namespace uinfo

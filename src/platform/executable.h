@@ -12,4 +12,7 @@ bool executablePath(wchar_t* out, unsigned long size);
 /// The same, cut after its last separator.
 bool executableFolder(BoundedText& out, unsigned long size);
 
+/// The same, but a path that does not fit is taken as it is cut, and the thread's last error left alone.
+bool executableFolderOrCut(BoundedText& out, unsigned long size);
+
 } // namespace uinfo

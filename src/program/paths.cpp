@@ -11,13 +11,7 @@ wchar_t folderCache[uinfo::pathCapacity];
 
 bool readProgramFolder(uinfo::BoundedText& folder)
 {
-    // A path that was cut at the capacity is taken like any other, and the thread's last error left alone.
-    if (GetModuleFileNameW(GetModuleHandleW(nullptr), folder.data(), uinfo::modulePathCapacity) == 0) {
-        return false;
-    }
-    folder.measure(); // some systems leave a cut path without a terminator
-    folder.cut(uinfo::folderLength(folder.text()));
-    return true;
+    return uinfo::executableFolderOrCut(folder, uinfo::modulePathCapacity);
 }
 
 } // namespace

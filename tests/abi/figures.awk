@@ -36,6 +36,7 @@ slots {
     offset = $1
     sub(/^ *[0-9]+ \|   /, "")
     sub(/vftable pointer/, "vtable pointer")
+    sub(/^(struct|enum) (VelaVariant::)?/, "") # which clang leaves out from 19 on
     text[name] = text[name] sprintf("  %7d  %s\n", offset, $0)
 }
 END {

@@ -21,12 +21,12 @@ TEST(Identity, IsResolvedFromArgumentRegistryIniAndDefault)
         {{}, {}, "", {"Norvik", "TARVO"}},
         {{}, {}, "[Product]\r\nCompanyName=\r\nProductName=\r\n", {"Norvik", "TARVO"}},
         {{}, {}, "[Product]\r\nCompanyName=" + xs(300) + "\r\nProductName=" + xs(300), {xs(253), xs(253)}},
-        {{}, {}, std::string(1 << 20, ';') + "\r\n" + ini, {"Acme", "Widget"}},
+        {{}, {}, std::string(900000, ';') + "\r\n" + ini, {"Acme", "Widget"}},
         {{xs(254), xs(254)}, text("Gadget"), ini, {xs(254), xs(254)}},
         {{}, text(xs(254)), ini, {"Acme", xs(254)}},
         {{}, text(xs(255)), ini, {"Acme", "Widget"}},
         {{}, RawValue{REG_SZ, text(xs(255)).bytes.substr(0, 510)}, ini, {"Acme", xs(255)}}, // no terminator
-        {{}, RawValue{REG_SZ, text("Gad").bytes.substr(0, 5)}, ini, {"Acme", "Gad"}}, // an odd byte
+        {{}, RawValue{REG_SZ, text("Gad").bytes.substr(0, 5)}, ini, {"Acme", "Gad"}},       // an odd byte
         {{}, text(""), ini, {"Acme", "Widget"}},
         {{}, dword(0x410041), ini, {"Acme", "Widget"}},
         {{}, RawValue{REG_EXPAND_SZ, text("Gadget").bytes}, "", {"Norvik", "TARVO"}},

@@ -2,8 +2,25 @@
 
 #include <dlfcn.h>
 
-GetModuleCalls loadModule(const char* file, const char* function)
+LoadedModule::LoadedModule(const char* file) : m_handle(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {}
+
+LoadedModule::~LoadedModule()
 {
-    void* const module = dlopen(file, RTLD_NOW | RTLD_LOCAL);
-    return module != nullptr ? reinterpret_cast<GetModuleCalls>(dlsym(module, function)) : nullptr;
+    if (m_handle != nullptr) {
+        dlclose(m_handle);
+    }
+}
+
+const ModuleCalls* LoadedModule::calls() const
+{
+    return m_handle != nullptr ? reinterpret_cast<GetModuleCalls>(dlsym(m_handle, "moduleCalls"))() : nullptr;
+}
+
+bool LoadedModule::isLibraryLoaded()
+{
+    void* const library = dlopen("libRkUInfo.so", RTLD_LAZY | RTLD_NOLOAD);
+    if (library != nullptr) {
+        dlclose(library);
+    }
+    return library != nullptr;
 }

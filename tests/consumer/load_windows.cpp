@@ -2,10 +2,25 @@
 
 #include <windows.h>
 
-GetModuleCalls loadModule(const char* file, const char* function)
+LoadedModule::LoadedModule(const char* file) : m_handle(LoadLibraryA(file)) {}
+
+LoadedModule::~LoadedModule()
 {
-    HMODULE const module = LoadLibraryA(file);
-    return module != nullptr
-               ? reinterpret_cast<GetModuleCalls>(reinterpret_cast<void*>(GetProcAddress(module, function)))
-               : nullptr;
+    if (m_handle != nullptr) {
+        FreeLibrary(static_cast<HMODULE>(m_handle));
+    }
+}
+
+const ModuleCalls* LoadedModule::calls() const
+{
+    if (m_handle == nullptr) {
+        return nullptr;
+    }
+    const FARPROC function = GetProcAddress(static_cast<HMODULE>(m_handle), "moduleCalls");
+    return reinterpret_cast<GetModuleCalls>(reinterpret_cast<void*>(function))();
+}
+
+bool LoadedModule::isLibraryLoaded()
+{
+    return GetModuleHandleA("RkUInfo.dll") != nullptr;
 }

@@ -1,7 +1,14 @@
 // A module that is linked with the library like the program that loads it.
 #include "module.h"
+#include "check.h"
 
 namespace {
+
+bool start()
+{
+    return InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk &&
+           equal(GetCurrentLanguageLocalName(), L"English");
+}
 
 void share(long value)
 {
@@ -24,11 +31,17 @@ void throwStatus()
     VelaVariant().setBinary("", -1);
 }
 
-const ModuleCalls calls = {velaConfig, share, fill, throwConfigException, throwStatus};
+const ModuleCalls calls = {velaConfig, start, share, fill, throwConfigException, throwStatus};
 
 } // namespace
 
-extern "C" const ModuleCalls* moduleCalls();
+#ifdef _WIN32
+#define MODULE_EXPORT __declspec(dllexport)
+#else
+#define MODULE_EXPORT
+#endif
+
+extern "C" MODULE_EXPORT const ModuleCalls* moduleCalls();
 
 extern "C" const ModuleCalls* moduleCalls()
 {

@@ -1,4 +1,4 @@
-// What the module gives to the program: one table of functions.
+// What the module gives to a program: one table of functions.
 #pragma once
 
 #include <RkUInfo.h>
@@ -6,6 +6,8 @@
 struct ModuleCalls
 {
     TarvoConfig* (*config)();
+    /// Starts up and reads the language library; whether both went well.
+    bool (*start)();
     void (*share)(long value);
     void (*fill)(VelaVariant& value);
     void (*throwConfigException)();
@@ -14,5 +16,21 @@ struct ModuleCalls
 
 using GetModuleCalls = const ModuleCalls* (*)();
 
-/// The module's function of that name, or null.
-GetModuleCalls loadModule(const char* file, const char* function);
+/// A module that a program loads. Its calls are gone when it is.
+class LoadedModule
+{
+public:
+    explicit LoadedModule(const char* file);
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+    ~LoadedModule();
+
+    /// Null when it could not be loaded.
+    const ModuleCalls* calls() const;
+
+    /// Whether the library, whatever loaded it, is in this process.
+    static bool isLibraryLoaded();
+
+private:
+    void* m_handle;
+};

@@ -2,8 +2,8 @@
 # Checks the package as it is installed.
 #   check.sh install BUILD PREFIX          installs a build tree
 #   check.sh contents PREFIX LIST          nothing is missing, nothing else is there, nothing tells where it was built
-#   check.sh hardening PREFIX IMPORTS      what the Windows loader is told of the libraries, and what they import
-#   check.sh reproducible BUILD            the same sources in another folder give the same libraries
+#   check.sh hardening PREFIX IMPORTS [FLAG]...  what the Windows loader is told of the libraries, and what they import
+#   check.sh reproducible BUILD PRESET FILE...   the same sources give the same libraries, in another folder
 #   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  the client of tests/consumer is built and run
 #   check.sh pkgconfig PREFIX WORK         the same client without CMake
 set -euo pipefail
@@ -25,25 +25,25 @@ install_package() {
 
 check_contents() {
     diff "$2" <(cd "$1" && find . -type f | sed 's,^\./,,' | LC_ALL=C sort) || fail "The package's contents changed."
-    ! grep -rlF -e "$root" "$1" || fail "These files name the folder that they were built in."
+    ! grep -rlF --exclude='*.pdb' -e "$root" "$1" || fail "These files name the folder that they were built in."
     grep -ow 'm_[A-Za-z]*' "$1/share/rkuinfo/RkUInfo.natvis" | while read -r field; do
         grep -rqw "$field" "$1/include" || fail "RkUInfo.natvis shows a field that does not exist: $field"
     done
 }
 
 check_hardening() {
-    local objdump=x86_64-w64-mingw32-objdump file headers flag
+    local objdump=x86_64-w64-mingw32-objdump imports=$2 file headers flag
     for file in "$1"/bin/Rk*.dll "$1"/bin/*.exe; do
         [ -e "$file" ] || continue
         headers=$("$objdump" -p "$file")
-        for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+        for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT "${@:3}"; do
             grep -q "$flag" <<<"$headers" || fail "$file: not linked for $flag"
         done
         grep -qE 'Entry 5 0*[1-9a-f][0-9a-f]* 0*[1-9a-f][0-9a-f]* Base Relocation' <<<"$headers" ||
             fail "$file: has no relocations"
         ! "$objdump" -h "$file" | grep CODE | grep -v READONLY || fail "$file: has writable code"
     done
-    diff "$2" <(for file in RkOsBase RkUInfo; do
+    diff "$imports" <(for file in RkOsBase RkUInfo; do
         "$objdump" -p "$1/bin/$file.dll" | sed -n "s/.*DLL Name: /$file.dll /p" | LC_ALL=C sort
     done) || fail "The libraries import from others than before."
     "$objdump" -p "$1/bin/RkUInfo.dll" | grep DisableThreadLibraryCalls >/dev/null ||
@@ -51,15 +51,19 @@ check_hardening() {
 }
 
 check_reproducible() {
-    local again=$1/again
+    local build=$1 preset=$2 again=$1/again source=$1/again/source file
+    shift 2
     rm -rf "$again"
-    mkdir -p "$again/source"
-    tar -C "$root" --exclude=./build --exclude=./.git --exclude=./tests -cf - . | tar -C "$again/source" -xf -
-    (cd "$again/source" && cmake --preset windows -B "$again/build" -DBUILD_TESTING=OFF >/dev/null)
+    mkdir -p "$source"
+    if [ "$preset" = visual-cpp ]; then
+        source=$root # clang-cl names what is in an anonymous namespace by the path of its source
+    else
+        tar -C "$root" --exclude=./build --exclude=./.git --exclude=./tests -cf - . | tar -C "$source" -xf -
+    fi
+    (cd "$source" && cmake --preset "$preset" -B "$again/build" -DBUILD_TESTING=OFF >/dev/null)
     cmake --build "$again/build" --target RkUInfo >/dev/null
-    local file
-    for file in bin/RkOsBase.dll bin/RkUInfo.dll lib/libRkOsBase.dll.a lib/libRkUInfo.dll.a; do
-        cmp "$1/$file" "$again/build/$file"
+    for file in "$@"; do
+        cmp "$build/$file" "$again/build/$file"
     done
 }
 
@@ -89,7 +93,10 @@ check_pkgconfig() {
     # shellcheck disable=SC2086 # flags are words
     c++ -std=c++14 -fPIC -shared "$sources/module.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/module.so"
     # shellcheck disable=SC2086
-    c++ -std=c++14 "$sources/client.cpp" "$sources/load_host.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/client"
+    c++ -std=c++20 -c "$sources/memory.cpp" -I"$root/tests" -o "$2/memory.o"
+    c++ -std=c++20 -c "$root/tests/support/host/imports.cpp" -I"$root/tests" -o "$2/imports.o"
+    # shellcheck disable=SC2086
+    c++ -std=c++14 "$sources/client.cpp" "$sources/load_host.cpp" "$2"/*.o $flags -Wl,-rpath,"$1/lib" -o "$2/client"
     new_home "$2"
     "$2/client" "$2/module.so"
 }

@@ -14,13 +14,12 @@ std::string iniFile(const std::string& bytes)
     return windowsPath(path);
 }
 
-/// As many characters as were reported, the zeroes between the items of a list as "|".
+/// As many characters as were reported.
 std::string get(const std::string& path, LPCWSTR section, LPCWSTR key, LPCWSTR fallback = L"?",
                 DWORD size = 100)
 {
     std::vector<wchar_t> out(size + 2, L'#');
     const DWORD copied = GetPrivateProfileStringW(section, key, fallback, out.data(), size, Wide(path));
-    std::replace(out.begin(), out.begin() + copied, L'\0', L'|');
     return utf8(out.data()) + (out[copied] == 0 ? "" : ", not terminated");
 }
 
@@ -46,9 +45,7 @@ TEST(Ini, FindsValues)
         {L"Blank", {{L"b", "2"}, {L"b1", "3"}}},
         {L"In]ner", {{L"c", "4"}}},
         {L"last", {{L"z", "end"}}},
-        {nullptr, {{L"key", "Sec|Two|SEC|Blank|In]ner|last|"}}},
-        {L"sec", {{nullptr, "key|two words|q|q1|q2|q3|q4||empty|key|eq|semi|"}}},
-        {L"none", {{nullptr, "?"}, {L"z", "?"}}},
+        {L"none", {{L"z", "?"}}},
     };
     for (const auto& [section, keys] : sections) {
         for (const auto& [key, expected] : keys) {
@@ -74,10 +71,12 @@ TEST(Ini, ParsesNumbers)
 {
     const std::string path =
         iniFile("[s]\na=12\nb=-7\nc=+4\nd=0x1F\ne=12abc\nf=abc\ng=4294967297\nh=\"6\"\ni=\n"
-                "j=- 3\nk=-2147483649\nl=99999999999999999999\nm=0x:\n");
+                "j=- 3\nk=-2147483649\nl=99999999999999999999\nm=0x:\n"
+                "n=-0b110\no=0o17\np=0B1\n");
     const std::pair<LPCWSTR, int> rows[] = {
-        {L"a", 12}, {L"b", -7}, {L"c", 4}, {L"d", 31},         {L"e", 12},         {L"f", 0}, {L"g", 1},
-        {L"h", 6},  {L"i", -9}, {L"j", 0}, {L"k", 2147483647}, {L"l", 1661992959}, {L"m", 0}, {L"none", -9},
+        {L"a", 12}, {L"b", -7},    {L"c", 4},  {L"d", 31}, {L"e", 12},         {L"f", 0},
+        {L"g", 1},  {L"h", 6},     {L"i", -9}, {L"j", 0},  {L"k", 2147483647}, {L"l", 1661992959},
+        {L"m", 0},  {L"none", -9}, {L"n", -6}, {L"o", 15}, {L"p", 0},
     };
     for (const auto& [key, expected] : rows) {
         EXPECT_EQ(number(path, key), expected) << utf8(key);
@@ -110,7 +109,7 @@ TEST(Ini, ReadsWhatItCan)
         EXPECT_EQ(get(iniFile(bytes), L"s", L"k"), expected) << bytes;
     }
     const std::string big =
-        iniFile("[s]\n" + std::string(1'000'000, ';') + "\nline=" + std::string(70000, 'x') + "\nend=1");
+        iniFile("[s]\n" + std::string(900'000, ';') + "\nline=" + std::string(70000, 'x') + "\nend=1");
     EXPECT_EQ(get(big, L"S", L"line", L"?", 100000), std::string(70000, 'x'));
     EXPECT_EQ(number(big, L"end"), 1);
     for (const auto& unreadable : {scratchFolder(), scratchFolder() / "none.ini"}) {

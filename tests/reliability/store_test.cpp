@@ -10,6 +10,7 @@
 #include <iostream>
 #include <random>
 #include <sched.h>
+#include <shlobj.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <thread>
@@ -377,6 +378,28 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values("mount -t tmpfs -o size=6m none disk",
                     "truncate -s 12M image && mkfs.ext4 -qF image && mount -o loop image disk",
                     "truncate -s 120M image && mkfs.btrfs -f image && mount -o loop image disk"));
+
+// ---- Other files that winhost reads
+// -----------------------------------------------------------------------------
+
+TEST(Host, ReadsNoFileWithoutAnEnd)
+{
+    const fs::path ini = scratchFolder() / "large.ini";
+    for (const auto& [size, error] :
+         {std::pair{std::size_t{1} << 20, 0}, {(std::size_t{1} << 20) + 1, 223}}) {
+        writeFile(ini, "[s]\nk=5\n" + std::string(size - 8, ';'));
+        EXPECT_EQ(GetPrivateProfileIntW(L"s", L"k", 7, Wide(windowsPath(ini))), error == 0 ? 5U : 7U);
+        EXPECT_EQ(GetLastError(), DWORD(error)); // ERROR_FILE_TOO_LARGE
+    }
+    const fs::path userDirs = scratchFolder() / "home/.config/user-dirs.dirs";
+    fs::create_directories(userDirs.parent_path());
+    ASSERT_EQ(mkfifo(userDirs.c_str(), 0600), 0);
+    unsetenv("XDG_DOCUMENTS_DIR");
+    wchar_t path[MAX_PATH];
+    EXPECT_EQ(SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, path),
+              HRESULT(0x80070002));
+    EXPECT_TRUE(utf8(path).ends_with("\\home\\Documents")) << utf8(path);
+}
 
 // ---- Damage
 // ---------------------------------------------------------------------------------------------------------

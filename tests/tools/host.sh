@@ -46,10 +46,42 @@ expect $'rkuinfo: the output cannot be written\nexit code 1' onto_full_disk show
 expect $'rkuinfo: the output cannot be written\nexit code 1' onto_full_disk --help
 expect $'rkuinfo: out of memory\nexit code 1' without_memory
 expect "the user has no roaming application data folder" env XDG_CONFIG_HOME="$app/none" "$app/rkuinfo" doctor
-expect "refused by the registry" env XDG_DATA_HOME=/dev/null "$app/rkuinfo" --company Acme provision
+for command in provision doctor "get settings A" "set settings A int 1"; do
+    # shellcheck disable=SC2086 # several words
+    expect "error 1011, in /dev/null/winhost" env XDG_DATA_HOME=/dev/null "$app/rkuinfo" --company Acme $command
+done
+mkdir -p "$app/damaged/winhost"
+printf 'no registry' >"$app/damaged/winhost/registry.db"
+expect $'registry\tHKEY_CURRENT_USER: the registry is damaged' env XDG_DATA_HOME="$app/damaged" "$app/rkuinfo" doctor
+
+# An import that is refused in between: at the limit of a file's size, as on a full disk.
+{
+    echo '{"keys": [], "values": ['
+    for i in {1..3000}; do
+        printf '{"name": "%d", "type": "string", "value": "%0900d"},\n' "$i" 0
+    done
+    echo '{"name": "last", "type": "int", "value": 1}]}'
+} >"$app/large.json"
+rkuinfo provision >/dev/null
+rkuinfo set settings before int 1
+without_room() (
+    trap '' XFSZ
+    ulimit -f 1024
+    rkuinfo import settings --file "$app/large.json"
+    echo "exit code $?"
+)
+expect $'; nothing was changed\nexit code 1' without_room
+expect $'before\tint\t1' rkuinfo list settings
+expect $'3001 of 3001' script -qec "$app/rkuinfo --company Acme --product Widget import settings --file $app/large.json" /dev/null
+expect $'last' rkuinfo search settings last
+
 printf '[Product]\n' >"$app/TARVO.ini"
 chmod 0 "$app/TARVO.ini"
-expect "TARVO.ini cannot be read" without_rights "$app/rkuinfo" doctor
-expect $'\e[31mmissing' script -qec "$app/rkuinfo languages" /dev/null
-expect $'  de-DE  ' env NO_COLOR=1 script -qec "$app/rkuinfo languages" /dev/null
+expect $'ini-unreadable\t' without_rights "$app/rkuinfo" doctor
+chmod 644 "$app/TARVO.ini"
+mkdir "$app/fr-FR"
+expect $'\e[31mempty' script -qec "$app/rkuinfo languages" /dev/null
+for quiet in NO_COLOR=1 TERM=dumb; do
+    expect $'  de-DE  ' env "$quiet" script -qec "$app/rkuinfo languages" /dev/null
+done
 exit $failed

@@ -26,7 +26,7 @@ make_import_library() {
 }
 
 make_libraries() {
-    local work=$1 name objects=()
+    local work=$1 name
     for name in ucrtbase vcruntime140 msvcp140 kernel32 advapi32 user32 gdi32 shell32 shlwapi ole32 oleaut32 comdlg32 \
         version; do
         make_import_library "$name" "$work"
@@ -36,13 +36,12 @@ make_libraries() {
     cp "$work/user32.lib" "$work/winspool.lib"
 
     for name in start dll dllmain main wmain statics guards heap; do
-        "${compile[@]}" /std:c++20 /W4 /WX "$here/runtime/$name.cpp" "/Fo$work/$name.obj"
-        objects+=("$work/$name.obj")
+        "${compile[@]}" /std:c++20 /W4 /WX "$here/runtime/$name.cpp" "/Fo$work/"
     done
-    "${compile[@]}" /std:c++20 /W4 /WX /GR- "$here/runtime/type_info.cpp" "/Fo$work/type_info.obj"
-    llvm-lib-19 /nologo "/out:$work/start.lib" "${objects[@]}" "$work/type_info.obj"
-    "${compile[@]}" /std:c++20 /W4 /WX "$here/libcxx/few.cpp" "/Fo$work/few.obj"
-    llvm-lib-19 /nologo "/out:$work/few.lib" "$work/few.obj"
+    "${compile[@]}" /std:c++20 /W4 /WX /GR- "$here/runtime/type_info.cpp" "/Fo$work/"
+    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # by names that are the same wherever they were made
+    "${compile[@]}" /std:c++20 /W4 /WX "$here/libcxx/few.cpp" "/Fo$work/"
+    (cd "$work" && llvm-lib-19 /nologo /out:few.lib few.obj)
 }
 
 make_libcxx() {

@@ -1,8 +1,8 @@
 // rkuinfo: shows and changes what RkUInfo knows about the program in its own folder.
-#include "command_line.h"
-#include "session.h"
-#include "system.h"
-#include "text.h"
+#include "commands/command_line.h"
+#include "model/system.h"
+#include "text/print.h"
+#include "text/text.h"
 
 #include <RkUInfo.h>
 
@@ -32,7 +32,7 @@ int run(const std::vector<std::string>& words)
 
 extern "C" int wmain(int argc, wchar_t** argv)
 {
-    prepareStreams();
+    const Console console;
     const std::string noMemory = "out of memory"; // of no need of memory then
     try {
         std::vector<std::string> words;

@@ -75,37 +75,6 @@ bool isReadOnly(const struct stat& status)
     return !S_ISDIR(status.st_mode) && (status.st_mode & anyWriter) == 0;
 }
 
-DWORD attributesOf(const struct stat& status)
-{
-    const DWORD kind = S_ISDIR(status.st_mode) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_ARCHIVE;
-    return kind | (isReadOnly(status) ? FILE_ATTRIBUTE_READONLY : 0U);
-}
-
-FILETIME fileTime(const struct timespec& time)
-{
-    constexpr LONGLONG secondsFrom1601To1970 = 11644473600;
-    const auto ticks =
-        static_cast<ULONGLONG>((time.tv_sec + secondsFrom1601To1970) * 10'000'000 + time.tv_nsec / 100);
-    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32U)};
-}
-
-WIN32_FIND_DATAW describe(const std::string& file, TextView name)
-{
-    struct stat status = {};
-    stat(file.c_str(), &status); // of a file that has gone since, all is 0
-    WIN32_FIND_DATAW data = {};
-    data.dwFileAttributes = attributesOf(status);
-    data.ftCreationTime = fileTime(status.st_mtim);
-    data.ftLastAccessTime = fileTime(status.st_atim);
-    data.ftLastWriteTime = data.ftCreationTime;
-    if (!S_ISDIR(status.st_mode)) {
-        data.nFileSizeHigh = static_cast<DWORD>(static_cast<ULONGLONG>(status.st_size) >> 32U);
-        data.nFileSizeLow = static_cast<DWORD>(status.st_size);
-    }
-    winhost::copyText(name, data.cFileName, MAX_PATH);
-    return data;
-}
-
 HANDLE noMatch(DWORD error)
 {
     SetLastError(error);
@@ -137,7 +106,7 @@ HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* found)
         return noMatch(ERROR_FILE_NOT_FOUND);
     }
     if (found != nullptr) {
-        *found = describe(*folder + "/" + first, winhost::fromUtf8(first));
+        winhost::copyText(winhost::fromUtf8(first), found->cFileName, MAX_PATH);
     }
     return std::make_unique<Search>().release();
 }

@@ -159,7 +159,7 @@ TextView fileName(TextView path)
     return separator == TextView::npos ? path : path.substr(separator + 1);
 }
 
-std::optional<std::string> readFile(const std::string& hostFile)
+std::optional<std::string> readFile(const std::string& hostFile, std::size_t most)
 {
     struct stat status = {};
     if (stat(hostFile.c_str(), &status) != 0) {
@@ -168,6 +168,9 @@ std::optional<std::string> readFile(const std::string& hostFile)
     }
     if (!S_ISREG(status.st_mode)) {
         return fail(ERROR_ACCESS_DENIED);
+    }
+    if (static_cast<std::size_t>(status.st_size) > most) {
+        return fail(ERROR_FILE_TOO_LARGE);
     }
     std::ifstream file(hostFile, std::ios::binary);
     std::ostringstream bytes;

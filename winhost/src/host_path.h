@@ -3,6 +3,7 @@
 
 #include "text.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,8 +31,9 @@ Text windowsPath(std::string_view hostPath);
 /// Everything behind the last separator of either kind.
 TextView fileName(TextView path);
 
-/// The bytes of a regular file; nothing, with the last error set, when it cannot be read.
-std::optional<std::string> readFile(const std::string& hostFile);
+/// The bytes of a regular file; nothing, with the last error set, when it cannot be read:
+/// ERROR_FILE_TOO_LARGE for one of more bytes than are told.
+std::optional<std::string> readFile(const std::string& hostFile, std::size_t most = SIZE_MAX);
 
 /// The host's error number as a last error.
 void setLastErrorFromErrno();

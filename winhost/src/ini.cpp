@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -14,6 +15,7 @@ using winhost::Text;
 using winhost::TextView;
 
 constexpr TextView blanks = L" \t\v\f\x1A";
+constexpr std::size_t largestFile = std::size_t{1} << 20;
 
 struct Entry
 {
@@ -108,45 +110,6 @@ std::optional<TextView> findValue(const std::vector<Section>& sections, TextView
     return std::nullopt;
 }
 
-/// Each name with its terminator.
-Text sectionNames(const std::vector<Section>& sections)
-{
-    Text names;
-    for (const Section& section : sections) {
-        if (!section.name.empty()) {
-            names.append(section.name).push_back(0);
-        }
-    }
-    return names;
-}
-
-Text keyNames(const std::vector<Section>& sections, TextView sectionName)
-{
-    Text names;
-    for (const Section& section : sections) {
-        if (!equalIgnoringCase(section.name, trimmed(sectionName))) {
-            continue;
-        }
-        for (const Entry& entry : section.entries) {
-            if (entry.value && !entry.key.starts_with(L';')) {
-                names.append(entry.key).push_back(0);
-            }
-        }
-        break;
-    }
-    return names;
-}
-
-/// A list ends in a second terminator, also where it is cut.
-DWORD copyList(TextView names, LPWSTR out, DWORD size)
-{
-    const std::size_t copied = winhost::copyText(names, out, size > 1 ? size - 1 : 1);
-    if (size > 1) {
-        out[copied + 1] = 0;
-    }
-    return static_cast<DWORD>(copied);
-}
-
 TextView withoutTrailingBlanks(TextView text)
 {
     while (text.size() > 1 && text.back() == L' ') {
@@ -155,7 +118,8 @@ TextView withoutTrailingBlanks(TextView text)
     return text;
 }
 
-/// Digits behind an optional sign, hexadecimal behind "0x", modulo 2^32; what follows them is ignored.
+/// Digits behind an optional sign, of another base behind a prefix, modulo 2^32; what follows them is
+/// ignored.
 UINT parseNumber(TextView text)
 {
     text = trimmed(text);
@@ -164,9 +128,12 @@ UINT parseNumber(TextView text)
         text.remove_prefix(1);
     }
     UINT base = 10;
-    if (text.starts_with(L"0x")) {
-        base = 16;
-        text.remove_prefix(2);
+    for (const auto& [prefix, itsBase] : {std::pair<TextView, UINT>{L"0x", 16}, {L"0o", 8}, {L"0b", 2}}) {
+        if (text.starts_with(prefix)) {
+            base = itsBase;
+            text.remove_prefix(prefix.size());
+            break;
+        }
     }
     UINT number = 0;
     for (const wchar_t unit : text) {
@@ -191,22 +158,13 @@ DWORD GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR defaultText
         withoutTrailingBlanks(defaultText == nullptr ? TextView() : TextView(defaultText));
     const std::optional<std::string> file =
         winhost::findOnHost(fileName == nullptr ? TextView() : TextView(fileName));
-    const std::optional<std::string> bytes = file ? winhost::readFile(*file) : std::nullopt;
+    const std::optional<std::string> bytes = file ? winhost::readFile(*file, largestFile) : std::nullopt;
     if (bytes) {
         SetLastError(ERROR_SUCCESS);
     }
     const Text text = bytes ? decode(*bytes) : Text();
-    const std::vector<Section> sections = parse(text);
-    if (section == nullptr) {
-        return copyList(sectionNames(sections), out, size);
-    }
-    if (key == nullptr) {
-        const Text names = keyNames(sections, section);
-        if (!names.empty() && size > 2) {
-            return copyList(names, out, size);
-        }
-    }
-    const TextView value = key == nullptr ? fallback : findValue(sections, section, key).value_or(fallback);
+    const bool isNamed = section != nullptr && key != nullptr;
+    const TextView value = isNamed ? findValue(parse(text), section, key).value_or(fallback) : fallback;
     return static_cast<DWORD>(winhost::copyText(unquoted(value), out, size));
 }
 

@@ -1,5 +1,6 @@
 // The few functions of libc++'s own library that a client of RkUInfo.hpp and its examples need.
 #include <cstdlib>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 
@@ -30,4 +31,21 @@ bool error_category::equivalent(const error_code& code, int condition) const noe
     return *this == code.category() && code.value() == condition;
 }
 
+const error_category& system_category() noexcept
+{
+    struct Category final : error_category
+    {
+        const char* name() const noexcept override { return "system"; }
+        string message(int) const override { return "system error"; }
+    };
+    static const Category category;
+    return category;
+}
+
 _LIBCPP_END_NAMESPACE_STD
+
+namespace std {
+
+runtime_error::runtime_error(const string& text) : exception(text.c_str()) {}
+
+} // namespace std

@@ -1,0 +1,69 @@
+// rkuinfo on Windows: a file that another process has locked, and the system's own reg.exe.
+#include "support/child.h"
+#include "support/isolation.h"
+#include "support/registry.h"
+#include "support/text.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+namespace {
+
+using namespace testing_support;
+
+class RkuinfoOnWindows : public testing::Test
+{
+protected:
+    RkuinfoOnWindows() { m_application.addLanguage("en-US"); }
+
+    ChildResult run(std::vector<std::string> words) const
+    {
+        words.insert(words.begin(), {"--company", companyFromOutside("Acme"), "--product", "Widget"});
+        return runProgram(m_program, words, {m_application.folder(), {}});
+    }
+
+    Application m_application{testing::UnitTest::GetInstance()->current_test_info()->name()};
+    std::filesystem::path m_program = m_application.addProgram("rkuinfo");
+};
+
+TEST_F(RkuinfoOnWindows, FindsALockedIniFile)
+{
+    run({"provision"});
+    m_application.writeIni("[Product]\r\n");
+    const Wide path(windowsPath(m_application.folder() / "TARVO.ini"));
+    HANDLE const lock = CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const ChildResult result = run({"doctor"});
+    CloseHandle(lock);
+    EXPECT_EQ(result.output.find("error\tini-unreadable\t"), 0u) << result.output;
+}
+
+TEST_F(RkuinfoOnWindows, ExchangesFilesWithRegExe)
+{
+    const std::string key = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
+    const std::string outside =
+        "HKCU\\Software\\" + companyFromOutside("Acme") + "\\Widget\\2018\\en-US\\Settings";
+    const auto reg = [&](const std::vector<std::string>& words) {
+        const ChildResult result =
+            runProgram("C:/windows/system32/reg.exe", words, {m_application.folder(), {}});
+        EXPECT_EQ(result.exitCode, 0) << result.output << result.errors;
+    };
+    setRaw(HKEY_CURRENT_USER, key, "", text("a \"b\" \\ c"));
+    setRaw(HKEY_CURRENT_USER, key + "\\Grün – 图纸", "a\"b\\c=d", text("图 [x]"));
+    setRaw(HKEY_CURRENT_USER, key + "\\Key", "int", dword(0x80000001));
+    setRaw(HKEY_CURRENT_USER, key + "\\Key", "long", {REG_QWORD, std::string(8, '\x7f')});
+    setRaw(HKEY_CURRENT_USER, key + "\\Key", "bytes", {REG_BINARY, std::string(200, '\xa5')});
+    setRaw(HKEY_CURRENT_USER, key + "\\Key", "path", {REG_EXPAND_SZ, Wide("%HOME%\\x").bytes()});
+    setRaw(HKEY_CURRENT_USER, key + "\\Key", "list", {REG_MULTI_SZ, Wide("a").bytes() + Wide("").bytes()});
+    const std::string before = tree(HKEY_CURRENT_USER, key);
+
+    EXPECT_EQ(run({"export", "settings", "--format", "reg", "--file", "ours.reg"}).exitCode, 0);
+    reg({"export", outside, "theirs.reg"});
+    removeKey(HKEY_CURRENT_USER, key);
+    reg({"import", "ours.reg"});
+    EXPECT_EQ(tree(HKEY_CURRENT_USER, key), before);
+    removeKey(HKEY_CURRENT_USER, key);
+    EXPECT_EQ(run({"import", "settings", "--file", "theirs.reg"}).errors, "");
+    EXPECT_EQ(tree(HKEY_CURRENT_USER, key), before);
+}
+
+} // namespace

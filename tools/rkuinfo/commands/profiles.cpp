@@ -1,0 +1,125 @@
+// rkuinfo profiles.
+#include "commands/command.h"
+
+#include "model/tree.h"
+#include "model/value.h"
+
+namespace {
+
+struct
+{
+    std::string action = "list";
+    std::string name;
+    std::string other;
+} arguments;
+
+class Profiles
+{
+public:
+    explicit Profiles(const Installation& installation)
+        : m_root(installation.path(TarvoConfig::eProfilesRoot)), m_current(installation.profile())
+    {
+    }
+
+    void list(const Layout& layout) const
+    {
+        Table table;
+        const std::optional<Key> root = Key::find(m_root);
+        for (const Text& name : root ? root->keys() : std::vector<Text>()) {
+            const bool isCurrent = equalIgnoringCase(name, m_current);
+            table.addRow({{isCurrent ? "*" : "", Style::good}, {shown(name), Style::name}});
+        }
+        table.print(layout);
+    }
+
+    const Text& current() const { return m_current; }
+
+    void create(const Text& name) const
+    {
+        if (find(name)) {
+            throw Failure("profile '" + shown(name) + "' is there already");
+        }
+        Key::make(joinedKey(m_root, name));
+    }
+
+    void select(const Text& name) const
+    {
+        require(name);
+        Key::make(m_root).set(textValue({}, name));
+    }
+
+    void copy(const Text& name, const Text& other) const
+    {
+        const Node node = readTree(require(name));
+        create(other);
+        const Text path = joinedKey(m_root, other);
+        apply(path, changes(Node(), node, false), [](std::size_t) {});
+    }
+
+    void remove(const Text& name) const
+    {
+        require(name);
+        if (equalIgnoringCase(name, m_current)) {
+            throw Failure("profile '" + shown(name) + "' is the current one: select another first");
+        }
+        Key::find(m_root, KEY_ALL_ACCESS)->removeKey(name);
+    }
+
+private:
+    std::optional<Key> find(const Text& name) const { return Key::find(joinedKey(m_root, name)); }
+
+    Key require(const Text& name) const
+    {
+        std::optional<Key> key = find(name);
+        if (!key) {
+            throw Failure("profile '" + shown(name) + "': not found");
+        }
+        return std::move(*key);
+    }
+
+    Text m_root;
+    Text m_current;
+};
+
+Text checkedName(const std::string& word)
+{
+    constexpr std::size_t longest = 126; // that an application takes for a name
+    const Text name = utf16(word);
+    if (name.empty() || name.size() > longest || name.find_first_of(utf16("\\/")) != Text::npos) {
+        throw Failure("a profile's name has 1 to 126 characters and no / and \\", exitUsage);
+    }
+    return name;
+}
+
+void profiles(Session& session)
+{
+    const std::string action =
+        chosen(arguments.action, {"list", "current", "create", "select", "copy", "delete"}, "action");
+    const Profiles all{Installation(session)};
+    if (action == "list") {
+        all.list(session.layout());
+    } else if (action == "current") {
+        print(shown(all.current()));
+    } else if (action == "create") {
+        all.create(checkedName(arguments.name));
+    } else if (action == "select") {
+        all.select(checkedName(arguments.name));
+    } else if (action == "copy") {
+        all.copy(checkedName(arguments.name), checkedName(arguments.other));
+    } else {
+        all.remove(checkedName(arguments.name));
+    }
+}
+
+} // namespace
+
+Command profilesCommand()
+{
+    return {"profiles",
+            "List, create, select, copy and delete profiles",
+            {{"ACTION", "", &arguments.action, "list, current, create, select, copy or delete"},
+             {"NAME", "", &arguments.name, "the profile"},
+             {"COPY", "", &arguments.other, "what copy makes of it"}},
+            "The current profile, marked by *, cannot be deleted.",
+            profiles};
+}

@@ -1,0 +1,45 @@
+// rkuinfo set.
+#include "commands/command.h"
+
+#include "model/value.h"
+#include "transfer/file.h"
+
+namespace {
+
+struct
+{
+    Place place;
+    std::string type;
+    std::optional<std::string> data;
+    std::string file;
+} arguments;
+
+void set(Session& session)
+{
+    const std::string type = chosen(arguments.type, typeNames(), "type");
+    if (arguments.data.has_value() == !arguments.file.empty()) {
+        throw Failure("set takes DATA, or a --file with it", exitUsage);
+    }
+    const auto [below, name] = splitValue(arguments.place.key);
+    Value value = parseValue(type, arguments.data ? *arguments.data : readFile(arguments.file));
+    value.name = name;
+    Place place = {arguments.place.subtree, utf8(below)};
+    const Installation installation(session);
+    Key::make(place.path(installation)).set(value);
+}
+
+} // namespace
+
+Command setCommand()
+{
+    std::vector<Parameter> parameters = arguments.place.parameters();
+    parameters[1] = {"VALUE", "", &arguments.place.key,
+                     "a value: its name, with its key before it, / or \\ between them", true};
+    parameters.push_back(
+        {"TYPE", "", &arguments.type, "int, int64, double, binary (in hexadecimal) or string", true});
+    parameters.push_back({"DATA", "", &arguments.data,
+                          "what to store; behind -- when it begins with a dash. Integers also as 0xff"});
+    parameters.push_back({"--file", "FILE", &arguments.file, "take DATA from a file; - is standard input"});
+    return {"set", "Store a value and make its key", parameters,
+            "A double is stored as its eight bytes, as applications do; get --as double gives it back.", set};
+}
