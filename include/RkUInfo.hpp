@@ -7,6 +7,7 @@
 #pragma once
 
 #include "RkUInfo.h"
+#include "RkUInfo/Text.hpp"
 
 #include <concepts>
 #include <cstddef>
@@ -22,28 +23,9 @@
 
 namespace rkuinfo {
 
-// ---- Text
-// --------------------------------------------------------------------------------------------------
+// ---- Text --------------------------------------------------------------------------------------------
 
-// UTF-16. The C++ runtime's wchar_t has 16 bits on Windows. Elsewhere a client is built with -fshort-wchar
-// against a runtime whose std::wstring still expects 32, and would break: there a text is a std::u16string.
-#if defined(_WIN32)
-using Text = std::wstring;
-#else
-using Text = std::u16string;
-#endif
-using TextView = std::basic_string_view<Text::value_type>;
 using Bytes = std::vector<std::byte>;
-
-/// A text of the library as an owned one; null gives the empty text.
-inline Text text(const wchar_t* source)
-{
-    Text copy;
-    while (source != nullptr && *source != 0) {
-        copy.push_back(static_cast<Text::value_type>(*source++));
-    }
-    return copy;
-}
 
 /// What a function that fills a buffer of 1024 characters gives, such as GetUserApplicationDataSupportPath;
 /// empty when it fails.
@@ -76,8 +58,7 @@ private:
     std::vector<wchar_t> m_copy; // terminated; empty for a literal
 };
 
-// ---- Errors
-// ------------------------------------------------------------------------------------------------
+// ---- Errors ------------------------------------------------------------------------------------------
 
 /// The category of TarvoConfig::Error. Every module has its own: compare codes of several modules by value().
 inline const std::error_category& category()
@@ -128,15 +109,20 @@ struct std::is_error_code_enum<TarvoConfig::Error> : std::true_type
 
 namespace rkuinfo {
 
-// ---- Values
-// ------------------------------------------------------------------------------------------------
+// ---- Values ------------------------------------------------------------------------------------------
 
 template <typename T>
-concept Integer = std::signed_integral<T> &&(sizeof(T) == 4 || sizeof(T) == 8);
+concept Integer = std::signed_integral<T> &&(sizeof(T) == 4 || sizeof(T) == 8) &&
+                  (!std::same_as<T, long> || sizeof(long) == 8);
 
-/// What a setting can be read as. An integer's width decides between eInt and eInt64.
+/// What a setting can be read as. An integer's width decides between eInt and eInt64. A long has 32 bits on
+/// Windows and 64 elsewhere, so it is one only where it is the std::int64_t.
 template <typename T>
 concept Setting = Integer<T> || std::same_as<T, double> || std::same_as<T, Text> || std::same_as<T, Bytes>;
+
+/// What can be stored as one.
+template <typename T>
+concept Storable = Setting<T> || std::floating_point<T> || std::convertible_to<const T&, Argument>;
 
 /// What a variant holds, if it is of that type; nothing is converted. A double comes back from the registry
 /// as its eight bytes, so those count as one.
@@ -198,14 +184,14 @@ inline VelaVariant variant(const Bytes& value)
     return result;
 }
 
-// ---- Settings
-// ----------------------------------------------------------------------------------------------
+// ---- Settings ----------------------------------------------------------------------------------------
 
 /// Reads a setting by its value path, such as "Display/Colors/Back". Nothing when there is none or it has
 /// another type; error then says which, and is cleared otherwise.
-template <Setting T>
+template <typename T>
 std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath, std::error_code& error)
 {
+    static_assert(Setting<T>, "a setting is read as std::int32_t, std::int64_t, double, Text or Bytes");
     VelaVariant value;
     error = velaConfig()->getValue(path, valuePath, value);
     if (error) {
@@ -218,7 +204,7 @@ std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath, std::err
     return result;
 }
 
-template <Setting T>
+template <typename T>
 std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath)
 {
     std::error_code ignored;
@@ -229,11 +215,14 @@ std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath)
 template <typename T>
 [[nodiscard]] std::error_code set(TarvoConfig::Path path, const Argument& valuePath, const T& value)
 {
-    return velaConfig()->setValue(path, valuePath, variant(value));
+    static_assert(Storable<T>,
+                  "a setting is a std::int32_t, a std::int64_t, a double, a text or Bytes: convert to one");
+    if constexpr (Storable<T>) {
+        return velaConfig()->setValue(path, valuePath, variant(value));
+    }
 }
 
-// ---- Ranges
-// ------------------------------------------------------------------------------------------------
+// ---- Ranges ------------------------------------------------------------------------------------------
 
 namespace detail {
 

@@ -7,7 +7,7 @@ lay_out() {
     rm -rf "$demo"
     mkdir -p "$app" "$demo/home"
     cp "$bin/launcher$suffix" "$app/cad$suffix"
-    cp "$bin/installer$suffix" "$app/"
+    cp "$bin/installer$suffix" "$bin/rkuinfo$suffix" "$app/"
     if [ "$target" = windows ]; then
         cp "$bin/answer.exe" "$bin"/*.dll "$app/"
     fi
@@ -34,11 +34,11 @@ start() {
 }
 
 show() {
-    printf '\n==== %s\n     cad' "$1"
+    printf '\n==== %s\n    ' "$1"
     shift
     printf ' %s' "$@"
     printf '\n'
-    start cad "$@"
+    start "$@"
 }
 
 answer_yes() {
@@ -53,7 +53,7 @@ answer_yes() {
 
 run_demo() {
     target=$1 suffix=''
-    local programs=(launcher installer langpacks)
+    local programs=(launcher installer rkuinfo langpacks)
     case $target in
     host) ;;
     windows)
@@ -83,22 +83,20 @@ run_demo() {
     echo "An application in $app: languages ${installed[*]}; es-ES has a folder but was never installed."
     start installer "${installed[@]}"
 
-    show "A fresh user: the language comes from TARVO.ini" report
-    show "The user's tree is created" provision
-    show "What it holds" tree ProductRoot
-    show "Another language and profile, once by command line" --language fr-FR --profile Work report
-    show "That language's part of the tree is created" --language fr-FR --profile Work provision
-    show "Started without arguments: language and profile are remembered" report
+    show "A fresh user: the language comes from TARVO.ini, and the tree is made" cad
+    show "What the tree holds" rkuinfo tree product-root
+    show "Another language and profile, once by command line" cad --language fr-FR --profile Work
+    show "Started without arguments: language and profile are remembered" cad
     printf '\n==== A language that is not installed: the user is asked, and says yes\n     cad --language ja-JP\n'
-    answer_yes --language ja-JP report
+    answer_yes --language ja-JP
 
     printf '\n==== Settings of every type are written by one process each, then read by others\n'
-    start cad set Settings Display/Colors/Background int 2113600
-    start cad set Settings Display/Frames int64 -9007199254740993
-    start cad set Settings Display/Scale double 1.25
-    start cad set Settings Display/Layout binary 00ff10a0
-    start cad set Settings Display/Title string 'Zeichnung – 图纸'
-    show "One of them" get Settings Display/Title
-    show "All of a key" list Settings Display
-    show "And below it" list Settings Display/Colors
+    start rkuinfo set settings Display/Colors/Background int 2113600
+    start rkuinfo set settings Display/Frames int64 -9007199254740993
+    start rkuinfo set settings Display/Scale double 1.25
+    start rkuinfo set settings Display/Layout binary 00ff10a0
+    start rkuinfo set settings Display/Title string 'Zeichnung – 图纸'
+    show "One of them" rkuinfo get settings Display/Title
+    show "All of a key" rkuinfo list settings Display
+    show "And below it" rkuinfo list settings Display/Colors
 }

@@ -1,15 +1,10 @@
-// The start-up of an application: names from the command line, InitVelaConfig, then the work.
-#include "command.h"
-#include "names.h"
-#include "print.h"
-#include "report.h"
-#include "store_commands.h"
+// The start-up of an application, to copy: names from the command line, InitVelaConfig, the user's tree, and
+// then the work, which here is to say who and where the program is.
+#include <RkUInfo.hpp>
 
-#include <RkUInfo.h>
-
-#include <cstddef>
 #include <iostream>
 #include <optional>
+#include <span>
 #include <string>
 
 namespace {
@@ -17,90 +12,82 @@ namespace {
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
-constexpr const char* usage =
-    "usage: launcher [--company NAME] [--product NAME] [--language xx-XX] [--profile NAME] [COMMAND]\n"
-    "COMMAND: report, which is the default\n"
-    "         get PATH VALUEPATH\n"
-    "         set PATH VALUEPATH TYPE VALUE, TYPE: int, int64, double, binary (VALUE in hex) or string\n"
-    "         list PATH [SUBKEY]\n"
-    "         tree PATH\n"
-    "         provision\n"
-    "PATH: ProductRoot, VersionRoot, LanguageRoot, ProfilesRoot, CurrentProfile, Applications,\n"
-    "      RecentFileList, Settings or UserConfig\n";
+/// The words of a command line.
+using Words = std::span<const wchar_t* const>;
 
-/// The command line. A name that is not given stays null: the library then finds it.
-struct Start
+/// A name that is not given stays null: the library then finds it.
+struct Names
 {
     const wchar_t* company = nullptr;
     const wchar_t* product = nullptr;
     const wchar_t* language = nullptr;
     const wchar_t* profile = nullptr;
-    Command command;
 };
 
 /// Where an option's value goes; null for an unknown option.
-const wchar_t** nameOf(const std::string& option, Start& start)
+const wchar_t** placeOf(const std::string& option, Names& names)
 {
     if (option == "--company") {
-        return &start.company;
+        return &names.company;
     }
     if (option == "--product") {
-        return &start.product;
+        return &names.product;
     }
     if (option == "--language") {
-        return &start.language;
+        return &names.language;
     }
-    return option == "--profile" ? &start.profile : nullptr;
+    return option == "--profile" ? &names.profile : nullptr;
 }
 
-/// Empty for a command that is not understood.
-Command parseCommand(Words words)
+std::optional<Names> parse(Words words)
 {
-    if (words.empty()) {
-        return report;
-    }
-    const std::string name = utf8(words[0]);
-    if (words.size() == 1 && name == "report") {
-        return report;
-    }
-    if (words.size() == 1 && name == "provision") {
-        return CreateConfigReg;
-    }
-    return parseStoreCommand(name, words.subspan(1));
-}
-
-std::optional<Start> parse(Words words)
-{
-    Start start;
-    while (!words.empty() && utf8(words[0]).starts_with("--")) {
-        const wchar_t** const name = nameOf(utf8(words[0]), start);
-        if (name == nullptr || words.size() < 2) {
+    Names names;
+    for (; !words.empty(); words = words.subspan(2)) {
+        const wchar_t** const place = placeOf(rkuinfo::utf8(words[0]), names);
+        if (place == nullptr || words.size() < 2) {
             return std::nullopt;
         }
-        *name = words[1];
-        words = words.subspan(2);
+        *place = words[1];
     }
-    start.command = parseCommand(words);
-    return start.command ? std::optional(start) : std::nullopt;
+    return names;
+}
+
+/// Once, before any other thread or module uses the library. The user's tree is made at the first start.
+std::error_code start(const Names& names)
+{
+    const TarvoConfig::Error error =
+        InitVelaConfig(names.company, names.product, names.language, names.profile);
+    return error == TarvoConfig::eOk ? CreateConfigReg() : error;
+}
+
+void work()
+{
+    const TarvoConfig& config = *velaConfig();
+    const auto print = [](const char* name, const std::string& value) {
+        std::cout << name << ": " << (value.empty() ? "(none)" : value) << '\n';
+    };
+    print("company", rkuinfo::utf8(config.companyName()));
+    print("product", rkuinfo::utf8(config.productName()));
+    print("language", rkuinfo::utf8(config.language().shortName()));
+    print("in itself", rkuinfo::utf8(config.language().localName()));
+    print("settings", rkuinfo::utf8(rkuinfo::text(GetVelaRegistryCurrentProfileRootKey)));
+    print("program", rkuinfo::utf8(rkuinfo::text(GetVelaProgramPath)));
+    print("support", rkuinfo::utf8(rkuinfo::text(GetUserApplicationDataSupportPath)));
 }
 
 int run(Words words)
 {
-    const std::optional<Start> start = parse(words);
-    if (!start) {
-        std::cerr << usage;
+    const std::optional<Names> names = parse(words);
+    if (!names) {
+        std::cerr
+            << "usage: launcher [--company NAME] [--product NAME] [--language xx-XX] [--profile NAME]\n";
         return exitUsage;
     }
-    // Once, before any other thread or module uses the library.
-    TarvoConfig::Error error =
-        InitVelaConfig(start->company, start->product, start->language, start->profile);
-    if (error == TarvoConfig::eOk) {
-        error = start->command();
-    }
-    if (error != TarvoConfig::eOk) {
-        std::cerr << errorName(error) << '\n';
+    if (const std::error_code error = start(*names)) {
+        std::cerr << "launcher: start-up: " << error.message() << '\n';
         return exitFailed;
     }
+    work();
     return 0;
 }
 
@@ -108,12 +95,10 @@ int run(Words words)
 
 extern "C" int wmain(int argc, wchar_t** argv)
 {
-    prepareOutput();
     try {
-        const Words words(argv, static_cast<std::size_t>(argc));
-        return run(words.subspan(words.empty() ? 0 : 1));
+        return run(Words(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
     } catch (RkException* exception) { // thrown without memory; by pointer, as the whole family is
-        std::cerr << utf8(exception->className()) << ' ' << exception->code() << '\n';
+        std::cerr << rkuinfo::utf8(exception->className()) << ' ' << exception->code() << '\n';
         delete exception;
         return exitFailed;
     }

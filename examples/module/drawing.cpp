@@ -1,8 +1,7 @@
 // An application that uses the module: it shows the palettes of last time, then moves them.
-#include "../launcher/print.h"
 #include "palettes.h"
 
-#include <RkUInfo.h>
+#include <RkUInfo.hpp>
 
 #include <iostream>
 
@@ -11,9 +10,8 @@ namespace {
 void printPalette(const Palette& palette)
 {
     const WindowLayout& at = palette.layout;
-    const rkuinfo::Argument name(palette.name);
-    std::cout << utf8(name) << ": " << at.width << " x " << at.height << " at " << at.left << ", " << at.top
-              << '\n';
+    std::cout << rkuinfo::utf8(palette.name) << ": " << at.width << " x " << at.height << " at " << at.left
+              << ", " << at.top << '\n';
 }
 
 /// What a user does with windows. False when it cannot be remembered.
@@ -33,7 +31,6 @@ bool arrangePalettes()
 
 extern "C" int wmain(int /*argc*/, wchar_t** /*argv*/)
 {
-    prepareOutput();
     if (InitVelaConfig(nullptr, nullptr, nullptr, nullptr) != TarvoConfig::eOk) {
         std::cerr << "drawing: start-up failed\n";
         return 1;

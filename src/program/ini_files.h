@@ -5,7 +5,7 @@
 
 namespace uinfo {
 
-enum class IniResult : unsigned char
+enum class IniResult
 {
     found,
     missing, ///< no readable file, no such entry, or an empty one; of a number also a negative one

@@ -15,7 +15,6 @@
 
 namespace {
 
-using uinfo::isEmpty;
 using uinfo::RegistryKey;
 
 constexpr int readAccess = 4;

@@ -16,7 +16,7 @@ bool appendUninstallKey(BoundedText& path, const Language& language);
 bool hasUninstallEntry(const wchar_t* guid);
 bool hasUninstallEntry(const Language& language);
 
-enum class Installed : std::uint8_t
+enum class Installed
 {
     yes,
     noFolder,
@@ -38,7 +38,7 @@ std::int32_t preferredLanguage(bool needsEntry);
 class LanguageChoice
 {
 public:
-    enum class Source : std::uint8_t
+    enum class Source
     {
         none, ///< nothing names a language
         argument,

@@ -85,12 +85,14 @@ TEST_F(Ini, ExportedValues)
     EXPECT_EQ(GetVelaIniConfigValue(L"partneroem", L"mergetitle", value, eString), 1);
     EXPECT_EQ(utf8(value.getString()), "1");
     EXPECT_EQ(GetVelaIniConfigValue(L"PartnerOEM", L"none", value, eInt), 0);
+    const wchar_t* const kept = GetVelaArchitectrueCommandNamePrefix();
     for (const auto& [entries, prefix] : {std::pair("ProductId=5", ""),
                                           {"MajorVer=2", ""},
                                           {"MajorVer=2\r\nProductId=2147483647", "S22147483647_"},
                                           {"MajorVer=3\r\nProductId=6", "S22147483647_"}}) { // kept
         application.writeIni(std::string("[Product]\r\n") + entries + "\r\n", "product.ini");
-        EXPECT_EQ(utf8(GetVelaArchitectrueCommandNamePrefix()), prefix);
+        EXPECT_EQ(GetVelaArchitectrueCommandNamePrefix(), kept);
+        EXPECT_EQ(utf8(kept), prefix);
     }
 }
 

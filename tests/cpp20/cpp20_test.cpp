@@ -19,10 +19,7 @@ constexpr char settingsKey[] = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
 static_assert(std::ranges::input_range<decltype(rkuinfo::items(settings))>);
 static_assert(std::is_same_v<Text, std::wstring> || sizeof(Text::value_type) == 2);
 
-std::string utf8(const Text& text)
-{
-    return testing_support::utf8(rkuinfo::Argument(text));
-}
+using rkuinfo::utf8;
 
 /// Writes a value, reads it back as the same type and, as which it must not count, as another.
 template <typename Other, typename T>
@@ -48,6 +45,24 @@ TEST(Cpp20, KeepsEachType)
     EXPECT_FALSE(rkuinfo::set(settings, Text(), L"of the key itself"));
     EXPECT_EQ(utf8(rkuinfo::get<Text>(settings, nullptr).value()), "of the key itself");
     EXPECT_EQ(keys.stillOpen(), 0);
+}
+
+TEST(Cpp20, ConvertsBetweenUtf8AndUtf16)
+{
+    using Units = std::vector<unsigned>;
+    const std::tuple<std::string_view, Units, bool> rows[] = {
+        {"a\x7f\xc2\x80\xdf\xbf", {0x61, 0x7F, 0x80, 0x7FF}, true},
+        {"\xe0\xa0\x80\xef\xbf\xbf\xf0\x90\x80\x80\xf4\x8f\xbf\xbf",
+         {0x800, 0xFFFF, 0xD800, 0xDC00, 0xDBFF, 0xDFFF},
+         true},
+        {"\xed\xa0\x80z\xed\xb0\x80", {0xD800, 'z', 0xDC00}, true}, // alone
+        {"\x80\xc1\x80\xe0\x9f\xbf\xf4\x90\x80\x80\xc2", Units(11, 0xFFFD), false},
+    };
+    for (const auto& [bytes, units, back] : rows) {
+        const Text text(units.begin(), units.end());
+        EXPECT_TRUE(rkuinfo::utf16(bytes) == text);
+        EXPECT_EQ(utf8(text) == bytes, back);
+    }
 }
 
 TEST(Cpp20, TellsWhatFailed)

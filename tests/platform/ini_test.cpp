@@ -15,14 +15,15 @@ std::string iniFile(const std::string& bytes)
 }
 
 /// As many characters as were reported.
-std::string get(const std::string& path, Text section, Text key, Text fallback = L"?", DWORD size = 100)
+std::string get(const std::string& path, LPCWSTR section, LPCWSTR key, LPCWSTR fallback = L"?",
+                DWORD size = 100)
 {
     std::vector<wchar_t> out(size + 2, L'#');
     const DWORD copied = GetPrivateProfileStringW(section, key, fallback, out.data(), size, Wide(path));
     return utf8(out.data()) + (out[copied] == 0 ? "" : ", not terminated");
 }
 
-int number(const std::string& path, Text key)
+int number(const std::string& path, LPCWSTR key)
 {
     return static_cast<int>(GetPrivateProfileIntW(L"s", key, -9, Wide(path)));
 }
@@ -35,7 +36,7 @@ TEST(Ini, FindsValues)
         "q2=\"open\nq3=\"a\" b\nq4=\"\"\nbare\n=unnamed\nempty=\nkey=again\neq=a=b\nsemi=v ; w\n"
         "[Two] rest\na=1\r[SEC]\nlate=1\n [ Blank ] \nb=2\n[Open\nb1=3\n[In]ner]\nc=4\n[last]\nz=end");
     // Of sections and keys of one name the first counts.
-    const std::pair<Text, std::vector<std::pair<Text, const char*>>> sections[] = {
+    const std::pair<LPCWSTR, std::vector<std::pair<LPCWSTR, const char*>>> sections[] = {
         {L" sEC ", {{L" KEY ", "value"}, {L"two words", "in blanks"}, {L"off", "?"}, {L"late", "?"}}},
         {L"Sec", {{L"q", " x "}, {L"q1", "x"}, {L"q2", "\"open"}, {L"q3", "\"a\" b"}, {L"q4", ""}}},
         {L"Sec", {{L"bare", "?"}, {L"empty", ""}, {L"eq", "a=b"}, {L"semi", "v ; w"}}},
@@ -72,7 +73,7 @@ TEST(Ini, ParsesNumbers)
         iniFile("[s]\na=12\nb=-7\nc=+4\nd=0x1F\ne=12abc\nf=abc\ng=4294967297\nh=\"6\"\ni=\n"
                 "j=- 3\nk=-2147483649\nl=99999999999999999999\nm=0x:\n"
                 "n=-0b110\no=0o17\np=0B1\n");
-    const std::pair<Text, int> rows[] = {
+    const std::pair<LPCWSTR, int> rows[] = {
         {L"a", 12}, {L"b", -7},    {L"c", 4},  {L"d", 31}, {L"e", 12},         {L"f", 0},
         {L"g", 1},  {L"h", 6},     {L"i", -9}, {L"j", 0},  {L"k", 2147483647}, {L"l", 1661992959},
         {L"m", 0},  {L"none", -9}, {L"n", -6}, {L"o", 15}, {L"p", 0},

@@ -6,7 +6,7 @@ namespace {
 
 using namespace testing_support;
 
-LSTATUS open(HKEY parent, Text path)
+LSTATUS open(HKEY parent, LPCWSTR path)
 {
     HKEY opened = nullptr;
     const LSTATUS status = RegOpenKeyExW(parent, path, 0, KEY_READ, &opened);
@@ -14,7 +14,7 @@ LSTATUS open(HKEY parent, Text path)
     return status;
 }
 
-LSTATUS create(HKEY parent, Text path)
+LSTATUS create(HKEY parent, LPCWSTR path)
 {
     HKEY made = nullptr;
     const LSTATUS status = RegCreateKeyExW(parent, path, 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr);
@@ -22,13 +22,13 @@ LSTATUS create(HKEY parent, Text path)
     return status;
 }
 
-LSTATUS set(HKEY key, Text name, DWORD type, const std::string& bytes)
+LSTATUS set(HKEY key, LPCWSTR name, DWORD type, const std::string& bytes)
 {
     return RegSetValueExW(key, name, 0, type, reinterpret_cast<const BYTE*>(bytes.data()),
                           static_cast<DWORD>(bytes.size()));
 }
 
-LSTATUS query(HKEY key, Text name)
+LSTATUS query(HKEY key, LPCWSTR name)
 {
     return RegQueryValueExW(key, name, nullptr, nullptr, nullptr, nullptr);
 }
@@ -105,7 +105,7 @@ TEST_F(RegistryTest, FindsBadHandlesOut)
     EXPECT_EQ(RegCloseKey(stale), ERROR_SUCCESS);
     for (const HKEY bad : {HKEY{}, stale, reinterpret_cast<HKEY>(ULONG_PTR{0x7654321})}) {
         EXPECT_EQ(RegCloseKey(bad), ERROR_INVALID_HANDLE);
-        for (const Text path : {L"", L"sub"}) {
+        for (const LPCWSTR path : {L"", L"sub"}) {
             EXPECT_EQ(open(bad, path), ERROR_INVALID_HANDLE);
             EXPECT_EQ(create(bad, path), ERROR_INVALID_HANDLE);
             EXPECT_EQ(RegDeleteKeyW(bad, path), ERROR_INVALID_HANDLE);

@@ -131,7 +131,7 @@ std::string storm(std::uint64_t seed, Clock::time_point end, std::atomic<std::ui
         const Wide name("v" + std::to_string(random() % 8));
         const Wide path(utf8(key) + '/' + utf8(name));
         VelaVariant value;
-        const auto walk = [&](auto& it, Text item, auto look) {
+        const auto walk = [&](auto& it, LPCWSTR item, auto look) {
             check("find", config.findItem(settings, item, it), "015");
             do {
                 look(it);

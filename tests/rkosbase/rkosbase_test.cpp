@@ -69,7 +69,7 @@ TEST(RkOsBase, BothWindows8AreVersion8)
     const Patch ntdll = intercept<"GetModuleHandleW", decltype(GetModuleHandleW)>(
         [](auto, auto) { return reinterpret_cast<HMODULE>(pretended); }, module);
     const Patch call = intercept<"GetProcAddress", decltype(GetProcAddress)>(
-        [=](auto, auto...) { return reinterpret_cast<FARPROC>(fill); }, module);
+        [=](auto, auto...) { return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(fill)); }, module);
     for (const auto& [major, minor, result] :
          {std::tuple(5UL, 2UL, 5), {6UL, 1UL, 6}, {6UL, 2UL, 8}, {6UL, 3UL, 8}, {10UL, 2UL, 10}}) {
         pretended[0] = static_cast<DWORD>(major);

@@ -119,7 +119,7 @@ TEST_F(Codec, ReadsByStoredType)
     // A text without its terminator: the first half of another, since the call may look behind what it
     // stores.
     const Patch halved = intercept<"RegSetValueExW", decltype(RegSetValueExW)>(
-        [](auto real, HKEY key, Text name, DWORD reserved, DWORD type, auto* data, DWORD size) {
+        [](auto real, HKEY key, LPCWSTR name, DWORD reserved, DWORD type, auto* data, DWORD size) {
             return real(key, name, reserved, type, data, size / 2);
         });
     EXPECT_EQ(m_writers[0](variant(5, [](VelaVariant& v) { v.setString(L"abcdefg"); })), eOk);
@@ -144,7 +144,7 @@ TEST_F(Codec, SecondQueryDecides)
     };
     for (const auto& [first, second, result] : rows) {
         SCOPED_TRACE(testing::PrintToString(first) + " " + testing::PrintToString(second));
-        const auto changed = [&, &before = first, &after = second](auto real, HKEY key, Text name,
+        const auto changed = [&, &before = first, &after = second](auto real, HKEY key, LPCWSTR name,
                                                                    auto* reserved, DWORD* type, BYTE* data,
                                                                    DWORD* size) {
             if (data != nullptr && after == failure) {

@@ -40,7 +40,7 @@ protected:
         }
     }
 
-    Error find(Text key, Iterator& it) { return m_config.findItem(eSettings, key, it); }
+    Error find(LPCWSTR key, Iterator& it) { return m_config.findItem(eSettings, key, it); }
 };
 
 using Kinds = testing::Types<TarvoConfig::ItemIterator, TarvoConfig::ValueIterator>;
@@ -125,8 +125,8 @@ TYPED_TEST(Iterators, ACopyOpensTheKeyForItself)
     removeKey(HKEY_CURRENT_USER, settings + "\\Two");
     const TypeParam& same = last;
     last = same;
-    EXPECT_EQ(last.step(), eOk); // it still holds the key
     TypeParam ofAGoneKey(last);
+    EXPECT_EQ(last.step(), eOk); // it still holds the key
     EXPECT_EQ(nameOf(ofAGoneKey), "error 4");
     EXPECT_EQ(ofAGoneKey.step(), TarvoConfig::eInvalidIterator);
     last = TypeParam();

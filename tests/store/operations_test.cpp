@@ -10,11 +10,11 @@ using Operations = StoreTest;
 TEST_F(Operations, OpenTheirKey)
 {
     std::ostringstream calls;
-    const auto missing = [&](auto, HKEY, Text path, DWORD, REGSAM access, HKEY*) {
+    const auto missing = [&](auto, HKEY, LPCWSTR path, DWORD, REGSAM access, HKEY*) {
         calls << "open " << utf8(path) << std::hex << ' ' << access;
         return ERROR_FILE_NOT_FOUND;
     };
-    const auto refused = [&](auto, HKEY, Text path, DWORD, auto* keyClass, DWORD options, REGSAM access,
+    const auto refused = [&](auto, HKEY, LPCWSTR path, DWORD, auto* keyClass, DWORD options, REGSAM access,
                              auto* security, auto...) {
         EXPECT_TRUE(keyClass == nullptr && options == 0 && security == nullptr);
         calls << ", create " << utf8(path) << std::hex << ' ' << access;
@@ -24,7 +24,7 @@ TEST_F(Operations, OpenTheirKey)
     const Patch create = intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(refused);
     const struct
     {
-        Text argument;
+        LPCWSTR argument;
         std::string parent, trimmed, exists; // exists: as isItemExist takes it
     } rows[] = {
         {L"Display/Colors\\Back", "\\Display\\Colors", "\\Display\\Colors\\Back", "\\Display/Colors\\Back"},
@@ -88,7 +88,7 @@ TEST_F(Operations, AnswerWithTheirCode)
     const auto noSuchPath = static_cast<TarvoConfig::Path>(9);
     const struct
     {
-        Text path;
+        LPCWSTR path;
         const char* refused;
         TarvoConfig::Path root;
         int expected[std::size(operations)];
@@ -124,7 +124,7 @@ TEST_F(Operations, AnswerWithTheirCode)
     TarvoConfig::ItemIterator past(item);
     EXPECT_EQ(past.step(), eOk);
     // What reads and what writes give for an item's value.
-    const std::tuple<TarvoConfig::ItemIterator*, Text, const char*, int, int> itemRows[] = {
+    const std::tuple<TarvoConfig::ItemIterator*, LPCWSTR, const char*, int, int> itemRows[] = {
         {&none, L"n", "", 4, 1},
         {&past, L"n", "", 4, 4},
         {&item, L"none", "set", 1, 5},
@@ -228,7 +228,7 @@ protected:
     {
         return keyExists(HKEY_CURRENT_USER, settings + "\\" + path);
     }
-    Error remove(Text item) { return m_config.removeItem(eSettings, item); }
+    Error remove(LPCWSTR item) { return m_config.removeItem(eSettings, item); }
 };
 
 TEST_F(Removal, OfAMissingItemAndOfTrees)

@@ -57,7 +57,7 @@ inline std::string describe(const VelaVariant& v)
 }
 
 template <typename Iterator>
-Error find(TarvoConfig& config, TarvoConfig::Path root, Text path, VelaVariant&)
+Error find(TarvoConfig& config, TarvoConfig::Path root, LPCWSTR path, VelaVariant&)
 {
     Iterator it;
     return config.findItem(root, path, it);
@@ -69,20 +69,20 @@ struct Operation
     std::string name;
     std::size_t limit; ///< of root and sub-path together
     std::string last;  ///< what its argument holds behind the sub-path
-    Error (*call)(TarvoConfig&, TarvoConfig::Path, Text, VelaVariant&);
+    Error (*call)(TarvoConfig&, TarvoConfig::Path, LPCWSTR, VelaVariant&);
 };
 
 inline const Operation operations[] = {
     {"isItemExist", 1020, "",
-     [](auto& c, auto p, Text s, auto&) {
+     [](auto& c, auto p, LPCWSTR s, auto&) {
          return c.isItemExist(p, s) == 1 ? eOk : TarvoConfig::eInvalidInput;
      }},
-    {"getValue", 1020, "/n", [](auto& c, auto p, Text s, auto& v) { return c.getValue(p, s, v); }},
-    {"setValue", 1021, "/n", [](auto& c, auto p, Text s, auto& v) { return c.setValue(p, s, v); }},
-    {"addItem", 1021, "", [](auto& c, auto p, Text s, auto&) { return c.addItem(p, s); }},
-    {"addValue", 1021, "", [](auto& c, auto p, Text s, auto& v) { return c.addValue(p, s, L"n", v); }},
-    {"removeItem", 1021, "/n", [](auto& c, auto p, Text s, auto&) { return c.removeItem(p, s); }},
-    {"removeValue", 1021, "", [](auto& c, auto p, Text s, auto&) { return c.removeValue(p, s, L"n"); }},
+    {"getValue", 1020, "/n", [](auto& c, auto p, LPCWSTR s, auto& v) { return c.getValue(p, s, v); }},
+    {"setValue", 1021, "/n", [](auto& c, auto p, LPCWSTR s, auto& v) { return c.setValue(p, s, v); }},
+    {"addItem", 1021, "", [](auto& c, auto p, LPCWSTR s, auto&) { return c.addItem(p, s); }},
+    {"addValue", 1021, "", [](auto& c, auto p, LPCWSTR s, auto& v) { return c.addValue(p, s, L"n", v); }},
+    {"removeItem", 1021, "/n", [](auto& c, auto p, LPCWSTR s, auto&) { return c.removeItem(p, s); }},
+    {"removeValue", 1021, "", [](auto& c, auto p, LPCWSTR s, auto&) { return c.removeValue(p, s, L"n"); }},
     {"findItem of items", 1021, "", find<TarvoConfig::ItemIterator>},
     {"findItem of values", 1021, "", find<TarvoConfig::ValueIterator>},
 };

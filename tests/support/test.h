@@ -20,6 +20,5 @@
 namespace testing_support {
 
 using Error = TarvoConfig::Error;
-using Text = const wchar_t*;
 
 } // namespace testing_support

@@ -9,68 +9,9 @@
 
 namespace {
 
-constexpr bool isHigh(char32_t unit)
+constexpr bool isSurrogate(char32_t point)
 {
-    return unit >= 0xD800 && unit < 0xDC00;
-}
-
-constexpr bool isLow(char32_t unit)
-{
-    return unit >= 0xDC00 && unit < 0xE000;
-}
-
-/// Takes one code point, or a lone surrogate, off a text that is not empty.
-char32_t takePoint(TextView& text)
-{
-    const char32_t first = text[0];
-    text.remove_prefix(1);
-    if (!isHigh(first) || text.empty() || !isLow(text[0])) {
-        return first;
-    }
-    const char32_t second = text[0];
-    text.remove_prefix(1);
-    return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
-}
-
-/// The same of UTF-8, where the number of leading ones of the first byte is the number of bytes.
-char32_t takePoint(std::string_view& bytes)
-{
-    const auto byte = [&] {
-        const auto first = static_cast<unsigned char>(bytes[0]);
-        bytes.remove_prefix(1);
-        return static_cast<char32_t>(first);
-    };
-    const char32_t lead = byte();
-    if (lead < 0xC0) {
-        return lead;
-    }
-    const int following = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-    char32_t point = lead & (0x3FU >> following);
-    for (int i = 0; i < following && !bytes.empty(); ++i) {
-        point = (point << 6) | (byte() & 0x3F);
-    }
-    return point;
-}
-
-void append(std::string& out, char32_t point)
-{
-    const auto push = [&out](char32_t byte) { out += static_cast<char>(byte); };
-    const auto pushRest = [&](unsigned shift) { push(0x80 | ((point >> shift) & 0x3F)); };
-    if (point < 0x80) {
-        push(point);
-    } else if (point < 0x800) {
-        push(0xC0 | (point >> 6));
-        pushRest(0);
-    } else if (point < 0x10000) {
-        push(0xE0 | (point >> 12));
-        pushRest(6);
-        pushRest(0);
-    } else {
-        push(0xF0 | (point >> 18));
-        pushRest(12);
-        pushRest(6);
-        pushRest(0);
-    }
+    return point >= 0xD800 && point < 0xE000;
 }
 
 struct Block
@@ -104,31 +45,6 @@ bool isInvisible(char32_t point)
 
 } // namespace
 
-std::string utf8(TextView text)
-{
-    std::string out;
-    while (!text.empty()) {
-        append(out, takePoint(text));
-    }
-    return out;
-}
-
-Text utf16(std::string_view bytes)
-{
-    Text out;
-    const auto push = [&out](char32_t unit) { out += static_cast<Text::value_type>(unit); };
-    while (!bytes.empty()) {
-        const char32_t point = takePoint(bytes);
-        if (point < 0x10000) {
-            push(point);
-        } else {
-            push(0xD800 + ((point - 0x10000) >> 10));
-            push(0xDC00 + ((point - 0x10000) & 0x3FF));
-        }
-    }
-    return out;
-}
-
 Text joinedKey(const Text& key, const Text& name)
 {
     Text path = key;
@@ -141,8 +57,8 @@ Text joinedKey(const Text& key, const Text& name)
 bool isValid(TextView text)
 {
     while (!text.empty()) {
-        const char32_t point = takePoint(text);
-        if (isHigh(point) || isLow(point)) {
+        const char32_t point = rkuinfo::takeCodePoint(text);
+        if (isSurrogate(point)) {
             return false;
         }
     }
@@ -162,12 +78,12 @@ std::string shown(TextView text)
 {
     std::string out;
     while (!text.empty()) {
-        const char32_t point = takePoint(text);
+        const char32_t point = rkuinfo::takeCodePoint(text);
         const bool isControl = point < 0x20 || (point >= 0x7F && point < 0xA0);
-        if (isControl || isInvisible(point) || isHigh(point) || isLow(point)) {
+        if (isControl || isInvisible(point) || isSurrogate(point)) {
             out += "\\u" + hexDigits(point, 4);
         } else {
-            append(out, point);
+            rkuinfo::appendCodePoint(out, point);
         }
     }
     return out;
@@ -177,7 +93,7 @@ std::size_t displayWidth(std::string_view bytes)
 {
     std::size_t columns = 0;
     while (!bytes.empty()) {
-        columns += width(takePoint(bytes));
+        columns += width(rkuinfo::takeCodePoint(bytes));
     }
     return columns;
 }

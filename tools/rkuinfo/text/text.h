@@ -10,10 +10,8 @@
 
 using rkuinfo::Text;
 using rkuinfo::TextView;
-
-/// A lone surrogate takes the three bytes that its number would, and comes back as it was.
-std::string utf8(TextView text);
-Text utf16(std::string_view bytes);
+using rkuinfo::utf16;
+using rkuinfo::utf8;
 
 /// The path of a key below another one.
 Text joinedKey(const Text& key, const Text& name);

@@ -1,0 +1,105 @@
+// Texts for C++20 clients: owned UTF-16, and its way to and from UTF-8. All inline.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace rkuinfo {
+
+// The C++ runtime's wchar_t has 16 bits on Windows. Elsewhere a client is built with -fshort-wchar against a
+// runtime whose std::wstring still expects 32, and would break: there a text is a std::u16string.
+#if defined(_WIN32)
+using Text = std::wstring;
+#else
+using Text = std::u16string;
+#endif
+using TextView = std::basic_string_view<Text::value_type>;
+
+/// A text of the library as an owned one; null gives the empty text.
+inline Text text(const wchar_t* source)
+{
+    Text copy;
+    while (source != nullptr && *source != 0) {
+        copy.push_back(static_cast<Text::value_type>(*source++));
+    }
+    return copy;
+}
+
+/// Takes the first code point, or a surrogate that stands alone, off a text that is not empty.
+inline char32_t takeCodePoint(TextView& source)
+{
+    const auto isAt = [&](std::size_t at, char32_t kind) {
+        return at < source.size() && (source[at] & 0xFC00U) == kind;
+    };
+    char32_t point = source[0];
+    const bool isPair = isAt(0, 0xD800) && isAt(1, 0xDC00);
+    if (isPair) {
+        point = 0x10000 + ((point & 0x3FF) << 10) + (source[1] & 0x3FFU);
+    }
+    source.remove_prefix(isPair ? 2 : 1);
+    return point;
+}
+
+/// The same of UTF-8; a byte that starts no character gives U+FFFD.
+inline char32_t takeCodePoint(std::string_view& source)
+{
+    const auto lead = static_cast<unsigned char>(source[0]);
+    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    char32_t point = length == 1 ? lead : lead & (0x7FU >> length);
+    std::size_t read = 1;
+    while (read < length && read < source.size() && (source[read] & 0xC0) == 0x80) {
+        point = point << 6 | (static_cast<unsigned char>(source[read++]) & 0x3FU);
+    }
+    const bool isCharacter = (length == 1 || lead >= 0xC2) && lead < 0xF5 && read == length &&
+                             point >= smallest[length] && point < 0x110000;
+    source.remove_prefix(isCharacter ? length : 1);
+    return isCharacter ? point : 0xFFFD;
+}
+
+inline void appendCodePoint(std::string& bytes, char32_t point)
+{
+    const unsigned more = point < 0x80 ? 0 : point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
+    constexpr char32_t leads[] = {0, 0xC0, 0xE0, 0xF0};
+    bytes.push_back(static_cast<char>(leads[more] | point >> (6 * more)));
+    for (unsigned left = more; left > 0; --left) {
+        bytes.push_back(static_cast<char>(0x80 | (point >> (6 * (left - 1)) & 0x3F)));
+    }
+}
+
+inline void appendCodePoint(Text& units, char32_t point)
+{
+    if (point >= 0x10000) {
+        units.push_back(static_cast<Text::value_type>(0xD800 + ((point - 0x10000) >> 10)));
+        point = 0xDC00 + (point & 0x3FF);
+    }
+    units.push_back(static_cast<Text::value_type>(point));
+}
+
+/// A surrogate that stands alone takes the three bytes that its number would, and comes back as it was.
+inline std::string utf8(TextView source)
+{
+    std::string bytes;
+    while (!source.empty()) {
+        appendCodePoint(bytes, takeCodePoint(source));
+    }
+    return bytes;
+}
+
+/// Of a text of the library; null gives the empty one.
+inline std::string utf8(const wchar_t* source)
+{
+    return utf8(TextView(text(source)));
+}
+
+inline Text utf16(std::string_view source)
+{
+    Text units;
+    while (!source.empty()) {
+        appendCodePoint(units, takeCodePoint(source));
+    }
+    return units;
+}
+
+} // namespace rkuinfo
