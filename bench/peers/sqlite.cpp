@@ -1,4 +1,5 @@
-// SQLite with a write-ahead log that waits for no disk, as the registry of winhost has it, and statements prepared once.
+// SQLite with a write-ahead log that waits for no disk, as the registry of winhost has it, and statements
+// prepared once.
 #include "peers.h"
 
 #include <sqlite3.h>
