@@ -23,6 +23,7 @@ if(RKUINFO_TOOLS)
   install(FILES ${tool}/rkuinfo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES ${tool}/rkuinfo.bash
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME rkuinfo)
+  install(FILES ${tool}/rkuinfo.ps1 DESTINATION ${CMAKE_INSTALL_DATADIR}/rkuinfo)
 endif()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/rkosbase/include/
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
@@ -72,12 +73,12 @@ install(FILES ${PROJECT_BINARY_DIR}/rkuinfo.pc DESTINATION ${CMAKE_INSTALL_LIBDI
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis DESTINATION ${natvis_folder})
 
 # Documents, and the terms of what others wrote.
-set(licenses cli11.txt fmt.txt nlohmann-json.txt)
+set(licenses cli11.txt nlohmann-json.txt)
 if(MINGW)
   list(APPEND licenses GPL-3.txt gcc-runtime.txt mingw-w64.txt)
 endif()
 list(TRANSFORM licenses PREPEND ${PROJECT_SOURCE_DIR}/licenses/)
-set(documents ABI.md GUIDE.md REGISTRY.md SECURITY.md)
+set(documents ABI.md GUIDE.md LOADING.md REGISTRY.md)
 list(TRANSFORM documents PREPEND ${PROJECT_SOURCE_DIR}/docs/)
 install(FILES ${documents} ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${licenses} DESTINATION ${CMAKE_INSTALL_DOCDIR}/licenses)

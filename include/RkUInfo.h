@@ -98,7 +98,7 @@ RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
 /// Loads a library of the current language's folder or, when that fails, by its bare name in the system's
 /// search order, which has the working directory and PATH in it: an application restricts that order once,
-/// as its first step, with SetDefaultDllDirectories (docs/SECURITY.md). The caller frees the handle.
+/// as its first step, with SetDefaultDllDirectories (docs/LOADING.md). The caller frees the handle.
 RKUINFO_API HINSTANCE__* LoadResourceDll(const wchar_t* fileName);
 /// The same with LoadLibraryExW, which gets file and flags unchanged.
 RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long flags);

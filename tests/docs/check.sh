@@ -52,6 +52,12 @@ git() {
     [ "$target" = host ] || ln -s "$root/build/wine" "$3/build/wine"
 }
 
+# ./dev package makes an archive; what it holds is installed from the build under test: tar -xzf ARCHIVE -C FOLDER.
+tar() {
+    [ "$1" = -xzf ] || return 1
+    command cmake --install "$build" --prefix "$4/$(basename "$2" .tar.gz)" >/dev/null
+}
+
 cmake() {
     case $* in
     "--preset "* | "--build --preset "*) ;;
@@ -64,7 +70,7 @@ clean_up() {
     local key
     rm -rf "$home"
     [ "$target" = windows ] || return 0
-    for key in 'HKCU\Software\Norvik' \
+    for key in 'HKCU\Software\Norvik' 'HKCU\Software\Acme' \
         'HKLM\Software\Microsoft\Windows\CurrentVersion\Uninstall\{5C3D71E0-B00F-1033-C10E-9E40B6D2F815}'; do
         "$root/toolchains/run-wine.sh" reg delete "$key" /f
     done

@@ -1,4 +1,4 @@
-// A library that lies in the working directory, as docs/SECURITY.md tells of it.
+// A library that lies in the working directory, as docs/LOADING.md tells of it.
 #include "support/test.h"
 
 namespace {

@@ -226,7 +226,10 @@ void printFindings(const std::vector<Finding>& findings, const Layout& layout)
         const Cell severity = {finding.isError ? "error" : "note",
                                finding.isError ? Style::bad : Style::quiet};
         if (layout.columns) {
-            table.addRow({severity, {joined(finding.subjects) + ": " + finding.problem}});
+            const std::string subjects = joined(finding.subjects);
+            table.addRow({severity,
+                          {finding.problem.starts_with(subjects) ? finding.problem
+                                                                 : subjects + ": " + finding.problem}});
             table.addRow({{"remedy", Style::good}, {finding.remedy}});
         } else {
             table.addRow(
