@@ -2,6 +2,7 @@
 
 #include "registry/names.h"
 
+#include <algorithm>
 #include <new>
 
 namespace winhost::registry {
@@ -16,7 +17,10 @@ std::uint64_t Cache::hashOf(const Question& question)
 {
     const std::uint64_t start =
         mix(question.kind, static_cast<std::uint64_t>(question.node) << 32 | question.index);
-    return question.text.empty() ? start : mix(start, bytesOf(question.text));
+    constexpr std::size_t most = 32; // units: paths differ at their ends
+    const std::size_t length = question.text.size();
+    return length == 0 ? start
+                       : mix(start + length, bytesOf(question.text.substr(length - std::min(length, most))));
 }
 
 void Cache::remember(const Question& question, std::uint64_t tag, const Answer& answer)

@@ -156,6 +156,11 @@ void ignoreFileSizeSignal()
     }
 }
 
+Statement beginAll{"BEGIN IMMEDIATE"};
+Statement commitAll{"COMMIT"};
+Statement beginCall{"SAVEPOINT call"}; // within a change over many calls
+Statement commitCall{"RELEASE call"};
+
 class Store
 {
 public:
@@ -185,7 +190,7 @@ public:
             return ERROR_INVALID_PARAMETER;
         }
         sqlite3_busy_timeout(m_database, 0);
-        const LSTATUS status = run(m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE");
+        const LSTATUS status = Query(m_isShared ? beginCall : beginAll).run();
         sqlite3_busy_timeout(m_database, longestWait.count());
         if (status == ERROR_SUCCESS && forManyCalls) {
             m_isShared = true;
@@ -194,7 +199,7 @@ public:
         return status;
     }
 
-    LSTATUS commit() const { return run(m_isShared ? "RELEASE call" : "COMMIT"); }
+    LSTATUS commit() { return Query(m_isShared ? commitCall : commitAll).run(); }
 
     void undo() const
     {
@@ -370,8 +375,7 @@ private:
         }
         m_checked = tick;
         const struct stat listing = fileAt(m_folder);
-        if (!thoroughly && isSameFile(listing, m_listing) &&
-            listing.st_mtim.tv_sec == m_listing.st_mtim.tv_sec &&
+        if (isSameFile(listing, m_listing) && listing.st_mtim.tv_sec == m_listing.st_mtim.tv_sec &&
             listing.st_mtim.tv_nsec == m_listing.st_mtim.tv_nsec) {
             return false;
         }

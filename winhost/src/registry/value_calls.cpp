@@ -8,6 +8,9 @@ using namespace winhost::registry;
 
 namespace {
 
+constexpr char noUnit[sizeof(wchar_t)] = {};
+constexpr std::string_view terminator(noUnit, sizeof noUnit);
+
 bool isText(DWORD type)
 {
     return type == REG_SZ || type == REG_EXPAND_SZ || type == REG_MULTI_SZ;
@@ -22,7 +25,7 @@ LSTATUS giveData(const Answer& value, BYTE* data, DWORD* size)
         status = ERROR_MORE_DATA;
     } else if (data != nullptr && !value.data.empty()) {
         std::memcpy(data, value.data.data(), value.data.size());
-        const bool isTerminated = value.data.ends_with(std::string_view("\0", 2));
+        const bool isTerminated = value.data.ends_with(terminator);
         if (isText(value.type) && !isTerminated && *size - value.data.size() >= sizeof(wchar_t)) {
             std::memset(data + value.data.size(), 0, sizeof(wchar_t));
         }

@@ -46,7 +46,7 @@ int allocateIndex(sqlite3* database, int file)
 void hideVersion()
 {
     if (page != nullptr) {
-        mmap(page, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
+        static_cast<void>(mmap(page, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
     }
 }
 
@@ -60,7 +60,8 @@ void showVersion(sqlite3* database)
     if (page != nullptr && mapIndex(database, false, index) == SQLITE_OK && index != nullptr &&
         *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
         // An old size of 0 maps the same pages once more.
-        mremap(const_cast<void*>(index), 0, pageSize, MREMAP_MAYMOVE | MREMAP_FIXED, page.load());
+        static_cast<void>(
+            mremap(const_cast<void*>(index), 0, pageSize, MREMAP_MAYMOVE | MREMAP_FIXED, page.load()));
     }
 }
 
