@@ -227,8 +227,9 @@ void printFindings(const std::vector<Finding>& findings, const Layout& layout)
                                finding.isError ? Style::bad : Style::quiet};
         if (layout.columns) {
             const std::string subjects = joined(finding.subjects);
-            table.addRow({severity, {finding.problem.starts_with(subjects) ? finding.problem
-                                                                           : subjects + ": " + finding.problem}});
+            table.addRow({severity,
+                          {finding.problem.starts_with(subjects) ? finding.problem
+                                                                 : subjects + ": " + finding.problem}});
             table.addRow({{"remedy", Style::good}, {finding.remedy}});
         } else {
             table.addRow(
