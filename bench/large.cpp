@@ -3,8 +3,12 @@
 #include "memory.h"
 #include "settings.h"
 
+#include <sqlite3.h>
+#include <winhost/changes.h>
+
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -130,12 +134,20 @@ void readAny(TarvoConfig& config, int keys)
     }
 }
 
-/// Whole walks over the sub-keys, in all as many steps as are asked for.
-void walk(TarvoConfig& config, int keys, int steps)
+/// What a step of a walk over the sub-keys costs when nothing is remembered, since something was written
+/// before.
+double walkCost(TarvoConfig& config, int keys)
 {
     Path path(keys);
     const wchar_t* const tree = path.tree();
-    for (int round = 0; round < steps / keys; ++round) {
+    std::array<double, 101> times{};
+    const std::size_t rounds = keys > readSteps ? 3 : times.size();
+    VelaVariant value;
+    for (std::size_t round = 0; round < rounds; ++round) {
+        value.setInt(static_cast<std::int32_t>(round));
+        require(config.setValue(TarvoConfig::eSettings, L"Walk/Round", value) == TarvoConfig::eOk,
+                "setValue");
+        const double start = processorTime();
         TarvoConfig::ItemIterator items;
         require(config.findItem(TarvoConfig::eSettings, tree, items) == TarvoConfig::eOk, "findItem");
         int seen = 0;
@@ -143,8 +155,108 @@ void walk(TarvoConfig& config, int keys, int steps)
         for (long length = 32; items.name(name, length) == TarvoConfig::eOk; length = 32, ++seen) {
             items.step();
         }
+        times[round] = (processorTime() - start) / keys;
         require(seen == keys, "walk");
     }
+    std::nth_element(times.begin(), times.begin() + rounds / 2, times.begin() + rounds);
+    return times[rounds / 2];
+}
+
+/// The two selects that any setting takes, on the store's own file.
+class Selects
+{
+public:
+    explicit Selects(int keys) : m_keys(keys)
+    {
+        const std::string file = std::string(std::getenv("XDG_DATA_HOME")) + "/winhost/registry.db";
+        require(sqlite3_open_v2(file.c_str(), &m_database, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK,
+                "sqlite3_open");
+        sqlite3_stmt* tree = nullptr;
+        prepare("SELECT id FROM keys WHERE folded = ?1", tree);
+        bind(tree, 1, "large" + number(keys));
+        require(sqlite3_step(tree) == SQLITE_ROW, "finding the tree");
+        m_tree = sqlite3_column_int64(tree, 0);
+        sqlite3_finalize(tree);
+        prepare("SELECT id, name, sum FROM keys WHERE parent = ?1 AND folded = ?2", m_key);
+        prepare("SELECT name, type, data, sum FROM vals WHERE key = ?1 AND folded = ?2", m_value);
+    }
+    Selects(const Selects&) = delete;
+    Selects& operator=(const Selects&) = delete;
+    ~Selects()
+    {
+        sqlite3_finalize(m_key);
+        sqlite3_finalize(m_value);
+        sqlite3_close(m_database);
+    }
+
+    void readAny()
+    {
+        for (int i = 0; i < readSteps; ++i) {
+            const auto any = static_cast<int>(m_random() % static_cast<unsigned>(m_keys * valuesPerKey));
+            sqlite3_bind_int64(m_key, 1, m_tree);
+            bind(m_key, 2, "key" + number(any / valuesPerKey));
+            require(sqlite3_step(m_key) == SQLITE_ROW, "selecting a key");
+            sqlite3_bind_int64(m_value, 1, sqlite3_column_int64(m_key, 0));
+            sqlite3_reset(m_key);
+            bind(m_value, 2, "value" + std::to_string(any % valuesPerKey));
+            require(sqlite3_step(m_value) == SQLITE_ROW, "selecting a value");
+            bench::use(sqlite3_column_blob(m_value, 2));
+            sqlite3_reset(m_value);
+        }
+    }
+
+private:
+    static std::string number(int number)
+    {
+        const std::string digits = std::to_string(number);
+        return std::string(6 - digits.size(), '0') + digits;
+    }
+
+    void prepare(const char* sql, sqlite3_stmt*& statement)
+    {
+        require(sqlite3_prepare_v2(m_database, sql, -1, &statement, nullptr) == SQLITE_OK, sql);
+    }
+
+    static void bind(sqlite3_stmt* statement, int index, const std::string& name)
+    {
+        std::string folded;
+        for (const char each : name) {
+            folded += {0, each};
+        }
+        sqlite3_bind_blob(statement, index, folded.data(), static_cast<int>(folded.size()), SQLITE_TRANSIENT);
+    }
+
+    std::minstd_rand m_random{1};
+    int m_keys;
+    sqlite3* m_database = nullptr;
+    sqlite3_stmt* m_key = nullptr;
+    sqlite3_stmt* m_value = nullptr;
+    sqlite3_int64 m_tree = 0;
+};
+
+/// What is done to 10,000 keys and values at once, in milliseconds.
+void bulk(TarvoConfig& config)
+{
+    constexpr int keys = 1000; // of ten values
+    const auto timed = [](const char* what, const std::function<void()>& work) {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
+        std::printf("milliseconds to %s: %.0f\n", what, taken.count());
+    };
+    timed("write 10,000 values into 1,000 keys, each for itself", [&] { fill(config, keys); });
+    timed("write 10,000 values into 1,000 keys as one change", [&] {
+        require(winhostBeginRegistryChanges() == ERROR_SUCCESS, "winhostBeginRegistryChanges");
+        fill(config, keys + 1);
+        require(winhostEndRegistryChanges(TRUE) == ERROR_SUCCESS, "winhostEndRegistryChanges");
+    });
+    winhostBeginRegistryChanges();
+    fill(config, 10 * keys);
+    winhostEndRegistryChanges(TRUE);
+    timed("remove a tree of 10,000 keys and 100,000 values", [&] {
+        Path path(10 * keys);
+        require(config.removeItem(TarvoConfig::eSettings, path.tree()) == TarvoConfig::eOk, "removeItem");
+    });
 }
 
 constexpr wchar_t bigPath[] = L"Big/Value";
@@ -212,8 +324,9 @@ void checkBig(TarvoConfig& config)
 } // namespace
 
 /// "fill KEYS" makes the tree, "measure KEYS" prints a line of nanoseconds: of a read in turn, of any read,
-/// of a walk's step. "memory KEYS" reads all of the tree and tells what that took. "big FILE" measures values
-/// of 1 MB.
+/// of a walk's step, of two selects. "bulk 0" tells what
+/// many changes take. "memory KEYS" reads all of the tree and tells what that took. "big FILE" measures
+/// values of 1 MB.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the end of a measurement
 {
     require(argc > 2, "reading the arguments");
@@ -228,17 +341,20 @@ int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the end of
         return 0;
     }
     const int keys = std::atoi(argv[2]);
-    const int walkSteps = std::max(keys, readSteps);
-    if (task == "fill") {
+    if (task == "bulk") {
+        bulk(config);
+    } else if (task == "fill") {
         fill(config, keys);
     } else if (task == "measure") {
         readAll(config, keys); // the system gives the process the store's pages as it first touches them
         const double inTurn = cost(readSteps, [&] { readInTurn(config, keys); });
         const double any = cost(readSteps, [&] { readAny(config, keys); });
-        std::printf("%.1f %.1f %.1f\n", inTurn, any, cost(walkSteps, [&] { walk(config, keys, walkSteps); }));
+        Selects selects(keys);
+        const double twoSelects = cost(readSteps, [&] { selects.readAny(); });
+        std::printf("%.1f %.1f %.1f %.1f\n", inTurn, any, walkCost(config, keys), twoSelects);
     } else {
         readAll(config, keys);
-        walk(config, keys, walkSteps);
+        walkCost(config, keys);
         bench::printMemory();
     }
     return 0;

@@ -19,7 +19,7 @@ inline void printMemory()
         unsigned long end = 0;
         long size = 0;
         if (std::sscanf(line, "%lx-%lx ", &start, &end) == 2) {
-            inStore = std::strstr(line, "/data.mdb") != nullptr;
+            inStore = std::strstr(line, "/registry.db") != nullptr;
         } else if (inStore && std::sscanf(line, "Rss: %ld", &size) == 1) {
             store += size;
         } else if (!inStore && std::sscanf(line, "Private_Dirty: %ld", &size) == 1) {

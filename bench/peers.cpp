@@ -59,13 +59,13 @@ int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the end of
     require(out != nullptr, "opening the file of results");
     bench::run(
         {
-            reading(config, "dconf, dconf_client_read", *dconf, 2),
-            readingInTurn(config, "dconf, dconf_client_read", *dconf, 2),
+            reading(config, "dconf, dconf_client_read", *dconf, 1),
+            readingInTurn(config, "dconf, dconf_client_read", *dconf, 1),
             reading(config, "QSettings, sync and value", *qSettings, 0.25),
             reading(config, "SQLite, a prepared select", *sqlite, 1),
             reading(config, "GKeyFile in memory", *keyFile, 0),
-            writing(config, "QSettings, setValue and sync", *qSettings, 0.2),
-            writing(config, "SQLite, a prepared update", *sqlite, 0),
+            writing(config, "QSettings, setValue and sync", *qSettings, 0.05),
+            writing(config, "SQLite, a prepared update", *sqlite, 1.5),
         },
         out, argc > 3 ? argv[3] : "");
     std::fclose(out);

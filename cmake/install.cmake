@@ -76,8 +76,6 @@ install(FILES ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis DESTINATION ${n
 set(licenses cli11.txt nlohmann-json.txt)
 if(MINGW)
   list(APPEND licenses GPL-3.txt gcc-runtime.txt mingw-w64.txt)
-elseif(NOT WIN32)
-  list(APPEND licenses lmdb.txt)
 endif()
 list(TRANSFORM licenses PREPEND ${PROJECT_SOURCE_DIR}/licenses/)
 set(documents ABI.md GUIDE.md LOADING.md REGISTRY.md)

@@ -45,14 +45,14 @@ count_all() {
     count_memory small "$bench/bin/bench_start"
 }
 
-# What a client has to itself, and what of the store's file it has read.
+# What a client has to itself, and what of the store's index it has mapped.
 count_memory() {
     local tree=$1 program=$2 empty own store
     shift 2
     read -r empty _ < <("$bench/bin/bench_empty" memory)
     read -r own store < <("$program" memory "$@")
     echo "private kilobytes of a client of a $tree tree over an empty program's: $((own - empty))"
-    echo "kilobytes of the store's file that it has mapped: $store"
+    echo "kilobytes of the store's index that it has mapped: $store"
 }
 
 bench_table() {
@@ -84,6 +84,7 @@ bench_scale() {
         in_store large bench_large measure 100000 >>"$bench/large.txt"
     done
     XDG_DATA_HOME=$stores/large count_memory large "$bench/bin/bench_large" 100000 >"$bench/memory.txt"
+    "$bench/bin/bench_large" bulk 0 >>"$bench/memory.txt" # on the disk
     in_store big bench_large big "$bench/big.jsonl"
     for size in 10 1000 100000 1000000; do
         in_store "growth$size" bench_growth --benchmark_filter="/$size\$" --benchmark_repetitions=9 \

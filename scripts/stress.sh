@@ -13,9 +13,10 @@ run_cases() {
 
 run_stress() {
     echo '== Faults, kills, many at once, disks and damaged files'
-    build host langpacks reliability_test storm_test
+    build host langpacks reliability_test storm_test store_files_test
     run_cases build/host/bin/reliability_test '*'
     run_cases build/host/bin/storm_test '*'
+    run_cases build/host/bin/store_files_test '*'
     echo '== The same threads under ThreadSanitizer'
     build tsan langpacks storm_test
     run_cases build/tsan/bin/storm_test '*Threads*:*Many*'

@@ -9,8 +9,8 @@ using namespace testing_support;
 
 using PathFunction = unsigned long (*)(wchar_t*, unsigned long);
 
-constexpr PathFunction programPath = GetProgramPath;
-constexpr PathFunction resourcePath = GetResourceDllPath; // of "unknown", before start-up
+const PathFunction programPath = GetProgramPath;
+const PathFunction resourcePath = GetResourceDllPath; // of "unknown", before start-up
 constexpr PathFunction helpPath = [](wchar_t* out, unsigned long size) {
     return static_cast<unsigned long>(GetHelpFilePath(out, static_cast<long>(size)));
 };

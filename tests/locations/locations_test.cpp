@@ -64,7 +64,7 @@ constexpr auto local = &ShellFolders::local;
 
 /// Each function with the position of the level below it, its profile folder and the path that it adds to
 /// that.
-constexpr struct
+const struct
 {
     PathFunction folder;
     int below;

@@ -93,8 +93,8 @@ check_pkgconfig() {
     # shellcheck disable=SC2086 # flags are words
     c++ -std=c++14 -fPIC -shared "$sources/module.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/module.so"
     # shellcheck disable=SC2086
-    c++ -std=c++20 -c "$sources/memory.cpp" -I"$root/tests" -o "$2/memory.o"
-    c++ -std=c++20 -c "$root/tests/support/host/imports.cpp" -I"$root/tests" -o "$2/imports.o"
+    (cd "$2" && c++ -std=c++20 -I"$root/tests" -c \
+        "$sources/memory.cpp" "$root/tests/support/names.cpp" "$root/tests/support/host/imports.cpp")
     # shellcheck disable=SC2086
     c++ -std=c++14 "$sources/client.cpp" "$sources/load_host.cpp" "$2"/*.o $flags -Wl,-rpath,"$1/lib" -o "$2/client"
     new_home "$2"

@@ -66,7 +66,7 @@ TEST(Module, CodeIsLoadedOnce)
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(GetModuleHandleW(Wide(libraryModule)), module);
     EXPECT_EQ(fileNameOf(module), windowsPath(inBin(libraryModule)));
-    EXPECT_NE(GetProcAddress(module, "_Z10velaConfigv"), nullptr);
+    EXPECT_NE(GetProcAddress(module, exportedName("velaConfig").c_str()), nullptr);
     EXPECT_EQ(GetProcAddress(module, "malloc"), nullptr); // of another module
     EXPECT_EQ(stringOf(module, englishId).substr(0, 3), "0 #");
     EXPECT_NE(FreeLibrary(module), FALSE);

@@ -12,17 +12,18 @@ using namespace testing_support;
 template <typename Function>
 Function* functionOf(HMODULE module, const char* name)
 {
-    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+    return reinterpret_cast<Function*>(
+        reinterpret_cast<void*>(GetProcAddress(module, exportedName(name).c_str())));
 }
 
 /// Starts up, reads a setting and a text of the language library.
 void use(HMODULE library)
 {
     const auto start = functionOf<int(const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*)>(
-        library, "_Z14InitVelaConfigPKwS0_S0_S0_");
-    const auto localName = functionOf<const wchar_t*()>(library, "_Z27GetCurrentLanguageLocalNamev");
+        library, "InitVelaConfig");
+    const auto localName = functionOf<const wchar_t*()>(library, "GetCurrentLanguageLocalName");
     const auto profile =
-        functionOf<unsigned long(wchar_t*, unsigned long&)>(library, "_Z21GetCurrentProfileNamePwRm");
+        functionOf<unsigned long(wchar_t*, unsigned long&)>(library, "GetCurrentProfileName");
     ASSERT_TRUE(start && localName && profile);
     wchar_t text[16] = {};
     unsigned long size = 16;
@@ -56,11 +57,11 @@ TEST(Loading, LoadsUsesUnloadsAndLoadsAgain)
         use(library);
         calls.clear();
         record<"FreeLibrary", decltype(FreeLibrary)>();
-        record<"_ZN8RkLockerD1Ev", void(void*)>();
+        record<"RkLocker::~RkLocker", void(void*)>();
         EXPECT_TRUE(FreeLibrary(library));
         EXPECT_EQ(GetModuleHandleW(Wide(libraryModule)), nullptr);
         // The language library, then the product object with its lock.
-        EXPECT_EQ(calls, (std::vector<std::string>{"FreeLibrary", "_ZN8RkLockerD1Ev"}));
+        EXPECT_EQ(calls, (std::vector<std::string>{"FreeLibrary", "RkLocker::~RkLocker"}));
     }
 }
 

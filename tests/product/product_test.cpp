@@ -37,8 +37,8 @@ TEST(Product, SharesThreeIntegersUnderItsLock)
 {
     int locks = 0;
     int unlocks = 0;
-    const Patch lock = intercept<"_ZN8RkLocker4lockEv", void(RkLocker*)>([&](auto, auto*) { ++locks; });
-    const Patch unlock = intercept<"_ZN8RkLocker6unlockEv", void(RkLocker*)>([&](auto, auto*) { ++unlocks; });
+    const Patch lock = intercept<"RkLocker::lock", void(RkLocker*)>([&](auto, auto*) { ++locks; });
+    const Patch unlock = intercept<"RkLocker::unlock", void(RkLocker*)>([&](auto, auto*) { ++unlocks; });
     const auto shared = [] {
         return std::to_string(product.getSharedValueA()) + ' ' + std::to_string(product.getSharedValueB()) +
                ' ' + std::to_string(product.getSharedValueC());

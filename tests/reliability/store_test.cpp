@@ -266,7 +266,7 @@ TEST(Store, FollowsItsFiles)
         },
     };
     for (const auto& change : changes) {
-        const Process process("client", folder.string() + " s1 w g3 s1 g1 w g1");
+        const Process process("client", folder.string() + " s1 w g3 s1 s1 g1 w g1");
         process.read(true);
         change();
         process.tell();

@@ -52,7 +52,7 @@ inline std::string describe(const VelaVariant& v)
 /// The version of Windows that the library is told.
 [[nodiscard]] inline auto pretendVersion(int version)
 {
-    return intercept<"_Z21velaGetWindowsVersionPmS_S_", decltype(velaGetWindowsVersion)>(
+    return intercept<"velaGetWindowsVersion", decltype(velaGetWindowsVersion)>(
         [=](auto, auto*...) { return version; });
 }
 

@@ -13,7 +13,8 @@ namespace testing_support {
 extern const char* const libraryModule;
 extern const char* const programModule;
 
-/// Where a loaded module keeps the addresses of a function that it imports; they can be written. Throws
+/// Where a loaded module keeps the addresses of a function that it imports, named as in the source
+/// ("RegCloseKey", "RkLocker::lock"); they can be written. Throws
 /// std::runtime_error when the module imports no such function.
 std::vector<void**> importSlots(const char* module, const char* function);
 

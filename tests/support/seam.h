@@ -2,14 +2,29 @@
 #pragma once
 
 #include "support/imports.h"
+#include "support/names.h"
+#include "support/scratch.h"
 #include "support/text.h"
 
 #include <windows.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 
 namespace testing_support {
+
+/// The whole name of a function that the library exports, from the list that the exports are held to.
+inline std::string exportedName(std::string_view function)
+{
+    std::istringstream names(readFile(RKUINFO_EXPORTS));
+    for (std::string name; std::getline(names, name);) {
+        if (isNameOf(name, function)) {
+            return name;
+        }
+    }
+    return "";
+}
 
 /// A handler that counts a registry function's successes.
 inline auto counting(int& counter)

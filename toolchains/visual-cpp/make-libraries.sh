@@ -35,12 +35,13 @@ make_libraries() {
     cp "$work/ole32.lib" "$work/uuid.lib"
     cp "$work/user32.lib" "$work/winspool.lib"
 
+    # Behind --, since a path such as /work/... would be taken for the option /w.
     for name in start dll dllmain main wmain statics guards heap; do
-        "${compile[@]}" /std:c++20 /W4 /WX "$here/runtime/$name.cpp" "/Fo$work/"
+        "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/runtime/$name.cpp"
     done
-    "${compile[@]}" /std:c++20 /W4 /WX /GR- "$here/runtime/type_info.cpp" "/Fo$work/"
+    "${compile[@]}" /std:c++20 /W4 /WX /GR- "/Fo$work/" -- "$here/runtime/type_info.cpp"
     (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # by names that are the same wherever they were made
-    "${compile[@]}" /std:c++20 /W4 /WX "$here/libcxx/few.cpp" "/Fo$work/"
+    "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/libcxx/few.cpp"
     (cd "$work" && llvm-lib-19 /nologo /out:few.lib few.obj)
 }
 
@@ -52,9 +53,9 @@ make_libcxx() {
     for file in "$sources"/*.cpp "$sources"/filesystem/*.cpp "$sources"/ryu/*.cpp "$sources"/support/win32/*.cpp; do
         case $file in
         *legacy_pointer* | *int128* | *compiler_rt_shims* | */new.cpp) ;;
-        *) printf '%s\0%s\0' "$file" "/Fo$work/$(tr / _ <<<"${file#"$sources/"}").obj" ;;
+        *) printf '%s\0--\0%s\0' "/Fo$work/$(tr / _ <<<"${file#"$sources/"}").obj" "$file" ;;
         esac
-    done | xargs -0 -n 2 -P "$(nproc)" "${compile[@]}"
+    done | xargs -0 -n 3 -P "$(nproc)" "${compile[@]}"
     llvm-lib-19 /nologo "/out:$work/libcxx.lib" "$work"/*.obj
 }
 

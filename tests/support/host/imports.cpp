@@ -1,13 +1,14 @@
 // Imports of an ELF module: the slots that its relocations name.
 #include "support/imports.h"
 
+#include "support/names.h"
+
 #include <dlfcn.h>
 #include <link.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstring>
 #include <map>
 #include <set>
 #include <stdexcept>
@@ -46,15 +47,15 @@ std::vector<void**> importSlots(const char* module, const char* function)
         const auto* const first = reinterpret_cast<const Elf64_Rela*>(entries[table]);
         for (const Elf64_Rela* at = first; at != first + entries[size] / sizeof *at; ++at) {
             const auto type = ELF64_R_TYPE(at->r_info);
-            if ((type != R_X86_64_JUMP_SLOT && type != R_X86_64_GLOB_DAT) ||
-                std::strcmp(names + symbols[ELF64_R_SYM(at->r_info)].st_name, function) != 0) {
+            const char* const symbol = names + symbols[ELF64_R_SYM(at->r_info)].st_name;
+            if ((type != R_X86_64_JUMP_SLOT && type != R_X86_64_GLOB_DAT) || !isNameOf(symbol, function)) {
                 continue;
             }
             slots.push_back(reinterpret_cast<void**>(loaded->l_addr + at->r_offset));
             makeWritable(slots.back());
             if (bound.insert(slots.back()).second) { // it may hold the lazy binder, which would undo a patch
-                void* const real = dlsym(RTLD_DEFAULT, function);
-                *slots.back() = real != nullptr ? real : dlsym(handle, function);
+                void* const real = dlsym(RTLD_DEFAULT, symbol);
+                *slots.back() = real != nullptr ? real : dlsym(handle, symbol);
             }
         }
     }

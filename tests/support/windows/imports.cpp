@@ -1,9 +1,10 @@
 // Imports of a PE module: its import address table.
 #include "support/imports.h"
 
+#include "support/names.h"
+
 #include <windows.h>
 
-#include <cstring>
 #include <stdexcept>
 #include <string>
 
@@ -36,7 +37,7 @@ std::vector<void**> importSlots(const char* moduleName, const char* function)
         for (; name->u1.AddressOfData != 0; ++name, ++slot) {
             const auto* const imported = at<IMAGE_IMPORT_BY_NAME>(module, name->u1.AddressOfData);
             if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) &&
-                std::strcmp(reinterpret_cast<const char*>(imported->Name), function) == 0) {
+                isNameOf(reinterpret_cast<const char*>(imported->Name), function)) {
                 DWORD before = 0;
                 VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before);
                 slots.push_back(slot);

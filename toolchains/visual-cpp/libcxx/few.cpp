@@ -1,5 +1,6 @@
 // The few functions of libc++'s own library that a client of RkUInfo.hpp and its examples need.
 #include <cstdlib>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -45,6 +46,8 @@ const error_category& system_category() noexcept
 _LIBCPP_END_NAMESPACE_STD
 
 namespace std {
+
+const nothrow_t nothrow{};
 
 runtime_error::runtime_error(const string& text) : exception(text.c_str()) {}
 

@@ -4,8 +4,6 @@
 
 #include <new>
 
-const std::nothrow_t std::nothrow{};
-
 extern "C" int __cdecl _callnewh(size_t size);
 
 void* __cdecl operator new(size_t size)

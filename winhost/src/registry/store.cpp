@@ -33,6 +33,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longestWait{5000};
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
+constexpr std::int64_t nanoseconds = 1000000000;
+constexpr std::int64_t ticksPerSecond = 100;
 
 // A key's number is higher than its parent's and is never used twice; the row of `shape` has the highest that
 // was used, and grows when a key goes, too. Names are UTF-16 as they were given; `folded` orders them.
@@ -360,6 +362,13 @@ private:
     /// enough for a read, since its time tells that nothing came or went.
     bool hasMoved(bool thoroughly)
     {
+        timespec now = {};
+        clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+        const auto tick = now.tv_sec * ticksPerSecond + now.tv_nsec / (nanoseconds / ticksPerSecond);
+        if (!thoroughly && tick == m_checked) {
+            return false;
+        }
+        m_checked = tick;
         const struct stat listing = fileAt(m_folder);
         if (!thoroughly && isSameFile(listing, m_listing) &&
             listing.st_mtim.tv_sec == m_listing.st_mtim.tv_sec &&
@@ -388,6 +397,7 @@ private:
     int m_index = -1;                      // closing it would drop the process's locks on the file
     LSTATUS m_whyReadOnly = ERROR_SUCCESS; // why the store is open for reading alone
     bool m_isShared = false;               // one transaction for many calls
+    std::int64_t m_checked = 0;
     struct stat m_listing = {};
     struct stat m_opened[std::size(suffixes)] = {};
 };

@@ -30,7 +30,7 @@ Statement valuesBehind{"SELECT folded, name, sum, type, data FROM vals WHERE key
 Statement subKeyMeasure{"SELECT count(*), max(length(name)) FROM keys WHERE parent = ?1"};
 Statement valueMeasure{"SELECT count(*), max(length(name)), max(length(data)) FROM vals WHERE key = ?1"};
 Statement shape{"SELECT last FROM shape"};
-Statement firstShape{"INSERT INTO shape VALUES(?1)"};
+Statement firstShape{"INSERT INTO shape VALUES(abs(random() / 4) + ?1)"}; // no key of another store's number
 Statement nextShape{"UPDATE shape SET last = last + 1"};
 Statement addKey{"INSERT INTO keys(parent, folded, id, name, sum) VALUES(?1, ?2, ?3, ?4, ?5)"};
 Statement putValue{"INSERT INTO vals(key, folded, name, type, data, sum) VALUES(?1, ?2, ?3, ?4, ?5, ?6)"
