@@ -1,19 +1,22 @@
-// What "rkuinfo import" reads, up to where it would write.
+// What "rkuinfo import" reads, in both formats, up to where it would write. What was read and written as JSON
+// reads the same again.
 #include "input.h"
 
-#include "transfer.cpp" // its reader is its own
+#include "text/print.h"
+#include "transfer/json_file.h"
+#include "transfer/reg_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    std::istringstream in(std::string(reinterpret_cast<const char*>(data), size));
+    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    const Text root = utf16("Software\\Acme");
     try {
-        Reader reader("input", 900);
-        reader.readKey(Text(), parse(in, "input"), false);
-        for (const Write& write : reader.writes()) {
-            require(write.key.size() <= 900);
-        }
-    } catch (const Failure&) {
-        return 0;
+        const Node node = isRegFile(bytes) ? fromRegFile("input", bytes, root) : fromJsonFile("input", bytes);
+        const std::string json = toJsonFile(node);
+        require(toJsonFile(fromJsonFile("again", json)) == json);
+        fromRegFile("again", toRegFile(root, node), root);
+    } catch (const Failure& failure) {
+        require(std::string_view(failure.what()).find("again") != 0);
     }
     return 0;
 }

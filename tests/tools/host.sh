@@ -71,7 +71,8 @@ without_room() (
     echo "exit code $?"
 )
 expect $'; nothing was changed\nexit code 1' without_room
-expect $'before\tint\t1' rkuinfo list settings
+expect 'settings 1: not found' rkuinfo get settings 1
+expect 1 rkuinfo get settings before
 expect $'3001 of 3001' script -qec "$app/rkuinfo --company Acme --product Widget import settings --file $app/large.json" /dev/null
 expect $'last' rkuinfo search settings last
 

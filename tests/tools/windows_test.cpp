@@ -66,4 +66,25 @@ TEST_F(RkuinfoOnWindows, ExchangesFilesWithRegExe)
     EXPECT_EQ(tree(HKEY_CURRENT_USER, key), before);
 }
 
+/// A key of a volatile one, which lasts until the system's end, has to be volatile too: a write in between is
+/// refused.
+TEST_F(RkuinfoOnWindows, TakesBackAnImportThatIsRefused)
+{
+    const std::string key = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
+    setRaw(HKEY_CURRENT_USER, key, "int", dword(1));
+    HKEY opened = nullptr;
+    RegCreateKeyExW(HKEY_CURRENT_USER, Wide(key + "\\Volatile"), 0, nullptr, REG_OPTION_VOLATILE, KEY_READ,
+                    nullptr, &opened, nullptr);
+    RegCloseKey(opened);
+    const std::string before = tree(HKEY_CURRENT_USER, key);
+    writeFile(
+        m_application.folder() / "file.json",
+        R"({"values": [{"name": "int", "type": "int", "value": 2}, {"name": "new", "type": "int", "value": 2}],)"
+        R"( "keys": [{"name": "A", "values": [], "keys": []},)"
+        R"( {"name": "Volatile", "values": [], "keys": [{"name": "B", "values": [], "keys": []}]}]})");
+    const ChildResult result = run({"import", "settings", "--file", "file.json"});
+    EXPECT_NE(result.errors.find("error 1021; nothing was changed"), std::string::npos) << result.errors;
+    EXPECT_EQ(tree(HKEY_CURRENT_USER, key), before);
+}
+
 } // namespace

@@ -100,7 +100,7 @@ private:
         printTable(options);
     }
 
-    void printTable(std::vector<Parameter> parameters) const
+    void printTable(const std::vector<Parameter>& parameters) const
     {
         Table table;
         for (const Parameter& parameter : parameters) {

@@ -9,11 +9,6 @@ void use(Session& session)
 {
     const Installation installation(session);
     const Text language = installation.language();
-    const Text product = installation.path(TarvoConfig::eProductRoot);
-    if (!Key::find(product)) {
-        throw Failure(shown(product) + ": not found; create the user's tree first: rkuinfo" +
-                      session.repeated() + " provision");
-    }
     const Text profile = installation.profile();
     const auto remember = [](const Text& key, const char* name, const Text& text) {
         Key::make(key).set(textValue(utf16(name), text));

@@ -25,6 +25,7 @@ constexpr Reason reasons[] = {
     {ERROR_INVALID_PARAMETER, "the name is not possible", "choose another one"},
     {ERROR_DISK_FULL, "the disk is full", "make room on it"},
     {ERROR_LOCK_FAILED, "another process keeps it from writing", "end that one, or try again"},
+    {ERROR_FILE_TOO_LARGE, "its file may not grow further", "raise the limit of a file's size"},
     {ERROR_BADDB, "the registry is damaged or of another format",
      "move it away: the next start makes a new one"},
     {ERROR_CANTOPEN, "it cannot be opened", "look for its folder and the rights to it"},

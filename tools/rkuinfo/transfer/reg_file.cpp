@@ -44,8 +44,18 @@ bool isPlainText(const Value& value)
            textOf(value).find_first_of(utf16("\r\n")) == Text::npos;
 }
 
+/// The format has no way to write a name of several lines.
+void checkName(const Text& name)
+{
+    if (name.find_first_of(utf16("\r\n")) != Text::npos) {
+        throw Failure("the name '" + shown(name) +
+                      "' has several lines, which a .reg file cannot hold: use json");
+    }
+}
+
 void appendValue(std::string& out, const Value& value)
 {
+    checkName(value.name);
     std::string line = (value.name.empty() ? "@" : quoted(utf8(value.name))) + '=';
     if (isPlainText(value)) {
         out += line + quoted(utf8(textOf(value))) + "\r\n";
@@ -65,6 +75,7 @@ void appendValue(std::string& out, const Value& value)
 
 void appendKey(std::string& out, const Text& path, const Node& node)
 {
+    checkName(path);
     out += "\r\n[" + (userRoot + utf8(path)) + "]\r\n";
     for (const Value& value : node.values) {
         appendValue(out, value);

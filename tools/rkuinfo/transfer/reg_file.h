@@ -7,7 +7,7 @@
 
 bool isRegFile(const std::string& bytes);
 
-/// root is the path of the key that the node is, below HKEY_CURRENT_USER.
+/// root is the path of the key that the node is, below HKEY_CURRENT_USER. Throws for a name of several lines.
 std::string toRegFile(const Text& root, const Node& node);
 
 /// What the file says of a key, which every other key in it must be below; throws with the line and the
