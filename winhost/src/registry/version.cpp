@@ -21,26 +21,40 @@ constexpr int regionSize = 32768;
 // Stays where it is while the process lives: a page without content, or the index's first page once more.
 std::atomic<std::uint64_t*> page = nullptr;
 
-/// Tells where SQLite has the index in memory.
-int mapIndex(sqlite3* database, bool create, void volatile*& index)
+/// Null where SQLite cannot share memory.
+sqlite3_file* fileOf(sqlite3* database)
 {
     sqlite3_file* file = nullptr;
     sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
     const bool canMap = file != nullptr && file->pMethods != nullptr && file->pMethods->iVersion >= 2;
+    return canMap ? file : nullptr;
+}
+
+/// Tells where SQLite has the index in memory.
+int mapIndex(sqlite3_file* file, bool create, void volatile*& index)
+{
     errno = 0;
-    return canMap ? file->pMethods->xShmMap(file, 0, regionSize, create ? 1 : 0, &index) : SQLITE_CANTOPEN;
+    return file != nullptr ? file->pMethods->xShmMap(file, 0, regionSize, create ? 1 : 0, &index)
+                           : SQLITE_CANTOPEN;
 }
 
 } // namespace
 
-int allocateIndex(sqlite3* database, int file)
+int allocateIndex(sqlite3* database, int descriptor)
 {
+    sqlite3_file* const file = fileOf(database);
     void volatile* index = nullptr;
-    if (const int failed = mapIndex(database, true, index)) {
-        return failed;
+    int failed = mapIndex(file, true, index);
+    if (failed == SQLITE_OK) {
+        errno = posix_fallocate(descriptor, 0, off_t{2} * regionSize);
+        failed = errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? SQLITE_FULL : SQLITE_OK;
     }
-    errno = posix_fallocate(file, 0, off_t{2} * regionSize);
-    return errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? SQLITE_FULL : SQLITE_OK;
+    if (failed != SQLITE_OK && file != nullptr) {
+        const int cause = errno;
+        file->pMethods->xShmUnmap(file, 0); // nobody else would, since the log is not open
+        errno = cause;
+    }
+    return failed;
 }
 
 void hideVersion()
@@ -57,7 +71,7 @@ void showVersion(sqlite3* database)
         page = made != MAP_FAILED ? static_cast<std::uint64_t*>(made) : nullptr;
     }
     void volatile* index = nullptr;
-    if (page != nullptr && mapIndex(database, false, index) == SQLITE_OK && index != nullptr &&
+    if (page != nullptr && mapIndex(fileOf(database), false, index) == SQLITE_OK && index != nullptr &&
         *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
         // An old size of 0 maps the same pages once more.
         static_cast<void>(

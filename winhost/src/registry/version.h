@@ -9,7 +9,7 @@ namespace winhost::registry {
 
 /// Makes the index and gives it its room on the disk, for a log of 32 MB: it is written to in memory, where a
 /// full disk would be a signal and not an error. An SQLite error.
-int allocateIndex(sqlite3* database, int file);
+int allocateIndex(sqlite3* database, int descriptor);
 
 /// From here on storeVersion tells the version, or tells none.
 void showVersion(sqlite3* database);
