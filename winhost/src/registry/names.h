@@ -18,7 +18,7 @@ inline std::string_view bytesOf(TextView text)
 inline Text textOf(std::string_view bytes)
 {
     Text text(bytes.size() / sizeof(wchar_t), 0);
-    std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
+    bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t)); // null for no bytes
     return text;
 }
 
