@@ -90,7 +90,7 @@ namespace {
 // Never destroyed: it may be used while the process ends.
 Cache*& current()
 {
-    static Cache* created = new Cache;
+    static Cache* created = new Cache(nullptr);
     return created;
 }
 
@@ -103,7 +103,7 @@ Cache& cache()
 
 void abandonCache()
 {
-    current() = new Cache;
+    current() = new Cache(current());
 }
 
 } // namespace winhost::registry

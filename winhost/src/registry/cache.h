@@ -14,6 +14,8 @@ namespace winhost::registry {
 class Cache
 {
 public:
+    explicit Cache(Cache* abandoned) : m_abandoned(abandoned) {}
+
     /// Runs use(answer) on an answer that holds. False when there is none.
     template <typename Use>
     bool recall(const Question& question, Use use)
@@ -87,6 +89,7 @@ private:
 
     static std::uint64_t hashOf(const Question& question);
 
+    Cache* const m_abandoned; // still there, and no leak
     Set m_sets[setCount];
     std::atomic<std::uint64_t> m_version = 0;
     std::atomic<std::uint64_t> m_shape = 0;
