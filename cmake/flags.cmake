@@ -47,3 +47,5 @@ endif()
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# The sources keep names of their own, which would meet in one source.
+set(CMAKE_UNITY_BUILD OFF)

@@ -1,4 +1,5 @@
 # What ships, and where: programs, language folders and, on Windows, the libraries in bin; the rest as usual.
+include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(libraries RkUInfo RkOsBase)
@@ -15,7 +16,8 @@ add_custom_target(shipped)
 add_dependencies(shipped ${libraries} ${programs} ${dependencies} langpacks)
 
 set_target_properties(${libraries} ${dependencies} PROPERTIES INSTALL_RPATH "\$ORIGIN")
-install(TARGETS ${libraries} ${dependencies} EXPORT RkUInfoTargets)
+install(TARGETS ${libraries} ${dependencies} EXPORT RkUInfoTargets
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(RKUINFO_TOOLS)
   set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS ${programs})
@@ -57,6 +59,8 @@ endif()
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/RkUInfo)
 set(natvis_folder ${CMAKE_INSTALL_DATADIR}/rkuinfo)
 install(EXPORT RkUInfoTargets NAMESPACE RkUInfo:: DESTINATION ${package_folder})
+set(runtime ${RKUINFO_RUNTIME_DLLS})
+list(TRANSFORM runtime REPLACE ".*/" "\${RkUInfo_PROGRAM_DIR}/")
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoConfig.cmake.in
   ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake
   INSTALL_DESTINATION ${package_folder} PATH_VARS CMAKE_INSTALL_BINDIR natvis_folder)
@@ -68,6 +72,7 @@ if(NOT WIN32)
 endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/package/rkuinfo.pc.in ${PROJECT_BINARY_DIR}/rkuinfo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake ${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake
+  ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoDeploy.cmake ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoIni.cmake
   DESTINATION ${package_folder})
 install(FILES ${PROJECT_BINARY_DIR}/rkuinfo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis DESTINATION ${natvis_folder})

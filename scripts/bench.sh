@@ -7,7 +7,7 @@ bench_run=$bench/run # what the measured programs write
 build_bench() {
     local preset=$1 folder=$2
     need_for "$preset"
-    cmake --preset "$preset" -B "$folder" -DBUILD_TESTING=OFF -DRKUINFO_BENCH=ON >"build/bench-$preset.log" &&
+    cmake --preset "$preset" -B "$folder" -DRKUINFO_TESTS=OFF -DRKUINFO_BENCH=ON >"build/bench-$preset.log" &&
         cmake --build "$folder" --target bench_programs -- >>"build/bench-$preset.log" 2>&1 || {
         cat "build/bench-$preset.log" >&2
         return 1

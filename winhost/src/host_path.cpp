@@ -115,7 +115,8 @@ std::optional<std::string> findOnHost(const FullPath& path)
 {
     std::string exact;
     for (const Text& component : path.components) {
-        exact += "/" + toUtf8(component);
+        exact += '/';
+        exact += toUtf8(component);
     }
     if (path.components.empty() || path.mustBeFolder) {
         exact += "/";
@@ -131,7 +132,8 @@ std::optional<std::string> findOnHost(const FullPath& path)
             return fail(isLast && std::filesystem::is_directory(found + "/") ? ERROR_FILE_NOT_FOUND
                                                                              : ERROR_PATH_NOT_FOUND);
         }
-        found += "/" + entry;
+        found += '/';
+        found += entry;
     }
     if (path.mustBeFolder && !exists(found + "/")) {
         return fail(ERROR_FILE_NOT_FOUND);

@@ -145,8 +145,10 @@ StringResource findString(Bytes file, std::uint16_t id)
         return {StringLookup::noStringTable, {}};
     }
     const std::optional<std::uint32_t> languages = findTable(resources, *blocks, id / stringsPerBlock + 1);
-    const std::optional<std::uint32_t> data =
-        languages ? findEntry(resources, *languages, std::nullopt) : std::nullopt;
+    if (!languages) {
+        return {StringLookup::noBlock, {}};
+    }
+    const std::optional<std::uint32_t> data = findEntry(resources, *languages, std::nullopt);
     if (!data) {
         return {StringLookup::noBlock, {}};
     }

@@ -1,0 +1,75 @@
+# Builds the library as other people do: in each kind of build that CMake makes, and as a part of another project.
+
+builds=$PWD/build/builds
+
+# row NAME FUNCTION ARGUMENT...: notes whether it passed; what it said is in NAME.log.
+row() {
+    local name=$1 log=$builds/$1.log
+    shift
+    rm -rf "${builds:?}/$name"
+    if (set -e; "$@" "$builds/$name") >"$log" 2>&1; then
+        echo "$name: passed"
+    else
+        echo "$name: FAILED; see $log"
+        tail -n 20 "$log"
+        failures=1
+    fi
+}
+
+# By itself: the library, its languages and a program of the examples, without a warning.
+alone() {
+    local folder=${*: -1}
+    cmake -S . -B "$folder" -DRKUINFO_TESTS=OFF -DCMAKE_COMPILE_WARNING_AS_ERROR=ON "${@:1:$#-1}" &&
+        cmake --build "$folder" --target RkUInfo langpacks launcher
+}
+
+no_build_type() {
+    alone -G Ninja "$1" && grep -q -e '-O2 -g' "$1/build.ninja"
+}
+
+# Each configuration's program is beside the languages.
+several_configurations() {
+    local folder=${*: -1} configuration
+    alone -G 'Ninja Multi-Config' "$@" &&
+        cmake --build "$folder" --config Release --target RkUInfo langpacks launcher &&
+        for configuration in Debug Release; do
+            ls "$folder/bin/$configuration"/launcher* "$folder/bin/$configuration/de-DE/RkUInfoRes.dll" || return 1
+        done
+}
+
+# As a part of a project whose program starts from its own folder, to which another language is refused.
+guest() {
+    local folder=${*: -1} run=()
+    local options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
+    cmake -S tests/guest -B "$folder" "${options[@]}" && cmake --build "$folder" || return 1
+    [ ! -e "$folder/guest.exe" ] || run=(toolchains/run-wine.sh)
+    mkdir -p "$folder/home"
+    [ "$(HOME=$folder/home XDG_DATA_HOME='' "${run[@]}" "$folder/guest" | tr -d '\r')" = 3 ] || return 1
+    ! cmake -S tests/guest -B "$folder" -DGUEST_LANGUAGES=xx-XX 2>"$folder/refused" &&
+        grep -q 'there is no language xx-XX, but cs-CZ, de-DE' "$folder/refused"
+}
+
+run_builds() {
+    local windows=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/mingw-w64.cmake type
+    failures=0
+    need_for host
+    need_for visual-cpp
+    mkdir -p "$builds"
+    for type in Release MinSizeRel Debug; do
+        row "$type" alone -G Ninja -DCMAKE_BUILD_TYPE="$type"
+    done
+    row no-build-type no_build_type
+    row multi-config several_configurations
+    row unity alone -G Ninja -DCMAKE_UNITY_BUILD=ON
+    row clang alone -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++
+    row c++23 alone -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_STANDARD=23
+    row lto alone -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INTERPROCEDURAL_OPTIMIZATION=ON
+    row mingw-Release alone -G Ninja -DCMAKE_BUILD_TYPE=Release "$windows"
+    row mingw-multi-config several_configurations "$windows"
+    row mingw-lto alone -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_INTERPROCEDURAL_OPTIMIZATION=ON "$windows"
+    start_wine
+    row guest guest
+    row guest-mingw guest "$windows"
+    row guest-visual-cpp guest -DCMAKE_TOOLCHAIN_FILE="$PWD/toolchains/visual-cpp.cmake"
+    return $failures
+}
