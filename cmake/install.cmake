@@ -2,6 +2,19 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
+# Sets RESULT to the way from one folder of the installation to another: none leads out of a moved prefix, so that an
+# absolute folder is named as it is.
+function(way result from to)
+  if(IS_ABSOLUTE "${to}")
+    set(${result} "${to}" PARENT_SCOPE)
+  elseif(IS_ABSOLUTE "${from}")
+    set(${result} "${CMAKE_INSTALL_PREFIX}/${to}" PARENT_SCOPE)
+  else()
+    file(RELATIVE_PATH relative "/prefix/${from}" "/prefix/${to}")
+    set(${result} "${ARGN}${relative}" PARENT_SCOPE)
+  endif()
+endfunction()
+
 set(libraries RkUInfo RkOsBase)
 set(programs "")
 if(RKUINFO_TOOLS)
@@ -19,7 +32,8 @@ set_target_properties(${libraries} ${dependencies} PROPERTIES INSTALL_RPATH "\$O
 install(TARGETS ${libraries} ${dependencies} EXPORT RkUInfoTargets
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(RKUINFO_TOOLS)
-  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  way(rpath ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_LIBDIR} "\$ORIGIN/")
+  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "${rpath}")
   install(TARGETS ${programs})
   set(tool ${PROJECT_SOURCE_DIR}/tools/rkuinfo)
   install(FILES ${tool}/rkuinfo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
@@ -65,7 +79,8 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoConfig.
   ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake
   INSTALL_DESTINATION ${package_folder} PATH_VARS CMAKE_INSTALL_BINDIR natvis_folder)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake COMPATIBILITY SameMajorVersion)
-file(RELATIVE_PATH pkgconfig_to_prefix /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+way(pkgconfig_libdir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_LIBDIR} "\${pcfiledir}/")
+way(pkgconfig_includedir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_INCLUDEDIR} "\${pcfiledir}/")
 set(pkgconfig_cflags "")
 if(NOT WIN32)
   set(pkgconfig_cflags " -fshort-wchar")
@@ -85,5 +100,12 @@ endif()
 list(TRANSFORM licenses PREPEND ${PROJECT_SOURCE_DIR}/licenses/)
 set(documents ABI.md GUIDE.md LOADING.md REGISTRY.md)
 list(TRANSFORM documents PREPEND ${PROJECT_SOURCE_DIR}/docs/)
-install(FILES ${documents} ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${documents} ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES ${licenses} DESTINATION ${CMAKE_INSTALL_DOCDIR}/licenses)
+
+if(PROJECT_IS_TOP_LEVEL)
+  add_custom_target(uninstall
+    COMMAND ${CMAKE_COMMAND} -DMANIFEST=${PROJECT_BINARY_DIR}/install_manifest.txt
+      -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake
+    VERBATIM)
+endif()

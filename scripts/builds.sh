@@ -39,14 +39,32 @@ several_configurations() {
 
 # As a part of a project whose program starts from its own folder, to which another language is refused.
 guest() {
-    local folder=${*: -1} run=()
+    local folder=${*: -1} run=("${@: -1}/guest")
     local options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
     cmake -S tests/guest -B "$folder" "${options[@]}" && cmake --build "$folder" || return 1
-    [ ! -e "$folder/guest.exe" ] || run=(toolchains/run-wine.sh)
+    [ ! -e "$folder/guest.exe" ] || run=(toolchains/run-wine.sh "$folder/guest.exe")
     mkdir -p "$folder/home"
-    [ "$(HOME=$folder/home XDG_DATA_HOME='' "${run[@]}" "$folder/guest" | tr -d '\r')" = 3 ] || return 1
+    [ "$(HOME=$folder/home XDG_DATA_HOME='' "${run[@]}" | tr -d '\r')" = 3 ] || return 1
     ! cmake -S tests/guest -B "$folder" -DGUEST_LANGUAGES=xx-XX 2>"$folder/refused" &&
         grep -q 'there is no language xx-XX, but cs-CZ, de-DE' "$folder/refused"
+}
+
+# installed BINDIR LIBDIR FOLDER: what is installed there starts, serves a client and is gone without a trace.
+installed() {
+    local folder=$3 place=$3/stage lib
+    local lib=$2
+    [ "${lib#/}" != "$lib" ] || lib=$folder/prefix/$lib
+    cmake -S . -B "$folder" -G Ninja -DRKUINFO_TESTS=OFF -DCMAKE_INSTALL_PREFIX="$folder/prefix" \
+        -DCMAKE_INSTALL_BINDIR="$1" -DCMAKE_INSTALL_LIBDIR="$2" &&
+        cmake --build "$folder" --target shipped &&
+        DESTDIR=$place cmake --install "$folder" && [ ! -e "$folder/prefix" ] && [ ! -e "$lib" ] &&
+        diff <(sed "s,^,$place," "$folder/install_manifest.txt" | sort) <(find "$place" -type f | sort) &&
+        DESTDIR=$place cmake --build "$folder" --target uninstall || return 1
+    ! find "$place" -type f -o -name RkUInfo -o -name de-DE | grep . || return 1
+    cmake --install "$folder" && "$folder/prefix/$1/rkuinfo" --version &&
+        rm -rf "$folder/guest" && guest -DRkUInfo_DIR="$lib/cmake/RkUInfo" "$folder/guest" &&
+        PKG_CONFIG_PATH=$lib/pkgconfig pkg-config --libs rkuinfo && ls "$(pkg-config --with-path="$lib/pkgconfig" --variable=libdir rkuinfo)/libRkUInfo.so" &&
+        cmake --build "$folder" --target uninstall
 }
 
 run_builds() {
@@ -71,5 +89,7 @@ run_builds() {
     row guest guest
     row guest-mingw guest "$windows"
     row guest-visual-cpp guest -DCMAKE_TOOLCHAIN_FILE="$PWD/toolchains/visual-cpp.cmake"
+    row install-deep installed deep/er/bin lib/x86_64-linux-gnu
+    row install-absolute installed bin "$builds/absolute/lib"
     return $failures
 }

@@ -1,12 +1,12 @@
 // Starts from its own folder, stores a setting and reads it.
 #include <RkUInfo.hpp>
 
-#include <iostream>
+#include <cstdio>
 
 int main()
 {
     const bool works = InitVelaConfig(nullptr, nullptr, L"de-DE", nullptr) == TarvoConfig::eOk &&
                        CreateConfigReg() == TarvoConfig::eOk && GetCurrentVelaLanguageId() == 1031 &&
                        !rkuinfo::set(TarvoConfig::eSettings, L"Pen", 3);
-    std::cout << (works ? rkuinfo::get<std::int32_t>(TarvoConfig::eSettings, L"Pen").value_or(0) : 0) << '\n';
+    std::printf("%d\n", works ? rkuinfo::get<std::int32_t>(TarvoConfig::eSettings, L"Pen").value_or(0) : 0);
 }
