@@ -33,7 +33,7 @@ install(TARGETS ${libraries} ${dependencies} EXPORT RkUInfoTargets
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(RKUINFO_TOOLS)
   way(rpath ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_LIBDIR} "\$ORIGIN/")
-  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "${rpath}")
+  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN;${rpath}") # it may stand in a program's folder
   install(TARGETS ${programs})
   set(tool ${PROJECT_SOURCE_DIR}/tools/rkuinfo)
   install(FILES ${tool}/rkuinfo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

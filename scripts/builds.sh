@@ -7,7 +7,7 @@ row() {
     local name=$1 log=$builds/$1.log
     shift
     rm -rf "${builds:?}/$name"
-    if (set -e; "$@" "$builds/$name") >"$log" 2>&1; then
+    if "$@" "$builds/$name" >"$log" 2>&1; then
         echo "$name: passed"
     else
         echo "$name: FAILED; see $log"
@@ -63,7 +63,7 @@ installed() {
     ! find "$place" -type f -o -name RkUInfo -o -name de-DE | grep . || return 1
     cmake --install "$folder" && "$folder/prefix/$1/rkuinfo" --version &&
         rm -rf "$folder/guest" && guest -DRkUInfo_DIR="$lib/cmake/RkUInfo" "$folder/guest" &&
-        PKG_CONFIG_PATH=$lib/pkgconfig pkg-config --libs rkuinfo && ls "$(pkg-config --with-path="$lib/pkgconfig" --variable=libdir rkuinfo)/libRkUInfo.so" &&
+        ls "$(PKG_CONFIG_PATH=$lib/pkgconfig pkg-config --variable=libdir rkuinfo)/libRkUInfo.so" &&
         cmake --build "$folder" --target uninstall
 }
 

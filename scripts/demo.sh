@@ -38,7 +38,13 @@ show() {
     shift
     printf ' %s' "$@"
     printf '\n'
-    start "$@"
+    start "$@" | shorten
+}
+
+# Ten lines of what a program shows, or with --full all.
+shorten() {
+    [ -z "$full" ] || exec cat
+    awk 'NR <= 10 { print } END { if (NR > 10) print "... and " NR - 10 " more lines: ./dev demo --full" }'
 }
 
 answer_yes() {
@@ -52,7 +58,14 @@ answer_yes() {
 }
 
 run_demo() {
-    target=$1 suffix=''
+    local argument
+    target=host suffix='' full=''
+    for argument in "$@"; do
+        case $argument in
+        --full) full=1 ;;
+        *) target=$argument ;;
+        esac
+    done
     local programs=(launcher installer rkuinfo langpacks)
     case $target in
     host) ;;
@@ -67,6 +80,7 @@ run_demo() {
     esac
     demo=$PWD/build/demo/$target
     app=$demo/app
+    echo "Building it in build/$target: three minutes on two processors the first time, seconds later."
     need_for "$target"
     build "$target" "${programs[@]}" >"build/demo-build.log" || {
         cat build/demo-build.log >&2

@@ -17,6 +17,20 @@ stop_wine() {
     rm -f "$wine_folder/display"
 }
 
+# Fills the prefix that WINEPREFIX names.
+boot_wine() {
+    local log=$wine_folder/boot.log
+    "$wine_program" wineboot -i >"$log" 2>&1 || {
+        cat "$log" >&2
+        return 1
+    }
+    # As users have it, and not what this Wine calls itself: the library asks.
+    "$wine_program" winecfg -v win10 >>"$log" 2>&1
+    # Without a window manager each message box would wait for one.
+    "$wine_program" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1
+    touch "$wine_folder/booted"
+}
+
 # Starts the display and keeps the server running until this script ends, unless both are up already.
 start_wine() {
     [ -x "$wine_program" ] || {
@@ -43,17 +57,7 @@ start_wine() {
     export HOME=$wine_folder/home WINEDLLOVERRIDES=winemenubuilder.exe=d # what Wine writes stays in the prefix
     mkdir -p "$WINEPREFIX" "$HOME"
     wineserver -p
-    if [ ! -e "$wine_folder/booted" ]; then
-        "$wine_program" wineboot -i >"$wine_folder/boot.log" 2>&1 || {
-            cat "$wine_folder/boot.log" >&2
-            return 1
-        }
-        # As users have it, and not what this Wine calls itself: the library asks.
-        "$wine_program" winecfg -v win10 >>"$wine_folder/boot.log" 2>&1
-        # Without a window manager each message box would wait for one.
-        "$wine_program" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$wine_folder/boot.log" 2>&1
-        touch "$wine_folder/booted"
-    fi
+    [ -e "$wine_folder/booted" ] || boot_wine
     # Starts Wine's services and its desktop, which would keep the first test's output open.
     "$wine_program" rundll32 user32.dll,GetDesktopWindow >/dev/null 2>&1
 }

@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
-# Runs a Windows program of a build tree through Wine, in the throw-away prefix that ./dev made.
+# Runs a Windows program of a build tree through Wine, in the throw-away prefix below build/, which it makes if
+# there is none.
 set -eu
-wine_folder=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/wine
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+source "$root/scripts/wine.sh"
+wine_folder=$root/build/wine
 export WINEPREFIX=${WINEPREFIX:-$wine_folder/prefix}
 export LC_ALL=${LC_ALL:-C.UTF-8} # file names are written in the locale's encoding
 export WINEDEBUG=${WINEDEBUG:--all}
@@ -10,8 +13,13 @@ if [ -z "${DISPLAY:-}" ] && [ -e "$wine_folder/display" ]; then
     DISPLAY=$(cat "$wine_folder/display")
     export DISPLAY
 fi
-if [ ! -d "$WINEPREFIX/drive_c" ]; then
-    echo "run-wine.sh: no Wine prefix in $WINEPREFIX: run ./dev test windows first" >&2
+[ -x "$wine_program" ] || {
+    echo "run-wine.sh: Wine's 64-bit program is not at $wine_program: install wine64" >&2
     exit 1
+}
+if [ ! -d "$WINEPREFIX/drive_c" ]; then
+    echo "run-wine.sh: making a Wine prefix in $WINEPREFIX, which takes a minute, once" >&2
+    mkdir -p "$WINEPREFIX" "$HOME"
+    wine_folder=${WINEPREFIX%/*} WINEDLLOVERRIDES=winemenubuilder.exe=d boot_wine
 fi
-exec /usr/lib/wine/wine64 "$@"
+exec "$wine_program" "$@"
