@@ -8,6 +8,9 @@ stage() {
     name=rkuinfo-$version-$2
     rm -rf "build/package/$name"*
     cmake --install "build/$preset" --prefix "build/package/$name" >"build/$preset-install.log"
+    cp -r build/host/reference/html "build/package/$name/share/doc/RkUInfo/"
+    cp "build/package/$name/share/doc/RkUInfo/LICENSE" "build/package/$name/"
+    sed -E 's,\]\(([A-Z]),](share/doc/RkUInfo/\1,' docs/PACKAGE.md >"build/package/$name/README.md"
     time=$(git log -1 --format=%cI)
     find "build/package/$name" -exec touch --date="$time" {} +
     files=$(cd build/package && find "$name" -type f | LC_ALL=C sort)
@@ -17,6 +20,7 @@ make_packages() {
     local name files
     need zip
     mkdir -p build/package
+    build host reference
     stage windows windows
     (cd build/package && TZ=UTC zip -q -X -@ "$name.zip" <<<"$files")
     echo "build/package/$name.zip"

@@ -4,33 +4,87 @@
 #include "program/language_choice.h"
 
 #include <iostream>
+#include <span>
+#include <string_view>
 
 namespace {
 
-bool recordLanguage(const uinfo::Language& language)
+bool record(const uinfo::Language& language)
 {
     uinfo::PathBuffer path;
-    HKEY key = nullptr;
-    if (!uinfo::appendUninstallKey(path, language) ||
-        RegCreateKeyExW(HKEY_LOCAL_MACHINE, path.text(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
-                        nullptr, &key, nullptr) != ERROR_SUCCESS) {
+    if (!uinfo::appendUninstallKey(path, language)) {
         return false;
     }
-    return uinfo::RegistryKey(key).setString(L"UninstallString", L"uninstall.exe");
+    const uinfo::RegistryKey key = uinfo::RegistryKey::openOrCreate(HKEY_LOCAL_MACHINE, path.text());
+    return key && key.setString(L"UninstallString", L"uninstall.exe");
+}
+
+/// One that was never recorded is removed too.
+bool remove(const uinfo::Language& language)
+{
+    uinfo::PathBuffer path;
+    if (!uinfo::appendUninstallKey(path, language)) {
+        return false;
+    }
+    const LSTATUS status = RegDeleteKeyW(HKEY_LOCAL_MACHINE, path.text());
+    return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
+}
+
+void printName(std::ostream& out, const wchar_t* name)
+{
+    for (; *name != L'\0'; ++name) {
+        out << (*name < 0x80 ? static_cast<char>(*name) : '?');
+    }
+}
+
+/// Whether each is a language and, where it needs one, has its folder beside this program, saying which has
+/// not.
+bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
+{
+    for (const wchar_t* const name : names) {
+        const bool known = uinfo::findLanguage(name) != uinfo::unknownLanguage;
+        if (known && (!needFolders || uinfo::languageFolder(name) == uinfo::Installed::yes)) {
+            continue;
+        }
+        std::cerr << "installer: ";
+        printName(std::cerr, name);
+        if (known) {
+            std::cerr << " has no folder with its library beside this program: put it there first\n";
+            return false;
+        }
+        std::cerr << " is no language; there are";
+        for (const uinfo::Language& language : uinfo::languages) {
+            std::cerr << ' ';
+            printName(std::cerr, language.shortName);
+        }
+        std::cerr << '\n';
+        return false;
+    }
+    return true;
 }
 
 } // namespace
 
 extern "C" int wmain(int argc, wchar_t** argv)
 {
-    if (argc < 2) {
-        std::cerr << "usage: installer xx-XX...\n";
+    std::span<wchar_t* const> names(argv, static_cast<std::size_t>(argc));
+    names = names.subspan(names.empty() ? 0 : 1);
+    const bool removes = !names.empty() && uinfo::equalIgnoringCase(names.front(), L"--remove");
+    names = names.subspan(removes ? 1 : 0);
+    if (names.empty()) {
+        std::cerr << "usage: installer [--remove] xx-XX...\n";
         return 2;
     }
-    for (int i = 1; i < argc; ++i) {
-        const std::int32_t language = uinfo::findLanguage(argv[i]);
-        if (language == uinfo::unknownLanguage || !recordLanguage(uinfo::languages[language])) {
-            std::cerr << "installer: language " << i << " is unknown or cannot be recorded\n";
+    if (!areLanguages(names, !removes)) {
+        return 1;
+    }
+    for (const wchar_t* const name : names) {
+        const uinfo::Language& language = uinfo::languages[uinfo::findLanguage(name)];
+        if (!(removes ? remove(language) : record(language))) {
+            std::cerr << "installer: ";
+            printName(std::cerr, name);
+            std::cerr << " cannot be " << (removes ? "removed" : "recorded")
+                      << ": the registry of the machine is not writable; start this as its administrator\n";
             return 1;
         }
     }
