@@ -7,7 +7,7 @@ stage() {
     version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "build/$preset/CMakeCache.txt")
     name=rkuinfo-$version-$2
     rm -rf "build/package/$name"*
-    cmake --install "build/$preset" --prefix "build/package/$name" >"build/$preset-install.log"
+    cmake --install "build/$preset" --prefix "$PWD/build/package/$name" >"build/$preset-install.log"
     cp -r build/host/reference/html "build/package/$name/share/doc/RkUInfo/"
     cp "build/package/$name/share/doc/RkUInfo/LICENSE" "build/package/$name/"
     sed -E 's,\]\(([A-Z]),](share/doc/RkUInfo/\1,' docs/PACKAGE.md >"build/package/$name/README.md"
