@@ -10,7 +10,7 @@ stage() {
     cmake --install "build/$preset" --prefix "$PWD/build/package/$name" >"build/$preset-install.log"
     cp -r build/host/reference/html "build/package/$name/share/doc/RkUInfo/"
     cp "build/package/$name/share/doc/RkUInfo/LICENSE" "build/package/$name/"
-    sed -E 's,\]\(([A-Z]),](share/doc/RkUInfo/\1,' docs/PACKAGE.md >"build/package/$name/README.md"
+    sed -E 's,\]\(([A-Z]),](share/doc/RkUInfo/\1,g' docs/PACKAGE.md >"build/package/$name/README.md"
     time=$(git log -1 --format=%cI)
     find "build/package/$name" -exec touch --date="$time" {} +
     files=$(cd build/package && find "$name" -type f | LC_ALL=C sort)
