@@ -15,10 +15,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <initializer_list>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -46,56 +48,51 @@ constexpr std::string_view schema =
     " data BLOB NOT NULL, sum INTEGER NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID;"
     "CREATE TABLE shape(last INTEGER NOT NULL)";
 
+struct Meaning
+{
+    int code;
+    LSTATUS status;
+};
+
+LSTATUS meaning(std::initializer_list<Meaning> table, int code, LSTATUS otherwise)
+{
+    const auto found =
+        std::find_if(table.begin(), table.end(), [&](const Meaning& each) { return each.code == code; });
+    return found != table.end() ? found->status : otherwise;
+}
+
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
-    switch (errno) {
-    case EACCES:
-    case EPERM:
-    case EROFS:
-        return ERROR_ACCESS_DENIED;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-        return ERROR_DISK_FULL;
-    case ENOMEM:
-        return ERROR_NOT_ENOUGH_MEMORY;
-    case EMFILE:
-    case ENFILE:
-        return ERROR_NO_SYSTEM_RESOURCES;
-    default:
-        return otherwise;
-    }
+    return meaning({{EACCES, ERROR_ACCESS_DENIED},
+                    {EPERM, ERROR_ACCESS_DENIED},
+                    {EROFS, ERROR_ACCESS_DENIED},
+                    {ENOSPC, ERROR_DISK_FULL},
+                    {EDQUOT, ERROR_DISK_FULL},
+                    {EFBIG, ERROR_DISK_FULL},
+                    {ENOMEM, ERROR_NOT_ENOUGH_MEMORY},
+                    {EMFILE, ERROR_NO_SYSTEM_RESOURCES},
+                    {ENFILE, ERROR_NO_SYSTEM_RESOURCES}},
+                   errno, otherwise);
 }
 
 /// For what SQLite answered; the system's own error, which it does not always tell, is still in errno.
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
-    switch (code & primary) {
-    case SQLITE_OK:
-    case SQLITE_ROW:
-    case SQLITE_DONE:
-        return ERROR_SUCCESS;
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL:
-        return ERROR_LOCK_FAILED;
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-        return ERROR_ACCESS_DENIED;
-    case SQLITE_FULL:
-        return ERROR_DISK_FULL;
-    case SQLITE_NOMEM:
-        return ERROR_NOT_ENOUGH_MEMORY;
-    case SQLITE_CANTOPEN:
-        return statusOfErrno(ERROR_CANTOPEN);
-    case SQLITE_TOOBIG:
-        return ERROR_INVALID_PARAMETER;
-    case SQLITE_IOERR:
-        return statusOfErrno(ERROR_REGISTRY_IO_FAILED);
-    default:
-        return ERROR_REGISTRY_CORRUPT;
-    }
+    return meaning({{SQLITE_OK, ERROR_SUCCESS},
+                    {SQLITE_ROW, ERROR_SUCCESS},
+                    {SQLITE_DONE, ERROR_SUCCESS},
+                    {SQLITE_BUSY, ERROR_LOCK_FAILED},
+                    {SQLITE_LOCKED, ERROR_LOCK_FAILED},
+                    {SQLITE_PROTOCOL, ERROR_LOCK_FAILED},
+                    {SQLITE_READONLY, ERROR_ACCESS_DENIED},
+                    {SQLITE_PERM, ERROR_ACCESS_DENIED},
+                    {SQLITE_FULL, ERROR_DISK_FULL},
+                    {SQLITE_NOMEM, ERROR_NOT_ENOUGH_MEMORY},
+                    {SQLITE_TOOBIG, ERROR_INVALID_PARAMETER},
+                    {SQLITE_CANTOPEN, statusOfErrno(ERROR_CANTOPEN)},
+                    {SQLITE_IOERR, statusOfErrno(ERROR_REGISTRY_IO_FAILED)}},
+                   code & primary, ERROR_REGISTRY_CORRUPT);
 }
 
 /// Runs work() again while it answers ERROR_LOCK_FAILED, for a bounded time, and gives its last answer.
@@ -199,7 +196,16 @@ public:
         return status;
     }
 
-    LSTATUS commit() { return Query(m_isShared ? commitCall : commitAll).run(); }
+    LSTATUS commit(std::uint64_t* versionBehind = nullptr)
+    {
+        const std::uint32_t before = changeCount();
+        const LSTATUS status = Query(m_isShared ? commitCall : commitAll).run();
+        if (status == ERROR_SUCCESS && versionBehind != nullptr) {
+            const std::uint64_t version = storeVersion();
+            *versionBehind = changeCount() == before + 1 ? version : 0;
+        }
+        return status;
+    }
 
     void undo() const
     {
@@ -473,7 +479,7 @@ Access::~Access()
 
 LSTATUS Access::commit()
 {
-    return store().commit();
+    return store().commit(&m_versionBehind);
 }
 
 Query::Query(Statement& statement)

@@ -38,11 +38,14 @@ public:
 
     LSTATUS status() const { return m_status; }
     LSTATUS commit();
+    /// Behind a commit: the version of what it left, 0 when that cannot be told or others have written since.
+    std::uint64_t versionBehind() const { return m_versionBehind; }
 
 private:
     Purpose m_purpose;
     LSTATUS m_status;
     bool m_isDone = false;
+    std::uint64_t m_versionBehind = 0;
 };
 
 /// What the store is asked; prepared when it is first used.

@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::uint32_t indexFormat = 3007000;
 constexpr std::size_t sumAt = 5; // in units of 8 bytes: the header's sum of itself
+constexpr std::size_t countAt =
+    14; // in units of 4 bytes: in the header's second copy, written before the first
 constexpr std::size_t pageSize = 4096;
 constexpr int regionSize = 32768;
 
@@ -83,6 +85,12 @@ std::uint64_t storeVersion()
 {
     const std::uint64_t* const header = page.load(std::memory_order_acquire);
     return header != nullptr ? __atomic_load_n(header + sumAt, __ATOMIC_ACQUIRE) : 0;
+}
+
+std::uint32_t changeCount()
+{
+    const auto* const header = reinterpret_cast<const std::uint32_t*>(page.load(std::memory_order_acquire));
+    return header != nullptr ? __atomic_load_n(header + countAt, __ATOMIC_ACQUIRE) : 0;
 }
 
 } // namespace winhost::registry

@@ -3,6 +3,8 @@
 // version.
 #pragma once
 
+#include <cstdint>
+
 struct sqlite3;
 
 namespace winhost::registry {
@@ -14,5 +16,8 @@ int allocateIndex(sqlite3* database, int descriptor);
 /// From here on storeVersion tells the version, or tells none.
 void showVersion(sqlite3* database);
 void hideVersion();
+
+/// Grows by 1 with each commit of any process.
+std::uint32_t changeCount();
 
 } // namespace winhost::registry
