@@ -80,11 +80,9 @@ void give(Result* out, Value value)
 }
 
 /// A predefined key opened on itself is itself.
-LSTATUS giveHandle(HKEY parent, NodeId from, NodeId found, REGSAM access, HKEY& result)
+HKEY handleOf(HKEY parent, NodeId from, NodeId found, REGSAM access)
 {
-    const bool isItself = found == from && isPredefined(parent);
-    result = isItself ? parent : nullptr;
-    return isItself ? ERROR_SUCCESS : openHandle(found, access, result);
+    return found == from && isPredefined(parent) ? parent : openHandle(found, access);
 }
 
 /// Copies a text with its terminator if there is room for both, and gives its length then.
@@ -137,7 +135,8 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY resu
     return onKey(key, 0, [&](NodeId node) {
         NodeId found = 0;
         const LSTATUS status = findPath(node, nameOf(subKey), found);
-        return status != ERROR_SUCCESS ? status : giveHandle(key, node, found, access, *result);
+        *result = status == ERROR_SUCCESS ? handleOf(key, node, found, access) : nullptr;
+        return status;
     });
 }
 
@@ -155,8 +154,8 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
         if (status == ERROR_FILE_NOT_FOUND) {
             status = change([&] { return createPath(node, nameOf(subKey), found, created); });
         }
-        status = status != ERROR_SUCCESS ? status : giveHandle(key, node, found, access, *result);
         if (status == ERROR_SUCCESS) {
+            *result = handleOf(key, node, found, access);
             give(disposition, created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
         }
         return status;

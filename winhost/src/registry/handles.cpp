@@ -1,44 +1,26 @@
 #include "registry/handles.h"
 
 #include <cstdint>
-#include <deque>
-#include <mutex>
-#include <new>
+#include <memory_resource>
+#include <unordered_map>
 
 namespace winhost::registry {
 
 namespace {
 
-static_assert(sizeof(std::uintptr_t) == sizeof(std::uint64_t));
-
-// A handle: the slot's turn above, which is odd while it is open; the slot's index times 4 below.
-constexpr unsigned turnShift = 32;
-constexpr unsigned indexShift = 2;
-constexpr std::uint32_t none = UINT32_MAX;
-
-struct Slot
+struct Opened
 {
-    std::uint32_t turn = 0;
-    std::uint32_t nextFree = none;
-    REGSAM access = 0;
-    NodeId node = 0;
+    NodeId node;
+    REGSAM access;
 };
 
+/// Its blocks are used again, so that opening a key asks the heap for none.
 struct Table
 {
     std::mutex mutex;
-    std::deque<Slot> slots;
-    std::uint32_t firstFree = none;
-
-    /// Null for what is no open key.
-    Slot* find(HKEY key)
-    {
-        const auto number = reinterpret_cast<std::uintptr_t>(key);
-        const std::size_t index = static_cast<std::uint32_t>(number) >> indexShift;
-        const auto turn = static_cast<std::uint32_t>(number >> turnShift);
-        const bool isHandle = turn % 2 == 1 && number % (1U << indexShift) == 0 && index < slots.size();
-        return isHandle && slots[index].turn == turn ? &slots[index] : nullptr;
-    }
+    std::pmr::unsynchronized_pool_resource pool;
+    std::pmr::unordered_map<HKEY, Opened> keys{&pool};
+    std::uintptr_t last = std::uintptr_t{1} << 32; // a multiple of 4, as no predefined key is
 };
 
 /// Never destroyed: a key may be closed while the process ends.
@@ -68,32 +50,20 @@ LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node)
         return ERROR_SUCCESS;
     }
     const std::lock_guard<std::mutex> lock(table().mutex);
-    const Slot* const slot = table().find(key);
-    if (slot == nullptr) {
+    const auto found = table().keys.find(key);
+    if (found == table().keys.end()) {
         return ERROR_INVALID_HANDLE;
     }
-    node = slot->node;
-    return (slot->access & needed) == needed ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
+    node = found->second.node;
+    return (found->second.access & needed) == needed ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
 }
 
-LSTATUS openHandle(NodeId node, REGSAM access, HKEY& key)
+HKEY openHandle(NodeId node, REGSAM access)
 {
-    Table& all = table();
-    const std::lock_guard<std::mutex> lock(all.mutex);
-    if (all.firstFree == none) {
-        if (all.slots.size() >= none >> indexShift) {
-            return ERROR_NOT_ENOUGH_MEMORY;
-        }
-        all.slots.emplace_back();
-        all.firstFree = static_cast<std::uint32_t>(all.slots.size() - 1);
-    }
-    const std::uint32_t index = all.firstFree;
-    Slot& slot = all.slots[index];
-    all.firstFree = slot.nextFree;
-    slot = {slot.turn + 1, none, access, node};
-    key =
-        reinterpret_cast<HKEY>(std::uintptr_t{slot.turn} << turnShift | std::uintptr_t{index} << indexShift);
-    return ERROR_SUCCESS;
+    const std::lock_guard<std::mutex> lock(table().mutex);
+    const auto key = reinterpret_cast<HKEY>(table().last += 4);
+    table().keys.emplace(key, Opened{node, access});
+    return key;
 }
 
 LSTATUS closeHandle(HKEY key)
@@ -101,27 +71,13 @@ LSTATUS closeHandle(HKEY key)
     if (isPredefined(key)) {
         return ERROR_SUCCESS;
     }
-    Table& all = table();
-    const std::lock_guard<std::mutex> lock(all.mutex);
-    Slot* const slot = all.find(key);
-    if (slot == nullptr) {
-        return ERROR_INVALID_HANDLE;
-    }
-    ++slot->turn;
-    slot->nextFree = all.firstFree;
-    all.firstFree = static_cast<std::uint32_t>(
-        static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(key)) >> indexShift);
-    return ERROR_SUCCESS;
+    const std::lock_guard<std::mutex> lock(table().mutex);
+    return table().keys.erase(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
-void lockHandles()
+std::mutex& handlesMutex()
 {
-    table().mutex.lock();
-}
-
-void unlockHandles()
-{
-    table().mutex.unlock();
+    return table().mutex;
 }
 
 } // namespace winhost::registry

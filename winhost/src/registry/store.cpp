@@ -2,7 +2,6 @@
 
 #include "registry/cache.h"
 #include "registry/handles.h"
-#include "registry/version.h"
 #include "user_folders.h"
 
 #include <sqlite3.h>
@@ -12,10 +11,12 @@
 #include <linux/fs.h>
 #include <pthread.h>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -50,49 +51,44 @@ constexpr std::string_view schema =
 
 struct Meaning
 {
-    int code;
     LSTATUS status;
+    std::initializer_list<int> codes;
 };
 
-LSTATUS meaning(std::initializer_list<Meaning> table, int code, LSTATUS otherwise)
+LSTATUS meaning(int code, std::initializer_list<Meaning> table, LSTATUS otherwise)
 {
-    const auto found =
-        std::find_if(table.begin(), table.end(), [&](const Meaning& each) { return each.code == code; });
-    return found != table.end() ? found->status : otherwise;
+    for (const auto& [status, codes] : table) {
+        if (std::find(codes.begin(), codes.end(), code) != codes.end()) {
+            return status;
+        }
+    }
+    return otherwise;
 }
 
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
-    return meaning({{EACCES, ERROR_ACCESS_DENIED},
-                    {EPERM, ERROR_ACCESS_DENIED},
-                    {EROFS, ERROR_ACCESS_DENIED},
-                    {ENOSPC, ERROR_DISK_FULL},
-                    {EDQUOT, ERROR_DISK_FULL},
-                    {EFBIG, ERROR_DISK_FULL},
-                    {ENOMEM, ERROR_NOT_ENOUGH_MEMORY},
-                    {EMFILE, ERROR_NO_SYSTEM_RESOURCES},
-                    {ENFILE, ERROR_NO_SYSTEM_RESOURCES}},
-                   errno, otherwise);
+    return meaning(errno,
+                   {{ERROR_ACCESS_DENIED, {EACCES, EPERM, EROFS}},
+                    {ERROR_DISK_FULL, {ENOSPC, EDQUOT, EFBIG}},
+                    {ERROR_NOT_ENOUGH_MEMORY, {ENOMEM}},
+                    {ERROR_NO_SYSTEM_RESOURCES, {EMFILE, ENFILE}}},
+                   otherwise);
 }
 
 /// For what SQLite answered; the system's own error, which it does not always tell, is still in errno.
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
-    return meaning({{SQLITE_OK, ERROR_SUCCESS},
-                    {SQLITE_ROW, ERROR_SUCCESS},
-                    {SQLITE_DONE, ERROR_SUCCESS},
-                    {SQLITE_BUSY, ERROR_LOCK_FAILED},
-                    {SQLITE_LOCKED, ERROR_LOCK_FAILED},
-                    {SQLITE_PROTOCOL, ERROR_LOCK_FAILED},
-                    {SQLITE_READONLY, ERROR_ACCESS_DENIED},
-                    {SQLITE_PERM, ERROR_ACCESS_DENIED},
-                    {SQLITE_FULL, ERROR_DISK_FULL},
-                    {SQLITE_NOMEM, ERROR_NOT_ENOUGH_MEMORY},
-                    {SQLITE_TOOBIG, ERROR_INVALID_PARAMETER},
-                    {SQLITE_CANTOPEN, statusOfErrno(ERROR_CANTOPEN)},
-                    {SQLITE_IOERR, statusOfErrno(ERROR_REGISTRY_IO_FAILED)}},
-                   code & primary, ERROR_REGISTRY_CORRUPT);
+    return meaning(code & primary,
+                   {{ERROR_SUCCESS, {SQLITE_OK, SQLITE_ROW, SQLITE_DONE}},
+                    {ERROR_LOCK_FAILED, {SQLITE_BUSY, SQLITE_LOCKED, SQLITE_PROTOCOL}},
+                    {ERROR_ACCESS_DENIED, {SQLITE_READONLY, SQLITE_PERM}},
+                    {ERROR_DISK_FULL, {SQLITE_FULL}},
+                    {ERROR_NOT_ENOUGH_MEMORY, {SQLITE_NOMEM}},
+                    {ERROR_INVALID_PARAMETER, {SQLITE_TOOBIG}},
+                    {statusOfErrno(ERROR_CANTOPEN), {SQLITE_CANTOPEN}},
+                    {statusOfErrno(ERROR_REGISTRY_IO_FAILED), {SQLITE_IOERR}}},
+                   ERROR_REGISTRY_CORRUPT);
 }
 
 /// Runs work() again while it answers ERROR_LOCK_FAILED, for a bounded time, and gives its last answer.
@@ -152,6 +148,91 @@ void ignoreFileSizeSignal()
         sigaction(SIGXFSZ, &wanted, nullptr);
     }
 }
+
+// ---- The store's version
+//
+// The header of the write-ahead log's index, which all processes share in memory and every commit changes. It
+// is an interface of SQLite's: https://www.sqlite.org/walformat.html. Where it has another format there is no
+// version.
+
+constexpr std::uint32_t indexFormat = 3007000;
+constexpr std::size_t sumAt = 5; // in units of 8 bytes: the header's sum of itself
+constexpr std::size_t countAt =
+    14; // in units of 4 bytes: in the header's second copy, written before the first
+constexpr std::size_t pageSize = 4096;
+constexpr int regionSize = 32768;
+
+// Stays where it is while the process lives: a page without content, or the index's first page once more.
+std::atomic<std::uint64_t*> page = nullptr;
+
+/// Null where SQLite cannot share memory.
+sqlite3_file* fileOf(sqlite3* database)
+{
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    const bool canMap = file != nullptr && file->pMethods != nullptr && file->pMethods->iVersion >= 2;
+    return canMap ? file : nullptr;
+}
+
+/// Tells where SQLite has the index in memory.
+int mapIndex(sqlite3_file* file, bool create, void volatile*& index)
+{
+    errno = 0;
+    return file != nullptr ? file->pMethods->xShmMap(file, 0, regionSize, create ? 1 : 0, &index)
+                           : SQLITE_CANTOPEN;
+}
+
+/// Makes the index and gives it its room on the disk, for a log of 32 MB: it is written to in memory, where a
+/// full disk would be a signal and not an error. An SQLite error.
+int allocateIndex(sqlite3* database, int descriptor)
+{
+    sqlite3_file* const file = fileOf(database);
+    void volatile* index = nullptr;
+    int failed = mapIndex(file, true, index);
+    if (failed == SQLITE_OK) {
+        errno = posix_fallocate(descriptor, 0, off_t{2} * regionSize);
+        failed = errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? SQLITE_FULL : SQLITE_OK;
+    }
+    if (failed != SQLITE_OK && file != nullptr) {
+        const int cause = errno;
+        file->pMethods->xShmUnmap(file, 0); // nobody else would, since the log is not open
+        errno = cause;
+    }
+    return failed;
+}
+
+/// From here on storeVersion tells none.
+void hideVersion()
+{
+    if (page != nullptr) {
+        static_cast<void>(mmap(page, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
+    }
+}
+
+/// From here on storeVersion tells the version.
+void showVersion(sqlite3* database)
+{
+    if (page == nullptr) {
+        void* const made = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        page = made != MAP_FAILED ? static_cast<std::uint64_t*>(made) : nullptr;
+    }
+    void volatile* index = nullptr;
+    if (page != nullptr && mapIndex(fileOf(database), false, index) == SQLITE_OK && index != nullptr &&
+        *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
+        // An old size of 0 maps the same pages once more.
+        static_cast<void>(
+            mremap(const_cast<void*>(index), 0, pageSize, MREMAP_MAYMOVE | MREMAP_FIXED, page.load()));
+    }
+}
+
+/// Grows by 1 with each commit of any process.
+std::uint32_t changeCount()
+{
+    const auto* const header = reinterpret_cast<const std::uint32_t*>(page.load(std::memory_order_acquire));
+    return header != nullptr ? __atomic_load_n(header + countAt, __ATOMIC_ACQUIRE) : 0;
+}
+
+// ---- The connection
 
 Statement beginAll{"BEGIN IMMEDIATE"};
 Statement commitAll{"COMMIT"};
@@ -420,12 +501,12 @@ void beforeFork()
 {
     store().mutex.lock();
     store().close();
-    lockHandles();
+    handlesMutex().lock();
 }
 
 void afterFork()
 {
-    unlockHandles();
+    handlesMutex().unlock();
     store().mutex.unlock();
 }
 
@@ -446,21 +527,25 @@ Store& store()
 
 } // namespace
 
-Access::Access(Purpose purpose) : m_purpose(purpose)
+std::uint64_t storeVersion()
+{
+    const std::uint64_t* const header = page.load(std::memory_order_acquire);
+    return header != nullptr ? __atomic_load_n(header + sumAt, __ATOMIC_ACQUIRE) : 0;
+}
+
+Access::Access(Purpose purpose) : m_lock(store().mutex, std::defer_lock), m_purpose(purpose)
 {
     if (purpose == eReading) {
-        store().mutex.lock();
+        m_lock.lock();
         m_status = store().prepare(false);
         return;
     }
     // Waits for other writers without the lock, so that this process's readers need not.
-    m_isDone = true;
     m_status = retry([&] {
-        store().mutex.lock();
+        m_lock.lock();
         const LSTATUS status = store().begin(purpose == eWritingOn);
-        m_isDone = status != ERROR_SUCCESS;
-        if (m_isDone) {
-            store().mutex.unlock();
+        if (status != ERROR_SUCCESS) {
+            m_lock.unlock();
         }
         return status;
     });
@@ -468,13 +553,9 @@ Access::Access(Purpose purpose) : m_purpose(purpose)
 
 Access::~Access()
 {
-    if (m_isDone && m_purpose != eReading) {
-        return;
-    }
-    if (m_purpose == eWriting) {
+    if (m_purpose == eWriting && m_lock.owns_lock()) {
         store().undo();
     }
-    store().mutex.unlock();
 }
 
 LSTATUS Access::commit()
