@@ -36,8 +36,6 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longestWait{5000};
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
-constexpr std::int64_t nanoseconds = 1000000000;
-constexpr std::int64_t ticksPerSecond = 100;
 
 // A key's number is higher than its parent's and is never used twice; the row of `shape` has the highest that
 // was used, and grows when a key goes, too. Names are UTF-16 as they were given; `folded` orders them.
@@ -139,6 +137,11 @@ bool isSameFile(const struct stat& a, const struct stat& b)
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
+bool isSameTime(const timespec& a, const timespec& b)
+{
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
 /// A write past the process's file size limit is an error, unless the program wants its signal.
 void ignoreFileSizeSignal()
 {
@@ -156,9 +159,8 @@ void ignoreFileSizeSignal()
 // version.
 
 constexpr std::uint32_t indexFormat = 3007000;
-constexpr std::size_t sumAt = 5; // in units of 8 bytes: the header's sum of itself
-constexpr std::size_t countAt =
-    14; // in units of 4 bytes: in the header's second copy, written before the first
+constexpr std::size_t sumAt = 5;    // in units of 8 bytes: the header's sum of itself
+constexpr std::size_t countAt = 14; // in units of 4 bytes: in the second copy, written before the first
 constexpr std::size_t pageSize = 4096;
 constexpr int regionSize = 32768;
 
@@ -277,16 +279,7 @@ public:
         return status;
     }
 
-    LSTATUS commit(std::uint64_t* versionBehind = nullptr)
-    {
-        const std::uint32_t before = changeCount();
-        const LSTATUS status = Query(m_isShared ? commitCall : commitAll).run();
-        if (status == ERROR_SUCCESS && versionBehind != nullptr) {
-            const std::uint64_t version = storeVersion();
-            *versionBehind = changeCount() == before + 1 ? version : 0;
-        }
-        return status;
-    }
+    LSTATUS commit() { return Query(m_isShared ? commitCall : commitAll).run(); }
 
     void undo() const
     {
@@ -450,20 +443,18 @@ private:
         return status;
     }
 
-    /// Whether the file that was opened is no longer the one that the path leads to. A look at the folder is
-    /// enough for a read, since its time tells that nothing came or went.
+    /// Whether the path leads to another file than the one that was opened. The folder's time tells that
+    /// nothing came or went; for a read it is looked at once in a tick of the coarse clock, some 1 to 10 ms.
     bool hasMoved(bool thoroughly)
     {
         timespec now = {};
         clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-        const auto tick = now.tv_sec * ticksPerSecond + now.tv_nsec / (nanoseconds / ticksPerSecond);
-        if (!thoroughly && tick == m_checked) {
+        if (!thoroughly && isSameTime(now, m_checked)) {
             return false;
         }
-        m_checked = tick;
+        m_checked = now;
         const struct stat listing = fileAt(m_folder);
-        if (isSameFile(listing, m_listing) && listing.st_mtim.tv_sec == m_listing.st_mtim.tv_sec &&
-            listing.st_mtim.tv_nsec == m_listing.st_mtim.tv_nsec) {
+        if (isSameFile(listing, m_listing) && isSameTime(listing.st_mtim, m_listing.st_mtim)) {
             return false;
         }
         for (std::size_t i = 0; i < std::size(suffixes); ++i) {
@@ -488,7 +479,7 @@ private:
     int m_index = -1;                      // closing it would drop the process's locks on the file
     LSTATUS m_whyReadOnly = ERROR_SUCCESS; // why the store is open for reading alone
     bool m_isShared = false;               // one transaction for many calls
-    std::int64_t m_checked = 0;
+    timespec m_checked = {};
     struct stat m_listing = {};
     struct stat m_opened[std::size(suffixes)] = {};
 };
@@ -560,7 +551,11 @@ Access::~Access()
 
 LSTATUS Access::commit()
 {
-    return store().commit(&m_versionBehind);
+    const std::uint32_t before = changeCount();
+    const LSTATUS status = store().commit();
+    const std::uint64_t version = storeVersion();
+    m_versionBehind = status == ERROR_SUCCESS && changeCount() == before + 1 ? version : 0;
+    return status;
 }
 
 Query::Query(Statement& statement)

@@ -160,8 +160,11 @@ LSTATUS findAt(const Question& question, Answer& found)
     Question at = question;
     --at.index;
     std::string from; // the least that is behind the entry before
-    const bool inOrder = question.index != 0 &&
-                         cache().recall(at, [&](const Answer& before) { from = folded(before.name) + '\0'; });
+    bool inOrder = false;
+    cache().recall(at, [&](const Answer& before) {
+        inOrder = question.index != 0 && before.status == ERROR_SUCCESS;
+        from = inOrder ? folded(before.name) + '\0' : from;
+    });
     Query query(ofKeys ? subKeysFrom : valuesFrom);
     query.with(question.node).with(from);
     query.with(inOrder ? readAhead : 1).with(std::int64_t{inOrder ? 0 : question.index});
