@@ -171,7 +171,9 @@ std::atomic<std::uint64_t*> page = nullptr;
 sqlite3_file* fileOf(sqlite3* database)
 {
     sqlite3_file* file = nullptr;
-    sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (database != nullptr) {
+        sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    }
     const bool canMap = file != nullptr && file->pMethods != nullptr && file->pMethods->iVersion >= 2;
     return canMap ? file : nullptr;
 }
@@ -195,12 +197,17 @@ int allocateIndex(sqlite3* database, int descriptor)
         errno = posix_fallocate(descriptor, 0, off_t{2} * regionSize);
         failed = errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? SQLITE_FULL : SQLITE_OK;
     }
-    if (failed != SQLITE_OK && file != nullptr) {
-        const int cause = errno;
-        file->pMethods->xShmUnmap(file, 0); // nobody else would, since the log is not open
-        errno = cause;
-    }
     return failed;
+}
+
+/// Where the log did not come to be opened: SQLite would leave the index where it is. Keeps errno.
+void unmapIndex(sqlite3* database)
+{
+    const int cause = errno;
+    if (sqlite3_file* const file = fileOf(database)) {
+        file->pMethods->xShmUnmap(file, 0);
+    }
+    errno = cause;
 }
 
 /// From here on storeVersion tells none.
@@ -395,6 +402,7 @@ private:
             failed = m_index < 0 ? SQLITE_CANTOPEN : allocateIndex(m_database, m_index);
         }
         if (failed != SQLITE_OK) {
+            unmapIndex(m_database);
             return statusOf(failed);
         }
         ++m_connection;
@@ -410,6 +418,9 @@ private:
                              "PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304");
         if (status == ERROR_SUCCESS && forWriting) {
             status = run("PRAGMA journal_mode = WAL");
+        }
+        if (status != ERROR_SUCCESS) {
+            unmapIndex(m_database);
         }
         status = status == ERROR_SUCCESS ? checkSchema() : status;
         return status == ERROR_FILE_NOT_FOUND && forWriting ? create() : status;
