@@ -5,7 +5,8 @@
 // Texts are UTF-16, terminated. Lengths count characters; unless said otherwise a returned length does not
 // count the terminator and 0 or null means failure. Functions that take a buffer without a size need 1024
 // characters. Returned pointers belong to the library: never free them. After start-up every function may be
-// called from any thread.
+// called from any thread. On Linux clients are compiled with -fshort-wchar: there a std::wstring of the C++
+// runtime still has 32-bit characters and crashes without a warning; take std::u16string.
 #pragma once
 
 #include "RkUInfo/Export.h"

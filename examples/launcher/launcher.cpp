@@ -1,5 +1,7 @@
 // The start-up of an application, to copy: names from the command line, InitVelaConfig, the user's tree, and
 // then the work, which here is to say who and where the program is.
+#include "loading/loading.h"
+
 #include <RkUInfo.hpp>
 
 #include <iostream>
@@ -95,6 +97,7 @@ int run(Words words)
 
 extern "C" int wmain(int argc, wchar_t** argv)
 {
+    loadLibrariesSafely();
     try {
         return run(Words(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
     } catch (RkException* exception) { // thrown without memory; by pointer, as the whole family is

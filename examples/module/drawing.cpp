@@ -1,6 +1,8 @@
 // An application that uses the module: it shows the palettes of last time, then moves them.
 #include "palettes.h"
 
+#include "loading/loading.h"
+
 #include <RkUInfo.hpp>
 
 #include <iostream>
@@ -31,6 +33,7 @@ bool arrangePalettes()
 
 extern "C" int wmain(int /*argc*/, wchar_t** /*argv*/)
 {
+    loadLibrariesSafely();
     if (InitVelaConfig(nullptr, nullptr, nullptr, nullptr) != TarvoConfig::eOk) {
         std::cerr << "drawing: start-up failed\n";
         return 1;

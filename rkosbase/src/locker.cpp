@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-static_assert(sizeof(SRWLOCK) == sizeof(void*) && alignof(SRWLOCK) == alignof(void*));
+static_assert(sizeof(SRWLOCK) == sizeof(RkLocker), "the lock is its one field");
 
 RkLocker::RkLocker() : m_mutex(nullptr) {}
 

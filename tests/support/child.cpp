@@ -30,6 +30,8 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
     ChildResult result = runIn(folder, program, arguments, options);
     result.output = readFile(folder / "out");
     result.errors = readFile(folder / "err");
+    std::erase(result.output, '\r'); // of a runtime's text mode
+    std::erase(result.errors, '\r');
     return result;
 }
 

@@ -5,8 +5,10 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <iterator>
+#include <thread>
 
 namespace testing_support {
 
@@ -46,6 +48,19 @@ std::string readFile(const fs::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void removeFolder(const std::filesystem::path& folder)
+{
+    using namespace std::chrono_literals;
+    std::error_code failed;
+    for (int attempt = 0; attempt < 50; ++attempt, std::this_thread::sleep_for(20ms)) {
+        std::filesystem::remove_all(folder, failed);
+        if (!failed) {
+            return;
+        }
+    }
+    throw std::filesystem::filesystem_error("removeFolder", folder, failed);
 }
 
 fs::path thisProgram()

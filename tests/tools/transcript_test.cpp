@@ -119,7 +119,7 @@ private:
             setRaw(HKEY_CURRENT_USER, asked.at(0), asked.at(1),
                    {static_cast<DWORD>(std::stoul(asked.at(2))), bytes});
         } else if (what == "remove") {
-            std::filesystem::remove_all(m_application.folder() / asked.at(0));
+            removeFolder(m_application.folder() / asked.at(0));
         } else if (what == "unnamed") {
             m_isNamed = false;
         } else if (what == "stdin") {
@@ -158,7 +158,6 @@ private:
         }
         replacePath(actual, windowsPath(m_application.folder()), "{app}");
         replaceAll(actual, "\x1b", "{ESC}");
-        std::erase(actual, '\r');
         std::erase(actual, '\0');
         actual += result.exitCode == 0 ? "" : '[' + std::to_string(result.exitCode) + "]\n";
         if (!matches(std::istringstream(expanded(m_expected)), actual)) {

@@ -16,7 +16,7 @@ Text Place::path(const Installation& installation) const
 {
     const Text root = installation.path(subtreePath(chosen(subtree, subtreeNames(), "subtree")));
     const Text below = normalised(key);
-    const Text path = below.empty() ? root : joinedKey(root, below);
+    Text path = below.empty() ? root : joinedKey(root, below);
     checkPath(path, told());
     return path;
 }

@@ -84,7 +84,7 @@ private:
 Text checkedName(const std::string& word)
 {
     constexpr std::size_t longest = 126; // that an application takes for a name
-    const Text name = utf16(word);
+    Text name = utf16(word);
     if (name.empty() || name.size() > longest || name.find_first_of(utf16("\\/")) != Text::npos) {
         throw Failure("a profile's name has 1 to 126 characters and no / and \\", exitUsage);
     }

@@ -15,7 +15,7 @@ public:
     Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
-    ~Console();
+    ~Console(); // NOLINT(performance-trivially-destructible): where it has something to put back
 
 private:
     unsigned long m_mode = 0;

@@ -1,0 +1,3 @@
+#include "loading/loading.h"
+
+void loadLibrariesSafely() {}
