@@ -1,26 +1,39 @@
 #include "registry/handles.h"
 
 #include <cstdint>
-#include <memory_resource>
-#include <unordered_map>
+#include <deque>
+#include <vector>
 
 namespace winhost::registry {
 
 namespace {
 
-struct Opened
+// A handle: how often its slot was opened above, the slot's index times 4 below.
+constexpr unsigned turnShift = 32;
+constexpr unsigned indexShift = 2;
+
+struct Slot
 {
-    NodeId node;
-    REGSAM access;
+    std::uintptr_t handle; // the last that it had
+    bool isOpen = false;
+    REGSAM access = 0;
+    NodeId node = 0;
 };
 
-/// Its blocks are used again, so that opening a key asks the heap for none.
 struct Table
 {
+    /// Null for what is no open key.
+    Slot* find(HKEY key)
+    {
+        const auto handle = reinterpret_cast<std::uintptr_t>(key);
+        const std::size_t index = static_cast<std::uint32_t>(handle) >> indexShift;
+        Slot* const slot = index < slots.size() ? &slots[index] : nullptr;
+        return slot != nullptr && slot->isOpen && slot->handle == handle ? slot : nullptr;
+    }
+
     std::mutex mutex;
-    std::pmr::unsynchronized_pool_resource pool;
-    std::pmr::unordered_map<HKEY, Opened> keys{&pool};
-    std::uintptr_t last = std::uintptr_t{1} << 32; // a multiple of 4, as no predefined key is
+    std::deque<Slot> slots;
+    std::vector<Slot*> closed;
 };
 
 /// Never destroyed: a key may be closed while the process ends.
@@ -50,20 +63,26 @@ LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node)
         return ERROR_SUCCESS;
     }
     const std::lock_guard<std::mutex> lock(table().mutex);
-    const auto found = table().keys.find(key);
-    if (found == table().keys.end()) {
+    const Slot* const slot = table().find(key);
+    if (slot == nullptr) {
         return ERROR_INVALID_HANDLE;
     }
-    node = found->second.node;
-    return (found->second.access & needed) == needed ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
+    node = slot->node;
+    return (slot->access & needed) == needed ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
 }
 
 HKEY openHandle(NodeId node, REGSAM access)
 {
-    const std::lock_guard<std::mutex> lock(table().mutex);
-    const auto key = reinterpret_cast<HKEY>(table().last += 4);
-    table().keys.emplace(key, Opened{node, access});
-    return key;
+    Table& all = table();
+    const std::lock_guard<std::mutex> lock(all.mutex);
+    if (all.closed.empty()) {
+        all.closed.reserve(all.slots.size() + 1); // closing asks for no memory
+        all.closed.push_back(&all.slots.emplace_back(Slot{all.slots.size() << indexShift}));
+    }
+    Slot& slot = *all.closed.back();
+    all.closed.pop_back();
+    slot = {slot.handle + (std::uintptr_t{1} << turnShift), true, access, node};
+    return reinterpret_cast<HKEY>(slot.handle);
 }
 
 LSTATUS closeHandle(HKEY key)
@@ -71,8 +90,15 @@ LSTATUS closeHandle(HKEY key)
     if (isPredefined(key)) {
         return ERROR_SUCCESS;
     }
-    const std::lock_guard<std::mutex> lock(table().mutex);
-    return table().keys.erase(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+    Table& all = table();
+    const std::lock_guard<std::mutex> lock(all.mutex);
+    Slot* const slot = all.find(key);
+    if (slot == nullptr) {
+        return ERROR_INVALID_HANDLE;
+    }
+    slot->isOpen = false;
+    all.closed.push_back(slot);
+    return ERROR_SUCCESS;
 }
 
 std::mutex& handlesMutex()
