@@ -2,15 +2,19 @@
 // each of which says a status: the client below tells what they are.
 #include "process.h"
 
+#include "registry/names.h"
+
 #include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <pwd.h>
 #include <random>
 #include <sched.h>
 #include <shlobj.h>
+#include <sqlite3.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <thread>
@@ -22,10 +26,10 @@ namespace {
 namespace fs = std::filesystem;
 using namespace testing_support;
 
-// ---- What a write of the store meets, in place of the system's call
-// -----------------------------------------------
+// ---- In place of the system's calls: what a write of the store meets, and the user's home
 
 int nextWrite = 0; // an error, or a signal below 0
+std::string passwdFolder;
 
 } // namespace
 
@@ -42,10 +46,17 @@ extern "C" __attribute__((visibility("default"))) ssize_t pwrite64(int file, con
     return met > 0 ? -1 : real(file, data, size, at);
 }
 
+extern "C" __attribute__((visibility("default"))) int getpwuid_r(uid_t, passwd* entry, char*, std::size_t,
+                                                                 passwd** found)
+{
+    entry->pw_dir = passwdFolder.data();
+    *found = entry;
+    return 0;
+}
+
 namespace {
 
 // ---- The client
-// -----------------------------------------------------------------------------------------------------
 
 constexpr DWORD dataSize = 20000;
 
@@ -153,8 +164,22 @@ LSTATUS step(char what, int n)
         return limit(RLIMIT_AS, rlim_t(n) << 30);
     case 'x': // n KB of a file
         return limit(RLIMIT_FSIZE, rlim_t(n) << 10);
-    case 'h': // no home in the environment
-        return unsetenv("HOME") + unsetenv("XDG_DATA_HOME");
+    case 'h': { // no home in the environment; 1 where the shell folders are not the user's
+        wchar_t path[MAX_PATH];
+        unsetenv("HOME");
+        unsetenv("XDG_DATA_HOME");
+        SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path);
+        return utf8(path) != windowsPath(passwdFolder + "/.local/share");
+    }
+    case 'l':   // opens key l of that of the values
+    case 'd': { // deletes that key with all below it
+        HKEY opened = nullptr;
+        const LSTATUS status =
+            what == 'd' ? RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Disk")
+                        : RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Disk\\l", 0, KEY_READ, &opened);
+        RegCloseKey(opened);
+        return status;
+    }
     default: { // waits to be told
         say("\n");
         char told = 0;
@@ -169,6 +194,7 @@ int play(const std::vector<std::string>& arguments)
     std::string word;
     words >> word;
     shareWithChildren("XDG_DATA_HOME", word);
+    passwdFolder = fs::path(word).parent_path().parent_path();
     while (words >> word) {
         say(std::to_string(step(word[0], std::stoi("0" + word.substr(1)))) + ' ');
     }
@@ -192,7 +218,6 @@ fs::path freshFolder(const std::string& name)
 }
 
 // ---- Processes
-// ------------------------------------------------------------------------------------------------------
 
 TEST(Store, GoesOnAfterWhatHappensToAProcess)
 {
@@ -208,10 +233,11 @@ TEST(Store, GoesOnAfterWhatHappensToAProcess)
         {"s1 t3000 s1", "0 0 0 "},                // as many threads
         {"a8 s1 g1 t100", "0 0 0 0 "},            // 8 GB of addresses
         {"x400 s1 f400 g1 g2", "0 0 112 0 0 "},   // a file of 400 KB at most
+        {"h s1 g1", "0 0 0 "},                    // the folder that the system has for the user
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.script);
-        const fs::path folder = freshFolder("process");
+        const fs::path folder = freshFolder("process/.local/share");
         const std::string said = played(folder, row.script);
         EXPECT_EQ(said.substr(said.size() - std::min(said.size(), std::strlen(row.said))), row.said);
         EXPECT_EQ(played(folder, "g1 s1"), "0 0 ");
@@ -246,7 +272,6 @@ TEST(Store, WorksInTwoProcessesOfOneNumber)
 }
 
 // ---- Files
-// ----------------------------------------------------------------------------------------------------------
 
 TEST(Store, FollowsItsFiles)
 {
@@ -282,6 +307,37 @@ TEST(Store, FollowsItsFiles)
     }
 }
 
+/// Runs SQL on the store at a folder; the first number that it answers.
+std::int64_t ask(const fs::path& folder, const std::string& sql)
+{
+    std::int64_t answer = 0;
+    sqlite3* database = nullptr;
+    EXPECT_EQ(sqlite3_open((folder / "winhost/registry.db").c_str(), &database), SQLITE_OK);
+    const auto take = [](void* out, int, char** columns, char**) {
+        *static_cast<std::int64_t*>(out) = std::stoll(columns[0]);
+        return 0;
+    };
+    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), take, &answer, nullptr), SQLITE_OK);
+    sqlite3_close(database);
+    return answer;
+}
+
+TEST(Store, RefusesATreeThatContainsItself)
+{
+    using winhost::registry::mix;
+    const fs::path folder = freshFolder("looped");
+    ASSERT_EQ(played(folder, "s1"), "0 ");
+    const std::int64_t parent = ask(folder, "SELECT max(id) FROM keys WHERE name = x'4400690073006B00'");
+    std::uint64_t sum = mix(std::uint64_t(parent), 1); // the user's root, as its own key Software\\Disk\\l
+    for (const std::string_view part : {std::string_view("\0l", 2), {"l\0", 2}, {}}) {
+        sum = mix(sum, part);
+    }
+    ask(folder, "INSERT INTO keys VALUES(" + std::to_string(parent) + ", x'006C', 1, x'6C00', " +
+                    std::to_string(std::int64_t(sum)) + ")");
+    EXPECT_EQ(played(folder, "l d g1"), "1015 0 2 ");
+    EXPECT_EQ(ask(folder, "SELECT count(*) FROM keys WHERE parent = 1"), 1); // and takes nothing above along
+}
+
 TEST(Store, IsTheUsersAlone)
 {
     const fs::path folder = freshFolder("owned") / "new";
@@ -315,7 +371,6 @@ TEST(Store, DoesNotGrowUnderAStoppedReader)
 }
 
 // ---- Disks
-// ----------------------------------------------------------------------------------------------------------
 
 class Disk : public testing::TestWithParam<const char*>
 {
@@ -380,7 +435,6 @@ INSTANTIATE_TEST_SUITE_P(
                     "truncate -s 120M image && mkfs.btrfs -f image && mount -o loop image disk"));
 
 // ---- Other files that winhost reads
-// -----------------------------------------------------------------------------
 
 TEST(Host, ReadsNoFileWithoutAnEnd)
 {
@@ -402,7 +456,6 @@ TEST(Host, ReadsNoFileWithoutAnEnd)
 }
 
 // ---- Damage
-// ---------------------------------------------------------------------------------------------------------
 
 constexpr DWORD valueCount = 5000;
 constexpr DWORD valuesOfKey = 100;

@@ -7,12 +7,6 @@
 
 namespace winhost::registry {
 
-namespace {
-
-constexpr std::size_t longestAnswer = 2400;
-
-} // namespace
-
 std::uint64_t Cache::hashOf(const Question& question)
 {
     const std::uint64_t start =
@@ -23,54 +17,62 @@ std::uint64_t Cache::hashOf(const Question& question)
                        : mix(start + length, bytesOf(question.text.substr(length - std::min(length, most))));
 }
 
+std::size_t Cache::Set::find(std::uint64_t hash, const Question& question) const
+{
+    std::size_t way = 0;
+    for (; way < ways; ++way) {
+        const Entry* const entry = hashes[way] == hash ? entries[way].get() : nullptr;
+        if (entry != nullptr && entry->question.kind == question.kind &&
+            entry->question.node == question.node && entry->question.index == question.index &&
+            entry->text == question.text) {
+            break;
+        }
+    }
+    return way;
+}
+
+std::uint64_t Cache::tagOf(Question::Kind kind) const
+{
+    const std::uint64_t version = storeVersion();
+    if (kind != Question::ePath || version == 0) {
+        return version;
+    }
+    const bool isKnown = m_version.load(std::memory_order_acquire) == version;
+    return isKnown ? m_shape.load(std::memory_order_relaxed) : 0;
+}
+
 void Cache::remember(const Question& question, std::uint64_t tag, const Answer& answer)
 {
-    if (tag == 0 || tagOf(question.kind) != tag) {
-        return;
-    }
-    const std::string_view text = bytesOf(question.text);
-    const std::string_view name = bytesOf(answer.name);
-    const std::size_t size = text.size() + name.size() + answer.data.size();
-    if (size > longestAnswer) {
+    constexpr std::size_t longest = 2400;
+    const std::size_t size = bytesOf(question.text).size() + bytesOf(answer.name).size() + answer.data.size();
+    if (tag == 0 || tagOf(question.kind) != tag || size > longest) {
         return;
     }
     const std::uint64_t hash = hashOf(question);
     Set& set = m_sets[hash % setCount];
     const std::lock_guard<std::mutex> lock(set.mutex);
-    std::size_t way = 0;
-    while (way < ways &&
-           !(set.hashes[way] == hash && set.entries[way] != nullptr && set.entries[way]->answers(question))) {
-        ++way;
-    }
+    std::size_t way = set.find(hash, question);
     if (way == ways) {
         way = set.next++ % ways;
     }
-    std::unique_ptr<Entry, Free>& entry = set.entries[way];
-    if (entry == nullptr || entry->room < size) {
-        entry.reset(static_cast<Entry*>(::operator new(sizeof(Entry) + size, std::nothrow)));
+    std::unique_ptr<Entry>& entry = set.entries[way];
+    try {
         if (entry == nullptr) {
-            return;
+            entry = std::make_unique<Entry>();
         }
-        entry->room = size;
+        entry->tag = 0; // while there is not all of it
+        set.hashes[way] = hash;
+        entry->question = question;
+        entry->text = question.text;
+        entry->answer = answer;
+        entry->tag = tag;
+    } catch (const std::bad_alloc&) { // is not remembered
     }
-    set.hashes[way] = hash;
-    auto* const bytes = reinterpret_cast<char*>(entry.get() + 1);
-    char* end = bytes;
-    for (const std::string_view part : {text, name, answer.data}) {
-        end += part.copy(end, part.size());
-    }
-    entry->tag = tag;
-    entry->question = question;
-    entry->answer = answer;
-    const auto* const units = reinterpret_cast<const wchar_t*>(bytes);
-    entry->question.text = TextView(units, question.text.size());
-    entry->answer.name = TextView(units + question.text.size(), answer.name.size());
-    entry->answer.data = std::string_view(bytes + text.size() + name.size(), answer.data.size());
 }
 
-void Cache::learnShape(std::uint64_t version, std::int64_t shape)
+void Cache::learnShape(std::uint64_t version, std::uint64_t shape)
 {
-    m_shape.store(static_cast<std::uint64_t>(shape), std::memory_order_relaxed);
+    m_shape.store(shape, std::memory_order_relaxed);
     m_version.store(version, std::memory_order_release);
 }
 

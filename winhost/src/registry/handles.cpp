@@ -2,43 +2,38 @@
 
 #include <cstdint>
 #include <deque>
-#include <mutex>
-#include <new>
+#include <vector>
 
 namespace winhost::registry {
 
 namespace {
 
-static_assert(sizeof(std::uintptr_t) == sizeof(std::uint64_t));
-
-// A handle: the slot's turn above, which is odd while it is open; the slot's index times 4 below.
+// A handle: how often its slot was opened above, the slot's index times 4 below.
 constexpr unsigned turnShift = 32;
 constexpr unsigned indexShift = 2;
-constexpr std::uint32_t none = UINT32_MAX;
 
 struct Slot
 {
-    std::uint32_t turn = 0;
-    std::uint32_t nextFree = none;
+    std::uintptr_t handle; // the last that it had
+    bool isOpen = false;
     REGSAM access = 0;
     NodeId node = 0;
 };
 
 struct Table
 {
-    std::mutex mutex;
-    std::deque<Slot> slots;
-    std::uint32_t firstFree = none;
-
     /// Null for what is no open key.
     Slot* find(HKEY key)
     {
-        const auto number = reinterpret_cast<std::uintptr_t>(key);
-        const std::size_t index = static_cast<std::uint32_t>(number) >> indexShift;
-        const auto turn = static_cast<std::uint32_t>(number >> turnShift);
-        const bool isHandle = turn % 2 == 1 && number % (1U << indexShift) == 0 && index < slots.size();
-        return isHandle && slots[index].turn == turn ? &slots[index] : nullptr;
+        const auto handle = reinterpret_cast<std::uintptr_t>(key);
+        const std::size_t index = static_cast<std::uint32_t>(handle) >> indexShift;
+        Slot* const slot = index < slots.size() ? &slots[index] : nullptr;
+        return slot != nullptr && slot->isOpen && slot->handle == handle ? slot : nullptr;
     }
+
+    std::mutex mutex;
+    std::deque<Slot> slots;
+    std::vector<Slot*> closed;
 };
 
 /// Never destroyed: a key may be closed while the process ends.
@@ -76,24 +71,18 @@ LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node)
     return (slot->access & needed) == needed ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
 }
 
-LSTATUS openHandle(NodeId node, REGSAM access, HKEY& key)
+HKEY openHandle(NodeId node, REGSAM access)
 {
     Table& all = table();
     const std::lock_guard<std::mutex> lock(all.mutex);
-    if (all.firstFree == none) {
-        if (all.slots.size() >= none >> indexShift) {
-            return ERROR_NOT_ENOUGH_MEMORY;
-        }
-        all.slots.emplace_back();
-        all.firstFree = static_cast<std::uint32_t>(all.slots.size() - 1);
+    if (all.closed.empty()) {
+        all.closed.reserve(all.slots.size() + 1); // closing asks for no memory
+        all.closed.push_back(&all.slots.emplace_back(Slot{all.slots.size() << indexShift}));
     }
-    const std::uint32_t index = all.firstFree;
-    Slot& slot = all.slots[index];
-    all.firstFree = slot.nextFree;
-    slot = {slot.turn + 1, none, access, node};
-    key =
-        reinterpret_cast<HKEY>(std::uintptr_t{slot.turn} << turnShift | std::uintptr_t{index} << indexShift);
-    return ERROR_SUCCESS;
+    Slot& slot = *all.closed.back();
+    all.closed.pop_back();
+    slot = {slot.handle + (std::uintptr_t{1} << turnShift), true, access, node};
+    return reinterpret_cast<HKEY>(slot.handle);
 }
 
 LSTATUS closeHandle(HKEY key)
@@ -107,21 +96,14 @@ LSTATUS closeHandle(HKEY key)
     if (slot == nullptr) {
         return ERROR_INVALID_HANDLE;
     }
-    ++slot->turn;
-    slot->nextFree = all.firstFree;
-    all.firstFree = static_cast<std::uint32_t>(
-        static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(key)) >> indexShift);
+    slot->isOpen = false;
+    all.closed.push_back(slot);
     return ERROR_SUCCESS;
 }
 
-void lockHandles()
+std::mutex& handlesMutex()
 {
-    table().mutex.lock();
-}
-
-void unlockHandles()
-{
-    table().mutex.unlock();
+    return table().mutex;
 }
 
 } // namespace winhost::registry

@@ -1,8 +1,10 @@
-// The keys that the process has open. A handle names a slot and the slot's turn, so that one that was closed,
-// or that never was one, is found out.
+// The keys that the process has open. A number is never given twice, so that a handle that was closed, or
+// that never was one, is found out.
 #pragma once
 
-#include "registry/tree.h"
+#include "registry/store.h"
+
+#include <mutex>
 
 namespace winhost::registry {
 
@@ -10,11 +12,9 @@ bool isPredefined(HKEY key);
 
 /// ERROR_INVALID_HANDLE, or ERROR_ACCESS_DENIED when a needed right was not asked for at opening.
 LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node);
-LSTATUS openHandle(NodeId node, REGSAM access, HKEY& key);
+HKEY openHandle(NodeId node, REGSAM access);
 LSTATUS closeHandle(HKEY key);
 
-/// Around a fork.
-void lockHandles();
-void unlockHandles();
+std::mutex& handlesMutex();
 
 } // namespace winhost::registry

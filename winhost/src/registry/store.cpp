@@ -2,7 +2,6 @@
 
 #include "registry/cache.h"
 #include "registry/handles.h"
-#include "registry/version.h"
 #include "user_folders.h"
 
 #include <sqlite3.h>
@@ -12,13 +11,17 @@
 #include <linux/fs.h>
 #include <pthread.h>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <initializer_list>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -33,8 +36,6 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longestWait{5000};
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
-constexpr std::int64_t nanoseconds = 1000000000;
-constexpr std::int64_t ticksPerSecond = 100;
 
 // A key's number is higher than its parent's and is never used twice; the row of `shape` has the highest that
 // was used, and grows when a key goes, too. Names are UTF-16 as they were given; `folded` orders them.
@@ -46,56 +47,46 @@ constexpr std::string_view schema =
     " data BLOB NOT NULL, sum INTEGER NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID;"
     "CREATE TABLE shape(last INTEGER NOT NULL)";
 
+struct Meaning
+{
+    LSTATUS status;
+    std::initializer_list<int> codes;
+};
+
+LSTATUS meaning(int code, std::initializer_list<Meaning> table, LSTATUS otherwise)
+{
+    for (const auto& [status, codes] : table) {
+        if (std::find(codes.begin(), codes.end(), code) != codes.end()) {
+            return status;
+        }
+    }
+    return otherwise;
+}
+
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
-    switch (errno) {
-    case EACCES:
-    case EPERM:
-    case EROFS:
-        return ERROR_ACCESS_DENIED;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-        return ERROR_DISK_FULL;
-    case ENOMEM:
-        return ERROR_NOT_ENOUGH_MEMORY;
-    case EMFILE:
-    case ENFILE:
-        return ERROR_NO_SYSTEM_RESOURCES;
-    default:
-        return otherwise;
-    }
+    return meaning(errno,
+                   {{ERROR_ACCESS_DENIED, {EACCES, EPERM, EROFS}},
+                    {ERROR_DISK_FULL, {ENOSPC, EDQUOT, EFBIG}},
+                    {ERROR_NOT_ENOUGH_MEMORY, {ENOMEM}},
+                    {ERROR_NO_SYSTEM_RESOURCES, {EMFILE, ENFILE}}},
+                   otherwise);
 }
 
 /// For what SQLite answered; the system's own error, which it does not always tell, is still in errno.
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
-    switch (code & primary) {
-    case SQLITE_OK:
-    case SQLITE_ROW:
-    case SQLITE_DONE:
-        return ERROR_SUCCESS;
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL:
-        return ERROR_LOCK_FAILED;
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-        return ERROR_ACCESS_DENIED;
-    case SQLITE_FULL:
-        return ERROR_DISK_FULL;
-    case SQLITE_NOMEM:
-        return ERROR_NOT_ENOUGH_MEMORY;
-    case SQLITE_CANTOPEN:
-        return statusOfErrno(ERROR_CANTOPEN);
-    case SQLITE_TOOBIG:
-        return ERROR_INVALID_PARAMETER;
-    case SQLITE_IOERR:
-        return statusOfErrno(ERROR_REGISTRY_IO_FAILED);
-    default:
-        return ERROR_REGISTRY_CORRUPT;
-    }
+    return meaning(code & primary,
+                   {{ERROR_SUCCESS, {SQLITE_OK, SQLITE_ROW, SQLITE_DONE}},
+                    {ERROR_LOCK_FAILED, {SQLITE_BUSY, SQLITE_LOCKED, SQLITE_PROTOCOL}},
+                    {ERROR_ACCESS_DENIED, {SQLITE_READONLY, SQLITE_PERM}},
+                    {ERROR_DISK_FULL, {SQLITE_FULL}},
+                    {ERROR_NOT_ENOUGH_MEMORY, {SQLITE_NOMEM}},
+                    {ERROR_INVALID_PARAMETER, {SQLITE_TOOBIG}},
+                    {statusOfErrno(ERROR_CANTOPEN), {SQLITE_CANTOPEN}},
+                    {statusOfErrno(ERROR_REGISTRY_IO_FAILED), {SQLITE_IOERR}}},
+                   ERROR_REGISTRY_CORRUPT);
 }
 
 /// Runs work() again while it answers ERROR_LOCK_FAILED, for a bounded time, and gives its last answer.
@@ -146,6 +137,11 @@ bool isSameFile(const struct stat& a, const struct stat& b)
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
+bool isSameTime(const timespec& a, const timespec& b)
+{
+    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
 /// A write past the process's file size limit is an error, unless the program wants its signal.
 void ignoreFileSizeSignal()
 {
@@ -155,6 +151,97 @@ void ignoreFileSizeSignal()
         sigaction(SIGXFSZ, &wanted, nullptr);
     }
 }
+
+// ---- The store's version
+//
+// The header of the write-ahead log's index, which all processes share in memory and every commit changes. It
+// is an interface of SQLite's: https://www.sqlite.org/walformat.html. Where it has another format there is no
+// version.
+
+constexpr std::uint32_t indexFormat = 3007000;
+constexpr std::size_t sumAt = 5;    // in units of 8 bytes: the header's sum of itself
+constexpr std::size_t countAt = 14; // in units of 4 bytes: in the second copy, written before the first
+constexpr std::size_t pageSize = 4096;
+constexpr int regionSize = 32768;
+
+// Stays where it is while the process lives: a page without content, or the index's first page once more.
+std::atomic<std::uint64_t*> page = nullptr;
+
+/// Null where SQLite cannot share memory.
+sqlite3_file* fileOf(sqlite3* database)
+{
+    sqlite3_file* file = nullptr;
+    if (database != nullptr) {
+        sqlite3_file_control(database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    }
+    const bool canMap = file != nullptr && file->pMethods != nullptr && file->pMethods->iVersion >= 2;
+    return canMap ? file : nullptr;
+}
+
+/// Tells where SQLite has the index in memory.
+int mapIndex(sqlite3_file* file, bool create, void volatile*& index)
+{
+    errno = 0;
+    return file != nullptr ? file->pMethods->xShmMap(file, 0, regionSize, create ? 1 : 0, &index)
+                           : SQLITE_CANTOPEN;
+}
+
+/// Makes the index and gives it its room on the disk, for a log of 32 MB: it is written to in memory, where a
+/// full disk would be a signal and not an error. An SQLite error.
+int allocateIndex(sqlite3* database, int descriptor)
+{
+    sqlite3_file* const file = fileOf(database);
+    void volatile* index = nullptr;
+    int failed = mapIndex(file, true, index);
+    if (failed == SQLITE_OK) {
+        errno = posix_fallocate(descriptor, 0, off_t{2} * regionSize);
+        failed = errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? SQLITE_FULL : SQLITE_OK;
+    }
+    return failed;
+}
+
+/// Where the log did not come to be opened: SQLite would leave the index where it is. Keeps errno.
+void unmapIndex(sqlite3* database)
+{
+    const int cause = errno;
+    if (sqlite3_file* const file = fileOf(database)) {
+        file->pMethods->xShmUnmap(file, 0);
+    }
+    errno = cause;
+}
+
+/// From here on storeVersion tells none.
+void hideVersion()
+{
+    if (page != nullptr) {
+        static_cast<void>(mmap(page, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
+    }
+}
+
+/// From here on storeVersion tells the version.
+void showVersion(sqlite3* database)
+{
+    if (page == nullptr) {
+        void* const made = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        page = made != MAP_FAILED ? static_cast<std::uint64_t*>(made) : nullptr;
+    }
+    void volatile* index = nullptr;
+    if (page != nullptr && mapIndex(fileOf(database), false, index) == SQLITE_OK && index != nullptr &&
+        *static_cast<std::uint32_t volatile*>(index) == indexFormat) {
+        // An old size of 0 maps the same pages once more.
+        static_cast<void>(
+            mremap(const_cast<void*>(index), 0, pageSize, MREMAP_MAYMOVE | MREMAP_FIXED, page.load()));
+    }
+}
+
+/// Grows by 1 with each commit of any process.
+std::uint32_t changeCount()
+{
+    const auto* const header = reinterpret_cast<const std::uint32_t*>(page.load(std::memory_order_acquire));
+    return header != nullptr ? __atomic_load_n(header + countAt, __ATOMIC_ACQUIRE) : 0;
+}
+
+// ---- The connection
 
 Statement beginAll{"BEGIN IMMEDIATE"};
 Statement commitAll{"COMMIT"};
@@ -315,6 +402,7 @@ private:
             failed = m_index < 0 ? SQLITE_CANTOPEN : allocateIndex(m_database, m_index);
         }
         if (failed != SQLITE_OK) {
+            unmapIndex(m_database);
             return statusOf(failed);
         }
         ++m_connection;
@@ -330,6 +418,9 @@ private:
                              "PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304");
         if (status == ERROR_SUCCESS && forWriting) {
             status = run("PRAGMA journal_mode = WAL");
+        }
+        if (status != ERROR_SUCCESS) {
+            unmapIndex(m_database);
         }
         status = status == ERROR_SUCCESS ? checkSchema() : status;
         return status == ERROR_FILE_NOT_FOUND && forWriting ? create() : status;
@@ -363,20 +454,18 @@ private:
         return status;
     }
 
-    /// Whether the file that was opened is no longer the one that the path leads to. A look at the folder is
-    /// enough for a read, since its time tells that nothing came or went.
+    /// Whether the path leads to another file than the one that was opened. The folder's time tells that
+    /// nothing came or went; for a read it is looked at once in a tick of the coarse clock, some 1 to 10 ms.
     bool hasMoved(bool thoroughly)
     {
         timespec now = {};
         clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-        const auto tick = now.tv_sec * ticksPerSecond + now.tv_nsec / (nanoseconds / ticksPerSecond);
-        if (!thoroughly && tick == m_checked) {
+        if (!thoroughly && isSameTime(now, m_checked)) {
             return false;
         }
-        m_checked = tick;
+        m_checked = now;
         const struct stat listing = fileAt(m_folder);
-        if (isSameFile(listing, m_listing) && listing.st_mtim.tv_sec == m_listing.st_mtim.tv_sec &&
-            listing.st_mtim.tv_nsec == m_listing.st_mtim.tv_nsec) {
+        if (isSameFile(listing, m_listing) && isSameTime(listing.st_mtim, m_listing.st_mtim)) {
             return false;
         }
         for (std::size_t i = 0; i < std::size(suffixes); ++i) {
@@ -401,7 +490,7 @@ private:
     int m_index = -1;                      // closing it would drop the process's locks on the file
     LSTATUS m_whyReadOnly = ERROR_SUCCESS; // why the store is open for reading alone
     bool m_isShared = false;               // one transaction for many calls
-    std::int64_t m_checked = 0;
+    timespec m_checked = {};
     struct stat m_listing = {};
     struct stat m_opened[std::size(suffixes)] = {};
 };
@@ -414,12 +503,12 @@ void beforeFork()
 {
     store().mutex.lock();
     store().close();
-    lockHandles();
+    handlesMutex().lock();
 }
 
 void afterFork()
 {
-    unlockHandles();
+    handlesMutex().unlock();
     store().mutex.unlock();
 }
 
@@ -440,21 +529,25 @@ Store& store()
 
 } // namespace
 
-Access::Access(Purpose purpose) : m_purpose(purpose)
+std::uint64_t storeVersion()
+{
+    const std::uint64_t* const header = page.load(std::memory_order_acquire);
+    return header != nullptr ? __atomic_load_n(header + sumAt, __ATOMIC_ACQUIRE) : 0;
+}
+
+Access::Access(Purpose purpose) : m_lock(store().mutex, std::defer_lock), m_purpose(purpose)
 {
     if (purpose == eReading) {
-        store().mutex.lock();
+        m_lock.lock();
         m_status = store().prepare(false);
         return;
     }
     // Waits for other writers without the lock, so that this process's readers need not.
-    m_isDone = true;
     m_status = retry([&] {
-        store().mutex.lock();
+        m_lock.lock();
         const LSTATUS status = store().begin(purpose == eWritingOn);
-        m_isDone = status != ERROR_SUCCESS;
-        if (m_isDone) {
-            store().mutex.unlock();
+        if (status != ERROR_SUCCESS) {
+            m_lock.unlock();
         }
         return status;
     });
@@ -462,18 +555,18 @@ Access::Access(Purpose purpose) : m_purpose(purpose)
 
 Access::~Access()
 {
-    if (m_isDone && m_purpose != eReading) {
-        return;
-    }
-    if (m_purpose == eWriting) {
+    if (m_purpose == eWriting && m_lock.owns_lock()) {
         store().undo();
     }
-    store().mutex.unlock();
 }
 
 LSTATUS Access::commit()
 {
-    return store().commit();
+    const std::uint32_t before = changeCount();
+    const LSTATUS status = store().commit();
+    const std::uint64_t version = storeVersion();
+    m_versionBehind = status == ERROR_SUCCESS && changeCount() == before + 1 ? version : 0;
+    return status;
 }
 
 Query::Query(Statement& statement)

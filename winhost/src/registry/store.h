@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <mutex>
 #include <string_view>
 
 struct sqlite3_stmt;
@@ -20,7 +21,7 @@ constexpr NodeId localMachineId = 2;
 /// where that cannot be told. Takes no lock and no system call.
 std::uint64_t storeVersion();
 
-/// The store for one call. One at a time in a thread.
+/// The store for one call.
 class Access
 {
 public:
@@ -38,11 +39,14 @@ public:
 
     LSTATUS status() const { return m_status; }
     LSTATUS commit();
+    /// Behind a commit: the version of what it left, 0 when that cannot be told or others have written since.
+    std::uint64_t versionBehind() const { return m_versionBehind; }
 
 private:
+    std::unique_lock<std::mutex> m_lock;
     Purpose m_purpose;
     LSTATUS m_status;
-    bool m_isDone = false;
+    std::uint64_t m_versionBehind = 0;
 };
 
 /// What the store is asked; prepared when it is first used.
