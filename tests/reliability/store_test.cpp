@@ -177,15 +177,12 @@ LSTATUS step(char what, int n)
         SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, path);
         return utf8(path) != windowsPath(passwdFolder + "/.local/share");
     }
-    case 'l':   // opens key l of that of the values
-    case 'd': { // deletes that key with all below it
-        HKEY opened = nullptr;
-        const LSTATUS status =
-            what == 'd' ? RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Disk")
-                        : RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Disk\\l", 0, KEY_READ, &opened);
-        RegCloseKey(opened);
-        return status;
+    case 'l': { // opens key l of that of the values, and leaves it open
+        HKEY key = nullptr;
+        return RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Disk\\l", 0, KEY_READ, &key);
     }
+    case 'd': // deletes the key of the values with all below it
+        return RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Disk");
     default: { // waits to be told
         say("\n");
         char told = 0;
