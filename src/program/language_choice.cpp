@@ -94,10 +94,12 @@ Installed installed(const Language& language, bool needsEntry)
 
 std::int32_t preferredLanguage(bool needsEntry)
 {
-    const auto* const found = std::ranges::find_if(preferenceOrder, [needsEntry](const Language& language) {
-        return installed(language, needsEntry) == Installed::yes;
-    });
-    return found != preferenceOrder.end() ? findLanguage(found->shortName) : unknownLanguage;
+    for (const Language& language : preferenceOrder) {
+        if (installed(language, needsEntry) == Installed::yes) {
+            return findLanguage(language.shortName);
+        }
+    }
+    return unknownLanguage;
 }
 
 LanguageChoice::LanguageChoice(const wchar_t* argument, const wchar_t* versionRoot, bool needsEntry)

@@ -70,7 +70,7 @@ private:
 
     static std::uint64_t hashOf(const Question& question);
 
-    Cache* const m_abandoned; // still there, and no leak
+    [[maybe_unused]] Cache* const m_abandoned; // still there, and no leak
     Set m_sets[setCount];
     std::atomic<std::uint64_t> m_version = 0;
     std::atomic<std::uint64_t> m_shape = 0;
