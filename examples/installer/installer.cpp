@@ -83,8 +83,10 @@ extern "C" int wmain(int argc, wchar_t** argv)
         if (!(removes ? remove(language) : record(language))) {
             std::cerr << "installer: ";
             printName(std::cerr, name);
-            std::cerr << " cannot be " << (removes ? "removed" : "recorded")
-                      << ": the registry of the machine is not writable; start this as its administrator\n";
+            std::cerr
+                << " cannot be " << (removes ? "removed" : "recorded")
+                << ": the registry of the machine cannot be written: start this as its administrator or,\n"
+                   "on Linux, look for room in ~/.local/share and for the rights to it\n";
             return 1;
         }
     }
