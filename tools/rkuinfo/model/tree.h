@@ -7,6 +7,9 @@
 #include <string>
 #include <vector>
 
+/// So many keys of one character below each other are the longest path that an application can read.
+constexpr std::size_t deepestKey = 510;
+
 struct Node
 {
     Text name;

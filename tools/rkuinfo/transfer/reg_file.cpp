@@ -160,11 +160,15 @@ private:
             refuse("it removes the key that is imported into: use rm");
         }
         m_key = &m_node;
+        std::size_t depth = 0;
         for (Text rest = isRoot ? Text() : path.substr(prefix.size()); !rest.empty();) {
             constexpr std::size_t longest = 255;
             const std::size_t end = std::min(rest.find(Text::value_type('\\')), rest.size());
             if (end == 0 || end > longest) {
                 refuse("no usable name of a key");
+            }
+            if (++depth > deepestKey) {
+                refuse("the keys are nested too deeply");
             }
             m_key = &m_key->below(rest.substr(0, end));
             rest.erase(0, end + 1);
