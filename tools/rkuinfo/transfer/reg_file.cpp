@@ -178,6 +178,7 @@ private:
         }
     }
 
+    /// The last line about a name counts.
     void readValue(std::string line)
     {
         if (m_key == nullptr) {
@@ -189,6 +190,10 @@ private:
             refuse("no usable name of a value, and = behind it");
         }
         line.erase(0, 1);
+        std::erase_if(m_key->values,
+                      [&](const Value& earlier) { return equalIgnoringCase(earlier.name, name); });
+        std::erase_if(m_key->removedValues,
+                      [&](const Text& earlier) { return equalIgnoringCase(earlier, name); });
         if (line == "-") {
             m_key->removedValues.push_back(name);
             return;
