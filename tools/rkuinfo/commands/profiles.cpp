@@ -17,7 +17,9 @@ class Profiles
 {
 public:
     explicit Profiles(const Installation& installation)
-        : m_root(installation.path(TarvoConfig::eProfilesRoot)), m_current(installation.profile())
+        : m_root(installation.path(TarvoConfig::eProfilesRoot)),
+          m_current(installation.profile()),
+          m_stored(installation.storedProfile())
     {
     }
 
@@ -59,7 +61,7 @@ public:
     void remove(const Text& name) const
     {
         require(name);
-        if (equalIgnoringCase(name, m_current)) {
+        if (equalIgnoringCase(name, m_current) || equalIgnoringCase(name, m_stored)) {
             throw Failure("profile '" + shown(name) + "' is the current one: select another first");
         }
         Key::find(m_root, KEY_ALL_ACCESS)->removeKey(name);
@@ -79,6 +81,7 @@ private:
 
     Text m_root;
     Text m_current;
+    Text m_stored; ///< what the next start takes, where an option names another for this run
 };
 
 Text checkedName(const std::string& word)
