@@ -3,11 +3,10 @@
 #include "text/print.h"
 #include "text/text.h"
 
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
-#include <sstream>
 #include <type_traits>
 
 namespace {
@@ -25,11 +24,23 @@ std::filesystem::path filePath(const std::string& name)
     return name;
 }
 
-std::string allOf(std::istream& in)
+[[noreturn]] void refuseReading(const std::string& told)
 {
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    return bytes.str();
+    throw Failure(told + " cannot be read");
+}
+
+/// By C's own call: std::cin takes an error for the end.
+std::string allOfInput()
+{
+    std::string bytes;
+    std::array<char, 65536> part = {};
+    while (const std::size_t size = std::fread(part.data(), 1, part.size(), stdin)) {
+        bytes.append(part.data(), size);
+    }
+    if (std::ferror(stdin) != 0) {
+        refuseReading("standard input");
+    }
+    return bytes;
 }
 
 } // namespace
@@ -42,14 +53,22 @@ std::string toldName(const std::string& file, const char* stream)
 std::string readFile(const std::string& file)
 {
     if (isStream(file)) {
-        return allOf(std::cin);
+        return allOfInput();
     }
     std::error_code ignored;
     std::ifstream in(filePath(file), std::ios::binary);
     if (!in || std::filesystem::is_directory(filePath(file), ignored)) {
-        throw Failure(file + " cannot be read");
+        refuseReading(file);
     }
-    return allOf(in);
+    std::string bytes;
+    std::array<char, 65536> part = {};
+    while (in.read(part.data(), part.size()), in.gcount() > 0) {
+        bytes.append(part.data(), static_cast<std::size_t>(in.gcount()));
+    }
+    if (in.bad()) {
+        refuseReading(file);
+    }
+    return bytes;
 }
 
 void writeFile(const std::string& file, std::string_view bytes)
