@@ -1,5 +1,6 @@
 #include "transfer/file.h"
 
+#include "model/system.h"
 #include "text/print.h"
 #include "text/text.h"
 
@@ -43,6 +44,49 @@ std::string allOfInput()
     return bytes;
 }
 
+bool write(const std::filesystem::path& path, std::string_view bytes)
+{
+    std::ofstream out(path, std::ios::binary);
+    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    return !out.fail();
+}
+
+/// A new file of a name that nothing beside the path has; empty when none can be made.
+std::filesystem::path makeBeside(const std::filesystem::path& path)
+{
+    for (std::size_t number = 1;; ++number) {
+        std::filesystem::path beside = path;
+        beside += ".new" + (number == 1 ? "" : std::to_string(number));
+        if (makeFile(beside)) {
+            return beside;
+        }
+        std::error_code failure;
+        if (!std::filesystem::exists(std::filesystem::symlink_status(beside, failure))) {
+            return {};
+        }
+    }
+}
+
+/// Through links: what they lead to is replaced.
+bool replace(const std::filesystem::path& path, std::string_view bytes)
+{
+    std::error_code failure;
+    const std::filesystem::path target = std::filesystem::weakly_canonical(path, failure);
+    const std::filesystem::path beside = failure ? std::filesystem::path() : makeBeside(target);
+    if (beside.empty()) {
+        return false;
+    }
+    if (write(beside, bytes)) {
+        std::filesystem::rename(beside, target, failure);
+        if (!failure) {
+            return true;
+        }
+    }
+    std::filesystem::remove(beside, failure);
+    return false;
+}
+
 } // namespace
 
 std::string toldName(const std::string& file, const char* stream)
@@ -77,19 +121,11 @@ void writeFile(const std::string& file, std::string_view bytes)
         std::fwrite(bytes.data(), 1, bytes.size(), stdout);
         return;
     }
-    std::filesystem::path path = filePath(file);
-    std::filesystem::path beside = path;
-    beside += ".new";
-    std::ofstream out(beside, std::ios::binary);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    out.close();
-    std::error_code failure;
-    if (out) {
-        std::filesystem::rename(beside, path, failure);
-    }
-    if (!out || failure) {
-        std::error_code ignored;
-        std::filesystem::remove(beside, ignored);
+    const std::filesystem::path path = filePath(file);
+    std::error_code ignored;
+    const bool isThere = std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+    const bool isDirect = isThere && !std::filesystem::is_regular_file(path, ignored);
+    if (!(isDirect ? write(path, bytes) : replace(path, bytes))) {
         throw Failure(file + " cannot be written");
     }
 }
