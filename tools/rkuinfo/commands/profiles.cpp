@@ -64,17 +64,26 @@ public:
         if (equalIgnoringCase(name, m_current) || equalIgnoringCase(name, m_stored)) {
             throw Failure("profile '" + shown(name) + "' is the current one: select another first");
         }
-        Key::find(m_root, KEY_ALL_ACCESS)->removeKey(name);
+        const std::optional<Key> root = Key::find(m_root, KEY_ALL_ACCESS);
+        if (!root) { // another process has removed it in between
+            notFound(name);
+        }
+        root->removeKey(name);
     }
 
 private:
     std::optional<Key> find(const Text& name) const { return Key::find(joinedKey(m_root, name)); }
 
+    [[noreturn]] static void notFound(const Text& name)
+    {
+        throw Failure("profile '" + shown(name) + "': not found");
+    }
+
     Key require(const Text& name) const
     {
         std::optional<Key> key = find(name);
         if (!key) {
-            throw Failure("profile '" + shown(name) + "': not found");
+            notFound(name);
         }
         return std::move(*key);
     }
