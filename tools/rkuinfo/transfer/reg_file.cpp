@@ -143,6 +143,9 @@ private:
         if (!line.ends_with(']')) {
             refuse("a key's name has no ]");
         }
+        if (line.find('\0') != std::string::npos) {
+            refuse("a key's name has a null character");
+        }
         const Text name = utf16(line.substr(start, line.size() - start - 1));
         Text path;
         for (const char* const root : {userRoot, shortUserRoot}) {
@@ -272,6 +275,9 @@ private:
         }
         if (!line.starts_with('"') || i >= line.size()) {
             refuse("a text has no quotation mark at its beginning or its end");
+        }
+        if (out.find('\0') != std::string::npos) {
+            refuse("a text has a null character");
         }
         line.erase(0, i + 1);
         return out;
