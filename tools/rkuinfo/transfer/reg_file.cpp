@@ -91,6 +91,7 @@ public:
     Reader(const std::string& file, const std::string& bytes, const Text& root)
         : m_file(file), m_rest(utf8(unitsOf(bytes))), m_root(root)
     {
+        m_node.isMade = false; // until a line names it or a key below it
     }
 
     Node read()
@@ -163,6 +164,7 @@ private:
             refuse("it removes the key that is imported into: use rm");
         }
         m_key = &m_node;
+        m_key->isMade = m_key->isMade || !isRemoved;
         std::size_t depth = 0;
         for (Text rest = isRoot ? Text() : path.substr(prefix.size()); !rest.empty();) {
             constexpr std::size_t longest = 255;
@@ -174,10 +176,12 @@ private:
                 refuse("the keys are nested too deeply");
             }
             m_key = &m_key->below(rest.substr(0, end));
+            m_key->isMade = m_key->isMade || !isRemoved;
             rest.erase(0, end + 1);
         }
         if (isRemoved) {
-            *m_key = {m_key->name, {}, {}, true, {}};
+            *m_key = {m_key->name, {}, {}, true, {}, false};
+            m_key = nullptr;
         }
     }
 
@@ -185,7 +189,7 @@ private:
     void readValue(std::string line)
     {
         if (m_key == nullptr) {
-            refuse("a value before the first key");
+            refuse("a value that belongs to no key");
         }
         const Text name = line.starts_with('@') ? (line.erase(0, 1), Text()) : utf16(readQuoted(line));
         constexpr std::size_t longest = 1023;
