@@ -38,9 +38,7 @@ public:
 
     void create(const Text& name) const
     {
-        if (find(name)) {
-            throw Failure("profile '" + shown(name) + "' is there already");
-        }
+        requireNone(name);
         Key::make(joinedKey(m_root, name));
     }
 
@@ -53,9 +51,10 @@ public:
     void copy(const Text& name, const Text& other) const
     {
         const Node node = readTree(require(name));
-        create(other);
-        const Text path = joinedKey(m_root, other);
-        apply(path, changes(Node(), node, false), [](std::size_t) {});
+        requireNone(other);
+        std::vector<Change> all = changes(Node(), node, false);
+        all.insert(all.begin(), {Change::Kind::added, {}, true, {}, {}});
+        apply(joinedKey(m_root, other), all, [](std::size_t) {});
     }
 
     void remove(const Text& name) const
@@ -86,6 +85,13 @@ private:
             notFound(name);
         }
         return std::move(*key);
+    }
+
+    void requireNone(const Text& name) const
+    {
+        if (find(name)) {
+            throw Failure("profile '" + shown(name) + "' is there already");
+        }
     }
 
     Text m_root;
