@@ -4,6 +4,7 @@
 #include "text/print.h"
 
 #include <cstdint>
+#include <set>
 
 namespace {
 
@@ -179,6 +180,10 @@ private:
             m_key->isMade = m_key->isMade || !isRemoved;
             rest.erase(0, end + 1);
         }
+        m_names = {m_key->removedValues.begin(), m_key->removedValues.end()};
+        for (const Value& value : m_key->values) {
+            m_names.insert(value.name);
+        }
         if (isRemoved) {
             *m_key = {m_key->name, {}, {}, true, {}, false};
             m_key = nullptr;
@@ -197,10 +202,12 @@ private:
             refuse("no usable name of a value, and = behind it");
         }
         line.erase(0, 1);
-        std::erase_if(m_key->values,
-                      [&](const Value& earlier) { return equalIgnoringCase(earlier.name, name); });
-        std::erase_if(m_key->removedValues,
-                      [&](const Text& earlier) { return equalIgnoringCase(earlier, name); });
+        if (!m_names.insert(name).second) {
+            std::erase_if(m_key->values,
+                          [&](const Value& earlier) { return equalIgnoringCase(earlier.name, name); });
+            std::erase_if(m_key->removedValues,
+                          [&](const Text& earlier) { return equalIgnoringCase(earlier, name); });
+        }
         if (line == "-") {
             m_key->removedValues.push_back(name);
             return;
@@ -293,6 +300,7 @@ private:
     std::size_t m_line = 0;
     Node m_node;
     Node* m_key = nullptr;
+    std::set<Text, LessIgnoringCase> m_names; ///< that the file has said something about, in that key
 };
 
 } // namespace
