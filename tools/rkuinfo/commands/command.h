@@ -75,7 +75,7 @@ struct ValuePlace
 ValuePlace splitValue(const std::string& path);
 /// The same key as the library takes it: '/' for '\', none at its ends.
 Text normalised(const std::string& key);
-/// Throws for a key path or a name that no application could use.
+/// Throws for a key path that no application could use.
 void checkPath(const Text& path, const std::string& told);
 
 inline Parameter jsonFlag(bool& json)

@@ -25,7 +25,7 @@ std::vector<Change> compare(const Text& path, const std::string& file, bool isWh
     checkPaths(path, wanted);
     const std::optional<Key> key = Key::find(path);
     std::vector<Change> found = changes(key ? readTree(*key) : Node(), wanted, isWhole);
-    if (!key) {
+    if (!key && wanted.isMade) {
         found.insert(found.begin(), {Change::Kind::added, {}, true, {}, {}});
     }
     return found;

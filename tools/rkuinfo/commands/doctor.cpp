@@ -68,19 +68,29 @@ private:
 
     // ---- INI files
 
+    /// Nothing when it is a folder, or may not be read.
+    static std::optional<std::string> contents(const Text& path)
+    {
+        try {
+            return isBarred(path) ? std::nullopt : std::optional(readFile(nativePath(path)));
+        } catch (const Failure&) {
+            return std::nullopt;
+        }
+    }
+
     /// Whether the file can be read and has a section.
     bool checkIniFile(const Text& path)
     {
         const std::string subject = shown(path);
-        if (isBarred(path)) {
+        const std::optional<std::string> bytes = contents(path);
+        if (!bytes) {
             add("ini-unreadable", true, subject, "the file cannot be read",
-                "give its users the right to read it");
+                "make it a file that its users have the right to read");
             return false;
         }
-        const std::string bytes = readFile(nativePath(path));
-        const bool isWide = bytes.starts_with("\xff\xfe") || bytes.starts_with("\xfe\xff");
-        const bool isText = isWide || bytes.find('\0') == std::string::npos;
-        if (!isText || bytes.find('[') == std::string::npos) {
+        const bool isWide = bytes->starts_with("\xff\xfe") || bytes->starts_with("\xfe\xff");
+        const bool isText = isWide || bytes->find('\0') == std::string::npos;
+        if (!isText || bytes->find('[') == std::string::npos) {
             add("ini-garbled", true, subject, "the file is no INI file: it has no section",
                 "write it again, in plain text, with a section [Product]");
             return false;

@@ -17,7 +17,9 @@ class Profiles
 {
 public:
     explicit Profiles(const Installation& installation)
-        : m_root(installation.path(TarvoConfig::eProfilesRoot)), m_current(installation.profile())
+        : m_root(installation.path(TarvoConfig::eProfilesRoot)),
+          m_current(installation.profile()),
+          m_stored(installation.storedProfile())
     {
     }
 
@@ -36,9 +38,7 @@ public:
 
     void create(const Text& name) const
     {
-        if (find(name)) {
-            throw Failure("profile '" + shown(name) + "' is there already");
-        }
+        requireNone(name);
         Key::make(joinedKey(m_root, name));
     }
 
@@ -51,34 +51,52 @@ public:
     void copy(const Text& name, const Text& other) const
     {
         const Node node = readTree(require(name));
-        create(other);
-        const Text path = joinedKey(m_root, other);
-        apply(path, changes(Node(), node, false), [](std::size_t) {});
+        requireNone(other);
+        std::vector<Change> all = changes(Node(), node, false);
+        all.insert(all.begin(), {Change::Kind::added, {}, true, {}, {}});
+        apply(joinedKey(m_root, other), all, [](std::size_t) {});
     }
 
     void remove(const Text& name) const
     {
         require(name);
-        if (equalIgnoringCase(name, m_current)) {
+        if (equalIgnoringCase(name, m_current) || equalIgnoringCase(name, m_stored)) {
             throw Failure("profile '" + shown(name) + "' is the current one: select another first");
         }
-        Key::find(m_root, KEY_ALL_ACCESS)->removeKey(name);
+        const std::optional<Key> root = Key::find(m_root, KEY_ALL_ACCESS);
+        if (!root) { // another process has removed it in between
+            notFound(name);
+        }
+        root->removeKey(name);
     }
 
 private:
     std::optional<Key> find(const Text& name) const { return Key::find(joinedKey(m_root, name)); }
 
+    [[noreturn]] static void notFound(const Text& name)
+    {
+        throw Failure("profile '" + shown(name) + "': not found");
+    }
+
     Key require(const Text& name) const
     {
         std::optional<Key> key = find(name);
         if (!key) {
-            throw Failure("profile '" + shown(name) + "': not found");
+            notFound(name);
         }
         return std::move(*key);
     }
 
+    void requireNone(const Text& name) const
+    {
+        if (find(name)) {
+            throw Failure("profile '" + shown(name) + "' is there already");
+        }
+    }
+
     Text m_root;
     Text m_current;
+    Text m_stored; ///< what the next start takes, where an option names another for this run
 };
 
 Text checkedName(const std::string& word)

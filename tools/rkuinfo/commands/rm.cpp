@@ -29,7 +29,11 @@ void rm(Session& session)
         return;
     }
     const std::size_t end = path.rfind(Text::value_type('\\'));
-    Key::find(path.substr(0, end), KEY_ALL_ACCESS)->removeKey(path.substr(end + 1));
+    const std::optional<Key> parent = Key::find(path.substr(0, end), KEY_ALL_ACCESS);
+    if (!parent) { // another process has removed it in between
+        place.notFound();
+    }
+    parent->removeKey(path.substr(end + 1));
 }
 
 } // namespace

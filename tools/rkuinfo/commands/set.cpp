@@ -21,6 +21,10 @@ void set(Session& session)
         throw Failure("set takes DATA, or a --file with it", exitUsage);
     }
     const auto [below, name] = splitValue(arguments.place.key);
+    constexpr std::size_t longestName = 1023; // that an application can read
+    if (name.size() > longestName) {
+        throw Failure(arguments.place.told() + ": name too long: a value's has at most 1023 characters");
+    }
     Value value = parseValue(type, arguments.data ? *arguments.data : readFile(arguments.file));
     value.name = name;
     Place place = {arguments.place.subtree, utf8(below)};

@@ -104,7 +104,7 @@ std::optional<Key> Key::below(const Text& name) const
 std::vector<Text> Key::keys() const
 {
     std::vector<Text> names;
-    std::vector<wchar_t> name(256);
+    std::vector<wchar_t> name(257); // the longest that there is, terminator counted
     for (DWORD index = 0;; ++index) {
         auto length = static_cast<DWORD>(name.size());
         const LSTATUS status =

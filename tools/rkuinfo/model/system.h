@@ -4,6 +4,7 @@
 #include "text/text.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -34,6 +35,9 @@ std::string nativePath(const Text& path);
 
 /// Whether a file is there, but this user may not read it or another process has locked it.
 bool isBarred(const Text& path);
+
+/// Makes an empty file; false where something of that name is, or nothing may be made.
+bool makeFile(const std::filesystem::path& path);
 
 /// For messages about the registry, where it lies: " in FILE"; empty where the system has no one place for
 /// it.

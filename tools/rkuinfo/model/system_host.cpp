@@ -2,13 +2,13 @@
 
 #include <winhost/changes.h>
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 
 Console::Console() = default;
 Console::~Console() = default;
@@ -51,6 +51,13 @@ std::string nativePath(const Text& path)
 bool isBarred(const Text& path)
 {
     return access(nativePath(path).c_str(), R_OK) != 0 && errno == EACCES;
+}
+
+bool makeFile(const std::filesystem::path& path)
+{
+    constexpr mode_t byMask = 0666;
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, byMask);
+    return file >= 0 && close(file) == 0;
 }
 
 std::string registryPlace()

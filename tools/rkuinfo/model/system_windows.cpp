@@ -82,6 +82,13 @@ bool isBarred(const Text& path)
     return GetLastError() == ERROR_ACCESS_DENIED || GetLastError() == ERROR_SHARING_VIOLATION;
 }
 
+bool makeFile(const std::filesystem::path& path)
+{
+    HANDLE const file =
+        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return file != INVALID_HANDLE_VALUE && CloseHandle(file) != FALSE;
+}
+
 std::string registryPlace()
 {
     return "";

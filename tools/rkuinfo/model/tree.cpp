@@ -36,7 +36,7 @@ void addRemoval(const Text& path, const Node& node, std::vector<Change>& out)
 void addChanges(const Text& path, const Node* present, const Node& wanted, bool isWhole,
                 std::vector<Change>& out)
 {
-    if (present == nullptr) {
+    if (present == nullptr && wanted.isMade) {
         out.push_back({Kind::added, path, true, {}, {}});
     }
     static const Node none;
@@ -63,9 +63,7 @@ void addChanges(const Text& path, const Node* present, const Node& wanted, bool 
             addRemoval(joinedKey(path, key.name), *old, out);
             old = nullptr;
         }
-        if (!key.isRemoved || !key.values.empty() || !key.keys.empty()) {
-            addChanges(joinedKey(path, key.name), old, key, isWhole, out);
-        }
+        addChanges(joinedKey(path, key.name), old, key, isWhole, out);
     }
     for (const Node& key : before.keys) {
         if (isWhole && findNamed(wanted.keys, key.name) == wanted.keys.end()) {
@@ -123,7 +121,7 @@ Node& Node::below(const Text& keyName)
     if (found != keys.end()) {
         return *found;
     }
-    keys.push_back({keyName, {}, {}, false, {}});
+    keys.push_back({keyName, {}, {}, false, {}, false});
     return keys.back();
 }
 

@@ -7,6 +7,9 @@
 #include <string>
 #include <vector>
 
+/// So many keys of one character below each other are the longest path that an application can read.
+constexpr std::size_t deepestKey = 510;
+
 struct Node
 {
     Text name;
@@ -14,8 +17,9 @@ struct Node
     std::vector<Node> keys;
     bool isRemoved = false;          ///< a file may ask for that
     std::vector<Text> removedValues; ///< and for that
+    bool isMade = true;              ///< false for what only leads to a removal, or is one
 
-    /// The key of that name below, made when there is none.
+    /// The key of that name below; when there is none, a new one that is not to be made.
     Node& below(const Text& keyName);
 };
 

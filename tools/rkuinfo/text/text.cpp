@@ -43,6 +43,12 @@ bool isInvisible(char32_t point)
            (point >= 0x2060 && point <= 0x206F) || point == 0x061C || point == 0xFEFF;
 }
 
+int comparedIgnoringCase(TextView a, TextView b)
+{
+    return CompareStringOrdinal(rkuinfo::Argument(a), static_cast<int>(a.size()), rkuinfo::Argument(b),
+                                static_cast<int>(b.size()), TRUE);
+}
+
 } // namespace
 
 Text joinedKey(const Text& key, const Text& name)
@@ -100,8 +106,12 @@ std::size_t displayWidth(std::string_view bytes)
 
 bool equalIgnoringCase(TextView a, TextView b)
 {
-    return CompareStringOrdinal(rkuinfo::Argument(a), static_cast<int>(a.size()), rkuinfo::Argument(b),
-                                static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
+    return comparedIgnoringCase(a, b) == CSTR_EQUAL;
+}
+
+bool LessIgnoringCase::operator()(TextView a, TextView b) const
+{
+    return comparedIgnoringCase(a, b) == CSTR_LESS_THAN;
 }
 
 bool containsIgnoringCase(TextView text, TextView part)

@@ -30,6 +30,10 @@ std::string shown(TextView text);
 std::size_t displayWidth(std::string_view bytes);
 
 bool equalIgnoringCase(TextView a, TextView b);
+struct LessIgnoringCase
+{
+    bool operator()(TextView a, TextView b) const;
+};
 bool containsIgnoringCase(TextView text, TextView part);
 
 /// The word that was probably meant; empty when none is near.

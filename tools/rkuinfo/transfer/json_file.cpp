@@ -82,12 +82,16 @@ class Reader
 public:
     explicit Reader(const std::string& file) : m_file(file) {}
 
-    Node readKey(const Json& json, const std::string& place, bool isNamed) const
+    /// depth keys below the one that is imported into, which alone has no name.
+    Node readKey(const Json& json, const std::string& place, std::size_t depth) const
     {
-        const std::size_t members = isNamed ? 3 : 2;
+        const std::size_t members = depth > 0 ? 3 : 2;
         if (!json.is_object() || json.size() != members || !isArray(json, "values") ||
             !isArray(json, "keys")) {
             refuse(place, "it is no object of \"values\" and \"keys\"");
+        }
+        if (depth > deepestKey) {
+            refuse(place, "the keys are nested too deeply");
         }
         Node node;
         for (std::size_t i = 0; i < json["values"].size(); ++i) {
@@ -101,7 +105,7 @@ public:
             if (!name || name->empty() || name->find(Text::value_type('\\')) != Text::npos) {
                 refuse(below + "/name", "no usable name of a key");
             }
-            node.keys.push_back(readKey(key, below, true));
+            node.keys.push_back(readKey(key, below, depth + 1));
             node.keys.back().name = *name;
         }
         return node;
@@ -199,7 +203,7 @@ std::string toJsonFile(const Node& node)
 Node fromJsonFile(const std::string& file, const std::string& bytes)
 {
     try {
-        return Reader(file).readKey(Json::parse(bytes), "", false);
+        return Reader(file).readKey(Json::parse(bytes), "", 0);
     } catch (const Json::exception& error) {
         const std::string what = error.what(); // "[the parser's name for it] parse error at line ..."
         throw Failure(file + " is no JSON: " + what.substr(what.find(']') + 2));

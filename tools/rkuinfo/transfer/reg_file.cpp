@@ -4,6 +4,7 @@
 #include "text/print.h"
 
 #include <cstdint>
+#include <set>
 
 namespace {
 
@@ -91,6 +92,7 @@ public:
     Reader(const std::string& file, const std::string& bytes, const Text& root)
         : m_file(file), m_rest(utf8(unitsOf(bytes))), m_root(root)
     {
+        m_node.isMade = false; // until a line names it or a key below it
     }
 
     Node read()
@@ -143,6 +145,9 @@ private:
         if (!line.ends_with(']')) {
             refuse("a key's name has no ]");
         }
+        if (line.find('\0') != std::string::npos) {
+            refuse("a key's name has a null character");
+        }
         const Text name = utf16(line.substr(start, line.size() - start - 1));
         Text path;
         for (const char* const root : {userRoot, shortUserRoot}) {
@@ -160,24 +165,36 @@ private:
             refuse("it removes the key that is imported into: use rm");
         }
         m_key = &m_node;
+        m_key->isMade = m_key->isMade || !isRemoved;
+        std::size_t depth = 0;
         for (Text rest = isRoot ? Text() : path.substr(prefix.size()); !rest.empty();) {
             constexpr std::size_t longest = 255;
             const std::size_t end = std::min(rest.find(Text::value_type('\\')), rest.size());
             if (end == 0 || end > longest) {
                 refuse("no usable name of a key");
             }
+            if (++depth > deepestKey) {
+                refuse("the keys are nested too deeply");
+            }
             m_key = &m_key->below(rest.substr(0, end));
+            m_key->isMade = m_key->isMade || !isRemoved;
             rest.erase(0, end + 1);
         }
+        m_names = {m_key->removedValues.begin(), m_key->removedValues.end()};
+        for (const Value& value : m_key->values) {
+            m_names.insert(value.name);
+        }
         if (isRemoved) {
-            *m_key = {m_key->name, {}, {}, true, {}};
+            *m_key = {m_key->name, {}, {}, true, {}, false};
+            m_key = nullptr;
         }
     }
 
+    /// The last line about a name counts.
     void readValue(std::string line)
     {
         if (m_key == nullptr) {
-            refuse("a value before the first key");
+            refuse("a value that belongs to no key");
         }
         const Text name = line.starts_with('@') ? (line.erase(0, 1), Text()) : utf16(readQuoted(line));
         constexpr std::size_t longest = 1023;
@@ -185,6 +202,12 @@ private:
             refuse("no usable name of a value, and = behind it");
         }
         line.erase(0, 1);
+        if (!m_names.insert(name).second) {
+            std::erase_if(m_key->values,
+                          [&](const Value& earlier) { return equalIgnoringCase(earlier.name, name); });
+            std::erase_if(m_key->removedValues,
+                          [&](const Text& earlier) { return equalIgnoringCase(earlier, name); });
+        }
         if (line == "-") {
             m_key->removedValues.push_back(name);
             return;
@@ -264,6 +287,9 @@ private:
         if (!line.starts_with('"') || i >= line.size()) {
             refuse("a text has no quotation mark at its beginning or its end");
         }
+        if (out.find('\0') != std::string::npos) {
+            refuse("a text has a null character");
+        }
         line.erase(0, i + 1);
         return out;
     }
@@ -274,6 +300,7 @@ private:
     std::size_t m_line = 0;
     Node m_node;
     Node* m_key = nullptr;
+    std::set<Text, LessIgnoringCase> m_names; ///< that the file has said something about, in that key
 };
 
 } // namespace
