@@ -94,7 +94,7 @@ TEST(StartUp, DecidesTheLanguage)
         EXPECT_EQ(getRaw(HKEY_CURRENT_USER, key, "CurVer"),
                   row.remembered ? text(row.becomes) : row.remembered);
         for (const std::string& language : row.folders) {
-            removeFolder(application.folder() / language);
+            std::filesystem::remove_all(application.folder() / language);
         }
     }
     EXPECT_EQ(keys.stillOpen(), 0);

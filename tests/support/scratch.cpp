@@ -5,10 +5,8 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <chrono>
 #include <fstream>
 #include <iterator>
-#include <thread>
 
 namespace testing_support {
 
@@ -50,19 +48,6 @@ std::string readFile(const fs::path& file)
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-void removeFolder(const std::filesystem::path& folder)
-{
-    using namespace std::chrono_literals;
-    std::error_code failed;
-    for (int attempt = 0; attempt < 50; ++attempt, std::this_thread::sleep_for(20ms)) {
-        std::filesystem::remove_all(folder, failed);
-        if (!failed) {
-            return;
-        }
-    }
-    throw std::filesystem::filesystem_error("removeFolder", folder, failed);
-}
-
 fs::path thisProgram()
 {
     wchar_t path[1024] = {};
@@ -99,7 +84,8 @@ void Application::addLanguage(std::string_view shortName) const
 {
     const fs::path library = fs::path(shortName) / "RkUInfoRes.dll";
     fs::create_directories(m_folder / shortName);
-    fs::create_hard_link(binFolder() / library, m_folder / library);
+    // No link: a file that another process has loaded cannot be removed by any of its names.
+    fs::copy_file(binFolder() / library, m_folder / library);
 }
 
 void Application::writeIni(std::string_view text, std::string_view fileName) const

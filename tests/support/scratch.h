@@ -18,9 +18,6 @@ void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
 std::string readFile(const std::filesystem::path& file);
 
-/// Removes a folder that a program may still be about to leave; waits a second for that.
-void removeFolder(const std::filesystem::path& folder);
-
 /// The executable of this process.
 std::filesystem::path thisProgram();
 

@@ -119,7 +119,7 @@ private:
             setRaw(HKEY_CURRENT_USER, asked.at(0), asked.at(1),
                    {static_cast<DWORD>(std::stoul(asked.at(2))), bytes});
         } else if (what == "remove") {
-            removeFolder(m_application.folder() / asked.at(0));
+            std::filesystem::remove_all(m_application.folder() / asked.at(0));
         } else if (what == "unnamed") {
             m_isNamed = false;
         } else if (what == "stdin") {
