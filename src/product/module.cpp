@@ -25,8 +25,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*
 {
     if (reason == DLL_PROCESS_ATTACH) {
         theProduct.emplace();
-        DisableThreadLibraryCalls(
-            module); // refused where the runtime keeps thread-local storage: MinGW's does
+        // Refused where the runtime keeps thread-local storage: MinGW's does.
+        DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH) {
         uinfo::releaseLanguageResources();
         theProduct.reset();
