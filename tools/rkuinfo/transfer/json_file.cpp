@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <set>
 
 namespace {
 
@@ -108,6 +109,8 @@ public:
             node.keys.push_back(readKey(key, below, depth + 1));
             node.keys.back().name = *name;
         }
+        refuseRepeated(node.values, place + "/values/");
+        refuseRepeated(node.keys, place + "/keys/");
         return node;
     }
 
@@ -115,6 +118,18 @@ private:
     static bool isArray(const Json& json, const char* member)
     {
         return json.contains(member) && json[member].is_array();
+    }
+
+    /// Which of two counts would be a guess.
+    template <typename Named>
+    void refuseRepeated(const std::vector<Named>& all, const std::string& place) const
+    {
+        std::set<Text, LessIgnoringCase> names;
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            if (!names.insert(all[i].name).second) {
+                refuse(place + std::to_string(i) + "/name", "the name is there twice");
+            }
+        }
     }
 
     [[noreturn]] void refuse(const std::string& place, const std::string& why) const
