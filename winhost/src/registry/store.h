@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <mutex>
+#include <new>
 #include <string_view>
 
 struct sqlite3_stmt;
@@ -16,6 +17,32 @@ using NodeId = std::int64_t;
 
 constexpr NodeId currentUserId = 1;
 constexpr NodeId localMachineId = 2;
+
+/// Thrown: what a call is to answer that cannot go on.
+struct Failure
+{
+    LSTATUS status;
+};
+
+inline void check(LSTATUS status)
+{
+    if (status != ERROR_SUCCESS) {
+        throw Failure{status};
+    }
+}
+
+/// What work() answers or fails with.
+template <typename Work>
+LSTATUS outcome(Work work)
+{
+    try {
+        return work();
+    } catch (const Failure& failure) {
+        return failure.status;
+    } catch (const std::bad_alloc&) {
+        return ERROR_NOT_ENOUGH_MEMORY;
+    }
+}
 
 /// Tells the store's content: it is the same as long as nobody has written, in this process or another. 0
 /// where that cannot be told. Takes no lock and no system call.
@@ -28,8 +55,8 @@ public:
     enum Purpose
     {
         eReading,
-        eWriting,  ///< waits for other writers, 5 s at most; undone unless committed
-        eWritingOn ///< the same, for the calls that follow too: winhost/changes.h
+        eChangingKeys,  ///< waits for other writers, 5 s at most; undone unless committed
+        eChangingValues ///< the same, where no key comes or goes
     };
 
     explicit Access(Purpose purpose);
@@ -37,54 +64,42 @@ public:
     Access(const Access&) = delete;
     Access& operator=(const Access&) = delete;
 
-    LSTATUS status() const { return m_status; }
-    LSTATUS commit();
-    /// Behind a commit: the version of what it left, 0 when that cannot be told or others have written since.
-    std::uint64_t versionBehind() const { return m_versionBehind; }
+    void commit();
 
 private:
     std::unique_lock<std::mutex> m_lock;
     Purpose m_purpose;
-    LSTATUS m_status;
-    std::uint64_t m_versionBehind = 0;
-};
-
-/// What the store is asked; prepared when it is first used.
-struct Statement
-{
-    const char* sql;
-    sqlite3_stmt* prepared = nullptr;
-    unsigned connection = 0; // for which it was prepared
 };
 
 /// A statement with its arguments, and the rows that it answers; in an Access.
 class Query
 {
 public:
-    explicit Query(Statement& statement);
+    /// Bytes among the arguments must stay as they are while the query lives.
+    template <typename... Arguments>
+    explicit Query(const char* sql, const Arguments&... arguments) : m_statement(prepared(sql))
+    {
+        (bind(arguments), ...);
+    }
     ~Query();
     Query(const Query&) = delete;
     Query& operator=(const Query&) = delete;
 
-    /// The next argument. Bytes must stay as they are while the query lives.
-    Query& with(std::int64_t number);
-    Query& with(std::string_view bytes);
-
-    /// False behind the last row and after a failure.
+    /// False behind the last row.
     bool next();
-    /// Why there is no further row: ERROR_SUCCESS at the end.
-    LSTATUS status() const { return m_status; }
-    /// For a statement without rows.
+    /// For a statement without rows; ERROR_SUCCESS.
     LSTATUS run();
 
     std::int64_t number(int column) const;
     std::string_view bytes(int column) const; ///< until the next row
 
 private:
-    void check(int result);
+    /// Once in a connection, for a text that stays where it is.
+    static sqlite3_stmt* prepared(const char* sql);
+    void bind(std::int64_t number);
+    void bind(std::string_view bytes);
 
-    LSTATUS m_status = ERROR_SUCCESS;
-    sqlite3_stmt* m_statement = nullptr;
+    sqlite3_stmt* m_statement;
     int m_bound = 0;
 };
 
