@@ -89,6 +89,14 @@ bool giveText(TextView text, wchar_t* out, DWORD* length)
     return true;
 }
 
+/// Classes are not kept: each is empty. False where there is no room for the terminator.
+bool giveNoClass(wchar_t* out, DWORD* length)
+{
+    const bool fits = out == nullptr || length == nullptr || giveText({}, out, length);
+    give(length, 0);
+    return fits;
+}
+
 /// Copies a value's data if it fits. A text that is not terminated gets a terminator where there is room for
 /// one; the size does not count it.
 LSTATUS giveData(const Answer& value, BYTE* data, DWORD* size)
@@ -176,14 +184,15 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
 }
 
 LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LPDWORD reserved,
-                      LPWSTR keyClass, LPDWORD, FILETIME* lastWrite)
+                      LPWSTR keyClass, LPDWORD classLength, FILETIME* lastWrite)
 {
-    if (name == nullptr || nameLength == nullptr || reserved != nullptr || keyClass != nullptr ||
-        lastWrite != nullptr) {
+    if (name == nullptr || nameLength == nullptr || reserved != nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
+    give(lastWrite, FILETIME());
     return ask(key, KEY_ENUMERATE_SUB_KEYS, {Question::eSubKeyAt, {}, index}, [&](const Answer& subKey) {
-        return giveText(subKey.name, name, nameLength) ? ERROR_SUCCESS : ERROR_MORE_DATA;
+        const bool fits = subKey.name.size() < *nameLength && giveNoClass(keyClass, classLength);
+        return fits && giveText(subKey.name, name, nameLength) ? ERROR_SUCCESS : ERROR_MORE_DATA;
     });
 }
 
@@ -192,8 +201,7 @@ LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLength, LPDWORD
                          LPDWORD maxValueNameLength, LPDWORD maxValueLength, LPDWORD securityDescriptorSize,
                          FILETIME* lastWrite)
 {
-    if ((keyClass != nullptr && classLength == nullptr) || securityDescriptorSize != nullptr ||
-        lastWrite != nullptr) {
+    if (keyClass != nullptr && classLength == nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
     return outcome([&] {
@@ -207,10 +215,9 @@ LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLength, LPDWORD
         give(values, found.values);
         give(maxValueNameLength, found.longestValueName / unit);
         give(maxValueLength, found.longestData);
-        if (keyClass != nullptr) { // classes are not kept: each is empty
-            giveText({}, keyClass, classLength);
-        }
-        give(classLength, 0);
+        give(securityDescriptorSize, 0);
+        give(lastWrite, FILETIME());
+        giveNoClass(keyClass, classLength);
         return ERROR_SUCCESS;
     });
 }

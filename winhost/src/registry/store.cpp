@@ -47,10 +47,11 @@ constexpr std::string_view schema =
     " data BLOB NOT NULL, sum INTEGER NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID;"
     "CREATE TABLE shape(last INTEGER NOT NULL)";
 
-/// Of what the system refused: never that a key is not there.
+/// Of what the system refused; that the store has no place there would look as if a key were missing.
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
-    return static_cast<LSTATUS>(errorOf(errno == ENOENT ? 0 : errno, static_cast<DWORD>(otherwise)));
+    const bool hasNoPlace = errno == ENOENT || errno == ENOTDIR;
+    return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(otherwise)));
 }
 
 /// For what SQLite answered; the system's own error, which it does not always tell, is still in errno.
