@@ -81,7 +81,7 @@ LSTATUS Memory::close(HKEY key)
 
 const Answer* Memory::recall(const Question& question)
 {
-    if (m_version == 0 || storeVersion() != m_version) {
+    if (m_version == 0 || database::contentVersion() != m_version) {
         return nullptr;
     }
     const auto found = m_answers.find(hashOf(question));
@@ -95,7 +95,7 @@ void Memory::remember(const Question& question, const Answer& answer)
 {
     constexpr std::size_t longest = 2400;
     const std::size_t size = bytesOf(question.text).size() + bytesOf(answer.name).size() + answer.data.size();
-    if (m_version == 0 || storeVersion() != m_version || size > longest) {
+    if (m_version == 0 || database::contentVersion() != m_version || size > longest) {
         return;
     }
     if (m_answers.size() >= mostAnswers) {

@@ -17,6 +17,7 @@ NodeId rootOf(HKEY key);
 class Memory
 {
 public:
+    Memory() { m_answers.max_load_factor(0.25F); }
     std::mutex mutex; // of all that follows
 
     /// ERROR_INVALID_HANDLE, or ERROR_ACCESS_DENIED when a needed right was not asked for at opening.
