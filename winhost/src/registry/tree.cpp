@@ -203,9 +203,10 @@ Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data)
     require(name.size() <= longestValueName, ERROR_INVALID_PARAMETER);
     const Answer before = find({Question::eValue, name, 0, node});
     require(before.status == ERROR_SUCCESS || before.status == ERROR_FILE_NOT_FOUND, before.status);
-    Answer written{.type = type,
-                   .name = before.status == ERROR_SUCCESS ? before.name : Text(name),
-                   .data = std::string(data)};
+    Answer written{.type = type, .name = before.name, .data = std::string(data)};
+    if (before.status != ERROR_SUCCESS) {
+        written.name = name;
+    }
     const std::string key = folded(name);
     const std::string_view created = bytesOf(written.name);
     Query("INSERT INTO vals(key, folded, name, type, data, sum) VALUES(?1, ?2, ?3, ?4, ?5, ?6)"
