@@ -48,10 +48,14 @@ ChildResult ChildPart::run(const std::filesystem::path& program, const std::vect
     return runProgram(program, all, options);
 }
 
-std::optional<int> runAsChild(int argc, char** argv)
+bool isChild(int argc, char** argv)
 {
-    return argc > 2 && argv[1] == childOption ? std::optional(parts().at(argv[2])({argv + 3, argv + argc}))
-                                              : std::nullopt;
+    return argc > 2 && argv[1] == childOption;
+}
+
+int runAsChild(int argc, char** argv)
+{
+    return parts().at(argv[2])({argv + 3, argv + argc});
 }
 
 } // namespace testing_support

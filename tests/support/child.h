@@ -4,7 +4,6 @@
 #include "support/scratch.h"
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -60,7 +59,8 @@ private:
     const char* m_name;
 };
 
-/// What the program's main asks first: the result, if this process is a child.
-std::optional<int> runAsChild(int argc, char** argv);
+/// Whether this process was started by ChildPart::run, and what it does then.
+bool isChild(int argc, char** argv);
+int runAsChild(int argc, char** argv);
 
 } // namespace testing_support
