@@ -13,15 +13,16 @@ run_cases() {
 
 run_stress() {
     echo '== Faults, kills, many at once, disks and damaged files'
-    build host langpacks reliability_test storm_test store_files_test
-    run_cases build/host/bin/reliability_test '*'
-    run_cases build/host/bin/storm_test '*'
-    run_cases build/host/bin/store_files_test '*'
+    build host rkuinfo_tests
+    run_cases build/host/bin/rkuinfo_tests 'Faults.*:Storm.*:Store.*:*Disk.*:Host.*'
     echo '== The same threads under ThreadSanitizer'
-    build tsan langpacks storm_test
-    run_cases build/tsan/bin/storm_test '*Threads*:*Many*'
+    build tsan rkuinfo_tests
+    run_cases build/tsan/bin/rkuinfo_tests 'Storm.Threads*:Storm.Many*'
     echo '== Agreement of winhost with Wine'
-    build windows agreement
+    build host agreement_tests
+    build windows agreement_tests
     start_wine
-    tests/reliability/agreement.sh "$PWD/build/windows/bin/agreement.exe" build/host 25000 1 2 3 4 5 6 7 8
+    RKUINFO_STRESS=1 build/host/bin/agreement_tests --gtest_brief=1
+    RKUINFO_STRESS=1 toolchains/run-wine.sh build/windows/bin/agreement_tests.exe --gtest_brief=1
+    diff -r build/host/agreement build/windows/agreement
 }
