@@ -72,6 +72,10 @@ TEST(StartUp, DecidesTheLanguage)
         {"no name of a language", L"en", text("fr-FR"), french, "", invalidName},
         {"no language", nullptr, text("fr-FR"), french, "", noneInstalled, {}},
     };
+    const Application application;
+    const Patch pretended = pretendExecutable(windowsPath(application.program()));
+    writeFile(application.folder() / "tr-TR" / "dll.txt", "");
+    writeFile(application.folder() / "hu-HU", "a file");
     const Row* current = nullptr;
     std::string shown;
     const Patch box = intercept<"MessageBoxW", decltype(MessageBoxW)>(
@@ -85,10 +89,6 @@ TEST(StartUp, DecidesTheLanguage)
     const KeyCounter keys;
     for (const Row& row : rows) {
         SCOPED_TRACE(row.what);
-        const Application application(std::to_string(&row - rows));
-        const Patch pretended = pretendExecutable(windowsPath(application.program()));
-        writeFile(application.folder() / "tr-TR" / "dll.txt", "");
-        writeFile(application.folder() / "hu-HU", "a file");
         current = &row;
         shown.clear();
         removeKey(HKEY_LOCAL_MACHINE, uninstall);
@@ -116,6 +116,9 @@ TEST(StartUp, DecidesTheLanguage)
         EXPECT_EQ(shown, row.shown);
         EXPECT_EQ(getRaw(HKEY_CURRENT_USER, key, "CurVer"),
                   row.remembered && !row.becomes.empty() ? text(row.becomes) : row.remembered);
+        for (const std::string& language : row.folders) {
+            std::filesystem::remove_all(application.folder() / language);
+        }
     }
 }
 

@@ -97,7 +97,7 @@ std::string tree(HKEY root, const std::string& path)
     const OwnedKey key = openKey(root, path);
     std::string lines = key == nullptr ? "" : '[' + path + "]\n";
     for (const std::string& name : namesIn(true, key.get())) {
-        lines += name + '=' + testing::PrintToString(getRaw(root, path, name)) + '\n';
+        lines += name + '=' + testing::PrintToString(getRaw(root, path, name).value_or(RawValue())) + '\n';
     }
     for (const std::string& name : namesIn(false, key.get())) {
         lines += tree(root, path + '\\' + name);
