@@ -53,7 +53,7 @@ TEST(Layout, NamesTheSubtreesAfterStartUp)
 TEST(Layout, AKeyPathOfMoreThan1023CharactersIsEmpty)
 {
     ASSERT_EQ(startAcme(), eOk);
-    for (const std::size_t versionLength : {1000U, 1001U, 1023U, 1024U}) {
+    for (const std::size_t versionLength : {992U, 1000U, 1001U, 1023U, 1024U}) {
         SCOPED_TRACE(versionLength);
         // Repetitions of the product step bring the version root to lengths that no names give.
         const std::string company(versionLength - std::size("Software\\\\2018") + 1 - 3 * 255, 'c');
@@ -62,6 +62,7 @@ TEST(Layout, AKeyPathOfMoreThan1023CharactersIsEmpty)
         ASSERT_EQ(config.initial(Wide(company), Wide(std::string(254, 'p')), L"en-US", nullptr), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), fits ? eOk : eInvalidInput);
+        *velaConfig() = config;
         const std::string version = rootPath(config, eVersionRoot);
         EXPECT_EQ(version.size(), fits ? versionLength : 1024 - 255);
         const std::string files = version + "\\en-US\\Recent File List";
@@ -71,7 +72,10 @@ TEST(Layout, AKeyPathOfMoreThan1023CharactersIsEmpty)
         for (std::size_t length = 6; length <= 8; ++length) {
             const std::string key = version + "\\en-US\\Profiles\\" + std::string(length, 'n');
             setRaw(HKEY_CURRENT_USER, version + "\\en-US\\Profiles", "", text(std::string(length, 'n')));
-            EXPECT_EQ(rootPath(config, eCurrentProfile), key.size() <= 1023 ? key : "") << key.size();
+            const std::string profile = rootPath(config, eCurrentProfile);
+            EXPECT_EQ(profile, key.size() <= 1023 ? key : "") << key.size();
+            EXPECT_EQ(textOf(GetVelaRegistryCurrentProfileConfigRootKey),
+                      key.size() <= 1014 ? key + "\\Config" : "failed: " + profile);
         }
     }
 }
