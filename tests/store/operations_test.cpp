@@ -226,7 +226,7 @@ protected:
     static void make(const std::string& path) { makeKey(HKEY_CURRENT_USER, settings + "\\" + path); }
     static bool exists(const std::string& path)
     {
-        return keyExists(HKEY_CURRENT_USER, settings + "\\" + path);
+        return !tree(HKEY_CURRENT_USER, settings + "\\" + path).empty();
     }
     Error remove(LPCWSTR item) { return m_config.removeItem(eSettings, item); }
 };
