@@ -28,11 +28,17 @@ constexpr bool isAddressSanitized = true; // whose own memory takes terabytes of
 constexpr bool isAddressSanitized = false;
 #endif
 
+/// Whether the full amounts are asked for.
+bool stressed()
+{
+    return std::getenv("RKUINFO_STRESS") != nullptr;
+}
+
 // ---- The client
 
 constexpr LSTATUS wrong = -1; // answered, but not what was set
 
-std::size_t dataLength = 5000;
+std::size_t length = 5000;
 std::string home;  // of the user
 int nextWrite = 0; // what the store's next write meets: an error, or a signal below 0
 
@@ -42,42 +48,51 @@ LSTATUS onValue(int n, bool makesKey, Call call)
 {
     const Wide path("Software\\Disk\\" + std::to_string(n / 100));
     HKEY opened = nullptr;
-    const LSTATUS status = makesKey ? RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_ALL_ACCESS,
+    const LSTATUS status = makesKey ? RegCreateKeyExW(HKEY_CURRENT_USER, path, 0, nullptr, 0, KEY_WRITE,
                                                       nullptr, &opened, nullptr)
                                     : RegOpenKeyExW(HKEY_CURRENT_USER, path, 0, KEY_READ, &opened);
     const OwnedKey key(opened);
     return status != ERROR_SUCCESS ? status : call(opened, Wide(std::to_string(1000 + n % 100)));
 }
 
-/// A value's data: its number, then the same one over and over.
-LSTATUS set(int n)
+/// A value's data: its number, its length and its content, over and over.
+LSTATUS set(int n, int content)
 {
-    static int content = getpid();
-    std::vector<int> data(dataLength, ++content);
+    std::vector<int> data(length, content);
     data[0] = n;
+    data[1] = static_cast<int>(length);
     return onValue(n, true, [&](HKEY key, LPCWSTR name) {
         return RegSetValueExW(key, name, 0, REG_BINARY, reinterpret_cast<const BYTE*>(data.data()),
-                              static_cast<DWORD>(data.size() * sizeof n));
+                              static_cast<DWORD>(length * sizeof n));
     });
 }
 
-LSTATUS get(int n)
+LSTATUS get(int n, int* content = nullptr)
 {
     return onValue(n, false, [&](HKEY key, LPCWSTR name) {
-        std::vector<int> data(dataLength);
-        const auto size = static_cast<DWORD>(data.size() * sizeof n);
-        DWORD type = 0, found = size;
+        std::vector<int> data(5000);
+        DWORD type = 0, size = 20000;
         const LSTATUS status =
-            RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &found);
-        const bool isWhole = type == REG_BINARY && found == size && data[0] == n &&
-                             std::equal(data.begin() + 2, data.end(), data.begin() + 1);
+            RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &size);
+        data.resize(std::max<DWORD>(size / 4, 3));
+        const bool isWhole = type == REG_BINARY && data[0] == n && data[1] == static_cast<int>(size / 4) &&
+                             std::equal(data.begin() + 3, data.end(), data.begin() + 2);
+        if (content != nullptr) {
+            *content = data[2];
+        }
         wchar_t any[64];
-        DWORD length = 64;
+        DWORD nameLength = 64;
         const bool isNamed =
-            enumerate(true, key, static_cast<DWORD>(n % 100), any, &length) != ERROR_SUCCESS ||
-            (length == 4 && utf8(any) >= "1000" && utf8(any) < "1100");
+            enumerate(true, key, static_cast<DWORD>(n % 100), any, &nameLength) != ERROR_SUCCESS ||
+            (nameLength == 4 && utf8(any) >= "1000" && utf8(any) < "1100");
         return !isNamed || (status == ERROR_SUCCESS && !isWhole) ? wrong : status;
     });
+}
+
+LSTATUS setAnew(int n)
+{
+    static std::atomic<int> content = getpid();
+    return set(n, ++content);
 }
 
 /// Sets the values below n, until an error.
@@ -85,7 +100,7 @@ LSTATUS fill(int n)
 {
     LSTATUS status = ERROR_SUCCESS;
     for (int i = 0; i < n && status == ERROR_SUCCESS; ++i) {
-        status = set(i);
+        status = setAnew(i);
     }
     return status;
 }
@@ -104,25 +119,28 @@ LSTATUS count(int n)
     return counts[3];
 }
 
-/// Gets value 1 in n threads, and again as each ends.
-LSTATUS readInThreads(int n)
+/// Runs each in a thread of its own.
+LSTATUS inThreads(int count, const std::function<LSTATUS(int)>& each)
 {
-    struct ReadsAtItsEnd
-    {
-        ~ReadsAtItsEnd() { *result |= get(1); }
-        std::atomic<LSTATUS>* result;
-    };
     std::atomic<LSTATUS> result = 0;
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < n; ++i) {
-        threads.emplace_back([&result] {
-            thread_local ReadsAtItsEnd last{&result};
-            result |= get(1);
-            last.result = &result;
-        });
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < count; ++i) {
+            threads.emplace_back([&, i] { result |= each(i); });
+        }
     }
-    threads.clear();
     return result;
+}
+
+/// Gets value 1, and again as the thread ends.
+LSTATUS getTwice(int)
+{
+    struct GetsAtItsEnd
+    {
+        ~GetsAtItsEnd() { EXPECT_EQ(get(1), ERROR_SUCCESS); }
+    };
+    thread_local const GetsAtItsEnd last;
+    return get(1);
 }
 
 /// Forks; the parent goes on when the child has ended.
@@ -168,33 +186,68 @@ LSTATUS loseHome(int)
     return utf8(path) != windowsPath(home + "/.local/share");
 }
 
-/// Sets value 1 n times.
-LSTATUS rewrite(int n)
-{
-    LSTATUS status = ERROR_SUCCESS;
-    while (n-- > 0) {
-        status |= set(1);
-    }
-    return status;
-}
-
-LSTATUS waitToBeTold(int)
+bool isTold()
 {
     char told = 0;
-    say("\n");
-    return read(STDIN_FILENO, &told, 1) == 1 ? 0 : 1;
+    return read(STDIN_FILENO, &told, 1) == 1;
 }
 
-HKEY leftOpen = nullptr;
+/// Sets number after number, each in one of eight values, and says it then.
+LSTATUS writeOn(int number)
+{
+    std::minstd_rand random(static_cast<unsigned>(number));
+    for (LSTATUS status = ERROR_SUCCESS; status == ERROR_SUCCESS;) {
+        length = 3 + random() % (random() % 50 == 0 ? 4990 : 500);
+        ++number;
+        status = set(number % 8, number);
+        say(std::to_string(status == ERROR_SUCCESS ? number : -status) + '\n');
+    }
+    return 0;
+}
 
-const std::map<std::string, LSTATUS (*)(int)> steps = {
-    {"set", set},
-    {"get", get},
+/// Whenever it is told: says the content of value 800, and sets the next one.
+LSTATUS answer(int)
+{
+    for (int content = 0; isTold();) {
+        say(get(800, &content) == ERROR_SUCCESS && set(800, content + 1) == ERROR_SUCCESS
+                ? std::to_string(content) + '\n'
+                : "failed\n");
+    }
+    return 0;
+}
+
+/// Does anything to values in eight keys, for n seconds in eight threads.
+LSTATUS storm(int n)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(n);
+    std::atomic<int> done = 0;
+    const LSTATUS result = inThreads(8, [&](int thread) {
+        std::minstd_rand random(static_cast<unsigned>(getpid() * 8 + thread));
+        LSTATUS status = ERROR_SUCCESS;
+        for (; status == ERROR_SUCCESS && std::chrono::steady_clock::now() < end; ++done) {
+            const int value = static_cast<int>(random() % 8 * 100 + random() % 8);
+            const auto choice = random() % 200;
+            status = choice > 100  ? get(value)
+                     : choice > 20 ? setAnew(value)
+                     : choice > 1  ? onValue(value, true, RegDeleteValueW)
+                                   : RegDeleteTreeW(HKEY_CURRENT_USER,
+                                                    Wide("Software\\Disk\\" + std::to_string(value / 100)));
+            const bool isGone = status == ERROR_FILE_NOT_FOUND || status == ERROR_KEY_DELETED;
+            status = isGone ? ERROR_SUCCESS : status;
+        }
+        return status;
+    });
+    say(std::to_string(done) + ' ');
+    return result;
+}
+
+const std::map<std::string, std::function<LSTATUS(int)>> steps = {
+    {"set", setAnew},
+    {"get", [](int n) { return get(n); }},
     {"fill", fill},
     {"count", count},
-    {"rewrite", rewrite},
-    {"threads", readInThreads},
-    {"wait", waitToBeTold},
+    {"threads", [](int n) { return inThreads(n, getTwice); }},
+    {"wait", [](int) { return say("\n"), isTold() ? 0 : 1; }},
     {"fork", [](int) { return split(false); }},   // a child that only ends
     {"both", [](int) { return split(true); }},    // one that goes on
     {"fail", meet},                               // the next write fails with errno n
@@ -202,10 +255,16 @@ const std::map<std::string, LSTATUS (*)(int)> steps = {
     {"homeless", loseHome},
     {"file", [](int n) { return limit(RLIMIT_FSIZE, rlim_t(n) << 10); }}, // of n KB at most
     {"memory", [](int n) { return isAddressSanitized ? 0 : limit(RLIMIT_AS, rlim_t(n) << 30); }}, // of n GB
-    {"length", [](int n) { return dataLength = std::size_t(n), LSTATUS{}; }},
+    {"length", [](int n) { return length = std::size_t(n), 0; }},
     {"open",
-     [](int) { return RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Disk\\l", 0, KEY_READ, &leftOpen); }},
+     [](int) {
+         HKEY key = nullptr; // stays open
+         return RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Disk\\l", 0, KEY_READ, &key);
+     }},
     {"delete", [](int) { return RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Disk"); }},
+    {"write", writeOn},
+    {"answer", answer},
+    {"storm", storm},
 };
 
 int play(const std::vector<std::string>& arguments)
@@ -216,7 +275,7 @@ int play(const std::vector<std::string>& arguments)
     shareWithChildren("XDG_DATA_HOME", word);
     home = fs::path(word).parent_path().parent_path();
     const Patch user = intercept<"getpwuid_r", decltype(getpwuid_r)>(
-        [](auto, uid_t, passwd* entry, auto, auto, passwd** found) {
+        [](auto, auto, passwd* entry, auto, auto, passwd** found) {
             entry->pw_dir = home.data();
             *found = entry;
             return 0;
@@ -376,7 +435,9 @@ TEST(Store, DoesNotGrowUnderAStoppedReader)
     ASSERT_EQ(played(folder, "fill20"), "0 ");
     const Process reader("client", folder.string() + " get1 wait");
     reader.read(true);
-    played(folder, stressed() ? "rewrite100000" : "rewrite3000");
+    for (int rewritten = 0; rewritten < (stressed() ? 100000 : 3000); rewritten += 1000) {
+        EXPECT_EQ(played(folder, "length5000 fill20"), "0 0 ");
+    }
     std::uintmax_t size = 0;
     for (const auto& entry : fs::directory_iterator(folder / "winhost")) {
         size += entry.file_size();
@@ -396,7 +457,7 @@ protected:
     void fill() const
     {
         std::ofstream file(m_folder / "ballast", std::ios::app);
-        for (const std::size_t size : {65536, 512, 1}) {
+        for (const std::size_t size : {65536U, 512U, 1U}) {
             while (file.write(std::string(size, 'x').data(), std::streamsize(size)).flush()) {
             }
             file.clear();
@@ -462,6 +523,68 @@ TEST(Host, ReadsNoFileWithoutAnEnd)
     EXPECT_TRUE(utf8(path).ends_with("\\home\\Documents")) << utf8(path);
 }
 
+// ---- Many processes
+
+TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
+{
+    const fs::path folder = std::getenv("XDG_DATA_HOME"); // of this process too, which reads all along
+    const int kills = stressed() ? 600 : 50;
+    std::minstd_rand random(2018);
+    int finished = 0;
+    for (int kill = 0; kill < kills; ++kill) {
+        const Process process("client", folder.string() + " count8 write" + std::to_string(finished));
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 120000));
+        process.kill();
+        std::istringstream said(process.read(false));
+        ASSERT_EQ(process.wait(), -SIGKILL);
+        int counted[5] = {};
+        for (int& each : counted) {
+            said >> each;
+        }
+        EXPECT_TRUE(!said || counted[0] == std::min(finished, 8)) << "after kill " << kill;
+        while (said >> finished) {
+            ASSERT_GT(finished, 0);
+        }
+        for (int number = std::max(1, finished - 7); number <= finished; ++number) {
+            int content = 0;
+            ASSERT_EQ(get(number % 8, &content), ERROR_SUCCESS) << number;
+            ASSERT_TRUE(content == number || (content == number + 8 && number == finished - 7)) << content;
+        }
+    }
+    EXPECT_GT(finished, 0);
+    std::cout << kills << " kills, " << finished << " writes, all whole\n";
+}
+
+TEST(Storm, ManyAtOnceDisturbNobody)
+{
+    const fs::path folder = std::getenv("XDG_DATA_HOME");
+    const std::string seconds = stressed() ? "30" : "2";
+    std::vector<std::unique_ptr<Process>> workers;
+    for (int i = 0; i < 8; ++i) {
+        workers.push_back(std::make_unique<Process>("client", folder.string() + " storm" + seconds));
+    }
+    const Process partner("client", folder.string() + " answer");
+    int number = 0;
+    for (const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(std::stoi(seconds));
+         std::chrono::steady_clock::now() < end;) {
+        ASSERT_EQ(set(800, ++number), ERROR_SUCCESS);
+        partner.tell();
+        ASSERT_EQ(partner.read(true), std::to_string(number)); // what was just written
+        int content = 0;
+        ASSERT_EQ(get(800, &content), ERROR_SUCCESS);
+        ASSERT_EQ(content, ++number); // what the other has written since
+    }
+    partner.kill();
+    partner.wait();
+    for (const auto& each : workers) {
+        const std::string said = each->read(false);
+        EXPECT_TRUE(said.ends_with(" 0 ")) << said;
+        EXPECT_EQ(each->wait(), 0);
+        std::cout << said.substr(0, said.find(' ')) << " operations of 8 threads in " << seconds << " s\n";
+    }
+    std::cout << number << " handed over\n";
+}
+
 // ---- Damage
 
 /// Another content at random.
@@ -495,8 +618,7 @@ std::string damaged(std::string bytes, std::minstd_rand& random)
 TEST(Store, NeverAnswersFromADamagedFileWhatIsWrong)
 {
     const fs::path folder = freshFolder("damaged");
-    ASSERT_EQ(played(folder, "length3 fill5000 count5000"), "0 0 5000 0 0 0 0 ");
-    played(folder, "rewrite400"); // the log is written back
+    ASSERT_EQ(played(folder, "length4 fill5000 count5000"), "0 0 5000 0 0 0 0 ");
     const std::string names[] = {"registry.db", "registry.db-wal", "registry.db-shm"};
     std::string whole[3];
     std::ranges::transform(names, whole, [&](auto& name) { return readFile(folder / "winhost" / name); });
@@ -509,13 +631,12 @@ TEST(Store, NeverAnswersFromADamagedFileWhatIsWrong)
             const bool isChanged = file % 5 == i || (i == 0 && file % 5 > 2);
             writeFile(folder / "winhost" / names[i], isChanged ? damaged(whole[i], random) : whole[i]);
         }
-        std::istringstream said(played(folder, "length3 count5000"));
-        int each = 0;
-        said >> each; // of length3
+        std::istringstream said(played(folder, "count5000"));
+        EXPECT_TRUE(said.str().ends_with(" 0 0 ")) << "file " << file << ": " << said.str(); // none is wrong
         for (int& sum : sums) {
+            int each = 0;
             sum += said >> each ? each : 0;
         }
-        EXPECT_TRUE(said.str().ends_with(" 0 0 ")) << "file " << file << ": " << said.str(); // none is wrong
     }
     std::cout << files << " damaged files of 5000 values: " << sums[0] << " values right, " << sums[1]
               << " missing, " << sums[2] << " refused, " << sums[3] << " wrong\n";
