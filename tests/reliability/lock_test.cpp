@@ -1,4 +1,4 @@
-// The locks, each of which is seen to be held by what happens meanwhile.
+// The locks, and what is worked out once.
 #include "support/test.h"
 
 #include <atomic>
@@ -30,41 +30,6 @@ TEST(Locks, LetOneThreadInAtATime)
     EXPECT_TRUE(isIn);
     locker.lock(); // it has left
     locker.unlock();
-}
-
-TEST(Locks, AreHeldWhileASharedValueIsReadOrWritten)
-{
-    using Product = ITarvoProduct;
-    Product& product = *velaGetProduct();
-    std::function<void()> before; // another thread's turn, before the lock is had and after it is left
-    std::function<void()> after;
-    bool isMeanwhile = false;
-    const auto let = [&isMeanwhile](const std::function<void()>& run) {
-        if (!std::exchange(isMeanwhile, true)) {
-            run();
-            isMeanwhile = false;
-        }
-    };
-    const Patch patches[] = {intercept<"RkLocker::lock", void(RkLocker*)>([&](auto real, RkLocker* lock) {
-                                 let(before);
-                                 real(lock);
-                             }),
-                             intercept<"RkLocker::unlock", void(RkLocker*)>([&](auto real, RkLocker* lock) {
-                                 real(lock);
-                                 let(after);
-                             })};
-    const std::pair<long (Product::*)(), void (Product::*)(long)> values[] = {
-        {&Product::getSharedValueA, &Product::setSharedValueA},
-        {&Product::getSharedValueB, &Product::setSharedValueB},
-        {&Product::getSharedValueC, &Product::setSharedValueC}};
-    for (const auto& [get, set] : values) {
-        before = [&] { (product.*set)(1); };
-        after = [&] { (product.*set)(2); };
-        EXPECT_EQ((product.*get)(), 1);
-        before = [&] { EXPECT_EQ((product.*get)(), 2); };
-        after = [&] { EXPECT_EQ((product.*get)(), 3); };
-        (product.*set)(3);
-    }
 }
 
 TEST(Locks, PublishTheTextOfWhoComesFirst)
