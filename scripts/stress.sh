@@ -19,7 +19,10 @@ run_stress() {
     build tsan rkuinfo_tests
     run_cases build/tsan/bin/rkuinfo_tests 'Storm.Threads*:Storm.Many*'
     echo '== Agreement of winhost with Wine'
-    build windows agreement
+    build host agreement_tests
+    build windows agreement_tests
     start_wine
-    tests/reliability/agreement.sh "$PWD/build/windows/bin/agreement.exe" build/host 25000 1 2 3 4 5 6 7 8
+    RKUINFO_STRESS=1 build/host/bin/agreement_tests --gtest_brief=1
+    RKUINFO_STRESS=1 toolchains/run-wine.sh build/windows/bin/agreement_tests.exe --gtest_brief=1
+    diff -r build/host/agreement build/windows/agreement
 }
