@@ -13,13 +13,11 @@ run_cases() {
 
 run_stress() {
     echo '== Faults, kills, many at once, disks and damaged files'
-    build host langpacks reliability_test storm_test store_files_test
-    run_cases build/host/bin/reliability_test '*'
-    run_cases build/host/bin/storm_test '*'
-    run_cases build/host/bin/store_files_test '*'
+    build host rkuinfo_tests
+    run_cases build/host/bin/rkuinfo_tests 'Faults.*:Storm.*:Store.*:*Disk.*:Host.*'
     echo '== The same threads under ThreadSanitizer'
-    build tsan langpacks storm_test
-    run_cases build/tsan/bin/storm_test '*Threads*:*Many*'
+    build tsan rkuinfo_tests
+    run_cases build/tsan/bin/rkuinfo_tests 'Storm.Threads*:Storm.Many*'
     echo '== Agreement of winhost with Wine'
     build host agreement_tests
     build windows agreement_tests

@@ -28,7 +28,7 @@ int number(const std::string& path, LPCWSTR key)
     return static_cast<int>(GetPrivateProfileIntW(L"s", key, -9, Wide(path)));
 }
 
-TEST(Ini, FindsValues)
+TEST(IniFile, FindsValues)
 {
     const std::string path = iniFile(
         "pre=0\r\n[Sec]\r\nkey=value\n ; comment\n;off=1\n  two words \t=  in blanks\t \r\nq=\" x "
@@ -54,7 +54,7 @@ TEST(Ini, FindsValues)
     }
 }
 
-TEST(Ini, CutsAndFallsBack)
+TEST(IniFile, CutsAndFallsBack)
 {
     const std::string path = iniFile("[s]\nkey=value\n");
     for (DWORD size = 1; size <= 7; ++size) {
@@ -67,7 +67,7 @@ TEST(Ini, CutsAndFallsBack)
     EXPECT_EQ(get(path, L"s", L"none", nullptr), "");
 }
 
-TEST(Ini, ParsesNumbers)
+TEST(IniFile, ParsesNumbers)
 {
     const std::string path =
         iniFile("[s]\na=12\nb=-7\nc=+4\nd=0x1F\ne=12abc\nf=abc\ng=4294967297\nh=\"6\"\ni=\n"
@@ -92,7 +92,7 @@ std::string utf16(const std::string& text, bool bigEndian)
     return bytes;
 }
 
-TEST(Ini, ReadsWhatItCan)
+TEST(IniFile, ReadsWhatItCan)
 {
     const std::string latin1 = "[s]\r\nk=v\xE9\r\n";
     const std::pair<std::string, const char*> rows[] = {
