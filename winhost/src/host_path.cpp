@@ -28,28 +28,26 @@ bool startsWithSeparators(TextView path, std::size_t count)
            std::all_of(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(count), isSeparator);
 }
 
+/// By name; of a component before a separator, as Windows has it, a dot at its end goes.
 void appendComponents(std::vector<Text>& components, TextView path)
 {
     while (!path.empty()) {
         const std::size_t end = std::min(path.find_first_of(separators), path.size());
-        const TextView component = path.substr(0, end);
-        path.remove_prefix(std::min(end + 1, path.size()));
+        TextView component = path.substr(0, end);
+        const bool isLast = end == path.size();
+        path.remove_prefix(isLast ? end : end + 1);
         if (component == L"..") {
             if (!components.empty()) {
                 components.pop_back();
             }
-        } else if (!component.empty() && component != L".") {
+            continue;
+        }
+        if (component.ends_with(L'.') && (!isLast || component == L".")) {
+            component.remove_suffix(1);
+        }
+        if (!component.empty()) {
             components.emplace_back(component);
         }
-    }
-}
-
-/// Windows drops blanks and dots at a path's end.
-void trimEnd(Text& name)
-{
-    const std::size_t last = name.find_last_not_of(L" .");
-    if (last != Text::npos) {
-        name.resize(last + 1);
     }
 }
 
@@ -108,7 +106,12 @@ std::optional<FullPath> parsePath(TextView path)
     }
     appendComponents(full.components, path);
     if (!full.mustBeFolder && !full.components.empty()) {
-        trimEnd(full.components.back());
+        Text& last = full.components.back();
+        last.resize(last.find_last_not_of(L" .") + 1); // as Windows has it
+        if (last.empty()) {
+            full.components.pop_back();
+            full.mustBeFolder = true;
+        }
     }
     return full;
 }
@@ -138,7 +141,7 @@ std::optional<std::string> findOnHost(const FullPath& path)
         found += entry;
     }
     if (path.mustBeFolder && !exists(found + "/")) {
-        return fail(ERROR_FILE_NOT_FOUND);
+        return fail(ERROR_INVALID_NAME);
     }
     return found;
 }
