@@ -27,9 +27,8 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
         typed += answer + '\n';
     }
     writeFile(folder / "in", typed);
-    ChildResult result = runIn(folder, program, arguments, options);
-    result.output = readFile(folder / "out");
-    result.errors = readFile(folder / "err");
+    const int exitCode = runIn(folder, program, arguments, options);
+    ChildResult result = {exitCode, readFile(folder / "out"), readFile(folder / "err")};
     std::erase(result.output, '\r'); // of a runtime's text mode
     std::erase(result.errors, '\r');
     return result;
