@@ -28,11 +28,7 @@ constexpr bool isAddressSanitized = true; // whose own memory takes terabytes of
 constexpr bool isAddressSanitized = false;
 #endif
 
-/// Whether the full amounts are asked for.
-bool stressed()
-{
-    return std::getenv("RKUINFO_STRESS") != nullptr;
-}
+const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // by the full amounts
 
 // ---- The client
 
@@ -435,7 +431,7 @@ TEST(Store, DoesNotGrowUnderAStoppedReader)
     ASSERT_EQ(played(folder, "fill20"), "0 ");
     const Process reader("client", folder.string() + " get1 wait");
     reader.read(true);
-    for (int rewritten = 0; rewritten < (stressed() ? 100000 : 3000); rewritten += 1000) {
+    for (int rewritten = 0; rewritten < (isStressed ? 100000 : 3000); rewritten += 1000) {
         EXPECT_EQ(played(folder, "length5000 fill20"), "0 0 ");
     }
     std::uintmax_t size = 0;
@@ -528,7 +524,7 @@ TEST(Host, ReadsNoFileWithoutAnEnd)
 TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
 {
     const fs::path folder = std::getenv("XDG_DATA_HOME"); // of this process too, which reads all along
-    const int kills = stressed() ? 600 : 50;
+    const int kills = isStressed ? 600 : 50;
     std::minstd_rand random(2018);
     int finished = 0;
     for (int kill = 0; kill < kills; ++kill) {
@@ -558,7 +554,7 @@ TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
 TEST(Storm, ManyAtOnceDisturbNobody)
 {
     const fs::path folder = std::getenv("XDG_DATA_HOME");
-    const std::string seconds = stressed() ? "30" : "2";
+    const std::string seconds = isStressed ? "30" : "2";
     std::vector<std::unique_ptr<Process>> workers;
     for (int i = 0; i < 8; ++i) {
         workers.push_back(std::make_unique<Process>("client", folder.string() + " storm" + seconds));
@@ -625,7 +621,7 @@ TEST(Store, NeverAnswersFromADamagedFileWhatIsWrong)
     ASSERT_GT(whole[0].size(), 200000U);
     std::minstd_rand random(2026);
     int sums[4] = {};
-    const int files = stressed() ? 2000 : 60;
+    const int files = isStressed ? 2000 : 60;
     for (int file = 0; file < files; ++file) {
         for (int i = 0; i < 3; ++i) {
             const bool isChanged = file % 5 == i || (i == 0 && file % 5 > 2);
