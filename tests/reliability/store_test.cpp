@@ -5,6 +5,7 @@
 #include "registry/names.h"
 
 #include <csignal>
+#include <deque>
 
 #include <filesystem>
 #include <fstream>
@@ -590,9 +591,9 @@ TEST(Storm, ManyAtOnceDisturbNobody)
         threads.clear();
         say << done;
     };
-    std::vector<std::unique_ptr<Process>> workers(8);
-    for (auto& each : workers) {
-        each = std::make_unique<Process>(folder, storm);
+    std::deque<Process> workers;
+    for (int i = 0; i < 8; ++i) {
+        workers.emplace_back(folder, storm);
     }
     const Process partner(folder, [] {
         for (int content = 0; pause(); set(800, content + 1)) {
@@ -610,39 +611,33 @@ TEST(Storm, ManyAtOnceDisturbNobody)
     }
     partner.kill();
     partner.wait();
-    for (const auto& each : workers) {
-        std::cout << each->read(false) << "operations of 8 threads\n";
-        EXPECT_EQ(each->wait(), 0);
+    for (const Process& each : workers) {
+        std::cout << each.read(false) << "operations of 8 threads\n";
+        EXPECT_EQ(each.wait(), 0);
     }
     std::cout << number << " handed over\n";
 }
 
 // ---- Damage
 
-/// Another content at random.
+/// Another content at random: cut off, a few bytes changed, or a page zeroed, random or another one.
 std::string damaged(std::string bytes, std::minstd_rand& random)
 {
-    constexpr std::size_t page = 4096;
     const auto any = [&](std::size_t below) { return random() % std::max<std::size_t>(below, 1); };
-    const std::size_t pages = bytes.size() / page;
-    char* const one = bytes.data() + any(pages) * page;
-    switch (any(5)) {
-    case 0:
-        std::fill_n(one, page, 0);
-        break;
-    case 1:
-        std::generate_n(one, page, [&] { return static_cast<char>(random()); });
-        break;
-    case 2:
-        std::swap_ranges(one, one + page, bytes.data() + any(pages) * page);
-        break;
-    case 3:
+    const auto kind = any(5);
+    if (kind == 0) {
+        bytes.resize(any(bytes.size()));
+    } else if (kind == 1) {
         for (std::size_t changes = 1 + any(20); changes-- > 0;) {
             bytes[any(bytes.size())] = static_cast<char>(random());
         }
-        break;
-    default:
-        bytes.resize(any(bytes.size()));
+    } else {
+        constexpr std::size_t size = 4096;
+        char* const page = bytes.data() + any(bytes.size() / size) * size;
+        const char* const other = bytes.data() + any(bytes.size() / size) * size;
+        for (std::size_t i = 0; i < size; ++i) {
+            page[i] = kind == 2 ? '\0' : kind == 3 ? static_cast<char>(random()) : other[i];
+        }
     }
     return bytes;
 }
