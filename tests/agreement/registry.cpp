@@ -47,7 +47,7 @@ private:
 
     static constexpr const char* rootPath = "Software\\Agreement";
 
-    void makeRoot() { m_root = testing_support::createKey(HKEY_CURRENT_USER, rootPath); }
+    void makeRoot() { m_root = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
     /// Closed handles are tried where they are closed only: a system may give their number to another key.
     Handle handle()

@@ -19,6 +19,11 @@ inline const wchar_t* wide(const Text& text)
     return reinterpret_cast<const wchar_t*>(text.c_str());
 }
 
+inline Text utf16(const wchar_t* text)
+{
+    return reinterpret_cast<const char16_t*>(text);
+}
+
 class Trace
 {
 public:

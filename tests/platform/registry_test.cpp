@@ -36,7 +36,7 @@ LSTATUS query(HKEY key, LPCWSTR name)
 class RegistryTest : public testing::Test
 {
 protected:
-    const OwnedKey m_owned = createKey(HKEY_CURRENT_USER, "Software\\Acme");
+    const OwnedKey m_owned = makeKey(HKEY_CURRENT_USER, "Software\\Acme");
     const HKEY m_key = m_owned.get();
 };
 
@@ -101,7 +101,7 @@ TEST_F(RegistryTest, RefusesMissingArgumentsAndRoom)
 
 TEST_F(RegistryTest, FindsBadHandlesOut)
 {
-    const HKEY stale = createKey(m_key, "sub").release();
+    const HKEY stale = makeKey(m_key, "sub").release();
     EXPECT_EQ(RegCloseKey(stale), ERROR_SUCCESS);
     for (const HKEY bad : {HKEY{}, stale, reinterpret_cast<HKEY>(ULONG_PTR{0x7654321})}) {
         EXPECT_EQ(RegCloseKey(bad), ERROR_INVALID_HANDLE);

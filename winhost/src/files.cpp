@@ -1,5 +1,6 @@
 // File searches, the access check and the working directory.
 #include "host_path.h"
+#include "last_error.h"
 
 #include <io.h>
 #include <windows.h>
@@ -22,7 +23,7 @@ struct Search
 {
 };
 
-/// A wildcard pattern; ".*" at its end also takes a name without the dot.
+/// A wildcard pattern; dots and stars at its end may also stand for nothing.
 bool matches(TextView pattern, TextView name)
 {
     std::size_t p = 0;
@@ -44,15 +45,16 @@ bool matches(TextView pattern, TextView name)
             return false;
         }
     }
-    const TextView rest = pattern.substr(p);
-    return rest == L".*" || rest.find_first_not_of(L'*') == TextView::npos;
+    return pattern.find_first_not_of(L".*", p) == TextView::npos;
 }
 
 /// The first entry in alphabetical order that a pattern takes; "" for none.
 std::string firstMatch(const std::string& folder, TextView pattern)
 {
-    if (matches(pattern, L".")) {
-        return ".";
+    for (const char* const own : {".", ".."}) {
+        if (matches(pattern, winhost::fromUtf8(own))) {
+            return own;
+        }
     }
     std::string first;
     Text firstName;
@@ -99,7 +101,7 @@ HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* found)
         return noMatch(ERROR_PATH_NOT_FOUND);
     }
     const std::string first = firstMatch(*folder, name);
-    if ((first.empty() || first == ".") && !std::filesystem::is_directory(*folder)) {
+    if ((first.empty() || first.starts_with('.')) && !std::filesystem::is_directory(*folder)) {
         return noMatch(ERROR_INVALID_NAME);
     }
     if (first.empty()) {
@@ -164,7 +166,7 @@ BOOL SetCurrentDirectoryW(LPCWSTR path)
         return FALSE;
     }
     if (chdir(folder->c_str()) != 0) {
-        winhost::setLastErrorFromErrno();
+        SetLastError(winhost::errorOf(errno, ERROR_ACCESS_DENIED));
         return FALSE;
     }
     return TRUE;

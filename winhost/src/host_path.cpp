@@ -1,5 +1,7 @@
 #include "host_path.h"
 
+#include "last_error.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -26,28 +28,26 @@ bool startsWithSeparators(TextView path, std::size_t count)
            std::all_of(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(count), isSeparator);
 }
 
+/// By name; of a component before a separator, as Windows has it, a dot at its end goes.
 void appendComponents(std::vector<Text>& components, TextView path)
 {
     while (!path.empty()) {
         const std::size_t end = std::min(path.find_first_of(separators), path.size());
-        const TextView component = path.substr(0, end);
-        path.remove_prefix(std::min(end + 1, path.size()));
+        TextView component = path.substr(0, end);
+        const bool isLast = end == path.size();
+        path.remove_prefix(isLast ? end : end + 1);
         if (component == L"..") {
             if (!components.empty()) {
                 components.pop_back();
             }
-        } else if (!component.empty() && component != L".") {
+            continue;
+        }
+        if (component.ends_with(L'.') && (!isLast || component == L".")) {
+            component.remove_suffix(1);
+        }
+        if (!component.empty()) {
             components.emplace_back(component);
         }
-    }
-}
-
-/// Windows drops blanks and dots at a path's end.
-void trimEnd(Text& name)
-{
-    const std::size_t last = name.find_last_not_of(L" .");
-    if (last != Text::npos) {
-        name.resize(last + 1);
     }
 }
 
@@ -106,7 +106,12 @@ std::optional<FullPath> parsePath(TextView path)
     }
     appendComponents(full.components, path);
     if (!full.mustBeFolder && !full.components.empty()) {
-        trimEnd(full.components.back());
+        Text& last = full.components.back();
+        last.resize(last.find_last_not_of(L" .") + 1); // as Windows has it
+        if (last.empty()) {
+            full.components.pop_back();
+            full.mustBeFolder = true;
+        }
     }
     return full;
 }
@@ -136,7 +141,7 @@ std::optional<std::string> findOnHost(const FullPath& path)
         found += entry;
     }
     if (path.mustBeFolder && !exists(found + "/")) {
-        return fail(ERROR_FILE_NOT_FOUND);
+        return fail(ERROR_INVALID_NAME);
     }
     return found;
 }
@@ -165,7 +170,7 @@ std::optional<std::string> readFile(const std::string& hostFile, std::size_t mos
 {
     struct stat status = {};
     if (stat(hostFile.c_str(), &status) != 0) {
-        setLastErrorFromErrno();
+        SetLastError(errorOf(errno, ERROR_ACCESS_DENIED));
         return std::nullopt;
     }
     if (!S_ISREG(status.st_mode)) {
@@ -181,31 +186,6 @@ std::optional<std::string> readFile(const std::string& hostFile, std::size_t mos
         return fail(ERROR_ACCESS_DENIED);
     }
     return std::move(bytes).str();
-}
-
-void setLastErrorFromErrno()
-{
-    switch (errno) {
-    case ENOENT:
-        SetLastError(ERROR_FILE_NOT_FOUND);
-        break;
-    case ENOTDIR:
-        SetLastError(ERROR_DIRECTORY);
-        break;
-    case ENAMETOOLONG:
-        SetLastError(ERROR_FILENAME_EXCED_RANGE);
-        break;
-    case EMFILE:
-    case ENFILE:
-        SetLastError(ERROR_TOO_MANY_OPEN_FILES);
-        break;
-    case ENOMEM:
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        break;
-    default:
-        SetLastError(ERROR_ACCESS_DENIED);
-        break;
-    }
 }
 
 } // namespace winhost

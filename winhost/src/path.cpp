@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 namespace {
@@ -35,6 +36,9 @@ TextView rootOf(TextView path)
 /// "." at the end stays.
 Text canonical(TextView path)
 {
+    if (path.empty()) {
+        return L"\\";
+    }
     Text root(rootOf(path));
     path.remove_prefix(root.size());
     std::vector<TextView> components;
@@ -71,22 +75,26 @@ Text canonical(TextView path)
     return result;
 }
 
-/// Both parts joined, more alone when it is a full path; empty when that does not fit a path.
-Text combined(TextView path, TextView more)
+/// Both parts joined, one alone when the other is empty or more is a full path. One alone is cut to what a
+/// path holds; none when both together do not fit.
+std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;
     if (!isUnc(more)) {
         more.remove_prefix(std::min(more.find_first_not_of(L'\\'), more.size()));
     }
-    if (isUnc(more) || hasDrive(more)) {
+    if (isUnc(more) || hasDrive(more) || path.empty()) {
         return canonical(more.substr(0, longest));
     }
+    if (more.empty()) {
+        return canonical(path.substr(0, longest));
+    }
     Text joined(path);
-    if (!joined.empty() && !more.empty() && joined.back() != L'\\') {
+    if (joined.back() != L'\\') {
         joined += L'\\';
     }
     joined += more;
-    return joined.size() <= longest ? canonical(joined) : Text();
+    return joined.size() <= longest ? std::optional(canonical(joined)) : std::nullopt;
 }
 
 } // namespace
@@ -96,9 +104,9 @@ BOOL PathAppendW(LPWSTR path, LPCWSTR more)
     if (path == nullptr || more == nullptr) {
         return FALSE;
     }
-    const Text result = combined(path, more);
-    winhost::copyText(result, path, MAX_PATH);
-    return result.empty() ? FALSE : TRUE;
+    const std::optional<Text> result = combined(path, more);
+    winhost::copyText(result.value_or(Text()), path, MAX_PATH);
+    return result ? TRUE : FALSE;
 }
 
 BOOL PathRemoveFileSpecW(LPWSTR path)
