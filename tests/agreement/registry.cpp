@@ -128,7 +128,7 @@ public:
 private:
     static constexpr const char* rootPath = "Software\\Agreement";
 
-    void makeRoot() { m_root.handle = testing_support::createKey(HKEY_CURRENT_USER, rootPath); }
+    void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
     HKEY none() { return m_trace.oneIn(2) ? nullptr : reinterpret_cast<HKEY>(ULONG_PTR{0x7654321}); }
 

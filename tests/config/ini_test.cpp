@@ -4,71 +4,57 @@
 namespace {
 
 using namespace testing_support;
-
 using enum TarvoConfig::Error;
 using enum VelaVariant::VarType;
 
-/// An application in whose folder the library looks for INI files.
-class Ini : public testing::Test
+class Ini : public ApplicationTest
 {
 protected:
-    Application application;
-    Patch pretended = pretendExecutable(windowsPath(application.program()));
     Config config;
 };
 
 TEST_F(Ini, ValuesByType)
 {
-    application.writeIni("[S]\r\na=5\r\nb=-5\r\nc=2147483648\r\nd=x\r\nempty=\r\n");
-    const std::tuple<const wchar_t*, const wchar_t*, int, TarvoConfig::Error, std::string> rows[] = {
+    m_application.writeIni(
+        "[S]\r\na=5\r\nb=-5\r\nc=2147483648\r\nd=x\r\nempty=\r\nlong=" + std::string(1500, 'x') + "\r\n");
+    const std::tuple<const wchar_t*, const wchar_t*, VelaVariant::VarType, Error, std::string> rows[] = {
         {L"S", L"A", eInt, eOk, "5"},          {L"S", L"A", eString, eOk, "5"},
         {L"S", L"d", eInt, eOk, "0"},          {L"S", L"b", eInt, eNotFound, ""},
         {L"S", L"c", eInt, eNotFound, ""},     {L"S", L"none", eInt, eNotFound, ""},
         {L"", L"a", eInt, eNotFound, ""},      {L"S", nullptr, eString, eNotFound, ""},
         {L"S", L"", eDouble, eNotFound, ""},   {L"S", L"empty", eString, eNotFound, ""},
-        {L"S", L"a", eNull, eWrongType, ""},   {L"S", L"a", eInt64, eWrongType, ""},
-        {L"S", L"a", eDouble, eWrongType, ""}, {L"S", L"a", eBinary, eWrongType, ""}};
+        {L"S", L"a", eDouble, eWrongType, ""}, {L"S", L"long", eString, eOk, std::string(1021, 'x')}};
     for (const auto& [section, key, type, error, read] : rows) {
         VelaVariant value;
         value.setString(L"kept");
-        const auto varType = static_cast<VelaVariant::VarType>(type);
-        EXPECT_EQ(config.getIniValue(section, key, value, varType, L"TARVO.ini"), error) << type;
+        EXPECT_EQ(config.getIniValue(section, key, value, type, L"TARVO.ini"), error) << utf8(key);
         const std::string text =
             value.type() == eInt ? std::to_string(value.getInt()) : utf8(value.getString());
         EXPECT_EQ(text, error == eOk ? read : "kept") << utf8(key);
     }
-    long out = 77;
-    EXPECT_EQ(config.readIniInt(L"S", nullptr, out, L"TARVO.ini"), eNotFound);
-    EXPECT_EQ(config.readIniInt(L"S", L"a", out, L"none.ini"), eNotFound);
-    EXPECT_EQ(out, 77);
-    EXPECT_EQ(config.readIniInt(L"S", L"b", out, L"TARVO.ini"), eNotFound);
-    EXPECT_EQ(out, -5);
-}
-
-TEST_F(Ini, TextsAreCutToTheBuffer)
-{
-    application.writeIni("[S]\r\nlong=" + std::string(1500, 'x') + "\r\n");
+    long number = 77;
+    EXPECT_EQ(config.readIniInt(L"S", L"a", number, L"none.ini"), eNotFound);
+    EXPECT_EQ(number, 77);
+    EXPECT_EQ(config.readIniInt(L"S", L"b", number, L"TARVO.ini"), eNotFound);
+    EXPECT_EQ(number, -5);
     for (const auto& [size, expected] : {std::pair(7UL, "0xxxxx"), {3, "0x"}, {2, "1"}, {1, "1"}}) {
         wchar_t out[16] = L"";
-        const TarvoConfig::Error error = config.readIniString(L"S", L"long", out, size, L"TARVO.ini");
+        const Error error = config.readIniString(L"S", L"long", out, size, L"TARVO.ini");
         EXPECT_EQ(std::to_string(error) + utf8(out), expected) << size;
     }
     EXPECT_EQ(config.readIniString(L"S", L"long", nullptr, 16, L"TARVO.ini"), eNotFound);
-    VelaVariant value;
-    EXPECT_EQ(config.getIniValue(L"S", L"long", value, eString, L"TARVO.ini"), eOk);
-    EXPECT_EQ(utf8(value.getString()), std::string(1021, 'x'));
 }
 
-TEST_F(Ini, PathsHave1022Characters)
+TEST_F(Ini, PathsHave1022CharactersAndAFolder)
 {
-    const std::string folder = windowsPath(application.folder()) + "\\";
+    const std::string folder = windowsPath(m_application.folder()) + "\\";
+    wchar_t out[1024] = L"";
+    VelaVariant value;
     for (const std::size_t length : {1022U, 1023U, 5000U}) {
-        const std::string name(length - folder.size(), 'x');
         const bool fits = length == 1022;
-        wchar_t out[1024] = L"#";
+        const std::string name(length - folder.size(), 'x');
         EXPECT_EQ(config.getIniFilePath(out, Wide(name)), fits ? eOk : eInvalidInput);
-        EXPECT_TRUE(!fits || utf8(out) == folder + name) << utf8(out);
-        VelaVariant value;
+        EXPECT_EQ(utf8(out), folder + (fits ? name : ""));
         EXPECT_EQ(config.getIniValue(L"S", L"a", value, eInt, Wide(name)), fits ? eNotFound : eInvalidInput);
     }
     EXPECT_EQ(config.getIniFilePath(nullptr, L"TARVO.ini"), eInvalidInput);
@@ -78,21 +64,19 @@ TEST_F(Ini, ExportedValues)
 {
     for (const auto& [entry, title] :
          {std::pair("Other=7", -3L), {"MergeTitle=-1", -3}, {"MergeTitle=1", 1}}) {
-        application.writeIni(std::string("[PartnerOEM]\r\n") + entry + "\r\n");
+        m_application.writeIni(std::string("[PartnerOEM]\r\n") + entry);
         EXPECT_EQ(GetVelaIniOEMMergeTitleValue(-3), title) << entry;
     }
     VelaVariant value;
     EXPECT_EQ(GetVelaIniConfigValue(L"partneroem", L"mergetitle", value, eString), 1);
     EXPECT_EQ(utf8(value.getString()), "1");
     EXPECT_EQ(GetVelaIniConfigValue(L"PartnerOEM", L"none", value, eInt), 0);
-    const wchar_t* const kept = GetVelaArchitectrueCommandNamePrefix();
     for (const auto& [entries, prefix] : {std::pair("ProductId=5", ""),
                                           {"MajorVer=2", ""},
                                           {"MajorVer=2\r\nProductId=2147483647", "S22147483647_"},
                                           {"MajorVer=3\r\nProductId=6", "S22147483647_"}}) { // kept
-        application.writeIni(std::string("[Product]\r\n") + entries + "\r\n", "product.ini");
-        EXPECT_EQ(GetVelaArchitectrueCommandNamePrefix(), kept);
-        EXPECT_EQ(utf8(kept), prefix);
+        m_application.writeIni(std::string("[Product]\r\n") + entries, "product.ini");
+        EXPECT_EQ(utf8(GetVelaArchitectrueCommandNamePrefix()), prefix);
     }
 }
 

@@ -7,50 +7,48 @@ namespace {
 
 using namespace testing_support;
 
-using PathFunction = unsigned long (*)(wchar_t*, unsigned long);
-
-const PathFunction programPath = GetProgramPath;
-const PathFunction resourcePath = GetResourceDllPath; // of "unknown", before start-up
-constexpr PathFunction helpPath = [](wchar_t* out, unsigned long size) {
-    return static_cast<unsigned long>(GetHelpFilePath(out, static_cast<long>(size)));
-};
-
-/// What a path function gives for a size: the path, "untouched" or "failed".
-std::string pathOf(PathFunction function, unsigned long size)
+/// What a path function gives for a size, see textOf.
+template <typename Size>
+std::string pathOf(Size (*function)(wchar_t*, Size), int size)
 {
-    std::vector<wchar_t> buffer(3000, L'#');
-    const unsigned long length = function(buffer.data(), size);
-    EXPECT_EQ(std::count(buffer.begin() + static_cast<long>(size), buffer.end(), L'#'), 3000 - size);
-    if (length == 0) {
-        return buffer[0] == L'#' ? "untouched" : "failed";
-    }
-    std::string path = utf8(buffer.data());
-    EXPECT_EQ(path.size(), length);
-    return path;
+    return textOf([=](wchar_t* out) {
+        out[size] = L'!';
+        const Size length = function(out, static_cast<Size>(size));
+        EXPECT_EQ(std::exchange(out[size], L'\0'), L'!');
+        return length;
+    });
+}
+
+constexpr char untouched[] = "failed: ?";
+
+std::string folder(std::size_t length)
+{
+    return "C:\\" + std::string(length - 4, 'x') + '\\';
 }
 
 TEST(Program, PathsNeedTheirSizeAndTheFolderIsReadOnce)
 {
-    {
-        const Patch none = pretendExecutable("");
-        EXPECT_EQ(pathOf(programPath, 100), "untouched");
+    for (const char* const unknown : {"", "cad.exe"}) { // or without a folder
+        const Patch pretended = pretendExecutable(unknown);
+        EXPECT_EQ(pathOf(GetProgramPath, 100), untouched) << unknown;
     }
     const Patch pretended = pretendExecutable("C:\\Apps\\Cad\\cad.exe");
-    for (unsigned long size = 0; size < 30; ++size) {
+    for (int size = 1; size < 30; ++size) {
         SCOPED_TRACE(size);
         SetLastError(77);
-        EXPECT_EQ(pathOf(programPath, size), size >= 13 ? "C:\\Apps\\Cad\\" : "untouched");
+        EXPECT_EQ(pathOf(GetProgramPath, size), size >= 13 ? "C:\\Apps\\Cad\\" : untouched);
         EXPECT_EQ(GetLastError(), 77U);
-        const std::string failure = size == 0 ? "untouched" : "failed";
-        EXPECT_EQ(pathOf(resourcePath, size), size >= 22 ? "C:\\Apps\\Cad\\unknown" : failure);
-        EXPECT_EQ(pathOf(helpPath, size), size >= 24 ? "C:\\Apps\\Cad\\RKHelp.exe" : "untouched");
+        EXPECT_EQ(pathOf(GetHelpFilePath, size), size >= 24 ? "C:\\Apps\\Cad\\RKHelp.exe" : untouched);
+        const std::string resources = pathOf<unsigned long>(GetResourceDllPath, size); // before start-up
+        EXPECT_EQ(resources, size >= 22 ? "C:\\Apps\\Cad\\unknown" : "failed: " + resources.substr(8));
     }
     const Patch later = pretendExecutable("C:\\Later\\cad.exe");
-    EXPECT_EQ(pathOf(programPath, 100), "C:\\Apps\\Cad\\");
+    EXPECT_EQ(pathOf(GetProgramPath, 100), "C:\\Apps\\Cad\\");
     wchar_t out[40] = L"#";
-    EXPECT_EQ(GetHelpFilePath(out, LONG_MIN) + GetHelpFilePath(nullptr, 1024), 0);
-    EXPECT_EQ(GetProgramPath(nullptr, 100) + GetResourceDllPath(L"x", nullptr, 1024), 0UL);
+    EXPECT_EQ(GetProgramPath(out, 0) + GetProgramPath(nullptr, 100) + GetResourceDllPath(out, 0), 0UL);
+    EXPECT_EQ(GetHelpFilePath(out, 0) + GetHelpFilePath(out, LONG_MIN) + GetHelpFilePath(nullptr, 1024), 0);
     EXPECT_EQ(GetResourceDllPath(nullptr, out, 40) + GetResourceDllPath(L"", out, 40), 0UL);
+    EXPECT_EQ(GetResourceDllPath(L"x", nullptr, 1024), 0UL);
     EXPECT_EQ(utf8(out), "#");
     EXPECT_EQ(GetResourceDllPath(L"de", out, 40), 11UL);
     EXPECT_EQ(utf8(out), "C:\\Later\\de");
@@ -58,19 +56,18 @@ TEST(Program, PathsNeedTheirSizeAndTheFolderIsReadOnce)
 
 TEST(Program, PathsHaveTheLimitsOfThePlatform)
 {
-    const auto folder = [](std::size_t length) { return "C:\\" + std::string(length - 4, 'x') + '/'; };
     for (const std::size_t length : {252U, 253U}) { // a joined path has at most 259 characters
-        const std::string joined = "C:\\" + std::string(length - 4, 'x') + '\\';
-        const Patch pretended = pretendExecutable(joined + "cad.exe");
-        EXPECT_EQ(pathOf(resourcePath, 1024), length == 252 ? joined + "unknown" : "failed");
+        const Patch pretended = pretendExecutable(folder(length) + "cad.exe");
+        EXPECT_EQ(GetResourceDllPath(std::array<wchar_t, 1024>().data(), 1024), length == 252 ? 259U : 0U);
     }
     for (const std::size_t length : {1015U, 1016U}) { // with "cad.exe" at most 1022 characters are read
         const Patch pretended = pretendExecutable(folder(length) + "cad.exe");
-        EXPECT_EQ(pathOf(helpPath, 1100), length == 1015 ? folder(length) + "RKHelp.exe" : "untouched");
+        wchar_t out[1100] = L"#";
+        EXPECT_EQ(GetHelpFilePath(out, 1100), length == 1015 ? 1025 : 0);
+        EXPECT_EQ(utf8(out), length == 1015 ? folder(length) + "RKHelp.exe" : "#");
     }
-    const Patch pretended =
-        pretendExecutable(folder(1004) + std::string(100, 'y')); // cut, and the cut not noticed
-    EXPECT_EQ(pathOf(programPath, 1005), folder(1004));
+    const Patch pretended = pretendExecutable(folder(900) + "y/" + std::string(200, 'y'));
+    EXPECT_EQ(pathOf(GetProgramPath, 1000), folder(900) + "y/"); // of a path that was cut unnoticed
 }
 
 TEST(Program, ResourceLibrariesAreLoadedFromTheFolderThenByName)

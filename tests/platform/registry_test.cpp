@@ -14,7 +14,7 @@ protected:
                               static_cast<DWORD>(bytes.size()));
     }
 
-    const OwnedKey m_owned = createKey(HKEY_CURRENT_USER, "Software\\Acme");
+    const OwnedKey m_owned = makeKey(HKEY_CURRENT_USER, "Software\\Acme");
     const HKEY m_key = m_owned.get();
 };
 

@@ -1,7 +1,7 @@
-// The product object.
+// The product object, version and identity, and the exception for client modules.
 #include "support/test.h"
 
-#include <cstdio>
+#include <iostream>
 #include <shlobj.h>
 
 namespace {
@@ -10,35 +10,45 @@ using namespace testing_support;
 
 ITarvoProduct& product = *velaGetProduct();
 
+std::string answers()
+{
+    std::ostringstream out;
+    out << utf8(product.companyName()) << ' ' << utf8(product.productName()) << ' '
+        << utf8(GetCurrentProductName()) << ' ' << utf8(product.language().shortName()) << ' '
+        << GetCurrentVelaLanguageId() << ' ' << product.productType() << "; "
+        << utf8(product.defaultProductName()) << ' ' << utf8(product.programVersionString()) << ' '
+        << utf8(GetVelaProgramVersionString()) << ' ' << utf8(GetServicePackageVersionString()) << ' '
+        << utf8(product.productVersionTag()) << ' ' << product.productNumber() << ' '
+        << product.productFlagA() << ' ' << product.productFlagB();
+    return out.str();
+}
+
 TEST(Product, FollowsTheConfiguration)
 {
-    EXPECT_EQ(utf8(product.companyName()) + utf8(product.language().shortName()), "NORVIKunknown");
-    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
-    EXPECT_EQ(utf8(product.companyName()), "Acme");
+    const std::string fixed = "; TARVO 2018 2018 SP2 4.0 27 1 1";
+    EXPECT_EQ(answers(), "NORVIK TARVO TARVO unknown 1033 1" + fixed);
+    ASSERT_EQ(InitVelaConfig(L"Acme", L"Widget", L"ja-JP", nullptr), TarvoConfig::eOk);
+    EXPECT_EQ(answers(), "Acme Widget Widget ja-JP 1041 4" + fixed);
     EXPECT_EQ(&product.language(), &velaConfig()->language());
-    EXPECT_EQ(utf8(product.helpFilePath()), windowsPath(thisProgram().parent_path()) + "\\RKHelp.exe");
-    EXPECT_EQ(utf8(product.programVersionString()) + ' ' + utf8(product.productVersionTag()), "2018 4.0");
-    EXPECT_EQ(product.productNumber(), 27);
-    EXPECT_EQ(product.productFlagA(), 1);
-    EXPECT_EQ(product.productFlagB(), 1);
-    const std::pair<const char*, long> types[] = {{"TARVO", 1}, {"tarvo", 1}, {"tarvom", 2},  {"TarvoA", 3},
-                                                  {"Acme", 4},  {"TARV", 4},  {"TARVOAB", 4}, {" TARVO", 4}};
+    const std::pair<const char*, long> types[] = {{"TARVO", 1}, {"tarvo", 1},   {"tarvom", 2}, {"TarvoA", 3},
+                                                  {"TARV", 4},  {"TARVOAB", 4}, {" TARVO", 4}};
     for (const auto& [name, type] : types) {
         Config config;
         ASSERT_EQ(config.initCompanyName(L"Acme") + config.initProductName(Wide(name)), 0);
         *velaConfig() = config;
         EXPECT_EQ(product.productType(), type) << name;
-        EXPECT_EQ(utf8(product.productName()), name);
-        EXPECT_EQ(utf8(product.defaultProductName()), "TARVO");
     }
+    for (const auto& [name, id] : {std::pair("DE-de", 1031L), {"xx-XX", 1033}, {"", 0}}) {
+        EXPECT_EQ(GetVelaLanguageIdByShortName(Wide(name)), id) << name;
+    }
+    EXPECT_EQ(GetVelaLanguageIdByShortName(nullptr), 0);
 }
 
 TEST(Product, SharesThreeIntegersUnderItsLock)
 {
-    int locks = 0;
-    int unlocks = 0;
-    const Patch lock = intercept<"RkLocker::lock", void(RkLocker*)>([&](auto, auto*) { ++locks; });
-    const Patch unlock = intercept<"RkLocker::unlock", void(RkLocker*)>([&](auto, auto*) { ++unlocks; });
+    std::string calls;
+    const Patch lock = intercept<"RkLocker::lock", void(RkLocker*)>([&](auto, auto*) { calls += '<'; });
+    const Patch unlock = intercept<"RkLocker::unlock", void(RkLocker*)>([&](auto, auto*) { calls += '>'; });
     const auto shared = [] {
         return std::to_string(product.getSharedValueA()) + ' ' + std::to_string(product.getSharedValueB()) +
                ' ' + std::to_string(product.getSharedValueC());
@@ -48,47 +58,42 @@ TEST(Product, SharesThreeIntegersUnderItsLock)
     product.setSharedValueB(5);
     product.setSharedValueC(2147483647L);
     EXPECT_EQ(shared(), "-2147483648 5 2147483647");
-    EXPECT_EQ(locks, 9);
-    EXPECT_EQ(unlocks, 9);
+    EXPECT_EQ(calls, "<><><><><><><><><>");
 }
 
 std::string folderOf(std::size_t length)
 {
-    return "Z:\\" + std::string(length - 4, 'x') + '\\';
+    return length == 0 ? "" : "Z:\\" + std::string(length - 4, 'x') + '\\';
 }
 
 TEST(Product, PathsAreKeptOnceTheyFit)
 {
-    wchar_t languageFolder[1024];
+    const auto pretend = [](std::size_t length) {
+        return pretendExecutable(length == 0 ? "" : folderOf(length) + "cad.exe");
+    };
     for (const std::size_t length : {0U, 500U, 1020U}) {
-        const Patch pretended = pretendExecutable(length == 0 ? "" : folderOf(length) + "cad.exe");
+        const Patch pretended = pretend(length);
         EXPECT_EQ(utf8(product.helpFilePath()), "RKHelp.exe") << length;
     }
     for (const std::size_t length : {0U, 247U, 1020U}) {
-        const Patch pretended = pretendExecutable(length == 0 ? "" : folderOf(length) + "cad.exe");
+        const Patch pretended = pretend(length);
         EXPECT_EQ(utf8(product.userDataCachePath()), "") << length;
-        *languageFolder = L'?';
-        EXPECT_EQ(GetVelaUserDataCacheLanPath(languageFolder), 0u);
-        EXPECT_EQ(utf8(languageFolder), "");
+        EXPECT_EQ(textOf(GetVelaUserDataCacheLanPath), "failed: ");
     }
     for (const std::size_t length : {499U, 246U, 100U}) { // the last finds both kept
-        const Patch pretended = pretendExecutable(folderOf(length) + "cad.exe");
+        const Patch pretended = pretend(length);
         EXPECT_EQ(utf8(product.helpFilePath()), folderOf(499) + "RKHelp.exe");
         EXPECT_EQ(utf8(product.userDataCachePath()), length == 499 ? "" : folderOf(246) + "UserDataCache");
     }
     EXPECT_EQ(GetVelaUserDataCachePath(), product.userDataCachePath());
-    EXPECT_EQ(GetVelaUserDataCacheLanPath(languageFolder), 267u);
-    EXPECT_EQ(utf8(languageFolder), folderOf(246) + "UserDataCache\\unknown");
-    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
-    EXPECT_EQ(GetVelaUserDataCacheLanPath(languageFolder), 265u);
-    EXPECT_EQ(utf8(languageFolder), folderOf(246) + "UserDataCache\\en-US");
-    EXPECT_EQ(GetVelaUserDataCacheLanPath(nullptr), 0u);
+    EXPECT_EQ(textOf(GetVelaUserDataCacheLanPath), folderOf(246) + "UserDataCache\\unknown");
+    EXPECT_EQ(GetVelaUserDataCacheLanPath(nullptr), 0U);
 }
 
 const ChildPart workingDirectory("workingDirectory", [](const std::vector<std::string>&) {
     wchar_t current[MAX_PATH] = {};
     GetCurrentDirectoryW(MAX_PATH, current);
-    std::fputs((utf8(current) + '|' + utf8(product.userDataCachePath())).c_str(), stdout);
+    std::cout << utf8(current) << '|' << utf8(product.userDataCachePath());
     return 0;
 });
 
@@ -96,19 +101,70 @@ TEST(Product, MovesOutOfItsUserDataCacheFolder)
 {
     wchar_t documents[MAX_PATH] = {};
     SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, documents);
-    const std::pair<const char*, bool> cases[] = {{"UserDataCache", true},
-                                                  {"userDATAcache", true},
-                                                  {"UserDataCache/Temp", false},
-                                                  {"UserDataCaches", false}};
-    for (const auto& [folder, moves] : cases) {
-        SCOPED_TRACE(folder);
-        const Application app(std::to_string(&moves - &cases[0].second));
+    for (const std::string folder :
+         {"UserDataCache", "userDATAcache", "UserDataCache/Temp", "UserDataCaches"}) {
+        const bool moves = folder.size() == 13;
+        const Application app(folder);
         const auto working = app.folder() / folder;
         std::filesystem::create_directories(working);
-        const std::string expected = moves ? utf8(documents) : windowsPath(working);
         EXPECT_EQ(workingDirectory.run(app.program(), {}, {working, {}}).output,
-                  expected + '|' + windowsPath(app.folder() / "UserDataCache"));
+                  (moves ? utf8(documents) : windowsPath(working)) + '|' +
+                      windowsPath(app.folder() / "UserDataCache"));
     }
+}
+
+TEST(Version, WritesTheNumbersWhereTheyFit)
+{
+    const std::tuple<decltype(&GetVerNum), bool, std::string> rows[] = {
+        {GetVerNum, true, "VERNUM = \"2018.03.16(29562)_x64\""},
+        {GetVerNum, false, "2018.03.16(29562)_x64"},
+        {GetResVerNum, true, "VERNUM = \"\""},
+        {GetResVerNum, false, ""}};
+    for (const auto& [write, withPrefix, expected] : rows) {
+        for (const std::size_t size : {std::size_t{64}, expected.size() + 1, expected.size()}) {
+            std::vector<wchar_t> buffer(size + 1, L'!');
+            write(buffer.data(), static_cast<unsigned long>(size), withPrefix);
+            EXPECT_EQ(buffer[size], L'!') << size;
+            buffer[size] = 0;
+            EXPECT_EQ(utf8(buffer.data()), size > expected.size() ? expected : "") << size;
+        }
+        write(nullptr, 64, withPrefix);
+    }
+}
+
+TEST(Version, ProgramName)
+{
+    const std::string longFolder = "Z:\\" + std::string(1009, 'x') + '\\';
+    const std::pair<std::string, std::string> rows[] = {
+        {"C:\\Apps\\Cad\\cad.exe", "cad"},
+        {"C:\\Apps\\a.b.exe", "a.b"},
+        {"C:\\a.b\\cad", "cad"},
+        {"C:/Apps/Cad/cad.exe", "cad"},
+        {"cad.exe", "cad.exe"},
+        {"C:\\Apps/cad.exe", "Apps/cad"},
+        {"C:\\ä€😀.exe", "ä€😀"},
+        {longFolder + "12345.exe", "12345"},
+        {longFolder + "123456.exe", "none"},
+        {"", "none"},
+        {"C:\\.exe", "none"},
+    };
+    for (const auto& [path, name] : rows) {
+        const Patch pretended = pretendExecutable(path);
+        const std::string text = textOf(GetVelaProgramName);
+        EXPECT_EQ(text.starts_with("failed: ") ? "none" : text, name) << path;
+    }
+    EXPECT_EQ(GetVelaProgramName(nullptr), 0U);
+}
+
+TEST(ConfigException, CarriesMessageFlagAndContext)
+{
+    const TarvoConfigException made(L"message", 5, L"text", 42);
+    const std::vector<TarvoConfigException> copies(1, made);
+    const TarvoConfigException& copy = copies.front();
+    EXPECT_EQ(copy.isExitProcess(), 5);
+    EXPECT_EQ(utf8(copy.description()) + utf8(copy.text()), "messagetext");
+    EXPECT_EQ(copy.number(), 42);
+    EXPECT_EQ(utf8(TarvoConfigException(nullptr, 0, nullptr, 0).description()), "");
 }
 
 } // namespace

@@ -4,17 +4,11 @@
 #include "support/test.h"
 
 #include <csignal>
-#include <cstdlib>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace testing_support {
-
-inline bool stressed()
-{
-    return std::getenv("RKUINFO_STRESS") != nullptr;
-}
 
 class Process
 {

@@ -1,205 +1,241 @@
-// Items and values by subtree and sub-path: the keys opened, the codes given, the names kept.
+// Which registry calls each operation makes, in which order and with which rights, and the code that it
+// gives: a call more is a message more to another process on Windows.
 #include "store.h"
+
+#include <map>
 
 namespace {
 
 using namespace testing_support;
 
-using Operations = StoreTest;
-
-TEST_F(Operations, OpenTheirKey)
+/// The registry calls that the library makes: each with its texts, its right and its other numbers but 0, and
+/// with its status if it fails. Those whose names are in refused do.
+struct Trace
 {
-    std::ostringstream calls;
-    const auto missing = [&](auto, HKEY, LPCWSTR path, DWORD, REGSAM access, HKEY*) {
-        calls << "open " << utf8(path) << std::hex << ' ' << access;
-        return ERROR_FILE_NOT_FOUND;
-    };
-    const auto refused = [&](auto, HKEY, LPCWSTR path, DWORD, auto* keyClass, DWORD options, REGSAM access,
-                             auto* security, auto...) {
-        EXPECT_TRUE(keyClass == nullptr && options == 0 && security == nullptr);
-        calls << ", create " << utf8(path) << std::hex << ' ' << access;
-        return denied;
-    };
-    const Patch open = intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(missing);
-    const Patch create = intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(refused);
-    const struct
+    auto noting(const char* call)
     {
-        LPCWSTR argument;
-        std::string parent, trimmed, exists; // exists: as isItemExist takes it
-    } rows[] = {
-        {L"Display/Colors\\Back", "\\Display\\Colors", "\\Display\\Colors\\Back", "\\Display/Colors\\Back"},
-        {L"/Set//Colors/Back/", "\\Set\\\\Colors", "\\Set\\\\Colors\\Back", "\\Set//Colors/Back/"},
-        {L"\\\\Back//", "", "\\Back", "\\\\Back//"},
-        {L"/\\", "", "\\", "\\\\"},
-        {L"/", "", "\\", "\\"},
-        {L"", "", "", ""},
-        {nullptr, "", "", ""},
-    };
-    VelaVariant value;
-    value.setInt(1);
-    for (const auto& [argument, parent, trimmed, exists] : rows) {
-        const bool hasName = utf8(argument).find('B') != std::string::npos;
-        const std::string path = settings + trimmed;
-        const std::string write = path + " 20006";
-        const std::string change = "open " + path + " f003f";
-        const std::string setInParent = settings + parent + " 20006";
-        const std::string expected[] = {"open " + settings + exists + " 20019",
-                                        "open " + settings + parent + " 20019",
-                                        "open " + setInParent + ", create " + setInParent,
-                                        "open " + write + ", create " + write,
-                                        "open " + write + ", create " + write,
-                                        hasName                  ? "open " + settings + parent + " f003f"
-                                        : utf8(argument).empty() ? "open " + languageRoot + " f003f"
-                                                                 : "",
-                                        change,
-                                        change,
-                                        change};
-        for (const Operation& operation : operations) {
-            SCOPED_TRACE(operation.name + " of " + utf8(argument));
-            calls.str("");
-            operation.call(m_config, eSettings, argument, value);
-            EXPECT_EQ(calls.str(), expected[&operation - operations]);
-        }
-    }
-}
-
-TEST_F(Operations, AnswerWithTheirCode)
-{
-    std::string refused;
-    const auto refuse = [&](const char* call) {
-        return [&refused, call](auto real, auto... arguments) {
-            return refused.find(call) != std::string::npos ? denied : real(arguments...);
+        return [this, call](auto real, auto... arguments) {
+            const LSTATUS status = refused.find(call) == std::string::npos ? real(arguments...) : denied;
+            calls += (calls.empty() ? "" : ", ") + std::string(call);
+            (note(arguments), ...);
+            calls += status == ERROR_SUCCESS ? "" : " = " + std::to_string(status);
+            return status;
         };
-    };
-    const Patch patches[] = {pretendVersion(7),
-                             intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(refuse("open")),
-                             intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(refuse("create")),
-                             intercept<"RegSetValueExW", decltype(RegSetValueExW)>(refuse("set")),
-                             intercept<"RegDeleteKeyW", decltype(RegDeleteKeyW)>(refuse("delete")),
-                             intercept<"RegDeleteValueW", decltype(RegDeleteValueW)>(refuse("delete")),
-                             intercept<"RegQueryInfoKeyW", decltype(RegQueryInfoKeyW)>(refuse("info"))};
-    VelaVariant value;
-    const auto makeTree = [&] {
+    }
+
+    std::string calls, refused;
+
+private:
+    void note(LPCWSTR text)
+    {
+        const std::string whole = utf8(text);
+        const bool isBelow = whole.starts_with(settings);
+        calls += (whole.empty() ? "" : " ") + (isBelow ? '~' + whole.substr(settings.size()) : whole);
+    }
+    void note(DWORD number)
+    {
+        static const std::map<DWORD, std::string> known = {
+            {0, ""}, {KEY_READ, " r"}, {KEY_WRITE, " w"}, {KEY_ALL_ACCESS, " all"}};
+        calls += known.contains(number) ? known.at(number) : ' ' + std::to_string(number);
+    }
+    static void note(const auto&) {}
+};
+
+class RegistryCalls : public StoreTest
+{
+protected:
+    void SetUp() override
+    {
+        StoreTest::SetUp();
+        makeTree();
+        m_text.setString(L"kept");
+    }
+    static void makeTree()
+    {
         removeKey(HKEY_CURRENT_USER, settings);
-        setRaw(HKEY_CURRENT_USER, settings + "\\Inner", "n", dword(1));
-        setRaw(HKEY_CURRENT_USER, settings + "\\Inner", "multi", {REG_MULTI_SZ, text("").bytes});
-        value.setString(L"kept");
-    };
-    const auto noSuchPath = static_cast<TarvoConfig::Path>(9);
+        setRaw(HKEY_CURRENT_USER, settings + "\\Item", "n", text("some"));
+        setRaw(HKEY_CURRENT_USER, settings + "\\Item\\Sub", "list", {REG_MULTI_SZ, text("").bytes});
+        setRaw(HKEY_CURRENT_USER, settings + "\\Item\\Sub", "n", text("some"));
+    }
+    void expect(const std::function<int()>& run, const char* refused, const char* calls, int code)
+    {
+        m_trace = {"", refused};
+        EXPECT_EQ(run(), code);
+        EXPECT_EQ(m_trace.calls, calls);
+        m_trace.refused = "";
+    }
+
+    VelaVariant m_text;
+    Trace m_trace;
+    const Patch m_patches[10] = {
+        pretendVersion(7),
+        intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(m_trace.noting("open")),
+        intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(m_trace.noting("create")),
+        intercept<"RegQueryValueExW", decltype(RegQueryValueExW)>(m_trace.noting("query")),
+        intercept<"RegSetValueExW", decltype(RegSetValueExW)>(m_trace.noting("set")),
+        intercept<"RegQueryInfoKeyW", decltype(RegQueryInfoKeyW)>(m_trace.noting("info")),
+        intercept<"RegEnumKeyExW", decltype(RegEnumKeyExW)>(m_trace.noting("key")),
+        intercept<"RegEnumValueW", decltype(RegEnumValueW)>(m_trace.noting("value")),
+        intercept<"RegDeleteValueW", decltype(RegDeleteValueW)>(m_trace.noting("delete")),
+        intercept<"RegDeleteKeyW", decltype(RegDeleteKeyW)>(m_trace.noting("remove"))};
+};
+
+TEST_F(RegistryCalls, OfEachOperation)
+{
     const struct
     {
+        OperationIndex operation;
         LPCWSTR path;
         const char* refused;
-        TarvoConfig::Path root;
-        int expected[std::size(operations)];
+        const char* calls;
+        int code;
     } rows[] = {
-        {L"Inner", "", noSuchPath, {7, 7, 7, 7, 7, 7, 7, 7, 7}},
-        {L"Inner", "", TarvoConfig::eCurrentProfile, {7, 7, 7, 7, 7, 7, 7, 7, 7}}, // there is no profiles key
-        {L"", "", eSettings, {0, 1, 0, 0, 0, 0, 5, 0, 0}},
-        {L"Inner", "", eSettings, {0, 1, 0, 0, 0, 0, 0, 0, 0}},
-        {L"Inner/n", "", eSettings, {7, 0, 0, 0, 0, 0, 1, 1, 1}},
-        {L"Inner/multi", "", eSettings, {7, 2, 0, 0, 0, 0, 1, 1, 1}},
-        {L"None/n", "", eSettings, {7, 1, 0, 0, 0, 1, 1, 1, 1}},
-        {L"Inner", "open create", eSettings, {7, 1, 1, 5, 1, 1, 1, 1, 1}},
-        {L"Inner", "set", eSettings, {0, 1, 5, 0, 5, 0, 0, 0, 0}},
-        {L"Inner", "delete", eSettings, {0, 1, 0, 0, 0, 5, 5, 0, 0}},
-        {L"Inner", "info", eSettings, {0, 1, 0, 0, 0, 0, 0, 5, 5}},
+        {eExists, L"Item", "", "open ~\\Item r", 0},
+        {eExists, nullptr, "", "open ~ r", 0},
+        {eExists, L"None", "", "open ~\\None r = 2", 7},
+        {eExists, L"/A//B/C/", "open", "open ~\\A//B/C/ r = 5", 7},
+        {eExists, L"\\\\A//", "open", "open ~\\\\A// r = 5", 7},
+        {eExists, L"/", "open", "open ~\\ r = 5", 7},
+        {eGet, L"Item/n", "", "open ~\\Item r, query n, query n", 0},
+        {eGet, L"/Item//Sub\\n//", "", "open ~\\Item\\\\Sub r, query n, query n", 0},
+        {eGet, L"Item/Sub/list", "", "open ~\\Item\\Sub r, query list", 2},
+        {eGet, L"Item/none", "", "open ~\\Item r, query none = 2", 1},
+        {eGet, L"None/n", "", "open ~\\None r = 2", 1},
+        {eGet, L"n", "", "open ~ r, query n = 2", 1},
+        {eGet, L"/", "", "open ~ r, query = 2", 1},
+        {eGet, nullptr, "", "open ~ r, query = 2", 1},
+        {eSet, L"Item/n", "", "open ~\\Item w, set n 1 10", 0},
+        {eSet, L"//Item/Sub//n/", "", "open ~\\Item\\Sub w, set n 1 10", 0},
+        {eSet, L"New/n", "", "open ~\\New w = 2, create ~\\New w, set n 1 10", 0},
+        {eSet, L"New/n", "create", "open ~\\New w = 2, create ~\\New w = 5", 1},
+        {eSet, L"Item/n", "set", "open ~\\Item w, set n 1 10 = 5", 5},
+        {eSet, L"/", "", "open ~ w, set 1 10", 0},
+        {eSet, nullptr, "", "open ~ w, set 1 10", 0},
+        {eAddItem, L"Item", "", "open ~\\Item w", 0},
+        {eAddItem, L"New", "", "open ~\\New w = 2, create ~\\New w", 0},
+        {eAddItem, L"/A//B/C/", "open create", "open ~\\A\\\\B\\C w = 5, create ~\\A\\\\B\\C w = 5", 5},
+        {eAddItem, L"/\\", "open create", "open ~\\ w = 5, create ~\\ w = 5", 5},
+        {eAddItem, nullptr, "", "open ~ w", 0},
+        {eAddValue, L"Item/Sub/", "", "open ~\\Item\\Sub w, set n 1 10", 0},
+        {eAddValue, L"New", "create", "open ~\\New w = 2, create ~\\New w = 5", 1},
+        {eAddValue, L"Item", "set", "open ~\\Item w, set n 1 10 = 5", 5},
+        {eRemoveItem, L"/Item//Sub/", "", "open ~\\Item\\ all, remove Sub", 0},
+        {eRemoveItem, L"Item/None", "", "open ~\\Item all, remove None = 2, open None r = 2", 0},
+        {eRemoveItem, L"None/n", "", "open ~\\None all = 2", 1},
+        {eRemoveItem, L"", "open", "open Software\\Acme\\Widget\\2018\\en-US all = 5", 1},
+        {eRemoveItem, L"\\/", "", "", 1},
+        {eRemoveItem, L"Item", "",
+         "open ~ all, remove Item = 5, open Item r, key, remove Item\\Sub, key = 259, remove Item", 0},
+        {eRemoveItem, L"Item/Sub", "remove",
+         "open ~\\Item all, remove Sub = 5, open Sub r, key = 259, remove Sub = 5", 5},
+        {eRemoveValue, L"/Item/", "", "open ~\\Item all, delete n", 0},
+        {eRemoveValue, L"", "", "open ~ all, delete n = 2", 5},
+        {eRemoveValue, L"None", "", "open ~\\None all = 2", 1},
+        {eFindItems, L"/Item/", "", "open ~\\Item all, info", 0},
+        {eFindItems, L"None", "", "open ~\\None all = 2", 1},
+        {eFindValues, L"Item", "info", "open ~\\Item all, info = 5", 5},
     };
     for (const auto& row : rows) {
-        for (const Operation& operation : operations) {
-            SCOPED_TRACE(operation.name + " of " + utf8(row.path) + " without " + row.refused);
-            makeTree();
-            refused = row.refused;
-            const Error error = operation.call(m_config, row.root, row.path, value);
-            EXPECT_EQ(error, row.expected[&operation - operations]);
-            EXPECT_EQ(utf8(value.getString()) == "kept", operation.name != "getValue" || error != eOk);
+        const Operation& operation = operations[row.operation];
+        SCOPED_TRACE(operation.name + " of " + utf8(row.path));
+        makeTree();
+        VelaVariant value(m_text);
+        expect([&] { return operation.call(m_config, eSettings, row.path, value); }, row.refused, row.calls,
+               row.code);
+        EXPECT_EQ(utf8(value.getString()), row.operation == eGet && row.code == eOk ? "some" : "kept");
+    }
+    for (const Operation& operation : operations) {
+        for (const auto root : {TarvoConfig::eCurrentProfile, static_cast<TarvoConfig::Path>(9)}) {
+            SCOPED_TRACE(operation.name); // there is no profiles key, and no such root
+            EXPECT_EQ(operation.call(m_config, root, L"Item", m_text), TarvoConfig::eInvalidInput);
         }
     }
+}
 
-    makeTree();
-    refused = "";
-    TarvoConfig::ItemIterator none;
-    TarvoConfig::ItemIterator item;
-    ASSERT_EQ(m_config.findItem(eSettings, nullptr, item), eOk);
-    TarvoConfig::ItemIterator past(item);
-    EXPECT_EQ(past.step(), eOk);
-    // What reads and what writes give for an item's value.
-    const std::tuple<TarvoConfig::ItemIterator*, LPCWSTR, const char*, int, int> itemRows[] = {
-        {&none, L"n", "", 4, 1},
-        {&past, L"n", "", 4, 4},
-        {&item, L"none", "set", 1, 5},
-        {&item, L"n", "open", 1, 1},
-        {&item, L"multi", "set", 2, 5}};
-    for (const auto& [it, valueName, refusal, reads, writes] : itemRows) {
-        SCOPED_TRACE(utf8(valueName) + " without " + refusal);
-        refused = refusal;
-        EXPECT_EQ(m_config.getValue(*it, valueName, value), reads);
-        EXPECT_EQ(m_config.setValue(*it, valueName, value), writes);
-        EXPECT_EQ(utf8(value.getString()), "kept");
+TEST_F(RegistryCalls, OfAWalk)
+{
+    TarvoConfig::ItemIterator none, items;
+    TarvoConfig::ValueIterator values;
+    wchar_t name[64];
+    long length = 64;
+    VelaVariant value;
+    const struct
+    {
+        std::function<int()> run;
+        const char* refused;
+        const char* calls;
+        int code;
+    } rows[] = {
+        {[&] { return values.value(value); }, "", "", 4},
+        {[&] { return values.setValue(m_text); }, "", "", 4},
+        {[&] { return m_config.findItem(eSettings, L"Item", values); }, "", "open ~\\Item all, info", 0},
+        {[&] { return values.key(name, length); }, "", "value", 0},
+        {[&] { return values.value(value); }, "", "value, query n, query n", 0},
+        {[&] { return values.setValue(m_text); }, "", "value, set n 1 10", 0},
+        {[&] { return values.setValue(m_text); }, "set", "value, set n 1 10 = 5", 5},
+        {[&] { return values.step(); }, "", "", 0},
+        {[&] { return values.value(value); }, "", "value 1 = 259", 4},
+        {[&] { return m_config.getValue(none, L"n", value); }, "", "", 4},
+        {[&] { return m_config.setValue(none, L"n", m_text); }, "", "", 1},
+        {[&] { return m_config.findItem(eSettings, L"Item", items); }, "", "open ~\\Item all, info", 0},
+        {[&] { return items.name(name, length = 64); }, "", "key", 0},
+        {[&] { return m_config.getValue(items, L"n", value); }, "", "key, open Sub r, query n, query n", 0},
+        {[&] { return m_config.getValue(items, L"none", value); }, "", "key, open Sub r, query none = 2", 1},
+        {[&] { return m_config.getValue(items, L"n", value); }, "open", "key, open Sub r = 5", 1},
+        {[&] { return m_config.setValue(items, L"/n/", m_text); }, "", "key, open Sub w, set /n/ 1 10", 0},
+        {[&] { return m_config.setValue(items, L"n", m_text); }, "set", "key, open Sub w, set n 1 10 = 5", 5},
+        {[&] { return m_config.setValue(items, L"n", m_text); }, "open", "key, open Sub w = 5", 1},
+        {[&] { return items.step(); }, "", "", 0},
+        {[&] { return m_config.getValue(items, L"n", value); }, "", "key 1 = 259", 4},
+        {[&] { return m_config.setValue(items, L"n", m_text); }, "", "key 1 = 259", 4},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(&row - rows);
+        expect(row.run, row.refused, row.calls, row.code);
     }
-    const Patch nameless = intercept<"RegEnumKeyExW", decltype(RegEnumKeyExW)>(
-        [](auto, HKEY, DWORD, wchar_t* name, DWORD* length, auto...) {
-            *name = 0;
-            *length = 0;
-            return ERROR_SUCCESS;
-        });
-    EXPECT_EQ(m_config.getValue(item, L"n", value), TarvoConfig::eRegistryError);
 }
 
-TEST_F(Operations, ChangeTheTree)
+TEST_F(RegistryCalls, OfAnItemWithoutAName)
 {
-    VelaVariant value;
-    value.setString(L"new");
-    EXPECT_EQ(m_config.setValue(eSettings, L"Display/Colors/Back", value), eOk);
-    EXPECT_EQ(m_config.setValue(eSettings, nullptr, value), eOk);
-    EXPECT_EQ(m_config.addValue(eSettings, L"Empty/Deep", L"none", VelaVariant()), eOk);
-    const std::string line = "=" + testing::PrintToString(text("new")) + "\n";
-    EXPECT_EQ(tree(HKEY_CURRENT_USER, settings), "[" + settings + "]\n" + line + "[" + settings +
-                                                     "\\Display]\n[" + settings + "\\Display\\Colors]\nBack" +
-                                                     line + "[" + settings + "\\Empty]\n[" + settings +
-                                                     "\\Empty\\Deep]\n");
-    VelaVariant read;
-    EXPECT_EQ(m_config.getValue(eSettings, L"\\Display//Colors\\Back//", read), eOk);
-    EXPECT_EQ(m_config.setValue(eSettings, L"//Display/Colors//Back/", value), eOk); // the same one
-    EXPECT_EQ(m_config.getValue(eSettings, L"", read), eOk);
-    TarvoConfig::ItemIterator item;
-    ASSERT_EQ(m_config.findItem(eSettings, nullptr, item), eOk);
-    EXPECT_EQ(m_config.setValue(item, L"/n/", value), eOk); // of an item, as it is written
-    EXPECT_EQ(getRaw(HKEY_CURRENT_USER, settings + "\\Display", "/n/"), text("new"));
-    EXPECT_EQ(m_config.removeValue(eSettings, L"/Display/", L"/n/"), eOk);
-    item = TarvoConfig::ItemIterator();
-    EXPECT_EQ(m_config.removeValue(eSettings, nullptr, nullptr), eOk);
-    EXPECT_EQ(m_config.removeItem(eSettings, L"Display/Colors"), eOk);
-    EXPECT_EQ(m_config.removeItem(eSettings, L"Empty"), eOk);
-    EXPECT_EQ(m_config.removeItem(eSettings, L"\\/"), TarvoConfig::eNotFound);
-    EXPECT_EQ(tree(HKEY_CURRENT_USER, settings), "[" + settings + "]\n[" + settings + "\\Display]\n");
-    EXPECT_EQ(m_config.removeItem(eSettings, nullptr), eOk);
-    EXPECT_EQ(tree(HKEY_CURRENT_USER, languageRoot), "[" + languageRoot + "]\n");
+    TarvoConfig::ItemIterator items;
+    ASSERT_EQ(m_config.findItem(eSettings, L"Item", items), eOk);
+    const auto nameless = [](auto, HKEY, DWORD, wchar_t* name, DWORD* length, auto...) {
+        *length = *name = 0;
+        return ERROR_SUCCESS;
+    };
+    const Patch patch = intercept<"RegEnumKeyExW", decltype(RegEnumKeyExW)>(nameless);
+    EXPECT_EQ(m_config.getValue(items, L"n", m_text), TarvoConfig::eRegistryError);
 }
 
-/// Whether a path is not too long.
-bool accepts(const Operation& operation, TarvoConfig& config, TarvoConfig::Path root, const std::string& path)
+// ---- Limits, and trees that are removed
+
+class Operations : public StoreTest
 {
-    VelaVariant value;
-    return operation.call(config, root, Wide(path), value) != TarvoConfig::eInvalidInput;
-}
+protected:
+    /// Whether a path is not too long.
+    bool accepts(const Operation& operation, TarvoConfig::Path root, const std::string& path)
+    {
+        VelaVariant value;
+        return operation.call(m_config, root, Wide(path), value) != TarvoConfig::eInvalidInput;
+    }
+    static void make(const std::string& path) { makeKey(HKEY_CURRENT_USER, settings + '\\' + path); }
+};
 
 TEST_F(Operations, TakeRootAndSubPathUpToALimit)
 {
     const std::string root = "Software\\Acme\\Widget";
     for (const Operation& operation : operations) {
-        const bool countsSeparators = operation.name == "isItemExist";
         for (const std::string separator : {"", "/"}) {
-            const std::size_t limit = operation.limit - (countsSeparators ? separator.size() : 0);
+            const std::size_t counted = operation.name == "isItemExist" ? separator.size() : 0;
+            const std::size_t limit = operation.limit - counted;
             for (const std::size_t length : {limit, limit + 1}) {
                 SCOPED_TRACE(operation.name + " of " + std::to_string(length));
                 std::string subPath(length - root.size(), 'k');
                 for (std::size_t at = 200; at < 1000; at += 200) {
                     subPath[at] = '\\';
                 }
-                makeKey(HKEY_CURRENT_USER, std::string(root).append("\\").append(subPath));
-                EXPECT_EQ(accepts(operation, m_config, TarvoConfig::eProductRoot,
-                                  separator + subPath + operation.last),
+                makeKey(HKEY_CURRENT_USER, root + '\\' + subPath);
+                EXPECT_EQ(accepts(operation, TarvoConfig::eProductRoot, separator + subPath + operation.last),
                           length == limit);
             }
         }
@@ -214,55 +250,38 @@ TEST_F(Operations, TakeAnArgumentOf1023Characters)
             // Without separators it may be a value or an item; separators come to nothing, or are not cut.
             const bool named = length == 1023 && !operation.last.empty();
             const bool cut = length == 1023 && operation.name != "isItemExist";
-            EXPECT_EQ(accepts(operation, m_config, eSettings, std::string(length, 'x')), named);
-            EXPECT_EQ(accepts(operation, m_config, eSettings, std::string(length, '/')), cut);
+            EXPECT_EQ(accepts(operation, eSettings, std::string(length, 'x')), named);
+            EXPECT_EQ(accepts(operation, eSettings, std::string(length, '/')), cut);
         }
     }
 }
 
-class Removal : public StoreTest
+TEST_F(Operations, RemoveATreeAndNothingElse)
 {
-protected:
-    static void make(const std::string& path) { makeKey(HKEY_CURRENT_USER, settings + "\\" + path); }
-    static bool exists(const std::string& path)
-    {
-        return keyExists(HKEY_CURRENT_USER, settings + "\\" + path);
-    }
-    Error remove(LPCWSTR item) { return m_config.removeItem(eSettings, item); }
-};
-
-TEST_F(Removal, OfAMissingItemAndOfTrees)
-{
-    std::string deep = "Tree";
-    for (int level = 0; level < 200; ++level) {
-        deep += "\\k";
-    }
     for (const int version : {-1, 7, 8}) {
         SCOPED_TRACE(version);
         const Patch pretended = pretendVersion(version);
-        make(deep);
-        for (int index = 0; index < 1000; ++index) {
-            make("Tree\\Wide\\" + std::to_string(index));
+        for (const char* const key : {"Tree\\a\\b\\c", "Tree\\d", "Tree\\e", "Treetop"}) {
+            make(key);
         }
-        make("Treetop");
-        EXPECT_EQ(remove(L"Tree"), eOk);
-        EXPECT_FALSE(exists("Tree"));
-        EXPECT_TRUE(exists("Treetop"));
-        EXPECT_EQ(remove(L"Tree"), version < 8 ? eOk : TarvoConfig::eRegistryError);
-        EXPECT_EQ(remove(L"Tree\\Item"), TarvoConfig::eNotFound);
+        EXPECT_EQ(m_config.removeItem(eSettings, L"Tree"), eOk);
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, settings), "[" + settings + "]\n[" + settings + "\\Treetop]\n");
+        EXPECT_EQ(m_config.removeItem(eSettings, L"Tree"), version < 8 ? eOk : TarvoConfig::eRegistryError);
+        EXPECT_EQ(m_config.removeItem(eSettings, nullptr), eOk);
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, languageRoot), "[" + languageRoot + "]\n");
     }
 }
 
-TEST_F(Removal, KeyByKeyReaches519Characters)
+TEST_F(Operations, RemoveKeyByKeyUpTo519Characters)
 {
     const Patch version = pretendVersion(7);
     const std::string longest = "T\\" + std::string(250, 'x') + "\\" + std::string(250, 'y') + "\\";
     for (const std::size_t length : {519u, 520u}) {
         make("T\\first");
         make(longest + std::string(length - longest.size(), 'z'));
-        EXPECT_EQ(remove(L"T"), length == 519 ? eOk : TarvoConfig::eRegistryError);
-        EXPECT_FALSE(exists("T\\first")); // what was removed stays removed
-        EXPECT_EQ(exists(longest), length == 520);
+        EXPECT_EQ(m_config.removeItem(eSettings, L"T"), length == 519 ? eOk : TarvoConfig::eRegistryError);
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + "\\T\\first"), ""); // what was removed stays removed
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + '\\' + longest).empty(), length != 520);
     }
 }
 

@@ -4,6 +4,7 @@
 #include "support/test.h"
 
 #include <cstring>
+#include <optional>
 
 namespace testing_support {
 
@@ -38,29 +39,11 @@ inline std::string describe(const VelaVariant& v)
     return out.str();
 }
 
-/// Counts the blocks that a module allocates, and fills them; the one whose number is given cannot be had.
-[[nodiscard]] inline auto countBlocks(int& count, const char* module, int refused = 0)
-{
-    count = 0;
-    const auto allocate = [&count, refused](auto real, std::size_t size) {
-        void* const block = ++count == refused ? nullptr : real(size);
-        return block == nullptr ? nullptr : std::memset(block, 0xCC, size);
-    };
-    return intercept<"malloc", void*(std::size_t)>(allocate, module);
-}
-
 /// The version of Windows that the library is told.
 [[nodiscard]] inline auto pretendVersion(int version)
 {
     return intercept<"velaGetWindowsVersion", decltype(velaGetWindowsVersion)>(
         [=](auto, auto*...) { return version; });
-}
-
-template <typename Iterator>
-Error find(TarvoConfig& config, TarvoConfig::Path root, LPCWSTR path, VelaVariant&)
-{
-    Iterator it;
-    return config.findItem(root, path, it);
 }
 
 /// An operation by path; of isItemExist, eInvalidInput stands for 0.
@@ -71,6 +54,26 @@ struct Operation
     std::string last;  ///< what its argument holds behind the sub-path
     Error (*call)(TarvoConfig&, TarvoConfig::Path, LPCWSTR, VelaVariant&);
 };
+
+enum OperationIndex
+{
+    eExists,
+    eGet,
+    eSet,
+    eAddItem,
+    eAddValue,
+    eRemoveItem,
+    eRemoveValue,
+    eFindItems,
+    eFindValues
+};
+
+template <typename Iterator>
+Error find(TarvoConfig& config, TarvoConfig::Path root, LPCWSTR path, VelaVariant&)
+{
+    Iterator it;
+    return config.findItem(root, path, it);
+}
 
 inline const Operation operations[] = {
     {"isItemExist", 1020, "",

@@ -27,9 +27,8 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
         typed += answer + '\n';
     }
     writeFile(folder / "in", typed);
-    ChildResult result = runIn(folder, program, arguments, options);
-    result.output = readFile(folder / "out");
-    result.errors = readFile(folder / "err");
+    const int exitCode = runIn(folder, program, arguments, options);
+    ChildResult result = {exitCode, readFile(folder / "out"), readFile(folder / "err")};
     std::erase(result.output, '\r'); // of a runtime's text mode
     std::erase(result.errors, '\r');
     return result;
@@ -48,10 +47,14 @@ ChildResult ChildPart::run(const std::filesystem::path& program, const std::vect
     return runProgram(program, all, options);
 }
 
-std::optional<int> runAsChild(int argc, char** argv)
+bool isChild(int argc, char** argv)
 {
-    return argc > 2 && argv[1] == childOption ? std::optional(parts().at(argv[2])({argv + 3, argv + argc}))
-                                              : std::nullopt;
+    return argc > 2 && argv[1] == childOption;
+}
+
+int runAsChild(int argc, char** argv)
+{
+    return parts().at(argv[2])({argv + 3, argv + argc});
 }
 
 } // namespace testing_support

@@ -4,35 +4,23 @@
 #include "support/scratch.h"
 
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace testing_support {
 
-/// A message box as it was seen from outside.
-struct ShownBox
-{
-    std::string caption;
-    std::string text;
-
-    bool operator==(const ShownBox&) const = default;
-};
-
 struct ChildResult
 {
     int exitCode = -1;
     std::string output; ///< of stdout
     std::string errors; ///< of stderr
-    std::vector<ShownBox> boxes;
 };
 
 struct ChildOptions
 {
     std::filesystem::path workingFolder; ///< empty: this process's own
-    /// A button for each message box in turn, "yes", "no" or "ok". On Windows the box's button is pressed, on
-    /// the host the text is typed. A box without an answer is closed (typed: end of input).
+    /// What is typed: lines of its standard input.
     std::vector<std::string> answers;
 };
 
@@ -40,9 +28,10 @@ struct ChildOptions
 ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                        const ChildOptions& options = {});
 
-/// What runProgram does on each target: the folder has the file "in" for stdin and receives "out" and "err".
-ChildResult runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
-                  const std::vector<std::string>& arguments, const ChildOptions& options);
+/// What runProgram does on each target, up to the exit code: the folder has the file "in" for stdin and
+/// receives "out" and "err".
+int runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
+          const std::vector<std::string>& arguments, const ChildOptions& options);
 
 /// A part of a test that runs in a process of its own, in this program or a copy of it.
 class ChildPart
@@ -60,7 +49,8 @@ private:
     const char* m_name;
 };
 
-/// What the program's main asks first: the result, if this process is a child.
-std::optional<int> runAsChild(int argc, char** argv);
+/// Whether this process was started by ChildPart::run, and what it does then.
+bool isChild(int argc, char** argv);
+int runAsChild(int argc, char** argv);
 
 } // namespace testing_support

@@ -1,6 +1,8 @@
 // The configuration object as a test sees it.
 #pragma once
 
+#include "support/text.h"
+
 #include <RkUInfo.h>
 
 namespace testing_support {
@@ -9,26 +11,22 @@ namespace testing_support {
 class Config : public TarvoConfig
 {
 public:
-    Config() = default;
-
-    using TarvoConfig::buildRootPathFromCompany;
-    using TarvoConfig::buildRootPathFromProduct;
-    using TarvoConfig::getCurrentProfileNameFromReg;
-    using TarvoConfig::getIniFilePath;
-    using TarvoConfig::initCompanyName;
-    using TarvoConfig::initLanguageName;
-    using TarvoConfig::initProductName;
-    using TarvoConfig::initProfileName;
-    using TarvoConfig::isLangFolderExist;
-    using TarvoConfig::isLangGuidExist;
-    using TarvoConfig::isLanguageExist;
-    using TarvoConfig::queryAInstalledLangInOrder;
-    using TarvoConfig::readIniInt;
-    using TarvoConfig::readIniString;
-    using TarvoConfig::refreshLanguageName;
-    using TarvoConfig::refreshProductName;
-    using TarvoConfig::verifyResourcePath;
+    using TarvoConfig::buildRootPathFromCompany, TarvoConfig::buildRootPathFromProduct;
+    using TarvoConfig::getCurrentProfileNameFromReg, TarvoConfig::initProfileName;
+    using TarvoConfig::getIniFilePath, TarvoConfig::readIniInt, TarvoConfig::readIniString;
+    using TarvoConfig::initCompanyName, TarvoConfig::initProductName, TarvoConfig::initLanguageName;
+    using TarvoConfig::isLangFolderExist, TarvoConfig::isLangGuidExist, TarvoConfig::isLanguageExist;
+    using TarvoConfig::queryAInstalledLangInOrder, TarvoConfig::verifyResourcePath;
+    using TarvoConfig::refreshLanguageName, TarvoConfig::refreshProductName;
 };
+
+/// A subtree's key path.
+inline std::string rootPath(const TarvoConfig& config, int path)
+{
+    wchar_t key[1024] = L"?";
+    config.getRegRootPath(static_cast<TarvoConfig::Path>(path), key);
+    return utf8(key);
+}
 
 /// Starts the process's configuration as a rebranded product, whose languages need no uninstall entry: the
 /// key path of its language is Software\Acme\Widget\2018\en-US.

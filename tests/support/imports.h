@@ -1,29 +1,32 @@
 // The seam between the library and the system: the calls that a module imports, replaced for a while.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <memory>
-#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace testing_support {
 
 /// The module under test and this program's own.
 extern const char* const libraryModule;
-extern const char* const programModule;
+inline constexpr const char* programModule = nullptr;
 
 /// Where a loaded module keeps the addresses of a function that it imports, named as in the source
-/// ("RegCloseKey", "RkLocker::lock"); they can be written. Throws
-/// std::runtime_error when the module imports no such function.
+/// ("RegCloseKey", "RkLocker::lock"); they can be written. Throws std::runtime_error when the module imports
+/// no such function.
 std::vector<void**> importSlots(const char* module, const char* function);
 
 /// A function's name as a template's argument: each replaced function has a state of its own.
-template <std::size_t Size>
 struct Name
 {
-    consteval Name(const char (&literal)[Size]) { std::copy_n(literal, Size, text); }
-    char text[Size];
+    consteval Name(const char* name)
+    {
+        for (char* out = text; *name != 0; ++name, ++out) {
+            *out = *name;
+        }
+    }
+    char text[32] = {};
 };
 
 /// Whether a module's heap operators are its own, over the malloc that it imports, as Visual C++ has them.
@@ -32,28 +35,29 @@ inline constexpr bool hasOwnHeapOperators = true;
 #else
 inline constexpr bool hasOwnHeapOperators = false;
 #endif
+/// Where a module asks for an array's memory.
+inline constexpr const char* arrayNew = hasOwnHeapOperators ? "malloc"
+                                        : sizeof(long) == 8 ? "_Znam"
+                                                            : "_Znay";
 
 /// Holds while a function is replaced.
 using Patch = std::shared_ptr<void>;
 
 template <Name name, typename Handler, typename Result, typename... Arguments>
-Patch replaceImport(const char* module, Handler handler, std::type_identity<Result(Arguments...)>)
+Patch replaceImport(const char* module, Handler handler, Result (*)(Arguments...))
 {
-    struct State
-    {
-        Handler handler;
-        Result (*real)(Arguments...);
-    };
-    static State* active = nullptr;
-    Result (*const call)(Arguments...) = [](Arguments... arguments) -> Result {
-        return active->handler(active->real, arguments...);
+    using Function = Result (*)(Arguments...);
+    static std::pair<Handler, Function>* active = nullptr;
+    const Function call = [](Arguments... arguments) -> Result {
+        return active->first(active->second, arguments...);
     };
     const std::vector<void**> slots = importSlots(module, name.text);
     void* const original = *slots.front();
-    State* const before = active;
-    active = new State{handler, reinterpret_cast<Result (*)(Arguments...)>(original)};
-    Patch patch(active, [=](State* state) {
-        std::for_each(slots.begin(), slots.end(), [=](void** slot) { *slot = original; });
+    auto* const before = std::exchange(active, new std::pair(handler, reinterpret_cast<Function>(original)));
+    Patch patch(active, [=](auto* state) {
+        for (void** const slot : slots) {
+            *slot = original;
+        }
         active = before;
         delete state;
     });
@@ -68,7 +72,7 @@ Patch replaceImport(const char* module, Handler handler, std::type_identity<Resu
 template <Name name, typename Signature, typename Handler>
 [[nodiscard]] Patch intercept(Handler handler, const char* module = libraryModule)
 {
-    return replaceImport<name>(module, handler, std::type_identity<Signature>());
+    return replaceImport<name>(module, handler, static_cast<Signature*>(nullptr));
 }
 
 } // namespace testing_support

@@ -21,7 +21,7 @@ const fs::path& scratchFolder()
     return folder;
 }
 
-Isolation::Isolation() : m_owner(std::getenv(variable) == nullptr)
+Isolation::Isolation(bool isChild) : m_owner(!isChild)
 {
     if (m_owner) {
         std::random_device random;

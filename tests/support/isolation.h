@@ -14,7 +14,7 @@ void shareWithChildren(const char* variable, const std::string& value);
 class Isolation
 {
 public:
-    Isolation();
+    explicit Isolation(bool isChild);
     Isolation(const Isolation&) = delete;
     Isolation& operator=(const Isolation&) = delete;
     ~Isolation();

@@ -1,39 +1,25 @@
 #include "support/names.h"
 
+#include <string>
+
 namespace testing_support {
-
-namespace {
-
-constexpr std::size_t none = std::string_view::npos;
-
-#ifdef _MSC_VER
-std::string mangled(const std::string& type, const std::string& function)
-{
-    const std::string name = function[0] == '~' ? "?1" : function + '@';
-    return '?' + name + (type.empty() ? "" : type + '@') + '@';
-}
-#else
-std::string mangled(const std::string& type, const std::string& function)
-{
-    const auto counted = [](const std::string& name) { return std::to_string(name.size()) + name; };
-    return type.empty() ? "_Z" + counted(function)
-                        : "_ZN" + counted(type) + (function[0] == '~' ? "D1" : counted(function)) + 'E';
-}
-#endif
-
-} // namespace
-
-std::string startOfName(std::string_view function)
-{
-    const std::size_t colons = function.find("::");
-    return colons == none
-               ? mangled("", std::string(function))
-               : mangled(std::string(function.substr(0, colons)), std::string(function.substr(colons + 2)));
-}
 
 bool isNameOf(std::string_view symbol, std::string_view function)
 {
-    return symbol == function || symbol.starts_with(startOfName(function));
+    const std::size_t colons = function.find("::");
+    const bool isMember = colons != std::string_view::npos;
+    const std::string type(isMember ? function.substr(0, colons) : "");
+    const std::string name(isMember ? function.substr(colons + 2) : function);
+    const bool isDestructor = name[0] == '~';
+#ifdef _MSC_VER
+    const std::string start =
+        '?' + (isDestructor ? "?1" : name + '@') + (isMember ? type + '@' : std::string()) + '@';
+#else
+    const auto counted = [](const std::string& part) { return std::to_string(part.size()) + part; };
+    const std::string start =
+        isMember ? "_ZN" + counted(type) + (isDestructor ? "D1" : counted(name)) + 'E' : "_Z" + counted(name);
+#endif
+    return symbol == function || symbol.starts_with(start);
 }
 
 } // namespace testing_support

@@ -1,14 +1,14 @@
 // The registry as raw calls see it.
 #pragma once
 
+#include "support/text.h"
+
 #include <windows.h>
 
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-#include <type_traits>
-#include <vector>
 
 namespace testing_support {
 
@@ -16,7 +16,7 @@ struct CloseKey
 {
     void operator()(HKEY key) const { RegCloseKey(key); }
 };
-using OwnedKey = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
+using OwnedKey = std::unique_ptr<HKEY__, CloseKey>;
 
 struct RawValue
 {
@@ -26,7 +26,7 @@ struct RawValue
     bool operator==(const RawValue&) const = default;
 };
 
-/// How a value is printed in a failure: its type and its bytes in hexadecimal.
+/// How a value is printed in a failure.
 void PrintTo(const RawValue& value, std::ostream* stream);
 
 /// A REG_SZ of an UTF-8 text, terminator included.
@@ -34,9 +34,7 @@ RawValue text(const std::string& utf8);
 RawValue dword(std::uint32_t number);
 
 /// Makes the key and everything above it, or opens it.
-OwnedKey createKey(HKEY root, const std::string& path);
-void makeKey(HKEY root, const std::string& path);
-bool keyExists(HKEY root, const std::string& path);
+OwnedKey makeKey(HKEY root, const std::string& path);
 void removeKey(HKEY root, const std::string& path);
 
 /// Sets a value, making the key. An empty name is the default value.
@@ -45,13 +43,12 @@ std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::st
 
 /// RegEnumValueW or RegEnumKeyExW, for a name alone.
 LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* length);
-/// The names of a key's values or sub-keys, in their order.
-std::vector<std::string> namesIn(bool values, HKEY key);
 
-/// Every key and value at and below a key, a line each; equal texts mean equal trees.
+/// Every key and value at and below a key, a line each; equal texts mean equal trees, and an empty one no
+/// key.
 std::string tree(HKEY root, const std::string& path);
 
 /// Marks a language as installed for the default product.
-void addUninstallEntry(int lcid);
+void addUninstallEntry(long lcid);
 
 } // namespace testing_support

@@ -12,23 +12,6 @@ namespace testing_support {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-#if defined(_WIN32)
-constexpr char programSuffix[] = ".exe";
-constexpr std::size_t drive = 0; // characters that a path of the target does not begin with
-#else
-constexpr char programSuffix[] = "";
-constexpr std::size_t drive = 2;
-#endif
-
-fs::path binFolder()
-{
-    return thisProgram().parent_path();
-}
-
-} // namespace
-
 std::string windowsPath(const fs::path& path)
 {
     std::string text = path.string();
@@ -50,6 +33,7 @@ std::string readFile(const fs::path& file)
 
 fs::path thisProgram()
 {
+    constexpr std::size_t drive = onHost ? 2 : 0; // which a host's own paths have not
     wchar_t path[1024] = {};
     GetModuleFileNameW(nullptr, path, 1024);
     std::string text = utf8(path);
@@ -61,7 +45,7 @@ Application::Application(std::string_view folderName) : m_folder(scratchFolder()
 {
     fs::create_directories(m_folder);
     fs::create_hard_link(thisProgram(), program());
-    for (const auto& entry : fs::directory_iterator(binFolder())) {
+    for (const auto& entry : fs::directory_iterator(thisProgram().parent_path())) {
         if (entry.path().extension() == ".dll") { // on the host, programs find their libraries where they are
             fs::create_hard_link(entry.path(), m_folder / entry.path().filename());
         }
@@ -70,13 +54,13 @@ Application::Application(std::string_view folderName) : m_folder(scratchFolder()
 
 fs::path Application::program() const
 {
-    return (m_folder / "cad") += programSuffix;
+    return m_folder / fs::path("cad").replace_extension(thisProgram().extension());
 }
 
 fs::path Application::addProgram(std::string_view name) const
 {
-    const fs::path fileName = fs::path(name) += programSuffix;
-    fs::create_hard_link(binFolder() / fileName, m_folder / fileName);
+    const fs::path fileName = fs::path(name).replace_extension(thisProgram().extension());
+    fs::create_hard_link(thisProgram().replace_filename(fileName), m_folder / fileName);
     return m_folder / fileName;
 }
 
@@ -85,12 +69,7 @@ void Application::addLanguage(std::string_view shortName) const
     const fs::path library = fs::path(shortName) / "RkUInfoRes.dll";
     fs::create_directories(m_folder / shortName);
     // No link: a file that another process has loaded cannot be removed by any of its names.
-    fs::copy_file(binFolder() / library, m_folder / library);
-}
-
-void Application::writeIni(std::string_view text, std::string_view fileName) const
-{
-    writeFile(m_folder / fileName, text);
+    fs::copy_file(thisProgram().replace_filename(library), m_folder / library);
 }
 
 } // namespace testing_support

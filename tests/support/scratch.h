@@ -7,6 +7,9 @@
 
 namespace testing_support {
 
+/// Whether this is no Windows.
+inline constexpr bool onHost = std::filesystem::path::preferred_separator == '/';
+
 /// The folder of this process and its children, removed when the process ends.
 const std::filesystem::path& scratchFolder();
 
@@ -34,7 +37,10 @@ public:
     std::filesystem::path addProgram(std::string_view name) const;
     /// Makes a language's folder with a library in it.
     void addLanguage(std::string_view shortName) const;
-    void writeIni(std::string_view text, std::string_view fileName = "TARVO.ini") const;
+    void writeIni(std::string_view text, std::string_view fileName = "TARVO.ini") const
+    {
+        writeFile(m_folder / fileName, text);
+    }
 
 private:
     std::filesystem::path m_folder;

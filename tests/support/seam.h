@@ -6,6 +6,7 @@
 #include "support/scratch.h"
 #include "support/text.h"
 
+#include <gtest/gtest.h>
 #include <windows.h>
 
 #include <algorithm>
@@ -18,52 +19,46 @@ namespace testing_support {
 inline std::string exportedName(std::string_view function)
 {
     std::istringstream names(readFile(RKUINFO_EXPORTS));
-    for (std::string name; std::getline(names, name);) {
-        if (isNameOf(name, function)) {
-            return name;
-        }
+    std::string name;
+    while (std::getline(names, name) && !isNameOf(name, function)) {
     }
-    return "";
+    return name;
 }
 
-/// A handler that counts a registry function's successes.
-inline auto counting(int& counter)
-{
-    return [&counter](auto real, auto... arguments) {
-        const LSTATUS status = real(arguments...);
-        counter += status == ERROR_SUCCESS ? 1 : 0;
-        return status;
-    };
-}
-
-/// Counts the registry keys that the library opens and closes while it lives.
+/// Counts the registry keys that the library opens and closes; when it goes, none may be left open.
 class KeyCounter
 {
 public:
     KeyCounter() = default;
     KeyCounter(const KeyCounter&) = delete;
     KeyCounter& operator=(const KeyCounter&) = delete;
-    ~KeyCounter() = default;
+    ~KeyCounter() { EXPECT_EQ(m_open, 0); }
 
-    int opened() const { return m_opened; }
-    int stillOpen() const { return m_opened - m_closed; }
+    int stillOpen() const { return m_open; }
 
 private:
-    int m_opened = 0;
-    int m_closed = 0;
-    Patch m_open = intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(counting(m_opened));
-    Patch m_create = intercept<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(counting(m_opened));
-    Patch m_close = intercept<"RegCloseKey", decltype(RegCloseKey)>(counting(m_closed));
+    template <Name name, typename Function>
+    Patch counting(int change)
+    {
+        return intercept<name, Function>([this, change](auto real, auto... arguments) {
+            const LSTATUS status = real(arguments...);
+            m_open += status == ERROR_SUCCESS ? change : 0;
+            return status;
+        });
+    }
+
+    int m_open = 0;
+    Patch m_patches[3] = {counting<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(1),
+                          counting<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(1),
+                          counting<"RegCloseKey", decltype(RegCloseKey)>(-1)};
 };
 
 /// Lets the library believe that the process's executable has another path, of any length; empty: none can be
 /// read.
 [[nodiscard]] inline Patch pretendExecutable(const std::string& pretended)
 {
-    const auto answer = [path = Wide(pretended)](auto real, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
-        if (module != GetModuleHandleW(nullptr) && module != nullptr) {
-            return real(module, out, size);
-        }
+    const auto answer = [path = Wide(pretended)](auto, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
+        EXPECT_TRUE(module == nullptr || module == GetModuleHandleW(nullptr));
         const auto length = static_cast<DWORD>(path.length());
         if (length == 0) {
             SetLastError(ERROR_ACCESS_DENIED);
@@ -80,5 +75,14 @@ private:
     };
     return intercept<"GetModuleFileNameW", decltype(GetModuleFileNameW)>(answer);
 }
+
+/// A test that runs as an application in a folder of its own, and leaves no key open.
+class ApplicationTest : public testing::Test
+{
+protected:
+    const KeyCounter m_keys;
+    const Application m_application;
+    const Patch m_pretended = pretendExecutable(windowsPath(m_application.program()));
+};
 
 } // namespace testing_support

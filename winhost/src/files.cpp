@@ -1,5 +1,6 @@
 // File searches, the access check and the working directory.
 #include "host_path.h"
+#include "last_error.h"
 
 #include <io.h>
 #include <windows.h>
@@ -165,7 +166,7 @@ BOOL SetCurrentDirectoryW(LPCWSTR path)
         return FALSE;
     }
     if (chdir(folder->c_str()) != 0) {
-        winhost::setLastErrorFromErrno();
+        SetLastError(winhost::errorOf(errno, ERROR_ACCESS_DENIED));
         return FALSE;
     }
     return TRUE;

@@ -1,5 +1,7 @@
 #include "host_path.h"
 
+#include "last_error.h"
+
 #include <windows.h>
 
 #include <algorithm>
@@ -168,7 +170,7 @@ std::optional<std::string> readFile(const std::string& hostFile, std::size_t mos
 {
     struct stat status = {};
     if (stat(hostFile.c_str(), &status) != 0) {
-        setLastErrorFromErrno();
+        SetLastError(errorOf(errno, ERROR_ACCESS_DENIED));
         return std::nullopt;
     }
     if (!S_ISREG(status.st_mode)) {
@@ -184,31 +186,6 @@ std::optional<std::string> readFile(const std::string& hostFile, std::size_t mos
         return fail(ERROR_ACCESS_DENIED);
     }
     return std::move(bytes).str();
-}
-
-void setLastErrorFromErrno()
-{
-    switch (errno) {
-    case ENOENT:
-        SetLastError(ERROR_FILE_NOT_FOUND);
-        break;
-    case ENOTDIR:
-        SetLastError(ERROR_DIRECTORY);
-        break;
-    case ENAMETOOLONG:
-        SetLastError(ERROR_FILENAME_EXCED_RANGE);
-        break;
-    case EMFILE:
-    case ENFILE:
-        SetLastError(ERROR_TOO_MANY_OPEN_FILES);
-        break;
-    case ENOMEM:
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        break;
-    default:
-        SetLastError(ERROR_ACCESS_DENIED);
-        break;
-    }
 }
 
 } // namespace winhost

@@ -35,7 +35,4 @@ TextView fileName(TextView path);
 /// ERROR_FILE_TOO_LARGE for one of more bytes than are told.
 std::optional<std::string> readFile(const std::string& hostFile, std::size_t most = SIZE_MAX);
 
-/// The host's error number as a last error.
-void setLastErrorFromErrno();
-
 } // namespace winhost

@@ -17,7 +17,6 @@
 namespace testing_support {
 
 const char* const libraryModule = "libRkUInfo.so";
-const char* const programModule = nullptr;
 
 namespace {
 

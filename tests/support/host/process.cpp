@@ -4,29 +4,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <fstream>
-
 namespace testing_support {
 
-namespace {
-
-/// The boxes that the host's message box printed: a caption and a text, separated by a colon, on a line each.
-std::vector<ShownBox> boxesIn(const std::filesystem::path& file)
-{
-    std::vector<ShownBox> boxes;
-    std::ifstream errors(file);
-    for (std::string line; std::getline(errors, line);) {
-        if (const std::size_t colon = line.find(": "); colon != std::string::npos) {
-            boxes.push_back({line.substr(0, colon), line.substr(colon + 2)});
-        }
-    }
-    return boxes;
-}
-
-} // namespace
-
-ChildResult runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
-                  const std::vector<std::string>& arguments, const ChildOptions& options)
+int runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
+          const std::vector<std::string>& arguments, const ChildOptions& options)
 {
     std::vector<std::string> words = {program.string()};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -47,10 +28,7 @@ ChildResult runIn(const std::filesystem::path& folder, const std::filesystem::pa
     }
     int status = 0;
     waitpid(child, &status, 0);
-    ChildResult result;
-    result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    result.boxes = boxesIn(folder / "err");
-    return result;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
 } // namespace testing_support

@@ -11,7 +11,6 @@
 namespace testing_support {
 
 const char* const libraryModule = "RkUInfo.dll";
-const char* const programModule = nullptr;
 
 namespace {
 

@@ -43,6 +43,8 @@ void shareWithChildren(const char* variable, const std::string& value)
 void joinHome(const std::filesystem::path& scratch)
 {
     const std::string path = "Software\\" + ownPath(scratch);
+    // A process that crashes ends so, without a debugger.
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { return EXCEPTION_EXECUTE_HANDLER; });
     redirect(HKEY_LOCAL_MACHINE, path + "\\Machine");
     redirect(HKEY_CURRENT_USER, path + "\\User"); // last: the paths are those of the real one
 }

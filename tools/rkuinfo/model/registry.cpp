@@ -34,6 +34,7 @@ constexpr Reason reasons[] = {
     {ERROR_REGISTRY_IO_FAILED, "the registry cannot be read or written", "look for a fault of the disk"},
     {ERROR_KEY_DELETED, "another process has removed it", "try again"},
     {ERROR_NO_SYSTEM_RESOURCES, "the system is short of resources", "end other programs"},
+    {ERROR_TOO_MANY_OPEN_FILES, "the process has too many files open", "end other programs"},
 };
 
 Trouble trouble(LSTATUS status, const std::string& key)

@@ -1,9 +1,7 @@
 // The registry calls.
-#include "registry/cache.h"
-#include "registry/handles.h"
+#include "registry/memory.h"
 
 #include <cstring>
-#include <new>
 
 using namespace winhost;
 using namespace winhost::registry;
@@ -16,58 +14,60 @@ TextView nameOf(const wchar_t* text)
     return text != nullptr ? TextView(text) : TextView();
 }
 
-/// Runs use(node) on a key that must have been opened with the rights.
+/// Asks in a key that must have been opened with the rights. use(answer) runs on what there is, with the
+/// memory locked.
 template <typename Use>
-LSTATUS onKey(HKEY key, REGSAM needed, Use use)
+LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {
-    NodeId node = 0;
-    if (const LSTATUS status = resolve(key, needed, node)) {
-        return status;
-    }
-    try {
-        return use(node);
-    } catch (const std::bad_alloc&) {
-        return ERROR_NOT_ENOUGH_MEMORY;
-    }
-}
-
-/// Runs use(answer) on what is remembered or in the store.
-template <typename Use>
-LSTATUS lookUp(const Question& question, Use use)
-{
-    LSTATUS status = ERROR_SUCCESS;
-    const auto take = [&](const Answer& answer) {
-        status = answer.status != ERROR_SUCCESS ? answer.status : use(answer);
-    };
-    if (!cache().recall(question, take)) {
-        Answer found;
-        {
-            const Access in(Access::eReading);
-            if (in.status() != ERROR_SUCCESS) {
-                return in.status();
-            }
-            found = find(question);
+    return outcome([&]() -> LSTATUS {
+        std::unique_lock<std::mutex> lock(memory().mutex);
+        if (const LSTATUS status = memory().resolve(key, needed, question.node)) {
+            return status;
         }
-        take(found);
-    }
-    return status;
+        const Answer* answer = memory().recall(question);
+        Answer found;
+        if (answer == nullptr) {
+            lock.unlock();
+            const Access in(Access::eReading);
+            found = find(question);
+            answer = &found;
+            lock.lock();
+        }
+        return answer->status != ERROR_SUCCESS ? answer->status : use(*answer);
+    });
 }
 
-LSTATUS findPath(NodeId start, TextView path, NodeId& found)
+LSTATUS findKey(HKEY key, REGSAM needed, TextView path, NodeId& found)
 {
-    return lookUp({Question::ePath, start, path}, [&](const Answer& answer) {
+    return ask(key, needed, {Question::ePath, path}, [&](const Answer& answer) {
         found = answer.node;
         return ERROR_SUCCESS;
     });
 }
 
-/// Changes the store in one transaction, which is kept if use() succeeds.
-template <typename Use>
-LSTATUS change(Use use)
+NodeId nodeOf(HKEY key, REGSAM needed)
 {
-    Access in(Access::eWriting);
-    const LSTATUS status = in.status() != ERROR_SUCCESS ? in.status() : use();
-    return status != ERROR_SUCCESS ? status : in.commit();
+    const std::lock_guard<std::mutex> lock(memory().mutex);
+    NodeId node = 0;
+    check(memory().resolve(key, needed, node));
+    return node;
+}
+
+constexpr auto nothing = [] {};
+
+/// Runs work(node) as one transaction, and when that is kept then(), with the memory locked.
+template <typename Work, typename Then = decltype(nothing)>
+LSTATUS change(Access::Purpose purpose, HKEY key, REGSAM needed, Work work, Then then = nothing)
+{
+    return outcome([&] {
+        const NodeId node = nodeOf(key, needed);
+        Access in(purpose);
+        work(node);
+        in.commit();
+        const std::lock_guard<std::mutex> lock(memory().mutex);
+        then();
+        return ERROR_SUCCESS;
+    });
 }
 
 /// Fills an optional result.
@@ -77,12 +77,6 @@ void give(Result* out, Value value)
     if (out != nullptr) {
         *out = static_cast<Result>(value);
     }
-}
-
-/// A predefined key opened on itself is itself.
-HKEY handleOf(HKEY parent, NodeId from, NodeId found, REGSAM access)
-{
-    return found == from && isPredefined(parent) ? parent : openHandle(found, access);
 }
 
 /// Copies a text with its terminator if there is room for both, and gives its length then.
@@ -132,11 +126,9 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY resu
         return ERROR_INVALID_PARAMETER;
     }
     *result = nullptr;
-    return onKey(key, 0, [&](NodeId node) {
-        NodeId found = 0;
-        const LSTATUS status = findPath(node, nameOf(subKey), found);
-        *result = status == ERROR_SUCCESS ? handleOf(key, node, found, access) : nullptr;
-        return status;
+    return ask(key, 0, {Question::ePath, nameOf(subKey)}, [&](const Answer& found) {
+        *result = found.node == rootOf(key) ? key : memory().open(found.node, access);
+        return ERROR_SUCCESS;
     });
 }
 
@@ -146,25 +138,24 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     if (result == nullptr || reserved != 0) {
         return ERROR_INVALID_PARAMETER;
     }
-    *result = nullptr;
-    return onKey(key, 0, [&](NodeId node) {
-        NodeId found = 0;
-        bool created = false;
-        LSTATUS status = findPath(node, nameOf(subKey), found);
-        if (status == ERROR_FILE_NOT_FOUND) {
-            status = change([&] { return createPath(node, nameOf(subKey), found, created); });
-        }
-        if (status == ERROR_SUCCESS) {
-            *result = handleOf(key, node, found, access);
-            give(disposition, created ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
-        }
-        return status;
-    });
+    LSTATUS status = RegOpenKeyExW(key, subKey, 0, access, result);
+    const bool isNew = status == ERROR_FILE_NOT_FOUND;
+    if (isNew) {
+        NodeId made = 0;
+        status = change(
+            Access::eChangingKeys, key, 0, [&](NodeId node) { made = createPath(node, nameOf(subKey)); },
+            [&] { *result = memory().open(made, access); });
+    }
+    if (status == ERROR_SUCCESS) {
+        give(disposition, isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
+    }
+    return status;
 }
 
 LSTATUS RegCloseKey(HKEY key)
 {
-    return closeHandle(key);
+    const std::lock_guard<std::mutex> lock(memory().mutex);
+    return memory().close(key);
 }
 
 LSTATUS RegDeleteKeyW(HKEY key, LPCWSTR subKey)
@@ -172,29 +163,24 @@ LSTATUS RegDeleteKeyW(HKEY key, LPCWSTR subKey)
     if (subKey == nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    return onKey(key, 0, [&](NodeId node) {
-        NodeId found = 0;
-        const LSTATUS status = findPath(node, subKey, found);
-        return status != ERROR_SUCCESS ? status : change([&] { return deleteKey(found); });
-    });
+    NodeId found = 0;
+    const LSTATUS status = findKey(key, 0, subKey, found);
+    return status != ERROR_SUCCESS ? status
+                                   : change(Access::eChangingKeys, key, 0, [&](NodeId) { deleteKey(found); });
 }
 
 LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
 {
     const TextView path = nameOf(subKey);
-    const REGSAM needed = path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0;
-    return onKey(key, needed, [&](NodeId node) {
-        NodeId found = 0;
-        LSTATUS status = findPath(node, path, found);
-        if (status == ERROR_SUCCESS && path.empty()) { // who has values needs the right to set them, too
-            status = lookUp({Question::eValueAt, node}, [&](const Answer&) {
-                NodeId writable = 0;
-                return resolve(key, KEY_SET_VALUE, writable);
-            });
-        }
-        const bool mayDelete = status == ERROR_SUCCESS || status == ERROR_NO_MORE_ITEMS;
-        return mayDelete ? change([&] { return deleteTree(found, !path.empty()); }) : status;
-    });
+    NodeId found = 0;
+    LSTATUS status = findKey(key, path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0, path, found);
+    if (status == ERROR_SUCCESS && path.empty()) { // who has values needs the right to set them, too
+        status = ask(key, 0, {Question::eValueAt},
+                     [&](const Answer&) { return memory().resolve(key, KEY_SET_VALUE, found); });
+    }
+    return status != ERROR_SUCCESS && status != ERROR_NO_MORE_ITEMS
+               ? status
+               : change(Access::eChangingKeys, key, 0, [&](NodeId) { deleteTree(found, !path.empty()); });
 }
 
 LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LPDWORD reserved,
@@ -203,15 +189,10 @@ LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LP
     if (name == nullptr || nameLength == nullptr || reserved != nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    return onKey(key, KEY_ENUMERATE_SUB_KEYS, [&](NodeId node) {
-        return lookUp({Question::eSubKeyAt, node, {}, index}, [&](const Answer& subKey) -> LSTATUS {
-            if (subKey.name.size() >= *nameLength || !giveNoClass(keyClass, classLength)) {
-                return ERROR_MORE_DATA;
-            }
-            giveText(subKey.name, name, nameLength);
-            give(lastWrite, FILETIME());
-            return ERROR_SUCCESS;
-        });
+    give(lastWrite, FILETIME());
+    return ask(key, KEY_ENUMERATE_SUB_KEYS, {Question::eSubKeyAt, {}, index}, [&](const Answer& subKey) {
+        const bool fits = subKey.name.size() < *nameLength && giveNoClass(keyClass, classLength);
+        return fits && giveText(subKey.name, name, nameLength) ? ERROR_SUCCESS : ERROR_MORE_DATA;
     });
 }
 
@@ -223,25 +204,21 @@ LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLength, LPDWORD
     if (keyClass != nullptr && classLength == nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    return onKey(key, KEY_QUERY_VALUE, [&](NodeId node) {
-        Measure ofSubKeys;
-        Measure ofValues;
+    return outcome([&] {
+        const NodeId node = nodeOf(key, KEY_QUERY_VALUE);
         const Access in(Access::eReading);
-        const LSTATUS status =
-            in.status() != ERROR_SUCCESS ? in.status() : measure(node, ofSubKeys, ofValues);
-        if (status == ERROR_SUCCESS) {
-            constexpr std::int64_t unit = sizeof(wchar_t);
-            give(subKeys, ofSubKeys.count);
-            give(maxSubKeyLength, ofSubKeys.longestName / unit);
-            give(maxClassLength, 0);
-            give(values, ofValues.count);
-            give(maxValueNameLength, ofValues.longestName / unit);
-            give(maxValueLength, ofValues.longestData);
-            give(securityDescriptorSize, 0);
-            give(lastWrite, FILETIME());
-            giveNoClass(keyClass, classLength);
-        }
-        return status;
+        const Measure found = measure(node);
+        constexpr std::int64_t unit = sizeof(wchar_t);
+        give(subKeys, found.subKeys);
+        give(maxSubKeyLength, found.longestSubKey / unit);
+        give(maxClassLength, 0);
+        give(values, found.values);
+        give(maxValueNameLength, found.longestValueName / unit);
+        give(maxValueLength, found.longestData);
+        give(securityDescriptorSize, 0);
+        give(lastWrite, FILETIME());
+        giveNoClass(keyClass, classLength);
+        return ERROR_SUCCESS;
     });
 }
 
@@ -256,11 +233,9 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
     if (data == nullptr) {
         give(size, 0); // also where there is no value
     }
-    return onKey(key, KEY_QUERY_VALUE, [&](NodeId node) {
-        return lookUp({Question::eValue, node, nameOf(valueName)}, [&](const Answer& value) {
-            give(type, value.type);
-            return giveData(value, data, size);
-        });
+    return ask(key, KEY_QUERY_VALUE, {Question::eValue, nameOf(valueName)}, [&](const Answer& value) {
+        give(type, value.type);
+        return giveData(value, data, size);
     });
 }
 
@@ -269,42 +244,33 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
     if (data == nullptr && size != 0) {
         return ERROR_NOACCESS;
     }
-    const TextView name = nameOf(valueName);
+    Question question{Question::eValue, nameOf(valueName)};
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    return onKey(key, KEY_SET_VALUE, [&](NodeId node) -> LSTATUS {
-        if (name.size() > longestValueName) {
-            return ERROR_INVALID_PARAMETER;
-        }
-        const Question question{Question::eValue, node, name};
-        bool isThere = false;
-        LSTATUS status = lookUp(question, [&](const Answer& value) {
-            isThere = value.type == type && value.data == bytes;
-            return ERROR_SUCCESS;
-        });
-        if (isThere || (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)) {
-            return status;
-        }
-        Access in(Access::eWriting);
-        const std::uint64_t shape = cache().tagOf(Question::ePath);
-        Answer written;
-        status = in.status() != ERROR_SUCCESS ? in.status() : setValue(node, name, type, bytes, written);
-        status = status != ERROR_SUCCESS ? status : in.commit();
-        if (shape != 0 && status == ERROR_SUCCESS) { // no key came or went
-            cache().learnShape(in.versionBehind(), shape);
-        }
-        cache().remember(question, in.versionBehind(), written);
-        return status;
+    bool isThere = false;
+    const LSTATUS status = ask(key, KEY_SET_VALUE, question, [&](const Answer& value) {
+        isThere = value.type == type && value.data == bytes;
+        return ERROR_SUCCESS;
     });
+    if (isThere || (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)) {
+        return status;
+    }
+    Answer written;
+    const auto set = [&](NodeId node) {
+        question.node = node;
+        written = setValue(node, question.text, type, bytes);
+    };
+    return change(Access::eChangingValues, key, KEY_SET_VALUE, set,
+                  [&] { memory().remember(question, written); });
 }
 
 LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)
 {
-    return onKey(key, KEY_SET_VALUE, [&](NodeId node) {
-        const TextView name = nameOf(valueName);
-        const Question question{Question::eValue, node, name};
-        const LSTATUS status = lookUp(question, [](const Answer&) { return ERROR_SUCCESS; });
-        return status != ERROR_SUCCESS ? status : change([&] { return deleteValue(node, name); });
-    });
+    const TextView name = nameOf(valueName);
+    const LSTATUS status =
+        ask(key, KEY_SET_VALUE, {Question::eValue, name}, [](const Answer&) { return ERROR_SUCCESS; });
+    return status != ERROR_SUCCESS ? status
+                                   : change(Access::eChangingValues, key, KEY_SET_VALUE,
+                                            [&](NodeId node) { deleteValue(node, name); });
 }
 
 LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LPDWORD reserved, LPDWORD type,
@@ -314,14 +280,12 @@ LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LP
         (data != nullptr && size == nullptr)) {
         return ERROR_INVALID_PARAMETER;
     }
-    return onKey(key, KEY_QUERY_VALUE, [&](NodeId node) {
-        return lookUp({Question::eValueAt, node, {}, index}, [&](const Answer& value) -> LSTATUS {
-            give(type, value.type);
-            if (!giveText(value.name, name, nameLength)) {
-                give(size, value.data.size());
-                return ERROR_MORE_DATA;
-            }
-            return giveData(value, data, size);
-        });
+    return ask(key, KEY_QUERY_VALUE, {Question::eValueAt, {}, index}, [&](const Answer& value) -> LSTATUS {
+        give(type, value.type);
+        if (!giveText(value.name, name, nameLength)) {
+            give(size, value.data.size());
+            return ERROR_MORE_DATA;
+        }
+        return giveData(value, data, size);
     });
 }

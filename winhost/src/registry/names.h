@@ -4,7 +4,6 @@
 #include "text.h"
 
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -48,16 +47,12 @@ inline std::uint64_t mix(std::uint64_t sum, std::uint64_t word)
 inline std::uint64_t mix(std::uint64_t sum, std::string_view bytes)
 {
     sum = mix(sum, bytes.size());
-    for (; bytes.size() >= sizeof sum; bytes.remove_prefix(sizeof sum)) {
+    for (std::size_t at = 0; at <= bytes.size(); at += sizeof sum) {
         std::uint64_t word = 0;
-        std::memcpy(&word, bytes.data(), sizeof word);
+        bytes.copy(reinterpret_cast<char*>(&word), sizeof word, at);
         sum = mix(sum, word);
     }
-    std::uint64_t rest = 0;
-    if (!bytes.empty()) {
-        std::memcpy(&rest, bytes.data(), bytes.size());
-    }
-    return mix(sum, rest);
+    return sum;
 }
 
 } // namespace winhost::registry

@@ -1,4 +1,4 @@
-// The registry's keys and values in the store, in an Access. Every function answers with a Win32 error.
+// The registry's keys and values in the store, in an Access. Every function throws a Failure.
 #pragma once
 
 #include "registry/store.h"
@@ -23,44 +23,48 @@ struct Question
     };
 
     Kind kind;
-    NodeId node;
     TextView text = {};
     DWORD index = 0;
+    NodeId node = 0;
+
+    bool operator==(const Question&) const = default;
 };
 
 struct Answer
 {
-    LSTATUS status = ERROR_SUCCESS;
+    LSTATUS status = ERROR_SUCCESS; ///< else that there is none, or no such key
     DWORD type = 0;
     NodeId node = 0; ///< of a path
-    Text name;       ///< as created; of what has an index, and of a value
-    std::string data;
+    Text name = {};  ///< as created; of what has an index, and of a value
+    std::string data = {};
 };
 
 /// What is remembered, else what the store has. Not behind a change in the same Access.
 Answer find(const Question& question);
 
-/// Of a key's sub-keys or values: how many, and the longest name and data in bytes.
+/// How many sub-keys and values a key has, and the most bytes of their names and data.
 struct Measure
 {
-    std::int64_t count = 0;
-    std::int64_t longestName = 0;
+    std::int64_t subKeys = 0;
+    std::int64_t longestSubKey = 0;
+    std::int64_t values = 0;
+    std::int64_t longestValueName = 0;
     std::int64_t longestData = 0;
 };
-LSTATUS measure(NodeId node, Measure& subKeys, Measure& values);
+Measure measure(NodeId node);
 
-// ---- Changes, in an Access for writing
+// ---- Changes, in an Access for them
 
 /// In an empty store.
-LSTATUS createFirstKeys();
-/// Creates what is missing of the path.
-LSTATUS createPath(NodeId start, TextView path, NodeId& found, bool& created);
+void createFirstKeys();
+/// Creates what is missing of the path; gives the key.
+NodeId createPath(NodeId start, TextView path);
 /// Gives what a question for the value has as its answer then.
-LSTATUS setValue(NodeId node, TextView name, DWORD type, std::string_view data, Answer& written);
-LSTATUS deleteValue(NodeId node, TextView name);
+Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
+void deleteValue(NodeId node, TextView name);
 /// ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
-LSTATUS deleteKey(NodeId node);
+void deleteKey(NodeId node);
 /// Deletes all sub-keys and values, and the key itself where that is wanted.
-LSTATUS deleteTree(NodeId node, bool withItself);
+void deleteTree(NodeId node, bool withItself);
 
 } // namespace winhost::registry

@@ -1,0 +1,82 @@
+// The locks, and what is worked out once.
+#include "support/test.h"
+
+#include <atomic>
+#include <barrier>
+#include <chrono>
+#include <thread>
+
+namespace {
+
+using namespace testing_support;
+
+TEST(Locks, LetOneThreadInAtATime)
+{
+    RkLocker locker;
+    std::atomic<bool> isIn = false;
+    std::barrier start(2);
+    locker.lock();
+    std::jthread other([&] {
+        start.arrive_and_wait();
+        locker.lock();
+        isIn = true;
+        locker.unlock();
+    });
+    start.arrive_and_wait();
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_FALSE(isIn);
+    locker.unlock();
+    other.join();
+    EXPECT_TRUE(isIn);
+    locker.lock(); // it has left
+    locker.unlock();
+}
+
+TEST(Locks, PublishTheTextOfWhoComesFirst)
+{
+    const Patch later = pretendExecutable("C:\\Later\\app.exe");
+    int held = 0;
+    const Patch acquire = intercept<"AcquireSRWLockExclusive", decltype(AcquireSRWLockExclusive)>(
+        [&](auto real, SRWLOCK* lock) {
+            static bool isFirst = true;
+            if (std::exchange(isFirst, false)) {
+                const Patch first = pretendExecutable("C:\\First\\app.exe");
+                velaGetProduct()->userDataCachePath();
+            }
+            real(lock);
+            ++held;
+        });
+    const Patch release = intercept<"ReleaseSRWLockExclusive", decltype(ReleaseSRWLockExclusive)>(
+        [&](auto real, SRWLOCK* lock) {
+            --held;
+            real(lock);
+        });
+    EXPECT_EQ(utf8(velaGetProduct()->userDataCachePath()), "C:\\First\\UserDataCache");
+    EXPECT_EQ(held, 0);
+}
+
+TEST(Locks, GiveThreadsThatComeFirstTogetherTheSame) // ThreadSanitizer sees what they share
+{
+    ASSERT_EQ(startAcme(), TarvoConfig::eOk);
+    std::string seen[8];
+    std::barrier start(8);
+    {
+        std::vector<std::jthread> threads;
+        for (std::string& each : seen) {
+            threads.emplace_back([&] {
+                start.arrive_and_wait();
+                wchar_t path[1024] = {};
+                GetProgramPath(path, 1024);
+                each = utf8(path) + utf8(GetCurrentLanguageLocalName()) +
+                       utf8(velaGetProduct()->helpFilePath()) + utf8(velaGetProduct()->userDataCachePath()) +
+                       utf8(GetVelaArchitectrueCommandNamePrefix());
+            });
+        }
+    }
+    for (const std::string& each : seen) {
+        EXPECT_EQ(each, seen[0]);
+    }
+    EXPECT_NE(seen[0].find("English"), std::string::npos) << seen[0];
+}
+
+} // namespace

@@ -1,0 +1,277 @@
+// The typed value, and how the registry keeps each.
+#include "store.h"
+#include "support/recorder.h"
+
+namespace {
+
+using namespace testing_support;
+
+/// A value of any type without a block.
+void setType(VelaVariant& v, std::int32_t type)
+{
+    v = VelaVariant();
+    std::memcpy(static_cast<void*>(&v), &type, sizeof type);
+}
+
+/// A value, what it then answers, and how the registry keeps it, if it does.
+const struct Sample
+{
+    void (*set)(VelaVariant&);
+    std::string answers;
+    std::optional<RawValue> stored;
+} samples[] = {
+    {[](auto& v) { setType(v, 0); }, "0/0 0 0 0 '' -", {}},
+    {[](auto& v) { setType(v, 1); }, "1/0 0 0 0 '' -", dword(0)},
+    {[](auto& v) { setType(v, 5); }, "5/0 0 0 0 '' -", text("")},
+    {[](auto& v) { setType(v, 6); }, "6/0 0 0 0 '' -", {}},
+    {[](auto& v) { v.setInt(-5); }, "1/8 -5 0 0 '' -", {{REG_DWORD, "\xFB\xFF\xFF\xFF"}}},
+    {[](auto& v) { v.setInt64(0x2020202020202020); },
+     "2/12 0 2314885530818453536 0 '' -",
+     {{REG_QWORD, "        "}}},
+    {[](auto& v) { v.setDouble(1.5); }, "3/12 0 0 1.5 '' -", {{REG_BINARY, {"\0\0\0\0\0\0\xF8\x3F", 8}}}},
+    {[](auto& v) { v.setBinary("123456789", 9); }, "4/13 0 0 0 '' 123456789", {{REG_BINARY, "123456789"}}},
+    {[](auto& v) { v.setBinary("abc", 0); }, "4/0 0 0 0 '' -", {}},
+    {[](auto& v) { v.setBinary(nullptr, 16); }, "4/0 0 0 0 '' -", {}},
+    {[](auto& v) { v.setString(L"abc"); }, "5/12 0 0 0 'abc' -", text("abc")},
+    {[](auto& v) { v.setString(nullptr); }, "5/6 0 0 0 '' -", text("")},
+};
+
+/// Counts the blocks that a module allocates, and fills them; the one whose number is refused cannot be had.
+struct Blocks
+{
+    int count = 0;
+    int refused = 0;
+
+    void* allocate(void* (*real)(std::size_t), std::size_t size)
+    {
+        void* const block = ++count == refused ? nullptr : real(size);
+        return block == nullptr ? nullptr : std::memset(block, 0xCC, size);
+    }
+    Patch in(const char* module)
+    {
+        return intercept<"malloc", void*(std::size_t)>(
+            [this](auto real, std::size_t size) { return allocate(real, size); }, module);
+    }
+};
+
+/// The code of the exception that a call throws, -1 for a null one, 0 when none is thrown.
+int thrownCode(const std::function<void()>& call)
+{
+    try {
+        call();
+    } catch (RkErrorStatus* exception) {
+        const std::unique_ptr<RkErrorStatus> owned(exception);
+        return exception == nullptr ? -1 : exception->code();
+    }
+    return 0;
+}
+
+std::string withoutBlock(VelaVariant::VarType type)
+{
+    return std::to_string(type) + "/0 0 0 0 '' -";
+}
+
+// ---- The value
+
+void checkAfter(const Sample& before, const Sample& after)
+{
+    VelaVariant source;
+    VelaVariant set;
+    after.set(source);
+    before.set(set);
+    VelaVariant copy(set);
+    VelaVariant moved(set);
+    VelaVariant failing(set);
+    const VelaVariant::VarType type = source.type();
+    const bool isFixed = type >= VelaVariant::eInt && type <= VelaVariant::eDouble;
+    const bool hasBlock = source.blockSize() > 0;
+    const bool needsBlock = hasBlock && !(isFixed && &before == &after);
+    const std::string left = withoutBlock(isFixed ? failing.type() : type);
+
+    Blocks blocks;
+    const Patch counting = blocks.in(programModule);
+    const auto withoutMemory = [&blocks](const auto& call) {
+        blocks.refused = blocks.count + 1;
+        const int code = thrownCode(call);
+        blocks.refused = 0;
+        return code;
+    };
+    after.set(set);
+    EXPECT_EQ(blocks.count, needsBlock ? 1 : 0);
+    EXPECT_EQ(withoutMemory([&] { after.set(failing); }), needsBlock ? 6 : 0);
+    EXPECT_EQ(describe(failing), needsBlock ? left : after.answers);
+    EXPECT_EQ(withoutMemory([&] { copy = source; }), hasBlock ? 6 : 0);
+    EXPECT_EQ(describe(copy), hasBlock ? before.answers : after.answers);
+    copy = source;
+    blocks.count = 0;
+    moved = std::move(source);
+    VelaVariant last(std::move(moved));
+    VelaVariant& same = last;
+    last = same;
+    last = std::move(same);
+    EXPECT_EQ(blocks.count, 0);
+    for (const VelaVariant* const each : {&set, &copy, &last}) {
+        EXPECT_EQ(describe(*each), after.answers);
+    }
+    for (const VelaVariant* const each : {&source, &moved}) {
+        EXPECT_EQ(describe(*each), samples[0].answers); // left as eNull
+    }
+}
+
+TEST(Variant, TakesEveryValueAfterEveryOther)
+{
+    for (const Sample& before : samples) {
+        for (const Sample& after : samples) {
+            SCOPED_TRACE(before.answers + ", then " + after.answers);
+            checkAfter(before, after);
+        }
+    }
+    VelaVariant v; // from its own block
+    v.setString(L"abc");
+    v.setString(v.getString() + 1);
+    EXPECT_EQ(describe(v), "5/10 0 0 0 'bc' -");
+    v.setBinary("abcdef", 6);
+    v.setBinary(static_cast<const char*>(v.getBinary()) + 2, 3);
+    EXPECT_EQ(describe(v), "4/7 0 0 0 '' cde");
+}
+
+TEST(Variant, BlocksByTypeAndSize)
+{
+    struct
+    {
+        int type, size, recorded, code;
+    } constexpr rows[] = {
+        {0, 0, 0, 0},  {0, -1, 0, 0}, {1, -7, 8, 0},        {2, 0, 12, 0},
+        {3, 0, 12, 0}, {4, 0, 0, 3},  {5, -1, 0, 3},        {6, 0, 0, 3},
+        {0, 1, 5, 0},  {1, 3, 7, 0},  {4, INT32_MAX, 0, 6}, {4, INT32_MAX - 3, 0, 6},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::to_string(row.type) + ", " + std::to_string(row.size));
+        std::unique_ptr<void, decltype(&std::free)> block(nullptr, &std::free);
+        const auto type = static_cast<VelaVariant::VarType>(row.type);
+        EXPECT_EQ(thrownCode([&] { block.reset(VelaVariant::allocBlock(type, row.size)); }), row.code);
+        EXPECT_EQ(block == nullptr ? 0 : *static_cast<const std::int32_t*>(block.get()), row.recorded);
+    }
+}
+
+TEST(Variant, FailureIsRecordedThenThrownByPointer)
+{
+    Recorder recorder;
+    VelaVariant value;
+    value.setString(L"before");
+    try {
+        value.setBinary("x", -1);
+        ADD_FAILURE() << "nothing thrown";
+    } catch (RkException* exception) {
+        const std::unique_ptr<RkException> owned(exception);
+        EXPECT_EQ(std::exchange(recorder.recorded, {}), std::vector{exception});
+        EXPECT_EQ(owned->code(), 3);
+        EXPECT_EQ(utf8(owned->text()), "\"\"");
+        EXPECT_EQ(owned->number(), 0);
+        EXPECT_EQ(describe(value), withoutBlock(VelaVariant::eBinary));
+    }
+    const auto refuse = [](auto...) -> void* { return nullptr; };
+    using New = void*(std::size_t, const std::nothrow_t&); // its name has the size in it
+    const Patch noException =
+        hasOwnHeapOperators ? intercept<"malloc", void*(std::size_t)>(refuse, programModule)
+        : sizeof(long) == 8 ? intercept<"_ZnwmRKSt9nothrow_t", New>(refuse, programModule)
+                            : intercept<"_ZnwyRKSt9nothrow_t", New>(refuse, programModule);
+    EXPECT_EQ(thrownCode([&] { value.setBinary("x", -1); }), -1);
+    EXPECT_TRUE(recorder.recorded.empty());
+}
+
+// ---- The value in the registry
+
+class Codec : public StoreTest
+{
+protected:
+    static void store(const RawValue& value) { setRaw(HKEY_CURRENT_USER, settings, "v", value); }
+    static RawValue stored() { return getRaw(HKEY_CURRENT_USER, settings, "v").value(); }
+
+    /// Reads the value into an object that holds a text, which an empty result says it keeps.
+    void expectRead(const std::string& result)
+    {
+        VelaVariant v;
+        v.setString(L"kept");
+        EXPECT_EQ(m_config.getValue(eSettings, L"v", v), result.empty() ? TarvoConfig::eWrongType : eOk);
+        EXPECT_EQ(describe(v), result.empty() ? "5/14 0 0 0 'kept' -" : result);
+    }
+};
+
+TEST_F(Codec, WritesByType)
+{
+    const RawValue before = {REG_BINARY, "before"};
+    VelaVariant value;
+    for (const Sample& sample : samples) {
+        sample.set(value);
+        store(before);
+        EXPECT_EQ(m_config.setValue(eSettings, L"v", value), eOk);
+        EXPECT_EQ(stored(), sample.stored.value_or(before)) << sample.answers;
+    }
+}
+
+TEST_F(Codec, ReadsByStoredType)
+{
+    const std::string abc = text("abc").bytes;
+    const std::pair<RawValue, std::string> rows[] = {
+        {text("abc"), "5/12 0 0 0 'abc' -"},
+        {{REG_SZ, abc + abc}, "5/12 0 0 0 'abc' -"},
+        {{REG_SZ, abc.substr(0, 5)}, "5/12 0 0 0 'abc' -"}, // half a character at the end
+        {{REG_SZ, abc.substr(0, 4)}, "5/10 0 0 0 'ab' -"},  // no terminator
+        {{REG_SZ, ""}, "5/6 0 0 0 '' -"},
+        {{REG_BINARY, "abc"}, "4/7 0 0 0 '' abc"},
+        {{REG_BINARY, ""}, "4/0 0 0 0 '' -"},
+        {dword(0x80000000), "1/8 -2147483648 0 0 '' -"},
+        {{REG_DWORD, "\1\1"}, "1/8 257 0 0 '' -"},
+        {{REG_DWORD, "12345"}, ""},
+        {{REG_QWORD, "\1\1\1\1\1\1\1"}, "2/12 0 282578800148737 0 '' -"},
+        {{REG_QWORD, "123456789"}, ""},
+        {{REG_NONE, abc}, ""},
+        {{REG_EXPAND_SZ, abc}, ""},
+        {{REG_MULTI_SZ, abc + text("").bytes}, ""},
+    };
+    Blocks blocks;
+    const Patch filling = blocks.in(libraryModule);
+    for (const auto& [value, result] : rows) {
+        SCOPED_TRACE(testing::PrintToString(value));
+        store(value);
+        ASSERT_EQ(stored(), value);
+        blocks.count = 0;
+        expectRead(result);
+        EXPECT_TRUE(value.type != REG_DWORD || blocks.count <= 1); // the value's own
+    }
+}
+
+TEST_F(Codec, SecondQueryDecides)
+{
+    const RawValue binary = {REG_BINARY, "abc"};
+    const RawValue failure = {99, ""};
+    const std::tuple<RawValue, RawValue, std::string> rows[] = {
+        {text("ab"), text("abcdef"), "5/18 0 0 0 'abcdef' -"}, // 2 * 6 + 2 bytes
+        {text("ab"), text("abcdefg"), ""},
+        {text("ab"), binary, ""},
+        {text("ab"), failure, ""},
+        {binary, {REG_BINARY, "a"}, "4/5 0 0 0 '' a"},
+        {binary, {REG_BINARY, ""}, "4/0 0 0 0 '' -"},
+        {binary, {REG_BINARY, "abcd"}, ""},
+        {binary, failure, ""},
+        {dword(1), {REG_BINARY, "1234"}, ""},
+    };
+    makeKey(HKEY_CURRENT_USER, settings);
+    for (const auto& [first, second, result] : rows) {
+        SCOPED_TRACE(testing::PrintToString(first) + " " + testing::PrintToString(second));
+        const auto query = [&before = first, &after = second, &failure](auto real, HKEY key, LPCWSTR name,
+                                                                        auto* reserved, auto* type,
+                                                                        BYTE* data, auto* size) {
+            if (data != nullptr && after == failure) {
+                return denied;
+            }
+            store(data == nullptr ? before : after);
+            return real(key, name, reserved, type, data, size);
+        };
+        const Patch changing = intercept<"RegQueryValueExW", decltype(RegQueryValueExW)>(query);
+        expectRead(result);
+    }
+}
+
+} // namespace

@@ -1,0 +1,11 @@
+// What went wrong, in the system's numbers.
+#pragma once
+
+#include <windows.h>
+
+namespace winhost {
+
+/// The system's number of an error of the host's, an errno.
+DWORD errorOf(int hostError, DWORD otherwise);
+
+} // namespace winhost

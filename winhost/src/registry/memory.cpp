@@ -1,0 +1,130 @@
+#include "registry/memory.h"
+
+#include "registry/names.h"
+
+#include <algorithm>
+#include <functional>
+#include <new>
+#include <utility>
+
+namespace winhost::registry {
+
+namespace {
+
+constexpr unsigned turnShift = 32;
+constexpr unsigned indexShift = 2;
+constexpr std::size_t mostAnswers = 4096;
+
+std::uint64_t hashOf(const Question& question)
+{
+    constexpr std::size_t most = 32; // units: paths differ at their ends
+    const std::size_t length = question.text.size();
+    const std::string_view end = bytesOf(question.text.substr(length - std::min(length, most)));
+    const std::uint64_t number = static_cast<std::uint64_t>(question.node) << 32 | question.index;
+    return mix(mix(question.kind + length, number), std::hash<std::string_view>()(end));
+}
+
+bool isPath(const Question& question)
+{
+    return question.kind == Question::ePath;
+}
+
+} // namespace
+
+NodeId rootOf(HKEY key)
+{
+    return key == HKEY_CURRENT_USER ? currentUserId : key == HKEY_LOCAL_MACHINE ? localMachineId : 0;
+}
+
+Memory& memory()
+{
+    static Memory* const created = new Memory; // never destroyed: it may be used while the process ends
+    return *created;
+}
+
+Memory::Slot* Memory::find(HKEY key)
+{
+    const auto handle = reinterpret_cast<std::uintptr_t>(key);
+    const std::size_t index = static_cast<std::uint32_t>(handle) >> indexShift;
+    Slot* const slot = index < m_slots.size() ? &m_slots[index] : nullptr;
+    return slot != nullptr && slot->handle == handle && slot->node != 0 ? slot : nullptr;
+}
+
+LSTATUS Memory::resolve(HKEY key, REGSAM needed, NodeId& node)
+{
+    const Slot* const slot = find(key);
+    node = slot != nullptr ? slot->node : rootOf(key);
+    const bool mayAll = slot == nullptr || (slot->access & needed) == needed;
+    return node == 0 ? ERROR_INVALID_HANDLE : mayAll ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
+}
+
+HKEY Memory::open(NodeId node, REGSAM access)
+{
+    if (m_closed == m_slots.size()) {
+        m_slots.push_back({m_closed << indexShift, 0, 0, m_closed + 1});
+    }
+    Slot& slot = m_slots[m_closed];
+    m_closed = slot.nextClosed;
+    slot = {slot.handle + (std::uintptr_t{1} << turnShift), node, access, 0};
+    return reinterpret_cast<HKEY>(slot.handle);
+}
+
+LSTATUS Memory::close(HKEY key)
+{
+    if (Slot* const slot = find(key)) {
+        slot->node = 0;
+        slot->nextClosed = std::exchange(m_closed, slot - m_slots.data());
+        return ERROR_SUCCESS;
+    }
+    return rootOf(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+}
+
+const Answer* Memory::recall(const Question& question)
+{
+    if (m_version == 0 || database::contentVersion() != m_version) {
+        return nullptr;
+    }
+    const auto found = m_answers.find(hashOf(question));
+    const Entry* const entry = found != m_answers.end() ? &found->second : nullptr;
+    const bool holds =
+        entry != nullptr && entry->epoch == m_epochs[isPath(question) ? 0 : 1] && entry->question == question;
+    return holds ? &entry->answer : nullptr;
+}
+
+void Memory::remember(const Question& question, const Answer& answer)
+{
+    constexpr std::size_t longest = 2400;
+    const std::size_t size = bytesOf(question.text).size() + bytesOf(answer.name).size() + answer.data.size();
+    if (m_version == 0 || database::contentVersion() != m_version || size > longest) {
+        return;
+    }
+    if (m_answers.size() >= mostAnswers) {
+        m_answers.clear();
+    }
+    try {
+        Entry& entry = m_answers[hashOf(question)];
+        entry.epoch = 0; // while there is not all of it
+        entry.text = question.text;
+        entry.question = question;
+        entry.question.text = entry.text;
+        entry.answer = answer;
+        entry.epoch = m_epochs[isPath(question) ? 0 : 1];
+    } catch (const std::bad_alloc&) { // is not remembered
+    }
+}
+
+void Memory::follow(std::uint64_t version)
+{
+    if (version != m_version) {
+        advance(version, false);
+    }
+}
+
+void Memory::advance(std::uint64_t version, bool pathsHold)
+{
+    m_version = version;
+    m_epochs[0] += pathsHold ? 0 : 1;
+    ++m_epochs[1];
+}
+
+} // namespace winhost::registry
