@@ -57,8 +57,8 @@ Measure measure(NodeId node);
 
 /// In an empty store.
 void createFirstKeys();
-/// Creates what is missing of the path; gives the key.
-NodeId createPath(NodeId start, TextView path);
+/// Creates what is missing of the path, and tells whether anything was; gives the key.
+NodeId createPath(NodeId start, TextView path, bool& created);
 /// Gives what a question for the value has as its answer then.
 Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
