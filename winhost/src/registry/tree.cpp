@@ -130,8 +130,8 @@ Answer findValue(NodeId node, TextView name)
     }
     require(sumOf(node, query.number(1), asked, query.bytes(0), query.bytes(2)) == query.number(3));
     return {.type = static_cast<DWORD>(query.number(1)),
-            .name = textOf(query.bytes(0)),
-            .data = std::string(query.bytes(2))};
+            .data = std::string(query.bytes(2)),
+            .name = textOf(query.bytes(0))};
 }
 
 /// The entry at an index; for who goes through a list in order, it and those behind it are found from the one
@@ -153,8 +153,8 @@ Answer findAt(const Question& question)
     std::optional<Answer> first;
     for (std::string last = from; query.next(); last.assign(query.bytes(0)) += '\0') {
         Answer found{.type = static_cast<DWORD>(query.number(2)),
-                     .name = textOf(query.bytes(1)),
-                     .data = std::string(query.bytes(3))};
+                     .data = std::string(query.bytes(3)),
+                     .name = textOf(query.bytes(1))};
         if (query.bytes(0) < last || sumOf(question.node, query.number(2), query.bytes(0), query.bytes(1),
                                            found.data) != query.number(4)) {
             require(first.has_value());
@@ -212,7 +212,7 @@ Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data)
 {
     const Answer before = find({Question::eValue, name, 0, node});
     require(before.status == ERROR_SUCCESS || before.status == ERROR_FILE_NOT_FOUND, before.status);
-    Answer written{.type = type, .name = before.name, .data = std::string(data)};
+    Answer written{.type = type, .data = std::string(data), .name = before.name};
     if (before.status != ERROR_SUCCESS) {
         written.name = name;
     }

@@ -35,8 +35,8 @@ struct Answer
     LSTATUS status = ERROR_SUCCESS; ///< else that there is none, or no such key
     DWORD type = 0;
     NodeId node = 0; ///< of a path
-    Text name = {};  ///< as created; of what has an index, and of a value
     std::string data = {};
+    Text name = {}; ///< as created; of what has an index, and of a value
 };
 
 /// What is remembered, else what the store has. Not behind a change in the same Access.
