@@ -1,13 +1,12 @@
-// A module that is linked with the library like the program that loads it.
+// A module in C++14 that is linked with the library like the program that loads it.
 #include "module.h"
-#include "check.h"
 
 namespace {
 
 bool start()
 {
     return InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk &&
-           equal(GetCurrentLanguageLocalName(), L"English");
+           GetCurrentLanguageLocalName()[0] == L'E';
 }
 
 void share(long value)
