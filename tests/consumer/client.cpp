@@ -6,6 +6,8 @@
 
 namespace {
 
+using rkuinfo::utf8;
+
 constexpr TarvoConfig::Path settings = TarvoConfig::eSettings;
 
 class Recorder : public VelaCrashRecorder
@@ -18,11 +20,6 @@ public:
 
     std::int32_t last = 0;
 };
-
-std::string text(const wchar_t* found)
-{
-    return rkuinfo::utf8(found);
-}
 
 /// Stores a value, and reads it back: filled in the library, freed here.
 template <typename T>
@@ -48,13 +45,12 @@ void useStore()
     items = TarvoConfig::ItemIterator();
     wchar_t name[16] = {};
     long size = 16;
-    check(copy.name(name, size) == TarvoConfig::eOk && text(name) == "View", "an item, by a copy");
+    check(copy.name(name, size) == TarvoConfig::eOk && utf8(name) == "View", "an item, by a copy");
 }
 
-void useProduct()
+void useProduct(ITarvoProduct* product)
 {
-    ITarvoProduct* const product = velaGetProduct();
-    check(text(product->productName()) == "Sample" && text(product->defaultProductName()) == "TARVO",
+    check(utf8(product->productName()) == "Sample" && utf8(product->defaultProductName()) == "TARVO",
           "the product's first slots");
     product->setSharedValueC(5);
     check(product->productNumber() == 27 && product->getSharedValueC() == 5, "its last slots");
@@ -68,14 +64,14 @@ void useModule(const ModuleCalls& module)
     VelaVariant value;
     value.setInt(1);
     module.fill(value);
-    check(text(value.getString()) == "from the module", "a value filled by the module");
+    check(utf8(value.getString()) == "from the module", "a value filled by the module");
     Recorder recorder;
     velaSetCrashRecorder(&recorder);
     int caught = 0;
     try {
         module.throwConfigException();
     } catch (TarvoConfigException* exception) {
-        check(exception->isExitProcess() == 1 && text(exception->description()) == "message",
+        check(exception->isExitProcess() == 1 && utf8(exception->description()) == "message",
               "the module's exception, by its own class");
         delete exception;
         ++caught;
@@ -100,10 +96,10 @@ int main(int argc, char** argv)
 {
     check(InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk, "start-up");
     check(CreateConfigReg() == TarvoConfig::eOk, "the user's tree");
-    check(text(velaConfig()->companyName()) == "Consumer" && velaConfig()->language().velaLanguage() == 1033,
+    check(utf8(velaConfig()->companyName()) == "Consumer" && velaConfig()->language().velaLanguage() == 1033,
           "company and language");
     useStore();
-    useProduct();
+    useProduct(velaGetProduct());
     void* const module = load(argc == 2 ? argv[1] : "");
     check(module != nullptr, "the module loaded");
     useModule(*callsOf(module));

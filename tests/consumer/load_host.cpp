@@ -14,7 +14,7 @@ void unload(void* module)
 
 const ModuleCalls* callsOf(void* module)
 {
-    return reinterpret_cast<const ModuleCalls* (*)()>(dlsym(module, "moduleCalls"))();
+    return reinterpret_cast<decltype(&moduleCalls)>(dlsym(module, "moduleCalls"))();
 }
 
 bool isLibraryLoaded()

@@ -15,7 +15,7 @@ void unload(void* module)
 const ModuleCalls* callsOf(void* module)
 {
     const FARPROC function = GetProcAddress(static_cast<HMODULE>(module), "moduleCalls");
-    return reinterpret_cast<const ModuleCalls* (*)()>(reinterpret_cast<void*>(function))();
+    return reinterpret_cast<decltype(&moduleCalls)>(reinterpret_cast<void*>(function))();
 }
 
 bool isLibraryLoaded()

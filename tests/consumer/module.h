@@ -14,9 +14,12 @@ struct ModuleCalls
     void (*throwStatus)();
 };
 
+extern "C" const ModuleCalls* moduleCalls();
+
 /// A loaded module, or null.
 void* load(const char* file);
 void unload(void* module);
+/// The module's moduleCalls().
 const ModuleCalls* callsOf(void* module);
 /// Whether the library, whatever loaded it, is in this process.
 bool isLibraryLoaded();
