@@ -207,6 +207,28 @@ TEST_F(RegistryCalls, OfAnItemWithoutAName)
     EXPECT_EQ(m_config.getValue(items, L"n", m_text), TarvoConfig::eRegistryError);
 }
 
+TEST(RegistryHandles, AllowWhatTheyWereOpenedFor)
+{
+    const OwnedKey all = makeKey(HKEY_CURRENT_USER, "Software\\Acme");
+    const std::tuple<REGSAM, LSTATUS, LSTATUS> rows[] = {
+        {KEY_READ, 0, denied}, {KEY_WRITE, denied, 0}, {KEY_ALL_ACCESS, 0, 0}};
+    for (const auto& [right, reads, writes] : rows) {
+        HKEY opened = nullptr;
+        ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Acme", 0, right, &opened), ERROR_SUCCESS);
+        const OwnedKey key(opened);
+        setRaw(all.get(), "Sub", "", dword(1));
+        setRaw(all.get(), "", "v", dword(1));
+        wchar_t name[8];
+        for (const bool ofValues : {false, true}) {
+            DWORD length = 8;
+            EXPECT_EQ(enumerate(ofValues, opened, 0, name, &length), reads);
+        }
+        EXPECT_EQ(RegQueryValueExW(opened, L"v", nullptr, nullptr, nullptr, nullptr), reads);
+        EXPECT_EQ(RegSetValueExW(opened, L"v", 0, REG_SZ, nullptr, 0), writes);
+        EXPECT_EQ(RegDeleteValueW(opened, L"v"), writes);
+    }
+}
+
 // ---- Limits, and trees that are removed
 
 class Operations : public StoreTest
