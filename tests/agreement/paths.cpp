@@ -1,4 +1,4 @@
-// Paths as texts and as names of files; file patterns; the comparison of texts.
+// Paths as texts and as names of files, and the comparison of texts.
 #include "agreement/trace.h"
 
 #include "support/scratch.h"
@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <io.h>
 #include <numeric>
@@ -19,101 +20,130 @@ using namespace agreement;
 using namespace testing_support;
 
 /// A few components, each with a separator behind it, which the last may have, too.
-template <typename Components>
-Text relativePath(Trace& trace, const Components& components, const Text& separators)
+Text relativePath(Trace& trace, std::u16string_view components, std::u16string_view separators)
 {
     Text path;
     for (std::uint32_t more = trace.below(5); more > 0; --more) {
-        path += trace.oneOf(components);
-        path += trace.oneOf(separators);
+        path += trace.word(components) + trace.word(separators);
     }
-    return trace.oneIn(8) ? path : path + trace.oneOf(components);
+    return trace.oneIn(8) ? path : path + trace.word(components);
 }
 
-/// A component that begins with ".." and is longer differs.
-void textCalls(Trace& trace)
+/// A component that begins with ".." and is longer differs; behind a last ".." Wine reads on.
+Text pathText(Trace& trace)
 {
-    static const Text roots[] = {u"", u"", u"\\", u"Z:\\", u"c:\\", u"\\\\srv\\"};
-    static const Text whole[] = {u"", u"Z:", u"Z:b", u"\\\\srv"};
-    static const Text components[] = {u"a", u"b.c",          u" ",           u".", u"..", u"..", u"x/y",
-                                      u"?", Text(100, u'l'), Text(300, u'm')};
-    const auto next = [&] {
-        Text path = trace.oneOf(whole);
-        if (!trace.oneIn(6)) {
-            path = trace.oneOf(roots) + relativePath(trace, components, u"\\");
-            path += path.ends_with(u"..") ? u"\\z" : u""; // differs: Wine reads on behind it
-        }
-        trace.say(path);
-        return path;
-    };
-    for (int call = 0; call < 3000; ++call) {
-        const bool isAppend = trace.oneIn(2);
-        trace.start(isAppend ? "append" : "remove file");
-        const Text start = next();
-        wchar_t buffer[2000] = {};
-        std::copy(start.begin(), start.end(), buffer);
-        trace.say(isAppend ? PathAppendW(buffer, wide(next())) : PathRemoveFileSpecW(buffer));
-        trace.say(utf16(buffer));
-    }
+    static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');
+    Text path = trace.word(u"||\\|Z:\\|c:\\|\\\\srv\\") + relativePath(trace, components, u"\\");
+    path += path.ends_with(u"..") ? u"\\z" : u"";
+    path = trace.oneIn(6) ? trace.word(u"|Z:|Z:b|\\\\srv") : path;
+    trace.say(path);
+    return path;
 }
 
 TEST(Agreement, OfPaths)
 {
-    expectAgreement("paths", textCalls);
+    expectAgreement("paths", [](Trace& trace) {
+        for (int call = 0; call < 3000; ++call) {
+            const Text what = trace.word(u"append|remove file");
+            trace.start(what);
+            wchar_t buffer[2000] = {};
+            std::ranges::copy(pathText(trace), buffer);
+            trace.say(what == u"append" ? PathAppendW(buffer, wide(pathText(trace)))
+                                        : PathRemoveFileSpecW(buffer));
+            trace.say(utf16(buffer));
+        }
+    });
+}
+
+TEST(Agreement, OfTextComparison)
+{
+    expectAgreement("texts", [](Trace& trace) {
+        for (int call = 0; call < 2000; ++call) {
+            Text texts[2];
+            for (std::uint32_t i = trace.below(8); i > 0; --i) {
+                texts[i % 2] += trace.word(u"a|A|b|B|_|[|\u00DF|s|S|\u0436|\u0416|\xD800");
+            }
+            const std::size_t common = std::min(texts[0].size(), texts[1].size());
+            const int length = static_cast<int>(trace.below(common + 2)) - 1;
+            const BOOL ignoreCase = static_cast<BOOL>(trace.below(2));
+            trace.start(u"compare");
+            trace.say(texts[0], texts[1], length, ignoreCase);
+            trace.say(CompareStringOrdinal(wide(texts[0]), length, wide(texts[1]), length, ignoreCase));
+        }
+    });
+}
+
+/// Every unit in order, and whether it is the same as the one before.
+TEST(Agreement, OfTheCaseOfUnits)
+{
+    expectAgreement("units", [](Trace& trace) {
+        const auto compare = [](wchar_t a, wchar_t b) { return CompareStringOrdinal(&a, 1, &b, 1, TRUE); };
+        std::vector<wchar_t> units(0x10000);
+        std::iota(units.begin(), units.end(), wchar_t{0});
+        std::ranges::stable_sort(units,
+                                 [&](wchar_t a, wchar_t b) { return compare(a, b) == CSTR_LESS_THAN; });
+        for (std::size_t i = 1; i < units.size(); ++i) {
+            trace.start(u"unit");
+            trace.say(units[i], compare(units[i - 1], units[i]));
+        }
+    });
+}
+
+/// After "*" Wine finds nothing by "?".
+Text pattern(Trace& trace)
+{
+    Text pattern;
+    for (std::uint32_t more = trace.below(6); more > 0; --more) {
+        pattern += trace.word(pattern.ends_with(u'*') ? u".|d|l|*" : u"*|?|?|.|l|x|two|a|sub|t");
+    }
+    return pattern;
+}
+
+void fileCall(Trace& trace, const Text& folder)
+{
+    const Text call = trace.word(u"find|access|change folder");
+    Text name =
+        relativePath(trace, u".|..|sub|Sub|SUB.|a.DLL|A.dll |noext.|locked.TXT|deep|none", u"\\|\\|\\\\|/");
+    name += call == u"find" ? pattern(trace) : Text();
+    name = trace.oneIn(3)   ? folder + u"\\" + name
+           : trace.oneIn(9) ? trace.word(u"|Q:\\x|" + Text(300, u'x'))
+                            : name;
+    trace.start(call);
+    trace.say(name.starts_with(folder) ? name.substr(folder.size()) : name);
+    SetCurrentDirectoryW(wide(folder));
+    SetLastError(ERROR_SUCCESS);
+    if (call == u"find") {
+        WIN32_FIND_DATAW found = {};
+        const HANDLE search = FindFirstFileW(wide(name), &found);
+        trace.say(search == INVALID_HANDLE_VALUE ? GetLastError() : 0, utf16(found.cFileName));
+        trace.say(search != INVALID_HANDLE_VALUE && FindClose(search) != FALSE);
+    } else if (call == u"access") {
+        const int mode = static_cast<int>(2 * trace.below(4));
+        trace.say(mode, _waccess(wide(name), mode) == 0 ? 0 : errno);
+    } else {
+        wchar_t current[1024] = L"?";
+        trace.say(SetCurrentDirectoryW(wide(name)), GetLastError());
+        const DWORD room = GetCurrentDirectoryW(0, nullptr) - trace.below(2);
+        trace.say(GetCurrentDirectoryW(room, current) - folder.size(), current[0]);
+    }
 }
 
 /// In a folder deep enough for any "..".
-void fileCalls(Trace& trace)
+TEST(Agreement, OfFiles)
 {
     const fs::path folder = scratchFolder() / "a" / "b" / fs::path(u"Gr\u00FCn") / "Deep";
     for (const char* const file : {"A.dll", "two.x", "noext", "Sub/sub.txt", "Sub/locked.txt"}) {
         writeFile(folder / file, "");
     }
     fs::permissions(folder / "Sub" / "locked.txt", fs::perms::owner_read);
-    const Text full = utf16(Wide(windowsPath(scratchFolder()))) + u"\\A\\B\\GR\u00DCN\\deep";
-    const Text components[] = {u".",      u"..",     u"sub",        u"Sub",  u"SUB.", u"a.DLL",
-                               u"A.dll ", u"noext.", u"locked.TXT", u"deep", u"none"};
-    const Text patterns[] = {u"*", u"*.", u"*d", u"?", u".", u"l", u"x", u"two", u"a", u"sub", u"t"};
-    for (int call = 0; call < 3000; ++call) {
-        SetCurrentDirectoryW(wide(full));
-        const std::uint32_t kind = trace.below(3);
-        trace.start(kind == 0 ? "find" : kind == 1 ? "access" : "change folder");
-        Text name = relativePath(trace, components, u"\\\\\\/");
-        trace.say(name);
-        if (kind == 0 && !trace.oneIn(4)) {
-            for (std::uint32_t more = 1 + trace.below(6); more > 0; --more) {
-                const Text& next = trace.oneOf(patterns);
-                name +=
-                    name.ends_with(u'*') && next == u"?" ? u"" : next; // differs: Wine finds nothing by "*?"
-            }
-            trace.say(name);
+    expectAgreement("files", [](Trace& trace) {
+        const Text otherCase = utf16(Wide(windowsPath(scratchFolder()))) + u"\\A\\B\\GR\u00DCN\\deep";
+        for (int call = 0; call < 3000; ++call) {
+            fileCall(trace, otherCase);
         }
-        if (trace.oneIn(3)) {
-            name = full + u"\\" + name;
-        }
-        SetLastError(0);
-        errno = 0;
-        if (kind == 0) {
-            WIN32_FIND_DATAW found = {};
-            HANDLE const search = FindFirstFileW(wide(name), &found);
-            trace.say(search == INVALID_HANDLE_VALUE ? GetLastError() : 0, utf16(found.cFileName));
-            trace.say(search != INVALID_HANDLE_VALUE && FindClose(search));
-        } else if (kind == 1) {
-            const int mode = static_cast<int>(2 * trace.below(4));
-            trace.say(mode, _waccess(wide(name), mode) == 0 ? 0 : errno);
-        } else {
-            trace.say(SetCurrentDirectoryW(wide(name)) ? 0 : GetLastError());
-            wchar_t now[1024] = {};
-            const DWORD length = GetCurrentDirectoryW(1024, now);
-            trace.say(length - full.size());
-        }
-    }
+    });
     fs::permissions(folder / "Sub" / "locked.txt", fs::perms::all);
-}
-
-TEST(Agreement, OfFiles)
-{
-    expectAgreement("files", fileCalls);
+    fs::current_path(scratchFolder());
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <sstream>
 
@@ -31,6 +32,21 @@ std::string digests(const std::vector<std::string>& lines)
 
 } // namespace
 
+Text Trace::word(std::u16string_view words)
+{
+    std::size_t start = 0;
+    for (auto left = below(static_cast<std::size_t>(std::ranges::count(words, u'|')) + 1); left > 0; --left) {
+        start = words.find(u'|', start) + 1;
+    }
+    return Text(words.substr(start, words.find(u'|', start) - start));
+}
+
+void Trace::start(const Text& call)
+{
+    lines.push_back(std::to_string(lines.size() + 1));
+    say(call);
+}
+
 void Trace::sayUnits(const Text& units)
 {
     std::ostringstream text;
@@ -47,10 +63,12 @@ void Trace::sayUnits(const Text& units)
 /// Under stress, of seeds that nothing is stored for: the traces of two systems are to be compared then.
 void expectAgreement(const std::string& area, void (*calls)(Trace& trace))
 {
-    const bool isStress = std::getenv("RKUINFO_STRESS") != nullptr;
     const std::string stored = testing_support::readFile(RKUINFO_AGREEMENT "/digests.txt");
     const auto folder = testing_support::thisProgram().parent_path().parent_path() / "agreement";
-    for (unsigned seed = isStress ? 3 : 1; seed <= (isStress ? 20U : 2U); ++seed) {
+    const bool isStress = std::getenv("RKUINFO_STRESS") != nullptr;
+    const unsigned first = isStress ? 3 : 1;
+    const unsigned last = isStress ? 20 : 2;
+    for (unsigned seed = first; seed <= last; ++seed) {
         Trace trace(seed);
         calls(trace);
         const std::string name = area + '-' + std::to_string(seed);
@@ -61,8 +79,7 @@ void expectAgreement(const std::string& area, void (*calls)(Trace& trace))
         testing_support::writeFile(folder / name, text);
         const std::string row = name + digests(trace.lines) + '\n';
         EXPECT_TRUE(isStress || stored.find(row) != std::string::npos)
-            << row
-            << "is not what digests.txt has; each number is of a tenth of the calls.\nTo see where: diff -r "
+            << row << "is not in digests.txt; each number is of a tenth of the calls.\nTo see where: diff -r "
             << folder.string() << " and the same folder of the other system's build";
     }
 }

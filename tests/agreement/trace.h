@@ -43,8 +43,11 @@ public:
         return all[below(std::size(all))];
     }
 
+    /// One of the words that "|" separates.
+    Text word(std::u16string_view words);
+
     /// Starts the line of the next call.
-    void start(const std::string& call) { lines.push_back(std::to_string(lines.size() + 1) + ' ' + call); }
+    void start(const Text& call);
 
     /// Numbers, texts and bytes of the call or of its answer.
     template <typename... Parts>

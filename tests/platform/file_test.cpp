@@ -1,109 +1,70 @@
-// File searches, the access check and the working directory.
+// Files, INI files and the user's folders: what the random calls of tests/agreement do not reach.
 #include "support/test.h"
 
-#include <cerrno>
-#include <io.h>
+#include <shlobj.h>
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace testing_support;
 
-/// The working directory of these tests: a folder with a few files.
-class Files : public testing::Test
+std::string iniValue(const fs::path& file, LPCWSTR key)
 {
-protected:
-    Files()
-    {
-        writeFile(folder / "A.dll", "abc");
-        writeFile(folder / "two.x.dll", "");
-        writeFile(folder / "locked.txt", "x");
-        fs::permissions(folder / "locked.txt", fs::perms::owner_read);
-        fs::create_directories(folder / "Sub" / "empty");
-        fs::current_path(folder);
-    }
-    ~Files() override
-    {
-        fs::permissions(folder / "locked.txt", fs::perms::all);
-        fs::current_path(scratchFolder());
-    }
-
-    const fs::path folder = scratchFolder() / "files";
-    const std::string full = windowsPath(folder);
-};
-
-/// The first match or the error.
-std::string firstOf(const std::string& pattern)
-{
-    WIN32_FIND_DATAW found = {};
-    HANDLE search = FindFirstFileW(Wide(pattern), &found);
-    if (search == INVALID_HANDLE_VALUE) {
-        return "error " + std::to_string(GetLastError());
-    }
-    EXPECT_NE(FindClose(search), FALSE);
-    return utf8(found.cFileName);
+    std::vector<wchar_t> out(100'000);
+    GetPrivateProfileStringW(L"s", key, L"?", out.data(), static_cast<DWORD>(out.size()),
+                             Wide(windowsPath(file)));
+    return utf8(out.data());
 }
 
-TEST_F(Files, AreFoundByPattern)
+TEST(IniFile, IsReadWhereItIsOne)
 {
-    const std::pair<const char*, std::vector<std::string>> rows[] = {
-        {"A.dll", {"*.dll", full + "\\*.DLL", full + "/a.???", "A.dll.", "sub\\..\\*.dll"}},
-        {"two.x.dll", {"t*.*.d*"}},
-        {".", {"sub\\*"}},
-        {"error 2", {"??.dll", "sub\\", "sub\\*.x", "Z:\\"}},
-        {"error 3", {"none\\*", "Q:\\*", ""}},
-    };
-    for (const auto& [expected, patterns] : rows) {
-        for (const std::string& pattern : patterns) {
-            EXPECT_EQ(firstOf(pattern), expected) << pattern;
-        }
-    }
+    const fs::path big = scratchFolder() / "big.ini";
+    const std::string line(70'000, 'x');
+    writeFile(big, "[s]\n" + std::string(900'000, ';') + "\nline=" + line + "\nend=1");
+    EXPECT_EQ(iniValue(big, L"line"), line);
+    EXPECT_EQ(iniValue(big, L"end"), "1");
+    EXPECT_EQ(iniValue(scratchFolder(), L"end"), "?");
+    EXPECT_EQ(iniValue(scratchFolder() / "none.ini", L"end"), "?");
+    const fs::path unmarked = scratchFolder() / "unmarked.ini";
+    writeFile(unmarked, {"[\0s\0]\0\n\0e\0n\0d\0=\0001\0", 18});
+    EXPECT_EQ(iniValue(unmarked, L"end"), "?");
 }
 
-TEST_F(Files, AreChecked)
+/// Makes a folder the user's documents folder, as the user would on either target.
+void moveDocuments(const fs::path& folder)
 {
-    const std::tuple<int, int, std::vector<std::string>> rows[] = {
-        {0, 0, {"a.DLL", full + "/sub/EMPTY", full + "\\none\\..\\a.dll"}},
-        {0, ENOENT, {"A.dll\\", "none", "", "Q:\\x", full + "\\" + std::string(300, 'x')}},
-        {2, EACCES, {"locked.txt"}},
-        {4, 0, {"locked.txt", full + "\\SUB\\"}},
-        {4, ENOENT, {"A.dll\\x"}},
-        {6, 0, {"A.dll"}},
-    };
-    for (const auto& [mode, error, paths] : rows) {
-        for (const std::string& path : paths) {
-            errno = 0;
-            const int result = _waccess(Wide(path), mode);
-            EXPECT_EQ(result == 0 ? 0 : errno, error) << path << ", " << mode;
-        }
-    }
+    setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
+           "Personal", {REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
+    shareWithChildren("XDG_DOCUMENTS_DIR", folder.string());
 }
 
-TEST_F(Files, TheWorkingDirectoryIsSetAndRead)
+std::string userFolder(int id)
 {
-    wchar_t buffer[1024] = {};
-    const auto length = static_cast<DWORD>(full.size());
-    EXPECT_EQ(GetCurrentDirectoryW(length + 1, buffer), length);
-    EXPECT_EQ(GetCurrentDirectoryW(length, buffer), length + 1);
-    const std::tuple<std::string, DWORD, std::string> rows[] = {
-        {"Sub\\", 0, full + "\\Sub"},
-        {"..", 0, full},
-        {".\\Sub/empty", 0, full + "\\Sub\\empty"},
-        {full, 0, full},
-        {"A.dll", ERROR_DIRECTORY, full},
-        {"none", ERROR_FILE_NOT_FOUND, full},
-        {"none\\x", ERROR_PATH_NOT_FOUND, full},
-        {"", ERROR_INVALID_NAME, full},
-        {"Z:\\", 0, "Z:\\"},
-    };
-    for (const auto& [path, error, then] : rows) {
-        SCOPED_TRACE(path);
-        SetLastError(0);
-        EXPECT_EQ(SetCurrentDirectoryW(Wide(path)) != FALSE, error == 0);
-        EXPECT_EQ(GetLastError(), error);
-        EXPECT_NE(GetCurrentDirectoryW(1024, buffer), 0U);
-        EXPECT_EQ(utf8(buffer), then);
-    }
+    wchar_t path[MAX_PATH] = L"?";
+    const HRESULT result = SHGetFolderPathW(nullptr, id, nullptr, SHGFP_TYPE_CURRENT, path);
+    wchar_t same[MAX_PATH] = {};
+    const BOOL isFound =
+        SHGetSpecialFolderPathW(nullptr, same, id & 0xFF, (id & CSIDL_FLAG_CREATE) != 0 ? TRUE : FALSE);
+    EXPECT_EQ(isFound != FALSE, SUCCEEDED(result));
+    return SUCCEEDED(result) ? utf8(path) : result == E_INVALIDARG ? "invalid" + utf8(path) : "failed";
+}
+
+TEST(UserFolder, IsAbsoluteAndMadeOnRequest)
+{
+    const std::string roaming = userFolder(CSIDL_APPDATA | CSIDL_FLAG_CREATE);
+    const std::string local = userFolder(CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE);
+    EXPECT_EQ(roaming.substr(1, 2) + local.substr(1, 2), ":\\:\\");
+    EXPECT_NE(roaming, local);
+    EXPECT_EQ(userFolder(0x77), "invalid");
+    const fs::path folder = scratchFolder() / "documents" / "deep";
+    moveDocuments(folder);
+    EXPECT_EQ(userFolder(CSIDL_PERSONAL), "failed");
+    EXPECT_FALSE(fs::exists(folder));
+    EXPECT_EQ(userFolder(CSIDL_PERSONAL | CSIDL_FLAG_CREATE), windowsPath(folder));
+    EXPECT_TRUE(fs::is_directory(folder));
+    writeFile(scratchFolder() / "file", "");
+    moveDocuments(scratchFolder() / "file" / "below");
+    EXPECT_EQ(userFolder(CSIDL_PERSONAL | CSIDL_FLAG_CREATE), "failed");
 }
 
 } // namespace

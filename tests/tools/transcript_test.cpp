@@ -1,15 +1,12 @@
 // rkuinfo, run as the real program by the transcripts in cases/, each in an empty registry and an
-// application's folder of its own. What may stand in one is told in cases/README.
-#include "support/child.h"
-#include "support/isolation.h"
-#include "support/registry.h"
-#include "support/scratch.h"
-#include "support/text.h"
+// application's folder of its own. What may stand in one is told in cases/README. Its help against its man
+// page and its completions.
+#include "support/test.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
+#include <iomanip>
 #include <regex>
+#include <set>
+#include <shlobj.h>
 #include <sstream>
 
 namespace {
@@ -43,23 +40,14 @@ std::string expanded(std::string text)
     return text;
 }
 
-/// As a shell splits them, without expansions: quotation marks of both kinds keep blanks.
+/// As a shell splits them, without expansions: a word may stand in quotation marks of either kind.
 std::vector<std::string> words(const std::string& line)
 {
     std::vector<std::string> all;
-    char quote = 0;
-    bool isOpen = false;
-    for (const char c : line) {
-        const bool isBlank = c == ' ' && quote == 0;
-        if (!isBlank && !isOpen) {
-            all.emplace_back();
-        }
-        isOpen = !isBlank;
-        if (quote == c || (quote == 0 && (c == '\'' || c == '"'))) {
-            quote = quote == c ? '\0' : c;
-        } else if (!isBlank) {
-            all.back() += c;
-        }
+    std::istringstream stream(line);
+    for (std::string word; stream >> std::ws && !stream.eof(); all.push_back(word)) {
+        const char quote = stream.peek() == '"' ? '"' : '\'';
+        stream >> std::quoted(word, quote, '\0');
     }
     return all;
 }
@@ -83,11 +71,9 @@ public:
 private:
     void TestBody() override
     {
-        for (const char* const variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME"}) { // the host's shell folders
-            if (const char* const folder = std::getenv(variable)) {
-                std::filesystem::create_directories(folder);
-            }
-        }
+        wchar_t path[MAX_PATH];
+        SHGetSpecialFolderPathW(nullptr, path, CSIDL_APPDATA, TRUE); // makes it
+        SHGetSpecialFolderPathW(nullptr, path, CSIDL_LOCAL_APPDATA, TRUE);
         removeKey(HKEY_CURRENT_USER, "Software\\Acme");
         std::istringstream lines(readFile(m_file));
         for (std::string line; std::getline(lines, line); ++m_line) {
@@ -149,7 +135,6 @@ private:
             all.insert(all.begin(), {"--company", companyFromOutside("Acme"), "--product", "Widget"});
         }
         const std::string before = tree(HKEY_CURRENT_USER, "Software\\Acme");
-        m_options.workingFolder = m_application.folder();
         const ChildResult result = runProgram(m_program, all, m_options);
         std::string actual = result.output + result.errors;
         if (companyFromOutside("Acme") != "Acme") { // has to be quoted on a command line
@@ -177,7 +162,7 @@ private:
     std::filesystem::path m_file;
     Application m_application{m_file.stem().string()};
     std::filesystem::path m_program = m_application.addProgram("rkuinfo");
-    ChildOptions m_options;
+    ChildOptions m_options{m_application.folder(), {}};
     bool m_isNamed = true; ///< as Widget of Acme, a rebranded product
     int m_line = 1;
     std::string m_command;
@@ -193,5 +178,32 @@ const bool registered = [] {
     }
     return true;
 }();
+
+std::set<std::string> wordsIn(const std::string& text, const char* word)
+{
+    const std::regex pattern(word);
+    return {std::sregex_token_iterator(text.begin(), text.end(), pattern, 1), {}};
+}
+
+TEST(RkuinfoHelp, AgreesWithManPageAndCompletions)
+{
+    const std::filesystem::path program = Application("help").addProgram("rkuinfo");
+    const auto options = [](const std::string& text) { return wordsIn(text, "(--[a-z]+(?:-[a-z]+)*)"); };
+    std::string help = runProgram(program, {"--help"}).output;
+    const std::set<std::string> commands = wordsIn(help.substr(0, help.find("Options,")), "\n  ([a-z]+) ");
+    EXPECT_EQ(commands.size(), 16U);
+    for (const std::string& command : commands) {
+        help += runProgram(program, {"help", command}).output;
+    }
+    for (const std::string file : {"/rkuinfo.1", "/rkuinfo.bash", "/rkuinfo.ps1"}) {
+        const std::regex roff(R"(\\f[A-Z]|\\)");
+        const std::string text = std::regex_replace(readFile(RKUINFO_TOOL_SOURCE + file), roff, "");
+        EXPECT_EQ(options(text), options(help)) << file;
+        for (const std::string& command : commands) {
+            const std::regex told("(commands ?= ?'.*\\b|\n\\.(BI?R?|B) )" + command + "\\b");
+            EXPECT_TRUE(std::regex_search(text, told)) << file << ": " << command;
+        }
+    }
+}
 
 } // namespace

@@ -1,11 +1,5 @@
 // rkuinfo on Windows: a file that another process has locked, and the system's own reg.exe.
-#include "support/child.h"
-#include "support/isolation.h"
-#include "support/registry.h"
-#include "support/text.h"
-
-#include <gtest/gtest.h>
-#include <windows.h>
+#include "support/test.h"
 
 namespace {
 

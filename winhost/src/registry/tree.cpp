@@ -69,7 +69,7 @@ bool takeComponent(TextView& path, TextView& component)
 
 std::optional<NodeId> findSubKey(NodeId parent, TextView name)
 {
-    require(name.size() <= longestKeyName, ERROR_INVALID_PARAMETER);
+    require(name.size() <= longestKeyName || !exists(parent), ERROR_INVALID_PARAMETER); // deleted comes first
     const std::string asked = folded(name);
     Query query("SELECT id, name, sum FROM keys WHERE parent = ?1 AND folded = ?2", parent, asked);
     if (!query.next()) {
