@@ -40,7 +40,7 @@ endif()
 set(RKUINFO_SANITIZE "" CACHE STRING "Sanitizers of the host build, as -fsanitize takes them")
 if(RKUINFO_SANITIZE)
   target_compile_options(rkuinfo_flags INTERFACE
-    -fsanitize=${RKUINFO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${RKUINFO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   target_link_options(rkuinfo_flags INTERFACE -fsanitize=${RKUINFO_SANITIZE})
 endif()
 

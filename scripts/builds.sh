@@ -67,6 +67,13 @@ installed() {
         cmake --build "$folder" --target uninstall
 }
 
+# The same sources give the same libraries; ./dev package asks it of MinGW's.
+reproducible() {
+    build visual-cpp RkUInfo &&
+        tests/package/check.sh reproducible "$PWD/build/visual-cpp" visual-cpp bin/RkOsBase.dll bin/RkUInfo.dll \
+            bin/RkOsBase.pdb bin/RkUInfo.pdb lib/RkOsBase.lib lib/RkUInfo.lib
+}
+
 run_builds() {
     local windows=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/mingw-w64.cmake type
     failures=0
@@ -89,6 +96,7 @@ run_builds() {
     row guest guest
     row guest-mingw guest "$windows"
     row guest-visual-cpp guest -DCMAKE_TOOLCHAIN_FILE="$PWD/toolchains/visual-cpp.cmake"
+    row reproducible-visual-cpp reproducible
     row install-deep installed deep/er/bin lib/x86_64-linux-gnu
     row install-absolute installed bin "$builds/absolute/lib"
     return $failures

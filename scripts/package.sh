@@ -1,4 +1,5 @@
-# Makes the archives that ship, in build/package/: the same files give the same archive.
+# Makes the archives that ship, in build/package/: the same files give the same archive, and the same sources the same
+# Windows libraries.
 
 # Builds and installs a preset, and lists its files; their times are the commit's.
 stage() {
@@ -22,6 +23,8 @@ make_packages() {
     mkdir -p build/package
     build host reference
     stage windows windows
+    tests/package/check.sh reproducible "$PWD/build/windows" windows bin/RkOsBase.dll bin/RkUInfo.dll \
+        lib/libRkOsBase.dll.a lib/libRkUInfo.dll.a
     (cd build/package && TZ=UTC zip -q -X -@ "$name.zip" <<<"$files")
     echo "build/package/$name.zip"
     stage host linux

@@ -64,7 +64,7 @@ check_reproducible() {
     else
         tar -C "$root" --exclude=./build --exclude=./.git --exclude=./tests -cf - . | tar -C "$source" -xf -
     fi
-    (cd "$source" && cmake --preset "$preset" -B "$again/build" -DRKUINFO_TESTS=OFF >/dev/null)
+    (cd "$source" && cmake --preset "$preset" -B "$again/build" -DRKUINFO_TESTS=OFF -DRKUINFO_CCACHE=OFF >/dev/null)
     cmake --build "$again/build" --target RkUInfo >/dev/null
     for file in "$@"; do
         cmp "$build/$file" "$again/build/$file"

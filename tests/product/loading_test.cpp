@@ -1,7 +1,5 @@
 // The library loaded and unloaded by a program that is not linked to it.
-#include "support/registry.h"
-#include "support/scratch.h"
-#include "support/seam.h"
+#include "support/test.h"
 
 namespace {
 

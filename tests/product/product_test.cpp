@@ -101,10 +101,12 @@ TEST(Product, MovesOutOfItsUserDataCacheFolder)
 {
     wchar_t documents[MAX_PATH] = {};
     SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, documents);
-    for (const std::string folder :
-         {"UserDataCache", "userDATAcache", "UserDataCache/Temp", "UserDataCaches"}) {
-        const bool moves = folder.size() == 13;
-        const Application app(folder);
+    const std::pair<const char*, bool> rows[] = {{"UserDataCache", true},
+                                                 {"userDATAcache", true},
+                                                 {"UserDataCache/Temp", false},
+                                                 {"UserDataCaches", false}};
+    for (const auto& [folder, moves] : rows) {
+        const Application app(std::to_string(&moves - &rows[0].second));
         const auto working = app.folder() / folder;
         std::filesystem::create_directories(working);
         EXPECT_EQ(workingDirectory.run(app.program(), {}, {working, {}}).output,

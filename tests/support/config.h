@@ -1,8 +1,6 @@
 // The configuration object as a test sees it.
 #pragma once
 
-#include "support/text.h"
-
 #include <RkUInfo.h>
 
 namespace testing_support {
@@ -19,14 +17,6 @@ public:
     using TarvoConfig::queryAInstalledLangInOrder, TarvoConfig::verifyResourcePath;
     using TarvoConfig::refreshLanguageName, TarvoConfig::refreshProductName;
 };
-
-/// A subtree's key path.
-inline std::string rootPath(const TarvoConfig& config, int path)
-{
-    wchar_t key[1024] = L"?";
-    config.getRegRootPath(static_cast<TarvoConfig::Path>(path), key);
-    return utf8(key);
-}
 
 /// Starts the process's configuration as a rebranded product, whose languages need no uninstall entry: the
 /// key path of its language is Software\Acme\Widget\2018\en-US.

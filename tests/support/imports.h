@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -11,6 +12,10 @@ namespace testing_support {
 /// The module under test and this program's own.
 extern const char* const libraryModule;
 inline constexpr const char* programModule = nullptr;
+
+/// Whether a module's symbol is a function ("velaConfig", "RkLocker::lock", "RkLocker::~RkLocker"), whatever
+/// its arguments, or has that very name, as "malloc" has.
+bool isNameOf(std::string_view symbol, std::string_view function);
 
 /// Where a loaded module keeps the addresses of a function that it imports, named as in the source
 /// ("RegCloseKey", "RkLocker::lock"); they can be written. Throws std::runtime_error when the module imports

@@ -1,4 +1,4 @@
-#include "support/names.h"
+#include "support/imports.h"
 
 #include <string>
 

@@ -1,12 +1,12 @@
-// What nearly every test includes.
+// What every test includes: the parts of this folder, and what is often wanted of them.
 #pragma once
 
 #include "support/child.h"
 #include "support/config.h"
+#include "support/imports.h"
 #include "support/isolation.h"
 #include "support/registry.h"
 #include "support/scratch.h"
-#include "support/seam.h"
 #include "support/text.h"
 
 #include <gtest/gtest.h>
@@ -20,5 +20,97 @@
 namespace testing_support {
 
 using Error = TarvoConfig::Error;
+
+/// What a function writes into a buffer of 1024 characters that holds "?" and more behind that; after
+/// "failed: " where the length that it gives is 0.
+template <typename Function>
+std::string textOf(Function function)
+{
+    wchar_t buffer[1024];
+    std::fill(std::begin(buffer), std::end(buffer), L'?');
+    buffer[1] = buffer[1023] = 0;
+    const auto length = static_cast<std::size_t>(function(buffer));
+    const std::string written = utf8(buffer);
+    EXPECT_TRUE(length == 0 || length == Wide(written).length()) << length << ' ' << written;
+    return length == 0 ? "failed: " + written : written;
+}
+
+/// A subtree's key path.
+inline std::string rootPath(const TarvoConfig& config, int path)
+{
+    wchar_t key[1024] = L"?";
+    config.getRegRootPath(static_cast<TarvoConfig::Path>(path), key);
+    return utf8(key);
+}
+
+/// The whole name of a function that the library exports, from the list that the exports are held to.
+inline std::string exportedName(std::string_view function)
+{
+    std::istringstream names(readFile(RKUINFO_EXPORTS));
+    std::string name;
+    while (std::getline(names, name) && !isNameOf(name, function)) {
+    }
+    return name;
+}
+
+/// Counts the registry keys that the library opens and closes; when it goes, none may be left open.
+class KeyCounter
+{
+public:
+    KeyCounter() = default;
+    KeyCounter(const KeyCounter&) = delete;
+    KeyCounter& operator=(const KeyCounter&) = delete;
+    ~KeyCounter() { EXPECT_EQ(m_open, 0); }
+
+    int stillOpen() const { return m_open; }
+
+private:
+    template <Name name, typename Function>
+    Patch counting(int change)
+    {
+        return intercept<name, Function>([this, change](auto real, auto... arguments) {
+            const LSTATUS status = real(arguments...);
+            m_open += status == ERROR_SUCCESS ? change : 0;
+            return status;
+        });
+    }
+
+    int m_open = 0;
+    Patch m_patches[3] = {counting<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(1),
+                          counting<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(1),
+                          counting<"RegCloseKey", decltype(RegCloseKey)>(-1)};
+};
+
+/// Lets the library believe that the process's executable has another path, of any length; empty: none can be
+/// read.
+[[nodiscard]] inline Patch pretendExecutable(const std::string& pretended)
+{
+    const auto answer = [path = Wide(pretended)](auto, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
+        EXPECT_TRUE(module == nullptr || module == GetModuleHandleW(nullptr));
+        const auto length = static_cast<DWORD>(path.length());
+        if (length == 0) {
+            SetLastError(ERROR_ACCESS_DENIED);
+            return 0;
+        }
+        const DWORD copied = std::min(length, size - 1);
+        std::copy_n(+path, copied, out);
+        out[copied] = 0;
+        if (copied < length) {
+            SetLastError(ERROR_INSUFFICIENT_BUFFER);
+            return size;
+        }
+        return length;
+    };
+    return intercept<"GetModuleFileNameW", decltype(GetModuleFileNameW)>(answer);
+}
+
+/// A test that runs as an application in a folder of its own, and leaves no key open.
+class ApplicationTest : public testing::Test
+{
+protected:
+    const KeyCounter m_keys;
+    const Application m_application;
+    const Patch m_pretended = pretendExecutable(windowsPath(m_application.program()));
+};
 
 } // namespace testing_support

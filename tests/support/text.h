@@ -3,8 +3,6 @@
 
 #include <RkUInfo/Text.hpp>
 
-#include <gtest/gtest.h>
-
 #include <concepts>
 #include <string>
 #include <string_view>
@@ -34,17 +32,5 @@ public:
 private:
     std::vector<wchar_t> m_units;
 };
-
-/// What a function writes into a buffer of 1024 characters that begins with "?"; behind "failed: " where the
-/// length that it gives is 0.
-template <typename Function>
-std::string textOf(Function function)
-{
-    wchar_t buffer[1024] = L"?";
-    const auto length = static_cast<std::size_t>(function(buffer));
-    const std::string written = utf8(buffer);
-    EXPECT_TRUE(length == 0 || length == Wide(written).length()) << length << ' ' << written;
-    return length == 0 ? "failed: " + written : written;
-}
 
 } // namespace testing_support

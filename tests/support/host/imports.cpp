@@ -1,8 +1,6 @@
 // Imports of an ELF module: the slots that its relocations name.
 #include "support/imports.h"
 
-#include "support/names.h"
-
 #include <dlfcn.h>
 #include <link.h>
 #include <sys/mman.h>

@@ -1,8 +1,6 @@
 // Imports of a PE module: its import address table.
 #include "support/imports.h"
 
-#include "support/names.h"
-
 #include <windows.h>
 
 #include <stdexcept>
