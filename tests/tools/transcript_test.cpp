@@ -144,9 +144,8 @@ private:
         std::erase(actual, '\0');
         actual += result.exitCode == 0 ? "" : '[' + std::to_string(result.exitCode) + "]\n";
         EXPECT_TRUE(matches(std::istringstream(expanded(m_expected)), actual))
-            << m_file.string() << ':' << m_line << ": $ " << m_command << '\n'
-            << actual << "---- expected\n"
-            << m_expected;
+            << m_file.string() << ':' << m_line << ": $ "
+            << m_command + '\n' + actual + "---- expected\n" + m_expected;
         static const std::regex changing("(^|.* )(set|rm|import|profiles|use|provision)( .*|$)");
         EXPECT_TRUE(std::regex_match(m_command, changing) ||
                     tree(HKEY_CURRENT_USER, "Software\\Acme") == before)
