@@ -105,6 +105,7 @@ TEST(StartUp, DecidesTheLanguage)
         try {
             EXPECT_EQ(config.initLanguageName(row.argument), eOk);
             EXPECT_EQ(utf8(config.language().shortName()), row.becomes);
+            EXPECT_EQ(config.refreshLanguageName() != 0, row.remembered.has_value());
         } catch (UINT exitCode) {
             EXPECT_EQ(std::to_string(exitCode) + row.becomes, "1");
         }
@@ -199,6 +200,7 @@ TEST(StartUp, FailsForGood)
 {
     int asked = 0;
     const Patch vanishing = intercept<"_waccess", decltype(_waccess)>([&](auto real, auto* path, int mode) {
+        EXPECT_EQ(mode, 4);                          // to read
         return ++asked == 2 ? -1 : real(path, mode); // there when the language is chosen, then gone
     });
     EXPECT_EQ(startAcme(), eRegistryError);
