@@ -148,6 +148,7 @@ TEST(StartUp, ProposesLanguagesInOrder)
     EXPECT_FALSE(config.isLangFolderExist(nullptr) || config.isLangGuidExist(nullptr));
     for (auto name = std::rbegin(order); name != std::rend(order); ++name) { // every folder is there
         const TarvoLanguage language{Wide(*name)};
+        EXPECT_FALSE(config.isLanguageExist(Wide(*name)));
         addUninstallEntry(language.velaLanguage());
         EXPECT_EQ(config.queryAInstalledLangInOrder(), language.language());
         EXPECT_TRUE(config.isLanguageExist(Wide(*name)));
