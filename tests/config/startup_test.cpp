@@ -61,7 +61,6 @@ TEST(StartUp, DecidesTheLanguage)
         {"not mapped", nullptr, {}, ini("2052", "1036=fr-FR"), "en-US", goOn},
         {"nothing says anything", nullptr, {}, "", "en-US", goOn},
         {"a folder without a library", L"tr-TR", {}, "", "en-US", goOn, {"en-US", "tr-TR"}, {"en-US"}},
-        {"a file for a folder", L"hu-HU", {}, "", "en-US", goOn, {"en-US", "hu-HU"}, {"en-US"}},
         {"an entry without what counts", L"ja-JP", {}, "", "en-US", goOn, {"en-US"}, {"en-US", "ja-JP"}},
         {"refused", L"de-DE", text("fr-FR"), french, "", goOn, {"en-US"}, {"en-US"}},
         {"no name of a language", L"en", text("fr-FR"), french, "", invalidName},
@@ -70,7 +69,6 @@ TEST(StartUp, DecidesTheLanguage)
     const Application application;
     const Patch pretended = pretendExecutable(windowsPath(application.program()));
     writeFile(application.folder() / "tr-TR" / "dll.txt", "");
-    writeFile(application.folder() / "hu-HU", "a file");
     const Row* current = nullptr;
     std::string shown;
     const Patch box = intercept<"MessageBoxW", decltype(MessageBoxW)>(
