@@ -111,7 +111,8 @@ public:
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
             status =
-                RegDeleteTreeW(handle, wide(subKey)); // differs in what is left where it fails on its way
+                RegDeleteTreeW(handle, wide(subKey)); // differs in what it leaves when it fails on its way
+            status = subKey.empty() ? status != ERROR_SUCCESS : status; // and in which of two errors it gives
         } else if (call == u"close" && index < m_keys.size()) {
             const HKEY closed = m_keys[index].handle.release();
             m_keys.erase(m_keys.begin() + static_cast<std::ptrdiff_t>(index));

@@ -5,6 +5,9 @@ namespace {
 
 using namespace testing_support;
 
+const std::string below = "\\Widget\\2018\\en-US\\Settings";
+const std::string key = "Software\\Acme" + below;
+
 class RkuinfoOnWindows : public testing::Test
 {
 protected:
@@ -33,9 +36,7 @@ TEST_F(RkuinfoOnWindows, FindsALockedIniFile)
 
 TEST_F(RkuinfoOnWindows, ExchangesFilesWithRegExe)
 {
-    const std::string key = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
-    const std::string outside =
-        "HKCU\\Software\\" + companyFromOutside("Acme") + "\\Widget\\2018\\en-US\\Settings";
+    const std::string outside = "HKCU\\Software\\" + companyFromOutside("Acme") + below;
     const auto reg = [&](const std::vector<std::string>& words) {
         const ChildResult result =
             runProgram("C:/windows/system32/reg.exe", words, {m_application.folder(), {}});
@@ -64,7 +65,6 @@ TEST_F(RkuinfoOnWindows, ExchangesFilesWithRegExe)
 /// refused.
 TEST_F(RkuinfoOnWindows, TakesBackAnImportThatIsRefused)
 {
-    const std::string key = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
     setRaw(HKEY_CURRENT_USER, key, "int", dword(1));
     HKEY opened = nullptr;
     RegCreateKeyExW(HKEY_CURRENT_USER, Wide(key + "\\Volatile"), 0, nullptr, REG_OPTION_VOLATILE, KEY_READ,
@@ -73,9 +73,9 @@ TEST_F(RkuinfoOnWindows, TakesBackAnImportThatIsRefused)
     const std::string before = tree(HKEY_CURRENT_USER, key);
     writeFile(
         m_application.folder() / "file.json",
-        R"({"values": [{"name": "int", "type": "int", "value": 2}, {"name": "new", "type": "int", "value": 2}],)"
-        R"( "keys": [{"name": "A", "values": [], "keys": []},)"
-        R"( {"name": "Volatile", "values": [], "keys": [{"name": "B", "values": [], "keys": []}]}]})");
+        R"({"values": [{"name": "int", "type": "int", "value": 2}, {"name": "new", "type": "int", "value": 2}],
+                  "keys": [{"name": "A", "values": [], "keys": []}, {"name": "Volatile", "values": [],
+                            "keys": [{"name": "B", "values": [], "keys": []}]}]})");
     const ChildResult result = run({"import", "settings", "--file", "file.json"});
     EXPECT_NE(result.errors.find("error 1021; nothing was changed"), std::string::npos) << result.errors;
     EXPECT_EQ(tree(HKEY_CURRENT_USER, key), before);
