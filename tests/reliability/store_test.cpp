@@ -591,7 +591,7 @@ TEST(Storm, ManyAtOnceDisturbNobody)
 
 // ---- Damage
 
-/// Another content at random: cut off, a few bytes changed, or a page zeroed, random or another one.
+/// Another content at random: cut off, a few bytes changed, or a page zeroed, random or swapped.
 std::string damaged(std::string bytes, std::minstd_rand& random)
 {
     const auto any = [&](std::size_t below) { return random() % std::max<std::size_t>(below, 1); };
@@ -605,9 +605,11 @@ std::string damaged(std::string bytes, std::minstd_rand& random)
     } else {
         constexpr std::size_t size = 4096;
         char* const page = bytes.data() + any(bytes.size() / size) * size;
-        const char* const other = bytes.data() + any(bytes.size() / size) * size;
+        char* const other = bytes.data() + any(bytes.size() / size) * size;
         for (std::size_t i = 0; i < size; ++i) {
-            page[i] = kind == 2 ? '\0' : kind == 3 ? static_cast<char>(random()) : other[i];
+            page[i] = kind == 2   ? '\0'
+                      : kind == 3 ? static_cast<char>(random())
+                                  : std::exchange(other[i], page[i]);
         }
     }
     return bytes;
