@@ -50,6 +50,9 @@ TEST_F(Ini, PathsHave1022CharactersAndAFolder)
     const std::string folder = windowsPath(m_application.folder()) + "\\";
     wchar_t out[1024] = L"";
     VelaVariant value;
+    Patch folderless = pretendExecutable("cad.exe");
+    EXPECT_EQ(config.getIniFilePath(out, L"TARVO.ini"), eInvalidInput);
+    folderless.reset();
     for (const std::size_t length : {1022U, 1023U, 5000U}) {
         const bool fits = length == 1022;
         const std::string name(length - folder.size(), 'x');
