@@ -17,7 +17,7 @@ run_stress() {
     run_cases build/host/bin/rkuinfo_tests 'Faults.*:Storm.*:Store.*:*Disk.*:Host.*'
     echo '== The same threads under ThreadSanitizer'
     build tsan rkuinfo_tests
-    run_cases build/tsan/bin/rkuinfo_tests 'Storm.Threads*:Storm.Many*'
+    run_cases build/tsan/bin/rkuinfo_tests 'Locks.*:Storm.Many*'
     echo '== Agreement of winhost with Wine'
     build host agreement_tests
     build windows agreement_tests

@@ -3,8 +3,8 @@
 run_tidy() {
     need clang-tidy
     need_for host
-    cmake --preset host -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >build/host-configure.log
-    sed -n "s|^  \"file\": \"$PWD/\(.*\)\".*|\1|p" build/host/compile_commands.json |
+    cmake --preset host -B build/tidy -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >build/tidy-configure.log
+    sed -n "s|^  \"file\": \"$PWD/\(.*\)\".*|\1|p" build/tidy/compile_commands.json |
         sort -u |
-        xargs -P "$(nproc)" -I {} clang-tidy -p build/host --quiet --extra-arg=-Wno-unknown-warning-option {}
+        xargs -P "$(nproc)" -I {} clang-tidy -p build/tidy --quiet --extra-arg=-Wno-unknown-warning-option {}
 }

@@ -34,13 +34,8 @@ TarvoConfigException::TarvoConfigException(const wchar_t* message, int, const wc
 }
 TarvoConfigException::~TarvoConfigException() {}
 
-unsigned long long sizes[] = {sizeof(TarvoConfig),
-                              sizeof(TarvoConfig::ItemIterator),
-                              sizeof(TarvoConfig::ValueIterator),
-                              sizeof(TarvoLanguage),
-                              sizeof(VelaVariant),
-                              sizeof(ITarvoProduct),
-                              sizeof(TarvoConfigException),
-                              sizeof(RkErrorStatus),
-                              sizeof(RkLocker),
-                              sizeof(VelaCrashRecorder)};
+static_assert(sizeof(TarvoConfig) + sizeof(TarvoConfig::ItemIterator) + sizeof(TarvoConfig::ValueIterator) +
+                      sizeof(TarvoLanguage) + sizeof(VelaVariant) + sizeof(RkLocker) +
+                      sizeof(TarvoConfigException) + sizeof(RkErrorStatus) >
+                  0,
+              "");

@@ -1,26 +1,14 @@
-// What the programs share: their notes of what holds.
+// What the programs note of what holds: the first that does not ends them.
 #pragma once
 
 #include <cstdio>
-
-inline int& failures()
-{
-    static int count = 0;
-    return count;
-}
+#include <cstdlib>
 
 inline void check(bool holds, const char* what)
 {
     std::printf("%s: %s\n", holds ? "ok" : "FAILED", what);
     std::fflush(stdout);
-    failures() += holds ? 0 : 1;
-}
-
-inline bool equal(const wchar_t* left, const wchar_t* right)
-{
-    while (*left != 0 && *left == *right) {
-        ++left;
-        ++right;
+    if (!holds) {
+        std::exit(1);
     }
-    return *left == *right;
 }

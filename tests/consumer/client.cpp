@@ -1,11 +1,12 @@
-// A program of an application: starts the library up, works with the store and with a module of its own.
+// A program of an application, in C++20: starts the library up, works with the store and with a module.
 #include "check.h"
-#include "memory.h"
 #include "module.h"
 
-#include <cstring>
+#include <RkUInfo.hpp>
 
 namespace {
+
+using rkuinfo::utf8;
 
 constexpr TarvoConfig::Path settings = TarvoConfig::eSettings;
 
@@ -20,98 +21,39 @@ public:
     std::int32_t last = 0;
 };
 
-void startUp()
-{
-    check(InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk, "start-up");
-    check(CreateConfigReg() == TarvoConfig::eOk, "the user's tree");
-    check(equal(velaConfig()->companyName(), L"Consumer") && velaConfig()->language().velaLanguage() == 1033,
-          "company and language");
-}
-
 /// Stores a value, and reads it back: filled in the library, freed here.
-VelaVariant stored(const wchar_t* path, const VelaVariant& value)
+template <typename T>
+bool isKept(const wchar_t* path, const T& value)
 {
-    VelaVariant read;
-    check(velaConfig()->setValue(settings, path, value) == TarvoConfig::eOk &&
-              velaConfig()->getValue(settings, path, read) == TarvoConfig::eOk,
-          "a setting stored and read");
-    return read;
+    return !rkuinfo::set(settings, path, value) && rkuinfo::get<T>(settings, path) == value;
 }
 
-void storeEachType()
+void useStore()
 {
-    VelaVariant value;
-    value.setInt(-7);
-    check(stored(L"View/Int", value).getInt() == -7, "an integer");
-    value.setInt64(-(INT64_C(1) << 40));
-    check(stored(L"View/Int64", value).getInt64() == -(INT64_C(1) << 40), "a long integer");
-    value.setBinary("\0\1\2", 3);
-    check(std::memcmp(stored(L"View/Binary", value).getBinary(), "\0\1\2", 3) == 0, "bytes");
-    constexpr double number = 1.25;
-    value.setDouble(number);
-    const VelaVariant bytes = stored(L"View/Double", value); // which the store has without their type
-    check(bytes.blockSize() == 12 && std::memcmp(bytes.getBinary(), &number, sizeof number) == 0, "a number");
-    value.setString(L"Gr\u00fcn");
-    check(equal(stored(L"View/String", value).getString(), L"Gr\u00fcn"), "a text");
-}
-
-void walk()
-{
+    check(isKept(L"View/Int", -7) && isKept(L"View/Int64", -(INT64_C(1) << 40)) &&
+              isKept(L"View/Double", 1.25) && isKept(L"View/Text", rkuinfo::utf16("Gr\xc3\xbcn")) &&
+              isKept(L"View/Bytes", rkuinfo::Bytes{std::byte(0), std::byte(1)}),
+          "a setting of each type");
+    int count = 0;
+    for (const auto& value : rkuinfo::values(settings, L"View")) {
+        count += value.name.empty() ? 0 : 1;
+    }
+    check(count == 5, "five values by a range");
     TarvoConfig::ItemIterator items;
+    check(velaConfig()->findItem(settings, nullptr, items) == TarvoConfig::eOk, "the settings' items");
+    const TarvoConfig::ItemIterator copy(items);
+    items = TarvoConfig::ItemIterator();
     wchar_t name[16] = {};
     long size = 16;
-    check(velaConfig()->findItem(settings, nullptr, items) == TarvoConfig::eOk, "the settings' items");
-    {
-        const TarvoConfig::ItemIterator copy(items);
-        items = TarvoConfig::ItemIterator();
-        check(copy.name(name, size) == TarvoConfig::eOk && equal(name, L"View"), "an item, by a copy");
-    }
-    TarvoConfig::ValueIterator first;
-    check(velaConfig()->findItem(settings, L"View", first) == TarvoConfig::eOk, "an item's values");
-    TarvoConfig::ValueIterator values;
-    values = first;
-    int count = 0;
-    do {
-        size = 16;
-        count += values.key(name, size) == TarvoConfig::eOk ? 1 : 0;
-    } while (values.step() == TarvoConfig::eOk);
-    VelaVariant value;
-    check(count == 5 && first.value(value) == TarvoConfig::eOk,
-          "five values, and a copy that stands on its own");
+    check(copy.name(name, size) == TarvoConfig::eOk && utf8(name) == "View", "an item, by a copy");
 }
 
-void useProduct()
+void useProduct(ITarvoProduct* product)
 {
-    ITarvoProduct* const product = velaGetProduct();
-    check(equal(product->productName(), L"Sample") && equal(product->defaultProductName(), L"TARVO"),
+    check(utf8(product->productName()) == "Sample" && utf8(product->defaultProductName()) == "TARVO",
           "the product's first slots");
     product->setSharedValueC(5);
     check(product->productNumber() == 27 && product->getSharedValueC() == 5, "its last slots");
-}
-
-void runOutOfMemory()
-{
-    Recorder recorder;
-    VelaCrashRecorder* const before = velaSetCrashRecorder(&recorder);
-    VelaVariant value;
-    try {
-        const RefusedMemory refused;
-        velaConfig()->getValue(settings, L"View/String", value);
-        check(false, "memory refused");
-    } catch (RkErrorStatus* exception) {
-        check(exception->code() == Vela::eOutOfMemory, "the library's own exception, by its class");
-        delete exception;
-    }
-    try {
-        const RefusedMemory refused;
-        velaConfig()->getValue(settings, L"View/String", value);
-        check(false, "memory refused");
-    } catch (RkException* exception) {
-        check(dynamic_cast<RkErrorStatus*>(exception) != nullptr, "and by its base class");
-        delete exception;
-    }
-    check(recorder.last == Vela::eOutOfMemory, "the crash recorder saw it");
-    check(velaSetCrashRecorder(before) == &recorder, "the crash recorder removed");
 }
 
 void useModule(const ModuleCalls& module)
@@ -119,47 +61,48 @@ void useModule(const ModuleCalls& module)
     check(module.config() == velaConfig(), "one configuration object");
     module.share(1234);
     check(velaGetProduct()->getSharedValueB() == 1234, "one product object");
-    {
-        VelaVariant value;
-        value.setInt(1);
-        module.fill(value);
-        check(equal(value.getString(), L"from the module"), "a value filled by the module");
-    }
+    VelaVariant value;
+    value.setInt(1);
+    module.fill(value);
+    check(utf8(value.getString()) == "from the module", "a value filled by the module");
+    Recorder recorder;
+    velaSetCrashRecorder(&recorder);
+    int caught = 0;
     try {
         module.throwConfigException();
-        check(false, "an exception thrown");
     } catch (TarvoConfigException* exception) {
-        check(exception->isExitProcess() == 1 && equal(exception->description(), L"message"),
+        check(exception->isExitProcess() == 1 && utf8(exception->description()) == "message",
               "the module's exception, by its own class");
         delete exception;
+        ++caught;
     }
     try {
         module.throwStatus();
-        check(false, "a status thrown");
     } catch (RkException* exception) {
-        check(exception->code() == Vela::eInvalidInput, "the module's status, by its base class");
-        check(dynamic_cast<RkErrorStatus*>(exception) != nullptr &&
+        check(exception->code() == Vela::eInvalidInput &&
+                  dynamic_cast<RkErrorStatus*>(exception) != nullptr &&
                   dynamic_cast<TarvoConfigException*>(exception) == nullptr,
-              "what it is, by a dynamic cast");
+              "the module's status, by its base class");
         delete exception;
+        ++caught;
     }
+    check(caught == 2 && recorder.last == Vela::eInvalidInput && velaSetCrashRecorder(nullptr) == &recorder,
+          "both came, and the crash recorder saw the status");
 }
 
 } // namespace
 
 int main(int argc, char** argv)
 {
-    startUp();
-    storeEachType();
-    walk();
-    useProduct();
-    runOutOfMemory();
-    const LoadedModule module(argc == 2 ? argv[1] : "");
-    check(module.calls() != nullptr, "the module loaded");
-    if (module.calls() != nullptr) {
-        useModule(*module.calls());
-    }
+    check(InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk, "start-up");
+    check(CreateConfigReg() == TarvoConfig::eOk, "the user's tree");
+    check(utf8(velaConfig()->companyName()) == "Consumer" && velaConfig()->language().velaLanguage() == 1033,
+          "company and language");
+    useStore();
+    useProduct(velaGetProduct());
+    void* const module = load(argc == 2 ? argv[1] : "");
+    check(module != nullptr, "the module loaded");
+    useModule(*callsOf(module));
     check(velaConfig()->removeItem(TarvoConfig::eProductRoot, nullptr) == TarvoConfig::eOk,
           "the tree removed");
-    return failures() == 0 ? 0 : 1;
 }

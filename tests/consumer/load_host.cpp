@@ -2,25 +2,23 @@
 
 #include <dlfcn.h>
 
-LoadedModule::LoadedModule(const char* file) : m_handle(dlopen(file, RTLD_NOW | RTLD_LOCAL)) {}
-
-LoadedModule::~LoadedModule()
+void* load(const char* file)
 {
-    if (m_handle != nullptr) {
-        dlclose(m_handle);
-    }
+    return dlopen(file, RTLD_NOW | RTLD_LOCAL);
 }
 
-const ModuleCalls* LoadedModule::calls() const
+void unload(void* module)
 {
-    return m_handle != nullptr ? reinterpret_cast<GetModuleCalls>(dlsym(m_handle, "moduleCalls"))() : nullptr;
+    dlclose(module);
 }
 
-bool LoadedModule::isLibraryLoaded()
+const ModuleCalls* callsOf(void* module)
+{
+    return reinterpret_cast<decltype(&moduleCalls)>(dlsym(module, "moduleCalls"))();
+}
+
+bool isLibraryLoaded()
 {
     void* const library = dlopen("libRkUInfo.so", RTLD_LAZY | RTLD_NOLOAD);
-    if (library != nullptr) {
-        dlclose(library);
-    }
-    return library != nullptr;
+    return library != nullptr && dlclose(library) == 0;
 }

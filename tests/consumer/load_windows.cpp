@@ -2,25 +2,23 @@
 
 #include <windows.h>
 
-LoadedModule::LoadedModule(const char* file) : m_handle(LoadLibraryA(file)) {}
-
-LoadedModule::~LoadedModule()
+void* load(const char* file)
 {
-    if (m_handle != nullptr) {
-        FreeLibrary(static_cast<HMODULE>(m_handle));
-    }
+    return LoadLibraryA(file);
 }
 
-const ModuleCalls* LoadedModule::calls() const
+void unload(void* module)
 {
-    if (m_handle == nullptr) {
-        return nullptr;
-    }
-    const FARPROC function = GetProcAddress(static_cast<HMODULE>(m_handle), "moduleCalls");
-    return reinterpret_cast<GetModuleCalls>(reinterpret_cast<void*>(function))();
+    FreeLibrary(static_cast<HMODULE>(module));
 }
 
-bool LoadedModule::isLibraryLoaded()
+const ModuleCalls* callsOf(void* module)
+{
+    const FARPROC function = GetProcAddress(static_cast<HMODULE>(module), "moduleCalls");
+    return reinterpret_cast<decltype(&moduleCalls)>(reinterpret_cast<void*>(function))();
+}
+
+bool isLibraryLoaded()
 {
     return GetModuleHandleA("RkUInfo.dll") != nullptr;
 }

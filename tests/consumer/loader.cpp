@@ -5,15 +5,11 @@
 
 int main(int argc, char** argv)
 {
-    for (int round = 0; round < 2 && argc == 2; ++round) {
-        {
-            const LoadedModule module(argv[1]);
-            check(module.calls() != nullptr && LoadedModule::isLibraryLoaded(),
-                  "the module and the library loaded");
-            check(module.calls() != nullptr && module.calls()->start(),
-                  "start-up, and a text of the language");
-        }
-        check(!LoadedModule::isLibraryLoaded(), "both unloaded");
+    for (int round = 0; round < 2; ++round) {
+        void* const module = load(argc == 2 ? argv[1] : "");
+        check(module != nullptr && isLibraryLoaded(), "the module and the library loaded");
+        check(callsOf(module)->start(), "start-up, and a text of the language");
+        unload(module);
+        check(!isLibraryLoaded(), "both unloaded");
     }
-    return argc == 2 && failures() == 0 ? 0 : 1;
 }

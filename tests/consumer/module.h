@@ -1,4 +1,4 @@
-// What the module gives to a program: one table of functions.
+// What the module gives to a program, one table of functions, and how a program loads it.
 #pragma once
 
 #include <RkUInfo.h>
@@ -14,23 +14,12 @@ struct ModuleCalls
     void (*throwStatus)();
 };
 
-using GetModuleCalls = const ModuleCalls* (*)();
+extern "C" const ModuleCalls* moduleCalls();
 
-/// A module that a program loads. Its calls are gone when it is.
-class LoadedModule
-{
-public:
-    explicit LoadedModule(const char* file);
-    LoadedModule(const LoadedModule&) = delete;
-    LoadedModule& operator=(const LoadedModule&) = delete;
-    ~LoadedModule();
-
-    /// Null when it could not be loaded.
-    const ModuleCalls* calls() const;
-
-    /// Whether the library, whatever loaded it, is in this process.
-    static bool isLibraryLoaded();
-
-private:
-    void* m_handle;
-};
+/// A loaded module, or null.
+void* load(const char* file);
+void unload(void* module);
+/// The module's moduleCalls().
+const ModuleCalls* callsOf(void* module);
+/// Whether the library, whatever loaded it, is in this process.
+bool isLibraryLoaded();

@@ -2,28 +2,18 @@
 // watches.
 #include <windows.h>
 
-#include <iostream>
-
-namespace {
-
-constexpr int attempts = 300;
-constexpr DWORD pause = 100; // milliseconds
-
-} // namespace
+#include <cstdio>
 
 extern "C" int wmain(int argc, wchar_t** argv)
 {
-    if (argc != 2) {
-        std::cerr << "usage: answer CAPTION\n";
-        return 2;
-    }
-    for (int attempt = 0; attempt < attempts; ++attempt) {
+    constexpr DWORD pause = 100; // milliseconds
+    for (int attempt = 0; attempt < 300 && argc == 2; ++attempt) {
         const HWND box = FindWindowW(L"#32770", argv[1]);
         if (box != nullptr && PostMessageW(box, WM_COMMAND, IDYES, 0) != FALSE) {
             return 0;
         }
         Sleep(pause);
     }
-    std::cerr << "answer: no box came\n";
+    std::fputs("answer CAPTION: no box came\n", stderr);
     return 1;
 }

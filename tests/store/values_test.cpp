@@ -39,19 +39,17 @@ const struct Sample
 /// Counts the blocks that a module allocates, and fills them; the one whose number is refused cannot be had.
 struct Blocks
 {
-    int count = 0;
-    int refused = 0;
-
-    void* allocate(void* (*real)(std::size_t), std::size_t size)
+    explicit Blocks(const char* module)
+        : patch(intercept<"malloc", void*(std::size_t)>(
+              [this](auto real, std::size_t size) {
+                  void* const block = ++count == refused ? nullptr : real(size);
+                  return block == nullptr ? nullptr : std::memset(block, 0xCC, size);
+              },
+              module))
     {
-        void* const block = ++count == refused ? nullptr : real(size);
-        return block == nullptr ? nullptr : std::memset(block, 0xCC, size);
     }
-    Patch in(const char* module)
-    {
-        return intercept<"malloc", void*(std::size_t)>(
-            [this](auto real, std::size_t size) { return allocate(real, size); }, module);
-    }
+    int count = 0, refused = 0;
+    Patch patch;
 };
 
 /// The code of the exception that a call throws, -1 for a null one, 0 when none is thrown.
@@ -88,8 +86,7 @@ void checkAfter(const Sample& before, const Sample& after)
     const bool needsBlock = hasBlock && !(isFixed && &before == &after);
     const std::string left = withoutBlock(isFixed ? failing.type() : type);
 
-    Blocks blocks;
-    const Patch counting = blocks.in(programModule);
+    Blocks blocks(programModule);
     const auto withoutMemory = [&blocks](const auto& call) {
         blocks.refused = blocks.count + 1;
         const int code = thrownCode(call);
@@ -230,8 +227,7 @@ TEST_F(Codec, ReadsByStoredType)
         {{REG_EXPAND_SZ, abc}, ""},
         {{REG_MULTI_SZ, abc + text("").bytes}, ""},
     };
-    Blocks blocks;
-    const Patch filling = blocks.in(libraryModule);
+    Blocks blocks(libraryModule);
     for (const auto& [value, result] : rows) {
         SCOPED_TRACE(testing::PrintToString(value));
         store(value);

@@ -10,7 +10,7 @@
 
 namespace {
 
-bool json = false;
+bool doctorJson = false;
 
 struct Finding
 {
@@ -252,7 +252,7 @@ void printFindings(const std::vector<Finding>& findings, const Layout& layout)
 void doctor(Session& session)
 {
     const std::vector<Finding> findings = Doctor(session).examine();
-    if (json) {
+    if (doctorJson) {
         Json list = Json::array();
         for (const Finding& finding : findings) {
             list.push_back({{"code", finding.code},
@@ -277,7 +277,7 @@ Command doctorCommand()
     return {
         "doctor",
         "Tell what is wrong with the installation, and how to mend it",
-        {jsonFlag(json)},
+        {jsonFlag(doctorJson)},
         "Looks at the registry, the INI files, the languages, the user's folders and tree. Exit code 1 when "
         "there is an error; a note alone is none.",
         doctor};

@@ -12,29 +12,29 @@ struct
     Place place;
     std::string file;
     std::string format = "json";
-} arguments;
+} exportArguments;
 
 void exportTree(Session& session)
 {
-    const std::string format = chosen(arguments.format, {"json", "reg"}, "format");
+    const std::string format = chosen(exportArguments.format, {"json", "reg"}, "format");
     const Installation installation(session);
-    const Text path = arguments.place.path(installation);
+    const Text path = exportArguments.place.path(installation);
     const std::optional<Key> key = Key::find(path);
     if (!key) {
-        arguments.place.notFound();
+        exportArguments.place.notFound();
     }
     const Node node = readTree(*key);
-    writeFile(arguments.file, format == "json" ? toJsonFile(node) : toRegFile(path, node));
+    writeFile(exportArguments.file, format == "json" ? toJsonFile(node) : toRegFile(path, node));
 }
 
 } // namespace
 
 Command exportCommand()
 {
-    std::vector<Parameter> parameters = arguments.place.parameters();
-    parameters.push_back({"--file", "FILE", &arguments.file,
+    std::vector<Parameter> parameters = exportArguments.place.parameters();
+    parameters.push_back({"--file", "FILE", &exportArguments.file,
                           "where to, instead of standard output; it is replaced as a whole"});
-    parameters.push_back({"--format", "FORMAT", &arguments.format,
+    parameters.push_back({"--format", "FORMAT", &exportArguments.format,
                           "json, or reg: a file of the Windows registry editor, version 5.00"});
     return {"export", "Write a key with everything below it to a file", parameters, "", exportTree};
 }

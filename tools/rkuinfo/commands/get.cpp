@@ -14,7 +14,7 @@ struct
     std::string type;
     std::optional<std::string> otherwise;
     bool json = false;
-} arguments;
+} getArguments;
 
 std::string asDouble(const Value& value, const std::string& told)
 {
@@ -38,8 +38,8 @@ std::string asHex(const Value& value, const std::string& told)
 
 std::optional<Value> find(const Session& session)
 {
-    const auto [below, name] = splitValue(arguments.place.key);
-    Place place = {arguments.place.subtree, utf8(below)};
+    const auto [below, name] = splitValue(getArguments.place.key);
+    Place place = {getArguments.place.subtree, utf8(below)};
     const Installation installation(session);
     const std::optional<Key> key = Key::find(place.path(installation));
     return key ? key->value(name) : std::nullopt;
@@ -47,23 +47,23 @@ std::optional<Value> find(const Session& session)
 
 void get(Session& session)
 {
-    const std::string told = arguments.place.told();
-    if (!arguments.type.empty()) {
-        arguments.type = chosen(arguments.type, {"double", "hex"}, "form");
+    const std::string told = getArguments.place.told();
+    if (!getArguments.type.empty()) {
+        getArguments.type = chosen(getArguments.type, {"double", "hex"}, "form");
     }
     const std::optional<Value> value = find(session);
-    if (!value && arguments.otherwise) {
-        print(*arguments.otherwise);
+    if (!value && getArguments.otherwise) {
+        print(*getArguments.otherwise);
     } else if (!value) {
-        arguments.place.notFound();
+        getArguments.place.notFound();
     } else if (typeName(*value).empty()) {
         throw Failure(told + ": stored with another type");
-    } else if (arguments.json) {
+    } else if (getArguments.json) {
         printJson(toJson(*value));
     } else {
-        print(arguments.type.empty()       ? dataText(*value)
-              : arguments.type == "double" ? asDouble(*value, told)
-                                           : asHex(*value, told));
+        print(getArguments.type.empty()       ? dataText(*value)
+              : getArguments.type == "double" ? asDouble(*value, told)
+                                              : asHex(*value, told));
     }
 }
 
@@ -71,13 +71,13 @@ void get(Session& session)
 
 Command getCommand()
 {
-    std::vector<Parameter> parameters = arguments.place.parameters();
-    parameters[1] = {"VALUE", "", &arguments.place.key,
+    std::vector<Parameter> parameters = getArguments.place.parameters();
+    parameters[1] = {"VALUE", "", &getArguments.place.key,
                      "a value: its name, with its key before it, / or \\ between them", true};
-    parameters.push_back({"--as", "FORM", &arguments.type,
+    parameters.push_back({"--as", "FORM", &getArguments.type,
                           "double: the number that eight bytes are; hex: an integer's bits in hexadecimal"});
     parameters.push_back(
-        {"--default", "DATA", &arguments.otherwise, "print this when there is no such value"});
-    parameters.push_back(jsonFlag(arguments.json));
+        {"--default", "DATA", &getArguments.otherwise, "print this when there is no such value"});
+    parameters.push_back(jsonFlag(getArguments.json));
     return {"get", "Print a value", parameters, "", get};
 }

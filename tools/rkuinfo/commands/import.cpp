@@ -13,14 +13,14 @@ struct
     Place place;
     std::string file;
     bool dryRun = false;
-} arguments;
+} importArguments;
 
 void importTree(Session& session)
 {
     const Installation installation(session);
-    const Text path = arguments.place.path(installation);
-    const std::vector<Change> found = compare(path, arguments.file, false);
-    if (arguments.dryRun) {
+    const Text path = importArguments.place.path(installation);
+    const std::vector<Change> found = compare(path, importArguments.file, false);
+    if (importArguments.dryRun) {
         printChanges(found);
         return;
     }
@@ -37,9 +37,9 @@ void importTree(Session& session)
 
 Command importCommand()
 {
-    std::vector<Parameter> all = arguments.place.parameters();
-    all.push_back({"--file", "FILE", &arguments.file, "where from, instead of standard input"});
-    all.push_back({"--dry-run", "", &arguments.dryRun, "only print what would change, as diff does"});
+    std::vector<Parameter> all = importArguments.place.parameters();
+    all.push_back({"--file", "FILE", &importArguments.file, "where from, instead of standard input"});
+    all.push_back({"--dry-run", "", &importArguments.dryRun, "only print what would change, as diff does"});
     return {
         "import", "Write what export gave, or a .reg file, into a key", all,
         "What is there already stays, unless it has the same name. A bad file changes nothing, and a write "

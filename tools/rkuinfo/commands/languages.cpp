@@ -75,12 +75,12 @@ void printTable(const Installation& installation, const Layout& layout)
     table.print(layout);
 }
 
-bool json = false;
+bool languagesJson = false;
 
 void languages(Session& session)
 {
     const Installation installation(session);
-    if (!json) {
+    if (!languagesJson) {
         printTable(installation, session.layout());
         return;
     }
@@ -102,7 +102,7 @@ Command languagesCommand()
     return {
         "languages",
         "Tell which languages are installed, and why the others are not",
-        {jsonFlag(json)},
+        {jsonFlag(languagesJson)},
         "FOLDER is the language's folder beside the program, ENTRY its installer's uninstall entry, which "
         "only the default product needs, LIBRARY its RkUInfoRes.dll.",
         languages};

@@ -10,14 +10,14 @@ struct
 {
     Place place;
     bool json = false;
-} arguments;
+} listArguments;
 
 void list(Session& session)
 {
     const Installation installation(session);
-    const std::optional<Key> key = Key::find(arguments.place.path(installation));
+    const std::optional<Key> key = Key::find(listArguments.place.path(installation));
     if (!key) {
-        arguments.place.notFound();
+        listArguments.place.notFound();
     }
     Table table;
     Json json = {{"values", Json::array()}, {"keys", Json::array()}};
@@ -29,7 +29,7 @@ void list(Session& session)
         table.addRow(valueRow({{shownName(value), Style::name}}, value));
         json["values"].push_back(toNamedJson(value));
     }
-    if (arguments.json) {
+    if (listArguments.json) {
         printJson(json);
     } else {
         table.print(session.layout());
@@ -40,7 +40,7 @@ void list(Session& session)
 
 Command listCommand()
 {
-    std::vector<Parameter> parameters = arguments.place.parameters();
-    parameters.push_back(jsonFlag(arguments.json));
+    std::vector<Parameter> parameters = listArguments.place.parameters();
+    parameters.push_back(jsonFlag(listArguments.json));
     return {"list", "List the keys and values of a key", parameters, "", list};
 }

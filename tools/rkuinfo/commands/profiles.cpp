@@ -11,7 +11,7 @@ struct
     std::string action = "list";
     std::string name;
     std::string other;
-} arguments;
+} profilesArguments;
 
 class Profiles
 {
@@ -112,20 +112,20 @@ Text checkedName(const std::string& word)
 void profiles(Session& session)
 {
     const std::string action =
-        chosen(arguments.action, {"list", "current", "create", "select", "copy", "delete"}, "action");
+        chosen(profilesArguments.action, {"list", "current", "create", "select", "copy", "delete"}, "action");
     const Profiles all{Installation(session)};
     if (action == "list") {
         all.list(session.layout());
     } else if (action == "current") {
         print(shown(all.current()));
     } else if (action == "create") {
-        all.create(checkedName(arguments.name));
+        all.create(checkedName(profilesArguments.name));
     } else if (action == "select") {
-        all.select(checkedName(arguments.name));
+        all.select(checkedName(profilesArguments.name));
     } else if (action == "copy") {
-        all.copy(checkedName(arguments.name), checkedName(arguments.other));
+        all.copy(checkedName(profilesArguments.name), checkedName(profilesArguments.other));
     } else {
-        all.remove(checkedName(arguments.name));
+        all.remove(checkedName(profilesArguments.name));
     }
 }
 
@@ -135,9 +135,9 @@ Command profilesCommand()
 {
     return {"profiles",
             "List, create, select, copy and delete profiles",
-            {{"ACTION", "", &arguments.action, "list, current, create, select, copy or delete"},
-             {"NAME", "", &arguments.name, "the profile"},
-             {"COPY", "", &arguments.other, "what copy makes of it"}},
+            {{"ACTION", "", &profilesArguments.action, "list, current, create, select, copy or delete"},
+             {"NAME", "", &profilesArguments.name, "the profile"},
+             {"COPY", "", &profilesArguments.other, "what copy makes of it"}},
             "The current profile, marked by *, cannot be deleted.",
             profiles};
 }

@@ -8,23 +8,23 @@ struct
     Place place;
     std::optional<std::string> value;
     bool all = false;
-} arguments;
+} rmArguments;
 
 void rm(Session& session)
 {
-    const Place& place = arguments.place;
-    if (normalised(place.key).empty() && !arguments.value && !arguments.all) {
+    const Place& place = rmArguments.place;
+    if (normalised(place.key).empty() && !rmArguments.value && !rmArguments.all) {
         throw Failure("rm takes a KEY, a --value, or --all for the whole of " + place.subtree, exitUsage);
     }
     const Installation installation(session);
     const Text path = place.path(installation);
-    const std::optional<Key> key = Key::find(path, arguments.value ? KEY_READ | KEY_WRITE : KEY_READ);
+    const std::optional<Key> key = Key::find(path, rmArguments.value ? KEY_READ | KEY_WRITE : KEY_READ);
     if (!key) {
         place.notFound();
     }
-    if (arguments.value) {
-        if (!key->removeValue(utf16(*arguments.value))) {
-            throw Failure(place.told() + ", value '" + shown(utf16(*arguments.value)) + "': not found");
+    if (rmArguments.value) {
+        if (!key->removeValue(utf16(*rmArguments.value))) {
+            throw Failure(place.told() + ", value '" + shown(utf16(*rmArguments.value)) + "': not found");
         }
         return;
     }
@@ -40,9 +40,9 @@ void rm(Session& session)
 
 Command rmCommand()
 {
-    std::vector<Parameter> parameters = arguments.place.parameters();
-    parameters.push_back({"--value", "NAME", &arguments.value,
+    std::vector<Parameter> parameters = rmArguments.place.parameters();
+    parameters.push_back({"--value", "NAME", &rmArguments.value,
                           "remove only that value of the key; \"\" is its default value"});
-    parameters.push_back({"--all", "", &arguments.all, "remove the subtree's own key"});
+    parameters.push_back({"--all", "", &rmArguments.all, "remove the subtree's own key"});
     return {"rm", "Remove a key with everything below it, or a value", parameters, "", rm};
 }

@@ -10,7 +10,7 @@ struct
 {
     Place place;
     std::string text;
-} arguments;
+} searchArguments;
 
 struct Search
 {
@@ -50,12 +50,12 @@ struct Search
 void search(Session& session)
 {
     const Installation installation(session);
-    const std::optional<Key> key = Key::find(arguments.place.path(installation));
+    const std::optional<Key> key = Key::find(searchArguments.place.path(installation));
     if (!key) {
-        arguments.place.notFound();
+        searchArguments.place.notFound();
     }
-    Search search = {utf16(arguments.text), {}};
-    search.look(normalised(arguments.place.key), readTree(*key));
+    Search search = {utf16(searchArguments.text), {}};
+    search.look(normalised(searchArguments.place.key), readTree(*key));
     search.found.print(session.layout());
     session.exitCode = search.isEmpty ? exitFailed : 0;
 }
@@ -64,8 +64,8 @@ void search(Session& session)
 
 Command searchCommand()
 {
-    std::vector<Parameter> parameters = arguments.place.parameters();
-    parameters.insert(parameters.begin() + 1, {"TEXT", "", &arguments.text,
+    std::vector<Parameter> parameters = searchArguments.place.parameters();
+    parameters.insert(parameters.begin() + 1, {"TEXT", "", &searchArguments.text,
                                                "a part of a name or of a value's data, in any case", true});
     return {"search", "Find keys and values by name or data", parameters, "Exit code 1 when there are none.",
             search};

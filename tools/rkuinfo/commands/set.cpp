@@ -12,22 +12,22 @@ struct
     std::string type;
     std::optional<std::string> data;
     std::string file;
-} arguments;
+} setArguments;
 
 void set(Session& session)
 {
-    const std::string type = chosen(arguments.type, typeNames(), "type");
-    if (arguments.data.has_value() == !arguments.file.empty()) {
+    const std::string type = chosen(setArguments.type, typeNames(), "type");
+    if (setArguments.data.has_value() == !setArguments.file.empty()) {
         throw Failure("set takes DATA, or a --file with it", exitUsage);
     }
-    const auto [below, name] = splitValue(arguments.place.key);
+    const auto [below, name] = splitValue(setArguments.place.key);
     constexpr std::size_t longestName = 1023; // that an application can read
     if (name.size() > longestName) {
-        throw Failure(arguments.place.told() + ": name too long: a value's has at most 1023 characters");
+        throw Failure(setArguments.place.told() + ": name too long: a value's has at most 1023 characters");
     }
-    Value value = parseValue(type, arguments.data ? *arguments.data : readFile(arguments.file));
+    Value value = parseValue(type, setArguments.data ? *setArguments.data : readFile(setArguments.file));
     value.name = name;
-    Place place = {arguments.place.subtree, utf8(below)};
+    Place place = {setArguments.place.subtree, utf8(below)};
     const Installation installation(session);
     Key::make(place.path(installation)).set(value);
 }
@@ -36,14 +36,15 @@ void set(Session& session)
 
 Command setCommand()
 {
-    std::vector<Parameter> parameters = arguments.place.parameters();
-    parameters[1] = {"VALUE", "", &arguments.place.key,
+    std::vector<Parameter> parameters = setArguments.place.parameters();
+    parameters[1] = {"VALUE", "", &setArguments.place.key,
                      "a value: its name, with its key before it, / or \\ between them", true};
     parameters.push_back(
-        {"TYPE", "", &arguments.type, "int, int64, double, binary (in hexadecimal) or string", true});
-    parameters.push_back({"DATA", "", &arguments.data,
+        {"TYPE", "", &setArguments.type, "int, int64, double, binary (in hexadecimal) or string", true});
+    parameters.push_back({"DATA", "", &setArguments.data,
                           "what to store; behind -- when it begins with a dash. Integers also as 0xff"});
-    parameters.push_back({"--file", "FILE", &arguments.file, "take DATA from a file; - is standard input"});
+    parameters.push_back(
+        {"--file", "FILE", &setArguments.file, "take DATA from a file; - is standard input"});
     return {"set", "Store a value and make its key", parameters,
             "A double is stored as its eight bytes, as applications do; get --as double gives it back.", set};
 }

@@ -196,13 +196,13 @@ void printTable(const std::vector<Section>& sections, const Layout& layout)
     table.print(layout);
 }
 
-bool json = false;
+bool showJson = false;
 
 void show(Session& session)
 {
     const Installation installation(session);
     const std::vector<Section> sections = Report(installation).sections();
-    if (json) {
+    if (showJson) {
         printJson(describe(sections));
     } else {
         printTable(sections, session.layout());
@@ -215,7 +215,7 @@ Command showCommand()
 {
     return {"show",
             "Show who the program is, and where its folders, files and registry keys are",
-            {jsonFlag(json)},
+            {jsonFlag(showJson)},
             "What does not exist is marked as missing.",
             show};
 }

@@ -19,8 +19,8 @@ public:
     ~Console(); // NOLINT(performance-trivially-destructible): where it has something to put back
 
 private:
-    unsigned long m_mode = 0;
-    unsigned int m_codePage = 0; // 0: standard output is no console
+    [[maybe_unused]] unsigned long m_mode = 0;
+    [[maybe_unused]] unsigned int m_codePage = 0; // 0: standard output is no console
 };
 
 /// The width of the terminal that standard output is; nothing when it is none.

@@ -30,6 +30,10 @@ constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
 constexpr off_t formatAt = 18;
 
+constexpr const char* options = "PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA mmap_size "
+                                "= 0; PRAGMA temp_store = MEMORY;"
+                                "PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304";
+
 /// Of what the system refused; that the store has no place there would look as if a key were missing.
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
@@ -127,6 +131,9 @@ constexpr std::size_t pageSize = 4096;
 // Stays where it is while the process lives: a page without content, or the index's first page.
 std::atomic<std::uint64_t*> page = nullptr;
 
+// How often a file was opened: two that have no log begin with the same header.
+std::atomic<std::uint64_t> turn = 0;
+
 /// A number of the header, 0 where there is none.
 template <typename Number>
 Number numberAt(std::size_t index)
@@ -159,7 +166,8 @@ void showVersion(int index)
 
 std::uint64_t contentVersion()
 {
-    return numberAt<std::uint64_t>(sumAt);
+    const auto sum = numberAt<std::uint64_t>(sumAt);
+    return sum != 0 ? sum + turn : 0;
 }
 
 // ---- The connection
@@ -173,6 +181,9 @@ Database::Lock Database::read()
 {
     Lock lock(m_mutex);
     prepare(false);
+    if (!m_isShared) {
+        Query(*this, "BEGIN").run();
+    }
     return lock;
 }
 
@@ -196,10 +207,12 @@ std::uint64_t Database::commit()
     return numberAt<std::uint32_t>(countAt) == before + 1 ? version : 0;
 }
 
-void Database::undo() const
+void Database::undo(bool wasReading)
 {
-    if (sqlite3_get_autocommit(m_database) == 0) {
-        run(m_isShared ? "ROLLBACK TO call; RELEASE call" : "ROLLBACK");
+    if (m_isShared && !wasReading) {
+        run("ROLLBACK TO call; RELEASE call");
+    } else if (!m_isShared && sqlite3_get_autocommit(m_database) == 0) { // no error of the disk has ended it
+        outcome([this] { return Query(*this, "ROLLBACK").run(); });
     }
 }
 
@@ -208,7 +221,7 @@ LSTATUS Database::beginShared()
     return outcome([this] {
         const Lock lock = write();
         if (m_isShared) {
-            undo();
+            undo(false);
             return ERROR_INVALID_PARAMETER;
         }
         m_isShared = true;
@@ -220,13 +233,18 @@ LSTATUS Database::beginShared()
 LSTATUS Database::endShared(bool keep)
 {
     const Lock lock(m_mutex);
-    const bool wasLost = isLost();
-    if (!std::exchange(m_isShared, false) || wasLost) {
-        return wasLost ? ERROR_CANTWRITE : ERROR_INVALID_PARAMETER;
+    if (!m_isShared) {
+        return ERROR_INVALID_PARAMETER;
     }
-    const LSTATUS status = run(keep ? "COMMIT" : "ROLLBACK");
-    undo(); // what could not be committed
-    showVersion(m_index);
+    LSTATUS status = ERROR_CANTWRITE;
+    if (!isLost()) {
+        status = run(keep ? "COMMIT" : "ROLLBACK");
+    }
+    m_isShared = false;
+    if (m_database != nullptr) {
+        undo(false); // what could not be committed
+        showVersion(m_index);
+    }
     return status;
 }
 
@@ -242,6 +260,7 @@ sqlite3_stmt* Database::prepared(const char* sql)
     auto& statement = m_statements.try_emplace(sql, nullptr, sqlite3_finalize).first->second;
     if (statement == nullptr) {
         sqlite3_stmt* made = nullptr;
+        errno = 0;
         check(statusOf(sqlite3_prepare_v3(m_database, sql, -1, SQLITE_PREPARE_PERSISTENT, &made, nullptr)));
         statement.reset(made);
     }
@@ -311,16 +330,18 @@ LSTATUS Database::open()
     check(std::get<uid_t>(m_listing) == geteuid() ? ERROR_SUCCESS : ERROR_ACCESS_DENIED);
     const int made = ::open(m_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
     m_whyReadOnly = made < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
+    struct stat file = {};
+    const bool isOthers = fstat(made, &file) == 0 && file.st_uid != geteuid();
     char format = 0; // 1 for a database that was never in write-ahead mode: another's, to be left as it is
     static_cast<void>(pread(made, &format, 1, formatAt));
     ::close(made);
-    check(format == 1 ? ERROR_BADDB : ERROR_SUCCESS);
+    check(isOthers ? ERROR_ACCESS_DENIED : format == 1 ? ERROR_BADDB : ERROR_SUCCESS);
     if (m_whyReadOnly == ERROR_SUCCESS) {
-        m_whyReadOnly = connect("?mode=rw", [this] { return openLog(), create(); });
+        m_whyReadOnly = connect(true);
     }
     LSTATUS status = m_whyReadOnly;
     if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
-        status = connect("?mode=ro&readonly_shm=1", [this] { return schemaStatus(); });
+        status = connect(false);
         status = status == ERROR_SUCCESS || status == ERROR_REGISTRY_CORRUPT ? status : m_whyReadOnly;
     }
     if (status == ERROR_SUCCESS && listing() != m_listing) { // perhaps not what is there now
@@ -330,9 +351,8 @@ LSTATUS Database::open()
     return status;
 }
 
-/// Opens the database and goes on with finish(); closed again where one fails.
-template <typename Finish>
-LSTATUS Database::connect(const char* parameters, Finish finish)
+/// Closed again where it fails.
+LSTATUS Database::connect(bool forWriting)
 {
     const LSTATUS status = outcome([&] {
         std::string uri = "file:";
@@ -341,7 +361,7 @@ LSTATUS Database::connect(const char* parameters, Finish finish)
             std::snprintf(coded, sizeof coded, "%%%02X", static_cast<unsigned char>(each));
             uri += coded;
         }
-        uri += parameters;
+        uri += forWriting ? "?mode=rw" : "?mode=ro&readonly_shm=1";
         constexpr int flags =
             SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
         errno = 0;
@@ -349,30 +369,31 @@ LSTATUS Database::connect(const char* parameters, Finish finish)
         sqlite3_db_config(m_database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
         int keepsLog = 1;
         sqlite3_file_control(m_database, "main", SQLITE_FCNTL_PERSIST_WAL, &keepsLog);
-        check(run("PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA mmap_size = 0;"
-                  "PRAGMA temp_store = MEMORY; PRAGMA synchronous = NORMAL;"
-                  "PRAGMA journal_size_limit = 4194304"));
-        return finish();
+        check(forWriting ? openLog() : run(options));
+        const LSTATUS found = schemaStatus();
+        return found == ERROR_FILE_NOT_FOUND && forWriting ? create() : found;
     });
     if (status != ERROR_SUCCESS) {
         disconnect();
         return status;
     }
+    ++turn;
     showVersion(m_index);
     sqlite3_busy_timeout(m_database, longestWait.count());
     return status;
 }
 
-/// Before it makes the log's index and gives it its room on the disk, for a log of 32 MB: it is written
-/// to in memory, where a full disk would be a signal and not an error.
-void Database::openLog()
+/// Before SQLite reads the log it makes the log's index and gives it its room on the disk, for a log of 32
+/// MB: it is written to in memory, where a full disk would be a signal and not an error.
+LSTATUS Database::openLog()
 {
     constexpr int regionSize = 32768;
     sqlite3_file* file = nullptr;
     sqlite3_file_control(m_database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
     m_index = ::open((m_file + "-shm").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
-    check(m_index < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS);
-    check(file->pMethods->iVersion < 2 ? ERROR_CANTOPEN : ERROR_SUCCESS); // cannot share memory
+    if (m_index < 0 || file->pMethods->iVersion < 2) { // it cannot share memory
+        return statusOfErrno(ERROR_CANTOPEN);
+    }
     void volatile* index = nullptr;
     errno = 0;
     LSTATUS status = statusOf(file->pMethods->xShmMap(file, 0, regionSize, 1, &index));
@@ -380,11 +401,12 @@ void Database::openLog()
         errno = posix_fallocate(m_index, 0, off_t{2} * regionSize);
         status = errno == 0 ? ERROR_SUCCESS : statusOfErrno(ERROR_SUCCESS);
     }
+    status = status == ERROR_SUCCESS ? run(options) : status;
     status = status == ERROR_SUCCESS ? run("PRAGMA journal_mode = WAL") : status;
     if (status != ERROR_SUCCESS) {
         file->pMethods->xShmUnmap(file, 0); // SQLite would leave it
     }
-    check(status);
+    return status;
 }
 
 /// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
@@ -395,12 +417,9 @@ LSTATUS Database::schemaStatus()
     return found.empty() ? ERROR_FILE_NOT_FOUND : found == m_schema ? ERROR_SUCCESS : ERROR_BADDB;
 }
 
-/// What is missing in an empty file.
+/// In an empty file.
 LSTATUS Database::create()
 {
-    if (const LSTATUS status = schemaStatus(); status != ERROR_FILE_NOT_FOUND) {
-        return status;
-    }
     check(run("BEGIN IMMEDIATE"));
     if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // no other process was first
         check(run(m_schema));

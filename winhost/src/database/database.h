@@ -57,13 +57,14 @@ public:
     /// Below the user's data folder. An empty file gets the tables, and what fill() has to put there.
     Database(std::string_view file, const char* schema, void (*fill)());
 
-    /// The connection, while the lock is held.
+    /// The connection while the lock is held, with a transaction that is to be ended.
     Lock read();
-    /// The same with a transaction, to be committed or undone. Waits for other writers, 5 s at most.
+    /// Waits for other writers, some 5 s at most.
     Lock write();
-    /// Gives the version of what it left; 0 when that cannot be told or others have written since.
+    /// Ends a transaction for writing. Gives the version of what it left; 0 when that cannot be told or
+    /// others have written since.
     std::uint64_t commit();
-    void undo() const;
+    void undo(bool wasReading);
 
     /// One transaction over many calls: winhost/changes.h.
     LSTATUS beginShared();
@@ -72,6 +73,8 @@ public:
     /// Closed, until the next call. Not to be unlocked before a fork is over: locks on files are a process's
     /// own, and SQLite's lists of them would be copied.
     Lock close();
+    /// In the child of a fork: what another process began is not this one's.
+    void leaveShared() { m_isShared = false; }
 
     /// Once in a connection, for a text that stays where it is.
     sqlite3_stmt* prepared(const char* sql);
@@ -83,9 +86,8 @@ private:
     Listing listing() const;
     void prepare(bool forWriting);
     LSTATUS open();
-    template <typename Finish>
-    LSTATUS connect(const char* parameters, Finish finish);
-    void openLog();
+    LSTATUS connect(bool forWriting);
+    LSTATUS openLog();
     LSTATUS create();
     LSTATUS schemaStatus();
     void begin();

@@ -139,11 +139,12 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
         return ERROR_INVALID_PARAMETER;
     }
     LSTATUS status = RegOpenKeyExW(key, subKey, 0, access, result);
-    const bool isNew = status == ERROR_FILE_NOT_FOUND;
-    if (isNew) {
+    bool isNew = false;
+    if (status == ERROR_FILE_NOT_FOUND) { // and another process may be making it
         NodeId made = 0;
         status = change(
-            Access::eChangingKeys, key, 0, [&](NodeId node) { made = createPath(node, nameOf(subKey)); },
+            Access::eChangingKeys, key, 0,
+            [&](NodeId node) { made = createPath(node, nameOf(subKey), isNew); },
             [&] { *result = memory().open(made, access); });
     }
     if (status == ERROR_SUCCESS) {
@@ -189,11 +190,15 @@ LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LP
     if (name == nullptr || nameLength == nullptr || reserved != nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    give(lastWrite, FILETIME());
-    return ask(key, KEY_ENUMERATE_SUB_KEYS, {Question::eSubKeyAt, {}, index}, [&](const Answer& subKey) {
-        const bool fits = subKey.name.size() < *nameLength && giveNoClass(keyClass, classLength);
-        return fits && giveText(subKey.name, name, nameLength) ? ERROR_SUCCESS : ERROR_MORE_DATA;
-    });
+    return ask(key, KEY_ENUMERATE_SUB_KEYS, {Question::eSubKeyAt, {}, index},
+               [&](const Answer& subKey) -> LSTATUS {
+                   if (subKey.name.size() >= *nameLength || !giveNoClass(keyClass, classLength)) {
+                       return ERROR_MORE_DATA;
+                   }
+                   give(lastWrite, FILETIME());
+                   giveText(subKey.name, name, nameLength);
+                   return ERROR_SUCCESS;
+               });
 }
 
 LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLength, LPDWORD, LPDWORD subKeys,
@@ -253,6 +258,9 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
     });
     if (isThere || (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)) {
         return status;
+    }
+    if (question.text.size() > longestValueName) {
+        return ERROR_INVALID_PARAMETER;
     }
     Answer written;
     const auto set = [&](NodeId node) {

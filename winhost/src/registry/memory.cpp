@@ -2,7 +2,6 @@
 
 #include "registry/names.h"
 
-#include <algorithm>
 #include <functional>
 #include <new>
 #include <utility>
@@ -17,11 +16,8 @@ constexpr std::size_t mostAnswers = 4096;
 
 std::uint64_t hashOf(const Question& question)
 {
-    constexpr std::size_t most = 32; // units: paths differ at their ends
-    const std::size_t length = question.text.size();
-    const std::string_view end = bytesOf(question.text.substr(length - std::min(length, most)));
     const std::uint64_t number = static_cast<std::uint64_t>(question.node) << 32 | question.index;
-    return mix(mix(question.kind + length, number), std::hash<std::string_view>()(end));
+    return mix(mix(question.kind, number), std::hash<std::string_view>()(bytesOf(question.text)));
 }
 
 bool isPath(const Question& question)
@@ -98,11 +94,12 @@ void Memory::remember(const Question& question, const Answer& answer)
     if (m_version == 0 || database::contentVersion() != m_version || size > longest) {
         return;
     }
-    if (m_answers.size() >= mostAnswers) {
+    const std::uint64_t hash = hashOf(question);
+    if (m_answers.size() >= mostAnswers && !m_answers.contains(hash)) {
         m_answers.clear();
     }
     try {
-        Entry& entry = m_answers[hashOf(question)];
+        Entry& entry = m_answers[hash];
         entry.epoch = 0; // while there is not all of it
         entry.text = question.text;
         entry.question = question;

@@ -22,7 +22,7 @@ public:
 
     /// ERROR_INVALID_HANDLE, or ERROR_ACCESS_DENIED when a needed right was not asked for at opening.
     LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node);
-    /// Never gives the same number twice, so that a handle that is closed, or never was one, is found out.
+    /// Gives a number again after 2^32 others at the earliest, so that a handle that is closed is found out.
     HKEY open(NodeId node, REGSAM access);
     LSTATUS close(HKEY key);
 

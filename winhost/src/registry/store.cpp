@@ -12,8 +12,9 @@ namespace winhost::registry {
 
 namespace {
 
-// A key's number is higher than its parent's and is never used twice; the row of `shape` has the highest that
-// was used. Names are UTF-16 as they were given; `folded` orders them.
+// A key's number is higher than its parent's and is hardly ever used twice; the row of `shape` has the
+// highest that was used: a step at random, since what is undone takes its number back. Names are UTF-16 as
+// they were given; `folded` orders them.
 constexpr const char* schema =
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "
     "NOT NULL,"
@@ -34,7 +35,14 @@ void beforeFork()
 void afterFork()
 {
     memory().mutex.unlock();
-    closed = {};
+    // Emptied before it is unlocked, which lets another thread's fork begin.
+    const database::Database::Lock ended = std::move(closed);
+}
+
+void afterForkInChild()
+{
+    store().leaveShared();
+    afterFork();
 }
 
 } // namespace
@@ -42,7 +50,7 @@ void afterFork()
 database::Database& store()
 {
     static auto* const created = [] { // never destroyed: it may be used while the process ends
-        pthread_atfork(beforeFork, afterFork, afterFork);
+        pthread_atfork(beforeFork, afterFork, afterForkInChild);
         return new database::Database("registry.db", schema, createFirstKeys);
     }();
     return *created;
@@ -57,18 +65,18 @@ Access::Access(Purpose purpose)
 
 Access::~Access()
 {
-    if (m_purpose != eReading) {
-        store().undo();
+    if (!m_isCommitted) {
+        store().undo(m_purpose == eReading);
     }
 }
 
 void Access::commit()
 {
     const std::uint64_t version = store().commit();
-    const bool pathsHold = std::exchange(m_purpose, eReading) == eChangingValues; // there is nothing to undo
+    m_isCommitted = true;
     if (version != 0) {
         const std::lock_guard<std::mutex> lock(memory().mutex);
-        memory().advance(version, pathsHold);
+        memory().advance(version, m_purpose == eChangingValues);
     }
 }
 

@@ -36,6 +36,7 @@ public:
 private:
     database::Database::Lock m_lock;
     Purpose m_purpose;
+    bool m_isCommitted = false;
 };
 
 /// In an Access.

@@ -84,7 +84,7 @@ std::optional<NodeId> findSubKey(NodeId parent, TextView name)
 NodeId add(NodeId parent, TextView name)
 {
     require(exists(parent), ERROR_KEY_DELETED);
-    Query number("UPDATE shape SET last = last + 1 RETURNING last");
+    Query number("UPDATE shape SET last = last + 1 + abs(random() % 1048576) RETURNING last");
     require(number.next() && number.number(0) > parent);
     const NodeId id = number.number(0);
     const std::string key = folded(name);
@@ -95,7 +95,7 @@ NodeId add(NodeId parent, TextView name)
 }
 
 /// Each part of the path that is found is remembered, and may have been.
-Answer walk(NodeId start, TextView path, bool create)
+Answer walk(NodeId start, TextView path, bool* created)
 {
     Answer at{.status = path.starts_with(L'\\') ? ERROR_BAD_PATHNAME : ERROR_SUCCESS, .node = start};
     TextView component;
@@ -108,8 +108,9 @@ Answer walk(NodeId start, TextView path, bool create)
         if (const std::optional<NodeId> found = findSubKey(parent, component)) {
             at = {.node = *found};
             remember(part, at);
-        } else if (create) {
+        } else if (created != nullptr) {
             at = {.node = add(parent, component)};
+            *created = true;
         } else {
             at.status = ERROR_FILE_NOT_FOUND;
         }
@@ -129,33 +130,41 @@ Answer findValue(NodeId node, TextView name)
     }
     require(sumOf(node, query.number(1), asked, query.bytes(0), query.bytes(2)) == query.number(3));
     return {.type = static_cast<DWORD>(query.number(1)),
-            .name = textOf(query.bytes(0)),
-            .data = std::string(query.bytes(2))};
+            .data = std::string(query.bytes(2)),
+            .name = textOf(query.bytes(0))};
 }
 
-/// Who goes through a list in order has each entry found from the one before.
+/// The entry at an index; for who goes through a list in order, it and those behind it are found from the one
+/// before, and remembered.
 Answer findAt(const Question& question)
 {
-    Question asked = question;
-    --asked.index;
+    constexpr std::int64_t readAhead = 64;
+    Question at = question;
+    --at.index;
     Answer before;
-    const bool inOrder = question.index != 0 && isKnown(asked, before) && before.status == ERROR_SUCCESS;
+    const bool inOrder = question.index != 0 && isKnown(at, before) && before.status == ERROR_SUCCESS;
     const std::string from = inOrder ? folded(before.name) + '\0' : ""; // the least that is behind it
     Query query(question.kind == Question::eSubKeyAt
                     ? "SELECT folded, name, id, x'', sum FROM keys WHERE parent = ?1 AND folded >= ?2"
-                      " ORDER BY folded LIMIT 1 OFFSET ?3"
+                      " ORDER BY folded LIMIT ?3 OFFSET ?4"
                     : "SELECT folded, name, type, data, sum FROM vals WHERE key = ?1 AND folded >= ?2"
-                      " ORDER BY folded LIMIT 1 OFFSET ?3",
-                question.node, from, std::int64_t{inOrder ? 0 : question.index});
-    if (!query.next()) {
-        return missing(question.node, ERROR_NO_MORE_ITEMS);
+                      " ORDER BY folded LIMIT ?3 OFFSET ?4",
+                question.node, from, inOrder ? readAhead : 1, std::int64_t{inOrder ? 0 : question.index});
+    std::optional<Answer> first;
+    for (std::string last = from; query.next(); last.assign(query.bytes(0)) += '\0') {
+        Answer found{.type = static_cast<DWORD>(query.number(2)),
+                     .data = std::string(query.bytes(3)),
+                     .name = textOf(query.bytes(1))};
+        if (query.bytes(0) < last || sumOf(question.node, query.number(2), query.bytes(0), query.bytes(1),
+                                           found.data) != query.number(4)) {
+            require(first.has_value());
+            break;
+        }
+        ++at.index;
+        remember(at, found);
+        first = first.has_value() ? first : std::move(found);
     }
-    require(query.bytes(0) >= from);
-    require(sumOf(question.node, query.number(2), query.bytes(0), query.bytes(1), query.bytes(3)) ==
-            query.number(4));
-    return {.type = static_cast<DWORD>(query.number(2)),
-            .name = textOf(query.bytes(1)),
-            .data = std::string(query.bytes(3))};
+    return first.has_value() ? *first : missing(question.node, ERROR_NO_MORE_ITEMS);
 }
 
 } // namespace
@@ -164,7 +173,7 @@ Answer find(const Question& question)
 {
     Answer found;
     if (!isKnown(question, found)) {
-        found = question.kind == Question::ePath    ? walk(question.node, question.text, false)
+        found = question.kind == Question::ePath    ? walk(question.node, question.text, nullptr)
                 : question.kind == Question::eValue ? findValue(question.node, question.text)
                                                     : findAt(question);
         remember(question, found);
@@ -187,23 +196,23 @@ void createFirstKeys()
 {
     // No key has the number of one in another store.
     Query("INSERT INTO shape VALUES(abs(random() / 4) + ?1)", localMachineId).run();
-    createPath(currentUserId, L"Software");
-    createPath(localMachineId, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
+    bool created = false;
+    createPath(currentUserId, L"Software", created);
+    createPath(localMachineId, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall", created);
 }
 
-NodeId createPath(NodeId start, TextView path)
+NodeId createPath(NodeId start, TextView path, bool& created)
 {
-    const Answer found = walk(start, path, true);
+    const Answer found = walk(start, path, &created);
     require(found.status == ERROR_SUCCESS, found.status);
     return found.node;
 }
 
 Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data)
 {
-    require(name.size() <= longestValueName, ERROR_INVALID_PARAMETER);
     const Answer before = find({Question::eValue, name, 0, node});
     require(before.status == ERROR_SUCCESS || before.status == ERROR_FILE_NOT_FOUND, before.status);
-    Answer written{.type = type, .name = before.name, .data = std::string(data)};
+    Answer written{.type = type, .data = std::string(data), .name = before.name};
     if (before.status != ERROR_SUCCESS) {
         written.name = name;
     }

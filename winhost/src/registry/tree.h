@@ -35,8 +35,8 @@ struct Answer
     LSTATUS status = ERROR_SUCCESS; ///< else that there is none, or no such key
     DWORD type = 0;
     NodeId node = 0; ///< of a path
-    Text name = {};  ///< as created; of what has an index, and of a value
     std::string data = {};
+    Text name = {}; ///< as created; of what has an index, and of a value
 };
 
 /// What is remembered, else what the store has. Not behind a change in the same Access.
@@ -57,8 +57,8 @@ Measure measure(NodeId node);
 
 /// In an empty store.
 void createFirstKeys();
-/// Creates what is missing of the path; gives the key.
-NodeId createPath(NodeId start, TextView path);
+/// Creates what is missing of the path, and tells whether anything was; gives the key.
+NodeId createPath(NodeId start, TextView path, bool& created);
 /// Gives what a question for the value has as its answer then.
 Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
