@@ -73,11 +73,11 @@ public:
     void kill() const { ::kill(m_process, SIGKILL); }
     void tell() const { EXPECT_EQ(write(m_talk, "\n", 1), 1); }
 
-    /// What it says, up to a line's end or all.
-    std::string read(bool line) const
+    /// What it says, up to a line's end or its own.
+    std::string read() const
     {
         std::string text;
-        for (char each = 0; ::read(m_talk, &each, 1) == 1 && !(line && each == '\n');) {
+        for (char each = 0; ::read(m_talk, &each, 1) == 1 && each != '\n';) {
             text += each;
         }
         return text;
@@ -99,7 +99,7 @@ private:
 std::string played(const fs::path& folder, const std::function<void()>& script)
 {
     const Process process(folder, script);
-    const std::string said = process.read(false);
+    const std::string said = process.read();
     const int ended = process.wait();
     return ended == 0 ? said : said + "ended by " + std::to_string(ended);
 }
@@ -130,14 +130,8 @@ LSTATUS onValue(int n, bool makesKey, Call call)
     return status != ERROR_SUCCESS ? status : call(opened, Wide(std::to_string(1000 + n % 100)));
 }
 
-int newContent()
-{
-    static std::atomic<int> last = getpid();
-    return ++last;
-}
-
 /// A value's data: its number, its length and its content, over and over.
-LSTATUS set(int n, int content = newContent())
+LSTATUS set(int n, int content = static_cast<int>(std::random_device()()))
 {
     std::vector<int> data(length, content);
     data[0] = n;
@@ -311,11 +305,11 @@ TEST(Store, WorksInTwoProcessesOfOneNumber)
     const fs::path folder = freshFolder("numbers");
     const Process one(folder, script);
     const Process other(folder, script);
-    const std::string said = one.read(false);
+    const std::string said = one.read();
     if (said.empty()) {
         GTEST_SKIP() << "NOT TESTED: another namespace is for root alone";
     }
-    EXPECT_EQ(said + other.read(false), "0 0 0 0 0 0 ");
+    EXPECT_EQ(said + other.read(), "0 0 0 0 0 0 ");
     EXPECT_EQ(one.wait() + other.wait(), 0);
 }
 
@@ -342,10 +336,10 @@ TEST(Store, FollowsItsFiles)
             say << get(3) << set(1) << set(1) << get(1), pause();
             get(1);
         });
-        process.read(true);
+        process.read();
         change();
         process.tell();
-        const std::string said = process.read(true);
+        const std::string said = process.read();
         const bool works = said.ends_with(" 0 0 ");
         EXPECT_TRUE(works || said.find("1015 ") != std::string::npos) << said;
         EXPECT_EQ(played(folder, [] { say << get(1); }),
@@ -407,7 +401,7 @@ TEST(Store, DoesNotGrowUnderAStoppedReader)
 {
     const fs::path folder = freshFolder("growing");
     const Process reader(folder, [] { set(1), get(1), pause(); });
-    reader.read(true);
+    reader.read();
     for (int i = 0; i < (isStressed ? 5000 : 150); ++i) {
         ASSERT_EQ(played(folder, [] { say << fill(20); }), "0 ");
     }
@@ -451,16 +445,16 @@ TEST_P(Disk, FullOrReadOnlyKeepsWhatIsThere)
         useAFullDisk(), pause();
         say << get(1) << set(1);
     });
-    EXPECT_EQ(running.read(true), "0 0 ");
+    EXPECT_EQ(running.read(), "0 0 ");
     fillUp();
     running.tell();
-    EXPECT_EQ(running.read(true), "0 0 112 0 ");
+    EXPECT_EQ(running.read(), "0 0 112 0 ");
     EXPECT_EQ(played(m_folder, useAFullDisk), "0 0 112 0 ");
     fs::remove(m_folder / "ballast");
     const auto use = [] { say << get(1) << set(1) << get(1) << getInThreads(20); };
     EXPECT_EQ(played(m_folder, use), "0 0 0 0 ");
     running.tell();
-    EXPECT_EQ(running.read(false), "0 0 ");
+    EXPECT_EQ(running.read(), "0 0 ");
     EXPECT_EQ(running.wait(), 0);
     ASSERT_TRUE(shell("mount -o remount,ro disk"));
     EXPECT_EQ(played(m_folder, use), "0 5 0 0 "); // ERROR_ACCESS_DENIED
@@ -517,7 +511,7 @@ TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
         const Process process(folder, [finished] { writeOn(finished); });
         std::this_thread::sleep_for(std::chrono::microseconds(random() % 120000));
         process.kill();
-        std::istringstream said(process.read(false));
+        std::istringstream said(process.read());
         ASSERT_EQ(process.wait(), -SIGKILL);
         for (int number = 0; said >> number; finished = number) {
             ASSERT_EQ(number, finished + 1);
@@ -580,18 +574,18 @@ TEST(Storm, ManyAtOnceDisturbNobody)
         }
     });
     int number = 0;
-    for (partner.read(true); Clock::now() < end;) {
+    for (partner.read(); Clock::now() < end;) {
         ASSERT_EQ(set(800, ++number), ERROR_SUCCESS);
         partner.tell();
-        ASSERT_EQ(partner.read(true), "0 " + std::to_string(number) + ' '); // what was just written
+        ASSERT_EQ(partner.read(), "0 " + std::to_string(number) + ' '); // what was just written
         int content = 0;
         ASSERT_EQ(get(800, &content), ERROR_SUCCESS);
         ASSERT_EQ(content, ++number); // what the other has written since
     }
     partner.kill();
-    partner.wait();
+    EXPECT_EQ(partner.wait(), -SIGKILL);
     for (const Process& each : workers) {
-        std::cout << each.read(false) << "operations of 8 threads\n";
+        std::cout << each.read() << "operations of 8 threads\n";
         EXPECT_EQ(each.wait(), 0);
     }
     std::cout << number << " handed over\n";
@@ -599,7 +593,7 @@ TEST(Storm, ManyAtOnceDisturbNobody)
 
 // ---- Damage
 
-/// Another content at random: cut off, a few bytes changed, or a page zeroed, random or another one.
+/// Another content at random: cut off, a few bytes changed, or a page zeroed, random or swapped.
 std::string damaged(std::string bytes, std::minstd_rand& random)
 {
     const auto any = [&](std::size_t below) { return random() % std::max<std::size_t>(below, 1); };
@@ -613,9 +607,11 @@ std::string damaged(std::string bytes, std::minstd_rand& random)
     } else {
         constexpr std::size_t size = 4096;
         char* const page = bytes.data() + any(bytes.size() / size) * size;
-        const char* const other = bytes.data() + any(bytes.size() / size) * size;
+        char* const other = bytes.data() + any(bytes.size() / size) * size;
         for (std::size_t i = 0; i < size; ++i) {
-            page[i] = kind == 2 ? '\0' : kind == 3 ? static_cast<char>(random()) : other[i];
+            page[i] = kind == 2   ? '\0'
+                      : kind == 3 ? static_cast<char>(random())
+                                  : std::exchange(other[i], page[i]);
         }
     }
     return bytes;
