@@ -199,7 +199,7 @@ TEST(StartUp, FailsForGood)
 {
     int asked = 0;
     const Patch vanishing = intercept<"_waccess", decltype(_waccess)>([&](auto real, auto* path, int mode) {
-        EXPECT_EQ(mode, 4);                          // to read
+        EXPECT_EQ(mode, 4) << "not to read";
         return ++asked == 3 ? -1 : real(path, mode); // there when the language is chosen, then gone
     });
     EXPECT_EQ(InitVelaConfig(L"Acme", nullptr, L"en-US", nullptr), eRegistryError);
