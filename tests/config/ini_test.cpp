@@ -38,7 +38,7 @@ TEST_F(Ini, ValuesByType)
     EXPECT_EQ(number, 77);
     EXPECT_EQ(config.readIniInt(L"S", L"b", number, L"TARVO.ini"), eNotFound);
     EXPECT_EQ(number, -5);
-    for (const auto& [size, expected] : {std::pair(7UL, "0xxxxx"), {3, "0x"}, {2, "1"}, {1, "1"}}) {
+    for (const auto& [size, expected] : {std::pair(7UL, "0xxxxx"), {3, "0x"}, {2, "1"}, {0, "1"}}) {
         wchar_t out[16] = L"";
         const Error error = config.readIniString(L"S", L"long", out, size, L"TARVO.ini");
         EXPECT_EQ(std::to_string(error) + utf8(out), expected) << size;

@@ -46,6 +46,7 @@ TEST(Layout, NamesTheSubtreesAfterStartUp)
     removeKey(HKEY_CURRENT_USER, profilesKey);
     EXPECT_EQ(rootPath(*velaConfig(), eCurrentProfile) + tree(HKEY_CURRENT_USER, profilesKey), "");
 
+    wchar_t name[128];
     const std::string product(254, 'p');
     for (std::size_t length = 200; length <= 245; ++length) {
         const std::string company(length, 'c');
@@ -56,6 +57,8 @@ TEST(Layout, NamesTheSubtreesAfterStartUp)
         *velaConfig() = config;
         expectLayout("Software\\" + company + '\\' + product + '\\' + product +
                      (length <= 244 ? '\\' + product : ""));
+        const bool hasRoot = !rootPath(config, eProfilesRoot).empty();
+        EXPECT_EQ(config.getCurrentProfileNameFromReg(name, nullptr), hasRoot ? eOk : eInvalidInput);
     }
 }
 
@@ -106,6 +109,10 @@ TEST(Profile, IsReadAndThatOfTheCommandLineReplacesIt)
     EXPECT_EQ(config.initProfileName(config.profileNameCmdLineInfo()), eOk);
     EXPECT_EQ(currentProfile(), text(longName));
     EXPECT_EQ(utf8(config.profileNameCmdLineInfo()), longName);
+    remakeKey(HKEY_CURRENT_USER, profilesKey, "", std::nullopt);
+    const Patch refusing = intercept<"RegSetValueExW", decltype(RegSetValueExW)>(
+        [](auto...) { return LSTATUS{ERROR_ACCESS_DENIED}; });
+    EXPECT_EQ(config.getCurrentProfileNameFromReg(name, Wide(profilesKey)), eRegistryError);
 }
 
 } // namespace

@@ -108,7 +108,7 @@ private:
 class ApplicationTest : public testing::Test
 {
 protected:
-    const KeyCounter m_keys;
+    KeyCounter m_keys;
     const Application m_application;
     const Patch m_pretended = pretendExecutable(windowsPath(m_application.program()));
 };
