@@ -3,7 +3,7 @@
 # Each case in a process of its own, as ctest would run it.
 run_cases() {
     local program=$1 filter=$2 case suite=''
-    while read -r case; do
+    while read -r case _; do # behind a case is its parameter
         case $case in
         *.) suite=$case ;;
         *) RKUINFO_STRESS=1 "$program" --gtest_brief=1 --gtest_filter="$suite$case" ;;

@@ -96,7 +96,7 @@ public:
             status = RegQueryValueExW(handle, value, nullptr, &type, out, number == 0 ? nullptr : &size);
             size = status == ERROR_INVALID_HANDLE ? 0 : size; // differs
         } else if (call == u"sub-key") {
-            size /= sizeof(wchar_t);
+            size /= 2; // characters
             status = RegEnumKeyExW(handle, number, text, &length, nullptr, reinterpret_cast<wchar_t*>(out),
                                    &size, nullptr);
         } else if (call == u"value") {

@@ -58,6 +58,10 @@ TEST_F(Identity, OfAnArgumentKeepsOrderAndLimits)
     EXPECT_EQ(config.initProductName(Wide(x254)), eOk);
     EXPECT_EQ(config.initProductName(L"Other"), eInvalidInput);
     EXPECT_EQ(utf8(config.companyName()) + utf8(config.productName()), x254 + x254);
+    EXPECT_EQ(config.refreshProductName(), 0);
+    makeKey(HKEY_CURRENT_USER, "Software\\" + x254 + '\\' + x254 + "\\2018");
+    EXPECT_EQ(config.refreshProductName(), 1);
+    EXPECT_EQ(config.refreshLanguageName(), 0); // of the unknown language
 }
 
 } // namespace

@@ -33,6 +33,7 @@ TEST_F(Ini, ValuesByType)
         EXPECT_EQ(text, error == eOk ? read : "kept") << utf8(key);
     }
     long number = 77;
+    EXPECT_EQ(config.readIniInt(L"S", nullptr, number, L"TARVO.ini"), eNotFound);
     EXPECT_EQ(config.readIniInt(L"S", L"a", number, L"none.ini"), eNotFound);
     EXPECT_EQ(number, 77);
     EXPECT_EQ(config.readIniInt(L"S", L"b", number, L"TARVO.ini"), eNotFound);
@@ -50,6 +51,9 @@ TEST_F(Ini, PathsHave1022CharactersAndAFolder)
     const std::string folder = windowsPath(m_application.folder()) + "\\";
     wchar_t out[1024] = L"";
     VelaVariant value;
+    Patch folderless = pretendExecutable("cad.exe");
+    EXPECT_EQ(config.getIniFilePath(out, L"TARVO.ini"), eInvalidInput);
+    folderless.reset();
     for (const std::size_t length : {1022U, 1023U, 5000U}) {
         const bool fits = length == 1022;
         const std::string name(length - folder.size(), 'x');

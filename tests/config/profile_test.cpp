@@ -14,16 +14,6 @@ std::optional<RawValue> currentProfile()
     return getRaw(HKEY_CURRENT_USER, profilesKey, "");
 }
 
-/// Gives the profiles key a stored default value, or makes it without one.
-void store(const std::optional<RawValue>& value)
-{
-    removeKey(HKEY_CURRENT_USER, profilesKey);
-    makeKey(HKEY_CURRENT_USER, profilesKey);
-    if (value) {
-        setRaw(HKEY_CURRENT_USER, profilesKey, "", *value);
-    }
-}
-
 /// Holds every subtree's key path, which has at most 1023 characters or is empty.
 void expectLayout(const std::string& productRoot)
 {
@@ -92,6 +82,7 @@ TEST(Profile, IsReadAndThatOfTheCommandLineReplacesIt)
     Config config;
     wchar_t name[128] = L"?";
     EXPECT_EQ(config.getCurrentProfileNameFromReg(name, nullptr), eInvalidInput); // not started
+    EXPECT_EQ(config.initProfileName(L"Work"), eOk);
     EXPECT_EQ(config.getCurrentProfileNameFromReg(nullptr, Wide(profilesKey)), eInvalidInput);
     ASSERT_EQ(config.initCompanyName(L"Acme") + config.initProductName(L"Widget"), 0);
     EXPECT_EQ(config.initLanguageName(L"en-US") + config.initProfileName(L"Work"), 0);
@@ -99,18 +90,18 @@ TEST(Profile, IsReadAndThatOfTheCommandLineReplacesIt)
     EXPECT_EQ(utf8(name) + tree(HKEY_CURRENT_USER, profilesKey), "");
     for (const auto& [stored, read, replaced] : rows) {
         SCOPED_TRACE(testing::PrintToString(stored));
-        store(stored);
+        remakeKey(HKEY_CURRENT_USER, profilesKey, "", stored);
         EXPECT_EQ(config.initProfileName(nullptr) + config.initProfileName(L""), 0);
         EXPECT_EQ(currentProfile(), stored);
         EXPECT_EQ(config.initProfileName(L"Work"), eOk);
         EXPECT_EQ(currentProfile(), replaced ? text("Work") : stored);
-        store(stored);
+        remakeKey(HKEY_CURRENT_USER, profilesKey, "", stored);
         EXPECT_EQ(config.getCurrentProfileNameFromReg(name, Wide(profilesKey)), eOk);
         EXPECT_EQ(utf8(name), read.empty() ? "Default" : read);
         EXPECT_EQ(currentProfile(), read.empty() ? text("Default") : stored);
     }
     const std::string longName(2000, 'x');
-    store(text("Home"));
+    remakeKey(HKEY_CURRENT_USER, profilesKey, "", text("Home"));
     EXPECT_EQ(config.initProfileName(Wide(longName)), eOk);
     EXPECT_EQ(config.initProfileName(config.profileNameCmdLineInfo()), eOk);
     EXPECT_EQ(currentProfile(), text(longName));

@@ -61,7 +61,6 @@ TEST(StartUp, DecidesTheLanguage)
         {"not mapped", nullptr, {}, ini("2052", "1036=fr-FR"), "en-US", goOn},
         {"nothing says anything", nullptr, {}, "", "en-US", goOn},
         {"a folder without a library", L"tr-TR", {}, "", "en-US", goOn, {"en-US", "tr-TR"}, {"en-US"}},
-        {"a file for a folder", L"hu-HU", {}, "", "en-US", goOn, {"en-US", "hu-HU"}, {"en-US"}},
         {"an entry without what counts", L"ja-JP", {}, "", "en-US", goOn, {"en-US"}, {"en-US", "ja-JP"}},
         {"refused", L"de-DE", text("fr-FR"), french, "", goOn, {"en-US"}, {"en-US"}},
         {"no name of a language", L"en", text("fr-FR"), french, "", invalidName},
@@ -70,7 +69,6 @@ TEST(StartUp, DecidesTheLanguage)
     const Application application;
     const Patch pretended = pretendExecutable(windowsPath(application.program()));
     writeFile(application.folder() / "tr-TR" / "dll.txt", "");
-    writeFile(application.folder() / "hu-HU", "a file");
     const Row* current = nullptr;
     std::string shown;
     const Patch box = intercept<"MessageBoxW", decltype(MessageBoxW)>(
@@ -105,6 +103,7 @@ TEST(StartUp, DecidesTheLanguage)
         try {
             EXPECT_EQ(config.initLanguageName(row.argument), eOk);
             EXPECT_EQ(utf8(config.language().shortName()), row.becomes);
+            EXPECT_EQ(config.refreshLanguageName() != 0, row.remembered.has_value());
         } catch (UINT exitCode) {
             EXPECT_EQ(std::to_string(exitCode) + row.becomes, "1");
         }
@@ -147,6 +146,7 @@ TEST(StartUp, ProposesLanguagesInOrder)
     EXPECT_FALSE(config.isLangFolderExist(nullptr) || config.isLangGuidExist(nullptr));
     for (auto name = std::rbegin(order); name != std::rend(order); ++name) { // every folder is there
         const TarvoLanguage language{Wide(*name)};
+        EXPECT_FALSE(config.isLanguageExist(Wide(*name)));
         addUninstallEntry(language.velaLanguage());
         EXPECT_EQ(config.queryAInstalledLangInOrder(), language.language());
         EXPECT_TRUE(config.isLanguageExist(Wide(*name)));
@@ -199,12 +199,13 @@ TEST(StartUp, FailsForGood)
 {
     int asked = 0;
     const Patch vanishing = intercept<"_waccess", decltype(_waccess)>([&](auto real, auto* path, int mode) {
-        return ++asked == 2 ? -1 : real(path, mode); // there when the language is chosen, then gone
+        EXPECT_EQ(mode, 4) << "not to read";
+        return ++asked == 3 ? -1 : real(path, mode); // there when the language is chosen, then gone
     });
-    EXPECT_EQ(startAcme(), eRegistryError);
+    EXPECT_EQ(InitVelaConfig(L"Acme", nullptr, L"en-US", nullptr), eRegistryError);
     EXPECT_EQ(startAcme(), eInvalidInput);
-    EXPECT_EQ(asked, 2);
-    EXPECT_EQ(utf8(velaConfig()->productName()), "Widget"); // nothing is rolled back
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(utf8(velaConfig()->companyName()), "Acme"); // nothing is rolled back
     Config config;
     EXPECT_EQ(config.verifyResourcePath(), eOk); // of the process's language
     const Patch unknown = pretendExecutable("");

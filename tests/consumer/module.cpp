@@ -9,7 +9,6 @@ const ModuleCalls* moduleCalls()
             return InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk &&
                    GetCurrentLanguageLocalName()[0] == L'E';
         },
-        [](long value) { velaGetProduct()->setSharedValueB(value); },
         [](VelaVariant& value) { value.setString(L"from the module"); },
         [] { throw new TarvoConfigException(L"message", 1, L"context", 7); },
         [] { VelaVariant().setBinary("", -1); }, // thrown by inline code of the header

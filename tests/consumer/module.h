@@ -8,7 +8,6 @@ struct ModuleCalls
     TarvoConfig* (*config)();
     /// Starts up and reads the language library; whether both went well.
     bool (*start)();
-    void (*share)(long value);
     void (*fill)(VelaVariant& value);
     void (*throwConfigException)();
     void (*throwStatus)();

@@ -8,14 +8,12 @@
 namespace {
 
 using namespace testing_support;
-using rkuinfo::Bytes;
 using rkuinfo::Text;
 
 constexpr auto settings = TarvoConfig::eSettings;
 constexpr char settingsKey[] = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
 
 static_assert(std::ranges::input_range<decltype(rkuinfo::items(settings))>);
-static_assert(std::is_same_v<Text, std::wstring> || sizeof(Text::value_type) == 2);
 
 using rkuinfo::utf8;
 
@@ -38,8 +36,8 @@ TEST(Cpp20, KeepsEachType)
     checkRoundTrip<std::int64_t>(std::int32_t(-5));
     checkRoundTrip<std::int32_t>(std::int64_t(-9007199254740993));
     checkRoundTrip<Text>(1.25);
-    checkRoundTrip<double>(Bytes{std::byte(0), std::byte(255)});
-    checkRoundTrip<Bytes>(rkuinfo::text(Wide("Grün 图纸 \xed\xa0\x80")));
+    checkRoundTrip<double>(rkuinfo::Bytes{std::byte(0), std::byte(255)});
+    checkRoundTrip<rkuinfo::Bytes>(rkuinfo::text(Wide("Grün 图纸 \xed\xa0\x80")));
     EXPECT_FALSE(rkuinfo::set(settings, Text(), L"of the key itself"));
     EXPECT_EQ(utf8(rkuinfo::get<Text>(settings, nullptr).value()), "of the key itself");
 }
@@ -49,9 +47,8 @@ TEST(Cpp20, ConvertsBetweenUtf8AndUtf16)
     using Units = std::vector<unsigned>;
     const std::tuple<std::string_view, Units, bool> rows[] = {
         {"a\x7f\xc2\x80\xdf\xbf", {0x61, 0x7F, 0x80, 0x7FF}, true},
-        {"\xe0\xa0\x80\xef\xbf\xbf\xf0\x90\x80\x80\xf4\x8f\xbf\xbf",
-         {0x800, 0xFFFF, 0xD800, 0xDC00, 0xDBFF, 0xDFFF},
-         true},
+        {"\xe0\xa0\x80\xef\xbf\xbf", {0x800, 0xFFFF}, true},
+        {"\xf0\x90\x80\x80\xf4\x8f\xbf\xbf", {0xD800, 0xDC00, 0xDBFF, 0xDFFF}, true},
         {"\xed\xa0\x80z\xed\xb0\x80", {0xD800, 'z', 0xDC00}, true}, // alone
         {"\x80\xc1\x80\xe0\x9f\xbf\xf4\x90\x80\x80\xc2", Units(11, 0xFFFD), false},
     };

@@ -165,11 +165,7 @@ TEST(CurrentProfileName, TellsTheSizeItNeeds)
     ASSERT_EQ(startNorvik(), eOk);
     for (const auto& [stored, given, written, becomes] : rows) {
         SCOPED_TRACE(testing::PrintToString(stored));
-        removeKey(HKEY_CURRENT_USER, profiles);
-        makeKey(HKEY_CURRENT_USER, profiles);
-        if (stored) {
-            setRaw(HKEY_CURRENT_USER, profiles, "", *stored);
-        }
+        remakeKey(HKEY_CURRENT_USER, profiles, "", stored);
         wchar_t buffer[301] = L"-";
         size = given;
         EXPECT_EQ(GetCurrentProfileName(buffer, size), written == "-" ? 0 : Wide(written).length());

@@ -10,12 +10,8 @@ const ChildPart load("loadPlantedLibrary", [](const std::vector<std::string>& ar
     if (arguments.at(0) == "restricted") {
         SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     }
-    if (startAcme() != TarvoConfig::eOk) {
-        return 2;
-    }
-    HMODULE const loaded = LoadResourceDll(Wide("Planted.dll"));
-    HMODULE const loadedEx = LoadResourceDllEx(Wide("Planted.dll"), nullptr, 0);
-    return (loaded != nullptr ? 1 : 0) + (loadedEx != nullptr ? 10 : 0);
+    return (startAcme() != TarvoConfig::eOk ? 100 : 0) + (LoadResourceDll(Wide("Planted.dll")) ? 1 : 0) +
+           (LoadResourceDllEx(Wide("Planted.dll"), nullptr, 0) ? 10 : 0);
 });
 
 TEST(PlantedLibrary, IsTakenUnlessTheSearchIsRestricted)
@@ -23,10 +19,7 @@ TEST(PlantedLibrary, IsTakenUnlessTheSearchIsRestricted)
     const Application application;
     application.addLanguage("en-US");
     const std::filesystem::path documents = scratchFolder() / "documents";
-    std::filesystem::create_directories(documents);
-    std::filesystem::copy_file(thisProgram().parent_path() / "en-US" / "RkUInfoRes.dll",
-                               documents / "Planted.dll");
-
+    writeFile(documents / "Planted.dll", readFile(thisProgram().parent_path() / "en-US/RkUInfoRes.dll"));
     const ChildOptions options = {documents, {}};
     EXPECT_EQ(load.run(application.program(), {"open"}, options).exitCode, 11);
     EXPECT_EQ(load.run(application.program(), {"restricted"}, options).exitCode, 0);

@@ -8,11 +8,13 @@
 #include <deque>
 
 #include <pwd.h>
+#include <random>
 #include <shlobj.h>
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {

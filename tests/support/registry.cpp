@@ -70,6 +70,16 @@ void setRaw(HKEY root, const std::string& path, const std::string& name, const R
         << path << ' ' << name;
 }
 
+void remakeKey(HKEY root, const std::string& path, const std::string& name,
+               const std::optional<RawValue>& value)
+{
+    removeKey(root, path);
+    makeKey(root, path);
+    if (value) {
+        setRaw(root, path, name, *value);
+    }
+}
+
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name)
 {
     const OwnedKey key = openKey(root, path);

@@ -39,6 +39,9 @@ void removeKey(HKEY root, const std::string& path);
 
 /// Sets a value, making the key. An empty name is the default value.
 void setRaw(HKEY root, const std::string& path, const std::string& name, const RawValue& value);
+/// Gives a key this one value, or none.
+void remakeKey(HKEY root, const std::string& path, const std::string& name,
+               const std::optional<RawValue>& value);
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name);
 
 /// RegEnumValueW or RegEnumKeyExW, for a name alone.
