@@ -25,7 +25,7 @@ TarvoConfig::Error startNorvik()
 }
 
 /// Each function, the position of the one below it, and what its folder adds to that one's.
-constexpr struct
+const struct
 {
     PathFunction folder;
     int below;
