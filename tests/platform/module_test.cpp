@@ -79,7 +79,7 @@ TEST(Module, ResourceFilesAreLoadedAndSearched)
     for (const char* const name : {"Pack.dll", "noext", "other.foo"}) {
         fs::copy_file(inBin("en-US/RkUInfoRes.dll"), folder / name);
     }
-    writeFile(folder / "text.dll", "hello");
+    writeFile(folder / "text.dll", "\177ELF");
     writeFile(folder / "stub.dll", "MZ");
     writeFile(folder / "empty.dll", "");
     const std::pair<DWORD, std::vector<std::string>> rows[] = {
