@@ -33,6 +33,7 @@ TEST_F(Ini, ValuesByType)
         EXPECT_EQ(text, error == eOk ? read : "kept") << utf8(key);
     }
     long number = 77;
+    EXPECT_EQ(config.readIniInt(L"S", nullptr, number, L"TARVO.ini"), eNotFound);
     EXPECT_EQ(config.readIniInt(L"S", L"a", number, L"none.ini"), eNotFound);
     EXPECT_EQ(number, 77);
     EXPECT_EQ(config.readIniInt(L"S", L"b", number, L"TARVO.ini"), eNotFound);

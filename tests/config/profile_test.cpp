@@ -82,6 +82,7 @@ TEST(Profile, IsReadAndThatOfTheCommandLineReplacesIt)
     Config config;
     wchar_t name[128] = L"?";
     EXPECT_EQ(config.getCurrentProfileNameFromReg(name, nullptr), eInvalidInput); // not started
+    EXPECT_EQ(config.initProfileName(L"Work"), eOk);
     EXPECT_EQ(config.getCurrentProfileNameFromReg(nullptr, Wide(profilesKey)), eInvalidInput);
     ASSERT_EQ(config.initCompanyName(L"Acme") + config.initProductName(L"Widget"), 0);
     EXPECT_EQ(config.initLanguageName(L"en-US") + config.initProfileName(L"Work"), 0);

@@ -199,13 +199,13 @@ TEST(StartUp, FailsForGood)
 {
     int asked = 0;
     const Patch vanishing = intercept<"_waccess", decltype(_waccess)>([&](auto real, auto* path, int mode) {
-        EXPECT_EQ(mode, 4);                          // to read
-        return ++asked == 2 ? -1 : real(path, mode); // there when the language is chosen, then gone
+        EXPECT_EQ(mode, 4) << "not to read";
+        return ++asked == 3 ? -1 : real(path, mode); // there when the language is chosen, then gone
     });
-    EXPECT_EQ(startAcme(), eRegistryError);
+    EXPECT_EQ(InitVelaConfig(L"Acme", nullptr, L"en-US", nullptr), eRegistryError);
     EXPECT_EQ(startAcme(), eInvalidInput);
-    EXPECT_EQ(asked, 2);
-    EXPECT_EQ(utf8(velaConfig()->productName()), "Widget"); // nothing is rolled back
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(utf8(velaConfig()->companyName()), "Acme"); // nothing is rolled back
     Config config;
     EXPECT_EQ(config.verifyResourcePath(), eOk); // of the process's language
     const Patch unknown = pretendExecutable("");

@@ -231,7 +231,7 @@ std::vector<Scenario> storeOperations()
             return std::to_string(error) + (error == eOk ? describe(value) : "");
         };
         const char* const codes[] = {"7", "1|2", "1|5", "5", "1|5", "1|5", "1|5", "1|5", "1|5"};
-        const bool inSteps = path == std::wstring_view(L"New/n") || (index == eRemoveItem && version < 8);
+        const bool inSteps = utf8(path) == "New/n" || (index == eRemoveItem && version < 8);
         all.push_back({operation.name + ' ' + utf8(path), run, codes[index], inSteps ? eInSteps : eAtOnce});
     };
     for (const auto index :

@@ -145,13 +145,13 @@ LSTATUS set(int n, int content = static_cast<int>(std::random_device()()))
 LSTATUS get(int n, int* content = nullptr)
 {
     return onValue(n, false, [&](HKEY key, LPCWSTR name) {
-        std::vector<int> data(5000);
-        DWORD type = 0, size = 20000;
+        static thread_local int data[5000];
+        std::fill_n(data, 3, 0);
+        DWORD type = 0, size = sizeof data;
         const LSTATUS status =
-            RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &size);
-        data.resize(std::max<DWORD>(size / 4, 3));
-        const bool isWhole = type == REG_BINARY && data[0] == n && data[1] == static_cast<int>(size / 4) &&
-                             std::equal(data.begin() + 3, data.end(), data.begin() + 2);
+            RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
+        const bool isWhole = type == REG_BINARY && data[0] == n && data[1] > 2 &&
+                             DWORD(data[1]) == size / 4 && std::equal(data + 3, data + data[1], data + 2);
         if (content != nullptr) {
             *content = data[2];
         }

@@ -209,7 +209,8 @@ TEST_F(RegistryCalls, OfAnItemWithoutAName)
 
 TEST(RegistryHandles, AllowWhatTheyWereOpenedFor)
 {
-    for (const REGSAM right : {REGSAM{KEY_READ}, REGSAM{KEY_WRITE}, REGSAM{KEY_ALL_ACCESS}}) {
+    const REGSAM rights[] = {KEY_READ, KEY_WRITE, KEY_ALL_ACCESS};
+    for (const REGSAM right : rights) {
         HKEY opened = nullptr;
         setRaw(HKEY_CURRENT_USER, "Software\\Acme\\Sub", "", dword(1));
         setRaw(HKEY_CURRENT_USER, "Software\\Acme", "v", dword(1));
