@@ -23,7 +23,7 @@ HMODULE load(const fs::path& file, DWORD flags = 0)
 
 std::string fileNameOf(HMODULE module)
 {
-    wchar_t path[1024] = {};
+    wchar_t path[1024] = L"?";
     return GetModuleFileNameW(module, path, 1024) != 0 ? utf8(path) : "";
 }
 
