@@ -105,11 +105,11 @@ void fileCall(Trace& trace, const Text& folder)
     Text name =
         relativePath(trace, u".|..|sub|Sub|SUB.|a.DLL|A.dll |noext.|locked.TXT|deep|none", u"\\|\\|\\\\|/");
     name += call == u"find" ? pattern(trace) : Text();
-    name = trace.oneIn(3)   ? folder + u"\\" + name
-           : trace.oneIn(9) ? trace.word(u"|Q:\\x|" + Text(300, u'x'))
-                            : name;
+    name = trace.oneIn(12) ? trace.word(u"|Q:\\x|" + Text(300, u'x')) : name;
+    const Text before = trace.word(u"|||z:|Z:|full|full");
     trace.start(call);
-    trace.say(name.starts_with(folder) ? name.substr(folder.size()) : name);
+    trace.say(before, name);
+    name = (before == u"full" ? folder + u"\\" : before) + name;
     SetCurrentDirectoryW(wide(folder));
     SetLastError(ERROR_SUCCESS);
     if (call == u"find") {

@@ -23,7 +23,7 @@ HMODULE load(const fs::path& file, DWORD flags = 0)
 
 std::string fileNameOf(HMODULE module)
 {
-    wchar_t path[1024] = {};
+    wchar_t path[1024] = L"?";
     return GetModuleFileNameW(module, path, 1024) != 0 ? utf8(path) : "";
 }
 
@@ -79,7 +79,7 @@ TEST(Module, ResourceFilesAreLoadedAndSearched)
     for (const char* const name : {"Pack.dll", "noext", "other.foo"}) {
         fs::copy_file(inBin("en-US/RkUInfoRes.dll"), folder / name);
     }
-    writeFile(folder / "text.dll", "hello");
+    writeFile(folder / "text.dll", "\177ELF");
     writeFile(folder / "stub.dll", "MZ");
     writeFile(folder / "empty.dll", "");
     const std::pair<DWORD, std::vector<std::string>> rows[] = {

@@ -2,7 +2,6 @@
 #include "support/test.h"
 
 #include <atomic>
-#include <barrier>
 #include <chrono>
 #include <thread>
 
@@ -13,16 +12,18 @@ using namespace testing_support;
 TEST(Locks, LetOneThreadInAtATime)
 {
     RkLocker locker;
+    std::atomic<bool> isThere = false;
     std::atomic<bool> isIn = false;
-    std::barrier start(2);
     locker.lock();
     std::jthread other([&] {
-        start.arrive_and_wait();
+        isThere = true;
         locker.lock();
         isIn = true;
         locker.unlock();
     });
-    start.arrive_and_wait();
+    while (!isThere) {
+        std::this_thread::yield();
+    }
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
     EXPECT_FALSE(isIn);
     locker.unlock();
@@ -59,12 +60,14 @@ TEST(Locks, GiveThreadsThatComeFirstTogetherTheSame) // ThreadSanitizer sees wha
 {
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     std::string seen[8];
-    std::barrier start(8);
+    std::atomic<int> arrived = 0;
     {
         std::vector<std::jthread> threads;
         for (std::string& each : seen) {
             threads.emplace_back([&] {
-                start.arrive_and_wait();
+                for (++arrived; arrived < 8;) {
+                    std::this_thread::yield();
+                }
                 wchar_t path[1024] = {};
                 GetProgramPath(path, 1024);
                 each = utf8(path) + utf8(GetCurrentLanguageLocalName()) +

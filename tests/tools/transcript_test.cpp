@@ -186,7 +186,7 @@ TEST(RkuinfoHelp, AgreesWithManPageAndCompletions)
     const std::filesystem::path program = Application("help").addProgram("rkuinfo");
     const auto options = [](const std::string& text) { return wordsIn(text, "(--[a-z]+(?:-[a-z]+)*)"); };
     std::string help = runProgram(program, {"--help"}).output;
-    const std::set<std::string> commands = wordsIn(help.substr(0, help.find("Options,")), "\n  ([a-z]+) ");
+    const std::set<std::string> commands = wordsIn(help.substr(help.find("Commands:")), "\n  ([a-z]+) ");
     EXPECT_EQ(commands.size(), 16U);
     for (const std::string& command : commands) {
         help += runProgram(program, {"help", command}).output;

@@ -93,7 +93,7 @@ std::optional<FullPath> parsePath(TextView path)
         return fail(ERROR_PATH_NOT_FOUND);
     }
     FullPath full;
-    full.mustBeFolder = isSeparator(path.back());
+    full.mustBeFolder = isSeparator(path.back()) || path.back() == L':'; // a drive is its current folder
     if (path.size() >= 2 && path[1] == L':') {
         if (upcase(path[0]) != L'Z') {
             return fail(ERROR_PATH_NOT_FOUND);
