@@ -20,8 +20,9 @@ std::string iniValue(const fs::path& file, LPCWSTR key)
 TEST(IniFile, IsReadWhereItIsOne)
 {
     const fs::path big = scratchFolder() / "big.ini";
-    const std::string line(70'000, 'x');
-    writeFile(big, "[s]\n" + std::string(900'000, ';') + "\nline=" + line + "\nend=1");
+    const std::string line =
+        std::string(70'000, 'x') + "\xF4\x8F\xBF\xBF"; // the last character that there is
+    writeFile(big, "\xEF\xBB\xBF[s]\n" + std::string(900'000, ';') + "\nline=" + line + "\nend=1");
     EXPECT_EQ(iniValue(big, L"line"), line);
     EXPECT_EQ(iniValue(big, L"end"), "1");
     EXPECT_EQ(_waccess(Wide("\\\\?\\" + windowsPath(big)), 0), 0); // not to be worked out
@@ -37,7 +38,7 @@ void moveDocuments(const fs::path& folder)
 {
     setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
            "Personal", {REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
-    shareWithChildren("XDG_DOCUMENTS_DIR", folder.string());
+    shareWithChildren("XDG_DOCUMENTS_DIR", folder.string() + "//");
 }
 
 std::string userFolder(int id)
