@@ -15,7 +15,7 @@ TEST(Locks, LetOneThreadInAtATime)
     std::atomic<bool> isThere = false;
     std::atomic<bool> isIn = false;
     locker.lock();
-    std::jthread other([&] {
+    std::thread other([&] {
         isThere = true;
         locker.lock();
         isIn = true;
@@ -61,20 +61,20 @@ TEST(Locks, GiveThreadsThatComeFirstTogetherTheSame) // ThreadSanitizer sees wha
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     std::string seen[8];
     std::atomic<int> arrived = 0;
-    {
-        std::vector<std::jthread> threads;
-        for (std::string& each : seen) {
-            threads.emplace_back([&] {
-                for (++arrived; arrived < 8;) {
-                    std::this_thread::yield();
-                }
-                wchar_t path[1024] = {};
-                GetProgramPath(path, 1024);
-                each = utf8(path) + utf8(GetCurrentLanguageLocalName()) +
-                       utf8(velaGetProduct()->helpFilePath()) + utf8(velaGetProduct()->userDataCachePath()) +
-                       utf8(GetVelaArchitectrueCommandNamePrefix());
-            });
-        }
+    std::vector<std::thread> threads; // libc++ has no jthread yet
+    for (std::string& each : seen) {
+        threads.emplace_back([&] {
+            for (++arrived; arrived < 8;) {
+                std::this_thread::yield();
+            }
+            wchar_t path[1024] = {};
+            GetProgramPath(path, 1024);
+            each = utf8(path) + utf8(GetCurrentLanguageLocalName()) + utf8(velaGetProduct()->helpFilePath()) +
+                   utf8(velaGetProduct()->userDataCachePath()) + utf8(GetVelaArchitectrueCommandNamePrefix());
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
     }
     for (const std::string& each : seen) {
         EXPECT_EQ(each, seen[0]);
