@@ -22,6 +22,7 @@ run_stress() {
     build host agreement_tests
     build windows agreement_tests
     start_wine
+    rm -rf build/{host,windows}/agreement # the traces of other seeds
     RKUINFO_STRESS=1 build/host/bin/agreement_tests --gtest_brief=1
     RKUINFO_STRESS=1 toolchains/run-wine.sh build/windows/bin/agreement_tests.exe --gtest_brief=1
     diff -r build/host/agreement build/windows/agreement

@@ -67,7 +67,7 @@ void expectAgreement(const std::string& area, void (*calls)(Trace& trace))
     const auto folder = testing_support::thisProgram().parent_path().parent_path() / "agreement";
     const bool isStress = std::getenv("RKUINFO_STRESS") != nullptr;
     const unsigned first = isStress ? 3 : 1;
-    const unsigned last = isStress ? 20 : 2;
+    const unsigned last = isStress ? 42 : 2;
     for (unsigned seed = first; seed <= last; ++seed) {
         Trace trace(seed);
         calls(trace);
