@@ -58,6 +58,7 @@ TEST(Module, SystemNamesAreKnown)
     EXPECT_EQ(GetProcAddress(system, "NoSuchFunction"), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
     EXPECT_EQ(GetModuleHandleW(L"no such module"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
 TEST(Module, CodeIsLoadedOnce)

@@ -46,8 +46,7 @@ std::vector<std::string> words(const std::string& line)
     std::vector<std::string> all;
     std::istringstream stream(line);
     for (std::string word; stream >> std::ws && !stream.eof(); all.push_back(word)) {
-        const char quote = stream.peek() == '"' ? '"' : '\'';
-        stream >> std::quoted(word, quote, '\0');
+        stream >> std::quoted(word, stream.peek() == '"' ? '"' : '\'', '\0');
     }
     return all;
 }
