@@ -20,6 +20,12 @@ std::uint64_t hashOf(const Question& question)
     return mix(mix(question.kind, number), std::hash<std::string_view>()(bytesOf(question.text)));
 }
 
+/// By bytes: a comparison of units goes unit by unit.
+bool isSame(const Question& a, const Question& b)
+{
+    return a.kind == b.kind && a.node == b.node && a.index == b.index && bytesOf(a.text) == bytesOf(b.text);
+}
+
 bool isPath(const Question& question)
 {
     return question.kind == Question::ePath;
@@ -82,8 +88,8 @@ const Answer* Memory::recall(const Question& question)
     }
     const auto found = m_answers.find(hashOf(question));
     const Entry* const entry = found != m_answers.end() ? &found->second : nullptr;
-    const bool holds =
-        entry != nullptr && entry->epoch == m_epochs[isPath(question) ? 0 : 1] && entry->question == question;
+    const bool holds = entry != nullptr && entry->epoch == m_epochs[isPath(question) ? 0 : 1] &&
+                       isSame(entry->question, question);
     return holds ? &entry->answer : nullptr;
 }
 

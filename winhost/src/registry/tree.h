@@ -26,8 +26,6 @@ struct Question
     TextView text = {};
     DWORD index = 0;
     NodeId node = 0;
-
-    bool operator==(const Question&) const = default;
 };
 
 struct Answer
