@@ -1,6 +1,8 @@
 // The library loaded and unloaded by a program that is not linked to it.
 #include "support/test.h"
 
+#include <shlobj.h>
+
 namespace {
 
 using namespace testing_support;
@@ -44,6 +46,24 @@ TEST(Loading, LoadsUsesUnloadsAndLoadsAgain)
         EXPECT_EQ(GetModuleHandleW(Wide(libraryModule)), nullptr);
         // The language library, then the product object with its lock.
         EXPECT_EQ(calls, (std::vector<std::string>{"FreeLibrary", "RkLocker::~RkLocker"}));
+    }
+}
+
+TEST(Loading, LeavesTheUserDataCacheFolder)
+{
+    wchar_t documents[MAX_PATH] = {};
+    SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, documents);
+    for (const auto& [name, isLeft] :
+         {std::pair("UserDataCache", true), {"userDATAcache", true}, {"UserDataCaches", false}}) {
+        const std::filesystem::path folder = thisProgram().parent_path() / name;
+        std::filesystem::create_directories(folder);
+        std::filesystem::current_path(folder);
+        const HMODULE library = LoadLibraryW(Wide(libraryModule));
+        EXPECT_EQ(windowsPath(std::filesystem::current_path()),
+                  isLeft ? utf8(documents) : windowsPath(folder));
+        EXPECT_TRUE(FreeLibrary(library));
+        std::filesystem::current_path(scratchFolder());
+        std::filesystem::remove_all(folder);
     }
 }
 

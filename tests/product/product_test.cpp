@@ -1,9 +1,6 @@
 // The product object, version and identity, and the exception for client modules.
 #include "support/test.h"
 
-#include <iostream>
-#include <shlobj.h>
-
 namespace {
 
 using namespace testing_support;
@@ -88,31 +85,6 @@ TEST(Product, PathsAreKeptOnceTheyFit)
     EXPECT_EQ(GetVelaUserDataCachePath(), product.userDataCachePath());
     EXPECT_EQ(textOf(GetVelaUserDataCacheLanPath), folderOf(246) + "UserDataCache\\unknown");
     EXPECT_EQ(GetVelaUserDataCacheLanPath(nullptr), 0U);
-}
-
-const ChildPart workingDirectory("workingDirectory", [](const std::vector<std::string>&) {
-    wchar_t current[MAX_PATH] = {};
-    GetCurrentDirectoryW(MAX_PATH, current);
-    std::cout << utf8(current) << '|' << utf8(product.userDataCachePath());
-    return 0;
-});
-
-TEST(Product, MovesOutOfItsUserDataCacheFolder)
-{
-    wchar_t documents[MAX_PATH] = {};
-    SHGetFolderPathW(nullptr, CSIDL_PERSONAL | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, documents);
-    const std::pair<const char*, bool> rows[] = {{"UserDataCache", true},
-                                                 {"userDATAcache", true},
-                                                 {"UserDataCache/Temp", false},
-                                                 {"UserDataCaches", false}};
-    for (const auto& [folder, moves] : rows) {
-        const Application app(std::to_string(&moves - &rows[0].second));
-        const auto working = app.folder() / folder;
-        std::filesystem::create_directories(working);
-        EXPECT_EQ(workingDirectory.run(app.program(), {}, {working, {}}).output,
-                  (moves ? utf8(documents) : windowsPath(working)) + '|' +
-                      windowsPath(app.folder() / "UserDataCache"));
-    }
 }
 
 TEST(Version, WritesTheNumbersWhereTheyFit)

@@ -1,29 +1,14 @@
-// What the base library gives: its lock, its exceptions and the crash recorder.
+// What the base library gives but its lock: exceptions, the crash recorder and the version of Windows.
 #include "support/recorder.h"
 #include "support/test.h"
 
 #include <cstring>
-#include <future>
 
 namespace {
 
 using namespace testing_support;
 
 const char* const baseModule = std::strstr(libraryModule, ".dll") ? "RkOsBase.dll" : "libRkOsBase.so";
-
-TEST(RkOsBase, LockHoldsUpAnotherThread)
-{
-    RkLocker locker;
-    locker.lock();
-    std::promise<void> asked;
-    const Patch call = intercept<"AcquireSRWLockExclusive", decltype(AcquireSRWLockExclusive)>(
-        [&](auto real, auto* lock) { asked.set_value(), real(lock); }, baseModule);
-    std::future<void> entered = std::async(std::launch::async, [&] { locker.lock(), locker.unlock(); });
-    EXPECT_EQ(asked.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
-    EXPECT_EQ(entered.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
-    locker.unlock();
-    EXPECT_EQ(entered.wait_for(std::chrono::seconds(10)), std::future_status::ready);
-}
 
 TEST(RkOsBase, ExceptionsCutTheirTexts)
 {

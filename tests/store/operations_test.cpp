@@ -195,39 +195,6 @@ TEST_F(RegistryCalls, OfAWalk)
     }
 }
 
-TEST_F(RegistryCalls, OfAnItemWithoutAName)
-{
-    TarvoConfig::ItemIterator items;
-    ASSERT_EQ(m_config.findItem(eSettings, L"Item", items), eOk);
-    const auto nameless = [](auto, HKEY, DWORD, wchar_t* name, DWORD* length, auto...) {
-        *length = *name = 0;
-        return ERROR_SUCCESS;
-    };
-    const Patch patch = intercept<"RegEnumKeyExW", decltype(RegEnumKeyExW)>(nameless);
-    EXPECT_EQ(m_config.getValue(items, L"n", m_text), TarvoConfig::eRegistryError);
-}
-
-TEST(RegistryHandles, AllowWhatTheyWereOpenedFor)
-{
-    const REGSAM rights[] = {KEY_READ, KEY_WRITE, KEY_ALL_ACCESS};
-    for (const REGSAM right : rights) {
-        HKEY opened = nullptr;
-        setRaw(HKEY_CURRENT_USER, "Software\\Acme\\Sub", "", dword(1));
-        setRaw(HKEY_CURRENT_USER, "Software\\Acme", "v", dword(1));
-        ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Acme", 0, right, &opened), ERROR_SUCCESS);
-        const OwnedKey key(opened);
-        const LSTATUS reads = right == KEY_WRITE ? denied : ERROR_SUCCESS;
-        const LSTATUS writes = right == KEY_READ ? denied : ERROR_SUCCESS;
-        wchar_t name[8];
-        DWORD length = 8;
-        EXPECT_EQ(enumerate(false, opened, 0, name, &length), reads);
-        EXPECT_EQ(enumerate(true, opened, 0, name, &(length = 8)), reads);
-        EXPECT_EQ(RegQueryValueExW(opened, L"v", nullptr, nullptr, nullptr, nullptr), reads);
-        EXPECT_EQ(RegSetValueExW(opened, L"v", 0, REG_SZ, nullptr, 0), writes);
-        EXPECT_EQ(RegDeleteValueW(opened, L"v"), writes);
-    }
-}
-
 // ---- Limits, and trees that are removed
 
 class Operations : public StoreTest
