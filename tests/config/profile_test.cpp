@@ -14,6 +14,13 @@ std::optional<RawValue> currentProfile()
     return getRaw(HKEY_CURRENT_USER, profilesKey, "");
 }
 
+const std::pair<TarvoConfig::Path, unsigned long (*)(wchar_t*)> getters[] = {
+    {eProductRoot, GetRegistryProductNameRootKey},
+    {eVersionRoot, GetRegistryVersionRootKey},
+    {eLanguageRoot, GetVelaRegistryLanguageRootKey},
+    {eProfilesRoot, GetRegistryProfilesRootKey},
+    {eCurrentProfile, GetVelaRegistryCurrentProfileRootKey}};
+
 /// Holds every subtree's key path, which has at most 1023 characters or is empty.
 void expectLayout(const std::string& productRoot)
 {
@@ -31,6 +38,10 @@ void expectLayout(const std::string& productRoot)
     for (int path = 0; path < 9; ++path) {
         EXPECT_EQ(rootPath(*velaConfig(), path), keys[path].size() <= 1023 ? keys[path] : "");
     }
+    for (const auto& [path, getter] : getters) {
+        EXPECT_EQ(textOf(getter), keys[path].size() <= 1023 ? keys[path] : "failed: ");
+        EXPECT_EQ(getter(nullptr), 0U);
+    }
     const std::string profile = rootPath(*velaConfig(), eCurrentProfile);
     EXPECT_EQ(textOf(GetVelaRegistryCurrentProfileConfigRootKey),
               profile.empty() || profile.size() > 1014 ? "failed: " + profile : profile + "\\Config");
@@ -38,7 +49,9 @@ void expectLayout(const std::string& productRoot)
 
 TEST(Layout, NamesTheSubtreesAfterStartUp)
 {
-    EXPECT_EQ(rootPath(*velaConfig(), eProductRoot) + rootPath(*velaConfig(), eCurrentProfile), "");
+    for (const auto& [path, getter] : getters) {
+        EXPECT_EQ(textOf(getter) + rootPath(*velaConfig(), path), "failed: ");
+    }
     ASSERT_EQ(startAcme(), eOk);
     expectLayout("Software\\Acme\\Widget");
     EXPECT_EQ(rootPath(*velaConfig(), -1) + rootPath(*velaConfig(), 9), "");

@@ -137,7 +137,6 @@ TEST(StartUp, ProposesLanguagesInOrder)
     const char* const order[] = {"en-US", "zh-CN", "zh-TW", "ja-JP", "ko-KR", "pl-PL", "cs-CZ", "de-DE",
                                  "es-ES", "fr-FR", "hu-HU", "it-IT", "pt-BR", "ru-RU", "tr-TR"};
     Config config;
-    EXPECT_EQ(config.queryAInstalledLangInOrder(), -1);
     for (const std::string& name : {std::string(), std::string(2000, 'x')}) {
         EXPECT_FALSE(config.isLangFolderExist(Wide(name)) || config.isLangGuidExist(Wide(name)));
     }
@@ -149,9 +148,6 @@ TEST(StartUp, ProposesLanguagesInOrder)
         EXPECT_EQ(config.queryAInstalledLangInOrder(), language.language());
         EXPECT_TRUE(config.isLanguageExist(Wide(*name)));
     }
-    const Application application;
-    const Patch pretended = pretendExecutable(windowsPath(application.program()));
-    EXPECT_EQ(config.queryAInstalledLangInOrder(), -1); // every entry is there, and no folder
 }
 
 std::string state(const TarvoConfig& config)
@@ -174,7 +170,6 @@ TEST(StartUp, HappensOnceAndIsCopied)
 
     TarvoConfig copy(*velaConfig());
     const wchar_t* const name = copy.productName();
-    EXPECT_NE(name, velaConfig()->productName());
     const TarvoConfig& same = copy;
     copy = same;
     EXPECT_EQ(copy.productName(), name);

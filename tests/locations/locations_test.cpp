@@ -126,26 +126,6 @@ TEST_F(UserFolders, ATextThatIsStoredDecides)
     EXPECT_EQ(GetCustomResFileName(nullptr), 0U);
 }
 
-TEST(KeyPaths, AreThoseOfTheConfiguration)
-{
-    const std::tuple<PathFunction, TarvoConfig::Path, std::string> rows[] = {
-        {GetRegistryProductNameRootKey, eProductRoot, ""},
-        {GetRegistryVersionRootKey, eVersionRoot, ""},
-        {GetVelaRegistryLanguageRootKey, eLanguageRoot, ""},
-        {GetRegistryProfilesRootKey, eProfilesRoot, ""},
-        {GetVelaRegistryCurrentProfileRootKey, eCurrentProfile, ""},
-        {GetVelaRegistryCurrentProfileConfigRootKey, eCurrentProfile, "\\Config"}};
-    for (const bool started : {false, true}) {
-        for (const auto& [function, path, added] : rows) {
-            EXPECT_EQ(textOf(function), started ? rootPath(*velaConfig(), path) + added : failed);
-            EXPECT_EQ(function(nullptr), 0U);
-        }
-        EXPECT_EQ(textOf(GetCustomResFileName), failed);
-        ASSERT_EQ(startNorvik(), eOk);
-        setRaw(HKEY_CURRENT_USER, profiles, "", text("Work"));
-    }
-}
-
 TEST(CurrentProfileName, TellsTheSizeItNeeds)
 {
     const std::string longest(299, 'p');

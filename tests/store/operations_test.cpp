@@ -60,7 +60,7 @@ protected:
     void expect(const std::function<int()>& run, const char* refused, const char* calls, int code)
     {
         m_trace = {"", refused};
-        EXPECT_EQ(run(), code);
+        EXPECT_EQ(run(), code) << calls;
         EXPECT_EQ(m_trace.calls, calls);
         m_trace.refused = "";
     }
@@ -190,7 +190,6 @@ TEST_F(RegistryCalls, OfAWalk)
         {[&] { return m_config.setValue(items, L"n", m_text); }, "", "key 1 = 259", 4},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
         expect(row.run, row.refused, row.calls, row.code);
     }
 }
@@ -200,22 +199,20 @@ TEST_F(RegistryCalls, OfAWalk)
 class Operations : public StoreTest
 {
 protected:
-    /// Whether a path is not too long.
-    bool accepts(const Operation& operation, TarvoConfig::Path root, const std::string& path)
-    {
-        VelaVariant value;
-        return operation.call(m_config, root, Wide(path), value) != TarvoConfig::eInvalidInput;
-    }
     static void make(const std::string& path) { makeKey(HKEY_CURRENT_USER, settings + '\\' + path); }
 };
 
-TEST_F(Operations, TakeRootAndSubPathUpToALimit)
+TEST_F(Operations, TakePathsUpToALimit)
 {
     const std::string root = "Software\\Acme\\Widget";
     for (const Operation& operation : operations) {
+        const auto accepts = [&](TarvoConfig::Path from, const std::string& path) {
+            VelaVariant value;
+            return operation.call(m_config, from, Wide(path), value) != TarvoConfig::eInvalidInput;
+        };
+        const bool cuts = operation.name != "isItemExist"; // separators at the ends
         for (const std::string separator : {"", "/"}) {
-            const std::size_t counted = operation.name == "isItemExist" ? separator.size() : 0;
-            const std::size_t limit = operation.limit - counted;
+            const std::size_t limit = operation.limit - (cuts ? 0 : separator.size());
             for (const std::size_t length : {limit, limit + 1}) {
                 SCOPED_TRACE(operation.name + " of " + std::to_string(length));
                 std::string subPath(length - root.size(), 'k');
@@ -223,23 +220,15 @@ TEST_F(Operations, TakeRootAndSubPathUpToALimit)
                     subPath[at] = '\\';
                 }
                 makeKey(HKEY_CURRENT_USER, root + '\\' + subPath);
-                EXPECT_EQ(accepts(operation, TarvoConfig::eProductRoot, separator + subPath + operation.last),
+                EXPECT_EQ(accepts(TarvoConfig::eProductRoot, separator + subPath + operation.last),
                           length == limit);
             }
         }
-    }
-}
-
-TEST_F(Operations, TakeAnArgumentOf1023Characters)
-{
-    for (const Operation& operation : operations) {
-        for (const std::size_t length : {1023u, 1024u, 5000u}) {
+        for (const std::size_t length : {1023u, 1024u, 5000u}) { // of the argument alone
             SCOPED_TRACE(operation.name + " of " + std::to_string(length));
-            // Without separators it may be a value or an item; separators come to nothing, or are not cut.
-            const bool named = length == 1023 && !operation.last.empty();
-            const bool cut = length == 1023 && operation.name != "isItemExist";
-            EXPECT_EQ(accepts(operation, eSettings, std::string(length, 'x')), named);
-            EXPECT_EQ(accepts(operation, eSettings, std::string(length, '/')), cut);
+            const bool isTaken = length == 1023;
+            EXPECT_EQ(accepts(eSettings, std::string(length, 'x')), isTaken && !operation.last.empty());
+            EXPECT_EQ(accepts(eSettings, std::string(length, '/')), isTaken && cuts);
         }
     }
 }
