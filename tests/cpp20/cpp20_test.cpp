@@ -1,4 +1,4 @@
-// RkUInfo.hpp: typed settings, ranges and error codes over the interface.
+// RkUInfo.hpp: typed settings, ranges and error codes over the interface, and the example that uses it.
 #include "support/test.h"
 
 #include <RkUInfo.hpp>
@@ -11,7 +11,7 @@ using namespace testing_support;
 using rkuinfo::Text;
 
 constexpr auto settings = TarvoConfig::eSettings;
-constexpr char settingsKey[] = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
+const std::string settingsKey = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
 
 static_assert(std::ranges::input_range<decltype(rkuinfo::items(settings))>);
 
@@ -85,13 +85,13 @@ TEST(Cpp20, WalksItemsAndValues)
     setRaw(HKEY_CURRENT_USER, settingsKey, "List", {REG_MULTI_SZ, std::string(4, '\0')});
     setRaw(HKEY_CURRENT_USER, settingsKey, "Number", dword(7));
     setRaw(HKEY_CURRENT_USER, settingsKey, std::string(1100, 'n'), dword(8));
-    makeKey(HKEY_CURRENT_USER, std::string(settingsKey) + "\\One");
-    makeKey(HKEY_CURRENT_USER, std::string(settingsKey) + "\\Two\\Three");
+    makeKey(HKEY_CURRENT_USER, settingsKey + "\\One");
+    makeKey(HKEY_CURRENT_USER, settingsKey + "\\Two\\Three");
     const KeyCounter keys;
     std::string seen;
     for (const Text& name : rkuinfo::items(settings)) {
         seen += utf8(name) + ' ';
-        makeKey(HKEY_CURRENT_USER, std::string(settingsKey) + "\\Grown" + std::to_string(seen.size()));
+        makeKey(HKEY_CURRENT_USER, settingsKey + "\\Grown" + std::to_string(seen.size()));
     }
     for (const Text& name : rkuinfo::items(settings, L"/Two/")) {
         seen += utf8(name);
@@ -109,6 +109,20 @@ TEST(Cpp20, WalksItemsAndValues)
         EXPECT_TRUE(items.begin() == items.end());
         EXPECT_EQ(items.error(), *absent == 'T' ? TarvoConfig::eOk : TarvoConfig::eNotFound);
     }
+}
+
+/// What one process of the examples' module leaves, the next one finds.
+TEST(ModuleExample, RemembersItsPalettes)
+{
+    const Application application;
+    const std::filesystem::path program = application.addProgram("drawing");
+    application.addLanguage("en-US");
+    application.writeIni("[Product]\r\nCompanyName=" + companyFromOutside("Acme") +
+                         "\r\nLocaleId=1033\r\n[LocaleIdLangName]\r\n1033=en-US\r\n");
+    EXPECT_EQ(runProgram(program, {}).output, "at most 8 palettes\n");
+    EXPECT_EQ(runProgram(program, {}).output, "at most 9 palettes\n"
+                                              "Layers: 240 x 600 at 20, 80\n"
+                                              "Properties: 300 x 900 at 1600, 80\n");
 }
 
 } // namespace
