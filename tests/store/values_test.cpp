@@ -220,8 +220,6 @@ TEST_F(Codec, SecondQueryDecides)
         {text("ab"), text("abcdef"), "5/18 0 0 0 'abcdef' -"}, // 2 * 6 + 2 bytes
         {text("ab"), text("abcdefg"), ""},
         {text("ab"), binary, ""},
-        {text("ab"), failure, ""},
-        {binary, {REG_BINARY, "a"}, "4/5 0 0 0 '' a"},
         {binary, {REG_BINARY, ""}, "4/0 0 0 0 '' -"},
         {binary, {REG_BINARY, "abcd"}, ""},
         {binary, failure, ""},
