@@ -7,40 +7,29 @@
 
 namespace testing_support {
 
-namespace {
-
 namespace fs = std::filesystem;
-
-constexpr char variable[] = "RKUINFO_TEST_SCRATCH";
-
-} // namespace
 
 const fs::path& scratchFolder()
 {
-    static const fs::path folder = std::getenv(variable);
+    static const fs::path folder = std::getenv("RKUINFO_TEST_SCRATCH");
     return folder;
 }
 
-Isolation::Isolation(bool isChild) : m_owner(!isChild)
+void isolate(bool isChild)
 {
-    if (m_owner) {
-        std::random_device random;
-        fs::path folder;
-        do {
-            folder = fs::path(RKUINFO_TEST_SCRATCH) / std::to_string(random());
-        } while (!fs::create_directories(folder));
-        shareWithChildren(variable, folder.string());
+    if (!isChild) {
+        const fs::path folder = fs::path(RKUINFO_TEST_SCRATCH) / std::to_string(std::random_device()());
+        fs::create_directories(folder);
+        shareWithChildren("RKUINFO_TEST_SCRATCH", folder.string());
     }
-    joinHome(scratchFolder());
+    joinHome();
 }
 
-Isolation::~Isolation()
+void removeTraces()
 {
-    if (m_owner) {
-        removeHome(scratchFolder());
-        std::error_code ignored;
-        fs::remove_all(scratchFolder(), ignored);
-    }
+    leaveHome();
+    std::error_code ignored;
+    fs::remove_all(scratchFolder(), ignored);
 }
 
 } // namespace testing_support

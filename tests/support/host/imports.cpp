@@ -9,8 +9,6 @@
 #include <cstdint>
 #include <map>
 #include <set>
-#include <stdexcept>
-#include <string>
 
 namespace testing_support {
 
@@ -58,9 +56,6 @@ std::vector<void**> importSlots(const char* module, const char* function)
         }
     }
     dlclose(handle);
-    if (slots.empty()) {
-        throw std::runtime_error(std::string("not imported: ") + function);
-    }
     return slots;
 }
 

@@ -1,5 +1,7 @@
 #include "support/isolation.h"
 
+#include "support/scratch.h"
+
 #include <cstdlib>
 
 namespace testing_support {
@@ -9,9 +11,9 @@ void shareWithChildren(const char* variable, const std::string& value)
     setenv(variable, value.c_str(), 1);
 }
 
-void joinHome(const std::filesystem::path& scratch)
+void joinHome()
 {
-    const std::filesystem::path home = scratch / "home";
+    const std::filesystem::path home = scratchFolder() / "home";
     std::filesystem::create_directories(home);
     shareWithChildren("HOME", home.string());
     shareWithChildren("XDG_CONFIG_HOME", (home / ".config").string());
@@ -19,7 +21,7 @@ void joinHome(const std::filesystem::path& scratch)
     shareWithChildren("XDG_DOCUMENTS_DIR", (home / "Documents").string());
 }
 
-void removeHome(const std::filesystem::path& /*scratch*/) {}
+void leaveHome() {}
 
 std::string companyFromOutside(const std::string& company)
 {

@@ -4,16 +4,15 @@
 
 #include <windows.h>
 
-#include <stdexcept>
-
 namespace testing_support {
 
 namespace {
 
-HANDLE openInherited(const std::filesystem::path& file, DWORD access, DWORD disposition)
+HANDLE openInherited(const char* fileName, DWORD access, DWORD disposition)
 {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-    return CreateFileW(Wide(windowsPath(file)), access, FILE_SHARE_READ, &inherited, disposition, 0, nullptr);
+    return CreateFileW(Wide(windowsPath(scratchFolder() / fileName)), access, FILE_SHARE_READ, &inherited,
+                       disposition, 0, nullptr);
 }
 
 /// Quoted so that the C runtime splits it back into what it was.
@@ -31,36 +30,30 @@ std::string quoted(const std::string& argument)
 
 } // namespace
 
-int runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
-          const std::vector<std::string>& arguments, const ChildOptions& options)
+int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+               const std::filesystem::path& workingFolder)
 {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = openInherited(folder / "in", GENERIC_READ, OPEN_EXISTING);
-    startup.hStdOutput = openInherited(folder / "out", GENERIC_WRITE, CREATE_ALWAYS);
-    startup.hStdError = openInherited(folder / "err", GENERIC_WRITE, CREATE_ALWAYS);
-    std::string command = quoted(windowsPath(program));
+    startup.hStdInput = openInherited("in", GENERIC_READ, OPEN_EXISTING);
+    startup.hStdOutput = openInherited("out", GENERIC_WRITE, CREATE_ALWAYS);
+    startup.hStdError = openInherited("err", GENERIC_WRITE, CREATE_ALWAYS);
+    std::string line = quoted(windowsPath(program));
     for (const std::string& argument : arguments) {
-        command += ' ' + quoted(argument);
+        line += ' ' + quoted(argument);
     }
-    const Wide wide(command);
-    const Wide workingFolder(windowsPath(options.workingFolder));
+    const Wide command(line);
     PROCESS_INFORMATION child = {};
-    const BOOL started =
-        CreateProcessW(nullptr, const_cast<wchar_t*>(+wide), nullptr, nullptr, TRUE, 0, nullptr,
-                       options.workingFolder.empty() ? nullptr : workingFolder + 0, &startup, &child);
-    for (const HANDLE handle : {startup.hStdInput, startup.hStdOutput, startup.hStdError}) {
+    CreateProcessW(nullptr, const_cast<wchar_t*>(+command), nullptr, nullptr, TRUE, 0, nullptr,
+                   Wide(windowsPath(workingFolder)), &startup, &child);
+    WaitForSingleObject(child.hProcess, INFINITE);
+    DWORD exitCode = 127; // of one that cannot be started
+    GetExitCodeProcess(child.hProcess, &exitCode);
+    for (const HANDLE handle :
+         {startup.hStdInput, startup.hStdOutput, startup.hStdError, child.hProcess, child.hThread}) {
         CloseHandle(handle);
     }
-    if (started == FALSE) {
-        throw std::runtime_error("cannot start " + command);
-    }
-    WaitForSingleObject(child.hProcess, INFINITE);
-    DWORD exitCode = 0;
-    GetExitCodeProcess(child.hProcess, &exitCode);
-    CloseHandle(child.hProcess);
-    CloseHandle(child.hThread);
     return static_cast<int>(exitCode);
 }
 
