@@ -6,8 +6,7 @@
 
 inline void check(bool holds, const char* what)
 {
-    std::printf("%s: %s\n", holds ? "ok" : "FAILED", what);
-    std::fflush(stdout);
+    std::fprintf(stderr, "%s: %s\n", holds ? "ok" : "FAILED", what);
     if (!holds) {
         std::exit(1);
     }

@@ -1,4 +1,4 @@
-// A module in C++14 that is linked with the library like the program that loads it.
+// A module in C++14 that is linked with the library like the program that uses it.
 #include "module.h"
 
 const ModuleCalls* moduleCalls()
@@ -6,7 +6,8 @@ const ModuleCalls* moduleCalls()
     static const ModuleCalls calls = {
         velaConfig,
         [] {
-            return InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk &&
+            return GetCurrentLanguageLocalName() == nullptr &&
+                   InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk &&
                    GetCurrentLanguageLocalName()[0] == L'E';
         },
         [](VelaVariant& value) { value.setString(L"from the module"); },

@@ -1,4 +1,4 @@
-// What the module gives to a program, one table of functions, and how a program loads it.
+// What the module gives to a program: one table of functions.
 #pragma once
 
 #include <RkUInfo.h>
@@ -6,7 +6,7 @@
 struct ModuleCalls
 {
     TarvoConfig* (*config)();
-    /// Starts up and reads the language library; whether both went well.
+    /// Starts a library up that has not been, and reads the language library; whether all was so.
     bool (*start)();
     void (*fill)(VelaVariant& value);
     void (*throwConfigException)();
@@ -14,11 +14,3 @@ struct ModuleCalls
 };
 
 extern "C" const ModuleCalls* moduleCalls();
-
-/// A loaded module, or null.
-void* load(const char* file);
-void unload(void* module);
-/// The module's moduleCalls().
-const ModuleCalls* callsOf(void* module);
-/// Whether the library, whatever loaded it, is in this process.
-bool isLibraryLoaded();

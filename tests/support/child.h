@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <map>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace testing_support {

@@ -1,7 +1,6 @@
 // The seam between the library and the system: the calls that a module imports, replaced for a while.
 #pragma once
 
-#include <cstddef>
 #include <memory>
 #include <stdexcept>
 #include <string>

@@ -8,14 +8,8 @@ namespace testing_support {
 /// Sets an environment variable for the children that this process starts.
 void shareWithChildren(const char* variable, const std::string& value);
 
-/// Gives this process, and the children that it starts, an empty scratch folder, a home in it and an empty
-/// registry. A child joins what its parent made.
-void isolate(bool isChild);
-/// Removes all of them.
-void removeTraces();
-
-/// What these do on each target: point the process to the home and registry of the scratch folder, and remove
-/// what is not in that folder.
+/// Points this process to the home and the registry of its scratch folder, empty ones unless a parent uses
+/// them too; and removes what is not in that folder.
 void joinHome();
 void leaveHome();
 

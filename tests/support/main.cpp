@@ -1,11 +1,12 @@
 // The main function of every test program. One case runs in this process, several in one each: start-up
-// happens once.
+// happens once. A process has an empty scratch folder, home and registry, which its children join.
 #include "support/child.h"
 #include "support/isolation.h"
 
 #include <gtest/gtest.h>
 
 #include <iostream>
+#include <random>
 #include <tuple>
 
 namespace {
@@ -38,22 +39,23 @@ int runApart()
     return passed > 0 && passed == all.test_to_run_count() ? 0 : 1;
 }
 
-int runTests(int argc, char** argv)
-{
-    testing::InitGoogleTest(&argc, argv);
-    const bool isOne = GTEST_FLAG_GET(filter).find_first_of("*?:-") == std::string::npos;
-    return isOne || GTEST_FLAG_GET(list_tests) ? RUN_ALL_TESTS() : runApart();
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
-    const bool isChild = argc > 2 && argv[1] == ChildPart::option;
-    isolate(isChild);
-    const int exitCode = isChild ? ChildPart::all.at(argv[2])({argv + 3, argv + argc}) : runTests(argc, argv);
-    if (!isChild) {
-        removeTraces();
+    if (argc > 2 && argv[1] == ChildPart::option) {
+        joinHome();
+        return ChildPart::all.at(argv[2])({argv + 3, argv + argc});
     }
+    const auto folder = std::filesystem::path(RKUINFO_TEST_SCRATCH) / std::to_string(std::random_device()());
+    std::filesystem::create_directories(folder);
+    shareWithChildren("RKUINFO_TEST_SCRATCH", folder.string());
+    joinHome();
+    testing::InitGoogleTest(&argc, argv);
+    const bool isOne = GTEST_FLAG_GET(filter).find_first_of("*?:-") == std::string::npos;
+    const int exitCode = isOne || GTEST_FLAG_GET(list_tests) ? RUN_ALL_TESTS() : runApart();
+    leaveHome();
+    std::error_code ignored;
+    std::filesystem::remove_all(folder, ignored);
     return exitCode;
 }

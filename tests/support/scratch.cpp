@@ -5,12 +5,19 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
 namespace testing_support {
 
 namespace fs = std::filesystem;
+
+const fs::path& scratchFolder()
+{
+    static const fs::path folder = std::getenv("RKUINFO_TEST_SCRATCH");
+    return folder;
+}
 
 std::string windowsPath(const fs::path& path)
 {

@@ -4,7 +4,6 @@
 #include <dlfcn.h>
 #include <link.h>
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <cstdint>
 #include <map>
@@ -14,19 +13,9 @@ namespace testing_support {
 
 const char* const libraryModule = "libRkUInfo.so";
 
-namespace {
-
-void makeWritable(void** slot)
-{
-    const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-    mprotect(reinterpret_cast<void*>(reinterpret_cast<std::uintptr_t>(slot) & ~(page - 1)), page,
-             PROT_READ | PROT_WRITE);
-}
-
-} // namespace
-
 std::vector<void**> importSlots(const char* module, const char* function)
 {
+    constexpr std::uintptr_t page = 4096;
     static std::set<void**> bound;
     std::vector<void**> slots;
     void* const handle = dlopen(module, RTLD_LAZY | RTLD_NOLOAD);
@@ -40,18 +29,17 @@ std::vector<void**> importSlots(const char* module, const char* function)
     const auto* const names = reinterpret_cast<const char*>(entries[DT_STRTAB]);
     for (const auto& [table, size] : {std::pair{DT_JMPREL, DT_PLTRELSZ}, std::pair{DT_RELA, DT_RELASZ}}) {
         const auto* const first = reinterpret_cast<const Elf64_Rela*>(entries[table]);
-        const std::uintptr_t unnamed = table == DT_RELA ? entries[DT_RELACOUNT] : 0; // which come first
-        for (const Elf64_Rela* at = first + unnamed; at < first + entries[size] / sizeof *at; ++at) {
+        for (const Elf64_Rela* at = first; at < first + entries[size] / sizeof *at; ++at) {
             const auto type = ELF64_R_TYPE(at->r_info);
             const char* const symbol = names + symbols[ELF64_R_SYM(at->r_info)].st_name;
-            if ((type != R_X86_64_JUMP_SLOT && type != R_X86_64_GLOB_DAT) || !isNameOf(symbol, function)) {
-                continue;
-            }
-            slots.push_back(reinterpret_cast<void**>(loaded->l_addr + at->r_offset));
-            makeWritable(slots.back());
-            if (bound.insert(slots.back()).second) { // it may hold the lazy binder, which would undo a patch
-                void* const real = dlsym(RTLD_DEFAULT, symbol);
-                *slots.back() = real != nullptr ? real : dlsym(handle, symbol);
+            if ((type == R_X86_64_JUMP_SLOT || type == R_X86_64_GLOB_DAT) && isNameOf(symbol, function)) {
+                const std::uintptr_t address = loaded->l_addr + at->r_offset;
+                mprotect(reinterpret_cast<void*>(address & ~(page - 1)), page, PROT_READ | PROT_WRITE);
+                slots.push_back(reinterpret_cast<void**>(address));
+                if (bound.insert(slots.back()).second) { // it may hold the lazy binder, which undoes a patch
+                    void* const real = dlsym(RTLD_DEFAULT, symbol);
+                    *slots.back() = real != nullptr ? real : dlsym(handle, symbol);
+                }
             }
         }
     }
