@@ -1,6 +1,5 @@
 // A program of an application, in C++20: starts the library up, works with the store and with a module.
-#include "check.h"
-#include "module.h"
+#include "consumer.h"
 
 #include "../support/recorder.h"
 
@@ -27,11 +26,7 @@ void useStore()
               isKept(L"View/Double", 1.25) && isKept(L"View/Text", rkuinfo::utf16("Gr\xc3\xbcn")) &&
               isKept(L"View/Bytes", rkuinfo::Bytes{std::byte(0), std::byte(1)}),
           "a setting of each type");
-    int count = 0;
-    for (const auto& value : rkuinfo::values(settings, L"View")) {
-        count += value.name.empty() ? 0 : 1;
-    }
-    check(count == 5, "five values by a range");
+    check(std::ranges::distance(rkuinfo::values(settings, L"View")) == 5, "five values by a range");
     TarvoConfig::ItemIterator item;
     wchar_t name[16] = {};
     long size = 16;

@@ -1,7 +1,6 @@
 // A program that is not linked with the library: the module that it loads brings the library in, and takes it
 // away when it is unloaded.
-#include "check.h"
-#include "module.h"
+#include "consumer.h"
 
 #ifdef _WIN32
 #include <windows.h>

@@ -1,5 +1,5 @@
 // A module in C++14 that is linked with the library like the program that uses it.
-#include "module.h"
+#include "consumer.h"
 
 const ModuleCalls* moduleCalls()
 {

@@ -5,6 +5,7 @@
 #include "support/registry.h"
 
 #include <cstdlib>
+#include <regex>
 
 namespace testing_support {
 
@@ -30,17 +31,12 @@ HANDLE openInherited(const char* fileName, DWORD access, DWORD disposition)
                        disposition, 0, nullptr);
 }
 
-/// Quoted so that the C runtime splits it back into what it was.
+/// Quoted so that the C runtime splits it back into what it was: backslashes before a quotation mark are
+/// doubled.
 std::string quoted(const std::string& argument)
 {
-    std::string out = "\"";
-    std::size_t backslashes = 0;
-    for (const char c : argument) {
-        out.append(c == '"' ? backslashes + 1 : 0, '\\');
-        out.push_back(c);
-        backslashes = c == '\\' ? backslashes + 1 : 0;
-    }
-    return out + std::string(backslashes, '\\') + '"';
+    const std::string inner = std::regex_replace(argument, std::regex(R"re((\\*)")re"), R"($1$1\")");
+    return '"' + std::regex_replace(inner, std::regex(R"(\\+$)"), "$&$&") + '"';
 }
 
 } // namespace

@@ -1,8 +1,12 @@
-// What the module gives to a program: one table of functions.
+// What the programs and the module share.
 #pragma once
 
 #include <RkUInfo.h>
 
+#include <cstdio>
+#include <cstdlib>
+
+/// What the module gives to a program: one table of functions.
 struct ModuleCalls
 {
     TarvoConfig* (*config)();
@@ -14,3 +18,12 @@ struct ModuleCalls
 };
 
 extern "C" const ModuleCalls* moduleCalls();
+
+/// Ends the program unless this holds.
+inline void check(bool holds, const char* what)
+{
+    std::fprintf(stderr, "%s: %s\n", holds ? "ok" : "FAILED", what);
+    if (!holds) {
+        std::exit(1);
+    }
+}
