@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace testing_support {
@@ -38,19 +39,19 @@ class ChildPart
 public:
     using Main = int (*)(const std::vector<std::string>& arguments);
 
-    ChildPart(const std::string& name, Main main) : m_name(name) { all[name] = main; }
+    ChildPart(const std::string& name, Main main) : m_name(name) { all()[name] = main; }
 
     /// Runs it in a program, such as an Application's.
     ChildResult run(const std::filesystem::path& program, std::vector<std::string> arguments,
                     const ChildOptions& options = {}) const
     {
-        arguments.insert(arguments.begin(), {option, m_name});
+        arguments.insert(arguments.begin(), {std::string(option), m_name});
         return runProgram(program, arguments, options);
     }
 
     /// How a process is asked for a part: by this word and the part's name.
-    static inline const std::string option = "--child";
-    static inline std::map<std::string, Main> all;
+    static constexpr std::string_view option = "--child";
+    static std::map<std::string, Main>& all();
 
 private:
     std::string m_name;

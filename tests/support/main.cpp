@@ -45,7 +45,7 @@ int main(int argc, char** argv)
 {
     if (argc > 2 && argv[1] == ChildPart::option) {
         joinHome();
-        return ChildPart::all.at(argv[2])({argv + 3, argv + argc});
+        return ChildPart::all().at(argv[2])({argv + 3, argv + argc});
     }
     const auto folder = std::filesystem::path(RKUINFO_TEST_SCRATCH) / std::to_string(std::random_device()());
     std::filesystem::create_directories(folder);

@@ -86,13 +86,14 @@ private:
     const auto answer = [path = Wide(pretended)](auto, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
         EXPECT_TRUE(module == nullptr || module == GetModuleHandleW(nullptr));
         const auto length = static_cast<DWORD>(path.length());
-        const DWORD copied = std::min(length, size - 1);
-        std::copy_n(+path, copied, out);
-        out[copied] = 0;
-        if (length == 0 || length > copied) {
+        if (length == 0 || length >= size) {
             SetLastError(length == 0 ? ERROR_ACCESS_DENIED : ERROR_INSUFFICIENT_BUFFER);
         }
-        return length > copied ? size : length;
+        if (length > 0) {
+            std::copy_n(+path, std::min(length, size), out);
+            out[std::min(length, size - 1)] = 0;
+        }
+        return std::min(length, size);
     };
     return intercept<"GetModuleFileNameW", decltype(GetModuleFileNameW)>(answer);
 }
