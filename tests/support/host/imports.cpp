@@ -29,7 +29,8 @@ std::vector<void**> importSlots(const char* module, const char* function)
     const auto* const names = reinterpret_cast<const char*>(entries[DT_STRTAB]);
     for (const auto& [table, size] : {std::pair{DT_JMPREL, DT_PLTRELSZ}, std::pair{DT_RELA, DT_RELASZ}}) {
         const auto* const first = reinterpret_cast<const Elf64_Rela*>(entries[table]);
-        for (const Elf64_Rela* at = first; at < first + entries[size] / sizeof *at; ++at) {
+        const std::uintptr_t unnamed = table == DT_RELA ? entries[DT_RELACOUNT] : 0; // which come first
+        for (const Elf64_Rela* at = first + unnamed; at < first + entries[size] / sizeof *at; ++at) {
             const auto type = ELF64_R_TYPE(at->r_info);
             const char* const symbol = names + symbols[ELF64_R_SYM(at->r_info)].st_name;
             if ((type == R_X86_64_JUMP_SLOT || type == R_X86_64_GLOB_DAT) && isNameOf(symbol, function)) {
