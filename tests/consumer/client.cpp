@@ -1,10 +1,11 @@
 // A program of an application, in C++20: starts the library up, works with the store and with a module.
-#include "check.h"
-#include "module.h"
+#include "consumer.h"
 
 #include "../support/recorder.h"
 
 #include <RkUInfo.hpp>
+
+#include <memory>
 
 namespace {
 
@@ -25,26 +26,25 @@ void useStore()
               isKept(L"View/Double", 1.25) && isKept(L"View/Text", rkuinfo::utf16("Gr\xc3\xbcn")) &&
               isKept(L"View/Bytes", rkuinfo::Bytes{std::byte(0), std::byte(1)}),
           "a setting of each type");
-    int count = 0;
-    for (const auto& value : rkuinfo::values(settings, L"View")) {
-        count += value.name.empty() ? 0 : 1;
-    }
-    check(count == 5, "five values by a range");
-    TarvoConfig::ItemIterator items;
-    check(velaConfig()->findItem(settings, nullptr, items) == TarvoConfig::eOk, "the settings' items");
-    const TarvoConfig::ItemIterator copy(items);
-    items = TarvoConfig::ItemIterator();
+    check(std::ranges::distance(rkuinfo::values(settings, L"View")) == 5, "five values by a range");
+    TarvoConfig::ItemIterator item;
     wchar_t name[16] = {};
     long size = 16;
-    check(copy.name(name, size) == TarvoConfig::eOk && utf8(name) == "View", "an item, by a copy");
+    check(!velaConfig()->findItem(settings, nullptr, item) &&
+              !TarvoConfig::ItemIterator(item).name(name, size) && utf8(name) == "View",
+          "an item, by a copy");
 }
 
-void useProduct(ITarvoProduct* product)
+/// Catches by one class what the module throws of that or of one below it.
+template <typename Exception>
+Exception* caught(void (*throwing)())
 {
-    product->setSharedValueC(5);
-    check(utf8(product->productName()) == "Sample" && utf8(product->defaultProductName()) == "TARVO" &&
-              product->productNumber() == 27 && product->getSharedValueC() == 5,
-          "the product's first and last slots");
+    try {
+        throwing();
+    } catch (Exception* exception) {
+        return exception;
+    }
+    return nullptr;
 }
 
 void useModule(const ModuleCalls& module)
@@ -55,40 +55,29 @@ void useModule(const ModuleCalls& module)
     module.fill(value);
     check(utf8(value.getString()) == "from the module", "a value filled by the module");
     const testing_support::Recorder recorder;
-    int caught = 0;
-    try {
-        module.throwConfigException();
-    } catch (TarvoConfigException* exception) {
-        check(exception->isExitProcess() == 1 && utf8(exception->description()) == "message",
-              "the module's exception, by its own class");
-        delete exception;
-        ++caught;
-    }
-    try {
-        module.throwStatus();
-    } catch (RkException* exception) {
-        check(exception->code() == Vela::eInvalidInput &&
-                  dynamic_cast<RkErrorStatus*>(exception) != nullptr &&
-                  dynamic_cast<TarvoConfigException*>(exception) == nullptr,
-              "the module's status, by its base class");
-        delete exception;
-        ++caught;
-    }
-    check(caught == 2 && recorder.recorded.size() == 1, "both came, and the crash recorder saw the status");
+    const std::unique_ptr<TarvoConfigException> thrown(
+        caught<TarvoConfigException>(module.throwConfigException));
+    check(thrown && thrown->isExitProcess() == 1 && utf8(thrown->description()) == "message",
+          "the module's exception, by its own class");
+    const std::unique_ptr<RkException> base(caught<RkException>(module.throwStatus));
+    check(base && base->code() == Vela::eInvalidInput && dynamic_cast<RkErrorStatus*>(base.get()) != nullptr,
+          "the module's status, by its base class");
+    check(recorder.recorded.size() == 1, "the crash recorder saw the status");
 }
 
 } // namespace
 
-int main(int argc, char** argv)
+int main()
 {
     check(!InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) && !CreateConfigReg(), "start-up");
     check(utf8(velaConfig()->companyName()) == "Consumer" && velaConfig()->language().velaLanguage() == 1033,
           "company and language");
     useStore();
-    useProduct(velaGetProduct());
-    void* const module = load(argc == 2 ? argv[1] : "");
-    check(module != nullptr, "the module loaded");
-    useModule(*callsOf(module));
-    check(velaConfig()->removeItem(TarvoConfig::eProductRoot, nullptr) == TarvoConfig::eOk,
-          "the tree removed");
+    ITarvoProduct& product = *velaGetProduct();
+    product.setSharedValueC(5);
+    check(utf8(product.productName()) == "Sample" && product.productNumber() == 27 &&
+              product.getSharedValueC() == 5,
+          "the product's first and last slots");
+    useModule(*moduleCalls());
+    check(!velaConfig()->removeItem(TarvoConfig::eProductRoot, nullptr), "the tree removed");
 }

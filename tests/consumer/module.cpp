@@ -1,12 +1,13 @@
-// A module in C++14 that is linked with the library like the program that loads it.
-#include "module.h"
+// A module in C++14 that is linked with the library like the program that uses it.
+#include "consumer.h"
 
 const ModuleCalls* moduleCalls()
 {
     static const ModuleCalls calls = {
         velaConfig,
         [] {
-            return InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk &&
+            return GetCurrentLanguageLocalName() == nullptr &&
+                   InitVelaConfig(L"Consumer", L"Sample", L"en-US", nullptr) == TarvoConfig::eOk &&
                    GetCurrentLanguageLocalName()[0] == L'E';
         },
         [](VelaVariant& value) { value.setString(L"from the module"); },

@@ -97,9 +97,9 @@ check_pkgconfig() {
     # shellcheck disable=SC2086 # flags are words
     c++ -std=c++14 -fPIC -shared "$sources/module.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/module.so"
     # shellcheck disable=SC2086
-    c++ -std=c++20 "$sources/client.cpp" "$sources/load_host.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/client"
+    c++ -std=c++20 "$sources/client.cpp" "$2/module.so" $flags -Wl,-rpath,"$1/lib" -o "$2/client"
     new_home "$2"
-    "$2/client" "$2/module.so"
+    "$2/client"
 }
 
 case $mode in

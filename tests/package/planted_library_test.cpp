@@ -20,10 +20,8 @@ TEST(PlantedLibrary, IsTakenUnlessTheSearchIsRestricted)
     application.addLanguage("en-US");
     const std::filesystem::path documents = scratchFolder() / "documents";
     writeFile(documents / "Planted.dll", readFile(thisProgram().parent_path() / "en-US/RkUInfoRes.dll"));
-    const ChildOptions options = {documents, {}};
-    EXPECT_EQ(load.run(application.program(), {"open"}, options).exitCode, 11);
-    EXPECT_EQ(load.run(application.program(), {"restricted"}, options).exitCode, 0);
-    EXPECT_EQ(load.run(application.program(), {"restricted"}).exitCode, 0);
+    EXPECT_EQ(load.run(application.program(), {"open"}, {documents, {}}).exitCode, 11);
+    EXPECT_EQ(load.run(application.program(), {"restricted"}, {documents, {}}).exitCode, 0);
 }
 
 } // namespace

@@ -17,14 +17,13 @@ TEST(VersionResource, SaysWhatTheLibraryAnswers)
         const auto query = [&](const std::string& key) {
             void* found = nullptr;
             UINT size = 0;
-            return VerQueryValueW(data.data(), Wide(key), &found, &size) ? found : nullptr;
+            VerQueryValueW(data.data(), Wide(key), &found, &size);
+            return found;
         };
-        const auto* const fixed = static_cast<const VS_FIXEDFILEINFO*>(query("\\"));
-        ASSERT_NE(fixed, nullptr);
-        EXPECT_EQ(std::pair(fixed->dwFileVersionMS, fixed->dwFileVersionLS),
-                  std::pair(DWORD{2018 << 16 | 3}, DWORD{16 << 16 | 29562}));
-        EXPECT_EQ(std::pair(fixed->dwProductVersionMS, fixed->dwFileType),
-                  std::pair(DWORD{2018 << 16}, DWORD{VFT_DLL}));
+        const auto& fixed = *static_cast<const VS_FIXEDFILEINFO*>(query("\\"));
+        EXPECT_EQ(std::tuple(fixed.dwFileVersionMS, fixed.dwFileVersionLS, fixed.dwProductVersionMS),
+                  std::tuple(2018U << 16 | 3, 16U << 16 | 29562, 2018U << 16));
+        EXPECT_EQ(fixed.dwFileType, DWORD{VFT_DLL});
         const std::pair<std::string, std::string> texts[] = {
             {"FileVersion", "2018.3.16.29562"},
             {"ProductVersion", utf8(GetVelaProgramVersionString())},

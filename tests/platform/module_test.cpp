@@ -23,8 +23,7 @@ HMODULE load(const fs::path& file, DWORD flags = 0)
 
 std::string fileNameOf(HMODULE module)
 {
-    wchar_t path[1024] = L"?";
-    return GetModuleFileNameW(module, path, 1024) != 0 ? utf8(path) : "";
+    return textOf([module](wchar_t* path) { return GetModuleFileNameW(module, path, 1024); });
 }
 
 /// The length that is reported, the text that is left and the error.
@@ -40,37 +39,29 @@ TEST(Module, TheExecutableIsKnown)
 {
     const std::string path = fileNameOf(GetModuleHandleW(nullptr));
     EXPECT_EQ(path, windowsPath(thisProgram()));
-    EXPECT_EQ(path.substr(0, 3), "Z:\\");
-    wchar_t buffer[1024] = {};
+    wchar_t buffer[1024];
     const auto length = static_cast<DWORD>(path.size());
     for (const DWORD size : {DWORD{0}, DWORD{1}, length, length + 1}) {
         EXPECT_EQ(GetModuleFileNameW(nullptr, buffer, size), std::min(size, length));
         EXPECT_EQ(GetLastError(), size <= length ? DWORD{ERROR_INSUFFICIENT_BUFFER} : DWORD{ERROR_SUCCESS});
     }
-    EXPECT_EQ(utf8(buffer), path);
 }
 
-TEST(Module, SystemNamesAreKnown)
+TEST(Module, CodeIsLoadedOnceAndGivesItsOwnFunctions)
 {
     const HMODULE system = GetModuleHandleW(L"Advapi32.dll");
     EXPECT_EQ(GetModuleHandleW(L"advapi32"), system);
     EXPECT_NE(GetProcAddress(system, "RegDeleteTreeW"), nullptr);
-    EXPECT_EQ(GetProcAddress(system, "NoSuchFunction"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
-    EXPECT_EQ(GetModuleHandleW(L"no such module"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
-}
-
-TEST(Module, CodeIsLoadedOnce)
-{
     const HMODULE module = load(inBin(libraryModule));
-    ASSERT_NE(module, nullptr);
     EXPECT_EQ(GetModuleHandleW(Wide(libraryModule)), module);
     EXPECT_EQ(fileNameOf(module), windowsPath(inBin(libraryModule)));
+    EXPECT_EQ(stringOf(module, englishId).substr(0, 3), "0 #");
     EXPECT_NE(GetProcAddress(module, exportedName("velaConfig").c_str()), nullptr);
     EXPECT_EQ(GetProcAddress(module, "malloc"), nullptr); // of another module
-    EXPECT_EQ(stringOf(module, englishId).substr(0, 3), "0 #");
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
     EXPECT_NE(FreeLibrary(module), FALSE);
+    EXPECT_EQ(GetModuleHandleW(L"no such module"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
 TEST(Module, ResourceFilesAreLoadedAndSearched)
@@ -103,13 +94,12 @@ TEST(Module, ResourceFilesAreLoadedAndSearched)
     fs::current_path(folder);
     const HMODULE found = LoadLibraryW(L"pack");
     fs::current_path(scratchFolder());
-    ASSERT_NE(found, nullptr);
     EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // loaded, though no longer to be found
     EXPECT_NE(FreeLibrary(found), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
     EXPECT_NE(FreeLibrary(found), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"Pack"), nullptr);
-    EXPECT_EQ(fileNameOf(found), "");
+    EXPECT_EQ(fileNameOf(found), "failed: ?");
     EXPECT_EQ(LoadLibraryW(L""), nullptr);
 }
 
@@ -118,7 +108,6 @@ TEST(Module, StringsAreCopiedOrPointedTo)
     for (const DWORD flags :
          {DWORD{0}, DWORD{LOAD_LIBRARY_AS_DATAFILE}, DWORD{LOAD_LIBRARY_AS_IMAGE_RESOURCE}}) {
         const HMODULE module = load(inBin("en-US/RkUInfoRes.dll"), flags);
-        ASSERT_NE(module, nullptr);
         EXPECT_EQ(stringOf(module, englishId, 8), "7 English 0");
         EXPECT_EQ(stringOf(module, englishId, 4), "3 Eng 0");
         EXPECT_EQ(stringOf(module, 1000).substr(0, 3), "0  "); // its block is there

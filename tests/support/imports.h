@@ -1,8 +1,9 @@
 // The seam between the library and the system: the calls that a module imports, replaced for a while.
 #pragma once
 
-#include <cstddef>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -18,19 +19,13 @@ inline constexpr const char* programModule = nullptr;
 bool isNameOf(std::string_view symbol, std::string_view function);
 
 /// Where a loaded module keeps the addresses of a function that it imports, named as in the source
-/// ("RegCloseKey", "RkLocker::lock"); they can be written. Throws std::runtime_error when the module imports
-/// no such function.
+/// ("RegCloseKey", "RkLocker::lock"); they can be written.
 std::vector<void**> importSlots(const char* module, const char* function);
 
 /// A function's name as a template's argument: each replaced function has a state of its own.
 struct Name
 {
-    consteval Name(const char* name)
-    {
-        for (char* out = text; *name != 0; ++name, ++out) {
-            *out = *name;
-        }
-    }
+    consteval Name(const char* name) { std::string_view(name).copy(text, sizeof text - 1); }
     char text[32] = {};
 };
 
@@ -57,6 +52,9 @@ Patch replaceImport(const char* module, Handler handler, Result (*)(Arguments...
         return active->first(active->second, arguments...);
     };
     const std::vector<void**> slots = importSlots(module, name.text);
+    if (slots.empty()) {
+        throw std::invalid_argument(std::string("not imported: ") + name.text);
+    }
     void* const original = *slots.front();
     auto* const before = std::exchange(active, new std::pair(handler, reinterpret_cast<Function>(original)));
     Patch patch(active, [=](auto* state) {

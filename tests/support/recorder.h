@@ -13,7 +13,6 @@ class Recorder final : public VelaCrashRecorder
 public:
     Recorder() : m_before(velaSetCrashRecorder(this)) {}
     Recorder(const Recorder&) = delete;
-    Recorder& operator=(const Recorder&) = delete;
     ~Recorder() { velaSetCrashRecorder(m_before); }
 
     void beginSession() override {}
@@ -24,7 +23,7 @@ public:
     std::vector<RkException*> recorded;
 
 private:
-    VelaCrashRecorder* m_before;
+    VelaCrashRecorder* const m_before;
 };
 
 } // namespace testing_support

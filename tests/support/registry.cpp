@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
-#include <vector>
 
 namespace testing_support {
 
@@ -14,19 +13,6 @@ OwnedKey openKey(HKEY root, const std::string& path)
     HKEY key = nullptr;
     RegOpenKeyExW(root, Wide(path), 0, KEY_READ, &key);
     return OwnedKey(key);
-}
-
-std::vector<std::string> namesIn(bool values, HKEY key)
-{
-    constexpr DWORD longest = 16384;
-    std::vector<std::string> names;
-    wchar_t name[longest];
-    DWORD length = longest;
-    while (enumerate(values, key, static_cast<DWORD>(names.size()), name, &length) == ERROR_SUCCESS) {
-        names.push_back(utf8(name));
-        length = longest;
-    }
-    return names;
 }
 
 } // namespace
@@ -65,9 +51,8 @@ void setRaw(HKEY root, const std::string& path, const std::string& name, const R
     const std::string data = value.bytes + "##"; // the system adds a terminator that it finds behind a text
     const auto* const bytes = reinterpret_cast<const BYTE*>(data.data());
     const auto size = static_cast<DWORD>(value.bytes.size());
-    EXPECT_EQ(RegSetValueExW(makeKey(root, path).get(), Wide(name), 0, value.type, bytes, size),
-              ERROR_SUCCESS)
-        << path << ' ' << name;
+    const LSTATUS set = RegSetValueExW(makeKey(root, path).get(), Wide(name), 0, value.type, bytes, size);
+    EXPECT_EQ(set, ERROR_SUCCESS) << path << ' ' << name;
 }
 
 void remakeKey(HKEY root, const std::string& path, const std::string& name,
@@ -83,17 +68,13 @@ void remakeKey(HKEY root, const std::string& path, const std::string& name,
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name)
 {
     const OwnedKey key = openKey(root, path);
-    const Wide wideName(name);
     RawValue value;
     DWORD size = 0;
-    const auto query = [&](DWORD* type, char* data) {
-        return RegQueryValueExW(key.get(), wideName, nullptr, type, reinterpret_cast<BYTE*>(data), &size);
-    };
-    if (query(nullptr, nullptr) != ERROR_SUCCESS) {
-        return std::nullopt;
-    }
+    RegQueryValueExW(key.get(), Wide(name), nullptr, nullptr, nullptr, &size);
     value.bytes.resize(size);
-    return query(&value.type, value.bytes.data()) == ERROR_SUCCESS ? std::optional(value) : std::nullopt;
+    auto* const bytes = reinterpret_cast<BYTE*>(value.bytes.data());
+    const LSTATUS status = RegQueryValueExW(key.get(), Wide(name), nullptr, &value.type, bytes, &size);
+    return status == ERROR_SUCCESS ? std::optional(value) : std::nullopt;
 }
 
 LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* length)
@@ -106,11 +87,15 @@ std::string tree(HKEY root, const std::string& path)
 {
     const OwnedKey key = openKey(root, path);
     std::string lines = key == nullptr ? "" : '[' + path + "]\n";
-    for (const std::string& name : namesIn(true, key.get())) {
-        lines += name + '=' + testing::PrintToString(getRaw(root, path, name).value_or(RawValue())) + '\n';
-    }
-    for (const std::string& name : namesIn(false, key.get())) {
-        lines += tree(root, path + '\\' + name);
+    std::vector<wchar_t> name(16384); // the longest
+    for (const bool values : {true, false}) {
+        DWORD length = 16384;
+        for (DWORD i = 0; enumerate(values, key.get(), i, name.data(), &length) == ERROR_SUCCESS; ++i) {
+            const std::string found = utf8(name.data());
+            lines += values ? found + '=' + testing::PrintToString(getRaw(root, path, found).value()) + '\n'
+                            : tree(root, path + '\\' + found);
+            length = 16384;
+        }
     }
     return lines;
 }

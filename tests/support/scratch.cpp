@@ -5,12 +5,19 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
 namespace testing_support {
 
 namespace fs = std::filesystem;
+
+const fs::path& scratchFolder()
+{
+    static const fs::path folder = std::getenv("RKUINFO_TEST_SCRATCH");
+    return folder;
+}
 
 std::string windowsPath(const fs::path& path)
 {
@@ -41,10 +48,12 @@ fs::path thisProgram()
     return text.substr(drive);
 }
 
-Application::Application(std::string_view folderName) : m_folder(scratchFolder() / folderName)
+Application::Application(std::string_view folderName)
+    : m_folder(scratchFolder() / folderName),
+      m_program(m_folder / fs::path("cad").replace_extension(thisProgram().extension()))
 {
     fs::create_directories(m_folder);
-    fs::create_hard_link(thisProgram(), program());
+    fs::create_hard_link(thisProgram(), m_program);
     for (const auto& entry : fs::directory_iterator(thisProgram().parent_path())) {
         if (entry.path().extension() == ".dll") { // on the host, programs find their libraries where they are
             fs::create_hard_link(entry.path(), m_folder / entry.path().filename());
@@ -52,16 +61,11 @@ Application::Application(std::string_view folderName) : m_folder(scratchFolder()
     }
 }
 
-fs::path Application::program() const
-{
-    return m_folder / fs::path("cad").replace_extension(thisProgram().extension());
-}
-
 fs::path Application::addProgram(std::string_view name) const
 {
-    const fs::path fileName = fs::path(name).replace_extension(thisProgram().extension());
-    fs::create_hard_link(thisProgram().replace_filename(fileName), m_folder / fileName);
-    return m_folder / fileName;
+    const fs::path added = m_folder / fs::path(name).replace_extension(m_program.extension());
+    fs::create_hard_link(thisProgram().replace_filename(added.filename()), added);
+    return added;
 }
 
 void Application::addLanguage(std::string_view shortName) const

@@ -31,7 +31,7 @@ public:
     explicit Application(std::string_view folderName = "app");
 
     std::filesystem::path folder() const { return m_folder; }
-    std::filesystem::path program() const;
+    std::filesystem::path program() const { return m_program; }
 
     /// Puts another program of this build into it; gives its path.
     std::filesystem::path addProgram(std::string_view name) const;
@@ -44,6 +44,7 @@ public:
 
 private:
     std::filesystem::path m_folder;
+    std::filesystem::path m_program;
 };
 
 } // namespace testing_support

@@ -13,6 +13,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <sstream>
 #include <tuple>
@@ -57,10 +58,7 @@ inline std::string exportedName(std::string_view function)
 class KeyCounter
 {
 public:
-    KeyCounter() = default;
-    KeyCounter(const KeyCounter&) = delete;
-    KeyCounter& operator=(const KeyCounter&) = delete;
-    ~KeyCounter() { EXPECT_EQ(m_open, 0); }
+    ~KeyCounter() { EXPECT_EQ(stillOpen(), 0); }
 
     int stillOpen() const { return m_open; }
 
@@ -75,7 +73,7 @@ private:
         });
     }
 
-    int m_open = 0;
+    std::atomic<int> m_open = 0;
     Patch m_patches[3] = {counting<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(1),
                           counting<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(1),
                           counting<"RegCloseKey", decltype(RegCloseKey)>(-1)};
@@ -88,18 +86,14 @@ private:
     const auto answer = [path = Wide(pretended)](auto, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
         EXPECT_TRUE(module == nullptr || module == GetModuleHandleW(nullptr));
         const auto length = static_cast<DWORD>(path.length());
-        if (length == 0) {
-            SetLastError(ERROR_ACCESS_DENIED);
-            return 0;
+        if (length == 0 || length >= size) {
+            SetLastError(length == 0 ? ERROR_ACCESS_DENIED : ERROR_INSUFFICIENT_BUFFER);
         }
-        const DWORD copied = std::min(length, size - 1);
-        std::copy_n(+path, copied, out);
-        out[copied] = 0;
-        if (copied < length) {
-            SetLastError(ERROR_INSUFFICIENT_BUFFER);
-            return size;
+        if (length > 0) {
+            std::copy_n(+path, std::min(length, size), out);
+            out[std::min(length, size - 1)] = 0;
         }
-        return length;
+        return std::min(length, size);
     };
     return intercept<"GetModuleFileNameW", decltype(GetModuleFileNameW)>(answer);
 }

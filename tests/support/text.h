@@ -20,8 +20,7 @@ public:
     Wide(const Source& source)
     {
         const rkuinfo::Text units = rkuinfo::utf16(source);
-        m_units.assign(units.begin(), units.end());
-        m_units.push_back(0);
+        m_units.assign(units.c_str(), units.c_str() + units.size() + 1);
     }
 
     operator const wchar_t*() const { return m_units.data(); }

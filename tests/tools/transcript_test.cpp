@@ -3,6 +3,7 @@
 // page and its completions.
 #include "support/test.h"
 
+#include <cstring>
 #include <iomanip>
 #include <regex>
 #include <set>
@@ -20,46 +21,44 @@ void replaceAll(std::string& text, const std::string& from, const std::string& t
     }
 }
 
-/// In JSON, where backslashes are doubled, too.
-void replacePath(std::string& text, const std::string& path, const std::string& to)
-{
-    std::string inJson = path;
-    replaceAll(inJson, "\\", "\\\\");
-    replaceAll(text, path, to);
-    replaceAll(text, inJson, to);
-}
-
 /// {k*300} is so many of them.
 std::string expanded(std::string text)
 {
-    static const std::regex many(R"(\{(.)\*([0-9]+)\})");
+    const std::regex many(R"(\{(.)\*([0-9]+)\})");
     for (std::smatch match; std::regex_search(text, match, many);) {
-        const std::string run(std::stoul(match[2]), match[1].str()[0]);
-        text = match.prefix().str() + run + match.suffix().str();
+        text.replace(match[0].first, match[0].second, std::stoul(match[2]), *match[1].first);
     }
     return text;
 }
 
-/// As a shell splits them, without expansions: a word may stand in quotation marks of either kind.
+/// As a shell splits them, without expansions: a word may stand in single quotation marks.
 std::vector<std::string> words(const std::string& line)
 {
     std::vector<std::string> all;
     std::istringstream stream(line);
-    for (std::string word; stream >> std::ws && !stream.eof(); all.push_back(word)) {
-        stream >> std::quoted(word, stream.peek() == '"' ? '"' : '\'', '\0');
+    for (std::string word; stream >> std::quoted(word, '\'', '\0');) {
+        all.push_back(word);
+    }
+    return all;
+}
+
+/// The lines up to the next that has a meaning of its own.
+std::string answer(std::istringstream& lines)
+{
+    std::string all;
+    for (std::string line; !std::strchr("#$@", lines.peek()) && std::getline(lines, line);) {
+        all += line + '\n';
     }
     return all;
 }
 
 /// A line "..." of what is expected stands for any lines.
-bool matches(std::istringstream expected, const std::string& actual)
+bool matches(const std::string& expected, const std::string& actual)
 {
-    std::string pattern;
     const std::regex special(R"([.^$|()\[\]{}*+?\\])");
-    for (std::string line; std::getline(expected, line);) {
-        pattern += line == "..." ? "(?:[^\\n]*\\n)*" : std::regex_replace(line, special, R"(\$&)") + "\\n";
-    }
-    return std::regex_match(actual, std::regex(pattern));
+    std::string pattern = std::regex_replace('\n' + expected, special, R"(\$&)");
+    replaceAll(pattern, "\n\\.\\.\\.\n", "\n(?:.*\n)*");
+    return std::regex_match('\n' + actual, std::regex(pattern));
 }
 
 class Transcript : public testing::Test
@@ -73,95 +72,76 @@ private:
         wchar_t path[MAX_PATH];
         SHGetSpecialFolderPathW(nullptr, path, CSIDL_APPDATA, TRUE); // makes it
         SHGetSpecialFolderPathW(nullptr, path, CSIDL_LOCAL_APPDATA, TRUE);
-        std::istringstream lines(readFile(m_file));
-        for (std::string line; std::getline(lines, line); ++m_line) {
-            if (line.starts_with("$ ")) {
-                finish();
-                m_command = line.substr(2);
-            } else if (line.starts_with('@')) {
-                finish();
-                prepare(line.substr(1), lines);
-            } else if (!line.starts_with('#')) {
-                m_expected += line + '\n';
+        std::string text = expanded(readFile(m_file));
+        replaceAll(text, "{app}", windowsPath(m_application.folder()));
+        replaceAll(text, "{company}", m_company);
+        replaceAll(text, "{ESC}", "\x1b");
+        std::istringstream lines(text);
+        for (std::string line; std::getline(lines, line);) {
+            if (line.starts_with('@')) {
+                prepare(words(line), lines);
+            } else if (line.starts_with('$')) {
+                run(line.substr(2), answer(lines));
             }
         }
-        finish();
     }
 
-    void prepare(const std::string& line, std::istringstream& lines)
+    void prepare(const std::vector<std::string>& asked, std::istringstream& lines)
     {
-        const std::vector<std::string> asked = words(expanded(line));
         const std::string& what = asked.front();
-        if (what == "language") {
+        if (what == "@language") {
             m_application.addLanguage(asked.at(1));
-        } else if (what == "registry") { // KEY NAME TYPE DATA-IN-HEXADECIMAL
-            std::string bytes;
+        } else if (what == "@registry") { // KEY NAME TYPE DATA-IN-HEXADECIMAL
+            RawValue value = {static_cast<DWORD>(std::stoul(asked.at(3))), ""};
             for (std::size_t i = 0; i + 1 < asked.at(4).size(); i += 2) {
-                bytes += static_cast<char>(std::stoi(asked.at(4).substr(i, 2), nullptr, 16));
+                value.bytes += static_cast<char>(std::stoi(asked.at(4).substr(i, 2), nullptr, 16));
             }
-            setRaw(HKEY_CURRENT_USER, asked.at(1), asked.at(2),
-                   {static_cast<DWORD>(std::stoul(asked.at(3))), bytes});
-        } else if (what == "remove") {
+            setRaw(HKEY_CURRENT_USER, asked.at(1), asked.at(2), value);
+        } else if (what == "@remove") {
             std::filesystem::remove_all(m_application.folder() / asked.at(1));
-        } else if (what == "unnamed") {
-            m_isNamed = false;
-        } else if (what == "stdin") {
-            m_options.answers = {asked.begin() + 1, asked.end()};
+        } else if (what == "@unnamed") {
+            m_names.clear();
+        } else if (what == "@stdin") {
+            m_options.input = asked.at(1) + '\n';
         } else {
-            ASSERT_TRUE(what == "file" || what == "utf16") << line;
+            ASSERT_TRUE(what == "@file" || what == "@utf16") << what;
             std::string text;
-            for (std::string row; std::getline(lines, row) && row != "@end"; ++m_line) {
-                replaceAll(row, "{company}", companyFromOutside("Acme"));
-                text += expanded(row) + "\r\n";
+            for (std::string row; std::getline(lines, row) && row != "@end";) {
+                text += row + "\r\n";
             }
+            const Wide wide(text);
             writeFile(m_application.folder() / asked.at(1),
-                      what == "file" ? text
-                                     : "\xff\xfe" + Wide(text).bytes().substr(0, 2 * Wide(text).length()));
+                      what == "@file" ? text : "\xff\xfe" + wide.bytes().substr(0, 2 * wide.length()));
         }
     }
 
-    void finish()
+    void run(const std::string& command, const std::string& expected)
     {
-        if (m_command.empty()) {
-            return;
-        }
-        std::string line = expanded(m_command);
-        replaceAll(line, "{app}", windowsPath(m_application.folder()));
-        std::vector<std::string> all = words(line);
-        if (m_isNamed) {
-            all.insert(all.begin(), {"--company", companyFromOutside("Acme"), "--product", "Widget"});
-        }
+        std::vector<std::string> all = words(command);
+        all.insert(all.begin(), m_names.begin(), m_names.end());
         const std::string before = tree(HKEY_CURRENT_USER, "Software\\Acme");
         const ChildResult result = runProgram(m_program, all, m_options);
         std::string actual = result.output + result.errors;
-        if (companyFromOutside("Acme") != "Acme") { // has to be quoted on a command line
-            replaceAll(actual, '"' + companyFromOutside("Acme") + '"', "Acme");
-            replacePath(actual, companyFromOutside("Acme"), "Acme");
-        }
-        replacePath(actual, windowsPath(m_application.folder()), "{app}");
-        replaceAll(actual, "\x1b", "{ESC}");
-        std::erase(actual, '\0');
         actual += result.exitCode == 0 ? "" : '[' + std::to_string(result.exitCode) + "]\n";
-        EXPECT_TRUE(matches(std::istringstream(expanded(m_expected)), actual))
-            << m_file.string() << ':' << m_line << ": $ "
-            << m_command + '\n' + actual + "---- expected\n" + m_expected;
-        static const std::regex changing("(^|.* )(set|rm|import|profiles|use|provision)( .*|$)");
-        EXPECT_TRUE(std::regex_match(m_command, changing) ||
+        replaceAll(actual, "--company \"" + m_company + '"', "--company Acme"); // has to be quoted
+        std::string inJson = m_company;
+        replaceAll(inJson, "\\", "\\\\");
+        replaceAll(actual, inJson, "Acme");
+        replaceAll(actual, m_company, "Acme");
+        EXPECT_TRUE(matches(expected, actual))
+            << m_file.string() << ": $ " << command + '\n' + actual + "---- expected\n" + expected;
+        const std::regex changing("(^|.* )(set|rm|import|profiles|use|provision)( .*|$)");
+        EXPECT_TRUE(std::regex_match(command, changing) ||
                     tree(HKEY_CURRENT_USER, "Software\\Acme") == before)
-            << m_command;
-        m_command.clear();
-        m_expected.clear();
-        m_options.answers.clear();
+            << command;
     }
 
-    std::filesystem::path m_file;
-    Application m_application{m_file.stem().string()};
-    std::filesystem::path m_program = m_application.addProgram("rkuinfo");
-    ChildOptions m_options{m_application.folder(), {}};
-    bool m_isNamed = true; ///< as Widget of Acme, a rebranded product
-    int m_line = 1;
-    std::string m_command;
-    std::string m_expected;
+    const std::filesystem::path m_file;
+    const Application m_application{m_file.stem().string()};
+    const std::filesystem::path m_program = m_application.addProgram("rkuinfo");
+    ChildOptions m_options{m_application.folder(), ""};
+    const std::string m_company = companyFromOutside("Acme");
+    std::vector<std::string> m_names = {"--company", m_company, "--product", "Widget"}; ///< a rebranded one
 };
 
 const bool registered = [] {

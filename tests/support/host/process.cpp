@@ -1,27 +1,50 @@
+// A test process's home, and its children.
 #include "support/child.h"
+#include "support/isolation.h"
 
+#include <cstdlib>
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace testing_support {
 
-int runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
-          const std::vector<std::string>& arguments, const ChildOptions& options)
+void shareWithChildren(const char* variable, const std::string& value)
 {
-    std::vector<std::string> words = {program.string()};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& word : words) {
-        argv.push_back(word.data());
+    setenv(variable, value.c_str(), 1);
+}
+
+void joinHome()
+{
+    const std::filesystem::path home = scratchFolder() / "home";
+    std::filesystem::create_directories(home);
+    shareWithChildren("HOME", home.string());
+    shareWithChildren("XDG_CONFIG_HOME", (home / ".config").string());
+    shareWithChildren("XDG_DATA_HOME", (home / ".local/share").string());
+    shareWithChildren("XDG_DOCUMENTS_DIR", (home / "Documents").string());
+}
+
+void leaveHome() {}
+
+std::string companyFromOutside(const std::string& company)
+{
+    return company; // the whole registry is in this process's home
+}
+
+int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+               const std::filesystem::path& workingFolder)
+{
+    std::vector<char*> argv = {const_cast<char*>(program.c_str())};
+    for (const std::string& argument : arguments) {
+        argv.push_back(const_cast<char*>(argument.c_str()));
     }
     argv.push_back(nullptr);
     const pid_t child = fork();
     if (child == 0) {
-        dup2(open((folder / "in").c_str(), O_RDONLY), STDIN_FILENO);
-        dup2(creat((folder / "out").c_str(), 0600), STDOUT_FILENO);
-        dup2(creat((folder / "err").c_str(), 0600), STDERR_FILENO);
-        if (options.workingFolder.empty() || chdir(options.workingFolder.c_str()) == 0) {
+        dup2(open((scratchFolder() / "in").c_str(), O_RDONLY), STDIN_FILENO);
+        dup2(creat((scratchFolder() / "out").c_str(), 0600), STDOUT_FILENO);
+        dup2(creat((scratchFolder() / "err").c_str(), 0600), STDERR_FILENO);
+        if (chdir(workingFolder.c_str()) == 0) {
             execv(argv[0], argv.data());
         }
         _exit(127);

@@ -1,66 +1,95 @@
+// A test process's registry and its children. Both roots of the registry are redirected to a key of the
+// process's own, below the real current user.
 #include "support/child.h"
+#include "support/isolation.h"
+#include "support/registry.h"
 
-#include "support/text.h"
-
-#include <windows.h>
-
-#include <stdexcept>
+#include <cstdlib>
+#include <regex>
 
 namespace testing_support {
 
 namespace {
 
-HANDLE openInherited(const std::filesystem::path& file, DWORD access, DWORD disposition)
+/// Below Software, where companies are.
+std::string ownPath()
 {
-    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-    return CreateFileW(Wide(windowsPath(file)), access, FILE_SHARE_READ, &inherited, disposition, 0, nullptr);
+    return "RkUInfoTests\\" + scratchFolder().filename().string();
 }
 
-/// Quoted so that the C runtime splits it back into what it was.
+void redirect(HKEY root, const std::string& name)
+{
+    const OwnedKey key = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + '\\' + name);
+    makeKey(key.get(), "Software"); // which every real root has
+    RegOverridePredefKey(root, key.get());
+}
+
+HANDLE openInherited(const char* fileName, DWORD access, DWORD disposition)
+{
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    return CreateFileW(Wide(windowsPath(scratchFolder() / fileName)), access, FILE_SHARE_READ, &inherited,
+                       disposition, 0, nullptr);
+}
+
+/// Quoted so that the C runtime splits it back into what it was: backslashes before a quotation mark are
+/// doubled.
 std::string quoted(const std::string& argument)
 {
-    std::string out = "\"";
-    std::size_t backslashes = 0;
-    for (const char c : argument) {
-        out.append(c == '"' ? backslashes + 1 : 0, '\\');
-        out.push_back(c);
-        backslashes = c == '\\' ? backslashes + 1 : 0;
-    }
-    return out + std::string(backslashes, '\\') + '"';
+    const std::string inner = std::regex_replace(argument, std::regex(R"re((\\*)")re"), R"($1$1\")");
+    return '"' + std::regex_replace(inner, std::regex(R"(\\+$)"), "$&$&") + '"';
 }
 
 } // namespace
 
-int runIn(const std::filesystem::path& folder, const std::filesystem::path& program,
-          const std::vector<std::string>& arguments, const ChildOptions& options)
+void shareWithChildren(const char* variable, const std::string& value)
+{
+    _putenv_s(variable, value.c_str());
+}
+
+void joinHome()
+{
+    // A process that crashes ends so, without a debugger.
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { return EXCEPTION_EXECUTE_HANDLER; });
+    redirect(HKEY_LOCAL_MACHINE, "Machine");
+    redirect(HKEY_CURRENT_USER, "User"); // last: the keys are of the real one
+}
+
+void leaveHome()
+{
+    RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    removeKey(HKEY_CURRENT_USER, "Software\\" + ownPath());
+}
+
+std::string companyFromOutside(const std::string& company)
+{
+    return ownPath() + "\\User\\Software\\" + company;
+}
+
+int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments,
+               const std::filesystem::path& workingFolder)
 {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdInput = openInherited(folder / "in", GENERIC_READ, OPEN_EXISTING);
-    startup.hStdOutput = openInherited(folder / "out", GENERIC_WRITE, CREATE_ALWAYS);
-    startup.hStdError = openInherited(folder / "err", GENERIC_WRITE, CREATE_ALWAYS);
-    std::string command = quoted(windowsPath(program));
+    startup.hStdInput = openInherited("in", GENERIC_READ, OPEN_EXISTING);
+    startup.hStdOutput = openInherited("out", GENERIC_WRITE, CREATE_ALWAYS);
+    startup.hStdError = openInherited("err", GENERIC_WRITE, CREATE_ALWAYS);
+    std::string line = quoted(windowsPath(program));
     for (const std::string& argument : arguments) {
-        command += ' ' + quoted(argument);
+        line += ' ' + quoted(argument);
     }
-    const Wide wide(command);
-    const Wide workingFolder(windowsPath(options.workingFolder));
+    const Wide command(line);
     PROCESS_INFORMATION child = {};
-    const BOOL started =
-        CreateProcessW(nullptr, const_cast<wchar_t*>(+wide), nullptr, nullptr, TRUE, 0, nullptr,
-                       options.workingFolder.empty() ? nullptr : workingFolder + 0, &startup, &child);
-    for (const HANDLE handle : {startup.hStdInput, startup.hStdOutput, startup.hStdError}) {
+    CreateProcessW(nullptr, const_cast<wchar_t*>(+command), nullptr, nullptr, TRUE, 0, nullptr,
+                   Wide(windowsPath(workingFolder)), &startup, &child);
+    WaitForSingleObject(child.hProcess, INFINITE);
+    DWORD exitCode = 127; // of one that cannot be started
+    GetExitCodeProcess(child.hProcess, &exitCode);
+    for (const HANDLE handle :
+         {startup.hStdInput, startup.hStdOutput, startup.hStdError, child.hProcess, child.hThread}) {
         CloseHandle(handle);
     }
-    if (started == FALSE) {
-        throw std::runtime_error("cannot start " + command);
-    }
-    WaitForSingleObject(child.hProcess, INFINITE);
-    DWORD exitCode = 0;
-    GetExitCodeProcess(child.hProcess, &exitCode);
-    CloseHandle(child.hProcess);
-    CloseHandle(child.hThread);
     return static_cast<int>(exitCode);
 }
 
