@@ -3,8 +3,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 constexpr struct Language
 {
     const char* shortName;

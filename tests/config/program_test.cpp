@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 /// What a path function gives for a size, see textOf.
 template <typename Size>
 std::string pathOf(Size (*function)(wchar_t*, Size), int size)

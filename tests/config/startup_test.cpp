@@ -5,7 +5,6 @@
 
 namespace {
 
-using namespace testing_support;
 using enum TarvoConfig::Error;
 
 const std::string uninstall = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
@@ -111,22 +110,6 @@ TEST(StartUp, DecidesTheLanguage)
         for (const std::string& language : row.folders) {
             std::filesystem::remove_all(application.folder() / language);
         }
-    }
-}
-
-TEST(StartUp, EndsTheProcess)
-{
-    addUninstallEntry(1036);
-    for (const auto& [typed, exitCode] : {std::pair(" Yes", 0), {"perhaps\nno", 1}, {"", 1}}) {
-        writeFile(scratchFolder() / "typed", std::string(typed) + '\n');
-        const auto start = [] { // on the host the real message box reads what is typed; Windows' wants a user
-            const auto refuse = [](auto...) { return IDNO; };
-            const Patch box = onHost ? nullptr : intercept<"MessageBoxW", decltype(MessageBoxW)>(refuse);
-            static_cast<void>(std::freopen((scratchFolder() / "typed").string().c_str(), "r", stdin));
-            std::_Exit(InitVelaConfig(L"Norvik", L"TARVO", L"de-DE", nullptr));
-        };
-        EXPECT_EXIT(start(), testing::ExitedWithCode(onHost ? exitCode : 1),
-                    onHost ? "TARVO: The input language is not installed, continue with French" : "");
     }
 }
 

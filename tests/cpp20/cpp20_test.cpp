@@ -7,7 +7,6 @@
 
 namespace {
 
-using namespace testing_support;
 using rkuinfo::Text;
 
 constexpr auto settings = TarvoConfig::eSettings;

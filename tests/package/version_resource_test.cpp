@@ -3,8 +3,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 TEST(VersionResource, SaysWhatTheLibraryAnswers)
 {
     wchar_t stamp[64] = {};

@@ -7,7 +7,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using namespace testing_support;
 
 std::string iniValue(const fs::path& file, LPCWSTR key)
 {

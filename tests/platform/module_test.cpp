@@ -6,7 +6,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using namespace testing_support;
 
 constexpr UINT englishId = 1003; // of the English language library, whose last string in that block is 1007
 

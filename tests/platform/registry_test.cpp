@@ -3,8 +3,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 TEST(Registry, LimitsNamesNotDepthOrSize)
 {
     const OwnedKey key = makeKey(HKEY_CURRENT_USER, "Software\\Acme");

@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 template <typename Function>
 Function* functionOf(HMODULE module, const char* name)
 {

@@ -3,8 +3,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 ITarvoProduct& product = *velaGetProduct();
 
 std::string answers()

@@ -3,7 +3,6 @@
 
 namespace {
 
-using namespace testing_support;
 using enum TarvoConfig::Error;
 
 const std::string company = "Software\\Acme";

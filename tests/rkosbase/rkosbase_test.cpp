@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 const char* const baseModule = std::strstr(libraryModule, ".dll") ? "RkOsBase.dll" : "libRkOsBase.so";
 
 TEST(RkOsBase, ExceptionsCutTheirTexts)

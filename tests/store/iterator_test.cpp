@@ -3,8 +3,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 /// What an iterator answers when it is asked for its name, into a buffer of some capacity that holds "kept",
 /// 0 for none: the error, the buffer and the length.
 std::string nameOf(const auto& it, long capacity = 1024)

@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 /// The registry calls that the library makes: each with its texts, its right and its other numbers but 0, and
 /// with its status if it fails. Those whose names are in refused do.
 struct Trace

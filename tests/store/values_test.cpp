@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 /// A value of any type without a block.
 void setType(VelaVariant& v, std::int32_t type)
 {

@@ -16,10 +16,4 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
     return result;
 }
 
-std::map<std::string, ChildPart::Main>& ChildPart::all()
-{
-    static std::map<std::string, Main> parts; // made before the first part, in whatever file that is
-    return parts;
-}
-
 } // namespace testing_support

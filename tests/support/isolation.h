@@ -8,8 +8,8 @@ namespace testing_support {
 /// Sets an environment variable for the children that this process starts.
 void shareWithChildren(const char* variable, const std::string& value);
 
-/// Points this process to the home and the registry of its scratch folder, empty ones unless a parent uses
-/// them too; and removes what is not in that folder.
+/// Points this process to an empty home and registry of its scratch folder; and removes what is not in that
+/// folder.
 void joinHome();
 void leaveHome();
 

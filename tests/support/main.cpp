@@ -1,5 +1,5 @@
 // The main function of every test program. One case runs in this process, several in one each: start-up
-// happens once. A process has an empty scratch folder, home and registry, which its children join.
+// happens once. A process has an empty scratch folder, home and registry.
 #include "support/child.h"
 #include "support/isolation.h"
 
@@ -43,10 +43,6 @@ int runApart()
 
 int main(int argc, char** argv)
 {
-    if (argc > 2 && argv[1] == ChildPart::option) {
-        joinHome();
-        return ChildPart::all().at(argv[2])({argv + 3, argv + argc});
-    }
     const auto folder = std::filesystem::path(RKUINFO_TEST_SCRATCH) / std::to_string(std::random_device()());
     std::filesystem::create_directories(folder);
     shareWithChildren("RKUINFO_TEST_SCRATCH", folder.string());

@@ -108,3 +108,5 @@ protected:
 };
 
 } // namespace testing_support
+
+using namespace testing_support; // in every test

@@ -12,8 +12,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 void replaceAll(std::string& text, const std::string& from, const std::string& to)
 {
     for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size()) {

@@ -3,8 +3,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 const std::string below = "\\Widget\\2018\\en-US\\Settings";
 const std::string key = "Software\\Acme" + below;
 
