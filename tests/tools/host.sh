@@ -82,6 +82,7 @@ expect $'ini-unreadable\t' without_rights "$app/rkuinfo" doctor
 chmod 644 "$app/TARVO.ini"
 mkdir "$app/fr-FR"
 expect $'\e[31mempty' script -qec "$app/rkuinfo languages" /dev/null
+expect $'  de-DE  ' script -qec "$app/rkuinfo --color never languages" /dev/null
 for quiet in NO_COLOR=1 TERM=dumb; do
     expect $'  de-DE  ' env "$quiet" script -qec "$app/rkuinfo languages" /dev/null
 done
