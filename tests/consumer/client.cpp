@@ -57,7 +57,8 @@ void useModule(const ModuleCalls& module)
     const testing_support::Recorder recorder;
     const std::unique_ptr<TarvoConfigException> thrown(
         caught<TarvoConfigException>(module.throwConfigException));
-    check(thrown && thrown->isExitProcess() == 1 && utf8(thrown->description()) == "message",
+    check(thrown && thrown->isExitProcess() == 1 && thrown->number() == 7 &&
+              utf8(thrown->description()) + utf8(thrown->text()) == "messagecontext",
           "the module's exception, by its own class");
     const std::unique_ptr<RkException> base(caught<RkException>(module.throwStatus));
     check(base && base->code() == Vela::eInvalidInput && dynamic_cast<RkErrorStatus*>(base.get()) != nullptr,

@@ -45,14 +45,13 @@ TEST(Product, SharesThreeIntegersUnderItsLock)
     const Patch lock = intercept<"RkLocker::lock", void(RkLocker*)>([&](auto, auto*) { calls += '<'; });
     const Patch unlock = intercept<"RkLocker::unlock", void(RkLocker*)>([&](auto, auto*) { calls += '>'; });
     const auto shared = [] {
-        return std::to_string(product.getSharedValueA()) + ' ' + std::to_string(product.getSharedValueB()) +
-               ' ' + std::to_string(product.getSharedValueC());
+        return std::vector{product.getSharedValueA(), product.getSharedValueB(), product.getSharedValueC()};
     };
-    EXPECT_EQ(shared(), "-1 0 1");
-    product.setSharedValueA(-2147483647L - 1);
+    EXPECT_EQ(shared(), (std::vector<long>{-1, 0, 1}));
+    product.setSharedValueA(INT32_MIN);
     product.setSharedValueB(5);
-    product.setSharedValueC(2147483647L);
-    EXPECT_EQ(shared(), "-2147483648 5 2147483647");
+    product.setSharedValueC(INT32_MAX);
+    EXPECT_EQ(shared(), (std::vector<long>{INT32_MIN, 5, INT32_MAX}));
     EXPECT_EQ(calls, "<><><><><><><><><>");
 }
 

@@ -13,8 +13,8 @@ inline constexpr TarvoConfig::Path eSettings = TarvoConfig::eSettings;
 inline constexpr LSTATUS denied = ERROR_ACCESS_DENIED;
 
 /// The key paths of eLanguageRoot and eSettings after startAcme().
-inline const std::string languageRoot = "Software\\Acme\\Widget\\2018\\en-US";
-inline const std::string settings = languageRoot + "\\Settings";
+const std::string languageRoot = "Software\\Acme\\Widget\\2018\\en-US";
+const std::string settings = languageRoot + "\\Settings";
 
 /// A started configuration, of whose keys none is left open.
 class StoreTest : public testing::Test
@@ -75,7 +75,7 @@ Error find(TarvoConfig& config, TarvoConfig::Path root, LPCWSTR path, VelaVarian
     return config.findItem(root, path, it);
 }
 
-inline const Operation operations[] = {
+const Operation operations[] = {
     {"isItemExist", 1020, "",
      [](auto& c, auto p, LPCWSTR s, auto&) {
          return c.isItemExist(p, s) == 1 ? eOk : TarvoConfig::eInvalidInput;
