@@ -6,7 +6,6 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
-#include <deque>
 #include <iostream>
 #include <new>
 #include <set>
@@ -19,47 +18,32 @@ using namespace testing_support;
 
 constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // of an allocation, which may be thrown on
 
-struct Function
-{
-    const char* name;
-    std::vector<DWORD> errors;
-    int injected = 0;
-};
-
-/// The fault of the present run: which call of all fails, and by which of its function's errors.
+/// The fault of the present run: which one of all errors of all calls.
 struct Fault
 {
-    int call = 0;
-    std::size_t error = 0;
-    int callsMade = 0;
-    Function* hit = nullptr;
-
-    void next()
-    {
-        error = hit != nullptr ? (error + 1) % hit->errors.size() : 0;
-        call += error == 0 ? 1 : 0;
-        callsMade = 0;
-        hit = nullptr;
-    }
+    std::size_t place = SIZE_MAX;
+    std::size_t passed = 0; ///< places
+    const char* function = nullptr;
+    DWORD error = 0;
 } fault;
 
-std::deque<Function> functions;
+std::map<std::string, int> injected; ///< how often a function has failed
 std::vector<Patch> patches;
 
 /// Lets fail(error, real, arguments...) answer in a function's place.
 template <Name name, typename Signature, typename Fail>
 void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module = libraryModule)
 {
-    Function& function = functions.emplace_back(Function{name.text, errors});
-    const auto failOnce = [&function, fail](auto real, auto... arguments) {
-        if (++fault.callsMade != fault.call) {
+    injected[name.text] = 0;
+    const auto failOnce = [errors, fail](auto real, auto... arguments) {
+        const std::size_t index = fault.place - fault.passed;
+        fault.passed += errors.size();
+        if (index >= errors.size()) {
             return real(arguments...);
         }
-        ++function.injected;
-        fault.hit = &function;
-        const DWORD error = function.errors[fault.error];
-        SetLastError(error);
-        return static_cast<decltype(real(arguments...))>(fail(error, real, arguments...));
+        ++injected[fault.function = name.text];
+        SetLastError(fault.error = errors[index]);
+        return static_cast<decltype(real(arguments...))>(fail(errors[index], real, arguments...));
     };
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
@@ -240,48 +224,52 @@ std::vector<Scenario> storeOperations()
     return all;
 }
 
-std::string loaded(HMODULE module)
+/// What a function says that fills a buffer and gives the length.
+std::string said(const std::function<unsigned long(wchar_t*)>& function)
+{
+    const std::string text = textOf(function);
+    return text.starts_with("failed") ? "failed" : text;
+}
+
+std::string said(HMODULE module)
 {
     return FreeLibrary(module) ? "loaded" : "failed";
 }
 
 std::vector<Scenario> locations(const std::string& executable)
 {
+    const std::string profile = profilesKey + "\\Default"; // stored where none can be read
+    const std::string allowed = "failed||-5|RKHelp.exe|" + profile + '|' + profile + "\\Config|" +
+                                executable +
+                                "\\en-US|C:\\Folder\\Acme\\Widget\\2018\\en-US\\Support\\Style.tus";
     std::vector<Scenario> all;
-    const auto add = [&all](std::function<std::string()> run, const std::string& also = "") {
-        all.push_back({"location " + std::to_string(all.size()), std::move(run), "failed||" + also});
+    const auto add = [&](std::function<std::string()> run) {
+        all.push_back({"location " + std::to_string(all.size()), std::move(run), allowed});
     };
-    const auto addPath = [&add](auto function, const std::string& also = "") {
-        const auto run = [function] {
-            const std::string path = textOf(function);
-            return path.starts_with("failed") ? "failed" : path;
-        };
-        add(run, also);
-    };
-    // The first is found filled later, and the last makes the levels above it.
+    // The first is found filled later, and the last makes all folders on the way to it.
     for (auto* const function :
-         {GetVelaProgramPath, GetVelaProgramName, GetCustomResFileName, GetVelaUserDataCacheLanPath,
-          GetUserApplicationDataPath, GetUserApplicationDataSupportPath, GetUserApplicationDataPlottersPath,
-          GetUserApplicationDataCrashReportPath, GetUserApplicationDataPrintstylePath,
-          GetUserLocalApplicationDataTemplatePath}) {
-        addPath(function);
+         {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
+          GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
+          GetVelaUserDataCacheLanPath, GetUserApplicationDataPath, GetUserApplicationDataSupportPath,
+          GetUserApplicationDataPlottersPath, GetUserApplicationDataCrashReportPath,
+          GetUserApplicationDataPrintstylePath, GetUserLocalApplicationDataTemplatePath}) {
+        add([function] { return said(function); });
     }
-    const std::string standard = profilesKey + "\\Default"; // stored where none can be read
-    addPath(GetVelaRegistryCurrentProfileRootKey, standard);
-    addPath(GetVelaRegistryCurrentProfileConfigRootKey, standard + "\\Config");
-    addPath(GetVelaUIStyleConfigFilePath, "C:\\Folder\\Acme\\Widget\\2018\\en-US\\Support\\Style.tus");
-    addPath([](wchar_t* name, unsigned long size = 1024) { return GetCurrentProfileName(name, size); });
-    addPath([](wchar_t* path) { return GetResourceDllPath(path, 1024); },
-            executable + "\\en-US"); // no folder
-    addPath([](wchar_t* path) { return GetHelpFilePath(path, 1024); });
-    add([] { return loaded(LoadResourceDll(L"RkUInfoRes.dll")); });
-    add([] { return loaded(LoadResourceDllEx(L"RkUInfoRes.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE)); });
     for (int call = 0; call < 2; ++call) { // from a library that is not loaded, then is
         add([] { return utf8(GetCurrentLanguageLocalName()); });
     }
-    add([] { return utf8(velaGetProduct()->helpFilePath()); }, "RKHelp.exe");
+    add([] {
+        wchar_t name[1024] = {};
+        unsigned long size = 1024;
+        return GetCurrentProfileName(name, size) != 0 ? utf8(name) : "failed";
+    });
+    add([] { return said([](wchar_t* path) { return GetResourceDllPath(path, 1024); }); });
+    add([] { return said([](wchar_t* path) { return GetHelpFilePath(path, 1024); }); });
+    add([] { return said(LoadResourceDll(L"RkUInfoRes.dll")); });
+    add([] { return said(LoadResourceDllEx(L"RkUInfoRes.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE)); });
+    add([] { return utf8(velaGetProduct()->helpFilePath()); });
     add([] { return utf8(GetVelaArchitectrueCommandNamePrefix()); });
-    add([] { return std::to_string(GetVelaIniOEMMergeTitleValue(-5)); }, "-5");
+    add([] { return std::to_string(GetVelaIniOEMMergeTitleValue(-5)); });
     add([] {
         VelaVariant value;
         GetVelaIniConfigValue(L"Product", L"ProductName", value, VelaVariant::eString);
@@ -298,7 +286,7 @@ std::string outcomeOf(const Scenario& scenario)
         return scenario.run();
     } catch (RkErrorStatus* exception) {
         const std::unique_ptr<RkErrorStatus> owned(exception);
-        return "thrown " + std::to_string(exception->code());
+        return owned->code() == 6 ? "no memory" : "thrown";
     } catch (const std::bad_alloc&) {
         return "no memory";
     } catch (UINT exitCode) {
@@ -331,7 +319,7 @@ bool isBetween(const Entries& now, const Entries& before, const Entries& after)
     return std::ranges::all_of(now, isKnown) && std::ranges::all_of(before, isKept);
 }
 
-class Faults : public testing::Test
+class Faults : public ApplicationTest
 {
 protected:
     Faults()
@@ -356,56 +344,47 @@ protected:
 
     /// Runs a scenario with one fault after the other; the last run, to which no fault came, tells what is
     /// right.
-    int inject(const Scenario& scenario)
+    void inject(const Scenario& scenario)
     {
         struct Run
         {
-            std::string outcome, fault = "no fault";
-            DWORD error = 0;
-            Entries entries = {};
+            std::string outcome;
+            Fault fault;
+            Entries entries;
+            int stillOpen;
         };
         std::vector<Run> runs;
         fault = {};
         prepare(scenario);
         const Entries before = entries();
-        while (runs.empty() || fault.hit != nullptr) {
-            prepare(scenario); // its calls come behind the last fault
-            fault.next();
-            Run& run = runs.emplace_back(Run{.outcome = outcomeOf(scenario)});
-            if (const Function* const hit = fault.hit) {
-                run.error = hit->errors[fault.error];
-                run.fault =
-                    hit->name + (' ' + std::to_string(run.error)) + " in call " + std::to_string(fault.call);
-            }
-            run.entries = entries();
-            EXPECT_TRUE(m_keys.stillOpen() == 0 && m_searches == 0) << scenario.name << ", " << run.fault;
-        }
+        do {
+            prepare(scenario); // all its calls are behind the last fault
+            fault = {runs.size()};
+            const std::string outcome = outcomeOf(scenario);
+            runs.push_back({outcome, fault, entries(), m_keys.stillOpen() + m_searches});
+        } while (fault.function != nullptr);
         const Run& right = runs.back();
         EXPECT_NE(right.outcome, "") << scenario.name;
         for (const Run& run : runs) {
-            SCOPED_TRACE(scenario.name + ", " + run.fault + ": " + run.outcome);
+            SCOPED_TRACE(scenario.name + ", " + (run.fault.function != nullptr ? run.fault.function : "no") +
+                         " error " + std::to_string(run.fault.error) + ": " + run.outcome);
             const bool isRight = run.outcome == right.outcome;
-            const bool isThrown = run.outcome == "thrown 6" || run.outcome == "no memory";
-            const bool isAllowed =
-                ('|' + scenario.allowed + '|').find('|' + run.outcome + '|') != std::string::npos;
-            EXPECT_TRUE(isRight || isAllowed || scenario.allowed == "*" ||
-                        (isThrown && run.error == noMemory));
+            const std::string allowed =
+                '|' + scenario.allowed + (run.fault.error == noMemory ? "|no memory|" : "|");
+            EXPECT_TRUE(isRight || allowed.starts_with("|*|") ||
+                        allowed.find('|' + run.outcome + '|') != std::string::npos);
+            EXPECT_EQ(run.stillOpen, 0);
             // Who is told that a key is not there has nothing to remove.
-            const bool mayBeInPart = !isRight || run.error == ERROR_FILE_NOT_FOUND;
+            const bool mayBeInPart = !isRight || run.fault.error == ERROR_FILE_NOT_FOUND;
             if (scenario.writing == eAsAllowable || (scenario.writing == eInSteps && mayBeInPart)) {
-                EXPECT_TRUE(isBetween(run.entries, before, right.entries))
-                    << testing::PrintToString(run.entries);
+                EXPECT_PRED3(isBetween, run.entries, before, right.entries);
             } else {
                 EXPECT_EQ(run.entries, isRight ? right.entries : before);
             }
         }
-        return static_cast<int>(runs.size()) - 1;
     }
 
-    Application m_application;
-    Patch m_executable = pretendExecutable(windowsPath(m_application.program()));
     int m_searches = 0;
-    KeyCounter m_keys;
     TarvoConfig m_started = Config();
 };
 
@@ -430,18 +409,19 @@ TEST_F(Faults, LeaveEverythingWhole)
         intercept<"GetProcAddress", decltype(GetProcAddress)>(
             [](auto...) { return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(deleteTree)); })};
     breakAll();
-    int injected = 0;
     for (const auto& scenarios :
          {locations(windowsPath(m_application.program())), startUps(), storeOperations()}) {
         for (const Scenario& scenario : scenarios) {
-            injected += inject(scenario);
+            inject(scenario);
         }
     }
     patches.clear();
-    std::cout << injected << " faults injected\n";
-    for (const Function& function : functions) {
-        EXPECT_GT(function.injected, 0) << function.name << " was never called";
+    int all = 0;
+    for (const auto& [function, times] : injected) {
+        EXPECT_GT(times, 0) << function << " was never called";
+        all += times;
     }
+    std::cout << all << " faults injected\n";
 }
 
 } // namespace
