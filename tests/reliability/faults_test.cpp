@@ -150,26 +150,6 @@ void makeTree()
     }
 }
 
-std::vector<Scenario> startUps()
-{
-    const auto start = [](const wchar_t* given, const wchar_t* product, const wchar_t* language) {
-        return [=] {
-            *velaConfig() = Config();
-            return std::to_string(InitVelaConfig(given, product, language, L"Work"));
-        };
-    };
-    const std::string startErrors = "5|7|ended by 1";
-    const auto provision = [] { return std::to_string(CreateConfigReg()); };
-    return {
-        {"start-up by arguments", start(L"Acme", L"Widget", L"en-US"), startErrors},
-        {"start-up from the registry", start(L"Acme", nullptr, nullptr), startErrors},
-        {"start-up from the INI file", start(nullptr, nullptr, nullptr), startErrors, eAtOnce, false},
-        {"start-up with a question", start(L"Norvik", L"TARVO", L"ja-JP"), startErrors, eAtOnce, false},
-        {"provisioning", provision, "5", eAsAllowable, false},
-        {"provisioning again", provision, "5", eAsAllowable},
-    };
-}
-
 /// What the calls of a walk of both kinds give.
 std::string walk()
 {
@@ -196,34 +176,6 @@ std::string walk()
     return codes;
 }
 
-std::vector<Scenario> storeOperations()
-{
-    std::vector<Scenario> all = {{"walk", walk, "*", eInSteps}};
-    using Paths = std::initializer_list<const wchar_t*>;
-    const auto add = [&all](int index, Paths paths, const std::string& errors, int version = 7) {
-        for (const wchar_t* const path : paths) {
-            const Operation& operation = operations[index];
-            const auto run = [&operation, path, version] {
-                const Patch pretended = pretendVersion(version);
-                VelaVariant value;
-                value.setString(L"kept");
-                const int error = operation.call(*velaConfig(), eSettings, path, value);
-                EXPECT_TRUE(error == eOk || utf8(value.getString()) == "kept");
-                return std::to_string(error) + (error == eOk ? describe(value) : "");
-            };
-            const bool inSteps = utf8(path) == "New/n" || (index == eRemoveItem && version < 8);
-            all.push_back({operation.name + ' ' + utf8(path), run, errors, inSteps ? eInSteps : eAtOnce});
-        }
-    };
-    int index = eExists;
-    for (const char* const errors : {"7", "1|2", "1|5", "5", "1|5", "1|5", "1|5", "1|5", "1|5"}) {
-        add(index++, {L"Inner/n", L"Inner", L"New/n"}, errors);
-    }
-    add(eRemoveItem, {L"Inner/n", L"Inner"}, "1|5", 10); // RegDeleteTreeW is looked for, then known
-    add(eGet, {L"Inner/long", L"Inner/bytes", L"Inner/text"}, "1|2");
-    return all;
-}
-
 /// What a function says that fills a buffer and gives the length.
 std::string said(const std::function<unsigned long(wchar_t*)>& function)
 {
@@ -234,48 +186,6 @@ std::string said(const std::function<unsigned long(wchar_t*)>& function)
 std::string said(HMODULE module)
 {
     return FreeLibrary(module) ? "loaded" : "failed";
-}
-
-std::vector<Scenario> locations(const std::string& executable)
-{
-    const std::string profile = profilesKey + "\\Default"; // stored where none can be read
-    const std::string allowed = "failed||-5|RKHelp.exe|" + profile + '|' + profile + "\\Config|" +
-                                executable +
-                                "\\en-US|C:\\Folder\\Acme\\Widget\\2018\\en-US\\Support\\Style.tus";
-    std::vector<Scenario> all;
-    const auto add = [&](std::function<std::string()> run) {
-        all.push_back({"location " + std::to_string(all.size()), std::move(run), allowed});
-    };
-    // The first is found filled later, and the last makes all folders on the way to it.
-    for (auto* const function :
-         {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
-          GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
-          GetVelaUserDataCacheLanPath, GetUserApplicationDataPath, GetUserApplicationDataSupportPath,
-          GetUserApplicationDataPlottersPath, GetUserApplicationDataCrashReportPath,
-          GetUserApplicationDataPrintstylePath, GetUserLocalApplicationDataTemplatePath}) {
-        add([function] { return said(function); });
-    }
-    for (int call = 0; call < 2; ++call) { // from a library that is not loaded, then is
-        add([] { return utf8(GetCurrentLanguageLocalName()); });
-    }
-    add([] {
-        wchar_t name[1024] = {};
-        unsigned long size = 1024;
-        return GetCurrentProfileName(name, size) != 0 ? utf8(name) : "failed";
-    });
-    add([] { return said([](wchar_t* path) { return GetResourceDllPath(path, 1024); }); });
-    add([] { return said([](wchar_t* path) { return GetHelpFilePath(path, 1024); }); });
-    add([] { return said(LoadResourceDll(L"RkUInfoRes.dll")); });
-    add([] { return said(LoadResourceDllEx(L"RkUInfoRes.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE)); });
-    add([] { return utf8(velaGetProduct()->helpFilePath()); });
-    add([] { return utf8(GetVelaArchitectrueCommandNamePrefix()); });
-    add([] { return std::to_string(GetVelaIniOEMMergeTitleValue(-5)); });
-    add([] {
-        VelaVariant value;
-        GetVelaIniConfigValue(L"Product", L"ProductName", value, VelaVariant::eString);
-        return utf8(value.getString());
-    });
-    return all;
 }
 
 // ---- Runs
@@ -384,6 +294,94 @@ protected:
         }
     }
 
+    void injectIntoLocations()
+    {
+        const std::string executable = windowsPath(m_application.program());
+        const std::string profile = profilesKey + "\\Default"; // stored where none can be read
+        const std::string allowed = "failed||-5|RKHelp.exe|" + profile + '|' + profile + "\\Config|" +
+                                    executable +
+                                    "\\en-US|C:\\Folder\\Acme\\Widget\\2018\\en-US\\Support\\Style.tus";
+        int number = 0;
+        const auto add = [&](const std::function<std::string()>& run) {
+            inject({"location " + std::to_string(++number), run, allowed});
+        };
+        // The first is found filled later, and the last makes all folders on the way to it.
+        for (auto* const function :
+             {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
+              GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
+              GetVelaUserDataCacheLanPath, GetUserApplicationDataPath, GetUserApplicationDataSupportPath,
+              GetUserApplicationDataPlottersPath, GetUserApplicationDataCrashReportPath,
+              GetUserApplicationDataPrintstylePath, GetUserLocalApplicationDataTemplatePath}) {
+            add([function] { return said(function); });
+        }
+        for (int call = 0; call < 2; ++call) { // from a library that is not loaded, then is
+            add([] { return utf8(GetCurrentLanguageLocalName()); });
+        }
+        add([] {
+            wchar_t name[1024] = {};
+            unsigned long size = 1024;
+            return GetCurrentProfileName(name, size) != 0 ? utf8(name) : "failed";
+        });
+        add([] { return said([](wchar_t* path) { return GetResourceDllPath(path, 1024); }); });
+        add([] { return said([](wchar_t* path) { return GetHelpFilePath(path, 1024); }); });
+        add([] { return said(LoadResourceDll(L"RkUInfoRes.dll")); });
+        add([] { return said(LoadResourceDllEx(L"RkUInfoRes.dll", nullptr, LOAD_LIBRARY_AS_DATAFILE)); });
+        add([] { return utf8(velaGetProduct()->helpFilePath()); });
+        add([] { return utf8(GetVelaArchitectrueCommandNamePrefix()); });
+        add([] { return std::to_string(GetVelaIniOEMMergeTitleValue(-5)); });
+        add([] {
+            VelaVariant value;
+            GetVelaIniConfigValue(L"Product", L"ProductName", value, VelaVariant::eString);
+            return utf8(value.getString());
+        });
+    }
+
+    void injectIntoStartUps()
+    {
+        const auto start = [](const wchar_t* given, const wchar_t* product, const wchar_t* language) {
+            return [=] {
+                *velaConfig() = Config();
+                return std::to_string(InitVelaConfig(given, product, language, L"Work"));
+            };
+        };
+        const std::string startErrors = "5|7|ended by 1";
+        const auto provision = [] { return std::to_string(CreateConfigReg()); };
+        inject({"start-up by arguments", start(L"Acme", L"Widget", L"en-US"), startErrors});
+        inject({"start-up from the registry", start(L"Acme", nullptr, nullptr), startErrors});
+        inject({"start-up from the INI file", start(nullptr, nullptr, nullptr), startErrors, eAtOnce, false});
+        inject(
+            {"start-up with a question", start(L"Norvik", L"TARVO", L"ja-JP"), startErrors, eAtOnce, false});
+        inject({"provisioning", provision, "5", eAsAllowable, false});
+        inject({"provisioning again", provision, "5", eAsAllowable});
+    }
+
+    void injectIntoOperations()
+    {
+        inject({"walk", walk, "*", eInSteps});
+        using Paths = std::initializer_list<const wchar_t*>;
+        const auto add = [this](int index, Paths paths, const std::string& errors, int version = 7) {
+            for (const wchar_t* const path : paths) {
+                const Operation& operation = operations[index];
+                const auto run = [&operation, path, version] {
+                    const Patch pretended = pretendVersion(version);
+                    VelaVariant value;
+                    value.setString(L"kept");
+                    const int error = operation.call(*velaConfig(), eSettings, path, value);
+                    EXPECT_TRUE(error == eOk || utf8(value.getString()) == "kept");
+                    return std::to_string(error) + (error == eOk ? describe(value) : "");
+                };
+                const bool inSteps = utf8(path) == "New/n" || (index == eRemoveItem && version < 8);
+                inject({operation.name + ' ' + utf8(path), run, errors, inSteps ? eInSteps : eAtOnce});
+            }
+        };
+        int index = eExists;
+        for (const char* const errors : {"7", "1|2", "1|5", "5", "1|5", "1|5", "1|5", "1|5", "1|5"}) {
+            add(index++, {L"Inner/n", L"Inner", L"New/n"}, errors);
+        }
+        add(eRemoveItem, {L"Inner/n", L"Inner"}, "1|5", 10); // RegDeleteTreeW is looked for, then known
+        add(eGet, {L"Inner/long", L"Inner/bytes", L"Inner/text"}, "1|2");
+    }
+
     int m_searches = 0;
     TarvoConfig m_started = Config();
 };
@@ -409,12 +407,9 @@ TEST_F(Faults, LeaveEverythingWhole)
         intercept<"GetProcAddress", decltype(GetProcAddress)>(
             [](auto...) { return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(deleteTree)); })};
     breakAll();
-    for (const auto& scenarios :
-         {locations(windowsPath(m_application.program())), startUps(), storeOperations()}) {
-        for (const Scenario& scenario : scenarios) {
-            inject(scenario);
-        }
-    }
+    injectIntoLocations();
+    injectIntoStartUps();
+    injectIntoOperations();
     patches.clear();
     int all = 0;
     for (const auto& [function, times] : injected) {

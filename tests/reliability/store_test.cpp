@@ -132,21 +132,7 @@ LSTATUS getTwice()
     return get(1);
 }
 
-/// Does anything to values in eight keys; what else than that one is not there.
-LSTATUS doAnything(std::minstd_rand& random)
-{
-    const int value = static_cast<int>((1 + random() % 8) * 100 + random() % 8);
-    const auto choice = random() % 200;
-    const LSTATUS status =
-        choice > 100  ? get(value)
-        : choice > 20 ? set(value)
-        : choice > 1
-            ? onValue(value, true, RegDeleteValueW)
-            : RegDeleteTreeW(HKEY_CURRENT_USER, Wide("Software\\Disk\\" + std::to_string(value / 100)));
-    return status == ERROR_FILE_NOT_FOUND || status == ERROR_KEY_DELETED ? ERROR_SUCCESS : status;
-}
-
-/// Eight threads do so for some seconds; says how often.
+/// Eight threads do anything to values in eight keys for some seconds; says how often.
 LSTATUS storm(int seconds)
 {
     const auto end = Clock::now() + std::chrono::seconds(seconds);
@@ -155,7 +141,14 @@ LSTATUS storm(int seconds)
         std::minstd_rand random(std::random_device{}());
         LSTATUS last = ERROR_SUCCESS;
         for (; last == ERROR_SUCCESS && Clock::now() < end; ++done) {
-            last = doAnything(random);
+            const int value = static_cast<int>((1 + random() % 8) * 100 + random() % 8);
+            const Wide key("Software\\Disk\\" + std::to_string(value / 100));
+            const auto choice = random() % 200;
+            last = choice > 100  ? get(value)
+                   : choice > 20 ? set(value)
+                   : choice > 1  ? onValue(value, true, RegDeleteValueW)
+                                 : RegDeleteTreeW(HKEY_CURRENT_USER, key);
+            last = last == ERROR_FILE_NOT_FOUND || last == ERROR_KEY_DELETED ? ERROR_SUCCESS : last;
         }
         return last;
     });
@@ -168,8 +161,11 @@ LSTATUS split(bool childGoesOn)
 {
     int status = 0;
     const pid_t child = fork();
-    if (child != 0 ? waitpid(child, &status, 0) == child && childGoesOn : !childGoesOn) {
-        std::exit(child != 0 ? status : set(1));
+    if (child == 0 && !childGoesOn) {
+        std::exit(set(1));
+    }
+    if (child != 0 && (waitpid(child, &status, 0) != child || childGoesOn)) {
+        std::exit(status == 0 ? 0 : 1);
     }
     return status;
 }
