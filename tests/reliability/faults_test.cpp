@@ -48,12 +48,6 @@ void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module =
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
 
-/// The library finds RegDeleteTreeW by its name: then this, so that the program's own import can fail.
-LSTATUS WINAPI deleteTree(HKEY key, LPCWSTR path)
-{
-    return RegDeleteTreeW(key, path);
-}
-
 // The calls that are made at load and unload alone are not among them.
 void breakAll()
 {
@@ -388,6 +382,9 @@ protected:
 
 TEST_F(Faults, LeaveEverythingWhole)
 {
+    // The library finds RegDeleteTreeW by its name: as this, so that the program's own import can fail.
+    LSTATUS(*const deleteTree)
+    (HKEY, LPCWSTR) = [](auto key, auto path) { return RegDeleteTreeW(key, path); };
     // Below the faults: what must not happen really, and what is to be balanced.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
@@ -405,7 +402,7 @@ TEST_F(Faults, LeaveEverythingWhole)
                 return TRUE;
             }),
         intercept<"GetProcAddress", decltype(GetProcAddress)>(
-            [](auto...) { return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(deleteTree)); })};
+            [=](auto...) { return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(deleteTree)); })};
     breakAll();
     injectIntoLocations();
     injectIntoStartUps();
