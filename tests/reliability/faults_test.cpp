@@ -41,9 +41,11 @@ void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module =
         if (index >= errors.size()) {
             return real(arguments...);
         }
-        ++injected[fault.function = name.text];
-        SetLastError(fault.error = errors[index]);
-        return static_cast<decltype(real(arguments...))>(fail(errors[index], real, arguments...));
+        fault.function = name.text;
+        fault.error = errors[index];
+        ++injected[name.text];
+        SetLastError(fault.error);
+        return static_cast<decltype(real(arguments...))>(fail(fault.error, real, arguments...));
     };
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
