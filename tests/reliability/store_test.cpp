@@ -165,7 +165,7 @@ LSTATUS split(bool childGoesOn)
         std::exit(set(1));
     }
     if (child != 0 && (waitpid(child, &status, 0) != child || childGoesOn)) {
-        std::exit(status == 0 ? 0 : 1);
+        _exit(status == 0 ? 0 : 1);
     }
     return status;
 }
