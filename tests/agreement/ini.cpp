@@ -56,11 +56,9 @@ void readFile(Trace& trace, const Wide& path)
     };
     const DWORD whole = get(40);
     const DWORD size = trace.below(40);
-    trace.start(u"get");
-    trace.say(section, key, utf16(out), size);
-    trace.say(get(size != whole + 1 ? size : 40),
-              utf16(out)); // differs: in room for no more, Wine cuts a quoted text
-    trace.say(GetPrivateProfileIntW(wide(section), wide(key), -9, path));
+    trace.start(u"get", section, key, utf16(out), size);
+    trace.say(get(size != whole + 1 ? size : 40)); // differs: in room for no more, Wine cuts a quoted text
+    trace.say(utf16(out), GetPrivateProfileIntW(wide(section), wide(key), -9, path));
 }
 
 TEST(Agreement, OfIniFiles)
@@ -71,8 +69,7 @@ TEST(Agreement, OfIniFiles)
             const Text text = lines(trace);
             const std::uint32_t encoding = trace.below(4);
             writeFile(path, encoded(text, encoding) + (trace.oneIn(9) ? "x" : ""));
-            trace.start(u"write");
-            trace.say(text, encoding);
+            trace.start(u"write", text, encoding);
             for (int call = 0; call < 10; ++call) {
                 readFile(trace, windowsPath(path));
             }

@@ -66,8 +66,7 @@ TEST(Agreement, OfTextComparison)
             const std::size_t common = std::min(texts[0].size(), texts[1].size());
             const int length = static_cast<int>(trace.below(common + 2)) - 1;
             const BOOL ignoreCase = static_cast<BOOL>(trace.below(2));
-            trace.start(u"compare");
-            trace.say(texts[0], texts[1], length, ignoreCase);
+            trace.start(u"compare", texts[0], texts[1], length, ignoreCase);
             trace.say(CompareStringOrdinal(wide(texts[0]), length, wide(texts[1]), length, ignoreCase));
         }
     });
@@ -83,8 +82,7 @@ TEST(Agreement, OfTheCaseOfUnits)
         std::ranges::stable_sort(units,
                                  [&](wchar_t a, wchar_t b) { return compare(a, b) == CSTR_LESS_THAN; });
         for (std::size_t i = 1; i < units.size(); ++i) {
-            trace.start(u"unit");
-            trace.say(units[i], compare(units[i - 1], units[i]));
+            trace.start(u"unit", units[i], compare(units[i - 1], units[i]));
         }
     });
 }
@@ -107,8 +105,7 @@ void fileCall(Trace& trace, const Text& folder)
     name += call == u"find" ? pattern(trace) : Text();
     name = trace.oneIn(12) ? trace.word(u"|Q:\\x|" + Text(300, u'x')) : name;
     const Text before = trace.word(u"|||z:|Z:|full|full");
-    trace.start(call);
-    trace.say(before, name);
+    trace.start(call, before, name);
     name = (before == u"full" ? folder + u"\\" : before) + name;
     SetCurrentDirectoryW(wide(folder));
     SetLastError(ERROR_SUCCESS);
@@ -122,7 +119,8 @@ void fileCall(Trace& trace, const Text& folder)
         trace.say(mode, _waccess(wide(name), mode) == 0 ? 0 : errno);
     } else {
         wchar_t current[1024] = L"?";
-        trace.say(SetCurrentDirectoryW(wide(name)), GetLastError());
+        trace.say(SetCurrentDirectoryW(wide(name)));
+        trace.say(name.starts_with(u"Q:") ? 0 : GetLastError()); // differs for a drive that is not there
         const DWORD room = GetCurrentDirectoryW(0, nullptr) - trace.below(2);
         trace.say(GetCurrentDirectoryW(room, current) - folder.size(), current[0]);
     }

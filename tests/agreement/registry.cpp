@@ -64,16 +64,18 @@ public:
         const Text call =
             m_trace.word(u"create|create|create|open|open|set|set|set|query|query|query|sub-key|sub-key|"
                          u"value|info|delete value|delete key|delete tree|close|root");
-        const std::size_t index = m_trace.below(m_keys.size() + 3);
-        const Key& key = index < m_keys.size() ? m_keys[index] : m_root;
-        const HKEY handle = m_trace.oneIn(50) ? none() : key.handle.get();
+        const std::size_t index = m_trace.below(std::size(m_keys) + 3);
+        const bool isRoot = index >= std::size(m_keys) || m_keys[index].handle == nullptr;
+        Key& key = isRoot ? m_root : m_keys[index];
+        const HKEY none = m_trace.oneIn(2) ? nullptr : reinterpret_cast<HKEY>(ULONG_PTR{0x7654321});
+        const HKEY handle = m_trace.oneIn(50) ? none : key.handle.get();
         const Text subKey = path(m_trace);
         const Text valueName = m_trace.oneIn(300) ? Text(16383, u'v') : name(m_trace);
         const wchar_t* const value = valueName.empty() && m_trace.oneIn(2) ? nullptr : wide(valueName);
         const REGSAM access = m_trace.oneOf(rights);
         DWORD type = m_trace.oneOf(types);
         DWORD number = m_trace.oneIn(50) ? 0x80000000 : m_trace.below(12);
-        Bytes data = bytes();
+        std::vector<BYTE> data = bytes();
         auto size = static_cast<DWORD>(data.size());
         BYTE* const out = m_trace.oneIn(6) ? nullptr : data.data();
         wchar_t text[400] = L"????????";
@@ -81,9 +83,8 @@ public:
         DWORD counts[6] = {};
         HKEY opened = nullptr;
         LSTATUS status = ERROR_SUCCESS;
-        m_trace.start(call);
-        m_trace.say(index, handle != key.handle.get(), subKey, valueName, access, type, number, size,
-                    out != nullptr, length);
+        m_trace.start(call, index, handle != key.handle.get(), subKey, valueName, access, type, number, size,
+                      out != nullptr, length);
 
         if (call == u"create") {
             status = RegCreateKeyExW(handle, wide(subKey), 0, nullptr, 0, access, nullptr, &opened, &number);
@@ -110,20 +111,19 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status =
-                RegDeleteTreeW(handle, wide(subKey)); // differs in what it leaves when it fails on its way
+            status = RegDeleteTreeW(handle, wide(subKey)); // differs in what it leaves when it fails
             status = subKey.empty() ? status != ERROR_SUCCESS : status; // and in which of two errors it gives
-        } else if (call == u"close" && index < m_keys.size()) {
-            const HKEY closed = m_keys[index].handle.release();
-            m_keys.erase(m_keys.begin() + static_cast<std::ptrdiff_t>(index));
+        } else if (call == u"close" && !isRoot) {
+            const HKEY closed = key.handle.release();
             status = RegCloseKey(closed);
-            number =
-                static_cast<DWORD>(RegCloseKey(closed)); // later, the system may have given it to another key
+            number = DWORD(RegCloseKey(closed)); // later, the system may have given it to another key
         } else if (call == u"root") {
             makeRoot(); // it may have been deleted
         }
         m_trace.say(status, opened != nullptr, type, number, size, data, length, utf16(text), counts);
-        keep({OwnedKey(opened), access});
+        if (opened != nullptr) {
+            m_trace.oneOf(m_keys) = {OwnedKey(opened), access};
+        }
     }
 
 private:
@@ -131,32 +131,20 @@ private:
 
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
-    HKEY none() { return m_trace.oneIn(2) ? nullptr : reinterpret_cast<HKEY>(ULONG_PTR{0x7654321}); }
-
     /// What is set, and the room for what is read, at least a unit: differs. Two more bytes than are set tell
     /// that no terminator is looked for behind them, which differs, too.
-    Bytes bytes()
+    std::vector<BYTE> bytes()
     {
-        Bytes bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');
+        std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');
         for (std::size_t i = 2; i < bytes.size(); ++i) {
             bytes[i - 2] = static_cast<BYTE>(m_trace.oneIn(3) ? 0 : m_trace.below(256));
         }
         return bytes;
     }
 
-    void keep(Key key)
-    {
-        constexpr std::size_t most = 12;
-        if (key.handle != nullptr && m_keys.size() == most) {
-            m_keys[m_trace.below(most)] = std::move(key);
-        } else if (key.handle != nullptr) {
-            m_keys.push_back(std::move(key));
-        }
-    }
-
     Trace& m_trace;
     Key m_root;
-    std::vector<Key> m_keys;
+    Key m_keys[12];
 };
 
 TEST(Agreement, OfTheRegistry)

@@ -3,16 +3,14 @@
 // deliberately differs (winhost/README.md) the calls stay away, said there with "differs".
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <iterator>
 #include <string>
-#include <type_traits>
-#include <vector>
 
 namespace agreement {
 
 using Text = std::u16string; // of which no library takes the size to be another
-using Bytes = std::vector<unsigned char>;
 
 inline const wchar_t* wide(const Text& text)
 {
@@ -36,39 +34,25 @@ public:
         return static_cast<std::uint32_t>((m_random >> 33) % limit);
     }
     bool oneIn(std::size_t many) { return below(many) == 0; }
-
-    template <typename List>
-    const auto& oneOf(const List& all)
-    {
-        return all[below(std::size(all))];
-    }
+    auto& oneOf(auto& all) { return all[below(std::size(all))]; }
 
     /// One of the words that "|" separates.
     Text word(std::u16string_view words);
 
-    /// Starts the line of the next call.
-    void start(const Text& call);
-
-    /// Numbers, texts and bytes of the call or of its answer.
-    template <typename... Parts>
-    void say(const Parts&... parts)
+    /// Adds numbers, texts and bytes of a call or of its answer; each call has a line.
+    void start(const Text& call, const auto&... parts)
     {
-        (sayOne(parts), ...);
+        text += '\n';
+        say(call, parts...);
     }
+    void say(const auto&... parts) { (add(parts), ...); }
 
-    std::vector<std::string> lines;
+    std::string text;
 
 private:
-    template <typename Part>
-    void sayOne(const Part& part)
-    {
-        if constexpr (std::is_integral_v<Part>) {
-            lines.back() += ' ' + std::to_string(part);
-        } else {
-            sayUnits({std::begin(part), std::end(part)});
-        }
-    }
-    void sayUnits(const Text& units);
+    void add(const std::integral auto& number) { text += ' ' + std::to_string(number); }
+    void add(const auto& units) { addUnits({std::begin(units), std::end(units)}); }
+    void addUnits(const Text& units);
 
     std::uint64_t m_random;
 };

@@ -1,9 +1,8 @@
 // The locks, and what is worked out once.
 #include "support/test.h"
 
-#include <atomic>
-#include <chrono>
-#include <thread>
+#include <future>
+#include <latch>
 
 namespace {
 
@@ -12,23 +11,17 @@ using namespace testing_support;
 TEST(Locks, LetOneThreadInAtATime)
 {
     RkLocker locker;
-    std::atomic<bool> isThere = false;
-    std::atomic<bool> isIn = false;
+    std::latch both(2);
     locker.lock();
-    std::thread other([&] {
-        isThere = true;
+    const std::future<void> other = std::async(std::launch::async, [&] {
+        both.arrive_and_wait();
         locker.lock();
-        isIn = true;
         locker.unlock();
     });
-    while (!isThere) {
-        std::this_thread::yield();
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    EXPECT_FALSE(isIn);
+    both.arrive_and_wait();
+    EXPECT_EQ(other.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
     locker.unlock();
-    other.join();
-    EXPECT_TRUE(isIn);
+    other.wait();
     locker.lock(); // it has left
     locker.unlock();
 }
@@ -44,14 +37,11 @@ TEST(Locks, PublishTheTextOfWhoComesFirst)
                 const Patch first = pretendExecutable("C:\\First\\app.exe");
                 velaGetProduct()->userDataCachePath();
             }
-            real(lock);
             ++held;
+            real(lock);
         });
     const Patch release = intercept<"ReleaseSRWLockExclusive", decltype(ReleaseSRWLockExclusive)>(
-        [&](auto real, SRWLOCK* lock) {
-            --held;
-            real(lock);
-        });
+        [&](auto real, SRWLOCK* lock) { --held, real(lock); });
     EXPECT_EQ(utf8(velaGetProduct()->userDataCachePath()), "C:\\First\\UserDataCache");
     EXPECT_EQ(held, 0);
 }
@@ -59,27 +49,22 @@ TEST(Locks, PublishTheTextOfWhoComesFirst)
 TEST(Locks, GiveThreadsThatComeFirstTogetherTheSame) // ThreadSanitizer sees what they share
 {
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
-    std::string seen[8];
-    std::atomic<int> arrived = 0;
-    std::vector<std::thread> threads; // libc++ has no jthread yet
-    for (std::string& each : seen) {
-        threads.emplace_back([&] {
-            for (++arrived; arrived < 8;) {
-                std::this_thread::yield();
-            }
+    std::latch all(8);
+    std::future<std::string> seen[8];
+    for (auto& each : seen) {
+        each = std::async(std::launch::async, [&all] {
             wchar_t path[1024] = {};
+            all.arrive_and_wait();
             GetProgramPath(path, 1024);
-            each = utf8(path) + utf8(GetCurrentLanguageLocalName()) + utf8(velaGetProduct()->helpFilePath()) +
+            return utf8(path) + utf8(GetCurrentLanguageLocalName()) + utf8(velaGetProduct()->helpFilePath()) +
                    utf8(velaGetProduct()->userDataCachePath()) + utf8(GetVelaArchitectrueCommandNamePrefix());
         });
     }
-    for (std::thread& thread : threads) {
-        thread.join();
+    const std::string first = seen[0].get();
+    EXPECT_NE(first.find("English"), std::string::npos) << first;
+    for (int i = 1; i < 8; ++i) {
+        EXPECT_EQ(seen[i].get(), first);
     }
-    for (const std::string& each : seen) {
-        EXPECT_EQ(each, seen[0]);
-    }
-    EXPECT_NE(seen[0].find("English"), std::string::npos) << seen[0];
 }
 
 } // namespace
