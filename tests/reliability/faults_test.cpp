@@ -12,8 +12,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 // ---- Faults
 
 constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // of an allocation, which may be thrown on

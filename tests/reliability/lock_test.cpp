@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace testing_support;
-
 TEST(Locks, LetOneThreadInAtATime)
 {
     RkLocker locker;

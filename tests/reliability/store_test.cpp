@@ -18,7 +18,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using namespace testing_support;
 using Clock = std::chrono::steady_clock;
 
 const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // by the full amounts
