@@ -55,23 +55,6 @@ TEST(Agreement, OfPaths)
     });
 }
 
-TEST(Agreement, OfTextComparison)
-{
-    expectAgreement("texts", [](Trace& trace) {
-        for (int call = 0; call < 2000; ++call) {
-            Text texts[2];
-            for (std::uint32_t i = trace.below(8); i > 0; --i) {
-                texts[i % 2] += trace.word(u"a|A|b|B|_|[|\u00DF|s|S|\u0436|\u0416|\xD800");
-            }
-            const std::size_t common = std::min(texts[0].size(), texts[1].size());
-            const int length = static_cast<int>(trace.below(common + 2)) - 1;
-            const BOOL ignoreCase = static_cast<BOOL>(trace.below(2));
-            trace.start(u"compare", texts[0], texts[1], length, ignoreCase);
-            trace.say(CompareStringOrdinal(wide(texts[0]), length, wide(texts[1]), length, ignoreCase));
-        }
-    });
-}
-
 /// Every unit in order, and whether it is the same as the one before.
 TEST(Agreement, OfTheCaseOfUnits)
 {

@@ -68,7 +68,6 @@ TEST(Cpp20, TellsWhatFailed)
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     EXPECT_FALSE(rkuinfo::get<double>(settings, L"Value", error));
     EXPECT_EQ(error, TarvoConfig::eNotFound);
-    EXPECT_STREQ(error.category().name(), "rkuinfo");
     EXPECT_EQ(utf8(rkuinfo::text(GetRegistryVersionRootKey)), "Software\\Acme\\Widget\\2018");
     std::set<std::string> messages;
     for (int code = 0; code < 8; ++code) {

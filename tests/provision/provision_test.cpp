@@ -35,11 +35,6 @@ TEST(Provision, CreatesTheTreeAndThenLeavesItAlone)
     const std::string before = software();
     EXPECT_EQ(CreateConfigReg(), eRegistryError) << "before start-up";
     EXPECT_EQ(software(), before);
-    setRaw(HKEY_CURRENT_USER, "Software\\NORVIK", "CurProduct", dword(0));
-    EXPECT_EQ(CreateConfigReg(), eRegistryError); // tells a company that is there
-    EXPECT_EQ(software(),
-              before + "[Software\\NORVIK]\nCurProduct=" + testing::PrintToString(text("TARVO")) + '\n');
-    removeKey(HKEY_CURRENT_USER, "Software\\NORVIK");
     const std::string profile(300, 'p'); // longer than one that is read back
     ASSERT_EQ(startAcme(Wide(profile)), eOk);
     const std::string expected = provisioned(profile, true);
