@@ -32,11 +32,8 @@ TEST_F(Ini, ValuesByType)
         EXPECT_EQ(text, error == eOk ? read : "kept") << utf8(key);
     }
     long number = 77;
-    EXPECT_EQ(config.readIniInt(L"S", nullptr, number, L"TARVO.ini"), eNotFound);
     EXPECT_EQ(config.readIniInt(L"S", L"a", number, L"none.ini"), eNotFound);
     EXPECT_EQ(number, 77);
-    EXPECT_EQ(config.readIniInt(L"S", L"b", number, L"TARVO.ini"), eNotFound);
-    EXPECT_EQ(number, -5);
     for (const auto& [size, expected] : {std::pair(7UL, "0xxxxx"), {3, "0x"}, {2, "1"}, {0, "1"}}) {
         wchar_t out[16] = L"";
         const Error error = config.readIniString(L"S", L"long", out, size, L"TARVO.ini");
@@ -53,9 +50,8 @@ TEST_F(Ini, PathsHave1022CharactersAndAFolder)
     Patch folderless = pretendExecutable("cad.exe");
     EXPECT_EQ(config.getIniFilePath(out, L"TARVO.ini"), eInvalidInput);
     folderless.reset();
-    for (const std::size_t length : {1022U, 1023U, 5000U}) {
-        const bool fits = length == 1022;
-        const std::string name(length - folder.size(), 'x');
+    for (const bool fits : {true, false}) {
+        const std::string name((fits ? 1022 : 1023) - folder.size(), 'x');
         EXPECT_EQ(config.getIniFilePath(out, Wide(name)), fits ? eOk : eInvalidInput);
         EXPECT_EQ(utf8(out), folder + (fits ? name : ""));
         EXPECT_EQ(config.getIniValue(L"S", L"a", value, eInt, Wide(name)), fits ? eNotFound : eInvalidInput);

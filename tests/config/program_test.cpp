@@ -64,8 +64,6 @@ TEST(Program, PathsHaveTheLimitsOfThePlatform)
         EXPECT_EQ(GetHelpFilePath(out, 1100), length == 1015 ? 1025 : 0);
         EXPECT_EQ(utf8(out), length == 1015 ? folder(length) + "RKHelp.exe" : "#");
     }
-    const Patch pretended = pretendExecutable(folder(900) + "y/" + std::string(200, 'y'));
-    EXPECT_EQ(pathOf(GetProgramPath, 1000), folder(900) + "y/"); // of a path that was cut
 }
 
 TEST(Program, ResourceLibrariesAreLoadedFromTheFolderThenByName)

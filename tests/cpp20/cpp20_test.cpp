@@ -69,11 +69,7 @@ TEST(Cpp20, TellsWhatFailed)
     EXPECT_FALSE(rkuinfo::get<double>(settings, L"Value", error));
     EXPECT_EQ(error, TarvoConfig::eNotFound);
     EXPECT_EQ(utf8(rkuinfo::text(GetRegistryVersionRootKey)), "Software\\Acme\\Widget\\2018");
-    std::set<std::string> messages;
-    for (int code = 0; code < 8; ++code) {
-        messages.insert(rkuinfo::category().message(code));
-    }
-    EXPECT_EQ(messages.size(), 8u);
+    EXPECT_EQ(error.message(), "not found");
 }
 
 TEST(Cpp20, WalksItemsAndValues)

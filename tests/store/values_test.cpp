@@ -1,6 +1,5 @@
 // The typed value, and how the registry keeps each.
 #include "store.h"
-#include "support/recorder.h"
 
 namespace {
 
@@ -137,16 +136,6 @@ TEST(Variant, BlocksByTypeAndSize)
         EXPECT_EQ(block == nullptr ? 0 : *static_cast<const std::int32_t*>(block), recorded);
         std::free(block);
     }
-}
-
-TEST(Variant, FailureIsRecordedThenThrownByPointer)
-{
-    const Recorder recorder;
-    VelaVariant value;
-    value.setString(L"before");
-    EXPECT_EQ(thrownCode([&] { value.setBinary("x", -1); }), 3);
-    EXPECT_EQ(recorder.recorded.size(), 1U);
-    EXPECT_EQ(describe(value), withoutBlock(VelaVariant::eBinary));
 }
 
 // ---- The value in the registry
