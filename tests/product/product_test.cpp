@@ -97,7 +97,6 @@ TEST(Version, ProgramName)
 {
     const std::string longFolder = "Z:\\" + std::string(1009, 'x') + '\\';
     const std::pair<std::string, std::string> rows[] = {
-        {"C:\\Apps\\a.b.exe", "a.b"},
         {"C:\\a.b\\cad", "cad"},
         {"C:/Apps/Cad/cad.exe", "cad"},
         {"cad.exe", "cad.exe"},

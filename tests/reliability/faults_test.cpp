@@ -303,19 +303,13 @@ protected:
         for (auto* const function :
              {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
               GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
-              GetVelaUserDataCacheLanPath, GetUserApplicationDataPath, GetUserApplicationDataSupportPath,
-              GetUserApplicationDataPlottersPath, GetUserApplicationDataCrashReportPath,
-              GetUserApplicationDataPrintstylePath, GetUserLocalApplicationDataTemplatePath}) {
+              GetVelaUserDataCacheLanPath, GetUserApplicationDataPrintstylePath,
+              GetUserLocalApplicationDataTemplatePath}) {
             add([function] { return said(function); });
         }
         for (int call = 0; call < 2; ++call) { // from a library that is not loaded, then is
             add([] { return utf8(GetCurrentLanguageLocalName()); });
         }
-        add([] {
-            wchar_t name[1024] = {};
-            unsigned long size = 1024;
-            return GetCurrentProfileName(name, size) != 0 ? utf8(name) : "failed";
-        });
         add([] { return said([](wchar_t* path) { return GetResourceDllPath(path, 1024); }); });
         add([] { return said([](wchar_t* path) { return GetHelpFilePath(path, 1024); }); });
         add([] { return said(LoadResourceDll(L"RkUInfoRes.dll")); });
@@ -323,11 +317,6 @@ protected:
         add([] { return utf8(velaGetProduct()->helpFilePath()); });
         add([] { return utf8(GetVelaArchitectrueCommandNamePrefix()); });
         add([] { return std::to_string(GetVelaIniOEMMergeTitleValue(-5)); });
-        add([] {
-            VelaVariant value;
-            GetVelaIniConfigValue(L"Product", L"ProductName", value, VelaVariant::eString);
-            return utf8(value.getString());
-        });
     }
 
     void injectIntoStartUps()

@@ -176,7 +176,6 @@ TEST_F(RegistryCalls, OfAWalk)
         {[&] { return m_config.getValue(items, L"n", value); }, "open", "key, open Sub r = 5", 1},
         {[&] { return m_config.setValue(items, L"/n/", m_text); }, "", "key, open Sub w, set /n/ 1 10", 0},
         {[&] { return m_config.setValue(items, L"n", m_text); }, "set", "key, open Sub w, set n 1 10 = 5", 5},
-        {[&] { return m_config.setValue(items, L"n", m_text); }, "open", "key, open Sub w = 5", 1},
         {[&] { return items.step(); }, "", "", 0},
         {[&] { return m_config.getValue(items, L"n", value); }, "", "key 1 = 259", 4},
         {[&] { return m_config.setValue(items, L"n", m_text); }, "", "key 1 = 259", 4},
@@ -216,8 +215,7 @@ TEST_F(Operations, TakePathsUpToALimit)
                           length == limit);
             }
         }
-        for (const std::size_t length : {1023u, 1024u, 5000u}) { // of the argument alone
-            SCOPED_TRACE(operation.name + " of " + std::to_string(length));
+        for (const std::size_t length : {1023u, 1024u}) { // of the argument alone
             const bool isTaken = length == 1023;
             EXPECT_EQ(accepts(eSettings, std::string(length, 'x')), isTaken && !operation.last.empty());
             EXPECT_EQ(accepts(eSettings, std::string(length, '/')), isTaken && cuts);
