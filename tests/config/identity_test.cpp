@@ -16,12 +16,10 @@ TEST_F(Identity, IsReadFromRegistryIniAndDefault)
     // What the registry remembers, the INI file, and the names that follow.
     const std::tuple<std::optional<RawValue>, std::string, std::string, std::string> rows[] = {
         {{}, "", "Norvik", "TARVO"},
-        {{}, "[Product]\r\nCompanyName=\r\nProductName=\r\n", "Norvik", "TARVO"},
         {{}, "[Product]\r\nCompanyName=" + x254 + "\r\nProductName=" + x254, x253, x253},
         {text(x254), ini, "Acme", x254},
         {text(x254 + 'x'), ini, "Acme", "Widget"},
         {RawValue{REG_SZ, text(x254 + 'x').bytes.substr(0, 510)}, ini, "Acme", x254 + 'x'}, // no terminator
-        {text(""), ini, "Acme", "Widget"},
         {dword(0x410041), ini, "Acme", "Widget"},
         {RawValue{REG_EXPAND_SZ, text("Gadget").bytes}, "", "Norvik", "TARVO"},
     };

@@ -53,7 +53,6 @@ TEST(Provision, KeepsAStoredProfileAndReplacesWhatIsNone)
     const std::pair<RawValue, std::string> rows[] = {
         {text(longest), longest},
         {text(longest + 'p'), "Draft"},
-        {text("draft"), "draft"},
         {text(""), "Draft"},
         {dword(7), "Draft"},
         {{REG_EXPAND_SZ, Wide("Work").bytes()}, "Draft"},
