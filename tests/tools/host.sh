@@ -76,6 +76,15 @@ expect 1 rkuinfo get settings before
 expect $'3001 of 3001' script -qec "$app/rkuinfo --company Acme --product Widget import settings --file $app/large.json" /dev/null
 expect $'last' rkuinfo search settings last
 
+# The registry editor's format.
+as_reg() {
+    rkuinfo set settings Reg/bytes binary "$(printf '%052d' 0)"
+    rkuinfo set settings Reg/int int 5
+    rkuinfo set settings Reg/long int64 5
+    rkuinfo export settings Reg --format reg | iconv -f UTF-16
+}
+expect $'00,\\\r\n  00,00,00,00\r\n"int"=dword:00000005\r\n"long"=hex(b):05,00,00,00,00,00,00,00\r\n' as_reg
+
 printf '[Product]\n' >"$app/TARVO.ini"
 chmod 0 "$app/TARVO.ini"
 expect $'ini-unreadable\t' without_rights "$app/rkuinfo" doctor
