@@ -5,7 +5,7 @@ namespace {
 
 TEST(Language, IsFoundByItsNumberAndItsName)
 {
-    std::string localNames;
+    std::string localNames, globalNames;
     for (long index = 0; index < 15; ++index) {
         const TarvoLanguage language(index);
         EXPECT_EQ(language.language(), index);
@@ -19,9 +19,12 @@ TEST(Language, IsFoundByItsNumberAndItsName)
         wchar_t name[64] = {};
         LoadStringW(LoadLibraryW(Wide(windowsPath(file))), static_cast<UINT>(1001 + index), name, 64);
         localNames += utf8(name) + ' ';
+        globalNames += utf8(language.globalName()) + ' ';
     }
     EXPECT_EQ(localNames, "Čeština Deutsch English Español Français Magyar Italiano 日本語 한국어 Polski "
                           "Português (Brasil) Русский Türkçe 简体中文 繁體中文 ");
+    EXPECT_EQ(globalNames, "Czech German English Spanish French Hungarian Italian Japanese Korean Polish "
+                           "Portuguese Russian Turkish Simplified Chinese Traditional Chinese ");
     for (const long index : {-1L, -2L, 15L, 0x7FFFFFFFL}) {
         const TarvoLanguage unknown(index);
         EXPECT_EQ(utf8(unknown.shortName()) + utf8(unknown.globalName()), "unknownunknown");

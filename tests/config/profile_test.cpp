@@ -82,6 +82,7 @@ TEST(Profile, IsReadAndThatOfTheCommandLineReplacesIt)
     // What is stored; what is read, nothing where "Default" is given and stored; whether "Work" replaces it.
     const std::tuple<std::optional<RawValue>, std::string, bool> rows[] = {
         {std::nullopt, "", false},
+        {text(""), "", false},
         {text("wORK"), "wORK", false},
         {text(n126), n126, true},
         {text(n127), "", true}, // 256 bytes with its terminator

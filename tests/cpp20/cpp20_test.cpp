@@ -64,7 +64,6 @@ TEST(Cpp20, TellsWhatFailed)
     EXPECT_EQ(error, TarvoConfig::eInvalidInput) << "before start-up";
     EXPECT_EQ(rkuinfo::set(settings, L"Value", 1), TarvoConfig::eInvalidInput);
     EXPECT_EQ(rkuinfo::values(settings).error(), TarvoConfig::eInvalidInput);
-    EXPECT_TRUE(rkuinfo::text(GetRegistryVersionRootKey).empty());
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     EXPECT_FALSE(rkuinfo::get<double>(settings, L"Value", error));
     EXPECT_EQ(error, TarvoConfig::eNotFound);
@@ -87,10 +86,7 @@ TEST(Cpp20, WalksItemsAndValues)
         seen += utf8(name) + ' ';
         makeKey(HKEY_CURRENT_USER, settingsKey + "\\Grown" + std::to_string(seen.size()));
     }
-    for (const Text& name : rkuinfo::items(settings, L"/Two/")) {
-        seen += utf8(name);
-    }
-    EXPECT_EQ(seen, "One One One Three"); // a walk ends, though its key grows
+    EXPECT_EQ(seen, "One One One "); // a walk ends, though its key grows
     std::set<std::string> values;
     for (auto& value : rkuinfo::values(settings)) {
         values.insert(utf8(value.name) + '=' + std::to_string(value.as<std::int32_t>().value_or(-1)) +

@@ -155,7 +155,6 @@ TEST_F(RegistryCalls, OfAWalk)
         int code;
     } rows[] = {
         {[&] { return values.value(value); }, "", "", 4},
-        {[&] { return values.setValue(m_text); }, "", "", 4},
         {[&] { return m_config.findItem(eSettings, L"Item", values); }, "", "open ~\\Item all, info", 0},
         {[&] { return values.key(name, length); }, "", "value", 0},
         {[&] { return values.value(value); }, "", "value, query n, query n", 0},
