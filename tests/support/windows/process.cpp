@@ -4,6 +4,7 @@
 #include "support/isolation.h"
 #include "support/registry.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <regex>
 
@@ -49,7 +50,10 @@ void shareWithChildren(const char* variable, const std::string& value)
 void joinHome()
 {
     // A process that crashes ends so, without a debugger.
-    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { return EXCEPTION_EXECUTE_HANDLER; });
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS* crash) -> LONG {
+        std::fprintf(stderr, "crashed by exception %lX\n", crash->ExceptionRecord->ExceptionCode);
+        return EXCEPTION_EXECUTE_HANDLER;
+    });
     redirect(HKEY_LOCAL_MACHINE, "Machine");
     redirect(HKEY_CURRENT_USER, "User"); // last: the keys are of the real one
 }
