@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <deque>
+#include <fstream>
 #include <pwd.h>
 #include <random>
 #include <shlobj.h>
