@@ -37,9 +37,7 @@ TEST(RkOsBase, BothWindows8AreVersion8)
          {std::tuple(5UL, 2UL, 5), {6UL, 1UL, 6}, {6UL, 2UL, 8}, {6UL, 3UL, 8}, {10UL, 2UL, 10}}) {
         pretended[0] = static_cast<DWORD>(major);
         pretended[1] = static_cast<DWORD>(minor);
-        unsigned long told = 0;
-        EXPECT_EQ(velaGetWindowsVersion(nullptr, &told, nullptr), result);
-        EXPECT_EQ(told, minor);
+        EXPECT_EQ(velaGetWindowsVersion(nullptr, nullptr, nullptr), result);
     }
 }
 
