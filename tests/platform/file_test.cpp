@@ -17,8 +17,8 @@ std::string iniValue(const fs::path& file, LPCWSTR key)
 TEST(IniFile, IsReadWhereItIsOne)
 {
     const fs::path file = scratchFolder() / "big.ini";
-    const std::string line =
-        std::string(70'000, 'x') + "\xF4\x8F\xBF\xBF"; // the last character that there is
+    const std::string line = std::string(70'000, 'x') + // then the least of each length, and the last of all
+                             "\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
     writeFile(file, "\xEF\xBB\xBF[s]\n" + std::string(900'000, ';') + "\nline=" + line + "\nend=1");
     EXPECT_EQ(iniValue(file, L"line"), line);
     EXPECT_EQ(iniValue(file, L"end"), "1");
