@@ -81,9 +81,10 @@ as_reg() {
     rkuinfo set settings Reg/bytes binary "$(printf '%052d' 0)"
     rkuinfo set settings Reg/int int 5
     rkuinfo set settings Reg/long int64 5
+    rkuinfo set settings Reg/text string x
     rkuinfo export settings Reg --format reg | iconv -f UTF-16
 }
-expect $'00,\\\r\n  00,00,00,00\r\n"int"=dword:00000005\r\n"long"=hex(b):05,00,00,00,00,00,00,00\r\n' as_reg
+expect $'00,\\\r\n  00,00,00,00\r\n"int"=dword:00000005\r\n"long"=hex(b):05,00,00,00,00,00,00,00\r\n"text"="x"\r\n' as_reg
 
 printf '[Product]\n' >"$app/TARVO.ini"
 chmod 0 "$app/TARVO.ini"
