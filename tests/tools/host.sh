@@ -54,6 +54,19 @@ mkdir -p "$app/damaged/winhost"
 printf 'no registry' >"$app/damaged/winhost/registry.db"
 expect $'registry\tHKEY_CURRENT_USER: the registry is damaged' env XDG_DATA_HOME="$app/damaged" "$app/rkuinfo" doctor
 
+# EXPECTED CONTENT [ENCODING]: what the import of such a file says.
+importing() {
+    printf '%b' "$2" | iconv -t "${3:-UTF-8}" >"$app/file"
+    expect "$1" rkuinfo import settings --file "$app/file"
+}
+importing '/keys/1/name: the name is there twice' '{"values": [], "keys": [{"name": "K", "values": [], "keys": []}, {"name": "k", "values": [], "keys": []}]}'
+importing '/values/0/value: no usable value' '{"values": [{"name": "x", "type": "binary", "value": "0g"}], "keys": []}'
+importing '/values/0/name: no usable name of a value' '{"values": [1], "keys": []}'
+editor='Windows Registry Editor Version 5.00\r\n[HKEY_CURRENT_USER\\Software\\Acme\\Widget\\2018\\en-US\\Settings'
+importing 'line 3: a text has no quotation mark' "$editor]\r\n\"open" UTF-16
+importing 'line 3: no usable name of a value' "$editor]\r\n\"$(printf %01024d 0)\"=\"\"" UTF-16
+importing 'line 2: the keys are nested too deeply' "$editor$(printf '\\\\k%.0s' {1..600})]" UTF-16
+
 # An import that is refused in between: at the limit of a file's size, as on a full disk.
 {
     echo '{"keys": [], "values": ['
