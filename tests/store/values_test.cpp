@@ -183,7 +183,6 @@ TEST_F(Codec, ReadsByStoredType)
         {dword(0x80000000), "1/8 -2147483648 0 0 '' -"},
         {{REG_DWORD, "\1\1"}, "1/8 257 0 0 '' -"},
         {{REG_DWORD, "12345"}, ""},
-        {{REG_QWORD, ""}, "2/12 0 0 0 '' -"},
         {{REG_QWORD, "\1\1\1\1\1\1\1"}, "2/12 0 282578800148737 0 '' -"},
         {{REG_EXPAND_SZ, abc}, ""},
         {{REG_MULTI_SZ, abc + text("").bytes}, ""},
