@@ -24,7 +24,8 @@ Text relativePath(Trace& trace, std::u16string_view components, std::u16string_v
 {
     Text path;
     for (std::uint32_t more = trace.below(5); more > 0; --more) {
-        path += trace.word(components) + trace.word(separators);
+        const Text separator = trace.word(separators);
+        path += trace.word(components) + separator;
     }
     return trace.oneIn(8) ? path : path + trace.word(components);
 }
@@ -33,7 +34,8 @@ Text relativePath(Trace& trace, std::u16string_view components, std::u16string_v
 Text pathText(Trace& trace)
 {
     static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');
-    Text path = trace.word(u"||\\|Z:\\|c:\\|\\\\srv\\") + relativePath(trace, components, u"\\");
+    Text path = relativePath(trace, components, u"\\");
+    path = trace.word(u"||\\|Z:\\|c:\\|\\\\srv\\") + path;
     path += path.ends_with(u"..") ? u"\\z" : u"";
     path = trace.oneIn(6) ? trace.word(u"|Z:|Z:b|\\\\srv") : path;
     trace.say(path);

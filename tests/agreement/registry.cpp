@@ -16,7 +16,9 @@ Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
         static const std::size_t lengths[] = {246, 247, 248, 254, 255, 256, 257, 300};
-        return Text(trace.oneOf(lengths) - 1, trace.oneIn(2) ? u'l' : u'L') + trace.word(u"l|L|m");
+        const Text last = trace.word(u"l|L|m");
+        const char16_t unit = trace.oneIn(2) ? u'l' : u'L';
+        return Text(trace.oneOf(lengths) - 1, unit) + last;
     }
     return trace.word(trace.oneIn(2)
                           ? u"a|A|b|Name|nAME"

@@ -1,6 +1,7 @@
 // Calls of the system at random, and what they answer. A seed makes the same calls on every system, so equal
-// traces mean that the systems agree: digests.txt has what Wine and winhost both give. Where winhost
-// deliberately differs (winhost/README.md) the calls stay away, said there with "differs".
+// traces mean that the systems agree: digests.txt has what Wine and winhost both give. No expression chooses
+// twice, since compilers differ in what they evaluate first. Where winhost deliberately differs
+// (winhost/README.md) the calls stay away, said there with "differs".
 #pragma once
 
 #include <concepts>
