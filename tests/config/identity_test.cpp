@@ -7,7 +7,7 @@ using enum TarvoConfig::Error;
 
 using Identity = ApplicationTest;
 
-constexpr char ini[] = "[Product]\r\nCompanyName=Acme\r\nProductName=Widget\r\n";
+constexpr char acme[] = "[Product]\r\nCompanyName=Acme\r\nProductName=Widget\r\n";
 const std::string x253(253, 'x');
 const std::string x254 = x253 + 'x';
 
@@ -17,10 +17,10 @@ TEST_F(Identity, IsReadFromRegistryIniAndDefault)
     const std::tuple<std::optional<RawValue>, std::string, std::string, std::string> rows[] = {
         {{}, "", "Norvik", "TARVO"},
         {{}, "[Product]\r\nCompanyName=" + x254 + "\r\nProductName=" + x254, x253, x253},
-        {text(x254), ini, "Acme", x254},
-        {text(x254 + 'x'), ini, "Acme", "Widget"},
-        {RawValue{REG_SZ, text(x254 + 'x').bytes.substr(0, 510)}, ini, "Acme", x254 + 'x'}, // no terminator
-        {dword(0x410041), ini, "Acme", "Widget"},
+        {text(x254), acme, "Acme", x254},
+        {text(x254 + 'x'), acme, "Acme", "Widget"},
+        {RawValue{REG_SZ, text(x254 + 'x').bytes.substr(0, 510)}, acme, "Acme", x254 + 'x'}, // no terminator
+        {dword(0x410041), acme, "Acme", "Widget"},
         {RawValue{REG_EXPAND_SZ, text("Gadget").bytes}, "", "Norvik", "TARVO"},
     };
     for (const auto& [remembered, iniText, company, product] : rows) {
@@ -40,7 +40,7 @@ TEST_F(Identity, IsReadFromRegistryIniAndDefault)
 
 TEST_F(Identity, OfAnArgumentKeepsOrderAndLimits)
 {
-    m_application.writeIni(ini);
+    m_application.writeIni(acme);
     setRaw(HKEY_CURRENT_USER, "Software\\" + x254, "CurProduct", text("Gadget"));
     Config config;
     EXPECT_EQ(config.buildRootPathFromCompany(), eInvalidInput);

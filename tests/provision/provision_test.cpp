@@ -5,10 +5,6 @@ namespace {
 
 using enum TarvoConfig::Error;
 
-const std::string company = "Software\\Acme";
-const std::string product = company + "\\Widget";
-const std::string profiles = product + "\\2018\\en-US\\Profiles";
-
 std::string software()
 {
     return tree(HKEY_CURRENT_USER, "Software");
@@ -17,15 +13,15 @@ std::string software()
 /// The tree that a successful call leaves, made with the system's own calls. Leaves the registry empty.
 std::string provisioned(const std::string& profile, bool withCurrentProduct)
 {
-    removeKey(HKEY_CURRENT_USER, company);
-    setRaw(HKEY_CURRENT_USER, product, "CurVer", text("2018"));
-    setRaw(HKEY_CURRENT_USER, product + "\\2018", "CurVer", text("en-US"));
-    setRaw(HKEY_CURRENT_USER, profiles, "", text(profile));
+    removeKey(HKEY_CURRENT_USER, acmeKey);
+    setRaw(HKEY_CURRENT_USER, acmeKey + "\\Widget", "CurVer", text("2018"));
+    setRaw(HKEY_CURRENT_USER, acmeKey + "\\Widget\\2018", "CurVer", text("en-US"));
+    setRaw(HKEY_CURRENT_USER, profilesKey, "", text(profile));
     if (withCurrentProduct) {
-        setRaw(HKEY_CURRENT_USER, company, "CurProduct", text("Widget"));
+        setRaw(HKEY_CURRENT_USER, acmeKey, "CurProduct", text("Widget"));
     }
     std::string result = software();
-    removeKey(HKEY_CURRENT_USER, company);
+    removeKey(HKEY_CURRENT_USER, acmeKey);
     return result;
 }
 
@@ -42,9 +38,9 @@ TEST(Provision, CreatesTheTreeAndThenLeavesItAlone)
         EXPECT_EQ(CreateConfigReg(), eOk);
         EXPECT_EQ(software(), expected);
     }
-    setRaw(HKEY_CURRENT_USER, company, "CurProduct", text("Gadget"));
+    setRaw(HKEY_CURRENT_USER, acmeKey, "CurProduct", text("Gadget"));
     EXPECT_EQ(CreateConfigReg(), eOk);
-    EXPECT_EQ(getRaw(HKEY_CURRENT_USER, company, "CurProduct"), text("Gadget"));
+    EXPECT_EQ(getRaw(HKEY_CURRENT_USER, acmeKey, "CurProduct"), text("Gadget"));
 }
 
 TEST(Provision, KeepsAStoredProfileAndReplacesWhatIsNone)
@@ -61,7 +57,7 @@ TEST(Provision, KeepsAStoredProfileAndReplacesWhatIsNone)
     ASSERT_EQ(startAcme(L"Draft"), eOk);
     for (const auto& [stored, kept] : rows) {
         const std::string expected = provisioned(kept, false); // the product key is there
-        setRaw(HKEY_CURRENT_USER, profiles, "", stored);
+        setRaw(HKEY_CURRENT_USER, profilesKey, "", stored);
         EXPECT_EQ(CreateConfigReg(), eOk);
         EXPECT_EQ(software(), expected) << testing::PrintToString(stored);
     }

@@ -123,14 +123,11 @@ struct Scenario
     bool isInTree = true; ///< or in an empty registry
 };
 
-const std::string company = "Software\\Acme";
-const std::string profilesKey = languageRoot + "\\Profiles";
-
 void makeTree()
 {
     const std::tuple<std::string, const char*, RawValue> values[] = {
-        {company, "CurProduct", text("Widget")},
-        {company + "\\Widget\\2018", "CurVer", text("en-US")},
+        {acmeKey, "CurProduct", text("Widget")},
+        {acmeKey + "\\Widget\\2018", "CurVer", text("en-US")},
         {profilesKey, "", text("Work")},
         {profilesKey + "\\Work\\CommonSettings", "CustomResFile", text("custom.res")},
         {settings + "\\UserConfig\\Config", "UIStyle", text("dark.tus")},
@@ -202,10 +199,10 @@ using Entries = std::set<std::string>;
 
 /// The keys of the registry and, behind their key, its values. A profile that cannot be read counts as the
 /// default one, which may then be stored.
-Entries entries()
+Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + testing::PrintToString(text("Default"));
-    std::istringstream in(tree(HKEY_CURRENT_USER, "Software"));
+    std::istringstream in(tree);
     Entries all;
     std::string key;
     for (std::string line; std::getline(in, line);) {
@@ -239,8 +236,7 @@ protected:
 
     void prepare(const Scenario& scenario)
     {
-        *velaConfig() = m_started;
-        removeKey(HKEY_CURRENT_USER, company);
+        removeKey(HKEY_CURRENT_USER, acmeKey);
         if (scenario.isInTree) {
             makeTree();
         }
@@ -260,13 +256,19 @@ protected:
         std::vector<Run> runs;
         fault = {};
         prepare(scenario);
-        const Entries before = entries();
-        do {
-            prepare(scenario); // all its calls are behind the last fault
+        const auto software = [] { return tree(HKEY_CURRENT_USER, "Software"); };
+        const std::string prepared = software();
+        const Entries before = entries(prepared);
+        for (std::string left = prepared; runs.empty() || fault.function != nullptr;) {
+            if (left != prepared) {
+                prepare(scenario); // all its calls are behind the last fault
+            }
+            *velaConfig() = m_started;
             fault = {runs.size()};
             const std::string outcome = outcomeOf(scenario);
-            runs.push_back({outcome, fault, entries(), m_keys.stillOpen() + m_searches});
-        } while (fault.function != nullptr);
+            left = software();
+            runs.push_back({outcome, fault, entries(left), m_keys.stillOpen() + m_searches});
+        }
         const Run& right = runs.back();
         EXPECT_NE(right.outcome, "") << scenario.name;
         for (const Run& run : runs) {
@@ -321,10 +323,10 @@ protected:
 
     void injectIntoStartUps()
     {
-        const auto start = [](const wchar_t* given, const wchar_t* product, const wchar_t* language) {
+        const auto start = [](auto... names) {
             return [=] {
                 *velaConfig() = Config();
-                return std::to_string(InitVelaConfig(given, product, language, L"Work"));
+                return std::to_string(InitVelaConfig(names..., L"Work"));
             };
         };
         const std::string startErrors = "5|7|ended by 1";

@@ -12,11 +12,6 @@ inline constexpr Error eOk = TarvoConfig::eOk;
 inline constexpr TarvoConfig::Path eSettings = TarvoConfig::eSettings;
 inline constexpr LSTATUS denied = ERROR_ACCESS_DENIED;
 
-/// The key paths of eLanguageRoot and eSettings after startAcme(). Not inline: texts that a file makes of
-/// them would be made before them.
-const std::string languageRoot = "Software\\Acme\\Widget\\2018\\en-US";
-const std::string settings = languageRoot + "\\Settings";
-
 /// A started configuration, of whose keys none is left open.
 class StoreTest : public testing::Test
 {

@@ -87,11 +87,11 @@ std::string tree(HKEY root, const std::string& path)
 {
     const OwnedKey key = openKey(root, path);
     std::string lines = key == nullptr ? "" : '[' + path + "]\n";
-    std::vector<wchar_t> name(16384); // the longest
+    static wchar_t name[16384]; // the longest
     for (const bool values : {true, false}) {
         DWORD length = 16384;
-        for (DWORD i = 0; enumerate(values, key.get(), i, name.data(), &length) == ERROR_SUCCESS; ++i) {
-            const std::string found = utf8(name.data());
+        for (DWORD i = 0; enumerate(values, key.get(), i, name, &length) == ERROR_SUCCESS; ++i) {
+            const std::string found = utf8(name);
             lines += values ? found + '=' + testing::PrintToString(getRaw(root, path, found).value()) + '\n'
                             : tree(root, path + '\\' + found);
             length = 16384;

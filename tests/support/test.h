@@ -22,6 +22,12 @@ namespace testing_support {
 
 using Error = TarvoConfig::Error;
 
+/// Key paths after startAcme(). Not inline: texts that a file makes of them would be made before them.
+const std::string acmeKey = "Software\\Acme";
+const std::string languageRoot = acmeKey + "\\Widget\\2018\\en-US";
+const std::string profilesKey = languageRoot + "\\Profiles";
+const std::string settings = languageRoot + "\\Settings";
+
 /// What a function writes into a buffer of 1024 characters that holds "?" and more behind that; after
 /// "failed: " where the length that it gives is 0.
 template <typename Function>
