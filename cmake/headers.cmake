@@ -3,7 +3,7 @@
 # another project, which may give it flags of its own.
 set(RKUINFO_HEADERS <windows.h> <algorithm> <filesystem> <memory> <optional> <string> <vector>)
 if(PROJECT_IS_TOP_LEVEL AND NOT MSVC)
-  file(TOUCH ${PROJECT_BINARY_DIR}/headers.cpp)
+  file(CONFIGURE OUTPUT headers.cpp CONTENT "")
   add_library(rkuinfo_headers OBJECT EXCLUDE_FROM_ALL ${PROJECT_BINARY_DIR}/headers.cpp)
   target_include_directories(rkuinfo_headers PRIVATE $<$<NOT:$<BOOL:${WIN32}>>:${PROJECT_SOURCE_DIR}/winhost/include>)
   target_link_libraries(rkuinfo_headers PRIVATE rkuinfo_flags)

@@ -6,7 +6,6 @@ run_fuzz() {
         echo "./dev fuzz takes the seconds for each target" >&2
         return 2
     }
-    need libclang-rt-dev
     build fuzz langpacks $(ls fuzz/corpus | sed 's/^/fuzz_/')
     for target in fuzz/corpus/*; do
         target=${target##*/}

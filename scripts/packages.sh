@@ -33,6 +33,7 @@ need_for() {
     visual-cpp*)
         need wine wine64 xvfb clang-19 clang-tools-19 lld-19 llvm-19 libc++-19-dev libwine-dev
         ;;
+    asan | fuzz) need libclang-rt-dev libsqlite3-dev pkgconf ;;
     *) need libsqlite3-dev pkgconf doxygen ;;
     esac
 }

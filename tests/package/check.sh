@@ -5,7 +5,7 @@
 #   check.sh hardening PREFIX IMPORTS [FLAG]...  what the Windows loader is told of the libraries, and what they import
 #   check.sh reproducible BUILD PRESET FILE...   the same sources give the same libraries, in another folder
 #   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  the client of tests/consumer is built and run
-#   check.sh pkgconfig PREFIX WORK         the same client without CMake
+#   check.sh pkgconfig PREFIX WORK         its module and what loads that, without CMake
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 mode=$1
@@ -97,9 +97,9 @@ check_pkgconfig() {
     # shellcheck disable=SC2086 # flags are words
     c++ -std=c++14 -fPIC -shared "$sources/module.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/module.so"
     # shellcheck disable=SC2086
-    c++ -std=c++20 "$sources/client.cpp" "$2/module.so" $flags -Wl,-rpath,"$1/lib" -o "$2/client"
+    c++ -std=c++14 "$sources/loader.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/loader"
     new_home "$2"
-    "$2/client"
+    "$2/loader" "$2/module.so"
 }
 
 case $mode in

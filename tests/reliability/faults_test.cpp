@@ -267,7 +267,8 @@ protected:
             fault = {runs.size()};
             const std::string outcome = outcomeOf(scenario);
             left = software();
-            runs.push_back({outcome, fault, entries(left), m_keys.stillOpen() + m_searches});
+            const Entries after = left == prepared ? before : entries(left);
+            runs.push_back({outcome, fault, after, m_keys.stillOpen() + m_searches});
         }
         const Run& right = runs.back();
         EXPECT_NE(right.outcome, "") << scenario.name;
@@ -345,10 +346,10 @@ protected:
         inject({"walk", walk, "*", eInSteps});
         using Paths = std::initializer_list<const wchar_t*>;
         const auto add = [this](int index, Paths paths, const std::string& errors, int version = 7) {
+            const Patch pretended = pretendVersion(version);
             for (const wchar_t* const path : paths) {
                 const Operation& operation = operations[index];
-                const auto run = [&operation, path, version] {
-                    const Patch pretended = pretendVersion(version);
+                const auto run = [&operation, path] {
                     VelaVariant value;
                     value.setString(L"kept");
                     const int error = operation.call(*velaConfig(), eSettings, path, value);

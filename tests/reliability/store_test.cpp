@@ -506,7 +506,7 @@ TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
     const fs::path folder = scratchFolder() / "storm";
     const std::string getAll = "get 0, get 1, get 2, get 3, get 4, get 5, get 6, get 7";
     const Process reader(folder); // all along
-    const int kills = isStressed ? 600 : 50;
+    const int kills = isStressed ? 600 : 30;
     std::minstd_rand random(2018);
     int finished = 0;
     for (int kill = 0; kill < kills; ++kill) {
@@ -528,7 +528,7 @@ TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
 TEST(Storm, ManyAtOnceDisturbNobody)
 {
     const fs::path folder = std::getenv("XDG_DATA_HOME"); // of this process too
-    const int seconds = isStressed ? 30 : 2;
+    const int seconds = isStressed ? 30 : 1;
     const auto end = Clock::now() + std::chrono::seconds(seconds);
     std::deque<Process> workers;
     for (int i = 0; i < 8; ++i) {
@@ -579,7 +579,7 @@ TEST(Store, NeverAnswersFromADamagedFileWhatIsWrong)
     ASSERT_GT(whole.begin()->second.size(), 200000U); // of the database; its log and the log's index follow
     std::minstd_rand random(2026);
     int allRight = 0;
-    const int files = isStressed ? 2000 : 60;
+    const int files = isStressed ? 2000 : 40;
     for (int file = 0; file < files; ++file) {
         int untilChanged = std::max(file % 5 - 2, 0); // most often the first
         for (const auto& [path, bytes] : whole) {
