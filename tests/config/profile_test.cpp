@@ -6,8 +6,6 @@ namespace {
 using enum TarvoConfig::Error;
 using enum TarvoConfig::Path;
 
-const std::string profilesKey = "Software\\Acme\\Widget\\2018\\en-US\\Profiles";
-
 std::optional<RawValue> currentProfile()
 {
     return getRaw(HKEY_CURRENT_USER, profilesKey, "");

@@ -12,8 +12,8 @@ using enum TarvoConfig::Path;
 
 using PathFunction = unsigned long (*)(wchar_t* const);
 
-const std::string languageRoot = "Software\\Norvik\\TARVO\\2018\\en-US";
-const std::string profiles = languageRoot + "\\Profiles";
+const std::string norvikRoot = "Software\\Norvik\\TARVO\\2018\\en-US";
+const std::string profiles = norvikRoot + "\\Profiles";
 const std::string failed = "failed: ";
 
 /// Start-up as the default product, with the names "Norvik" and "TARVO".
@@ -115,7 +115,7 @@ TEST_F(UserFolders, ATextThatIsStoredDecides)
     setRaw(HKEY_CURRENT_USER, profiles, "", text("Work"));
     for (const auto& [stored, resources, style] : rows) {
         setRaw(HKEY_CURRENT_USER, profiles + "\\Work\\CommonSettings", "CustomResFile", stored);
-        setRaw(HKEY_CURRENT_USER, languageRoot + "\\Settings\\UserConfig\\Config", "UIStyle", stored);
+        setRaw(HKEY_CURRENT_USER, norvikRoot + "\\Settings\\UserConfig\\Config", "UIStyle", stored);
         EXPECT_EQ(textOf(GetCustomResFileName), resources);
         EXPECT_EQ(textOf(GetVelaUIStyleConfigFilePath), style);
     }

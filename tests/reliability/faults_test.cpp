@@ -256,8 +256,7 @@ protected:
         std::vector<Run> runs;
         fault = {};
         prepare(scenario);
-        const auto software = [] { return tree(HKEY_CURRENT_USER, "Software"); };
-        const std::string prepared = software();
+        const std::string prepared = tree(HKEY_CURRENT_USER, "Software");
         const Entries before = entries(prepared);
         for (std::string left = prepared; runs.empty() || fault.function != nullptr;) {
             if (left != prepared) {
@@ -266,7 +265,7 @@ protected:
             *velaConfig() = m_started;
             fault = {runs.size()};
             const std::string outcome = outcomeOf(scenario);
-            left = software();
+            left = tree(HKEY_CURRENT_USER, "Software");
             const Entries after = left == prepared ? before : entries(left);
             runs.push_back({outcome, fault, after, m_keys.stillOpen() + m_searches});
         }
@@ -375,8 +374,7 @@ protected:
 TEST_F(Faults, LeaveEverythingWhole)
 {
     // The library finds RegDeleteTreeW by its name: as this, so that the program's own import can fail.
-    LSTATUS(*const deleteTree)
-    (HKEY, LPCWSTR) = [](auto key, auto path) { return RegDeleteTreeW(key, path); };
+    auto* const deleteTree = +[](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
     // Below the faults: what must not happen really, and what is to be balanced.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),

@@ -8,7 +8,6 @@
 #include <fstream>
 #include <pwd.h>
 #include <random>
-#include <shlobj.h>
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/socket.h>

@@ -4,7 +4,6 @@
 #include "support/test.h"
 
 #include <cstring>
-#include <optional>
 
 namespace testing_support {
 

@@ -87,14 +87,14 @@ std::string tree(HKEY root, const std::string& path)
 {
     const OwnedKey key = openKey(root, path);
     std::string lines = key == nullptr ? "" : '[' + path + "]\n";
-    static wchar_t name[16384]; // the longest
+    constexpr DWORD size = 16384; // of the longest
+    static wchar_t name[size];
     for (const bool values : {true, false}) {
-        DWORD length = 16384;
-        for (DWORD i = 0; enumerate(values, key.get(), i, name, &length) == ERROR_SUCCESS; ++i) {
+        for (DWORD i = 0, length = size; enumerate(values, key.get(), i, name, &length) == ERROR_SUCCESS;
+             ++i, length = size) {
             const std::string found = utf8(name);
             lines += values ? found + '=' + testing::PrintToString(getRaw(root, path, found).value()) + '\n'
                             : tree(root, path + '\\' + found);
-            length = 16384;
         }
     }
     return lines;
