@@ -23,7 +23,7 @@ endif()
 target_compile_options(rkuinfo_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:${flags}>")
 
 if(WIN32)
-  target_compile_definitions(rkuinfo_flags INTERFACE NOMINMAX)
+  target_compile_definitions(rkuinfo_flags INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
 # On Windows: loaded anywhere in 64 bits, data never runs, and the same sources give the same file.
 if(MSVC)

@@ -26,14 +26,14 @@ need() {
 
 # What a preset is built with; the language libraries are made by the Windows tools on every target.
 need_for() {
-    need git g++ clang cmake ninja-build googletest g++-mingw-w64-x86-64-posix \
+    need git g++ clang cmake ninja-build g++-mingw-w64-x86-64-posix \
         libcli11-dev nlohmann-json3-dev
     case $1 in
-    windows) need wine wine64 xvfb ;;
+    windows) need googletest wine wine64 xvfb ;;
     visual-cpp*)
-        need wine wine64 xvfb clang-19 clang-tools-19 lld-19 llvm-19 libc++-19-dev libwine-dev
+        need googletest wine wine64 xvfb clang-19 clang-tools-19 lld-19 llvm-19 libc++-19-dev libwine-dev
         ;;
-    asan | fuzz) need libclang-rt-dev libsqlite3-dev pkgconf ;;
-    *) need libsqlite3-dev pkgconf doxygen ;;
+    asan | fuzz) need libclang-rt-dev libgtest-dev libsqlite3-dev pkgconf ;;
+    *) need libgtest-dev libsqlite3-dev pkgconf doxygen ;;
     esac
 }
