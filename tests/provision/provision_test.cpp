@@ -5,11 +5,6 @@ namespace {
 
 using enum TarvoConfig::Error;
 
-std::string software()
-{
-    return tree(HKEY_CURRENT_USER, "Software");
-}
-
 /// The tree that a successful call leaves, made with the system's own calls. Leaves the registry empty.
 std::string provisioned(const std::string& profile, bool withCurrentProduct)
 {
@@ -20,7 +15,7 @@ std::string provisioned(const std::string& profile, bool withCurrentProduct)
     if (withCurrentProduct) {
         setRaw(HKEY_CURRENT_USER, acmeKey, "CurProduct", text("Widget"));
     }
-    std::string result = software();
+    std::string result = tree(HKEY_CURRENT_USER, "Software");
     removeKey(HKEY_CURRENT_USER, acmeKey);
     return result;
 }
@@ -28,15 +23,15 @@ std::string provisioned(const std::string& profile, bool withCurrentProduct)
 TEST(Provision, CreatesTheTreeAndThenLeavesItAlone)
 {
     const KeyCounter keys;
-    const std::string before = software();
+    const std::string before = tree(HKEY_CURRENT_USER, "Software");
     EXPECT_EQ(CreateConfigReg(), eRegistryError) << "before start-up";
-    EXPECT_EQ(software(), before);
+    EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), before);
     const std::string profile(300, 'p'); // longer than one that is read back
     ASSERT_EQ(startAcme(Wide(profile)), eOk);
     const std::string expected = provisioned(profile, true);
     for (int call = 0; call < 3; ++call) {
         EXPECT_EQ(CreateConfigReg(), eOk);
-        EXPECT_EQ(software(), expected);
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), expected);
     }
     setRaw(HKEY_CURRENT_USER, acmeKey, "CurProduct", text("Gadget"));
     EXPECT_EQ(CreateConfigReg(), eOk);
@@ -59,7 +54,7 @@ TEST(Provision, KeepsAStoredProfileAndReplacesWhatIsNone)
         const std::string expected = provisioned(kept, false); // the product key is there
         setRaw(HKEY_CURRENT_USER, profilesKey, "", stored);
         EXPECT_EQ(CreateConfigReg(), eOk);
-        EXPECT_EQ(software(), expected) << testing::PrintToString(stored);
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), expected) << testing::PrintToString(stored);
     }
 }
 
