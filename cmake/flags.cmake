@@ -44,7 +44,7 @@ if(RKUINFO_SANITIZE)
   target_link_options(rkuinfo_flags INTERFACE -fsanitize=${RKUINFO_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
     target_compile_options(rkuinfo_flags INTERFACE -fno-sanitize=function) # GetProcAddress gives them without a type
-    if(NOT RKUINFO_FUZZ) # a shared runtime, as GCC's: programs import malloc, which the tests replace
+    if(RKUINFO_SANITIZE MATCHES "^address") # a shared runtime, as GCC's: programs import malloc, which the tests replace
       execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so
         OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
       cmake_path(GET runtime PARENT_PATH folder)
