@@ -20,7 +20,7 @@ struct Common
 {
     std::string columns;
     std::string topic;   ///< of help
-    bool isHelp = false; ///< asked for by an option, which the parser has of its own, as the next one
+    bool isHelp = false; ///< this and the next stand only in the help: the parser counts them itself
     bool isVersion = false;
 };
 
@@ -121,18 +121,27 @@ private:
 
 void add(CLI::App& app, const Parameter& parameter)
 {
-    CLI::Option* const option = std::visit(
+    std::visit(
         [&](auto* target) {
             using Target = std::remove_pointer_t<decltype(target)>;
             if constexpr (std::is_same_v<Target, bool>) {
-                return app.add_flag(parameter.name, *target, parameter.help);
+                app.add_flag(parameter.name, *target, parameter.help);
             } else { // an std::optional of the parser would take an empty text for none
-                return app.add_option_function<std::string>(
+                app.add_option_function<std::string>(
                     parameter.name, [target](const std::string& word) { *target = word; }, parameter.help);
             }
         },
         parameter.target);
-    option->required(parameter.isRequired);
+}
+
+/// Not by the parser, whose versions differ in what they still set when something is missing.
+void requireAll(const CLI::App& app, const Command& command)
+{
+    for (const Parameter& parameter : command.parameters) {
+        if (parameter.isRequired && app.count(parameter.name) == 0) {
+            throw Failure(parameter.name + " is required; see rkuinfo help " + command.name, exitUsage);
+        }
+    }
 }
 
 std::string version()
@@ -167,11 +176,13 @@ void check(Session& session, const Common& common)
 std::string explain(const CLI::App& app, const CLI::ParseError& error,
                     const std::vector<std::string>& commands)
 {
-    const std::vector<std::string> unknown = app.remaining();
-    if (!app.get_subcommands().empty() || unknown.empty()) {
-        return app.get_subcommands().empty() ? "a command is missing; see rkuinfo --help"
-                                             : std::string(error.what()) + "; see rkuinfo help " +
-                                                   app.get_subcommands().front()->get_name();
+    const std::vector<std::string> unknown = app.remaining(true);
+    if (!app.get_subcommands().empty()) { // the parser's own sentence about the rest differs between versions
+        return (unknown.empty() ? error.what() : '\'' + unknown.front() + "' is not expected") +
+               "; see rkuinfo help " + app.get_subcommands().front()->get_name();
+    }
+    if (unknown.empty()) {
+        return std::string(error.what()) + "; see rkuinfo --help";
     }
     const std::string meant = nearest(unknown.front(), commands);
     return '\'' + unknown.front() + "' is no command" +
@@ -187,8 +198,10 @@ int runCommandLine(const std::vector<std::string>& words)
     const std::vector<Parameter> options = commonOptions(session, common);
     const std::vector<Command> commands = allCommands();
     CLI::App app("", "rkuinfo");
-    app.require_subcommand(1);
+    app.require_subcommand(0, 1);
     app.fallthrough();
+    app.set_help_flag(); // the parser's own may end the parsing before the options that follow it
+    const CLI::Option* const help = app.add_flag("-h,--help");
     app.allow_windows_style_options(false); // a KEY may begin with a slash
     app.set_version_flag("--version,-V", version());
     for (const Parameter& option : options) {
@@ -205,31 +218,34 @@ int runCommandLine(const std::vector<std::string>& words)
         names.push_back(command.name);
     }
     app.add_subcommand("help", "")->add_option("COMMAND", common.topic);
-    std::string name;
-    bool isHelp = false;
     try {
         app.parse(std::vector<std::string>(words.rbegin(), words.rend())); // the last one first
-        name = app.get_subcommands().front()->get_name();
-        if (name == "help") {
-            isHelp = true;
-            name = common.topic.empty() ? "" : chosen(common.topic, names, "command");
-        }
-    } catch (const CLI::CallForHelp&) {
-        isHelp = true;
-        name = app.get_subcommands().empty() ? "" : app.get_subcommands().front()->get_name();
     } catch (const CLI::CallForVersion&) {
         print(version());
         return 0;
     } catch (const CLI::ParseError& error) {
-        throw Failure(explain(app, error, names), exitUsage);
+        if (help->count() == 0) {
+            throw Failure(explain(app, error, names), exitUsage);
+        }
+    }
+    std::string name = app.get_subcommands().empty() ? "" : app.get_subcommands().front()->get_name();
+    const bool isHelp = help->count() > 0 || name == "help";
+    if (name.empty() && !isHelp) {
+        throw Failure("a command is missing; see rkuinfo --help", exitUsage);
+    }
+    if (name == "help") {
+        name = common.topic.empty() ? "" : chosen(common.topic, names, "command");
+    }
+    const auto command = std::ranges::find(commands, name, &Command::name);
+    if (!isHelp) {
+        requireAll(*app.get_subcommands().front(), *command);
     }
     check(session, common);
-    const auto command = std::ranges::find(commands, name, &Command::name);
-    const Help help(session.layout());
+    const Help printer(session.layout());
     if (command == commands.end()) {
-        help.printAll(commands, options);
+        printer.printAll(commands, options);
     } else if (isHelp) {
-        help.printOne(*command, options);
+        printer.printOne(*command, options);
     } else {
         command->run(session);
     }
