@@ -5,6 +5,7 @@
 #include "support/config.h"
 
 #include <filesystem>
+#include <system_error>
 
 namespace {
 

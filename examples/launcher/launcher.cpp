@@ -15,7 +15,7 @@ constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
 /// The words of a command line.
-using Words = std::span<const wchar_t* const>;
+using Words = std::span<wchar_t* const>;
 
 /// A name that is not given stays null: the library then finds it.
 struct Names

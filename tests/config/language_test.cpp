@@ -10,7 +10,9 @@ TEST(Language, IsFoundByItsNumberAndItsName)
         const TarvoLanguage language(index);
         EXPECT_EQ(language.language(), index);
         std::string upper = utf8(language.shortName());
-        std::transform(upper.begin(), upper.end(), upper.begin(), ::toupper);
+        std::transform(upper.begin(), upper.end(), upper.begin(), [](char letter) {
+            return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter;
+        });
         EXPECT_TRUE(TarvoLanguage::isValidShortName(Wide(upper)));
         EXPECT_TRUE(TarvoLanguage(Wide(upper)) == language);
         EXPECT_FALSE(TarvoLanguage(index - 1) == language);

@@ -1,6 +1,7 @@
 // The program folder, language resource folders and libraries, and the help viewer.
 #include "support/test.h"
 
+#include <array>
 #include <climits>
 
 namespace {

@@ -25,7 +25,7 @@ std::vector<void**> importSlots(const char* module, const char* function);
 /// A function's name as a template's argument: each replaced function has a state of its own.
 struct Name
 {
-    consteval Name(const char* name) { std::string_view(name).copy(text, sizeof text - 1); }
+    constexpr Name(const char* name) { std::string_view(name).copy(text, sizeof text - 1); }
     char text[32] = {};
 };
 

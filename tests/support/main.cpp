@@ -7,6 +7,7 @@
 
 #include <iostream>
 #include <random>
+#include <system_error>
 #include <tuple>
 
 namespace {

@@ -21,8 +21,9 @@ std::filesystem::path filePath(const std::string& name)
 {
     if constexpr (std::is_same_v<Text, std::filesystem::path::string_type>) {
         return utf16(name); // by no conversion, which would throw at a lone surrogate
+    } else {
+        return name;
     }
-    return name;
 }
 
 [[noreturn]] void refuseReading(const std::string& told)

@@ -3,6 +3,7 @@
 #include "model/value.h"
 #include "text/print.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <set>
 
