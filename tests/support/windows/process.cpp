@@ -54,6 +54,10 @@ void joinHome()
         std::fprintf(stderr, "crashed by exception %lX\n", crash->ExceptionRecord->ExceptionCode);
         return EXCEPTION_EXECUTE_HANDLER;
     });
+    const std::string folders = R"(Software\Microsoft\Windows\CurrentVersion\Explorer\FolderDescriptions)";
+    const OwnedKey described = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + "\\Machine\\" + folders);
+    RegCopyTreeW(HKEY_LOCAL_MACHINE, Wide(folders),
+                 described.get()); // by which Windows resolves known folders
     redirect(HKEY_LOCAL_MACHINE, "Machine");
     redirect(HKEY_CURRENT_USER, "User"); // last: the keys are of the real one
 }
