@@ -1,7 +1,8 @@
 // What a language pack's installer records: the uninstall entry by which the default product knows that a
 // language is installed. The pack's folder beside the program is the other half.
 #include "platform/registry_key.h"
-#include "program/language_choice.h"
+#include "program/installed.h"
+#include "program/paths.h"
 
 #include <iostream>
 #include <span>
@@ -43,7 +44,8 @@ bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
 {
     for (const wchar_t* const name : names) {
         const bool known = uinfo::findLanguage(name) != uinfo::unknownLanguage;
-        if (known && (!needFolders || uinfo::languageFolder(name) == uinfo::Installed::yes)) {
+        if (known &&
+            (!needFolders || uinfo::languageFolder(uinfo::programFolder(), name) == uinfo::Installed::yes)) {
             continue;
         }
         std::cerr << "installer: ";

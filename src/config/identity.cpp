@@ -1,24 +1,24 @@
 // Which company and product the process runs as, and the registry roots that follow from them.
 #include "platform/registry_key.h"
 #include "platform/text.h"
+#include "program/choices.h"
+#include "program/layout.h"
 #include "program/names.h"
+#include "program/paths.h"
 
 #include <RkUInfo.h>
 
-#include <utility>
+#include <algorithm>
 
 namespace {
 
-using uinfo::BoundedText;
-using uinfo::isEmpty;
-using uinfo::nameCapacity;
-using uinfo::pathCapacity;
-using uinfo::RegistryKey;
-
-bool readCurrentProduct(const wchar_t* companyRoot, BoundedText& product)
+/// Puts a key path into a field that owns 1024 characters.
+void store(wchar_t*& field, const uinfo::PathBuffer& path)
 {
-    const RegistryKey root = RegistryKey::open(HKEY_CURRENT_USER, companyRoot, KEY_READ);
-    return root && root.queryString(uinfo::currentProductValue, product);
+    if (field == nullptr) {
+        field = new wchar_t[uinfo::pathCapacity];
+    }
+    std::copy_n(path.text(), path.length() + 1, field);
 }
 
 } // namespace
@@ -28,84 +28,62 @@ TarvoConfig::Error TarvoConfig::initCompanyName(const wchar_t* company)
     if (m_companyName != nullptr) {
         return eInvalidInput;
     }
-    wchar_t fromIni[nameCapacity];
-    if (!isEmpty(company)) {
-        if (uinfo::length(company) >= nameCapacity) {
-            return eInvalidInput;
-        }
-    } else if (readIniString(uinfo::productSection, L"CompanyName", fromIni, nameCapacity, uinfo::tarvoIni) ==
-               eOk) {
-        company = fromIni;
-    } else {
-        company = uinfo::defaultCompany;
+    const uinfo::Choice choice = uinfo::chooseCompany(company, uinfo::programFolder());
+    if (!choice.isMade()) {
+        return eInvalidInput;
     }
-    m_companyName = uinfo::duplicate(company);
+    m_companyName = uinfo::duplicate(choice.value());
     return buildRootPathFromCompany();
 }
 
 TarvoConfig::Error TarvoConfig::buildRootPathFromCompany()
 {
-    if (isEmpty(m_companyName) || uinfo::length(m_companyName) > uinfo::longestCompany) {
+    uinfo::PathBuffer root;
+    if (uinfo::isEmpty(m_companyName) || !uinfo::appendCompanyRoot(root, m_companyName)) {
         return eInvalidInput;
     }
-    delete[] std::exchange(m_rootPath, new wchar_t[pathCapacity]);
-    BoundedText root(m_rootPath, pathCapacity);
-    root.append(uinfo::softwareKey);
-    root.append(m_companyName);
+    store(m_rootPath, root);
     return eOk;
 }
 
 TarvoConfig::Error TarvoConfig::initProductName(const wchar_t* product)
 {
-    if (m_productName != nullptr || isEmpty(m_rootPath)) {
+    if (m_productName != nullptr || uinfo::isEmpty(m_rootPath)) {
         return eInvalidInput;
     }
-    uinfo::TextBuffer<nameCapacity + 1> fromRegistry;
-    wchar_t fromIni[nameCapacity];
-    if (!isEmpty(product)) {
-        if (uinfo::length(product) >= nameCapacity) {
-            return eInvalidInput;
-        }
-    } else if (readCurrentProduct(m_rootPath, fromRegistry)) {
-        product = fromRegistry.text();
-    } else if (readIniString(uinfo::productSection, L"ProductName", fromIni, nameCapacity, uinfo::tarvoIni) ==
-               eOk) {
-        product = fromIni;
-    } else {
-        product = uinfo::defaultProduct;
+    const uinfo::Choice choice = uinfo::chooseProduct(product, m_rootPath, uinfo::programFolder());
+    if (!choice.isMade()) {
+        return eInvalidInput;
     }
-    m_productName = uinfo::duplicate(product);
+    m_productName = uinfo::duplicate(choice.value());
     refreshProductName();
     return buildRootPathFromProduct();
 }
 
 int TarvoConfig::refreshProductName()
 {
-    if (isEmpty(m_rootPath)) {
+    if (uinfo::isEmpty(m_rootPath)) {
         return 0;
     }
-    const RegistryKey root = RegistryKey::open(HKEY_CURRENT_USER, m_rootPath, KEY_WRITE);
+    const auto root = uinfo::RegistryKey::open(HKEY_CURRENT_USER, m_rootPath, KEY_WRITE);
     return root && root.setString(uinfo::currentProductValue, productName()) ? 1 : 0;
 }
 
 TarvoConfig::Error TarvoConfig::buildRootPathFromProduct()
 {
-    constexpr std::size_t versionAndSeparators = 6; // two backslashes and "2018"
-    if (isEmpty(m_rootPath) || isEmpty(m_productName) ||
-        uinfo::length(m_rootPath) + uinfo::length(m_productName) + versionAndSeparators >= pathCapacity) {
+    uinfo::PathBuffer root;
+    uinfo::PathBuffer versionRoot;
+    if (uinfo::isEmpty(m_rootPath) || uinfo::isEmpty(m_productName) ||
+        !uinfo::appendProductRoot(root, m_rootPath, m_productName) ||
+        !uinfo::appendVersionRoot(versionRoot, root.text())) {
         return eInvalidInput;
     }
-    BoundedText root = BoundedText::behind(m_rootPath, pathCapacity);
-    root.appendComponent(m_productName);
-    delete[] std::exchange(m_versionRootPath, new wchar_t[pathCapacity]);
-    BoundedText versionRoot(m_versionRootPath, pathCapacity);
-    versionRoot.append(m_rootPath);
-    versionRoot.appendComponent(uinfo::versionSegment);
+    store(m_rootPath, root);
+    store(m_versionRootPath, versionRoot);
     return eOk;
 }
 
 bool TarvoConfig::isInitTARVOProduct()
 {
-    return uinfo::equalIgnoringCase(companyName(), uinfo::initialCompany) &&
-           uinfo::equalIgnoringCase(productName(), uinfo::defaultProduct);
+    return uinfo::isDefaultProduct(companyName(), productName());
 }

@@ -3,6 +3,7 @@
 #include "platform/text_cache.h"
 #include "program/ini_files.h"
 #include "program/names.h"
+#include "program/paths.h"
 
 #include <RkUInfo.h>
 
@@ -10,27 +11,6 @@ namespace {
 
 /// The architecture command name prefix, empty until both its numbers could be read.
 wchar_t architecturePrefix[64];
-
-bool readProductNumber(const wchar_t* key, VelaVariant& number)
-{
-    return velaConfig()->getIniValue(uinfo::productSection, key, number, VelaVariant::eInt,
-                                     uinfo::productIni) == TarvoConfig::eOk;
-}
-
-bool buildArchitecturePrefix(uinfo::BoundedText& prefix)
-{
-    VelaVariant number;
-    if (!readProductNumber(L"MajorVer", number)) {
-        return false;
-    }
-    prefix.append(L"S");
-    prefix.appendNumber(number.getInt());
-    if (!readProductNumber(L"ProductId", number)) {
-        return false;
-    }
-    prefix.appendNumber(number.getInt());
-    return prefix.append(L"_");
-}
 
 TarvoConfig::Error errorOf(uinfo::IniResult result)
 {
@@ -53,19 +33,19 @@ TarvoConfig::Error TarvoConfig::getIniFilePath(wchar_t* out, const wchar_t* file
         return eInvalidInput;
     }
     uinfo::BoundedText path(out, uinfo::pathCapacity);
-    return uinfo::iniFilePath(fileName, path) ? eOk : eInvalidInput;
+    return uinfo::iniFilePath(uinfo::programFolder(), fileName, path) ? eOk : eInvalidInput;
 }
 
 TarvoConfig::Error TarvoConfig::readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out,
                                               unsigned long outChars, const wchar_t* fileName)
 {
-    return errorOf(uinfo::readIniText(section, key, out, outChars, fileName));
+    return errorOf(uinfo::readIniText(uinfo::programFolder(), section, key, out, outChars, fileName));
 }
 
 TarvoConfig::Error TarvoConfig::readIniInt(const wchar_t* section, const wchar_t* key, long& out,
                                            const wchar_t* fileName)
 {
-    return errorOf(uinfo::readIniNumber(section, key, out, fileName));
+    return errorOf(uinfo::readIniNumber(uinfo::programFolder(), section, key, out, fileName));
 }
 
 TarvoConfig::Error TarvoConfig::getIniValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
@@ -108,5 +88,7 @@ long GetVelaIniOEMMergeTitleValue(long defaultValue)
 
 const wchar_t* GetVelaArchitectrueCommandNamePrefix()
 {
-    return uinfo::cachedText(architecturePrefix, buildArchitecturePrefix);
+    return uinfo::cachedText(architecturePrefix, [](uinfo::BoundedText& prefix) {
+        return uinfo::readCommandPrefix(uinfo::programFolder(), prefix);
+    });
 }

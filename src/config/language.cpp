@@ -3,6 +3,7 @@
 #include "platform/handles.h"
 #include "platform/text.h"
 #include "program/languages.h"
+#include "program/names.h"
 #include "program/paths.h"
 
 #include <RkUInfo.h>
@@ -29,7 +30,8 @@ HINSTANCE loadedResourceModule()
     if (kept != nullptr) {
         return kept;
     }
-    uinfo::Module loaded(uinfo::loadResourceLibrary(velaConfig()->language().shortName(), L"RkUInfoRes.dll",
+    uinfo::Module loaded(uinfo::loadResourceLibrary(velaConfig()->language().shortName(),
+                                                    uinfo::languageLibrary,
                                                     [](const wchar_t* path) { return LoadLibraryW(path); }));
     if (loaded != nullptr && resourceModule.compare_exchange_strong(kept, loaded.get())) {
         kept = loaded.release();

@@ -1,7 +1,8 @@
 // Which installed language the process runs in.
+#include "platform/executable.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
-#include "program/language_choice.h"
+#include "program/choices.h"
 #include "program/names.h"
 #include "program/paths.h"
 
@@ -13,11 +14,17 @@
 namespace {
 
 using uinfo::isEmpty;
-using uinfo::LanguageChoice;
 using uinfo::RegistryKey;
 
 constexpr int readAccess = 4;
 constexpr UINT failureExitCode = 1;
+
+/// The folder of the executable, which these steps read afresh; empty if it cannot be read.
+class ProgramFolder : public uinfo::PathBuffer
+{
+public:
+    ProgramFolder() { uinfo::executableFolder(*this, uinfo::pathCapacity); }
+};
 
 [[noreturn]] void refuseToStart(const wchar_t* caption, const wchar_t* message)
 {
@@ -42,16 +49,19 @@ TarvoConfig::Error TarvoConfig::initLanguageName(const wchar_t* language)
         return eInvalidInput;
     }
     const bool needsEntry = isInitTARVOProduct();
-    const LanguageChoice choice(language, m_versionRootPath, needsEntry);
-    if (choice.source() == LanguageChoice::Source::argument && choice.language() == uinfo::unknownLanguage) {
+    const ProgramFolder folder;
+    const uinfo::LanguageChoice choice =
+        uinfo::chooseLanguage(language, m_versionRootPath, folder.text(), needsEntry);
+    if (choice.decision().source == uinfo::Source::argument &&
+        choice.decision().answer == uinfo::Answer::notALanguage) {
         refuseToStart(productName(), L"The input initial language name is not a valid short language name."
                                      L"The program will exit.");
     }
-    if (choice.canBeTaken()) {
-        m_language = TarvoLanguage(choice.language());
+    if (choice.isMade()) {
+        m_language = TarvoLanguage(choice.language);
     }
     if (m_language.language() < 0) {
-        const std::int32_t installed = uinfo::preferredLanguage(needsEntry);
+        const std::int32_t installed = uinfo::preferredLanguage(folder.text(), needsEntry);
         if (installed < 0) {
             refuseToStart(productName(), L"Could't find any installed languages!");
         }
@@ -81,7 +91,8 @@ bool TarvoConfig::isLanguageExist(const wchar_t* shortName)
     }
     const std::int32_t language = uinfo::findLanguage(shortName);
     return language != uinfo::unknownLanguage &&
-           uinfo::installed(uinfo::languages[language], true) == uinfo::Installed::yes;
+           uinfo::installed(ProgramFolder().text(), uinfo::languages[language], true) ==
+               uinfo::Installed::yes;
 }
 
 bool TarvoConfig::isLangGuidExist(const wchar_t* guid)
@@ -91,12 +102,12 @@ bool TarvoConfig::isLangGuidExist(const wchar_t* guid)
 
 bool TarvoConfig::isLangFolderExist(const wchar_t* shortName)
 {
-    return uinfo::languageFolder(shortName) == uinfo::Installed::yes;
+    return uinfo::languageFolder(ProgramFolder().text(), shortName) == uinfo::Installed::yes;
 }
 
 long TarvoConfig::queryAInstalledLangInOrder()
 {
-    return uinfo::preferredLanguage(isInitTARVOProduct());
+    return uinfo::preferredLanguage(ProgramFolder().text(), isInitTARVOProduct());
 }
 
 TarvoConfig::Error TarvoConfig::verifyResourcePath()

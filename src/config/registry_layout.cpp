@@ -3,61 +3,31 @@
 
 #include "platform/registry_key.h"
 #include "platform/text.h"
+#include "program/choices.h"
+#include "program/layout.h"
 #include "program/names.h"
 
 #include <RkUInfo.h>
 
 #include <utility>
 
-namespace {
-
 using uinfo::BoundedText;
 using uinfo::isEmpty;
-using uinfo::pathCapacity;
-using uinfo::profileCapacity;
 using uinfo::RegistryKey;
-
-bool appendLanguageRoot(BoundedText& key, const wchar_t* versionRoot, const TarvoLanguage& language)
-{
-    return key.append(versionRoot) && key.appendComponent(language.shortName());
-}
-
-} // namespace
 
 bool uinfo::RegistryLayout::appendRoot(const TarvoConfig& config, TarvoConfig::Path path, BoundedText& key)
 {
     if (config.m_initialized == 0) {
         return false;
     }
-    const auto below = [&]<std::size_t Size>(const wchar_t(&component)[Size]) {
-        return appendLanguageRoot(key, config.m_versionRootPath, config.m_language) &&
-               key.appendComponent(component, Size - 1);
-    };
-    switch (path) {
-    case TarvoConfig::eProductRoot:
-        return key.append(config.m_rootPath);
-    case TarvoConfig::eVersionRoot:
-        return key.append(config.m_versionRootPath);
-    case TarvoConfig::eLanguageRoot:
-        return appendLanguageRoot(key, config.m_versionRootPath, config.m_language);
-    case TarvoConfig::eProfilesRoot:
-        return below(profilesKey);
-    case TarvoConfig::eCurrentProfile: {
-        wchar_t name[profileCapacity];
-        return below(profilesKey) &&
-               config.getCurrentProfileNameFromReg(name, key.text()) == TarvoConfig::eOk &&
-               key.appendComponent(name);
+    const RegistryNames names = {config.m_rootPath, config.m_versionRootPath, config.m_language.shortName()};
+    if (path != TarvoConfig::eCurrentProfile) {
+        return appendSubtree(key, path, names);
     }
-    case TarvoConfig::eApplications:
-        return below(L"Applications");
-    case TarvoConfig::eRecentFileList:
-        return below(L"Recent File List");
-    case TarvoConfig::eSettings:
-        return below(L"Settings");
-    case TarvoConfig::eUserConfig:
-        return below(L"Settings") && key.appendComponent(L"UserConfig");
-    }
-    return false;
+    wchar_t profile[profileCapacity];
+    return appendSubtree(key, TarvoConfig::eProfilesRoot, names) &&
+           config.getCurrentProfileNameFromReg(profile, key.text()) == TarvoConfig::eOk &&
+           appendProfile(key, profile);
 }
 
 void TarvoConfig::getRegRootPath(Path path, wchar_t* const out) const
@@ -65,7 +35,7 @@ void TarvoConfig::getRegRootPath(Path path, wchar_t* const out) const
     if (out == nullptr) {
         return;
     }
-    BoundedText key(out, pathCapacity);
+    BoundedText key(out, uinfo::pathCapacity);
     if (!uinfo::RegistryLayout::appendRoot(*this, path, key)) {
         key.cut(0);
     }
@@ -77,7 +47,7 @@ TarvoConfig::Error TarvoConfig::getCurrentProfileNameFromReg(wchar_t* const out,
     if (out == nullptr) {
         return eInvalidInput;
     }
-    BoundedText name(out, profileCapacity);
+    BoundedText name(out, uinfo::profileCapacity);
     uinfo::PathBuffer profilesRoot;
     if (isEmpty(profilesKey)) {
         getRegRootPath(eProfilesRoot, profilesRoot.data());
@@ -90,8 +60,7 @@ TarvoConfig::Error TarvoConfig::getCurrentProfileNameFromReg(wchar_t* const out,
     if (!profiles) {
         return eRegistryError;
     }
-    DWORD type = REG_NONE; // any stored type is taken
-    if (profiles.queryText(nullptr, name, type) && !name.empty()) {
+    if (uinfo::readProfile(profiles, name) == uinfo::Answer::chosen) {
         return eOk;
     }
     name.append(uinfo::defaultProfile);
@@ -107,13 +76,13 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
     profile = m_profileNameCmdLineInfo; // the argument may have been the text released
 
     uinfo::PathBuffer key; // start-up is not complete, so getRegRootPath has no answer yet
-    if (isEmpty(m_versionRootPath) || !appendLanguageRoot(key, m_versionRootPath, m_language) ||
-        !key.appendComponent(uinfo::profilesKey)) {
+    if (isEmpty(m_versionRootPath) ||
+        !uinfo::appendSubtree(key, eProfilesRoot, {m_rootPath, m_versionRootPath, m_language.shortName()})) {
         return eOk;
     }
     const RegistryKey profiles = RegistryKey::open(HKEY_CURRENT_USER, key.text(), KEY_READ | KEY_WRITE);
     uinfo::TextBuffer<uinfo::offeredProfileCapacity> stored;
-    if (profiles && profiles.queryString(nullptr, stored) &&
+    if (uinfo::readName(profiles, nullptr, stored) == uinfo::Answer::chosen &&
         !uinfo::equalIgnoringCase(stored.text(), profile)) {
         profiles.setString(nullptr, profile);
     }

@@ -1,6 +1,8 @@
 // The product's registry key paths, and what the current profile is and says.
 #include "locations/stored_text.h"
 #include "platform/text.h"
+#include "program/layout.h"
+#include "program/names.h"
 
 #include <RkUInfo.h>
 
@@ -43,14 +45,11 @@ unsigned long GetVelaRegistryCurrentProfileRootKey(wchar_t* const buffer)
 
 unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* const buffer)
 {
-    constexpr wchar_t config[] = L"\\Config";
-    const unsigned long profileLength = keyPath(TarvoConfig::eCurrentProfile, buffer);
-    if (profileLength == 0 || profileLength + uinfo::length(config) > uinfo::longestConfigKey) {
+    if (keyPath(TarvoConfig::eCurrentProfile, buffer) == 0) {
         return 0;
     }
     uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
-    path.append(config);
-    return static_cast<unsigned long>(path.length());
+    return uinfo::appendProfileConfig(path) ? static_cast<unsigned long>(path.length()) : 0;
 }
 
 unsigned long GetCurrentProfileName(wchar_t* buffer, unsigned long& size)
@@ -73,6 +72,6 @@ unsigned long GetCurrentProfileName(wchar_t* buffer, unsigned long& size)
 unsigned long GetCustomResFileName(wchar_t* const buffer)
 {
     unsigned long written = 0;
-    uinfo::copyStoredText(TarvoConfig::eCurrentProfile, L"CommonSettings\\CustomResFile", buffer, written);
+    uinfo::copyStoredText(TarvoConfig::eCurrentProfile, uinfo::customResourcesValue, buffer, written);
     return written;
 }

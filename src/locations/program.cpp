@@ -1,5 +1,6 @@
 // The program folder, language resource folders and libraries, and the help viewer.
 #include "platform/text.h"
+#include "program/names.h"
 #include "program/paths.h"
 
 #include <RkUInfo.h>

@@ -1,6 +1,6 @@
 #include "locations/stored_text.h"
 
-#include "platform/text.h"
+#include "program/layout.h"
 
 #include <RkUInfo.h>
 
@@ -11,12 +11,10 @@ bool uinfo::copyStoredText(TarvoConfig::Path path, const wchar_t* valuePath, wch
     if (buffer == nullptr) {
         return true;
     }
-    BoundedText text(buffer, longestStoredPath + 1);
+    BoundedText text(buffer, pathCapacity);
     VelaVariant stored;
-    if (velaConfig()->getValue(path, valuePath, stored) != TarvoConfig::eOk) {
-        return false;
-    }
-    text.append(stored.getString()); // empty for any other type
+    const TarvoConfig::Error read = velaConfig()->getValue(path, valuePath, stored);
+    const bool isStored = assignStoredPath(text, read, stored);
     length = static_cast<unsigned long>(text.length());
-    return true;
+    return isStored;
 }

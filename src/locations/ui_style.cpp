@@ -1,20 +1,22 @@
 // The user interface style file and the user data cache folder.
 #include "locations/stored_text.h"
 #include "platform/text.h"
+#include "program/layout.h"
+#include "program/names.h"
 
 #include <RkUInfo.h>
 
 unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer)
 {
     unsigned long stored = 0;
-    if (uinfo::copyStoredText(TarvoConfig::eUserConfig, L"Config\\UIStyle", buffer, stored)) {
+    if (uinfo::copyStoredText(TarvoConfig::eUserConfig, uinfo::styleFileValue, buffer, stored)) {
         return stored;
     }
     if (GetUserApplicationDataSupportPath(buffer) == 0) {
         return 0;
     }
-    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::longestComposedPath + 1);
-    return path.append(L"Style.tus") ? static_cast<unsigned long>(path.length()) : 0;
+    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
+    return uinfo::appendStyleFile(path) ? static_cast<unsigned long>(path.length()) : 0;
 }
 
 const wchar_t* GetVelaUserDataCachePath()

@@ -1,5 +1,6 @@
-// The running product's folders in the user's profile: each level is the one below it and one component.
+// The running product's folders in the user's profile.
 #include "platform/text.h"
+#include "program/layout.h"
 
 #include <RkUInfo.h>
 
@@ -8,7 +9,7 @@
 
 namespace {
 
-using FolderFunction = unsigned long (*)(wchar_t* const);
+using uinfo::UserFolder;
 
 unsigned long shellFolder(wchar_t* buffer, int folder)
 {
@@ -31,25 +32,16 @@ unsigned long shellFolder(wchar_t* buffer, int folder)
     return static_cast<unsigned long>(path.length());
 }
 
-/// Appends a text, and a separator where asked for, to the level below; the latter stays where they do not
-/// fit.
-unsigned long extend(FolderFunction below, wchar_t* buffer, const wchar_t* text, const wchar_t* separator)
+unsigned long userFolder(wchar_t* buffer, int shell, UserFolder folder)
 {
-    if (below(buffer) == 0) {
+    if (shellFolder(buffer, shell) == 0) {
         return 0;
     }
+    const TarvoConfig& config = *velaConfig();
     uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
-    if (path.length() + uinfo::length(text) + uinfo::length(separator) > uinfo::longestComposedPath) {
-        return 0;
-    }
-    path.append(text);
-    path.append(separator);
-    return static_cast<unsigned long>(path.length());
-}
-
-unsigned long extendByFolder(FolderFunction below, wchar_t* buffer, const wchar_t* name)
-{
-    return extend(below, buffer, name, L"\\");
+    const bool fits = uinfo::appendUserFolder(
+        path, folder, {config.companyName(), config.productName(), config.language().shortName()});
+    return fits ? static_cast<unsigned long>(path.length()) : 0;
 }
 
 } // namespace
@@ -61,43 +53,42 @@ unsigned long GetUserApplicationDataPath(wchar_t* const buffer)
 
 unsigned long GetUserApplicationDataComanyPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataPath, buffer, velaConfig()->companyName());
+    return userFolder(buffer, CSIDL_APPDATA, UserFolder::company);
 }
 
 unsigned long GetUserApplicationDataProductPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataComanyPath, buffer, velaConfig()->productName());
+    return userFolder(buffer, CSIDL_APPDATA, UserFolder::product);
 }
 
 unsigned long GetUserApplicationDataVersionPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataProductPath, buffer,
-                          velaGetProduct()->programVersionString());
+    return userFolder(buffer, CSIDL_APPDATA, UserFolder::version);
 }
 
 unsigned long GetUserApplicationDataLanguagePath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataVersionPath, buffer, velaConfig()->language().shortName());
+    return userFolder(buffer, CSIDL_APPDATA, UserFolder::language);
 }
 
 unsigned long GetUserApplicationDataSupportPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataLanguagePath, buffer, L"Support");
+    return userFolder(buffer, CSIDL_APPDATA, UserFolder::support);
 }
 
 unsigned long GetUserApplicationDataPlottersPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataLanguagePath, buffer, L"Plotters");
+    return userFolder(buffer, CSIDL_APPDATA, UserFolder::plotters);
 }
 
 unsigned long GetUserApplicationDataCrashReportPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataLanguagePath, buffer, L"CrashReport");
+    return userFolder(buffer, CSIDL_APPDATA, UserFolder::crashReport);
 }
 
 unsigned long GetUserApplicationDataPrintstylePath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserApplicationDataLanguagePath, buffer, L"Printstyle");
+    return userFolder(buffer, CSIDL_APPDATA, UserFolder::printstyle);
 }
 
 unsigned long GetUserLocalApplicationDataPath(wchar_t* const buffer)
@@ -107,27 +98,25 @@ unsigned long GetUserLocalApplicationDataPath(wchar_t* const buffer)
 
 unsigned long GetUserLocalApplicationDataComanyPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserLocalApplicationDataPath, buffer, velaConfig()->companyName());
+    return userFolder(buffer, CSIDL_LOCAL_APPDATA, UserFolder::company);
 }
 
 unsigned long GetUserLocalApplicationDataProductPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserLocalApplicationDataComanyPath, buffer, velaConfig()->productName());
+    return userFolder(buffer, CSIDL_LOCAL_APPDATA, UserFolder::product);
 }
 
 unsigned long GetUserLocalApplicationDataVersionPath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserLocalApplicationDataProductPath, buffer,
-                          velaGetProduct()->programVersionString());
+    return userFolder(buffer, CSIDL_LOCAL_APPDATA, UserFolder::version);
 }
 
 unsigned long GetUserLocalApplicationDataLanguagePath(wchar_t* const buffer)
 {
-    return extendByFolder(GetUserLocalApplicationDataVersionPath, buffer,
-                          velaConfig()->language().shortName());
+    return userFolder(buffer, CSIDL_LOCAL_APPDATA, UserFolder::language);
 }
 
 unsigned long GetUserLocalApplicationDataTemplatePath(wchar_t* const buffer)
 {
-    return extend(GetUserLocalApplicationDataLanguagePath, buffer, L"Template", L"");
+    return userFolder(buffer, CSIDL_LOCAL_APPDATA, UserFolder::templates);
 }

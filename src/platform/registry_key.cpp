@@ -22,25 +22,19 @@ RegistryKey RegistryKey::openOrCreate(HKEY parent, const wchar_t* path)
     return RegistryKey(status == ERROR_SUCCESS ? key : nullptr);
 }
 
-bool RegistryKey::queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const
+LSTATUS RegistryKey::queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const
 {
     auto size = static_cast<DWORD>((out.capacity() - 1) * sizeof(wchar_t));
     const LSTATUS status =
         RegQueryValueExW(m_key, valueName, nullptr, &type, reinterpret_cast<BYTE*>(out.data()), &size);
     if (status != ERROR_SUCCESS) {
         out.cut(0);
-        return false;
+        return status;
     }
     std::memset(reinterpret_cast<BYTE*>(out.data()) + size, 0, size % sizeof(wchar_t)); // behind an odd byte
     out.cut((size + 1) / sizeof(wchar_t));
     out.measure(); // the stored data may hold its own terminator
-    return true;
-}
-
-bool RegistryKey::queryString(const wchar_t* valueName, BoundedText& out) const
-{
-    DWORD type = REG_NONE;
-    return queryText(valueName, out, type) && type == REG_SZ && !out.empty();
+    return status;
 }
 
 bool RegistryKey::setString(const wchar_t* valueName, const wchar_t* text) const

@@ -41,9 +41,7 @@ public:
     /// Reads a value of any type as text, offering the platform one character less than out holds, so that
     /// the text is terminated whatever is stored. A last odd byte is a character. On failure, also of a value
     /// too long for the offer, out is empty.
-    bool queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
-    /// As queryText, for a value that must be a non-empty REG_SZ.
-    bool queryString(const wchar_t* valueName, BoundedText& out) const;
+    LSTATUS queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
     /// Sets a REG_SZ, terminator included.
     bool setString(const wchar_t* valueName, const wchar_t* text) const;
 

@@ -92,7 +92,7 @@ class TextBuffer : public BoundedText
 {
 public:
     TextBuffer() : BoundedText(m_characters, Capacity) {}
-    TextBuffer(const TextBuffer&) = delete;
+    TextBuffer(const TextBuffer& other) : TextBuffer() { append(other.text(), other.length()); }
     TextBuffer& operator=(const TextBuffer&) = delete;
 
 private:

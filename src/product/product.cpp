@@ -2,6 +2,7 @@
 
 #include "platform/text.h"
 #include "platform/text_cache.h"
+#include "program/choices.h"
 #include "program/names.h"
 #include "program/paths.h"
 
@@ -84,15 +85,7 @@ const TarvoLanguage& TarvoProduct::language()
 
 long TarvoProduct::productType()
 {
-    const wchar_t* const name = productName();
-    std::int32_t type = 4;
-    if (equalIgnoringCase(name, L"TARVOA")) {
-        type = 3;
-    } else if (equalIgnoringCase(name, L"TARVOM")) {
-        type = 2;
-    } else if (equalIgnoringCase(name, L"TARVO")) {
-        type = 1;
-    }
+    const std::int32_t type = uinfo::productType(productName());
     std::atomic_ref(m_productType).store(type, std::memory_order_relaxed);
     return type;
 }

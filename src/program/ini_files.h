@@ -1,4 +1,4 @@
-// The INI files beside the executable, read afresh on each call.
+// The INI files of a program's folder, read afresh on each call.
 #pragma once
 
 #include "platform/text.h"
@@ -12,14 +12,19 @@ enum class IniResult
     badPath, ///< the program folder is unknown, or the path has 1023 characters or more
 };
 
-/// The path of a file in the program folder. False leaves what came of it.
-bool iniFilePath(const wchar_t* fileName, BoundedText& path);
+/// Composes the path of a file in a program folder, which ends with a separator. On failure the folder may be
+/// left.
+bool iniFilePath(const wchar_t* programFolder, const wchar_t* fileName, BoundedText& path);
 
-/// Reads at most capacity - 2 characters; out is untouched where there is no readable file.
-IniResult readIniText(const wchar_t* section, const wchar_t* key, wchar_t* out, unsigned long capacity,
-                      const wchar_t* fileName);
+/// Reads at most capacity - 2 characters; out is untouched if there is no readable file.
+IniResult readIniText(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key, wchar_t* out,
+                      unsigned long capacity, const wchar_t* fileName);
 
-/// A missing entry gives -1, a negative one its value; out is untouched where there is no readable file.
-IniResult readIniNumber(const wchar_t* section, const wchar_t* key, long& out, const wchar_t* fileName);
+/// A missing entry reads as -1, a negative one as its value; out is untouched if there is no readable file.
+IniResult readIniNumber(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key, long& out,
+                        const wchar_t* fileName);
+
+/// Reads the prefix of architecture commands; false unless product.ini has both of its numbers.
+bool readCommandPrefix(const wchar_t* programFolder, BoundedText& prefix);
 
 } // namespace uinfo

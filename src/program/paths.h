@@ -15,9 +15,6 @@ const wchar_t* programFolder();
 /// it does not fit with two characters to spare, and part of a path may be left.
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
-inline constexpr wchar_t helpViewer[] = L"RKHelp.exe";
-inline constexpr wchar_t userDataCache[] = L"UserDataCache"; ///< a folder
-
 /// The path of a file or folder beside the executable, which is asked for on each call. False when it cannot
 /// be known or does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);

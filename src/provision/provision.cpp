@@ -1,6 +1,7 @@
 // Creates the current user's product tree and records what is current at each of its levels.
 #include "platform/registry_key.h"
 #include "platform/text.h"
+#include "program/layout.h"
 #include "program/names.h"
 
 #include <RkUInfo.h>
@@ -19,7 +20,7 @@ VelaVariant textValue(const wchar_t* text)
 void recordCurrentProduct(const TarvoConfig& config)
 {
     uinfo::PathBuffer companyRoot;
-    if (!companyRoot.append(uinfo::softwareKey) || !companyRoot.append(config.companyName())) {
+    if (!uinfo::appendCompanyRoot(companyRoot, config.companyName())) {
         return;
     }
     const uinfo::RegistryKey key = uinfo::RegistryKey::open(HKEY_CURRENT_USER, companyRoot.text(), KEY_WRITE);

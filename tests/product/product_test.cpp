@@ -1,4 +1,6 @@
 // The product object, version and identity.
+#include "program/choices.h"
+
 #include "support/test.h"
 
 namespace {
@@ -28,10 +30,7 @@ TEST(Product, FollowsTheConfiguration)
     const std::pair<const char*, long> types[] = {{"TARVO", 1}, {"tarvo", 1},   {"tarvom", 2}, {"TarvoA", 3},
                                                   {"TARV", 4},  {"TARVOAB", 4}, {" TARVO", 4}};
     for (const auto& [name, type] : types) {
-        Config config;
-        ASSERT_EQ(config.initCompanyName(L"Acme") + config.initProductName(Wide(name)), 0);
-        *velaConfig() = config;
-        EXPECT_EQ(product.productType(), type) << name;
+        EXPECT_EQ(uinfo::productType(Wide(name)), type) << name;
     }
     for (const auto& [name, id] : {std::pair("DE-de", 1031L), {"xx-XX", 1033}, {"", 0}}) {
         EXPECT_EQ(GetVelaLanguageIdByShortName(Wide(name)), id) << name;

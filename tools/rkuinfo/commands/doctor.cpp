@@ -2,7 +2,7 @@
 #include "commands/command.h"
 
 #include "model/system.h"
-#include "model/value.h"
+#include "program/names.h"
 #include "transfer/file.h"
 #include "transfer/json_file.h"
 
@@ -92,7 +92,7 @@ private:
         const bool isText = isWide || bytes->find('\0') == std::string::npos;
         if (!isText || bytes->find('[') == std::string::npos) {
             add("ini-garbled", true, subject, "the file is no INI file: it has no section",
-                "write it again, in plain text, with a section [Product]");
+                "write it again, in plain text, with a section [" + utf8(uinfo::productSection) + ']');
             return false;
         }
         return true;
@@ -100,7 +100,7 @@ private:
 
     void checkIni(const Installation& installation)
     {
-        const Text tarvo = installation.iniFile("TARVO.ini");
+        const Text tarvo = installation.iniFile(uinfo::tarvoIni);
         if (!exists(tarvo)) {
             add("ini-missing", false, shown(tarvo),
                 "there is no such file: names come from the registry and defaults",
@@ -108,27 +108,31 @@ private:
         } else if (checkIniFile(tarvo)) {
             checkLanguageIni(installation);
         }
-        const Text product = installation.iniFile("product.ini");
-        const auto isMissing = [&](const char* key) {
-            return installation.iniText("product.ini", L"Product", utf16(key), 32).empty();
-        };
-        if (exists(product) && checkIniFile(product) && (isMissing("MajorVer") || isMissing("ProductId"))) {
+        const Text product = installation.iniFile(uinfo::productIni);
+        if (exists(product) && checkIniFile(product) && installation.commandPrefix().empty()) {
             add("command-prefix", true, shown(product), "the file gives commands no prefix",
-                "write numbers for MajorVer and ProductId into its section [Product]");
+                "write numbers for " + utf8(uinfo::majorVersionKey) + " and " + utf8(uinfo::productIdKey) +
+                    " into its section [" + utf8(uinfo::productSection) + ']');
         }
     }
 
     void checkLanguageIni(const Installation& installation)
     {
         constexpr unsigned long capacity = 256;
+        const std::string file = utf8(uinfo::tarvoIni) + ": ";
+        const std::string names = '[' + utf8(uinfo::localeNamesSection) + ']';
         const auto mapped = [&](const Text& id) {
-            return installation.iniText("TARVO.ini", L"LocaleIdLangName", id, capacity);
+            return installation.iniText(uinfo::tarvoIni, uinfo::localeNamesSection, rkuinfo::Argument(id),
+                                        capacity);
         };
-        const Text wantedId = installation.iniText("TARVO.ini", L"Product", utf16("LocaleId"), capacity);
+        const Text wantedId =
+            installation.iniText(uinfo::tarvoIni, uinfo::productSection, uinfo::localeIdKey, capacity);
         if (!wantedId.empty() && mapped(wantedId).empty()) {
-            add("locale-unmapped", true, "TARVO.ini: [Product] LocaleId=" + shown(wantedId),
+            add("locale-unmapped", true,
+                file + '[' + utf8(uinfo::productSection) + "] " + utf8(uinfo::localeIdKey) + '=' +
+                    shown(wantedId),
                 "the number is not mapped to a language",
-                "add " + shown(wantedId) + "=xx-XX to its section [LocaleIdLangName]");
+                "add " + shown(wantedId) + "=xx-XX to its section " + names);
         }
         std::vector<Text> ids = {wantedId};
         for (const LanguageState& state : installation.languages) {
@@ -140,7 +144,7 @@ private:
         for (const Text& id : ids) {
             const Text name = mapped(id);
             if (!name.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(name))) {
-                add("locale-mapping", true, "TARVO.ini: [LocaleIdLangName] " + shown(id) + '=' + shown(name),
+                add("locale-mapping", true, file + names + ' ' + shown(id) + '=' + shown(name),
                     "the name is no language's",
                     "write the short name of one of the fifteen languages there");
             }
@@ -157,7 +161,8 @@ private:
                 add("language-empty", true, state.name(), "the language's folder holds no library",
                     "install it again, or remove the folder");
             } else if (state.installed != uinfo::Installed::noFolder && !state.hasResources) {
-                add("language-library", true, state.name(), "the language's RkUInfoRes.dll cannot be loaded",
+                add("language-library", true, state.name(),
+                    "the language's " + utf8(uinfo::languageLibrary) + " cannot be loaded",
                     "install it again");
             } else if (state.installed == uinfo::Installed::noFolder && state.hasEntry &&
                        installation.needsEntries) {
@@ -179,7 +184,7 @@ private:
         } else if (!why.empty()) {
             const std::string instead =
                 installation.languages[static_cast<std::size_t>(installation.preferred)].name();
-            add("language-not-installed", true, shown(installation.wanted), why,
+            add("language-not-installed", true, shown(installation.wanted()), why,
                 "install it, or choose another: " + command("use", instead));
         }
     }
@@ -195,7 +200,7 @@ private:
         }
     }
 
-    /// "Default" is the library's own name for a profile, whose key comes with its first setting.
+    /// The default profile's key comes with its first setting.
     void checkTree(const Installation& installation)
     {
         const Text root = installation.path(TarvoConfig::eProfilesRoot);
@@ -206,10 +211,12 @@ private:
             return;
         }
         const Text profile = installation.profile();
-        if (m_session.profile.empty() && installation.storedProfile().empty()) {
+        const uinfo::Finding decision = installation.profileChoice().decision();
+        if (decision.source == uinfo::Source::builtIn) {
             add("no-profile", true, shown(root), "no profile is the current one",
                 "choose one: " + command("use"));
-        } else if (!equalIgnoringCase(profile, utf16("Default")) && !Key::find(joinedKey(root, profile))) {
+        } else if (!equalIgnoringCase(profile, rkuinfo::text(uinfo::defaultProfile)) &&
+                   !Key::find(joinedKey(root, profile))) {
             add("profile-missing", true, shown(profile), "the current profile has no key",
                 "create it: " + command("profiles create \"" + shown(profile) + '"') +
                     ", or select another with profiles select");

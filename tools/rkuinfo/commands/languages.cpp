@@ -1,14 +1,10 @@
 // rkuinfo languages.
 #include "commands/command.h"
 
+#include "program/names.h"
 #include "transfer/json_file.h"
 
 namespace {
-
-std::string nameOf(const wchar_t* text)
-{
-    return utf8(rkuinfo::text(text));
-}
 
 const char* folderWord(const LanguageState& state)
 {
@@ -35,7 +31,7 @@ Json describe(const LanguageState& state)
 {
     return {{"language", state.name()},
             {"id", state.record.lcid},
-            {"name", nameOf(state.record.globalName)},
+            {"name", utf8(state.record.globalName)},
             {"local-name", state.localName ? toJson(*state.localName) : Json()},
             {"folder", toJson(state.folder)},
             {"folder-state", folderWord(state)},
@@ -70,7 +66,7 @@ void printTable(const Installation& installation, const Layout& layout)
              mark(state, state.hasEntry || !installation.needsEntries, state.hasEntry ? "yes" : "no"),
              mark(state, state.hasResources, state.hasResources ? "yes" : "no"),
              mark(state, state.isInstalled(), state.isInstalled() ? "yes" : state.whyNot())},
-            {{std::to_string(state.record.lcid)}, {nameOf(state.record.globalName)}});
+            {{std::to_string(state.record.lcid)}, {utf8(state.record.globalName)}});
     }
     table.print(layout);
 }
@@ -91,7 +87,7 @@ void languages(Session& session)
     printJson({{"company", toJson(installation.company)},
                {"product", toJson(installation.product)},
                {"needs-uninstall-entries", installation.needsEntries},
-               {"wanted", installation.wanted.empty() ? Json() : toJson(installation.wanted)},
+               {"wanted", installation.wanted().empty() ? Json() : toJson(installation.wanted())},
                {"languages", languages}});
 }
 
@@ -104,6 +100,7 @@ Command languagesCommand()
         "Tell which languages are installed, and why the others are not",
         {jsonFlag(languagesJson)},
         "FOLDER is the language's folder beside the program, ENTRY its installer's uninstall entry, which "
-        "only the default product needs, LIBRARY its RkUInfoRes.dll.",
+        "only the default product needs, LIBRARY its " +
+            utf8(uinfo::languageLibrary) + '.',
         languages};
 }

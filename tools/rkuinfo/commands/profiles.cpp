@@ -13,13 +13,13 @@ struct
     std::string other;
 } profilesArguments;
 
-class Profiles
+class ProfileList
 {
 public:
-    explicit Profiles(const Installation& installation)
+    explicit ProfileList(const Installation& installation)
         : m_root(installation.path(TarvoConfig::eProfilesRoot)),
           m_current(installation.profile()),
-          m_stored(installation.storedProfile())
+          m_stored(rkuinfo::text(installation.storedProfile().value()))
     {
     }
 
@@ -101,7 +101,8 @@ private:
 
 Text checkedName(const std::string& word)
 {
-    constexpr std::size_t longest = 126; // that an application takes for a name
+    constexpr std::size_t longest =
+        uinfo::profileCapacity - 2; // that an application reads, with a terminator
     Text name = utf16(word);
     if (name.empty() || name.size() > longest || name.find_first_of(utf16("\\/")) != Text::npos) {
         throw Failure("a profile's name has 1 to 126 characters and no / and \\", exitUsage);
@@ -113,7 +114,7 @@ void profiles(Session& session)
 {
     const std::string action =
         chosen(profilesArguments.action, {"list", "current", "create", "select", "copy", "delete"}, "action");
-    const Profiles all{Installation(session)};
+    const ProfileList all{Installation(session)};
     if (action == "list") {
         all.list(session.layout());
     } else if (action == "current") {

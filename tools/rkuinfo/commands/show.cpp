@@ -1,7 +1,7 @@
 // rkuinfo show.
 #include "commands/command.h"
 
-#include "model/value.h"
+#include "program/names.h"
 #include "transfer/json_file.h"
 
 namespace {
@@ -49,13 +49,7 @@ Text buildStamp()
     return rkuinfo::text(stamp);
 }
 
-/// A text of the user's tree, of any length.
-Text stored(const Text& path, const char* name)
-{
-    const std::optional<Key> key = Key::find(path);
-    const std::optional<Value> value = key ? key->value(utf16(name)) : std::nullopt;
-    return value && value->type == REG_SZ ? textOf(*value) : Text();
-}
+using NamedFolder = std::pair<const char*, uinfo::UserFolder>;
 
 /// The sections of one installation. The library's own functions say the same of the program that asks them.
 class Report
@@ -73,70 +67,67 @@ private:
     {
         return {"identity",
                 {fact("company", m_of.company), fact("product", m_of.product),
-                 fact("product-type", velaGetProduct()->productType()),
+                 fact("product-type", long{uinfo::productType(m_of.productChoice.value())}),
                  fact("version", GetVelaProgramVersionString()),
                  fact("service-pack", GetServicePackageVersionString()), fact("build", buildStamp()),
                  fact("language", m_of.language()), fact("language-name", m_language.record.globalName),
                  fact("local-name", m_language.localName.value_or(Text())),
                  fact("language-id", long{m_language.record.lcid}), fact("profile", m_of.profile()),
-                 fact("command-prefix", commandPrefix())}};
-    }
-
-    Text commandPrefix() const
-    {
-        const auto number = [this](const char* key) {
-            return m_of.iniText("product.ini", L"Product", utf16(key), 32);
-        };
-        const Text major = number("MajorVer");
-        const Text product = number("ProductId");
-        return major.empty() || product.empty() ? Text() : utf16("S") + major + product + utf16("_");
+                 fact("command-prefix", m_of.commandPrefix())}};
     }
 
     Section program() const
     {
-        const Text cache = m_of.folder + utf16("UserDataCache");
+        const Text cache = m_of.folder + rkuinfo::text(uinfo::userDataCache);
         return {"program",
                 {file("program-folder", m_of.folder), file("resources", m_language.folder),
-                 file("help-viewer", m_of.folder + utf16("RKHelp.exe")), file("user-data-cache", cache),
-                 file("language-cache", joinedKey(cache, m_of.language()))}};
+                 file("help-viewer", m_of.folder + rkuinfo::text(uinfo::helpViewer)),
+                 file("user-data-cache", cache), file("language-cache", joinedKey(cache, m_of.language()))}};
     }
 
-    /// The folders of company, product, version and language, each in the one before it.
-    std::vector<Fact> levels(Text path, Text& language) const
+    Text folderOf(const Text& applicationData, uinfo::UserFolder folder) const
     {
-        std::vector<Fact> facts = {file("application-data", path)};
-        const std::pair<const char*, Text> names[] = {{"company", m_of.company},
-                                                      {"product", m_of.product},
-                                                      {"version", utf16("2018")},
-                                                      {"language", m_of.language()}};
-        for (const auto& [name, folder] : names) {
-            path += folder + utf16("\\");
-            facts.push_back(file(name, path));
+        return m_of.composed([&](uinfo::BoundedText& path) {
+            return path.append(rkuinfo::Argument(applicationData)) &&
+                   uinfo::appendUserFolder(
+                       path, folder,
+                       {m_of.companyChoice.value(), m_of.productChoice.value(), m_language.record.shortName});
+        });
+    }
+
+    std::vector<Fact> folders(const Text& applicationData, std::initializer_list<NamedFolder> leaves) const
+    {
+        using enum uinfo::UserFolder;
+        std::vector<Fact> facts = {file("application-data", applicationData)};
+        std::vector<NamedFolder> all = {
+            {"company", company}, {"product", product}, {"version", version}, {"language", language}};
+        all.insert(all.end(), leaves);
+        for (const auto& [name, folder] : all) {
+            facts.push_back(file(name, folderOf(applicationData, folder)));
         }
-        language = path;
         return facts;
     }
 
     Section roaming() const
     {
-        Text language;
-        std::vector<Fact> facts = levels(rkuinfo::text(GetUserApplicationDataPath), language);
-        const Text support = language + utf16("Support\\");
-        facts.push_back(file("support", support));
-        facts.push_back(file("plotters", language + utf16("Plotters\\")));
-        facts.push_back(file("crash-report", language + utf16("CrashReport\\")));
-        facts.push_back(file("printstyle", language + utf16("Printstyle\\")));
-        const Text style = stored(joinedKey(m_of.path(TarvoConfig::eUserConfig), utf16("Config")), "UIStyle");
-        facts.push_back(file("ui-style", style.empty() ? support + utf16("Style.tus") : style));
+        using enum uinfo::UserFolder;
+        const Text applicationData = rkuinfo::text(GetUserApplicationDataPath);
+        std::vector<Fact> facts = folders(applicationData, {{"support", support},
+                                                            {"plotters", plotters},
+                                                            {"crash-report", crashReport},
+                                                            {"printstyle", printstyle}});
+        const std::optional<Text> stored = m_of.storedPath(TarvoConfig::eUserConfig, uinfo::styleFileValue);
+        facts.push_back(file("ui-style", stored ? *stored : m_of.composed([&](uinfo::BoundedText& path) {
+            return path.append(rkuinfo::Argument(folderOf(applicationData, support))) &&
+                   uinfo::appendStyleFile(path);
+        })));
         return {"roaming", facts};
     }
 
     Section local() const
     {
-        Text language;
-        std::vector<Fact> facts = levels(rkuinfo::text(GetUserLocalApplicationDataPath), language);
-        facts.push_back(file("template", language + utf16("Template")));
-        return {"local", facts};
+        return {"local", folders(rkuinfo::text(GetUserLocalApplicationDataPath),
+                                 {{"template", uinfo::UserFolder::templates}})};
     }
 
     Section registry() const
@@ -148,10 +139,13 @@ private:
         for (const Subtree& subtree : subtrees()) {
             add(subtree.name, m_of.path(subtree.path));
         }
-        const Text profile = m_of.path(TarvoConfig::eCurrentProfile);
-        add("profile-config", joinedKey(profile, utf16("Config")));
-        section.facts.push_back(
-            fact("custom-resources", stored(joinedKey(profile, utf16("CommonSettings")), "CustomResFile")));
+        add("profile-config", m_of.composed([this](uinfo::BoundedText& key) {
+            return key.append(rkuinfo::Argument(m_of.path(TarvoConfig::eCurrentProfile))) &&
+                   uinfo::appendProfileConfig(key);
+        }));
+        section.facts.push_back(fact(
+            "custom-resources",
+            m_of.storedPath(TarvoConfig::eCurrentProfile, uinfo::customResourcesValue).value_or(Text())));
         return section;
     }
 

@@ -2,6 +2,7 @@
 #include "commands/command.h"
 
 #include "model/value.h"
+#include "program/names.h"
 
 namespace {
 
@@ -10,12 +11,12 @@ void use(Session& session)
     const Installation installation(session);
     const Text language = installation.language();
     const Text profile = installation.profile();
-    const auto remember = [](const Text& key, const char* name, const Text& text) {
-        Key::make(key).set(textValue(utf16(name), text));
+    const auto record = [](const Text& key, const wchar_t* name, const Text& text) {
+        Key::make(key).set(textValue(rkuinfo::text(name), text));
     };
-    remember(utf16("Software\\") + installation.company, "CurProduct", installation.product);
-    remember(installation.versionRoot(), "CurVer", language);
-    remember(installation.path(TarvoConfig::eProfilesRoot), "", profile);
+    record(installation.companyRoot(), uinfo::currentProductValue, installation.product);
+    record(installation.path(TarvoConfig::eVersionRoot), uinfo::currentLanguageValue, language);
+    record(installation.path(TarvoConfig::eProfilesRoot), L"", profile);
     print(shown(installation.product) + ' ' + shown(language) + ' ' + shown(profile));
 }
 

@@ -1,24 +1,20 @@
 #include "model/installation.h"
 
-#include "model/program.h"
 #include "model/system.h"
-#include "model/value.h"
 #include "program/ini_files.h"
+#include "program/names.h"
+#include "store/codec.h"
 #include "text/print.h"
 
 #include <windows.h>
 
 #include <io.h>
 
-#include <algorithm>
 #include <memory>
 
 namespace {
 
 using rkuinfo::Argument;
-
-constexpr std::size_t longestName = 254;
-constexpr std::size_t longestProfile = 126; // what is longer, start-up reads as none
 
 struct FreeModule
 {
@@ -27,8 +23,9 @@ struct FreeModule
 
 void readResources(LanguageState& state, const uinfo::Language& record)
 {
-    const std::unique_ptr<HINSTANCE__, FreeModule> module(LoadLibraryExW(
-        Argument(state.folder + utf16("\\RkUInfoRes.dll")), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+    const Text library = joinedKey(state.folder, rkuinfo::text(uinfo::languageLibrary));
+    const std::unique_ptr<HINSTANCE__, FreeModule> module(
+        LoadLibraryExW(Argument(library), nullptr, LOAD_LIBRARY_AS_DATAFILE));
     wchar_t name[64] = {};
     state.hasResources = module != nullptr;
     if (module && LoadStringW(module.get(), record.localNameId, name, 63) > 0) {
@@ -39,7 +36,7 @@ void readResources(LanguageState& state, const uinfo::Language& record)
 LanguageState examineLanguage(const Text& program, const uinfo::Language& record, bool needsEntries)
 {
     LanguageState state = {record, program + rkuinfo::text(record.shortName)};
-    state.installed = uinfo::installed(record, needsEntries);
+    state.installed = uinfo::installed(Argument(program), record, needsEntries);
     state.hasEntry = uinfo::hasUninstallEntry(record);
     if (state.installed != uinfo::Installed::noFolder) {
         readResources(state, record);
@@ -47,13 +44,39 @@ LanguageState examineLanguage(const Text& program, const uinfo::Language& record
     return state;
 }
 
-/// A REG_SZ of at most so many characters, as start-up reads it.
-Text storedText(const Text& path, const char* name, std::size_t longest)
+Text readableFolder(const Session& session)
 {
-    const std::optional<Key> key = Key::find(path);
-    const std::optional<Value> value = key ? key->value(utf16(name)) : std::nullopt;
-    const bool isRead = value && value->type == REG_SZ && value->data.size() <= longest * sizeof(wchar_t);
-    return isRead ? textOf(*value) : Text();
+    Text folder = session.program.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(session.program);
+    if (folder.empty()) {
+        throw Failure("--program: '" + shown(utf16(session.program)) + "' is no folder", exitUsage);
+    }
+    if (const std::optional<Trouble> trouble = registryTrouble()) {
+        throw Failure(trouble->problem + (trouble->remedy.empty() ? "" : "; " + trouble->remedy));
+    }
+    return folder;
+}
+
+Text checkedName(const uinfo::Choice& choice)
+{
+    if (!choice.isMade()) {
+        throw Failure("--company and --product take at most 254 characters", exitUsage);
+    }
+    return rkuinfo::text(choice.value());
+}
+
+std::string sourceName(const uinfo::Finding& finding)
+{
+    switch (finding.source) {
+    case uinfo::Source::argument:
+        return "the command line";
+    case uinfo::Source::registry:
+        return "the registry (" + utf8(finding.name) + ')';
+    case uinfo::Source::iniFile:
+        return utf8(uinfo::tarvoIni);
+    case uinfo::Source::builtIn:
+        break;
+    }
+    return "the default";
 }
 
 } // namespace
@@ -65,7 +88,7 @@ bool exists(const Text& path)
 
 std::string LanguageState::name() const
 {
-    return utf8(rkuinfo::text(record.shortName));
+    return utf8(record.shortName);
 }
 
 std::string LanguageState::whyNot() const
@@ -83,62 +106,39 @@ std::string LanguageState::whyNot() const
     return "";
 }
 
-Installation::Installation(const Session& session) : m_profile(utf16(session.profile))
+Installation::Installation(const Session& session)
+    : folder(readableFolder(session)),
+      m_folder(folder),
+      m_names{utf16(session.company), utf16(session.product), utf16(session.language),
+              utf16(session.profile)},
+      companyChoice(uinfo::chooseCompany(m_names.company, m_folder)),
+      company(checkedName(companyChoice)),
+      productChoice(uinfo::chooseProduct(m_names.product, Argument(companyRoot()), m_folder)),
+      product(checkedName(productChoice)),
+      needsEntries(uinfo::isDefaultProduct(companyChoice.value(), productChoice.value())),
+      languageChoice(
+          uinfo::chooseLanguage(m_names.language, Argument(versionRoot()), m_folder, needsEntries)),
+      preferred(uinfo::preferredLanguage(m_folder, needsEntries))
 {
-    if (utf16(session.company).size() > longestName || utf16(session.product).size() > longestName) {
-        throw Failure("--company and --product take at most 254 characters", exitUsage);
-    }
-    folder = session.program.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(session.program);
-    if (folder.empty()) {
-        throw Failure("--program: '" + shown(utf16(session.program)) + "' is no folder", exitUsage);
-    }
-    if (!session.program.empty()) {
-        lookAt(folder);
-    }
-    if (const std::optional<Trouble> trouble = registryTrouble()) {
-        throw Failure(trouble->problem + (trouble->remedy.empty() ? "" : "; " + trouble->remedy));
-    }
-    const auto firstOf = [](std::initializer_list<Text> texts) {
-        return *std::ranges::find_if(texts, [](const Text& text) { return !text.empty(); });
-    };
-    company = firstOf({utf16(session.company), iniText("TARVO.ini", L"Product", utf16("CompanyName"), 255),
-                       utf16("Norvik")});
-    product = firstOf({utf16(session.product),
-                       storedText(utf16("Software\\") + company, "CurProduct", longestName + 1),
-                       iniText("TARVO.ini", L"Product", utf16("ProductName"), 255), utf16("TARVO")});
-    needsEntries = equalIgnoringCase(company, utf16("NORVIK")) && equalIgnoringCase(product, utf16("TARVO"));
     for (const uinfo::Language& record : uinfo::languages) {
         languages.push_back(examineLanguage(folder, record, needsEntries));
     }
-    preferred = uinfo::preferredLanguage(needsEntries);
-    findLanguage(session);
-}
-
-void Installation::findLanguage(const Session& session)
-{
-    using Source = uinfo::LanguageChoice::Source;
-    const Argument language(utf16(session.language));
-    const Argument root(versionRoot());
-    const uinfo::LanguageChoice choice(language, root, needsEntries);
-    wanted = rkuinfo::text(choice.name());
-    source = choice.source() == Source::argument   ? "the command line"
-             : choice.source() == Source::registry ? "the registry (CurVer)"
-                                                   : "TARVO.ini";
 }
 
 std::string Installation::whyNotWanted() const
 {
-    if (wanted.empty()) {
-        return {};
+    const uinfo::Finding& decision = languageChoice.decision();
+    const std::string names = ", which " + sourceName(decision) + " names, is ";
+    switch (decision.answer) {
+    case uinfo::Answer::notALanguage:
+        return '\'' + shown(wanted()) + '\'' + names + "none of the fifteen languages";
+    case uinfo::Answer::notInstalled: {
+        const LanguageState& state = languages[static_cast<std::size_t>(languageChoice.language)];
+        return state.name() + names + "not installed: " + state.whyNot();
     }
-    const std::int32_t index = uinfo::findLanguage(Argument(wanted));
-    if (index == uinfo::unknownLanguage) {
-        return '\'' + shown(wanted) + "', which " + source + " names, is none of the fifteen languages";
+    default:
+        return "";
     }
-    const LanguageState& state = languages[static_cast<std::size_t>(index)];
-    return state.isInstalled()
-               ? ""
-               : state.name() + ", which " + source + " names, is not installed: " + state.whyNot();
 }
 
 const LanguageState& Installation::chosenLanguage() const
@@ -149,8 +149,7 @@ const LanguageState& Installation::chosenLanguage() const
     if (const std::string why = whyNotWanted(); !why.empty()) {
         throw Failure(why + "; name an installed language with --language");
     }
-    return languages[static_cast<std::size_t>(wanted.empty() ? preferred
-                                                             : uinfo::findLanguage(Argument(wanted)))];
+    return languages[static_cast<std::size_t>(languageChoice.isMade() ? languageChoice.language : preferred)];
 }
 
 Text Installation::language() const
@@ -158,64 +157,80 @@ Text Installation::language() const
     return rkuinfo::text(chosenLanguage().record.shortName);
 }
 
+void Installation::throwTooLong()
+{
+    throw Failure("name too long: the names make a path of more than 1023 characters", exitUsage);
+}
+
+Text Installation::companyRoot() const
+{
+    return composed([this](auto& key) { return uinfo::appendCompanyRoot(key, companyChoice.value()); });
+}
+
+Text Installation::productRoot() const
+{
+    return composed([this](auto& key) {
+        return uinfo::appendProductRoot(key, Argument(companyRoot()), productChoice.value());
+    });
+}
+
 Text Installation::versionRoot() const
 {
-    return utf16("Software\\") + company + utf16("\\") + product + utf16("\\2018");
+    return composed([this](auto& key) { return uinfo::appendVersionRoot(key, Argument(productRoot())); });
 }
 
 Text Installation::path(TarvoConfig::Path subtree) const
 {
-    const auto below = [this](const char* name) {
-        return joinedKey(joinedKey(versionRoot(), language()), utf16(name));
-    };
-    switch (subtree) {
-    case TarvoConfig::eProductRoot:
-        return utf16("Software\\") + company + utf16("\\") + product;
-    case TarvoConfig::eVersionRoot:
-        return versionRoot();
-    case TarvoConfig::eLanguageRoot:
-        return joinedKey(versionRoot(), language());
-    case TarvoConfig::eProfilesRoot:
-        return below("Profiles");
-    case TarvoConfig::eCurrentProfile:
-        return joinedKey(below("Profiles"), profile());
-    case TarvoConfig::eApplications:
-        return below("Applications");
-    case TarvoConfig::eRecentFileList:
-        return below("Recent File List");
-    case TarvoConfig::eSettings:
-        break;
-    case TarvoConfig::eUserConfig:
-        return below("Settings\\UserConfig");
+    const Argument root(productRoot()), version(versionRoot());
+    if (subtree == TarvoConfig::eCurrentProfile) {
+        return composed([this](auto& key) {
+            return key.append(Argument(path(TarvoConfig::eProfilesRoot))) &&
+                   uinfo::appendProfile(key, profileChoice().value());
+        });
     }
-    return below("Settings");
+    const Argument name(subtree > TarvoConfig::eVersionRoot ? language() : Text());
+    return composed([&](auto& key) { return uinfo::appendSubtree(key, subtree, {root, version, name}); });
 }
 
-Text Installation::storedProfile() const
+uinfo::Choice Installation::profileChoice() const
 {
-    return storedText(path(TarvoConfig::eProfilesRoot), "", longestProfile + 1);
+    return uinfo::chooseProfile(m_names.profile, Argument(path(TarvoConfig::eProfilesRoot)));
 }
 
-Text Installation::profile() const
+uinfo::Choice Installation::storedProfile() const
 {
-    if (!m_profile.empty()) {
-        return m_profile;
-    }
-    const Text stored = storedProfile();
-    return stored.empty() ? utf16("Default") : stored;
+    return uinfo::chooseProfile(nullptr, Argument(path(TarvoConfig::eProfilesRoot)));
 }
 
-Text Installation::iniFile(const char* file) const
+std::optional<Text> Installation::storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const
 {
-    return folder + utf16(file);
+    const Text whole = joinedKey(path(subtree), rkuinfo::text(valuePath));
+    const std::size_t end = whole.rfind(Text::value_type('\\'));
+    const auto key = uinfo::RegistryKey::open(HKEY_CURRENT_USER, Argument(whole.substr(0, end)), KEY_READ);
+    VelaVariant value;
+    const auto read = key ? uinfo::readValueFromKey(key.get(), Argument(whole.substr(end + 1)), value)
+                          : TarvoConfig::eNotFound;
+    uinfo::PathBuffer stored;
+    return uinfo::assignStoredPath(stored, read, value) ? std::optional(rkuinfo::text(stored.text()))
+                                                        : std::nullopt;
 }
 
-Text Installation::iniText(const char* file, const wchar_t* section, const Text& key,
+Text Installation::iniFile(const wchar_t* file) const
+{
+    return folder + rkuinfo::text(file);
+}
+
+Text Installation::iniText(const wchar_t* file, const wchar_t* section, const wchar_t* key,
                            unsigned long capacity) const
 {
     wchar_t out[1024] = {};
-    const Argument name(key);
     const bool isRead =
-        uinfo::readIniText(section, name, out, capacity, Argument(utf16(file))) == uinfo::IniResult::found;
+        uinfo::readIniText(m_folder, section, key, out, capacity, file) == uinfo::IniResult::found;
     return isRead ? rkuinfo::text(out) : Text();
+}
+
+Text Installation::commandPrefix() const
+{
+    uinfo::PathBuffer prefix;
+    return uinfo::readCommandPrefix(m_folder, prefix) ? rkuinfo::text(prefix.text()) : Text();
 }

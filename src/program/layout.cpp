@@ -1,0 +1,106 @@
+#include "program/layout.h"
+
+#include "program/names.h"
+
+#include <iterator>
+
+namespace {
+
+using uinfo::BoundedText;
+
+/// Appends one text and a separator, or nothing.
+bool appendFolder(BoundedText& path, const wchar_t* name, const wchar_t* separator)
+{
+    const std::size_t nameLength = uinfo::length(name) + uinfo::length(separator);
+    return path.length() + nameLength <= uinfo::longestComposedPath && path.append(name) &&
+           path.append(separator);
+}
+
+} // namespace
+
+namespace uinfo {
+
+bool appendCompanyRoot(BoundedText& key, const wchar_t* company)
+{
+    return key.append(L"Software\\") && key.append(company);
+}
+
+bool appendProductRoot(BoundedText& key, const wchar_t* companyRoot, const wchar_t* product)
+{
+    return key.append(companyRoot) && key.appendComponent(product);
+}
+
+bool appendVersionRoot(BoundedText& key, const wchar_t* productRoot)
+{
+    return key.append(productRoot) && key.appendComponent(versionSegment);
+}
+
+bool appendSubtree(BoundedText& key, TarvoConfig::Path path, const RegistryNames& names)
+{
+    const auto below = [&]<std::size_t Size>(const wchar_t(&component)[Size]) {
+        return key.append(names.versionRoot) && key.appendComponent(names.language) &&
+               key.appendComponent(component, Size - 1);
+    };
+    switch (path) {
+    case TarvoConfig::eProductRoot:
+        return key.append(names.productRoot);
+    case TarvoConfig::eVersionRoot:
+        return key.append(names.versionRoot);
+    case TarvoConfig::eLanguageRoot:
+        return key.append(names.versionRoot) && key.appendComponent(names.language);
+    case TarvoConfig::eProfilesRoot:
+        return below(L"Profiles");
+    case TarvoConfig::eCurrentProfile:
+        break;
+    case TarvoConfig::eApplications:
+        return below(L"Applications");
+    case TarvoConfig::eRecentFileList:
+        return below(L"Recent File List");
+    case TarvoConfig::eSettings:
+        return below(L"Settings");
+    case TarvoConfig::eUserConfig:
+        return below(L"Settings\\UserConfig");
+    }
+    return false;
+}
+
+bool appendProfile(BoundedText& profilesRoot, const wchar_t* profile)
+{
+    return profilesRoot.appendComponent(profile);
+}
+
+bool appendProfileConfig(BoundedText& profileKey)
+{
+    constexpr wchar_t config[] = L"Config";
+    return profileKey.length() + std::size(config) <= longestConfigKey && profileKey.appendComponent(config);
+}
+
+bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names)
+{
+    const wchar_t* const levels[] = {names.company, names.product, versionSegment, names.language};
+    constexpr const wchar_t* leaves[] = {L"Support\\", L"Plotters\\", L"CrashReport\\", L"Printstyle\\",
+                                         L"Template"};
+    const auto last = static_cast<std::size_t>(folder);
+    for (std::size_t level = 0; level <= last && level < std::size(levels); ++level) {
+        if (!appendFolder(path, levels[level], L"\\")) {
+            return false;
+        }
+    }
+    return last < std::size(levels) || appendFolder(path, leaves[last - std::size(levels)], L"");
+}
+
+bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored)
+{
+    path.cut(0);
+    if (read == TarvoConfig::eOk && length(stored.getString()) <= longestStoredPath) {
+        path.append(stored.getString());
+    }
+    return read == TarvoConfig::eOk;
+}
+
+bool appendStyleFile(BoundedText& supportFolder)
+{
+    return appendFolder(supportFolder, L"Style.tus", L"");
+}
+
+} // namespace uinfo
