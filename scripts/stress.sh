@@ -18,10 +18,16 @@ run_stress() {
     echo '== The same threads under ThreadSanitizer'
     build tsan rkuinfo_tests
     run_cases build/tsan/bin/rkuinfo_tests 'Locks.*:Storm.Many*'
+    echo '== The store beside raw registry calls'
+    local seed=$RANDOM
+    build host store_oracle
+    echo "a million operations with the seed $seed"
+    HOME=$PWD/build/host/oracle XDG_DATA_HOME='' build/host/bin/store_oracle 1000000 "$seed"
     echo '== Agreement of winhost with Wine'
     build host agreement_tests
-    build windows agreement_tests
+    build windows agreement_tests store_oracle
     start_wine
+    toolchains/run-wine.sh build/windows/bin/store_oracle.exe 100000 "$seed"
     rm -rf build/{host,windows}/agreement # the traces of other seeds
     RKUINFO_STRESS=1 build/host/bin/agreement_tests --gtest_brief=1
     RKUINFO_STRESS=1 toolchains/run-wine.sh build/windows/bin/agreement_tests.exe --gtest_brief=1

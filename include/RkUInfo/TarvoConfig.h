@@ -191,9 +191,9 @@ private:
 /// Walks the sub-keys of one key: findItem, then use the entry while name() gives eOk, until step() does not.
 ///
 /// The walk is by index into the live key; the count is taken once, by findItem. The iterator holds the key
-/// open until it goes or another is assigned to it. A copy opens the key for itself; where that cannot be, as
-/// after the key's removal, it holds none and is like a default-made one. Distinct iterators may be used from
-/// several threads at once.
+/// open until it goes or another is assigned to it. A copy has the other's index and figures and
+/// opens the key for itself; where it cannot, as after the key's removal, it holds no key. Distinct iterators
+/// may be used from several threads at once.
 class TarvoConfig::ItemIterator
 {
 public:

@@ -14,8 +14,9 @@
 /// A value that holds nothing, a 32-bit or 64-bit integer, a double, bytes or a wide text.
 ///
 /// The data lives in one block made with malloc and released with free: a 32-bit recorded size (data bytes
-/// plus the 4 of this field), then the data. Every module that exchanges variants with the library shares its
-/// C runtime heap, and this layout: 12 bytes, the pointer right after the type.
+/// plus the 4 of this field), then the data. A block that records less than 4 counts as none. Every module
+/// that exchanges variants with the library shares its C runtime heap, and this layout: 12 bytes, the pointer
+/// right after the type.
 ///
 /// Getters never convert; a getter of another type gives 0, the empty text or null. Failures are thrown as a
 /// RkErrorStatus made on the heap, after the process's crash recorder has seen it; the catcher deletes it.
@@ -130,7 +131,7 @@ public:
     /// The text, never null; it belongs to this object and lives until its next change.
     const wchar_t* getString() const noexcept
     {
-        if (m_type != eString || m_data == nullptr) {
+        if (m_type != eString || !hasBlock()) {
             return L"";
         }
         return reinterpret_cast<const wchar_t*>(m_data + headerSize);
@@ -139,7 +140,7 @@ public:
     /// The first byte, or null when there is none; blockSize() - 4 bytes follow.
     const void* getBinary() const noexcept
     {
-        return m_type == eBinary && m_data != nullptr ? m_data + headerSize : nullptr;
+        return m_type == eBinary && hasBlock() ? m_data + headerSize : nullptr;
     }
 
     /// The recorded size (data bytes + 4), 0 without a block.
@@ -204,15 +205,17 @@ private:
         if (block != nullptr) {
             std::memcpy(&size, block, headerSize);
         }
-        return size;
+        return size < static_cast<std::int32_t>(headerSize) ? 0 : size;
     }
+
+    bool hasBlock() const noexcept { return recordedSize(m_data) != 0; }
 
     static char* duplicate(const char* block)
     {
-        if (block == nullptr) {
+        const std::int32_t size = recordedSize(block);
+        if (size == 0) {
             return nullptr;
         }
-        const std::int32_t size = recordedSize(block);
         char* const copy = newBlock(size - static_cast<std::int32_t>(headerSize));
         std::memcpy(copy, block, static_cast<std::size_t>(size));
         return copy;
@@ -234,7 +237,7 @@ private:
     template <typename T>
     void setFixed(VarType type, T value)
     {
-        if (m_type != type || m_data == nullptr) {
+        if (m_type != type || !hasBlock()) {
             releaseBlock();
             m_data = newBlock(static_cast<std::int32_t>(sizeof value));
             m_type = type;
@@ -246,7 +249,7 @@ private:
     T getFixed(VarType type) const noexcept
     {
         T value = 0;
-        if (m_type == type && m_data != nullptr) {
+        if (m_type == type && hasBlock()) {
             std::memcpy(&value, m_data + headerSize, sizeof value);
         }
         return value;

@@ -27,7 +27,10 @@ bool executableFolder(BoundedText& out, unsigned long size)
 
 bool executableFolderOrCut(BoundedText& out, unsigned long size)
 {
-    if (GetModuleFileNameW(GetModuleHandleW(nullptr), out.data(), static_cast<DWORD>(size)) == 0) {
+    const DWORD errorBefore = GetLastError();
+    const DWORD written = GetModuleFileNameW(GetModuleHandleW(nullptr), out.data(), static_cast<DWORD>(size));
+    SetLastError(errorBefore); // some systems clear it on success too
+    if (written == 0) {
         return false;
     }
     out.measure(); // some systems leave a cut path without a terminator

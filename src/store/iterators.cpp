@@ -9,7 +9,7 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -28,22 +28,10 @@ struct KeyInfo
     DWORD maxValueLength = 0;
 };
 
-bool queryInfo(const RegistryKey& key, KeyInfo& info)
+/// Opens the key that an iterator is to walk and queries its figures; on failure key and info stay empty.
+Error openWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, RegistryKey& key,
+               KeyInfo& info)
 {
-    wchar_t keyClass[MAX_PATH];
-    DWORD classLength = MAX_PATH;
-    return RegQueryInfoKeyW(key.get(), keyClass, &classLength, nullptr, &info.subKeys, &info.maxSubKeyLength,
-                            &info.maxClassLength, &info.values, &info.maxValueNameLength,
-                            &info.maxValueLength, nullptr, nullptr) == ERROR_SUCCESS;
-}
-
-/// Opens the key that an iterator is to walk and sets its fields; those of a cleared one on failure. A key
-/// that it held stays open.
-template <typename Fields>
-Error findWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, Fields fields,
-               DWORD KeyInfo::*count, DWORD KeyInfo::*longestName, DWORD KeyInfo::*longestOther)
-{
-    fields = std::tuple(nullptr, 0, 0, 0, 0);
     uinfo::KeyPath keyPath;
     if (!keyPath.assign(config, path, item)) {
         return TarvoConfig::eInvalidInput;
@@ -52,12 +40,24 @@ Error findWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t*
     if (!opened) {
         return TarvoConfig::eNotFound;
     }
-    KeyInfo info;
-    if (!queryInfo(opened, info)) {
+    KeyInfo found;
+    wchar_t keyClass[MAX_PATH];
+    DWORD classLength = MAX_PATH;
+    if (RegQueryInfoKeyW(opened.get(), keyClass, &classLength, nullptr, &found.subKeys,
+                         &found.maxSubKeyLength, &found.maxClassLength, &found.values,
+                         &found.maxValueNameLength, &found.maxValueLength, nullptr,
+                         nullptr) != ERROR_SUCCESS) {
         return TarvoConfig::eRegistryError;
     }
-    fields = std::tuple(opened.release(), 0, info.*count, info.*longestName, info.*longestOther);
+    key = std::move(opened);
+    info = found;
     return TarvoConfig::eOk;
+}
+
+/// Opens a key once more; holds none where there is none, or where it has been deleted.
+RegistryKey openAgain(HKEY key)
+{
+    return key != nullptr ? RegistryKey::open(key, nullptr, KEY_ALL_ACCESS) : RegistryKey();
 }
 
 /// Hands the name of an entry to the caller, whose capacity length gives and receives the need.
@@ -87,27 +87,6 @@ Error enumerateName(Enumerate enumerate, HKEY key, std::int32_t index, wchar_t* 
     return fits ? TarvoConfig::eOk : TarvoConfig::eBufferTooSmall;
 }
 
-/// An iterator's fields, in their order: one tuple of references is assigned to another.
-template <typename Fields>
-void closeWalk(Fields fields)
-{
-    const RegistryKey closed(std::get<0>(fields));
-    fields = std::tuple(nullptr, -1, 0, 0, 0);
-}
-
-/// Opens the other iterator's key for this one too. One that has gone leaves this one without a key.
-template <typename Fields, typename OtherFields>
-void copyWalk(Fields fields, OtherFields others)
-{
-    const HKEY other = std::get<0>(others);
-    RegistryKey again = other != nullptr ? RegistryKey::open(other, nullptr, KEY_ALL_ACCESS) : RegistryKey();
-    closeWalk(fields);
-    if (again) {
-        fields = others;
-        std::get<0>(fields) = again.release();
-    }
-}
-
 Error stepIndex(std::int32_t& index, std::int32_t count)
 {
     if (index < 0 || index >= count) {
@@ -131,18 +110,28 @@ Error withCurrentName(const TarvoConfig::ValueIterator& it, Use use)
 
 TarvoConfig::Error TarvoConfig::findItem(Path path, const wchar_t* item, ItemIterator& it)
 {
-    return findWalk(
-        *this, path, item,
-        std::tie(it.m_key, it.m_index, it.m_subKeyCount, it.m_maxSubKeyNameLength, it.m_maxClassLength),
-        &KeyInfo::subKeys, &KeyInfo::maxSubKeyLength, &KeyInfo::maxClassLength);
+    RegistryKey key;
+    KeyInfo info;
+    const Error error = openWalk(*this, path, item, key, info);
+    it.m_key = key.release();
+    it.m_index = 0;
+    it.m_subKeyCount = static_cast<std::int32_t>(info.subKeys);
+    it.m_maxSubKeyNameLength = info.maxSubKeyLength;
+    it.m_maxClassLength = info.maxClassLength;
+    return error;
 }
 
 TarvoConfig::Error TarvoConfig::findItem(Path path, const wchar_t* item, ValueIterator& it)
 {
-    return findWalk(
-        *this, path, item,
-        std::tie(it.m_key, it.m_index, it.m_valueCount, it.m_maxValueNameLength, it.m_maxValueDataLength),
-        &KeyInfo::values, &KeyInfo::maxValueNameLength, &KeyInfo::maxValueLength);
+    RegistryKey key;
+    KeyInfo info;
+    const Error error = openWalk(*this, path, item, key, info);
+    it.m_key = key.release();
+    it.m_index = 0;
+    it.m_valueCount = static_cast<std::int32_t>(info.values);
+    it.m_maxValueNameLength = info.maxValueNameLength;
+    it.m_maxValueDataLength = info.maxValueLength;
+    return error;
 }
 
 TarvoConfig::ItemIterator::ItemIterator()
@@ -152,15 +141,18 @@ TarvoConfig::ItemIterator::ItemIterator()
 
 TarvoConfig::ItemIterator::~ItemIterator()
 {
-    closeWalk(std::tie(m_key, m_index, m_subKeyCount, m_maxSubKeyNameLength, m_maxClassLength));
+    const RegistryKey closed(std::exchange(m_key, nullptr));
 }
 
 TarvoConfig::ItemIterator& TarvoConfig::ItemIterator::operator=(const ItemIterator& other)
 {
     if (this != &other) {
-        copyWalk(std::tie(m_key, m_index, m_subKeyCount, m_maxSubKeyNameLength, m_maxClassLength),
-                 std::tie(other.m_key, other.m_index, other.m_subKeyCount, other.m_maxSubKeyNameLength,
-                          other.m_maxClassLength));
+        RegistryKey again = openAgain(other.m_key);
+        const RegistryKey closed(std::exchange(m_key, again.release()));
+        m_index = other.m_index;
+        m_subKeyCount = other.m_subKeyCount;
+        m_maxSubKeyNameLength = other.m_maxSubKeyNameLength;
+        m_maxClassLength = other.m_maxClassLength;
     }
     return *this;
 }
@@ -187,15 +179,18 @@ TarvoConfig::ValueIterator::ValueIterator()
 
 TarvoConfig::ValueIterator::~ValueIterator()
 {
-    closeWalk(std::tie(m_key, m_index, m_valueCount, m_maxValueNameLength, m_maxValueDataLength));
+    const RegistryKey closed(std::exchange(m_key, nullptr));
 }
 
 TarvoConfig::ValueIterator& TarvoConfig::ValueIterator::operator=(const ValueIterator& other)
 {
     if (this != &other) {
-        copyWalk(std::tie(m_key, m_index, m_valueCount, m_maxValueNameLength, m_maxValueDataLength),
-                 std::tie(other.m_key, other.m_index, other.m_valueCount, other.m_maxValueNameLength,
-                          other.m_maxValueDataLength));
+        RegistryKey again = openAgain(other.m_key);
+        const RegistryKey closed(std::exchange(m_key, again.release()));
+        m_index = other.m_index;
+        m_valueCount = other.m_valueCount;
+        m_maxValueNameLength = other.m_maxValueNameLength;
+        m_maxValueDataLength = other.m_maxValueDataLength;
     }
     return *this;
 }

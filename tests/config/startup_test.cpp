@@ -133,20 +133,37 @@ TEST(StartUp, HappensOnceAndIsCopied)
     }
 }
 
-TEST(StartUp, FailsForGood)
+TEST(StartUp, FailsInAStep)
 {
+    const std::string tooLong(255, 'x');
+    const struct
+    {
+        std::string company, product;
+        Error error;
+        std::string state; ///< which is not rolled back
+        Error second;      ///< of the next start
+    } rows[] = {
+        {tooLong, "Widget", eInvalidInput, "NORVIK TARVO unknown Default 0 ", eOk}, // no company is set
+        {"Acme", tooLong, eInvalidInput, "Acme TARVO unknown Default 0 ", eInvalidInput},
+        {"Acme", "Widget", eRegistryError, "Acme Widget en-US Work 0 ", eInvalidInput},
+    };
     int asked = 0;
     const Patch vanishing = intercept<"_waccess", decltype(_waccess)>([&](auto real, auto* path, int mode) {
         EXPECT_EQ(mode, 4) << "not to read";
-        return ++asked == 3 ? -1 : real(path, mode); // there when the language is chosen, then gone
+        return ++asked == 2 ? -1 : real(path, mode); // there when the language is chosen, then gone
     });
-    EXPECT_EQ(InitVelaConfig(L"Acme", nullptr, L"en-US", nullptr), eRegistryError);
-    EXPECT_EQ(startAcme(), eInvalidInput);
-    EXPECT_EQ(utf8(velaConfig()->companyName()), "Acme"); // nothing is rolled back
-    Config config;
-    EXPECT_EQ(config.verifyResourcePath(), eOk); // of the process's language
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.state);
+        *velaConfig() = Config();
+        asked = row.error == eRegistryError ? 0 : 2;
+        EXPECT_EQ(InitVelaConfig(Wide(row.company), Wide(row.product), L"en-US", L"Work"), row.error);
+        EXPECT_EQ(state(*velaConfig()), row.state);
+        EXPECT_EQ(CreateConfigReg(), eRegistryError);
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, acmeKey), "");
+        EXPECT_EQ(startAcme(), row.second);
+    }
     const Patch unknown = pretendExecutable("");
-    EXPECT_EQ(config.verifyResourcePath(), eInvalidInput);
+    EXPECT_EQ(Config().verifyResourcePath(), eInvalidInput); // of the process's language
 }
 
 } // namespace

@@ -201,13 +201,13 @@ using Entries = std::set<std::string>;
 /// default one, which may then be stored.
 Entries entries(const std::string& tree)
 {
-    const std::string standard = '=' + testing::PrintToString(text("Default"));
+    const std::string standard = '=' + print(text("Default"));
     std::istringstream in(tree);
     Entries all;
     std::string key;
     for (std::string line; std::getline(in, line);) {
         key = line[0] == '[' ? line : key;
-        all.insert(key + (line == standard ? '=' + testing::PrintToString(text("Work")) : line));
+        all.insert(key + (line == standard ? '=' + print(text("Work")) : line));
     }
     return all;
 }

@@ -140,46 +140,6 @@ TEST_F(RegistryCalls, OfEachOperation)
     }
 }
 
-TEST_F(RegistryCalls, OfAWalk)
-{
-    TarvoConfig::ItemIterator none, items;
-    TarvoConfig::ValueIterator values;
-    wchar_t name[64];
-    long length = 64;
-    VelaVariant value;
-    const struct
-    {
-        std::function<int()> run;
-        const char* refused;
-        const char* calls;
-        int code;
-    } rows[] = {
-        {[&] { return values.value(value); }, "", "", 4},
-        {[&] { return m_config.findItem(eSettings, L"Item", values); }, "", "open ~\\Item all, info", 0},
-        {[&] { return values.key(name, length); }, "", "value", 0},
-        {[&] { return values.value(value); }, "", "value, query n, query n", 0},
-        {[&] { return values.setValue(m_text); }, "", "value, set n 1 10", 0},
-        {[&] { return values.setValue(m_text); }, "set", "value, set n 1 10 = 5", 5},
-        {[&] { return values.step(); }, "", "", 0},
-        {[&] { return values.value(value); }, "", "value 1 = 259", 4},
-        {[&] { return m_config.getValue(none, L"n", value); }, "", "", 4},
-        {[&] { return m_config.setValue(none, L"n", m_text); }, "", "", 1},
-        {[&] { return m_config.findItem(eSettings, L"Item", items); }, "", "open ~\\Item all, info", 0},
-        {[&] { return items.name(name, length = 64); }, "", "key", 0},
-        {[&] { return m_config.getValue(items, L"n", value); }, "", "key, open Sub r, query n, query n", 0},
-        {[&] { return m_config.getValue(items, L"none", value); }, "", "key, open Sub r, query none = 2", 1},
-        {[&] { return m_config.getValue(items, L"n", value); }, "open", "key, open Sub r = 5", 1},
-        {[&] { return m_config.setValue(items, L"/n/", m_text); }, "", "key, open Sub w, set /n/ 1 10", 0},
-        {[&] { return m_config.setValue(items, L"n", m_text); }, "set", "key, open Sub w, set n 1 10 = 5", 5},
-        {[&] { return items.step(); }, "", "", 0},
-        {[&] { return m_config.getValue(items, L"n", value); }, "", "key 1 = 259", 4},
-        {[&] { return m_config.setValue(items, L"n", m_text); }, "", "key 1 = 259", 4},
-    };
-    for (const auto& row : rows) {
-        expect(row.run, row.refused, row.calls, row.code);
-    }
-}
-
 // ---- Limits, and trees that are removed
 
 class Operations : public StoreTest

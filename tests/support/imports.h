@@ -53,7 +53,7 @@ Patch replaceImport(const char* module, Handler handler, Result (*)(Arguments...
     };
     const std::vector<void**> slots = importSlots(module, name.text);
     if (slots.empty()) {
-        throw std::invalid_argument(std::string("not imported: ") + name.text);
+        throw std::runtime_error(std::string("not imported: ") + name.text);
     }
     void* const original = *slots.front();
     auto* const before = std::exchange(active, new std::pair(handler, reinterpret_cast<Function>(original)));

@@ -1,26 +1,19 @@
 #include "support/registry.h"
 
-#include <gtest/gtest.h>
-
-#include <ostream>
+#include <stdexcept>
 
 namespace testing_support {
 
 namespace {
 
-OwnedKey openKey(HKEY root, const std::string& path)
+void require(LSTATUS status, const std::string& path)
 {
-    HKEY key = nullptr;
-    RegOpenKeyExW(root, Wide(path), 0, KEY_READ, &key);
-    return OwnedKey(key);
+    if (status != ERROR_SUCCESS) {
+        throw std::runtime_error("cannot be made: " + path);
+    }
 }
 
 } // namespace
-
-void PrintTo(const RawValue& value, std::ostream* stream)
-{
-    *stream << value.type << ' ' << testing::PrintToString(value.bytes);
-}
 
 RawValue text(const std::string& utf8)
 {
@@ -32,12 +25,19 @@ RawValue dword(std::uint32_t number)
     return {REG_DWORD, std::string(reinterpret_cast<const char*>(&number), sizeof number)};
 }
 
+OwnedKey openKey(HKEY root, const std::string& path, REGSAM access)
+{
+    HKEY key = nullptr;
+    const LSTATUS opened = RegOpenKeyExW(root, Wide(path), 0, access, &key);
+    return OwnedKey(opened == ERROR_SUCCESS ? key : nullptr);
+}
+
 OwnedKey makeKey(HKEY root, const std::string& path)
 {
     HKEY key = nullptr;
-    const LSTATUS made = RegCreateKeyExW(root, Wide(path), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                                         KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    EXPECT_EQ(made, ERROR_SUCCESS) << path;
+    require(RegCreateKeyExW(root, Wide(path), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                            &key, nullptr),
+            path);
     return OwnedKey(key);
 }
 
@@ -46,23 +46,25 @@ void removeKey(HKEY root, const std::string& path)
     RegDeleteTreeW(root, Wide(path));
 }
 
-void setRaw(HKEY root, const std::string& path, const std::string& name, const RawValue& value)
+LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
+               const std::optional<RawValue>& value)
 {
-    const std::string data = value.bytes + "##"; // the system adds a terminator that it finds behind a text
-    const auto* const bytes = reinterpret_cast<const BYTE*>(data.data());
-    const auto size = static_cast<DWORD>(value.bytes.size());
-    const LSTATUS set = RegSetValueExW(makeKey(root, path).get(), Wide(name), 0, value.type, bytes, size);
-    EXPECT_EQ(set, ERROR_SUCCESS) << path << ' ' << name;
+    const OwnedKey key = makeKey(root, path);
+    if (value) {
+        const std::string data =
+            value->bytes + "##"; // the system adds a terminator that it finds behind a text
+        const auto* const bytes = reinterpret_cast<const BYTE*>(data.data());
+        const auto size = static_cast<DWORD>(value->bytes.size());
+        require(RegSetValueExW(key.get(), Wide(name), 0, value->type, bytes, size), path);
+    }
+    return ERROR_SUCCESS;
 }
 
 void remakeKey(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value)
 {
     removeKey(root, path);
-    makeKey(root, path);
-    if (value) {
-        setRaw(root, path, name, *value);
-    }
+    setRaw(root, path, name, value);
 }
 
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name)
@@ -83,6 +85,15 @@ LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* leng
                   : RegEnumKeyExW(key, index, name, length, nullptr, nullptr, nullptr, nullptr);
 }
 
+std::string print(const RawValue& value)
+{
+    std::string line(1, static_cast<char>('0' + value.type));
+    for (const char byte : value.bytes) {
+        line += {"0123456789abcdef"[byte >> 4 & 0xF], "0123456789abcdef"[byte & 0xF]};
+    }
+    return line;
+}
+
 std::string tree(HKEY root, const std::string& path)
 {
     const OwnedKey key = openKey(root, path);
@@ -93,7 +104,7 @@ std::string tree(HKEY root, const std::string& path)
         for (DWORD i = 0, length = size; enumerate(values, key.get(), i, name, &length) == ERROR_SUCCESS;
              ++i, length = size) {
             const std::string found = utf8(name);
-            lines += values ? found + '=' + testing::PrintToString(getRaw(root, path, found).value()) + '\n'
+            lines += values ? found + '=' + print(*getRaw(root, path, found)) + '\n'
                             : tree(root, path + '\\' + found);
         }
     }

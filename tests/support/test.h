@@ -5,6 +5,7 @@
 #include "support/config.h"
 #include "support/imports.h"
 #include "support/isolation.h"
+#include "support/open_keys.h"
 #include "support/registry.h"
 #include "support/scratch.h"
 #include "support/text.h"
@@ -21,6 +22,12 @@
 namespace testing_support {
 
 using Error = TarvoConfig::Error;
+
+/// How a value is printed in a failure.
+inline void PrintTo(const RawValue& value, std::ostream* stream)
+{
+    *stream << value.type << ' ' << testing::PrintToString(value.bytes);
+}
 
 /// Key paths after startAcme(). Not inline: texts that a file makes of them would be made before them.
 const std::string acmeKey = "Software\\Acme";
@@ -60,29 +67,11 @@ inline std::string exportedName(std::string_view function)
     return name;
 }
 
-/// Counts the registry keys that the library opens and closes; when it goes, none may be left open.
-class KeyCounter
+/// When it goes, the library may have no key open.
+class KeyCounter : public OpenKeys
 {
 public:
     ~KeyCounter() { EXPECT_EQ(stillOpen(), 0); }
-
-    int stillOpen() const { return m_open; }
-
-private:
-    template <Name name, typename Function>
-    Patch counting(int change)
-    {
-        return intercept<name, Function>([this, change](auto real, auto... arguments) {
-            const LSTATUS status = real(arguments...);
-            m_open += status == ERROR_SUCCESS ? change : 0;
-            return status;
-        });
-    }
-
-    std::atomic<int> m_open = 0;
-    Patch m_patches[3] = {counting<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(1),
-                          counting<"RegCreateKeyExW", decltype(RegCreateKeyExW)>(1),
-                          counting<"RegCloseKey", decltype(RegCloseKey)>(-1)};
 };
 
 /// Lets the library believe that the process's executable has another path, of any length; empty: none can be
@@ -92,9 +81,8 @@ private:
     const auto answer = [path = Wide(pretended)](auto, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
         EXPECT_TRUE(module == nullptr || module == GetModuleHandleW(nullptr));
         const auto length = static_cast<DWORD>(path.length());
-        if (length == 0 || length >= size) {
-            SetLastError(length == 0 ? ERROR_ACCESS_DENIED : ERROR_INSUFFICIENT_BUFFER);
-        }
+        const DWORD tooLong = length >= size ? ERROR_INSUFFICIENT_BUFFER : ERROR_SUCCESS;
+        SetLastError(length == 0 ? ERROR_ACCESS_DENIED : tooLong);
         if (length > 0) {
             std::copy_n(+path, std::min(length, size), out);
             out[std::min(length, size - 1)] = 0;

@@ -1,6 +1,8 @@
 // The few functions of libc++'s own library that a client of RkUInfo.hpp and its examples need.
 #include <cstdlib>
+#include <memory>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -41,6 +43,30 @@ const error_category& system_category() noexcept
     };
     static const Category category;
     return category;
+}
+
+template string operator+(const char*, const string&);
+
+string to_string(long value)
+{
+    char digits[16];
+    return _ltoa(value, digits, 10);
+}
+
+__shared_count::~__shared_count() {}
+
+__shared_weak_count::~__shared_weak_count() {}
+
+const void* __shared_weak_count::__get_deleter(const type_info&) const noexcept
+{
+    return nullptr;
+}
+
+void __shared_weak_count::__release_weak() noexcept
+{
+    if (__libcpp_atomic_refcount_decrement(__shared_weak_owners_) == -1) {
+        __on_zero_shared_weak();
+    }
 }
 
 _LIBCPP_END_NAMESPACE_STD
