@@ -31,13 +31,23 @@ endif()
 add_custom_target(shipped)
 add_dependencies(shipped ${libraries} ${programs} ${dependencies} langpacks)
 
+# Visual C++ has a C runtime for Debug of its own, so a package may have the libraries twice.
+set(debug "")
+if(MSVC)
+  set(RKUINFO_DEBUG_PREFIX debug/ CACHE STRING "Where Debug's bin and lib are in the install prefix; empty, or with a final /")
+  set(debug $<$<CONFIG:Debug>:${RKUINFO_DEBUG_PREFIX}>)
+endif()
+
 set_target_properties(${libraries} ${dependencies} PROPERTIES INSTALL_RPATH "\$ORIGIN")
 install(TARGETS ${libraries} ${dependencies} EXPORT RkUInfoTargets
+  RUNTIME DESTINATION ${debug}${CMAKE_INSTALL_BINDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${debug}${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 if(programs)
   way(rpath ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_LIBDIR} "\$ORIGIN/")
   set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN;${rpath}") # it may stand in a program's folder
-  install(TARGETS ${programs})
+  install(TARGETS ${programs} DESTINATION ${debug}${CMAKE_INSTALL_BINDIR})
 endif()
 if(RKUINFO_TOOLS)
   set(tool ${PROJECT_SOURCE_DIR}/tools/rkuinfo)
@@ -55,7 +65,8 @@ endforeach()
 
 # The libraries' debug information, beside each.
 if(MSVC)
-  install(FILES $<TARGET_PDB_FILE:RkUInfo> $<TARGET_PDB_FILE:RkOsBase> DESTINATION ${CMAKE_INSTALL_BINDIR} OPTIONAL)
+  install(FILES $<TARGET_PDB_FILE:RkUInfo> $<TARGET_PDB_FILE:RkOsBase>
+    DESTINATION ${debug}${CMAKE_INSTALL_BINDIR} OPTIONAL)
 else()
   set(library_folder ${CMAKE_INSTALL_LIBDIR})
   if(WIN32)
@@ -80,10 +91,12 @@ set(natvis_folder ${CMAKE_INSTALL_DATADIR}/rkuinfo)
 install(EXPORT RkUInfoTargets NAMESPACE RkUInfo:: DESTINATION ${package_folder})
 set(runtime ${RKUINFO_RUNTIME_DLLS})
 list(TRANSFORM runtime REPLACE ".*/" "\${RkUInfo_PROGRAM_DIR}/")
+include(cmake/package/RkUInfoToolchain.cmake)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoConfig.cmake.in
   ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake
-  INSTALL_DESTINATION ${package_folder} PATH_VARS CMAKE_INSTALL_BINDIR natvis_folder)
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+  INSTALL_DESTINATION ${package_folder} PATH_VARS CMAKE_INSTALL_BINDIR)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT) # RkUInfoConfig.cmake compares that
 way(pkgconfig_libdir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_LIBDIR} "\${pcfiledir}/")
 way(pkgconfig_includedir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_INCLUDEDIR} "\${pcfiledir}/")
 set(pkgconfig_cflags "")
@@ -91,11 +104,15 @@ if(NOT WIN32)
   set(pkgconfig_cflags " -fshort-wchar")
 endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/package/rkuinfo.pc.in ${PROJECT_BINARY_DIR}/rkuinfo.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake ${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake
-  ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoDeploy.cmake ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoIni.cmake
+set(modules RkUInfoBeside.cmake RkUInfoDeploy.cmake RkUInfoToolchain.cmake)
+list(TRANSFORM modules PREPEND ${PROJECT_SOURCE_DIR}/cmake/package/)
+install(FILES ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake ${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake ${modules}
   DESTINATION ${package_folder})
 install(FILES ${PROJECT_BINARY_DIR}/rkuinfo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 install(FILES ${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis DESTINATION ${natvis_folder})
+if(MSVC)
+  target_sources(RkUInfo INTERFACE $<INSTALL_INTERFACE:$<INSTALL_PREFIX>/${natvis_folder}/RkUInfo.natvis>)
+endif()
 
 # Documents, and the terms of what others wrote.
 set(licenses cli11.txt nlohmann-json.txt)

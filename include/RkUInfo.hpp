@@ -6,6 +6,10 @@
 //     for (auto& value : rkuinfo::values(TarvoConfig::eSettings, L"Display")) { ... }
 #pragma once
 
+#if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
+#error "RkUInfo.hpp needs C++20: compile with /std:c++20 or -std=c++20; RkUInfo.h needs C++14"
+#endif
+
 #include "RkUInfo.h"
 #include "RkUInfo/Text.hpp"
 

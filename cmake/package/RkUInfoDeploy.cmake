@@ -1,12 +1,14 @@
-# rkuinfo_deploy(<program> [LANGUAGES <name>...] [COMPANY <name>] [PRODUCT <name>])
+# rkuinfo_deploy(<program> [LANGUAGES <name>...] [COMPANY <name>] [PRODUCT <name>] [INSTALL <folder>])
 #
-# Puts beside a program what it needs to start, whenever it is linked: the libraries, on Windows with MinGW the C++
-# runtime, the folders of all languages or of those named, and a TARVO.ini if there is none. That names the company and
-# the product: unless told, after the project and the program.
+# Copies what a program needs to its folder whenever the program is linked: the libraries of its configuration with
+# their .pdb files, with MinGW the C++ runtime, the folders of all languages or of those named, and a TARVO.ini unless
+# the folder has one. That file names the company and the product, by default those of the project and the program.
+# INSTALL makes a rule that installs these files to a folder of the install prefix.
 function(rkuinfo_deploy program)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "COMPANY;PRODUCT" "LANGUAGES")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "COMPANY;PRODUCT;INSTALL" "LANGUAGES")
   if(ARG_UNPARSED_ARGUMENTS)
-    message(FATAL_ERROR "rkuinfo_deploy(${program}): knows LANGUAGES, COMPANY and PRODUCT, not: ${ARG_UNPARSED_ARGUMENTS}")
+    message(FATAL_ERROR
+      "rkuinfo_deploy(${program}): knows LANGUAGES, COMPANY, PRODUCT and INSTALL, not: ${ARG_UNPARSED_ARGUMENTS}")
   endif()
   if(ARG_KEYWORDS_MISSING_VALUES)
     message(FATAL_ERROR "rkuinfo_deploy(${program}): nothing behind ${ARG_KEYWORDS_MISSING_VALUES}")
@@ -32,12 +34,15 @@ function(rkuinfo_deploy program)
   if(NOT DEFINED ARG_PRODUCT)
     set(ARG_PRODUCT ${program})
   endif()
+  set(ini ${CMAKE_CURRENT_BINARY_DIR}/rkuinfo_deploy/${program}/TARVO.ini)
+  rkuinfo_write_ini(${ini} "[Product]\r\nCompanyName=${ARG_COMPANY}\r\nProductName=${ARG_PRODUCT}\r\n")
 
   set(beside $<TARGET_FILE_DIR:${program}>)
   set(libraries $<TARGET_FILE:RkUInfo::RkUInfo> $<TARGET_FILE:RkUInfo::RkOsBase>)
   if(TARGET RkUInfo::winhost)
     list(APPEND libraries $<TARGET_FILE:RkUInfo::winhost>)
     set_property(TARGET ${program} APPEND PROPERTY BUILD_RPATH "\$ORIGIN")
+    set_property(TARGET ${program} APPEND PROPERTY INSTALL_RPATH "\$ORIGIN")
   endif()
   get_target_property(installed RkUInfo::RkUInfo IMPORTED)
   if(NOT installed)
@@ -50,8 +55,44 @@ function(rkuinfo_deploy program)
       COMMAND ${CMAKE_COMMAND} -E copy_if_different ${folder}/${language}/RkUInfoRes.dll ${beside}/${language})
   endforeach()
   add_custom_command(TARGET ${program} POST_BUILD ${copies}
-    COMMAND ${CMAKE_COMMAND} -DFILE=${beside}/TARVO.ini -DCOMPANY=${ARG_COMPANY} -DPRODUCT=${ARG_PRODUCT}
-      -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/RkUInfoIni.cmake
+    COMMAND ${CMAKE_COMMAND} "-DLIBRARIES=$<JOIN:${libraries},|>" -DINI=${ini} -DFOLDER=${beside}
+      -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/RkUInfoBeside.cmake
     COMMENT "What ${program} needs to start"
     VERBATIM)
+
+  if(DEFINED ARG_INSTALL)
+    install(FILES ${libraries} ${runtime} ${beside}/TARVO.ini DESTINATION ${ARG_INSTALL})
+    if(MSVC)
+      install(FILES ${beside}/RkUInfo.pdb ${beside}/RkOsBase.pdb DESTINATION ${ARG_INSTALL} OPTIONAL)
+    endif()
+    foreach(language IN LISTS ARG_LANGUAGES)
+      install(FILES ${folder}/${language}/RkUInfoRes.dll DESTINATION ${ARG_INSTALL}/${language})
+    endforeach()
+  endif()
+endfunction()
+
+# Writes an INI file that Windows reads in every locale: ASCII as it is, anything else as UTF-16 with its mark. CMake
+# itself cannot write a null byte.
+function(rkuinfo_write_ini file text)
+  string(HEX "${text}" bytes)
+  if(NOT bytes MATCHES "^([0-7].)*$")
+    set(target ${file})
+    string(APPEND file .utf8)
+    string(ASCII 239 187 191 mark)
+  endif()
+  file(WRITE ${file} "${mark}${text}")
+  if(NOT mark)
+    return()
+  endif()
+  cmake_path(GET target PARENT_PATH folder)
+  if(CMAKE_HOST_WIN32)
+    set(convert powershell -NoProfile -NonInteractive -Command
+      "Get-Content TARVO.ini.utf8 -Encoding UTF8 | Set-Content TARVO.ini -Encoding Unicode")
+  else()
+    set(convert iconv -f UTF-8 -t UTF-16LE -o TARVO.ini TARVO.ini.utf8)
+  endif()
+  execute_process(COMMAND ${convert} WORKING_DIRECTORY ${folder} RESULT_VARIABLE failure)
+  if(failure)
+    message(FATAL_ERROR "${target}: cannot be written in UTF-16 by ${convert}: ${failure}")
+  endif()
 endfunction()

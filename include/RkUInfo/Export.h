@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the library's names are exported and imported.
+// How the library's names are exported and imported, and how a client is compiled.
 #pragma once
 
 #if defined(_WIN32)
@@ -12,14 +12,32 @@
 #define RKUINFO_API __attribute__((visibility("default")))
 #endif
 
-// Blocks of the C heap cross module borders: all modules share the one of the shared C runtime.
+#if !defined(__cpp_exceptions) && !defined(_CPPUNWIND)
+#error "RkUInfo throws exceptions: compile with /EHsc, or without -fno-exceptions"
+#endif
+
+// Blocks of the C heap cross module borders, so all modules of a process share one C runtime. The library
+// exports a function whose name says which one it was built for, and each object file of a client makes the
+// linker look for it. A program that loads the library and does not link with it defines RKUINFO_NOT_LINKED.
 #if defined(_MSC_VER)
-#if !defined(_DLL)
-#error "RkUInfo needs the shared C runtime: compile with /MD (or /MDd, with libraries built so)"
+#if !defined(_NATIVE_WCHAR_T_DEFINED)
+#error "RkUInfo exports functions that take wchar_t: compile without /Zc:wchar_t-"
+#elif !defined(_DLL)
+#error "RkUInfo needs the shared C runtime: compile with /MD, or with /MDd and the Debug libraries"
+#elif defined(RKUINFO_NOT_IN_PACKAGE)
+#error "This package of RkUInfo has no libraries for this configuration: install them too (cmake --install)"
 #elif defined(_DEBUG)
+#define RKUINFO_BUILT_FOR RkUInfo_built_for_MDd
 #pragma detect_mismatch("RkUInfo C runtime", "MDd")
+#if !defined(RKUINFO_NOT_LINKED)
+#pragma comment(linker, "/include:RkUInfo_built_for_MDd")
+#endif
 #else
+#define RKUINFO_BUILT_FOR RkUInfo_built_for_MD
 #pragma detect_mismatch("RkUInfo C runtime", "MD")
+#if !defined(RKUINFO_NOT_LINKED)
+#pragma comment(linker, "/include:RkUInfo_built_for_MD")
+#endif
 #endif
 #endif
 

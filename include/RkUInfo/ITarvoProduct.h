@@ -4,6 +4,8 @@
 
 class TarvoLanguage;
 
+#pragma pack(push, 8) // whatever /Zp says
+
 /// What velaGetProduct() gives. Clients call it by slot, in this order, and never delete it; texts belong to
 /// the library. Every operation may be called from any thread.
 class ITarvoProduct
@@ -46,3 +48,5 @@ protected:
     ITarvoProduct& operator=(const ITarvoProduct&) = default;
     ~ITarvoProduct() = default;
 };
+
+#pragma pack(pop)

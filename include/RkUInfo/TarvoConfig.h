@@ -12,6 +12,8 @@ namespace uinfo {
 class RegistryLayout;
 }
 
+#pragma pack(push, 8) // whatever /Zp says
+
 /// The one process-wide object that knows company, product, language and user profile, and through which
 /// clients read and change the per-user configuration tree under HKEY_CURRENT_USER.
 ///
@@ -252,3 +254,5 @@ private:
     std::uint32_t m_maxValueNameLength;
     std::uint32_t m_maxValueDataLength;
 };
+
+#pragma pack(pop)

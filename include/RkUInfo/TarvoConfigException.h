@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+#pragma pack(push, 8) // whatever /Zp says
+
 /// A failure while setting up or using the configuration, with a flag that tells the catcher whether the
 /// process is to end. Thrown by pointer; the catcher deletes it.
 class RKUINFO_API TarvoConfigException : public RkExceptionWithMsg
@@ -24,3 +26,5 @@ public:
 private:
     std::int32_t m_exitProcess;
 };
+
+#pragma pack(pop)

@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+#pragma pack(push, 8) // whatever /Zp says
+
 /// Names one of the fifteen user-interface languages by its index 0..14, the position of its short name in
 /// alphabetical order, or the unknown language by -1. Short names ("en-US") compare ignoring case.
 ///
@@ -48,3 +50,5 @@ private:
     std::int32_t m_lang;
     mutable wchar_t* m_localName; // array-allocated
 };
+
+#pragma pack(pop)

@@ -17,6 +17,8 @@
 #define RKOSBASE_API __attribute__((visibility("default")))
 #endif
 
+#pragma pack(push, 8) // whatever /Zp says
+
 namespace Vela {
 
 /// Status codes carried by RkErrorStatus.
@@ -136,3 +138,5 @@ RKOSBASE_API VelaCrashRecorder* velaSetCrashRecorder(VelaCrashRecorder* recorder
 /// The major version of the running Windows: 10 on Windows 10 and 11, 8 on Windows 8 and 8.1, whose version
 /// is 6.2 and 6.3. Each pointer may be null; those that are not receive the version's parts.
 RKOSBASE_API int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned long* build);
+
+#pragma pack(pop)

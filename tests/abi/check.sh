@@ -2,6 +2,7 @@
 # Holds docs/ABI.md against the public headers.
 #   check.sh figures CLANG...    its layouts and slots are those that this clang dumps
 #   check.sh client COMPILER...  a C++14 client that asserts every figure compiles, without a warning
+#   check.sh refused COMPILER... the headers say why they cannot be compiled with these options
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$here/../..
@@ -40,7 +41,35 @@ client() {
     block cpp
 }
 
+# refuses HEADER OPTION... -- SENTENCE COMPILER...
+refuses() {
+    local header=$1 options=() errors
+    shift
+    while [ "$1" != -- ]; do
+        options+=("$1")
+        shift
+    done
+    if errors=$(echo "#include <$header>" | compile - "${@:3}" "${options[@]}" -fsyntax-only 2>&1); then
+        echo "$header compiles with ${options[*]}"
+        return 1
+    fi
+    grep -q "$2" <<<"$errors" || {
+        echo "$header, ${options[*]}: not refused by '$2' but:"
+        head -5 <<<"$errors"
+        return 1
+    }
+}
+
 case $mode in
+refused)
+    refuses RkUInfo.h -fno-exceptions -- 'RkUInfo throws exceptions' "$@"
+    refuses RkUInfo.hpp -- 'RkUInfo.hpp needs C++20' "$@"
+    if [[ $* == *-msvc* ]]; then
+        refuses RkUInfo.h -Xclang -fno-wchar -- 'compile without /Zc:wchar_t-' "$@"
+        refuses RkUInfo.h -fms-runtime-lib=static -- 'RkUInfo needs the shared C runtime' "$@"
+        refuses RkUInfo.h -DRKUINFO_NOT_IN_PACKAGE -- 'has no libraries for this configuration' "$@"
+    fi
+    ;;
 figures) diff <(block text) <(dumps "$@" | awk -f "$here/figures.awk") ;;
 client)
     printf '#include <RkUInfo.h>\nVelaVariant value;\n' |

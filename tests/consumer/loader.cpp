@@ -1,5 +1,6 @@
 // A program that is not linked with the library: the module that it loads brings the library in, and takes it
 // away when it is unloaded.
+#define RKUINFO_NOT_LINKED
 #include "consumer.h"
 
 #ifdef _WIN32

@@ -1,0 +1,11 @@
+# Copies to FOLDER those .pdb files of LIBRARIES that exist, and INI unless the folder has one.
+string(REPLACE "|" ";" LIBRARIES "${LIBRARIES}")
+list(TRANSFORM LIBRARIES REPLACE "\\.[^./]*$" ".pdb")
+foreach(symbols IN LISTS LIBRARIES)
+  if(EXISTS ${symbols})
+    file(COPY ${symbols} DESTINATION ${FOLDER})
+  endif()
+endforeach()
+if(NOT EXISTS ${FOLDER}/TARVO.ini)
+  file(COPY ${INI} DESTINATION ${FOLDER})
+endif()

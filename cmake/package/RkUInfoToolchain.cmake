@@ -1,0 +1,9 @@
+# Sets RkUInfo_TOOLCHAIN, in which a package and the project that uses it have to agree.
+if(MSVC)
+  set(RkUInfo_TOOLCHAIN "Visual C++ for ${MSVC_CXX_ARCHITECTURE_ID}")
+elseif(MINGW)
+  set(RkUInfo_TOOLCHAIN "MinGW")
+else()
+  set(RkUInfo_TOOLCHAIN "${CMAKE_SYSTEM_NAME}")
+endif()
+string(APPEND RkUInfo_TOOLCHAIN " with pointers of ${CMAKE_SIZEOF_VOID_P} bytes")
