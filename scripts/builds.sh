@@ -67,6 +67,29 @@ installed() {
         cmake --build "$folder" --target uninstall
 }
 
+# One package with the libraries of both of Visual C++'s runtimes: a client gets its own, or is told that there are none.
+both_runtimes() {
+    local folder=$1 client=$1/consumer configuration
+    local toolchain=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/visual-cpp.cmake
+    for configuration in RelWithDebInfo Debug; do
+        cmake --preset visual-cpp -B "$folder/$configuration" -DCMAKE_BUILD_TYPE="$configuration" &&
+            cmake --build "$folder/$configuration" --target shipped || return 1
+    done
+    cmake --install "$folder/RelWithDebInfo" --prefix "$folder/package" &&
+        cmake -S tests/consumer -B "$client" -G 'Ninja Multi-Config' "$toolchain" -DCMAKE_PREFIX_PATH="$folder/package" || return 1
+    ! cmake --build "$client" --config Debug >"$folder/refused" && grep 'no libraries for this config' "$folder/refused" &&
+        ! cmake -S tests/consumer -B "$folder/host" -DCMAKE_PREFIX_PATH="$folder/package" 2>"$folder/refused" &&
+        grep 'is for Visual C++' "$folder/refused" &&
+        cmake --install "$folder/Debug" --prefix "$folder/package" || return 1
+    for configuration in Release Debug; do
+        cmake --build "$client" --config "$configuration" &&
+            ctest --test-dir "$client" -C "$configuration" --output-on-failure --no-tests=error || return 1
+    done
+    cmp "$client/Release/RkUInfo.dll" "$folder/package/bin/RkUInfo.dll" &&
+        cmp "$client/Debug/RkUInfo.dll" "$folder/package/debug/bin/RkUInfo.dll" &&
+        cmp "$client/Debug/RkUInfo.pdb" "$folder/package/debug/bin/RkUInfo.pdb"
+}
+
 # The same sources give the same libraries; ./dev package asks it of MinGW's.
 reproducible() {
     build visual-cpp RkUInfo &&
@@ -96,6 +119,7 @@ run_builds() {
     row guest guest
     row guest-mingw guest "$windows"
     row guest-visual-cpp guest -DCMAKE_TOOLCHAIN_FILE="$PWD/toolchains/visual-cpp.cmake"
+    row both-runtimes both_runtimes
     row reproducible-visual-cpp reproducible
     row install-deep installed deep/er/bin lib/x86_64-linux-gnu
     row install-absolute installed bin "$builds/absolute/lib"

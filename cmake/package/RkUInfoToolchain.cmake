@@ -1,6 +1,6 @@
 # Sets RkUInfo_TOOLCHAIN, in which a package and the project that uses it have to agree.
 if(MSVC)
-  set(RkUInfo_TOOLCHAIN "Visual C++ for ${MSVC_CXX_ARCHITECTURE_ID}")
+  set(RkUInfo_TOOLCHAIN "Visual C++ ${MSVC_CXX_ARCHITECTURE_ID}")
 elseif(MINGW)
   set(RkUInfo_TOOLCHAIN "MinGW")
 else()

@@ -7,6 +7,7 @@
 #include <shlwapi.h>
 
 #include <iostream>
+#include <map>
 #include <new>
 #include <set>
 
@@ -99,7 +100,7 @@ void breakAll()
     breakable<"MessageBoxW", decltype(MessageBoxW)>({0, IDNO}, answer);
     using Allocate = void*(std::size_t);
     breakable<"malloc", Allocate>({noMemory}, null);
-    if (!hasOwnHeapOperators) {
+    if constexpr (!hasOwnHeapOperators) {
         breakable<arrayNew, Allocate>({noMemory}, [](auto...) -> void* { throw std::bad_alloc(); });
     }
 }
@@ -374,7 +375,8 @@ protected:
 TEST_F(Faults, LeaveEverythingWhole)
 {
     // The library finds RegDeleteTreeW by its name: as this, so that the program's own import can fail.
-    auto* const deleteTree = +[](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
+    LSTATUS (*const deleteTree)
+    (HKEY, LPCWSTR) = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
     // Below the faults: what must not happen really, and what is to be balanced.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
