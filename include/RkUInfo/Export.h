@@ -25,7 +25,7 @@
 #elif !defined(_DLL)
 #error "RkUInfo needs the shared C runtime: compile with /MD, or with /MDd and the Debug libraries"
 #elif defined(RKUINFO_NOT_IN_PACKAGE)
-#error "This package of RkUInfo has no libraries for this configuration: install them too, then configure again"
+#error "This package of RkUInfo has no libraries for this configuration: install them, then configure again"
 #elif defined(_DEBUG)
 #define RKUINFO_BUILT_FOR RkUInfo_built_for_MDd
 #pragma detect_mismatch("RkUInfo C runtime", "MDd")

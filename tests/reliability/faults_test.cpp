@@ -375,8 +375,7 @@ protected:
 TEST_F(Faults, LeaveEverythingWhole)
 {
     // The library finds RegDeleteTreeW by its name: as this, so that the program's own import can fail.
-    LSTATUS (*const deleteTree)
-    (HKEY, LPCWSTR) = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
+    decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
     // Below the faults: what must not happen really, and what is to be balanced.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
