@@ -5,7 +5,6 @@
 #include <RkUInfo.h>
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
 TarvoConfig TarvoConfig::_sg_tarvo_config;
@@ -17,26 +16,14 @@ TarvoConfig* velaConfig()
 
 namespace {
 
-using OwnedText = std::unique_ptr<wchar_t[]>;
-
-OwnedText copyOfText(const wchar_t* text)
-{
-    return OwnedText(uinfo::duplicate(text));
-}
-
-OwnedText copyOfPath(const wchar_t* path)
+wchar_t* copyOfPath(const wchar_t* path)
 {
     if (path == nullptr) {
         return nullptr;
     }
-    OwnedText copy(new wchar_t[uinfo::pathCapacity]);
-    std::copy_n(path, uinfo::length(path) + 1, copy.get());
+    auto* const copy = new wchar_t[uinfo::pathCapacity];
+    std::copy_n(path, uinfo::length(path) + 1, copy);
     return copy;
-}
-
-void replace(wchar_t*& owned, OwnedText text)
-{
-    delete[] std::exchange(owned, text.release());
 }
 
 } // namespace
@@ -54,27 +41,27 @@ TarvoConfig::TarvoConfig()
 
 TarvoConfig::TarvoConfig(const TarvoConfig& other) : TarvoConfig()
 {
-    *this = other;
+    m_productName = uinfo::duplicate(other.m_productName);
+    m_companyName = uinfo::duplicate(other.m_companyName);
+    m_profileNameCmdLineInfo = uinfo::duplicate(other.m_profileNameCmdLineInfo);
+    m_language = other.m_language;
+    m_rootPath = copyOfPath(other.m_rootPath);
+    m_versionRootPath = copyOfPath(other.m_versionRootPath);
+    m_initialized = other.m_initialized;
 }
 
 TarvoConfig& TarvoConfig::operator=(const TarvoConfig& other)
 {
-    if (this == &other) {
-        return *this;
+    if (this != &other) {
+        TarvoConfig copy(other); // may throw, before a field of this object changes
+        std::swap(m_productName, copy.m_productName);
+        std::swap(m_companyName, copy.m_companyName);
+        std::swap(m_profileNameCmdLineInfo, copy.m_profileNameCmdLineInfo);
+        std::swap(m_rootPath, copy.m_rootPath);
+        std::swap(m_versionRootPath, copy.m_versionRootPath);
+        m_language = copy.m_language;
+        m_initialized = copy.m_initialized;
     }
-    // All copies are made before the first field changes.
-    OwnedText product = copyOfText(other.m_productName);
-    OwnedText company = copyOfText(other.m_companyName);
-    OwnedText profile = copyOfText(other.m_profileNameCmdLineInfo);
-    OwnedText root = copyOfPath(other.m_rootPath);
-    OwnedText versionRoot = copyOfPath(other.m_versionRootPath);
-    replace(m_productName, std::move(product));
-    replace(m_companyName, std::move(company));
-    replace(m_profileNameCmdLineInfo, std::move(profile));
-    replace(m_rootPath, std::move(root));
-    replace(m_versionRootPath, std::move(versionRoot));
-    m_language = other.m_language;
-    m_initialized = other.m_initialized;
     return *this;
 }
 
@@ -82,7 +69,7 @@ TarvoConfig::~TarvoConfig()
 {
     for (wchar_t** owned :
          {&m_productName, &m_companyName, &m_profileNameCmdLineInfo, &m_rootPath, &m_versionRootPath}) {
-        replace(*owned, nullptr);
+        delete[] std::exchange(*owned, nullptr);
     }
 }
 
@@ -92,23 +79,13 @@ TarvoConfig::Error TarvoConfig::initial(const wchar_t* company, const wchar_t* p
     if (m_initialized != 0) {
         return eOk;
     }
-    if (const Error error = initCompanyName(company); error != eOk) {
-        return error;
-    }
-    if (const Error error = initProductName(product); error != eOk) {
-        return error;
-    }
-    if (const Error error = initLanguageName(language); error != eOk) {
-        return error;
-    }
-    if (const Error error = initProfileName(profile); error != eOk) {
-        return error;
-    }
-    if (const Error error = verifyResourcePath(); error != eOk) {
-        return error;
-    }
-    m_initialized = 1;
-    return eOk;
+    Error error = initCompanyName(company);
+    error = error == eOk ? initProductName(product) : error;
+    error = error == eOk ? initLanguageName(language) : error;
+    error = error == eOk ? initProfileName(profile) : error;
+    error = error == eOk ? verifyResourcePath() : error;
+    m_initialized = error == eOk ? 1 : 0;
+    return error;
 }
 
 int TarvoConfig::isInitialized() const

@@ -1,12 +1,11 @@
 #include "product/product.h"
 
+#include "platform/executable.h"
 #include "platform/text.h"
 #include "platform/text_cache.h"
 #include "program/choices.h"
 #include "program/names.h"
 #include "program/paths.h"
-
-#include <RkUInfo.h>
 
 #include <shlobj.h>
 #include <windows.h>
@@ -21,16 +20,11 @@ constexpr std::size_t longestHelpPath = 509; // what GetHelpFilePath gives into 
 /// A process that runs in its own user data cache folder would keep it from being removed.
 void fixWorkingDirectory()
 {
-    uinfo::TextBuffer<MAX_PATH + 1> executable;
-    GetModuleFileNameW(GetModuleHandleW(nullptr), executable.data(), MAX_PATH);
-    executable.measure(); // some systems leave a cut path without a terminator
     uinfo::PathBuffer cacheFolder;
-    cacheFolder.append(executable.text(), uinfo::folderLength(executable.text()));
-    cacheFolder.append(uinfo::userDataCache);
-
     wchar_t current[MAX_PATH] = {};
     const DWORD currentLength = GetCurrentDirectoryW(MAX_PATH, current);
-    if (currentLength == 0 || currentLength >= MAX_PATH ||
+    if (!uinfo::executableFolderOrCut(cacheFolder, MAX_PATH) || !cacheFolder.append(uinfo::userDataCache) ||
+        currentLength == 0 || currentLength >= MAX_PATH ||
         !uinfo::equalIgnoringCase(current, cacheFolder.text())) {
         return;
     }
@@ -50,37 +44,12 @@ TarvoProduct::TarvoProduct()
     fixWorkingDirectory();
 }
 
-const wchar_t* TarvoProduct::productName()
-{
-    return velaConfig()->productName();
-}
-
-const wchar_t* TarvoProduct::defaultProductName()
-{
-    return defaultProduct;
-}
-
-const wchar_t* TarvoProduct::companyName()
-{
-    return velaConfig()->companyName();
-}
-
-const wchar_t* TarvoProduct::programVersionString()
-{
-    return versionSegment;
-}
-
 const wchar_t* TarvoProduct::helpFilePath()
 {
     const wchar_t* const path = cachedText(m_helpFilePath, [](BoundedText& help) {
         return programFilePath(helpViewer, help) && help.length() <= longestHelpPath;
     });
     return isEmpty(path) ? helpViewer : path;
-}
-
-const TarvoLanguage& TarvoProduct::language()
-{
-    return velaConfig()->language();
 }
 
 long TarvoProduct::productType()
@@ -90,60 +59,10 @@ long TarvoProduct::productType()
     return type;
 }
 
-long TarvoProduct::productNumber()
-{
-    return 27;
-}
-
-long TarvoProduct::productFlagA()
-{
-    return 1;
-}
-
-long TarvoProduct::productFlagB()
-{
-    return 1;
-}
-
-const wchar_t* TarvoProduct::productVersionTag()
-{
-    return L"4.0";
-}
-
 const wchar_t* TarvoProduct::userDataCachePath()
 {
     return cachedText(m_userDataCachePath,
                       [](BoundedText& path) { return programFilePath(userDataCache, path); });
-}
-
-long TarvoProduct::getSharedValueA()
-{
-    return readShared(m_sharedValueA);
-}
-
-void TarvoProduct::setSharedValueA(long value)
-{
-    writeShared(m_sharedValueA, value);
-}
-
-long TarvoProduct::getSharedValueB()
-{
-    return readShared(m_sharedValueB);
-}
-
-void TarvoProduct::setSharedValueB(long value)
-{
-    writeShared(m_sharedValueB, value);
-}
-
-long TarvoProduct::getSharedValueC()
-{
-    return readShared(m_sharedValueC);
-}
-
-void TarvoProduct::setSharedValueC(long value)
-{
-    writeShared(m_sharedValueC, value);
 }
 
 long TarvoProduct::readShared(const std::int32_t& value)

@@ -1,38 +1,40 @@
 // The product object.
 #pragma once
 
+#include "program/names.h"
+
 #include <RkOsBase.h>
-#include <RkUInfo/ITarvoProduct.h>
+#include <RkUInfo.h>
 
 #include <cstdint>
 
 namespace uinfo {
 
-/// Answers who the program is. Making it moves a process that was started in the program's own user data
+/// Reports who the program is. The constructor moves a process that was started in the program's user data
 /// cache folder to the user's documents folder.
 class TarvoProduct final : public ITarvoProduct
 {
 public:
     TarvoProduct();
 
-    const wchar_t* productName() override;
-    const wchar_t* defaultProductName() override;
-    const wchar_t* companyName() override;
-    const wchar_t* programVersionString() override;
+    const wchar_t* productName() override { return velaConfig()->productName(); }
+    const wchar_t* defaultProductName() override { return defaultProduct; }
+    const wchar_t* companyName() override { return velaConfig()->companyName(); }
+    const wchar_t* programVersionString() override { return versionSegment; }
     const wchar_t* helpFilePath() override;
-    const TarvoLanguage& language() override;
+    const TarvoLanguage& language() override { return velaConfig()->language(); }
     long productType() override;
-    long productNumber() override;
-    long productFlagA() override;
-    long productFlagB() override;
-    const wchar_t* productVersionTag() override;
+    long productNumber() override { return 27; }
+    long productFlagA() override { return 1; }
+    long productFlagB() override { return 1; }
+    const wchar_t* productVersionTag() override { return L"4.0"; }
     const wchar_t* userDataCachePath() override;
-    long getSharedValueA() override;
-    void setSharedValueA(long value) override;
-    long getSharedValueB() override;
-    void setSharedValueB(long value) override;
-    long getSharedValueC() override;
-    void setSharedValueC(long value) override;
+    long getSharedValueA() override { return readShared(m_sharedValueA); }
+    void setSharedValueA(long value) override { writeShared(m_sharedValueA, value); }
+    long getSharedValueB() override { return readShared(m_sharedValueB); }
+    void setSharedValueB(long value) override { writeShared(m_sharedValueB, value); }
+    long getSharedValueC() override { return readShared(m_sharedValueC); }
+    void setSharedValueC(long value) override { writeShared(m_sharedValueC, value); }
 
 private:
     long readShared(const std::int32_t& value);
