@@ -12,19 +12,6 @@ namespace {
 /// The architecture command name prefix, empty until both its numbers could be read.
 wchar_t architecturePrefix[64];
 
-TarvoConfig::Error errorOf(uinfo::IniResult result)
-{
-    switch (result) {
-    case uinfo::IniResult::found:
-        return TarvoConfig::eOk;
-    case uinfo::IniResult::missing:
-        return TarvoConfig::eNotFound;
-    case uinfo::IniResult::badPath:
-        break;
-    }
-    return TarvoConfig::eInvalidInput;
-}
-
 } // namespace
 
 TarvoConfig::Error TarvoConfig::getIniFilePath(wchar_t* out, const wchar_t* fileName)
@@ -39,13 +26,13 @@ TarvoConfig::Error TarvoConfig::getIniFilePath(wchar_t* out, const wchar_t* file
 TarvoConfig::Error TarvoConfig::readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out,
                                               unsigned long outChars, const wchar_t* fileName)
 {
-    return errorOf(uinfo::readIniText(uinfo::programFolder(), section, key, out, outChars, fileName));
+    return uinfo::readIniText(uinfo::programFolder(), section, key, out, outChars, fileName);
 }
 
 TarvoConfig::Error TarvoConfig::readIniInt(const wchar_t* section, const wchar_t* key, long& out,
                                            const wchar_t* fileName)
 {
-    return errorOf(uinfo::readIniNumber(uinfo::programFolder(), section, key, out, fileName));
+    return uinfo::readIniNumber(uinfo::programFolder(), section, key, out, fileName);
 }
 
 TarvoConfig::Error TarvoConfig::getIniValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,

@@ -1,10 +1,7 @@
-// A language as clients see it, and the language resource library.
+// A language as clients see it.
 #include "config/language_resources.h"
-#include "platform/handles.h"
 #include "platform/text.h"
 #include "program/languages.h"
-#include "program/names.h"
-#include "program/paths.h"
 
 #include <RkUInfo.h>
 
@@ -21,30 +18,7 @@ const uinfo::Language& recordOf(std::int32_t index)
     return isLanguage(index) ? uinfo::languages[index] : uinfo::unknownRecord;
 }
 
-/// Null until it could be loaded; then kept until the library is unloaded.
-std::atomic<HINSTANCE> resourceModule = nullptr;
-
-HINSTANCE loadedResourceModule()
-{
-    HINSTANCE kept = resourceModule.load(std::memory_order_acquire);
-    if (kept != nullptr) {
-        return kept;
-    }
-    uinfo::Module loaded(uinfo::loadResourceLibrary(velaConfig()->language().shortName(),
-                                                    uinfo::languageLibrary,
-                                                    [](const wchar_t* path) { return LoadLibraryW(path); }));
-    if (loaded != nullptr && resourceModule.compare_exchange_strong(kept, loaded.get())) {
-        kept = loaded.release();
-    }
-    return kept;
-}
-
 } // namespace
-
-void uinfo::releaseLanguageResources()
-{
-    const Module released(resourceModule.exchange(nullptr));
-}
 
 TarvoLanguage::TarvoLanguage(long lang)
     : m_lang(isLanguage(lang) ? static_cast<std::int32_t>(lang) : unknownLanguage), m_localName(nullptr)
@@ -102,7 +76,7 @@ const wchar_t* TarvoLanguage::localName() const
     if (kept != nullptr) {
         return kept;
     }
-    auto* const resources = loadedResourceModule();
+    auto* const resources = uinfo::languageResources();
     wchar_t text[64] = {};
     constexpr int offered = 63; // at most 62 characters and the terminator
     if (resources == nullptr || LoadStringW(resources, recordOf(m_lang).localNameId, text, offered) <= 0) {

@@ -1,9 +1,14 @@
-// The process's one language resource library.
+// The process's one language resource library, which has the languages' local names.
 #pragma once
+
+#include <windows.h>
 
 namespace uinfo {
 
-/// Releases the library if it has been loaded; the next request for a local name loads it again.
+/// Loads the library from the current language's folder on first use; null while it cannot be loaded.
+HINSTANCE languageResources();
+
+/// Releases the library if it has been loaded; the next request loads it again.
 void releaseLanguageResources();
 
 } // namespace uinfo

@@ -1,5 +1,6 @@
 // Which installed language the process runs in.
 #include "platform/executable.h"
+#include "platform/files.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
 #include "program/choices.h"
@@ -8,7 +9,6 @@
 
 #include <RkUInfo.h>
 
-#include <io.h>
 #include <windows.h>
 
 namespace {
@@ -16,7 +16,6 @@ namespace {
 using uinfo::isEmpty;
 using uinfo::RegistryKey;
 
-constexpr int readAccess = 4;
 constexpr UINT failureExitCode = 1;
 
 /// The folder of the executable, which these steps read afresh; empty if it cannot be read.
@@ -35,10 +34,9 @@ public:
 bool userAccepts(const wchar_t* caption, const TarvoLanguage& proposed)
 {
     uinfo::PathBuffer question;
-    question.append(L"The input language is not installed, continue with ");
-    question.append(proposed.globalName());
-    question.append(L"?");
-    return MessageBoxW(nullptr, question.text(), caption, MB_YESNO | MB_ICONQUESTION) == IDYES;
+    return question.append(L"The input language is not installed, continue with ") &&
+           question.append(proposed.globalName()) && question.append(L"?") &&
+           MessageBoxW(nullptr, question.text(), caption, MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
 } // namespace
@@ -117,5 +115,5 @@ TarvoConfig::Error TarvoConfig::verifyResourcePath()
         0) {
         return eInvalidInput;
     }
-    return _waccess(folder.text(), readAccess) == 0 ? eOk : eRegistryError;
+    return uinfo::isReadable(folder.text()) ? eOk : eRegistryError;
 }

@@ -63,8 +63,9 @@ TarvoConfig::Error TarvoConfig::getCurrentProfileNameFromReg(wchar_t* const out,
     if (uinfo::readProfile(profiles, name) == uinfo::Answer::chosen) {
         return eOk;
     }
-    name.append(uinfo::defaultProfile);
-    return profiles.setString(nullptr, uinfo::defaultProfile) ? eOk : eRegistryError;
+    const bool isSet =
+        name.append(uinfo::defaultProfile) && profiles.setString(nullptr, uinfo::defaultProfile);
+    return isSet ? eOk : eRegistryError;
 }
 
 TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)

@@ -26,10 +26,8 @@ unsigned long shellFolder(wchar_t* buffer, int folder)
         return 0;
     }
     const wchar_t last = path.text()[path.length() - 1];
-    if (last != L'\\' && last != L'/') {
-        path.append(L"\\");
-    }
-    return static_cast<unsigned long>(path.length());
+    const bool ends = last == L'\\' || last == L'/' || path.append(L"\\");
+    return ends ? static_cast<unsigned long>(path.length()) : 0;
 }
 
 unsigned long userFolder(wchar_t* buffer, int shell, UserFolder folder)

@@ -33,7 +33,8 @@ bool executableFolderOrCut(BoundedText& out, unsigned long size)
     if (written == 0) {
         return false;
     }
-    out.measure(); // some systems leave a cut path without a terminator
+    out.cut(size); // some systems leave a cut path without a terminator
+    out.measure();
     out.cut(folderLength(out.text()));
     return true;
 }

@@ -10,12 +10,11 @@ inline constexpr unsigned long modulePathCapacity = 1023; ///< offered for the e
 inline constexpr std::size_t iniTextCapacity = 1023;      ///< a typed INI text, of which 1021 come back
 inline constexpr std::size_t longestStoredPath = 1022;    ///< a path that is stored as a setting
 inline constexpr std::size_t longestIniPath = 1022;       ///< program folder and file name
-inline constexpr std::size_t longestComposedPath =
-    1021;                                             ///< a user's folder, the style file, the cache's folder
-inline constexpr std::size_t longestConfigKey = 1021; ///< the current profile's Config key
-inline constexpr std::size_t longestChangePath = 1021; ///< root and sub-path, of what changes the tree
-inline constexpr std::size_t longestReadPath = 1020;   ///< root and sub-path, of what only reads it
-inline constexpr std::size_t longestCompany = 1014;    ///< below Software
+inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, style file, user data cache folder
+inline constexpr std::size_t longestResourcePath = 1021;  ///< file of a language's folder
+inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's Config key
+inline constexpr std::size_t longestChangePath = 1021; ///< root and sub-path without the separator, to change
+inline constexpr std::size_t longestReadPath = 1020;   ///< root and sub-path without the separator, to read
 
 inline constexpr std::size_t nameCapacity = 255;           ///< a company or product: argument or INI text
 inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, as start-up reads it

@@ -26,7 +26,7 @@ LSTATUS RegistryKey::queryText(const wchar_t* valueName, BoundedText& out, DWORD
 {
     auto size = static_cast<DWORD>((out.capacity() - 1) * sizeof(wchar_t));
     const LSTATUS status =
-        RegQueryValueExW(m_key, valueName, nullptr, &type, reinterpret_cast<BYTE*>(out.data()), &size);
+        RegQueryValueExW(get(), valueName, nullptr, &type, reinterpret_cast<BYTE*>(out.data()), &size);
     if (status != ERROR_SUCCESS) {
         out.cut(0);
         return status;
@@ -40,7 +40,7 @@ LSTATUS RegistryKey::queryText(const wchar_t* valueName, BoundedText& out, DWORD
 bool RegistryKey::setString(const wchar_t* valueName, const wchar_t* text) const
 {
     const auto size = static_cast<DWORD>((length(text) + 1) * sizeof(wchar_t));
-    return RegSetValueExW(m_key, valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), size) ==
+    return RegSetValueExW(get(), valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), size) ==
            ERROR_SUCCESS;
 }
 

@@ -5,7 +5,8 @@
 
 #include <windows.h>
 
-#include <utility>
+#include <memory>
+#include <type_traits>
 
 namespace uinfo {
 
@@ -14,20 +15,6 @@ class RegistryKey
 public:
     RegistryKey() = default;
     explicit RegistryKey(HKEY key) : m_key(key) {}
-    RegistryKey(RegistryKey&& other) noexcept : m_key(std::exchange(other.m_key, nullptr)) {}
-    RegistryKey& operator=(RegistryKey&& other) noexcept
-    {
-        std::swap(m_key, other.m_key);
-        return *this;
-    }
-    RegistryKey(const RegistryKey&) = delete;
-    RegistryKey& operator=(const RegistryKey&) = delete;
-    ~RegistryKey()
-    {
-        if (m_key != nullptr) {
-            RegCloseKey(m_key);
-        }
-    }
 
     /// Holds no key when it cannot be opened.
     static RegistryKey open(HKEY parent, const wchar_t* path, REGSAM access);
@@ -35,8 +22,8 @@ public:
     static RegistryKey openOrCreate(HKEY parent, const wchar_t* path);
 
     explicit operator bool() const { return m_key != nullptr; }
-    HKEY get() const { return m_key; }
-    HKEY release() { return std::exchange(m_key, nullptr); }
+    HKEY get() const { return m_key.get(); }
+    HKEY release() { return m_key.release(); }
 
     /// Reads a value of any type as text, offering the platform one character less than out holds, so that
     /// the text is terminated whatever is stored. A last odd byte is a character. On failure, also of a value
@@ -46,7 +33,12 @@ public:
     bool setString(const wchar_t* valueName, const wchar_t* text) const;
 
 private:
-    HKEY m_key = nullptr;
+    struct Close
+    {
+        void operator()(HKEY key) const { RegCloseKey(key); }
+    };
+
+    std::unique_ptr<std::remove_pointer_t<HKEY>, Close> m_key;
 };
 
 } // namespace uinfo

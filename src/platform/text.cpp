@@ -76,7 +76,7 @@ bool BoundedText::appendNumber(std::int32_t number)
     const std::to_chars_result end = std::to_chars(std::begin(digits), std::end(digits), number);
     wchar_t wide[16];
     std::copy(std::begin(digits), end.ptr, wide);
-    return append(wide, static_cast<std::size_t>(end.ptr - digits));
+    return appendPart(wide, static_cast<std::size_t>(end.ptr - digits));
 }
 
 void BoundedText::measure()

@@ -27,40 +27,52 @@ wchar_t* duplicate(const wchar_t* text);
 /// The characters up to and including the last path separator, or a leading drive; 0 for neither.
 std::size_t folderLength(const wchar_t* path);
 
-/// Builds a terminated text in storage of fixed capacity (terminator counted), which must be 1 or more. What
-/// does not fit whole is not appended.
+inline constexpr std::size_t anyLength = SIZE_MAX;
+
+/// Builds a terminated string in a buffer of a fixed capacity, which counts the terminator and is at least 1.
+/// An append that would pass the capacity, or the length that it is given, appends nothing and returns false.
 class BoundedText
 {
 public:
-    /// Starts empty.
+    /// Starts with the empty string.
     BoundedText(wchar_t* storage, std::size_t capacity) : m_storage(storage), m_capacity(capacity) { cut(0); }
 
-    /// Goes on behind the text that the storage holds.
+    /// Continues the string in the storage.
     static BoundedText behind(wchar_t* storage, std::size_t capacity);
 
-    bool append(const wchar_t* text, std::size_t count) { return appendAt(m_length, text, count); }
-    bool append(const wchar_t* text) { return isEmpty(text) || append(text, uinfo::length(text)); }
-    /// Appends one backslash and the text, or nothing.
-    bool appendComponent(const wchar_t* text, std::size_t count)
+    [[nodiscard]] bool append(const wchar_t* text, std::size_t longest = anyLength)
+    {
+        return isEmpty(text) || appendPart(text, uinfo::length(text), longest);
+    }
+    [[nodiscard]] bool appendPart(const wchar_t* text, std::size_t count, std::size_t longest = anyLength)
+    {
+        return appendAt(m_length, text, count, longest);
+    }
+    /// Appends a backslash and a string, or nothing.
+    [[nodiscard]] bool appendComponent(const wchar_t* text, std::size_t longest = anyLength)
+    {
+        return appendComponentPart(text, uinfo::length(text), longest);
+    }
+    [[nodiscard]] bool appendComponentPart(const wchar_t* text, std::size_t count,
+                                           std::size_t longest = anyLength)
     {
         const std::size_t separator = m_length;
-        const bool fits = appendAt(separator + 1, text, count);
+        const bool fits = appendAt(separator + 1, text, count, longest);
         if (fits) {
             m_storage[separator] = L'\\';
         }
         return fits;
     }
-    bool appendComponent(const wchar_t* text) { return appendComponent(text, uinfo::length(text)); }
-    bool appendNumber(std::int32_t number);
+    [[nodiscard]] bool appendNumber(std::int32_t number);
 
-    /// Keeps the first characters.
+    /// Shortens the string to its first characters.
     void cut(std::size_t newLength)
     {
         m_length = newLength;
         m_storage[newLength] = 0;
     }
 
-    /// Takes over what a system call wrote into the storage.
+    /// Adopts what a system call wrote into the storage.
     void measure();
 
     wchar_t* data() { return m_storage; }
@@ -70,10 +82,11 @@ public:
     bool empty() const { return m_length == 0; }
 
 private:
-    /// Writes behind the first characters, of which one more than the text's may be new.
-    bool appendAt(std::size_t start, const wchar_t* text, std::size_t count)
+    /// Writes at start, which may be one past the end to leave room for a separator.
+    bool appendAt(std::size_t start, const wchar_t* text, std::size_t count, std::size_t longest)
     {
-        if (start >= m_capacity || count >= m_capacity - start) {
+        const std::size_t end = std::min(m_capacity - 1, longest);
+        if (start > end || count > end - start) {
             return false;
         }
         std::copy_n(text, count, m_storage + start);
@@ -86,13 +99,17 @@ private:
     std::size_t m_length = 0;
 };
 
-/// A BoundedText with storage of its own. Only the terminator is cleared.
+/// A BoundedText with its own buffer, of which only the terminator is cleared.
 template <std::size_t Capacity>
 class TextBuffer : public BoundedText
 {
 public:
     TextBuffer() : BoundedText(m_characters, Capacity) {}
-    TextBuffer(const TextBuffer& other) : TextBuffer() { append(other.text(), other.length()); }
+    TextBuffer(const TextBuffer& other) : TextBuffer()
+    {
+        std::copy_n(other.text(), other.length() + 1, data());
+        measure();
+    }
     TextBuffer& operator=(const TextBuffer&) = delete;
 
 private:

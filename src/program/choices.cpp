@@ -12,7 +12,6 @@ using uinfo::RegistryKey;
 using uinfo::Source;
 
 constexpr std::size_t longestName = uinfo::nameCapacity - 1; // of an argument
-constexpr std::size_t anyLength = SIZE_MAX;
 constexpr std::size_t storedNameCapacity = uinfo::nameCapacity + 1;
 constexpr std::size_t storedLanguageCapacity = 8;
 constexpr unsigned long iniNameCapacity = uinfo::nameCapacity; // of which 253 characters are read
@@ -51,7 +50,7 @@ bool takeIniEntry(Choice& choice, const wchar_t* folder, const wchar_t* section,
                   unsigned long capacity)
 {
     const bool isFound = uinfo::readIniText(folder, section, key, choice.text.data(), capacity,
-                                            uinfo::tarvoIni) == uinfo::IniResult::found;
+                                            uinfo::tarvoIni) == TarvoConfig::eOk;
     choice.text.measure();
     return note(choice, Source::iniFile, key, isFound ? Answer::chosen : Answer::absent);
 }
@@ -124,8 +123,7 @@ LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoo
     if (!takeArgument(choice, argument, anyLength) &&
         !takeStored(choice, versionRoot, currentLanguageValue, storedLanguageCapacity) &&
         takeIniEntry(choice, programFolder, productSection, localeIdKey, iniLanguageCapacity)) {
-        TextBuffer<iniLanguageCapacity> localeId;
-        localeId.append(choice.text.text());
+        const auto localeId = choice.text;
         takeIniEntry(choice, programFolder, localeNamesSection, localeId.text(), iniLanguageCapacity);
         choice.found[choice.count - 1].name = localeNamesSection;
     }

@@ -1,33 +1,29 @@
 #include "program/ini_files.h"
 
+#include "platform/files.h"
 #include "program/names.h"
 
-#include <io.h>
 #include <windows.h>
 
 #include <algorithm>
 
 namespace {
 
-using uinfo::IniResult;
-
-constexpr int readAccess = 4;
 constexpr unsigned long longestIniText = 0xFFFF;
 
 /// What read(path) makes of a named entry of a readable file.
 template <typename Read>
-IniResult readEntry(const wchar_t* folder, const wchar_t* section, const wchar_t* key,
-                    const wchar_t* fileName, Read read)
+TarvoConfig::Error readEntry(const wchar_t* folder, const wchar_t* section, const wchar_t* key,
+                             const wchar_t* fileName, Read read)
 {
     if (uinfo::isEmpty(section) || uinfo::isEmpty(key)) {
-        return IniResult::missing;
+        return TarvoConfig::eNotFound;
     }
     uinfo::PathBuffer path;
     if (!uinfo::iniFilePath(folder, fileName, path)) {
-        return IniResult::badPath;
+        return TarvoConfig::eInvalidInput;
     }
-    return _waccess(path.text(), readAccess) == 0 && read(path.text()) ? IniResult::found
-                                                                       : IniResult::missing;
+    return uinfo::isReadable(path.text()) && read(path.text()) ? TarvoConfig::eOk : TarvoConfig::eNotFound;
 }
 
 } // namespace
@@ -36,15 +32,14 @@ namespace uinfo {
 
 bool iniFilePath(const wchar_t* programFolder, const wchar_t* fileName, BoundedText& path)
 {
-    return !isEmpty(programFolder) && path.append(programFolder) &&
-           path.length() + length(fileName) <= longestIniPath && path.append(fileName);
+    return !isEmpty(programFolder) && path.append(programFolder) && path.append(fileName, longestIniPath);
 }
 
-IniResult readIniText(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key, wchar_t* out,
-                      unsigned long capacity, const wchar_t* fileName)
+TarvoConfig::Error readIniText(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
+                               wchar_t* out, unsigned long capacity, const wchar_t* fileName)
 {
     if (out == nullptr || capacity <= 1) {
-        return IniResult::missing;
+        return TarvoConfig::eNotFound;
     }
     return readEntry(programFolder, section, key, fileName, [&](const wchar_t* path) {
         const auto offered = static_cast<DWORD>(std::min(capacity - 1, longestIniText));
@@ -52,8 +47,8 @@ IniResult readIniText(const wchar_t* programFolder, const wchar_t* section, cons
     });
 }
 
-IniResult readIniNumber(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key, long& out,
-                        const wchar_t* fileName)
+TarvoConfig::Error readIniNumber(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
+                                 long& out, const wchar_t* fileName)
 {
     return readEntry(programFolder, section, key, fileName, [&](const wchar_t* path) {
         out = static_cast<LONG>(GetPrivateProfileIntW(section, key, -1, path));
@@ -65,7 +60,7 @@ bool readCommandPrefix(const wchar_t* programFolder, BoundedText& prefix)
 {
     const auto appendNumber = [&](const wchar_t* key) {
         long number = 0;
-        return readIniNumber(programFolder, productSection, key, number, productIni) == IniResult::found &&
+        return readIniNumber(programFolder, productSection, key, number, productIni) == TarvoConfig::eOk &&
                prefix.appendNumber(static_cast<std::int32_t>(number));
     };
     return prefix.append(L"S") && appendNumber(majorVersionKey) && appendNumber(productIdKey) &&

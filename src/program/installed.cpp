@@ -1,10 +1,8 @@
 #include "program/installed.h"
 
-#include "platform/handles.h"
+#include "platform/files.h"
 #include "platform/registry_key.h"
 
-#include <io.h>
-#include <shlwapi.h>
 #include <windows.h>
 
 #include <algorithm>
@@ -14,7 +12,6 @@ namespace {
 
 using uinfo::RegistryKey;
 
-constexpr int readAccess = 4;
 constexpr wchar_t uninstallKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
 
 constexpr auto preferenceOrder = [] {
@@ -55,15 +52,13 @@ bool hasUninstallEntry(const Language& language)
 
 Installed languageFolder(const wchar_t* programFolder, const wchar_t* shortName)
 {
-    PathBuffer folder;
-    if (isEmpty(programFolder) || isEmpty(shortName) || !folder.append(programFolder) ||
-        folder.length() + length(shortName) >= pathCapacity ||
-        PathAppendW(folder.data(), shortName) == FALSE || _waccess(folder.text(), readAccess) != 0) {
+    PathBuffer path;
+    if (isEmpty(programFolder) || isEmpty(shortName) || !path.append(programFolder) ||
+        !joinPath(path, shortName) || !isReadable(path.text())) {
         return Installed::noFolder;
     }
-    folder.measure();
-    const bool endsWithSeparator = folder.text()[folder.length() - 1] == L'\\';
-    return folder.append(endsWithSeparator ? L"*.dll" : L"\\*.dll") && FindHandle(folder.text())
+    const bool endsWithSeparator = path.text()[path.length() - 1] == L'\\';
+    return path.append(endsWithSeparator ? L"*.dll" : L"\\*.dll") && hasMatch(path.text())
                ? Installed::yes
                : Installed::emptyFolder;
 }

@@ -11,9 +11,11 @@ using uinfo::BoundedText;
 /// Appends one text and a separator, or nothing.
 bool appendFolder(BoundedText& path, const wchar_t* name, const wchar_t* separator)
 {
-    const std::size_t nameLength = uinfo::length(name) + uinfo::length(separator);
-    return path.length() + nameLength <= uinfo::longestComposedPath && path.append(name) &&
-           path.append(separator);
+    const std::size_t before = path.length();
+    const bool fits =
+        path.append(name, uinfo::longestComposedPath) && path.append(separator, uinfo::longestComposedPath);
+    path.cut(fits ? path.length() : before);
+    return fits;
 }
 
 } // namespace
@@ -39,7 +41,7 @@ bool appendSubtree(BoundedText& key, TarvoConfig::Path path, const RegistryNames
 {
     const auto below = [&]<std::size_t Size>(const wchar_t(&component)[Size]) {
         return key.append(names.versionRoot) && key.appendComponent(names.language) &&
-               key.appendComponent(component, Size - 1);
+               key.appendComponentPart(component, Size - 1);
     };
     switch (path) {
     case TarvoConfig::eProductRoot:
@@ -71,8 +73,7 @@ bool appendProfile(BoundedText& profilesRoot, const wchar_t* profile)
 
 bool appendProfileConfig(BoundedText& profileKey)
 {
-    constexpr wchar_t config[] = L"Config";
-    return profileKey.length() + std::size(config) <= longestConfigKey && profileKey.appendComponent(config);
+    return profileKey.appendComponent(L"Config", longestConfigKey);
 }
 
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names)
@@ -92,10 +93,12 @@ bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& nam
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored)
 {
     path.cut(0);
-    if (read == TarvoConfig::eOk && length(stored.getString()) <= longestStoredPath) {
-        path.append(stored.getString());
+    if (read != TarvoConfig::eOk) {
+        return false;
     }
-    return read == TarvoConfig::eOk;
+    // A value of another type has no string, and one that is too long is not appended.
+    static_cast<void>(path.append(stored.getString(), longestStoredPath));
+    return true;
 }
 
 bool appendStyleFile(BoundedText& supportFolder)

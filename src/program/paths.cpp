@@ -1,6 +1,7 @@
 #include "program/paths.h"
 
 #include "platform/executable.h"
+#include "platform/files.h"
 #include "platform/text_cache.h"
 
 #include <shlwapi.h>
@@ -25,15 +26,13 @@ const wchar_t* programFolder()
 
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size)
 {
-    if (isEmpty(name) || buffer == nullptr || size == 0 || !executablePath(buffer, size)) {
+    constexpr unsigned long spare = 3; // the terminator and two that no path needs
+    if (isEmpty(name) || buffer == nullptr || size <= spare || !executablePath(buffer, size)) {
         return 0;
     }
     PathRemoveFileSpecW(buffer);
-    constexpr std::size_t spare = 3; // the separator, the terminator and one that no path needs
-    if (length(buffer) + length(name) + spare >= size || PathAppendW(buffer, name) == FALSE) {
-        return 0;
-    }
-    return static_cast<unsigned long>(length(buffer));
+    BoundedText folder = BoundedText::behind(buffer, size);
+    return joinPath(folder, name, size - spare) ? static_cast<unsigned long>(folder.length()) : 0;
 }
 
 bool programFilePath(const wchar_t* name, BoundedText& path)
@@ -44,12 +43,11 @@ bool programFilePath(const wchar_t* name, BoundedText& path)
 
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path)
 {
-    if (isEmpty(fileName)) {
+    if (isEmpty(fileName) || resourceFolder(folderName, path.data(), modulePathCapacity) == 0) {
         return false;
     }
-    const unsigned long folderLength = resourceFolder(folderName, path.data(), modulePathCapacity);
-    return folderLength != 0 && length(fileName) + folderLength + 2 < modulePathCapacity &&
-           PathAppendW(path.data(), fileName) != FALSE;
+    path.measure();
+    return joinPath(path, fileName, longestResourcePath);
 }
 
 } // namespace uinfo

@@ -17,17 +17,22 @@ wchar_t* trimBackslashes(wchar_t* text);
 /// and the result is what is behind it. Null or empty gives null and leaves text alone.
 wchar_t* splitKeyPath(wchar_t*& text);
 
-/// A private copy of a client's path, normalised in place.
+/// A private copy of a client's path, which normalise and split change in place.
 class ClientPath
 {
 public:
-    /// False when the path has 1024 characters or more. Null counts as empty.
-    bool assign(const wchar_t* path) { return isEmpty(path) || m_text.append(path); }
+    /// False if the path has 1024 characters or more. Null counts as empty.
+    bool assign(const wchar_t* path)
+    {
+        m_isEmpty = isEmpty(path);
+        return BoundedText(m_text, pathCapacity).append(path);
+    }
 
-    bool empty() const { return m_text.empty(); }
+    /// Whether the path was empty as the client wrote it.
+    bool empty() const { return m_isEmpty; }
 
     /// The whole path as one sub-path.
-    const wchar_t* normalise() { return trimBackslashes(toBackslashes(m_text.data())); }
+    const wchar_t* normalise() { return trimBackslashes(toBackslashes(m_text)); }
 
     /// Its key part, null for the subtree's own key, and the name behind it, null for a key's default value.
     struct Parts
@@ -41,14 +46,15 @@ public:
         if (empty()) {
             return {};
         }
-        wchar_t* key = m_text.data();
+        wchar_t* key = m_text;
         const wchar_t* const name = splitKeyPath(key);
         // The name follows the separator that ends the key part.
         return {key, key == nullptr ? 0 : static_cast<std::size_t>(name - 1 - key), name};
     }
 
 private:
-    PathBuffer m_text;
+    wchar_t m_text[pathCapacity];
+    bool m_isEmpty = true;
 };
 
 /// The full path of a key below a subtree's root, relative to HKEY_CURRENT_USER.
@@ -62,7 +68,7 @@ public:
     bool join(const wchar_t* subPath, std::size_t limit) { return join(subPath, length(subPath), limit); }
     bool join(const wchar_t* subPath, std::size_t count, std::size_t limit)
     {
-        return m_path.length() + count <= limit && m_path.appendComponent(subPath, count);
+        return m_path.appendComponentPart(subPath, count, limit + 1); // the limit leaves out the separator
     }
 
     /// Appends a key part, if there is one.
@@ -76,7 +82,6 @@ public:
     bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
 
     const wchar_t* text() const { return m_path.text(); }
-    wchar_t* data() { return m_path.data(); }
 
 private:
     PathBuffer m_path;

@@ -33,6 +33,7 @@ DeleteTree systemDeleteTree()
     return known;
 }
 
+/// Stands in for RegDeleteTreeW on systems older than Windows 8, and wherever it is not found.
 int deleteTreeAt(HKEY parent, BoundedText& path)
 {
     if (RegDeleteKeyW(parent, path.text()) == ERROR_SUCCESS) {
@@ -57,7 +58,7 @@ int deleteTreeAt(HKEY parent, BoundedText& path)
             break;
         }
         path.cut(end);
-        if (!path.append(child, childLength) || deleteTreeAt(parent, path) == 0) {
+        if (!path.appendPart(child, childLength) || deleteTreeAt(parent, path) == 0) {
             break;
         }
     }

@@ -123,25 +123,23 @@ TarvoConfig::Error TarvoConfig::removeItem(Path path, const wchar_t* item)
     if (!key.assignRoot(*this, path) || !client.assign(item)) {
         return eInvalidInput;
     }
-    const uinfo::ClientPath::Parts parts = client.split();
-    if (!key.join(parts, uinfo::longestChangePath)) {
+    const bool removesRoot = client.empty();
+    if (removesRoot && !client.assign(key.text())) {
         return eInvalidInput;
     }
-    const wchar_t* parent = key.text();
-    const wchar_t* removed = parts.name;
-    if (client.empty()) {
-        wchar_t* rootsParent = key.data();
-        removed = uinfo::splitKeyPath(rootsParent);
-        parent = rootsParent;
+    const uinfo::ClientPath::Parts parts = client.split();
+    if (!removesRoot && !key.join(parts, uinfo::longestChangePath)) {
+        return eInvalidInput;
     }
-    if (isEmpty(removed)) {
+    if (isEmpty(parts.name)) {
         return eNotFound;
     }
+    const wchar_t* const parent = removesRoot ? parts.key : key.text();
     const RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, parent, KEY_ALL_ACCESS);
     if (!opened) {
         return eNotFound;
     }
-    return uinfo::removeKeyTree(opened.get(), removed) ? eOk : eRegistryError;
+    return uinfo::removeKeyTree(opened.get(), parts.name) ? eOk : eRegistryError;
 }
 
 TarvoConfig::Error TarvoConfig::removeValue(Path path, const wchar_t* item, const wchar_t* valueName)

@@ -224,8 +224,7 @@ Text Installation::iniText(const wchar_t* file, const wchar_t* section, const wc
                            unsigned long capacity) const
 {
     wchar_t out[1024] = {};
-    const bool isRead =
-        uinfo::readIniText(m_folder, section, key, out, capacity, file) == uinfo::IniResult::found;
+    const bool isRead = uinfo::readIniText(m_folder, section, key, out, capacity, file) == TarvoConfig::eOk;
     return isRead ? rkuinfo::text(out) : Text();
 }
 
