@@ -25,7 +25,7 @@ bool isReadable(const wchar_t* path)
 bool hasMatch(const wchar_t* pattern)
 {
     WIN32_FIND_DATAW found;
-    const HANDLE search = FindFirstFileW(pattern, &found); // NOLINT(misc-misplaced-const)
+    const HANDLE search = FindFirstFileW(pattern, &found);
     if (search == INVALID_HANDLE_VALUE) {
         return false;
     }
