@@ -49,7 +49,7 @@ bool matches(TextView pattern, TextView name)
 }
 
 /// The first entry in alphabetical order that a pattern takes; "" for none.
-std::string firstMatch(const std::string& folder, TextView pattern)
+std::string firstMatch(const std::string& folder, TextView pattern, std::error_code& failure)
 {
     for (const char* const own : {".", ".."}) {
         if (matches(pattern, winhost::fromUtf8(own))) {
@@ -58,7 +58,6 @@ std::string firstMatch(const std::string& folder, TextView pattern)
     }
     std::string first;
     Text firstName;
-    std::error_code failure;
     for (std::filesystem::directory_iterator entry(folder, failure), end; !failure && entry != end;
          entry.increment(failure)) {
         std::string bytes = entry->path().filename().native();
@@ -100,12 +99,13 @@ HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* found)
     if (!folder) {
         return noMatch(ERROR_PATH_NOT_FOUND);
     }
-    const std::string first = firstMatch(*folder, name);
-    if ((first.empty() || first.starts_with('.')) && !std::filesystem::is_directory(*folder)) {
+    std::error_code failure;
+    const std::string first = firstMatch(*folder, name, failure);
+    if ((first.empty() || first.starts_with('.')) && !winhost::isFolder(*folder)) {
         return noMatch(ERROR_INVALID_NAME);
     }
     if (first.empty()) {
-        return noMatch(ERROR_FILE_NOT_FOUND);
+        return noMatch(winhost::errorOf(failure.value(), ERROR_FILE_NOT_FOUND));
     }
     if (found != nullptr) {
         winhost::copyText(winhost::fromUtf8(first), found->cFileName, MAX_PATH);

@@ -6,10 +6,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace winhost {
 
@@ -57,14 +57,13 @@ bool exists(const std::string& file)
     return stat(file.c_str(), &status) == 0;
 }
 
-/// The entry of a folder with this name; "" when there is none.
-std::string findEntry(const std::string& folder, const Text& name)
+/// The entry of a folder with this name; "" when there is none or the folder cannot be read.
+std::string findEntry(const std::string& folder, const Text& name, std::error_code& failure)
 {
     std::string exact = toUtf8(name);
     if (exists(folder + "/" + exact)) {
         return exact;
     }
-    std::error_code failure;
     for (std::filesystem::directory_iterator entry(folder, failure), end; !failure && entry != end;
          entry.increment(failure)) {
         std::string entryName = entry->path().filename().native();
@@ -131,11 +130,13 @@ std::optional<std::string> findOnHost(const FullPath& path)
     }
     std::string found;
     for (const Text& component : path.components) {
-        const std::string entry = findEntry(found, component);
+        std::error_code failure;
+        const std::string entry = findEntry(found, component, failure);
         if (entry.empty()) {
             const bool isLast = &component == &path.components.back();
-            return fail(isLast && std::filesystem::is_directory(found + "/") ? ERROR_FILE_NOT_FOUND
-                                                                             : ERROR_PATH_NOT_FOUND);
+            const bool isMissing = isLast && isFolder(found + "/");
+            const DWORD otherwise = isMissing ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
+            return fail(failure == std::errc::too_many_files_open ? ERROR_TOO_MANY_OPEN_FILES : otherwise);
         }
         found += '/';
         found += entry;
@@ -166,26 +167,35 @@ TextView fileName(TextView path)
     return separator == TextView::npos ? path : path.substr(separator + 1);
 }
 
-std::optional<std::string> readFile(const std::string& hostFile, std::size_t most)
+bool isFolder(const std::string& hostFile)
 {
     struct stat status = {};
-    if (stat(hostFile.c_str(), &status) != 0) {
+    return stat(hostFile.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+std::optional<std::string> readStart(const std::string& hostFile, std::size_t size)
+{
+    std::optional<std::string> bytes;
+    const int file =
+        ::open(hostFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); // a fifo would wait for a writer
+    struct stat status = {};
+    if (file < 0) {
         SetLastError(errorOf(errno, ERROR_ACCESS_DENIED));
-        return std::nullopt;
+    } else if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+        bytes.emplace(std::min(size, static_cast<std::size_t>(status.st_size)), '\0');
+        const ssize_t length = ::read(file, bytes->data(), bytes->size());
+        bytes->resize(static_cast<std::size_t>(std::max(length, ssize_t{0})));
+    } else {
+        SetLastError(ERROR_ACCESS_DENIED);
     }
-    if (!S_ISREG(status.st_mode)) {
-        return fail(ERROR_ACCESS_DENIED);
-    }
-    if (static_cast<std::size_t>(status.st_size) > most) {
-        return fail(ERROR_FILE_TOO_LARGE);
-    }
-    std::ifstream file(hostFile, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    if (!file.is_open() || file.bad()) {
-        return fail(ERROR_ACCESS_DENIED);
-    }
-    return std::move(bytes).str();
+    ::close(file);
+    return bytes;
+}
+
+std::optional<std::string> readFile(const std::string& hostFile, std::size_t most)
+{
+    std::optional<std::string> bytes = readStart(hostFile, most + 1);
+    return bytes && bytes->size() > most ? fail(ERROR_FILE_TOO_LARGE) : std::move(bytes);
 }
 
 } // namespace winhost

@@ -28,11 +28,14 @@ std::optional<std::string> findOnHost(TextView path);
 /// The Windows form of an absolute host path.
 Text windowsPath(std::string_view hostPath);
 
-/// Everything behind the last separator of either kind.
+/// Everything after the last separator of either kind.
 TextView fileName(TextView path);
 
-/// The bytes of a regular file; nothing, with the last error set, when it cannot be read:
-/// ERROR_FILE_TOO_LARGE for one of more bytes than are told.
-std::optional<std::string> readFile(const std::string& hostFile, std::size_t most = SIZE_MAX);
+bool isFolder(const std::string& hostFile);
+
+/// Reads the first bytes of a regular file, or returns nothing and sets the last error.
+std::optional<std::string> readStart(const std::string& hostFile, std::size_t size);
+/// The same of a whole file: ERROR_FILE_TOO_LARGE if it is longer than that.
+std::optional<std::string> readFile(const std::string& hostFile, std::size_t most);
 
 } // namespace winhost

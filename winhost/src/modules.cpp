@@ -141,15 +141,19 @@ HMODULE findModule(TextView name)
 
 bool isFullPath(TextView name)
 {
-    return name.starts_with(L'\\') || name.starts_with(L'/') || name.substr(0, 2).ends_with(L':');
+    const TextView path = name.substr(name.substr(0, 2).ends_with(L':') ? 2 : 0);
+    return path.starts_with(L'\\') || path.starts_with(L'/');
+}
+
+std::string programFolder()
+{
+    return executableFile().substr(0, executableFile().rfind('/') + 1);
 }
 
 /// The folders of the search order: the executable's, the working directory, those of PATH.
 std::vector<std::string> searchFolders()
 {
-    std::string program = executableFile();
-    program.resize(program.rfind('/') + 1);
-    std::vector<std::string> folders = {program, "."};
+    std::vector<std::string> folders = {programFolder(), "."};
     const char* const path = std::getenv("PATH");
     std::string_view rest = path == nullptr ? "" : path;
     while (!rest.empty()) {
@@ -205,33 +209,44 @@ HMODULE keep(Module module)
     return found->handle;
 }
 
+HMODULE fail(DWORD error)
+{
+    SetLastError(error);
+    return nullptr;
+}
+
 HMODULE loadCode(const std::string& file)
 {
     Module module;
     module.library.reset(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL));
     struct link_map* map = nullptr;
     if (!module.library || dlinfo(module.library.get(), RTLD_DI_LINKMAP, &map) != 0) {
-        SetLastError(ERROR_BAD_EXE_FORMAT);
-        return nullptr;
+        return fail(ERROR_BAD_EXE_FORMAT);
     }
     module.handle = handleOf(map->l_ld);
     module.file = file;
     return keep(std::move(module));
 }
 
-HMODULE loadFile(const std::string& file, bool forDataOnly)
+HMODULE loadFile(const std::string& file, bool forDataOnly, bool mayRun)
 {
-    std::optional<std::string> bytes = readFile(file);
+    constexpr std::size_t largest = std::size_t{64} << 20;
+    std::optional<std::string> bytes = readStart(file, 4);
+    const bool isHostFile = bytes == "\177ELF";
+    if (isHostFile && !forDataOnly) {
+        return mayRun ? loadCode(file) : fail(ERROR_ACCESS_DENIED);
+    }
+    if (bytes && !isHostFile && !bytes->starts_with("MZ")) {
+        return fail(ERROR_BAD_EXE_FORMAT);
+    }
+    if (bytes && !isHostFile) { // a mapped file could be cut by others while it is in use
+        bytes = readFile(file, largest);
+    }
     if (!bytes) {
         return nullptr;
     }
-    const bool isHostFile = bytes->starts_with("\177ELF");
-    if (isHostFile && !forDataOnly) {
-        return loadCode(file);
-    }
     if (!isHostFile && !isPeImage(asBytes(*bytes))) {
-        SetLastError(ERROR_BAD_EXE_FORMAT);
-        return nullptr;
+        return fail(ERROR_BAD_EXE_FORMAT);
     }
     Module module;
     module.file = file;
@@ -300,8 +315,7 @@ HMODULE LoadLibraryExW(LPCWSTR name, HANDLE /*file*/, DWORD flags)
     constexpr DWORD dataFlags =
         LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE | DONT_RESOLVE_DLL_REFERENCES;
     if (name == nullptr) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return nullptr;
+        return fail(ERROR_INVALID_PARAMETER);
     }
     const Text fullName = withExtension(name);
     const HMODULE present = hasFolder(fullName) ? nullptr : findModule(fullName);
@@ -309,11 +323,14 @@ HMODULE LoadLibraryExW(LPCWSTR name, HANDLE /*file*/, DWORD flags)
         return present;
     }
     const std::optional<std::string> file = findModuleFile(fullName);
-    if (!file) {
-        SetLastError((flags & LOAD_LIBRARY_AS_DATAFILE) != 0 ? ERROR_FILE_NOT_FOUND : ERROR_MOD_NOT_FOUND);
+    if (!file && GetLastError() == ERROR_TOO_MANY_OPEN_FILES) {
         return nullptr;
     }
-    return loadFile(absolute(file->c_str()), (flags & dataFlags) != 0);
+    if (!file) {
+        return fail((flags & LOAD_LIBRARY_AS_DATAFILE) != 0 ? ERROR_FILE_NOT_FOUND : ERROR_MOD_NOT_FOUND);
+    }
+    const bool mayRun = isFullPath(fullName) || file->starts_with(programFolder());
+    return loadFile(absolute(file->c_str()), (flags & dataFlags) != 0, mayRun);
 }
 
 BOOL FreeLibrary(HMODULE module)
