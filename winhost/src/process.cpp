@@ -1,4 +1,5 @@
 // The message box and the end of the process.
+#include "registry/store.h"
 #include "text.h"
 
 #include <windows.h>
@@ -61,5 +62,6 @@ void ExitProcess(UINT code)
     // left alone, since a thread that waits for input holds its lock.
     std::fflush(stdout);
     std::fflush(stderr);
+    winhost::registry::leaveStore();
     _exit(static_cast<int>(code));
 }

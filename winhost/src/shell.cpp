@@ -22,7 +22,9 @@ std::string documentsOfUserDirs()
 {
     constexpr std::string_view assignment = "XDG_DOCUMENTS_DIR=\"";
     constexpr std::string_view home = "$HOME";
-    std::istringstream file(winhost::readFile(winhost::configFolder() + "/user-dirs.dirs").value_or(""));
+    constexpr std::size_t mostBytes = 65536;
+    std::istringstream file(
+        winhost::readFile(winhost::configFolder() + "/user-dirs.dirs", mostBytes).value_or(""));
     for (std::string line; std::getline(file, line);) {
         const std::size_t end = line.rfind('"');
         if (!line.starts_with(assignment) || end < assignment.size()) {
@@ -92,8 +94,7 @@ HRESULT SHGetFolderPathW(HWND /*owner*/, INT folder, HANDLE /*token*/, DWORD fla
     if ((folder & CSIDL_FLAG_CREATE) == 0) {
         return fileNotFound;
     }
-    std::filesystem::create_directories(onHost, failure);
-    return failure ? E_FAIL : S_OK;
+    return winhost::makeFolders(onHost) ? S_OK : E_FAIL;
 }
 
 BOOL SHGetSpecialFolderPathW(HWND owner, LPWSTR path, INT folder, BOOL create)

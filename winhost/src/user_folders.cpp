@@ -1,7 +1,10 @@
 #include "user_folders.h"
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -35,6 +38,23 @@ std::string configFolder()
 std::string dataFolder()
 {
     return xdgFolder("XDG_DATA_HOME", "/.local/share");
+}
+
+bool makeFolders(const std::string& folder)
+{
+    constexpr mode_t folderMode = 0700;
+    struct stat found = {};
+    if (stat(folder.c_str(), &found) == 0 || errno != ENOENT) {
+        errno = S_ISDIR(found.st_mode) ? 0 : errno != 0 ? errno : ENOTDIR;
+        return errno == 0;
+    }
+    const std::string above = folder.substr(0, std::max(folder.find_last_of('/'), std::size_t{1}));
+    if (!makeFolders(above) || stat(above.c_str(), &found) != 0) {
+        return false;
+    }
+    const bool isOthers = found.st_uid != geteuid();
+    errno = EACCES;
+    return !isOthers && (mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST);
 }
 
 } // namespace winhost

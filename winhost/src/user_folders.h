@@ -14,4 +14,8 @@ std::string xdgFolder(const char* variable, const char* belowHome);
 std::string configFolder();
 std::string dataFolder();
 
+/// Creates a folder and its missing parents. Returns false, with the cause in errno, if one cannot be
+/// created, or would be created in a folder of another user, whom it would lock out.
+bool makeFolders(const std::string& folder);
+
 } // namespace winhost

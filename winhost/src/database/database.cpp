@@ -1,5 +1,6 @@
 #include "database/database.h"
 
+#include "database/descriptors.h"
 #include "last_error.h"
 #include "user_folders.h"
 
@@ -7,41 +8,66 @@
 
 #include <fcntl.h>
 #include <linux/fs.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <string>
 #include <thread>
+#include <unordered_map>
 #include <utility>
 
 namespace winhost::database {
 
 namespace {
 
-constexpr std::chrono::milliseconds longestWait{5000};
-constexpr mode_t folderMode = 0700;
-constexpr mode_t fileMode = 0600;
-constexpr off_t formatAt = 18;
+enum Kind
+{
+    eWritable,
+    eReadOnly,
+    eNew // in memory: what a new file would contain
+};
 
-constexpr const char* options = "PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA mmap_size "
-                                "= 0; PRAGMA temp_store = MEMORY;"
-                                "PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304";
+/// Changes when the path leads to another file or folder, or a file comes to the folder or goes.
+using Listing = std::array<std::int64_t, 7>;
 
-/// Of what the system refused; that the store has no place there would look as if a key were missing.
+struct Connection
+{
+    std::mutex mutex;   // of all that follows
+    std::string path;   // of the file, as the user's folders give it
+    std::string file;   // without links
+    std::string folder; // of that
+    sqlite3* database = nullptr;
+    std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
+    Kind kind = eNew;
+    LSTATUS whyReadOnly = ERROR_SUCCESS; // why the file is open for reading only
+    std::int32_t generation = 0;         // of the content, without the log
+    bool isShared = false;
+    bool isForsaken = false;
+    Listing listing{};
+};
+Connection& own = *new Connection; // never destroyed: it may be used while the process ends
+
+/// For an error of the system. ENOENT and ENOTDIR would read as if a key were missing.
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
     const bool hasNoPlace = errno == ENOENT || errno == ENOTDIR;
     return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(otherwise)));
 }
 
-/// For what SQLite answered; the system's own error, which it does not always tell, is still in errno.
+/// For a result of SQLite. The system's error, which it does not always report, is still in errno.
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
@@ -71,40 +97,223 @@ LSTATUS statusOf(int code)
     }
 }
 
-/// Runs work() again while it fails with ERROR_LOCK_FAILED, for a bounded time.
+LSTATUS run(const std::string& sql)
+{
+    errno = 0;
+    return statusOf(sqlite3_exec(own.database, sql.c_str(), nullptr, nullptr, nullptr));
+}
+
+// ---- Waiting
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::milliseconds longestWait{5000};
+std::atomic<Clock::time_point> hopeless = Clock::time_point(); // until when nobody waits again
+
+/// Runs work() again while it fails with ERROR_LOCK_FAILED: for 5 s, but not soon after that was in vain.
 template <typename Work>
 LSTATUS retry(Work work)
 {
-    using Clock = std::chrono::steady_clock;
     constexpr std::chrono::microseconds longestPause{5000};
-    const Clock::time_point end = Clock::now() + longestWait;
+    const Clock::time_point start = Clock::now();
+    const Clock::time_point end = start < hopeless.load() ? start : start + longestWait;
     LSTATUS status = outcome(work);
     for (std::chrono::microseconds pause{50}; status == ERROR_LOCK_FAILED && Clock::now() < end;
          pause = std::min(2 * pause, longestPause)) {
         std::this_thread::sleep_for(pause);
         status = outcome(work);
     }
+    hopeless = status == ERROR_LOCK_FAILED ? Clock::now() + 2 * longestWait : Clock::time_point();
     return status;
 }
 
-/// Makes the folder and those above it, as far as they are missing; leaves the cause in errno.
-bool makeFolders(const std::string& folder)
+/// Runs work() while no other process is in here for the same folder, else returns ERROR_LOCK_FAILED.
+template <typename Work>
+LSTATUS alone(const std::string& folder, Work work)
 {
-    const auto make = [&] { return mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST; };
-    const std::size_t above = folder.find_last_of('/');
-    return make() || (errno == ENOENT && above != 0 && makeFolders(folder.substr(0, above)) && make());
+    const int opened = ::open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    const bool isBusy = opened >= 0 && flock(opened, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    const LSTATUS status = isBusy ? ERROR_LOCK_FAILED : outcome(work);
+    ::close(opened);
+    return status;
 }
 
-/// On a file system that writes changed data elsewhere, what is mapped would need new room for each change.
+// ---- The version
+//
+// The header of the write-ahead log's index, which all processes share in memory and every commit changes. It
+// is an interface of SQLite's: https://www.sqlite.org/walformat.html. There is no version if it has another
+// format.
+
+constexpr std::uint32_t indexFormat = 3007000;
+constexpr std::size_t saltsAt = 4;    // in units of 8 bytes: the log's
+constexpr std::size_t sumAt = 5;      // in units of 8 bytes: the header's sum of itself
+constexpr std::size_t framesAt = 4;   // in units of 4 bytes: how many the log has
+constexpr std::size_t countAt = 14;   // in units of 4 bytes: in the second copy, written before the first
+constexpr std::size_t writtenAt = 24; // in units of 4 bytes: how many frames are in the file, too
+constexpr std::size_t pageSize = 4096;
+
+constexpr std::uint64_t noIndex[writtenAt] = {};
+void* mapped = nullptr; // stays where it is while the process lives
+std::atomic<const std::uint64_t*> page = noIndex;
+
+// How often a file was opened: two that have no log begin with the same header.
+std::atomic<std::uint64_t> turn = 0;
+
+/// A number of the header, 0 if there is none.
+template <typename Number>
+Number numberAt(std::size_t index)
+{
+    return __atomic_load_n(reinterpret_cast<const Number*>(page.load()) + index, __ATOMIC_ACQUIRE);
+}
+
+/// From here on contentVersion returns 0.
+void hideVersion()
+{
+    page = noIndex;
+}
+
+/// From here on contentVersion is that of the open log's index.
+void showVersion()
+{
+    const int place = mapped != nullptr ? MAP_FIXED : 0;
+    void* const shown = mmap(mapped, pageSize, PROT_READ, MAP_SHARED | place, descriptor(eIndex), 0);
+    if (shown != MAP_FAILED) {
+        mapped = shown;
+        page =
+            *static_cast<std::uint32_t*>(shown) == indexFormat ? static_cast<std::uint64_t*>(shown) : noIndex;
+    }
+}
+
+// ---- The log
+//
+// A log continues one state of the file. So each state has a random number, its generation, which is SQLite's
+// user_version; and what a log adds to a state has that state's number, too, as the application_id.
+
+/// Returns true if the index is that of a log.
+bool isIndexOf(int log)
+{
+    constexpr off_t inLog = 16;
+    std::uint64_t salts = 0;
+    return pread(log, &salts, sizeof salts, inLog) == sizeof salts &&
+           salts == numberAt<std::uint64_t>(saltsAt);
+}
+
+std::int32_t generationOfFile()
+{
+    constexpr off_t inFile = 60;
+    std::uint32_t number = 0;
+    static_cast<void>(pread(descriptor(eContent), &number, sizeof number, inFile));
+    return static_cast<std::int32_t>(__builtin_bswap32(number));
+}
+
+/// ERROR_REGISTRY_CORRUPT for a log of another file; ERROR_LOCK_FAILED while others use one that was removed.
+LSTATUS logStatus()
+{
+    const std::uint64_t version = contentVersion();
+    if (numberAt<std::uint32_t>(framesAt) != 0 && !isIndexOf(descriptor(eLog))) {
+        return ERROR_LOCK_FAILED;
+    }
+    own.generation = generationOfFile();
+    Query query("SELECT user_version, application_id FROM pragma_user_version, pragma_application_id");
+    if (query.next() && (query.number(0) == own.generation || query.number(1) == own.generation)) {
+        return ERROR_SUCCESS;
+    }
+    return version != 0 && version == contentVersion() ? ERROR_REGISTRY_CORRUPT : ERROR_LOCK_FAILED;
+}
+
+/// In a transaction for writing.
+void beginLog()
+{
+    check(generationOfFile() != own.generation ? logStatus() : ERROR_SUCCESS);
+    if (page == noIndex) {
+        showVersion(); // it may have been made only now
+    }
+    if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
+        own.generation = generationOfFile(); // which nobody changes now
+        const auto next = static_cast<std::int32_t>(std::random_device()());
+        check(run("PRAGMA application_id = " + std::to_string(own.generation) +
+                  "; PRAGMA user_version = " + std::to_string(next)));
+    }
+}
+
+// ---- Files
+
+std::string folderOf(const std::string& file)
+{
+    return file.substr(0, file.rfind('/'));
+}
+
+/// Without links, so that SQLite has the log and its index at the same place.
+std::string resolved(const std::string& file)
+{
+    const std::unique_ptr<char, decltype(&std::free)> path(realpath(file.c_str(), nullptr), &std::free);
+    return path != nullptr ? path.get() : file;
+}
+
+/// All 0, with the cause in errno, if there is no such file.
+struct stat statusOfFile(const std::string& file)
+{
+    struct stat found = {};
+    errno = 0;
+    stat(file.c_str(), &found);
+    return found;
+}
+
+Listing listing()
+{
+    const struct stat folder = statusOfFile(own.folder);
+    const struct stat file = own.file != own.path ? statusOfFile(own.path) : folder;
+    return {static_cast<std::int64_t>(folder.st_dev),
+            static_cast<std::int64_t>(folder.st_ino),
+            folder.st_mtim.tv_sec,
+            folder.st_mtim.tv_nsec,
+            folder.st_uid,
+            static_cast<std::int64_t>(file.st_dev),
+            static_cast<std::int64_t>(file.st_ino)};
+}
+
+/// Returns true if the path does not lead to the open files any more.
+bool isMoved()
+{
+    const Listing now = listing();
+    if (now != own.listing && isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
+        isAtPlace(own.file, eIndex) && resolved(own.path) == own.file) {
+        own.listing = now; // another file came or went
+    }
+    return now != own.listing;
+}
+
+/// A file system that writes changed data elsewhere would need new room for each change of what is mapped.
 void writeInPlace(const std::string& folder)
 {
-    const int opened = open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    const int opened = ::open(folder.c_str(), O_RDONLY | O_CLOEXEC);
     int flags = 0;
     if (opened >= 0 && ioctl(opened, FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_NOCOW_FL) == 0) {
         flags |= FS_NOCOW_FL;
-        ioctl(opened, FS_IOC_SETFLAGS, &flags); // files that are made in the folder take it over
+        ioctl(opened, FS_IOC_SETFLAGS, &flags); // inherited by files that are created in the folder
     }
-    close(opened);
+    ::close(opened);
+}
+
+LSTATUS createFile()
+{
+    constexpr mode_t fileMode = 0600;
+    const std::string folder = folderOf(own.path);
+    check(makeFolders(folder) ? ERROR_SUCCESS : statusOfErrno(ERROR_CANTOPEN));
+    if (statusOfFile(own.path).st_ino != 0) {
+        return ERROR_SUCCESS;
+    }
+    check(statusOfFile(folder).st_uid == geteuid() ? ERROR_SUCCESS : ERROR_ACCESS_DENIED);
+    writeInPlace(folder);
+    return alone(folder, [&] {
+        if (statusOfFile(own.path).st_ino == 0) { // no other process was first
+            unlink((own.path + suffixes[eLog]).c_str());
+            unlink((own.path + suffixes[eIndex]).c_str());
+        }
+        const int created = ::open(own.path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
+        const LSTATUS status = created < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
+        ::close(created);
+        return status;
+    });
 }
 
 /// A write past the process's file size limit is an error, unless the program wants its signal.
@@ -117,49 +326,223 @@ void ignoreFileSizeSignal()
     }
 }
 
-// ---- The version
-//
-// The header of the write-ahead log's index, which all processes share in memory and every commit changes. It
-// is an interface of SQLite's: https://www.sqlite.org/walformat.html. Where it has another format there is no
-// version.
+// ---- The connection
 
-constexpr std::uint32_t indexFormat = 3007000;
-constexpr std::size_t sumAt = 5;    // in units of 8 bytes: the header's sum of itself
-constexpr std::size_t countAt = 14; // in units of 4 bytes: in the second copy, written before the first
-constexpr std::size_t pageSize = 4096;
-
-// Stays where it is while the process lives: a page without content, or the index's first page.
-std::atomic<std::uint64_t*> page = nullptr;
-
-// How often a file was opened: two that have no log begin with the same header.
-std::atomic<std::uint64_t> turn = 0;
-
-/// A number of the header, 0 where there is none.
-template <typename Number>
-Number numberAt(std::size_t index)
+void disconnect()
 {
-    const auto* const numbers = reinterpret_cast<const Number*>(page.load(std::memory_order_acquire));
-    return numbers != nullptr ? __atomic_load_n(numbers + index, __ATOMIC_ACQUIRE) : 0;
+    hideVersion();
+    own.statements.clear();
+    sqlite3_close(std::exchange(own.database, nullptr));
+    forgetFiles();
 }
 
-/// From here on contentVersion tells none.
-void hideVersion()
+/// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
+LSTATUS schemaStatus()
 {
-    if (page != nullptr) {
-        static_cast<void>(mmap(page, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
+    Query all("SELECT group_concat(sql, ';') FROM sqlite_schema WHERE sql NOTNULL");
+    const std::string_view found = all.next() ? all.bytes(0) : "";
+    return found.empty() ? ERROR_FILE_NOT_FOUND : found == content.schema ? ERROR_SUCCESS : ERROR_BADDB;
+}
+
+/// In an empty file.
+LSTATUS createTables()
+{
+    check(run("BEGIN IMMEDIATE"));
+    if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // no other process was first
+        check(run(content.schema));
+        content.fill();
+    }
+    check(run("COMMIT"));
+    return schemaStatus();
+}
+
+/// Before SQLite reads the log, creates the log's index and its room on the disk, for a log of 32 MB: it is
+/// written to in memory, where a full disk would be a signal and not an error.
+LSTATUS openLog()
+{
+    constexpr int regionSize = 32768;
+    sqlite3_file* file = nullptr;
+    sqlite3_file_control(own.database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+    if (file->pMethods->iVersion < 2) { // it cannot share memory
+        return ERROR_CANTOPEN;
+    }
+    const LSTATUS status = outcome([&] {
+        void volatile* index = nullptr;
+        errno = 0;
+        check(statusOf(file->pMethods->xShmMap(file, 0, regionSize, 1, &index)));
+        errno = descriptor(eIndex) >= 0 ? posix_fallocate(descriptor(eIndex), 0, off_t{2} * regionSize) : 0;
+        check(errno != 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS);
+        showVersion();
+        const int log = ::open((own.file + suffixes[eLog]).c_str(), O_RDONLY | O_CLOEXEC);
+        const bool isOthers = numberAt<std::uint32_t>(framesAt) != 0 && !isIndexOf(log);
+        ::close(log);
+        check(isOthers ? ERROR_LOCK_FAILED : run("PRAGMA journal_mode = WAL")); // they will notice
+        showVersion();
+        return ERROR_SUCCESS;
+    });
+    if (status != ERROR_SUCCESS) {
+        file->pMethods->xShmUnmap(file, 0); // SQLite would leave it
+    }
+    return status;
+}
+
+/// In SQLite's form, which has numbers for characters that mean something in it.
+std::string uriOf(const std::string& file, const char* options)
+{
+    std::string uri = "file:";
+    for (const char each : file) {
+        char coded[sizeof "%FF"];
+        std::snprintf(coded, sizeof coded, "%%%02X", static_cast<unsigned char>(each));
+        uri += coded;
+    }
+    return uri + options;
+}
+
+/// Closed again if it fails.
+LSTATUS connect(Kind kind)
+{
+    constexpr int flags =
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+    expectFiles(&own.file);
+    const LSTATUS status = outcome([&] {
+        own.kind = kind;
+        const bool isAlone = statusOfFile(own.file + suffixes[eLog]).st_ino == 0 &&
+                             statusOfFile(own.file + suffixes[eIndex]).st_ino == 0;
+        const std::string uri = kind == eNew        ? ":memory:"
+                                : kind == eWritable ? uriOf(own.file, "?mode=rw")
+                                : isAlone           ? uriOf(own.file, "?mode=ro&immutable=1")
+                                                    : uriOf(own.file, "?mode=ro&readonly_shm=1");
+        errno = 0;
+        check(statusOf(sqlite3_open_v2(uri.c_str(), &own.database, flags, "unix")));
+        sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+        int keepsLog = 1;
+        sqlite3_file_control(own.database, "main", SQLITE_FCNTL_PERSIST_WAL, &keepsLog);
+        check(kind == eWritable ? openLog() : ERROR_SUCCESS);
+        check(run("PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA mmap_size = 0; PRAGMA "
+                  "temp_store "
+                  "= MEMORY; PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304"));
+        const LSTATUS found = schemaStatus();
+        check(found == ERROR_FILE_NOT_FOUND && kind != eReadOnly ? createTables() : found);
+        turn += kind == eWritable ? 1 : 0;
+        check(kind != eNew ? logStatus() : ERROR_SUCCESS);
+        own.listing = {};
+        return kind != eNew && isMoved() ? ERROR_LOCK_FAILED : ERROR_SUCCESS;
+    });
+    expectFiles(nullptr);
+    if (status != ERROR_SUCCESS) {
+        disconnect();
+        return status;
+    }
+    sqlite3_busy_timeout(own.database, longestWait.count());
+    return ERROR_SUCCESS;
+}
+
+/// For writing if that is possible.
+LSTATUS open(bool forWriting)
+{
+    if (own.path.empty()) {
+        own.path = dataFolder() + "/winhost/" + content.file;
+        ignoreFileSizeSignal();
+    }
+    const LSTATUS created = forWriting ? createFile() : ERROR_SUCCESS;
+    own.file = resolved(own.path);
+    own.folder = folderOf(own.file);
+    const struct stat file = statusOfFile(own.file);
+    if (file.st_size == 0 && !forWriting && (errno == 0 || errno == ENOENT)) {
+        return connect(eNew);
+    }
+    check(file.st_ino != 0           ? ERROR_SUCCESS
+          : created != ERROR_SUCCESS ? created
+                                     : statusOfErrno(ERROR_CANTOPEN));
+    const bool isOthers = file.st_uid != geteuid() || statusOfFile(own.folder).st_uid != geteuid();
+    check(isOthers ? ERROR_ACCESS_DENIED : ERROR_SUCCESS);
+    const int opened = ::open(own.file.c_str(), O_RDWR | O_CLOEXEC);
+    own.whyReadOnly = opened < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
+    constexpr off_t formatAt = 18;
+    char format = 0; // 1 for a database that was never in write-ahead mode: another's, to be left as it is
+    static_cast<void>(pread(opened, &format, 1, formatAt));
+    ::close(opened);
+    check(format == 1 ? ERROR_BADDB : ERROR_SUCCESS);
+    own.whyReadOnly = own.whyReadOnly == ERROR_SUCCESS ? connect(eWritable) : own.whyReadOnly;
+    LSTATUS status = own.whyReadOnly;
+    if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
+        status = connect(eReadOnly);
+        status = status == ERROR_SUCCESS || status == ERROR_REGISTRY_CORRUPT ? status : own.whyReadOnly;
+    }
+    return status;
+}
+
+/// Closes what is open. A log that is no longer beside the file is written back before.
+LSTATUS closeMoved()
+{
+    if (own.isShared) {
+        run("ROLLBACK");
+        showVersion();
+    }
+    const std::string now = resolved(own.path);
+    if (isAtPlace(now, eContent) && !isAtPlace(now, eLog) && logStatus() == ERROR_SUCCESS) {
+        check(statusOf(
+            sqlite3_wal_checkpoint_v2(own.database, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr)));
+    }
+    disconnect();
+    return ERROR_SUCCESS;
+}
+
+/// Closes a connection whose descriptors or locks are not this process's any more.
+void abandon()
+{
+    abandonFiles(true);
+    disconnect();
+    abandonFiles(false);
+    own.isForsaken = false;
+}
+
+bool isStale(bool forWriting)
+{
+    return own.kind == eNew ? forWriting || statusOfFile(own.path).st_size != 0
+                            : isMoved() || (forWriting && own.whyReadOnly != ERROR_SUCCESS);
+}
+
+/// Makes the connection ready.
+void prepare(bool forWriting)
+{
+    if (own.database != nullptr && own.kind != eNew && (own.isForsaken || areFilesLost())) {
+        abandon();
+    }
+    if (own.database == nullptr || isStale(forWriting)) {
+        check(retry([&] { // another may be creating the store, or repairing it after a crash
+            if (own.database != nullptr && own.kind == eWritable) {
+                check(alone(own.folder, closeMoved));
+            } else if (own.database != nullptr) {
+                disconnect();
+            }
+            return open(forWriting);
+        }));
+    }
+    if (forWriting) { // an error of the disk ends a shared transaction, and so does a fork, or a move
+        const bool isLost = own.isShared && sqlite3_get_autocommit(own.database) != 0;
+        check(isLost ? ERROR_CANTWRITE : own.whyReadOnly);
     }
 }
 
-/// From here on contentVersion tells that of the open log's index.
-void showVersion(int index)
+/// Does not wait for other writers.
+void begin()
 {
-    const int place = page != nullptr ? MAP_FIXED : 0;
-    void* const shown =
-        index >= 0 ? mmap(page, pageSize, PROT_READ, MAP_SHARED | place, index, 0) : MAP_FAILED;
-    page = shown != MAP_FAILED ? static_cast<std::uint64_t*>(shown) : page.load();
-    if (numberAt<std::uint32_t>(0) != indexFormat) {
-        hideVersion();
+    prepare(true);
+    sqlite3_busy_timeout(own.database, 0);
+    const LSTATUS status = outcome([] {
+        Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
+        check(listing() != own.listing ? ERROR_LOCK_FAILED : ERROR_SUCCESS); // moved while it waited
+        if (!own.isShared) {
+            beginLog();
+        }
+        return ERROR_SUCCESS;
+    });
+    sqlite3_busy_timeout(own.database, longestWait.count());
+    if (status != ERROR_SUCCESS) {
+        undo(false);
     }
+    check(status);
 }
 
 } // namespace
@@ -170,28 +553,21 @@ std::uint64_t contentVersion()
     return sum != 0 ? sum + turn : 0;
 }
 
-// ---- The connection
-
-Database::Database(std::string_view file, const char* schema, void (*fill)())
-    : m_fileName(file), m_schema(schema), m_fill(fill)
+Lock read()
 {
-}
-
-Database::Lock Database::read()
-{
-    Lock lock(m_mutex);
+    Lock lock(own.mutex);
     prepare(false);
-    if (!m_isShared) {
-        Query(*this, "BEGIN").run();
+    if (!own.isShared) {
+        Query("BEGIN").run();
     }
     return lock;
 }
 
-Database::Lock Database::write()
+Lock write()
 {
     Lock kept;
     check(retry([&] { // without the lock while it waits, so that this process's readers need not
-        Lock lock(m_mutex);
+        Lock lock(own.mutex);
         begin();
         kept = std::move(lock);
         return ERROR_SUCCESS;
@@ -199,256 +575,94 @@ Database::Lock Database::write()
     return kept;
 }
 
-std::uint64_t Database::commit()
+std::uint64_t commit()
 {
-    const std::uint32_t before = numberAt<std::uint32_t>(countAt);
-    Query(*this, m_isShared ? "RELEASE call" : "COMMIT").run();
+    const auto before = numberAt<std::uint32_t>(countAt);
+    Query(own.isShared ? "RELEASE call" : "COMMIT").run();
     const std::uint64_t version = contentVersion();
     return numberAt<std::uint32_t>(countAt) == before + 1 ? version : 0;
 }
 
-void Database::undo(bool wasReading)
+void undo(bool wasReading)
 {
-    if (m_isShared && !wasReading) {
+    if (own.isShared && !wasReading) {
         run("ROLLBACK TO call; RELEASE call");
-    } else if (!m_isShared && sqlite3_get_autocommit(m_database) == 0) { // no error of the disk has ended it
-        outcome([this] { return Query(*this, "ROLLBACK").run(); });
+    } else if (!own.isShared &&
+               sqlite3_get_autocommit(own.database) == 0) { // no error of the disk has ended it
+        outcome([] { return Query("ROLLBACK").run(), ERROR_SUCCESS; });
     }
 }
 
-LSTATUS Database::beginShared()
+LSTATUS beginShared()
 {
-    return outcome([this] {
+    return outcome([] {
         const Lock lock = write();
-        if (m_isShared) {
+        if (own.isShared) {
             undo(false);
             return ERROR_INVALID_PARAMETER;
         }
-        m_isShared = true;
+        own.isShared = true;
         hideVersion();
         return ERROR_SUCCESS;
     });
 }
 
-LSTATUS Database::endShared(bool keep)
+LSTATUS endShared(bool keep)
 {
-    const Lock lock(m_mutex);
-    if (!m_isShared) {
+    const Lock lock(own.mutex);
+    if (!own.isShared) {
         return ERROR_INVALID_PARAMETER;
     }
-    LSTATUS status = ERROR_CANTWRITE;
-    if (!isLost()) {
-        status = run(keep ? "COMMIT" : "ROLLBACK");
-    }
-    m_isShared = false;
-    if (m_database != nullptr) {
+    const LSTATUS status = outcome([&] {
+        prepare(true);
+        return run(keep ? "COMMIT" : "ROLLBACK");
+    });
+    own.isShared = false;
+    if (own.database != nullptr) {
         undo(false); // what could not be committed
-        showVersion(m_index);
+        showVersion();
     }
     return status;
 }
 
-Database::Lock Database::close()
+Lock hold()
 {
-    Lock lock(m_mutex);
-    disconnect();
+    Lock lock(own.mutex);
+    if (own.isShared) {
+        disconnect();
+    }
     return lock;
 }
 
-sqlite3_stmt* Database::prepared(const char* sql)
+void forsake()
 {
-    auto& statement = m_statements.try_emplace(sql, nullptr, sqlite3_finalize).first->second;
-    if (statement == nullptr) {
-        sqlite3_stmt* made = nullptr;
-        errno = 0;
-        check(statusOf(sqlite3_prepare_v3(m_database, sql, -1, SQLITE_PREPARE_PERSISTENT, &made, nullptr)));
-        statement.reset(made);
-    }
-    return statement.get();
-}
-
-Database::Listing Database::listing() const
-{
-    struct stat found = {}; // all 0 for what is not there
-    stat(m_folder.c_str(), &found);
-    return {found.st_dev, found.st_ino, found.st_mtim.tv_sec, found.st_mtim.tv_nsec, found.st_uid};
-}
-
-/// Makes the connection ready.
-void Database::prepare(bool forWriting)
-{
-    if (m_database != nullptr && (listing() != m_listing || (forWriting && m_whyReadOnly != ERROR_SUCCESS))) {
-        disconnect();
-    }
-    if (m_database == nullptr) {
-        check(
-            retry([this] { return open(); })); // another may be making the store, or mending it after a crash
-    }
-    if (forWriting) {
-        check(isLost() ? ERROR_CANTWRITE : m_whyReadOnly);
+    own.isShared = false;
+    if (own.database != nullptr && own.kind != eNew && !own.isForsaken) {
+        own.isForsaken = true;
+        hideVersion();
+        closeFiles();
     }
 }
 
-/// Does not wait for other writers.
-void Database::begin()
+void leave()
 {
-    prepare(true);
-    sqlite3_busy_timeout(m_database, 0);
-    const LSTATUS status =
-        outcome([this] { return Query(*this, m_isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run(); });
-    sqlite3_busy_timeout(m_database, longestWait.count());
-    check(status);
-}
-
-void Database::disconnect()
-{
-    hideVersion();
-    m_statements.clear();
-    sqlite3_close(std::exchange(m_database, nullptr));
-    if (m_index >= 0) {
-        ::close(std::exchange(m_index, -1));
-    }
-}
-
-LSTATUS Database::run(const char* sql) const
-{
-    errno = 0;
-    return statusOf(sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr));
-}
-
-/// For writing, else for reading.
-LSTATUS Database::open()
-{
-    if (m_file.empty()) {
-        m_folder = dataFolder() + "/winhost";
-        m_file = m_folder + '/' + m_fileName;
-        ignoreFileSizeSignal();
-    }
-    check(makeFolders(m_folder) ? ERROR_SUCCESS : statusOfErrno(ERROR_CANTOPEN));
-    writeInPlace(m_folder);
-    m_listing = listing();
-    check(std::get<uid_t>(m_listing) == geteuid() ? ERROR_SUCCESS : ERROR_ACCESS_DENIED);
-    const int made = ::open(m_file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
-    m_whyReadOnly = made < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
-    struct stat file = {};
-    const bool isOthers = fstat(made, &file) == 0 && file.st_uid != geteuid();
-    char format = 0; // 1 for a database that was never in write-ahead mode: another's, to be left as it is
-    static_cast<void>(pread(made, &format, 1, formatAt));
-    ::close(made);
-    check(isOthers ? ERROR_ACCESS_DENIED : format == 1 ? ERROR_BADDB : ERROR_SUCCESS);
-    if (m_whyReadOnly == ERROR_SUCCESS) {
-        m_whyReadOnly = connect(true);
-    }
-    LSTATUS status = m_whyReadOnly;
-    if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
-        status = connect(false);
-        status = status == ERROR_SUCCESS || status == ERROR_REGISTRY_CORRUPT ? status : m_whyReadOnly;
-    }
-    if (status == ERROR_SUCCESS && listing() != m_listing) { // perhaps not what is there now
-        disconnect();
-        return ERROR_LOCK_FAILED;
-    }
-    return status;
-}
-
-/// Closed again where it fails.
-LSTATUS Database::connect(bool forWriting)
-{
-    const LSTATUS status = outcome([&] {
-        std::string uri = "file:";
-        for (const char each : m_file) {
-            char coded[sizeof "%FF"];
-            std::snprintf(coded, sizeof coded, "%%%02X", static_cast<unsigned char>(each));
-            uri += coded;
+    retry([]() -> LSTATUS { // another thread may be in a call, and another process be leaving
+        const Lock lock(own.mutex, std::try_to_lock);
+        check(lock.owns_lock() ? ERROR_SUCCESS : ERROR_LOCK_FAILED);
+        if (own.database == nullptr || own.kind != eWritable || own.isForsaken || areFilesLost()) {
+            return ERROR_SUCCESS;
         }
-        uri += forWriting ? "?mode=rw" : "?mode=ro&readonly_shm=1";
-        constexpr int flags =
-            SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-        errno = 0;
-        check(statusOf(sqlite3_open_v2(uri.c_str(), &m_database, flags, nullptr)));
-        sqlite3_db_config(m_database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-        int keepsLog = 1;
-        sqlite3_file_control(m_database, "main", SQLITE_FCNTL_PERSIST_WAL, &keepsLog);
-        check(forWriting ? openLog() : run(options));
-        const LSTATUS found = schemaStatus();
-        return found == ERROR_FILE_NOT_FOUND && forWriting ? create() : found;
+        return alone(own.folder, [] {
+            const bool isWhole = !own.isShared && !isMoved() && logStatus() == ERROR_SUCCESS;
+            sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, isWhole ? 0 : 1, nullptr);
+            return closeMoved();
+        });
     });
-    if (status != ERROR_SUCCESS) {
-        disconnect();
-        return status;
-    }
-    ++turn;
-    showVersion(m_index);
-    sqlite3_busy_timeout(m_database, longestWait.count());
-    return status;
-}
-
-/// Before SQLite reads the log it makes the log's index and gives it its room on the disk, for a log of 32
-/// MB: it is written to in memory, where a full disk would be a signal and not an error.
-LSTATUS Database::openLog()
-{
-    constexpr int regionSize = 32768;
-    sqlite3_file* file = nullptr;
-    sqlite3_file_control(m_database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    m_index = ::open((m_file + "-shm").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
-    if (m_index < 0 || file->pMethods->iVersion < 2) { // it cannot share memory
-        return statusOfErrno(ERROR_CANTOPEN);
-    }
-    void volatile* index = nullptr;
-    errno = 0;
-    LSTATUS status = statusOf(file->pMethods->xShmMap(file, 0, regionSize, 1, &index));
-    if (status == ERROR_SUCCESS) {
-        errno = posix_fallocate(m_index, 0, off_t{2} * regionSize);
-        status = errno == 0 ? ERROR_SUCCESS : statusOfErrno(ERROR_SUCCESS);
-    }
-    status = status == ERROR_SUCCESS ? run(options) : status;
-    status = status == ERROR_SUCCESS ? run("PRAGMA journal_mode = WAL") : status;
-    if (status != ERROR_SUCCESS) {
-        file->pMethods->xShmUnmap(file, 0); // SQLite would leave it
-    }
-    return status;
-}
-
-/// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
-LSTATUS Database::schemaStatus()
-{
-    Query all(*this, "SELECT group_concat(sql, ';') FROM sqlite_schema WHERE sql NOTNULL");
-    const std::string_view found = all.next() ? all.bytes(0) : "";
-    return found.empty() ? ERROR_FILE_NOT_FOUND : found == m_schema ? ERROR_SUCCESS : ERROR_BADDB;
-}
-
-/// In an empty file.
-LSTATUS Database::create()
-{
-    check(run("BEGIN IMMEDIATE"));
-    if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // no other process was first
-        check(run(m_schema));
-        m_fill();
-    }
-    check(run("COMMIT"));
-    return schemaStatus();
-}
-
-/// An error of the disk ends a transaction on its own, and a fork does.
-bool Database::isLost() const
-{
-    return m_isShared && (m_database == nullptr || sqlite3_get_autocommit(m_database) != 0);
 }
 
 Query::~Query()
 {
     sqlite3_reset(m_statement);
-}
-
-void Query::bind(std::int64_t number)
-{
-    check(statusOf(sqlite3_bind_int64(m_statement, ++m_bound, number)));
-}
-
-void Query::bind(std::string_view bytes)
-{
-    const void* const data = bytes.data() != nullptr ? bytes.data() : "";
-    check(statusOf(sqlite3_bind_blob64(m_statement, ++m_bound, data, bytes.size(), SQLITE_STATIC)));
 }
 
 bool Query::next()
@@ -459,11 +673,10 @@ bool Query::next()
     return result == SQLITE_ROW;
 }
 
-LSTATUS Query::run()
+void Query::run()
 {
     while (next()) {
     }
-    return ERROR_SUCCESS;
 }
 
 std::int64_t Query::number(int column) const
@@ -475,6 +688,29 @@ std::string_view Query::bytes(int column) const
 {
     const auto* const data = static_cast<const char*>(sqlite3_column_blob(m_statement, column));
     return {data, data != nullptr ? static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)) : 0};
+}
+
+sqlite3_stmt* Query::prepared(const char* sql)
+{
+    auto& statement = own.statements.try_emplace(sql, nullptr, sqlite3_finalize).first->second;
+    if (statement == nullptr) {
+        sqlite3_stmt* made = nullptr;
+        errno = 0;
+        check(statusOf(sqlite3_prepare_v3(own.database, sql, -1, SQLITE_PREPARE_PERSISTENT, &made, nullptr)));
+        statement.reset(made);
+    }
+    return statement.get();
+}
+
+void Query::bind(std::int64_t number)
+{
+    check(statusOf(sqlite3_bind_int64(m_statement, ++m_bound, number)));
+}
+
+void Query::bind(std::string_view bytes)
+{
+    const void* const data = bytes.data() != nullptr ? bytes.data() : "";
+    check(statusOf(sqlite3_bind_blob64(m_statement, ++m_bound, data, bytes.size(), SQLITE_STATIC)));
 }
 
 } // namespace winhost::database

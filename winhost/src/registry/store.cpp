@@ -8,27 +8,29 @@
 
 #include <utility>
 
-namespace winhost::registry {
-
-namespace {
-
 // A key's number is higher than its parent's and is hardly ever used twice; the row of `shape` has the
 // highest that was used: a step at random, since what is undone takes its number back. Names are UTF-16 as
 // they were given; `folded` orders them.
-constexpr const char* schema =
+const winhost::database::Content winhost::database::content = {
+    "registry.db",
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "
     "NOT NULL,"
     " sum INTEGER NOT NULL, PRIMARY KEY(parent, folded)) WITHOUT ROWID;"
     "CREATE TABLE vals(key INTEGER NOT NULL, folded BLOB NOT NULL, name BLOB NOT NULL, type INTEGER NOT NULL,"
     " data BLOB NOT NULL, sum INTEGER NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID;"
-    "CREATE TABLE shape(last INTEGER NOT NULL)";
+    "CREATE TABLE shape(last INTEGER NOT NULL)",
+    winhost::registry::createFirstKeys};
+
+namespace winhost::registry {
+
+namespace {
 
 // Neither may be in use by a thread that the child will not have.
-database::Database::Lock closed;
+database::Lock held;
 
 void beforeFork()
 {
-    closed = store().close();
+    held = database::hold();
     memory().mutex.lock();
 }
 
@@ -36,28 +38,27 @@ void afterFork()
 {
     memory().mutex.unlock();
     // Emptied before it is unlocked, which lets another thread's fork begin.
-    const database::Database::Lock ended = std::move(closed);
+    const database::Lock ended = std::move(held);
 }
 
 void afterForkInChild()
 {
-    store().leaveShared();
+    database::forsake();
     afterFork();
 }
 
+const int isPrepared = pthread_atfork(beforeFork, afterFork, afterForkInChild);
+
 } // namespace
 
-database::Database& store()
+/// Runs after the destructors of all static objects.
+__attribute__((destructor)) void leaveStore()
 {
-    static auto* const created = [] { // never destroyed: it may be used while the process ends
-        pthread_atfork(beforeFork, afterFork, afterForkInChild);
-        return new database::Database("registry.db", schema, createFirstKeys);
-    }();
-    return *created;
+    database::leave();
 }
 
 Access::Access(Purpose purpose)
-    : m_lock(purpose == eReading ? store().read() : store().write()), m_purpose(purpose)
+    : m_lock(purpose == eReading ? database::read() : database::write()), m_purpose(purpose)
 {
     const std::lock_guard<std::mutex> lock(memory().mutex);
     memory().follow(database::contentVersion());
@@ -66,14 +67,15 @@ Access::Access(Purpose purpose)
 Access::~Access()
 {
     if (!m_isCommitted) {
-        store().undo(m_purpose == eReading);
+        database::undo(m_purpose == eReading);
     }
 }
 
 void Access::commit()
 {
-    const std::uint64_t version = store().commit();
+    const std::uint64_t version = database::commit();
     m_isCommitted = true;
+    ++ownChanges;
     if (version != 0) {
         const std::lock_guard<std::mutex> lock(memory().mutex);
         memory().advance(version, m_purpose == eChangingValues);
@@ -84,10 +86,10 @@ void Access::commit()
 
 LSTATUS winhostBeginRegistryChanges()
 {
-    return winhost::registry::store().beginShared();
+    return winhost::database::beginShared();
 }
 
 LSTATUS winhostEndRegistryChanges(BOOL keep)
 {
-    return winhost::registry::store().endShared(keep != FALSE);
+    return winhost::database::endShared(keep != FALSE);
 }

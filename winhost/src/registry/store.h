@@ -3,18 +3,25 @@
 
 #include "database/database.h"
 
+#include <atomic>
+
 namespace winhost::registry {
 
 using database::check;
 using database::Failure;
 using database::outcome;
+using database::Query;
 
 using NodeId = std::int64_t;
 
 constexpr NodeId currentUserId = 1;
 constexpr NodeId localMachineId = 2;
 
-database::Database& store();
+/// How often this process has changed it.
+inline std::atomic<std::uint64_t> ownChanges = 0;
+
+/// At the end of the process.
+void leaveStore();
 
 class Access
 {
@@ -34,20 +41,9 @@ public:
     void commit();
 
 private:
-    database::Database::Lock m_lock;
+    database::Lock m_lock;
     Purpose m_purpose;
     bool m_isCommitted = false;
-};
-
-/// In an Access.
-class Query : public database::Query
-{
-public:
-    template <typename... Arguments>
-    explicit Query(const char* sql, const Arguments&... arguments)
-        : database::Query(store(), sql, arguments...)
-    {
-    }
 };
 
 } // namespace winhost::registry

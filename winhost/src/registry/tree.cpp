@@ -4,6 +4,7 @@
 #include "registry/names.h"
 
 #include <algorithm>
+#include <chrono>
 #include <optional>
 
 namespace winhost::registry {
@@ -81,16 +82,21 @@ std::optional<NodeId> findSubKey(NodeId parent, TextView name)
     return found;
 }
 
+void insert(NodeId parent, NodeId id, TextView name)
+{
+    const std::string key = folded(name);
+    Query("INSERT INTO keys(parent, folded, id, name, sum) VALUES(?1, ?2, ?3, ?4, ?5)", parent, key, id,
+          bytesOf(name), sumOf(parent, id, key, bytesOf(name), {}))
+        .run();
+}
+
 NodeId add(NodeId parent, TextView name)
 {
     require(exists(parent), ERROR_KEY_DELETED);
     Query number("UPDATE shape SET last = last + 1 + abs(random() % 1048576) RETURNING last");
     require(number.next() && number.number(0) > parent);
     const NodeId id = number.number(0);
-    const std::string key = folded(name);
-    Query("INSERT INTO keys(parent, folded, id, name, sum) VALUES(?1, ?2, ?3, ?4, ?5)", parent, key, id,
-          bytesOf(name), sumOf(parent, id, key, bytesOf(name), {}))
-        .run();
+    insert(parent, id, name);
     return id;
 }
 
@@ -134,22 +140,40 @@ Answer findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// The entry at an index; for who goes through a list in order, it and those behind it are found from the one
+/// Where a thread is in a list. It goes on from there if another process has written since.
+struct Place
+{
+    Question question{Question::ePath};
+    std::string from; // no name before it is less
+    std::uint64_t ownChanges = 0;
+    std::chrono::steady_clock::time_point time;
+};
+
+/// The entry at an index. In a list that is read in order, it and the next ones are found from the one
 /// before, and remembered.
 Answer findAt(const Question& question)
 {
     constexpr std::int64_t readAhead = 64;
+    static thread_local Place place;
+    const auto now = std::chrono::steady_clock::now();
     Question at = question;
     --at.index;
     Answer before;
-    const bool inOrder = question.index != 0 && isKnown(at, before) && before.status == ERROR_SUCCESS;
-    const std::string from = inOrder ? folded(before.name) + '\0' : ""; // the least that is behind it
+    const bool isNext = question.index != 0 && isKnown(at, before) && before.status == ERROR_SUCCESS;
+    const std::int64_t skipped = std::int64_t{question.index} - place.question.index;
+    const bool isNear = skipped >= 0 && skipped <= readAhead && place.question.kind == question.kind &&
+                        place.question.node == question.node && place.ownChanges == ownChanges &&
+                        now - place.time < std::chrono::seconds(1);
+    const std::string from = isNext ? folded(before.name) + '\0' : isNear ? place.from : "";
     Query query(question.kind == Question::eSubKeyAt
                     ? "SELECT folded, name, id, x'', sum FROM keys WHERE parent = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4"
                     : "SELECT folded, name, type, data, sum FROM vals WHERE key = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4",
-                question.node, from, inOrder ? readAhead : 1, std::int64_t{inOrder ? 0 : question.index});
+                question.node, from, isNext ? readAhead : 1,
+                isNext   ? 0
+                : isNear ? skipped
+                         : std::int64_t{question.index});
     std::optional<Answer> first;
     for (std::string last = from; query.next(); last.assign(query.bytes(0)) += '\0') {
         Answer found{.type = static_cast<DWORD>(query.number(2)),
@@ -162,7 +186,11 @@ Answer findAt(const Question& question)
         }
         ++at.index;
         remember(at, found);
-        first = first.has_value() ? first : std::move(found);
+        if (!first.has_value()) {
+            place = {question, std::string(query.bytes(0)) + '\0', ownChanges, now};
+            ++place.question.index;
+            first = std::move(found);
+        }
     }
     return first.has_value() ? *first : missing(question.node, ERROR_NO_MORE_ITEMS);
 }
@@ -194,11 +222,15 @@ Measure measure(NodeId node)
 
 void createFirstKeys()
 {
-    // No key has the number of one in another store.
-    Query("INSERT INTO shape VALUES(abs(random() / 4) + ?1)", localMachineId).run();
-    bool created = false;
-    createPath(currentUserId, L"Software", created);
-    createPath(localMachineId, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall", created);
+    NodeId id = localMachineId; // numbered alike everywhere: they may be open before there is a file
+    insert(currentUserId, ++id, L"Software");
+    NodeId parent = localMachineId;
+    for (const TextView name : {L"SOFTWARE", L"Microsoft", L"Windows", L"CurrentVersion", L"Uninstall"}) {
+        insert(parent, ++id, name);
+        parent = id;
+    }
+    // No other key has the number of one in another store.
+    Query("INSERT INTO shape VALUES(abs(random() / 4) + ?1)", id).run();
 }
 
 NodeId createPath(NodeId start, TextView path, bool& created)
