@@ -3,12 +3,16 @@
 
 #include "registry/names.h"
 
+#include <winhost/changes.h>
+
 #include <csignal>
 #include <deque>
+#include <fcntl.h>
 #include <fstream>
 #include <pwd.h>
 #include <random>
 #include <sqlite3.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -221,7 +225,71 @@ LSTATUS loseHome(int)
     return unsetenv("HOME") + unsetenv("XDG_DATA_HOME");
 }
 
+/// What a program does to become a daemon; then it has 20 documents open. Returns how many were overwritten.
+LSTATUS openDocuments(int)
+{
+    static std::vector<int> documents;
+    if (documents.empty()) {
+        for (int file = 3; file < 1024; ++file) {
+            file == talk ? 0 : close(file);
+        }
+        for (int i = 0; i < 20; ++i) {
+            documents.push_back(open(scratchFolder().c_str(), O_TMPFILE | O_RDWR, 0600));
+            EXPECT_EQ(write(documents.back(), "text", 4), 4);
+        }
+    }
+    return static_cast<LSTATUS>(std::count_if(documents.begin(), documents.end(),
+                                              [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
+}
+
+/// Opens the store's file and its index as any program may: closes them again, or locks them for ever.
+LSTATUS openStore(bool locks)
+{
+    for (const char* const suffix : {"", "-shm"}) {
+        const std::string file = std::string(std::getenv("XDG_DATA_HOME")) + "/winhost/registry.db" + suffix;
+        const int opened = open(file.c_str(), O_RDWR);
+        struct flock all = {};
+        all.l_type = F_WRLCK;
+        EXPECT_EQ(locks ? fcntl(opened, F_SETLK, &all) : close(opened), 0);
+    }
+    return 0;
+}
+
+LSTATUS refuseMaps(int)
+{
+    const auto refuse = [](auto...) { return errno = ENOMEM, MAP_FAILED; };
+    static const Patch map = intercept<"mmap", decltype(mmap)>(refuse, "libwinhost.so");
+    return 0;
+}
+
+/// Leaves room for as many more files.
+LSTATUS openAll(int room)
+{
+    int last = 0;
+    for (int each = 0; each >= 0; each = open("/dev/null", O_RDONLY)) {
+        last = each;
+    }
+    while (room-- > 0) {
+        close(last--);
+    }
+    return 0;
+}
+
+LSTATUS findLibrary(int)
+{
+    const Wide pattern(windowsPath(scratchFolder()) + "\\*.dll");
+    return FindFirstFileW(pattern, nullptr) != INVALID_HANDLE_VALUE ? 0
+                                                                    : static_cast<LSTATUS>(GetLastError());
+}
+
 const std::map<std::string, std::function<LSTATUS(int)>> steps = {
+    {"documents", openDocuments},
+    {"open-store", openStore},
+    {"refuse-maps", refuseMaps},
+    {"open-all", openAll},
+    {"find-library", findLibrary},
+    {"begin", [](int) { return winhostBeginRegistryChanges(); }},
+    {"end", winhostEndRegistryChanges},
     {"set", set},
     {"get", get},
     {"fill", fill},
@@ -265,8 +333,7 @@ public:
             const bool hadFailed = testing::Test::HasFailure();
             setenv("XDG_DATA_HOME", folder.c_str(), 1);
             takeSteps();
-            std::fflush(stdout);
-            _exit(testing::Test::HasFailure() && !hadFailed ? 1 : 0);
+            ExitProcess(testing::Test::HasFailure() && !hadFailed ? 1 : 0);
         }
     }
     Process(const Process&) = delete;
@@ -319,38 +386,101 @@ bool shell(const std::string& command)
     return std::system(there.c_str()) == 0;
 }
 
-// ---- What happens to processes
+// ---- What happens to a store
+//
+// A script has sentences: "a get 1 = 0" has a process take steps, which starts where it was not there, "new"
+// one that ends at once; "$" is a command in the folder; "a ends" and "a dies" are what they say.
 
-TEST(Store, GoesOnAfterWhatHappensToAProcess)
+void play(const std::string& script)
 {
-    const std::pair<std::string, std::string> rows[] = {
-        {"set 1, fork 0, get 1, set 1, get 1", "0 0 0 0 0 "},
-        {"set 1, fork 1, get 1, set 1, get 1", "0 0 0 0 0 "},
-        {"set 1, meet 5, set 1, set 1, get 1", "0 0 1016 0 0 "}, // EIO
-        {"set 1, meet 28, set 1, set 1, get 1", "0 0 112 0 0 "}, // ENOSPC
-        {"set 1, threads 3000, set 1", "0 0 0 "},
-        {"memory 8, set 1, threads 100", "0 0 0 "},
-        {"file-size 400, set 1, fill 400, get 1, get 2", "0 0 112 0 0 "},
-        {"lose-home 1, set 1, get 1", "0 0 0 "},
-    };
-    for (const auto& [happens, said] : rows) {
-        SCOPED_TRACE(happens);
-        const fs::path folder = scratchFolder() / "home/.local/share";
-        fs::remove_all(folder);
-        EXPECT_EQ(Process(folder)(happens), said);
-        EXPECT_EQ(Process(folder)("get 1, set 1"), "0 0 ");
+    const fs::path folder = scratchFolder() / "store/.local/share";
+    fs::remove_all(scratchFolder() / "store");
+    fs::create_directories(folder);
+    std::map<std::string, std::unique_ptr<Process>> processes;
+    std::istringstream sentences(script);
+    for (std::string sentence; std::getline(sentences >> std::ws, sentence, ';');) {
+        SCOPED_TRACE(sentence);
+        const std::string who = sentence.substr(0, sentence.find(' ')),
+                          what = sentence.substr(who.size() + 1);
+        if (who == "$") {
+            EXPECT_TRUE(shell("cd store/.local/share && " + what));
+            continue;
+        }
+        std::unique_ptr<Process>& process = processes[who];
+        process = process != nullptr ? std::move(process) : std::make_unique<Process>(folder);
+        if (what == "dies") {
+            process->kill();
+        } else if (what != "ends") {
+            const std::size_t equals = what.find(" = ");
+            EXPECT_EQ((*process)(what.substr(0, equals)), what.substr(equals + 3) + ' ');
+        }
+        if (what == "dies" || what == "ends" || who == "new") {
+            processes.erase(who);
+        }
     }
 }
 
-TEST(Store, AStoppedWriterHoldsUpOnlyWriters)
+TEST(Store, HoldsWhateverHappens)
 {
-    const fs::path folder = scratchFolder() / "stopped";
-    Process stopped(folder);
-    EXPECT_EQ(stopped("set 1, meet 0, set 1"), "0 0 ");
-    const std::string use = "get 1, threads 20, set 1, get 1";
-    EXPECT_EQ(Process(folder)(use), "0 0 167 0 "); // ERROR_LOCK_FAILED
-    stopped.kill();
-    EXPECT_EQ(Process(folder)(use), "0 0 0 0 ");
+    const std::string copyAlone = "$ mv winhost all && mkdir winhost && cp all/registry.db winhost;";
+    const char* const use = "new get 1, set 1 = 0 0";
+    const std::string scripts[] = {
+        // A process
+        std::string("a set 1, fork 0, get 1, set 1, get 1 = 0 0 0 0 0;") + use,
+        std::string("a set 1, fork 1, get 1, set 1, get 1 = 0 0 0 0 0;") + use,
+        std::string("a set 1, meet 5, set 1, set 1, get 1 = 0 0 1016 0 0;") + use, // EIO
+        std::string("a set 1, meet 28, set 1, set 1, get 1 = 0 0 112 0 0;") + use, // ENOSPC
+        std::string("a set 1, threads 3000, set 1 = 0 0 0;") + use,
+        std::string("a memory 8, set 1, threads 100 = 0 0 0;") + use,
+        std::string("a file-size 400, set 1, fill 400, get 1, get 2 = 0 0 112 0 0;") + use,
+        std::string("a lose-home 1, set 1, get 1 = 0 0 0;") + use,
+        // It becomes a daemon and opens documents, under the numbers that the store's files had
+        "a set 1, documents 0, set 1, get 1, documents 0 = 0 0 0 0 0; new get 1, set 2 = 0 0;"
+        "a get 2, set 1, documents 0 = 0 0 0; new get 1, get 2 = 0 0",
+        // It opens the store's files
+        "a begin 0, set 1, open-store 0 = 0 0 0; new get 1, set 2 = 2 167; a end 1, get 2 = 0 2; new get 1, "
+        "set 2 = 0 0",
+        // No more mappings, no more files
+        "a set 1, refuse-maps 0, begin 0, set 2, get 2, end 0, get 2 = 0 0 0 0 0 0 2; new set 2 = 0; a get 2 "
+        "= 0",
+        "new set 1 = 0; new open-all 1, get 1, open-all 0, find-library 0 = 0 4 0 4",
+        // A process stops in its commit, or has all locks
+        "a set 1, meet 0, set 1 = 0 0; b get 1, threads 20, set 1, set 1, set 1, get 1 = 0 0 167 167 167 0;"
+        "a dies; b get 1, set 1 = 0 0",
+        "new set 1 = 0; a open-store 1 = 0; b get 1, set 1, get 1, set 1 = 167 167 167 167; a dies; b set 1 "
+        "= 0",
+        // The file has everything
+        "a set 1, fill 9 = 0 0; b get 8 = 0; a ends; b ends;" + copyAlone + "new get 1, get 8 = 0 0",
+        "a set 1, fill 9 = 0 0; a dies; new get 1 = 0;" + copyAlone + "new get 1, get 8 = 0 0",
+        // It is put back beside a newer log, which stays, and while it is in use
+        "new fill 50 = 0; $ cp winhost/registry.db old; new fill 50 = 0; a fill 20 = 0; a dies;"
+        "$ cp old winhost/registry.db; new count 50, set 1 = 0 0 0 1015; $ cmp old winhost/registry.db;"
+        "$ rm winhost/registry.db-wal; new count 50, fill 9 = 50 0 0 0; a fill 20 = 0; $ cp old "
+        "winhost/registry.db;"
+        "a set 1 = 1015; a ends; $ cmp old winhost/registry.db",
+        // Its log is removed
+        "a set 1 = 0; b set 2, get 1 = 0 0; $ rm winhost/registry.db-wal; new get 1 = 167; a set 3, get 2 = "
+        "0 0;"
+        "b get 3, set 4 = 0 0; new get 1, get 2, get 3, get 4 = 0 0 0 0; $ rm winhost/registry.db-wal; a "
+        "ends; b ends;"
+        "new get 1, get 2, get 3, get 4 = 0 0 0 0",
+        // It is moved and linked to; what the link leads to is replaced
+        "a set 1 = 0; b get 1 = 0; $ mkdir disk && mv winhost/registry.db disk && ln -s ../disk/registry.db "
+        "winhost;"
+        "a set 1, set 2 = 0 0; b get 2, set 3 = 0 0; a get 3 = 0; new get 1, get 2, get 3 = 0 0 0; a ends; b "
+        "ends;"
+        "$ cp disk/registry.db disk/other; a set 4 = 0; $ mv disk/other disk/registry.db && rm disk/*-*;"
+        "a get 4, get 1, set 5 = 2 0 0; new get 5 = 0",
+        // It is moved within a change of many calls
+        "a set 1, begin 0, set 2 = 0 0 0; $ mv winhost other; a end 1, get 2 = 1013 2;"
+        "$ rm -rf winhost && mv other winhost; new get 1, get 2 = 0 2",
+        // It is not there
+        "a get 1 = 2; $ test ! -e winhost; new set 1 = 0; a get 1, set 1 = 0 0"};
+    for (const std::string& script : scripts) {
+        const auto latest = Clock::now() + std::chrono::seconds(9);
+        play(script);
+        EXPECT_LT(Clock::now(), latest) << script;
+    }
 }
 
 TEST(Store, WorksInTwoProcessesOfOneNumber)
@@ -392,7 +522,7 @@ TEST(Store, RefusesATreeThatContainsItself)
 {
     ASSERT_EQ(set(1), ERROR_SUCCESS);
     std::string sql;
-    for (const auto& [parent, id] : {std::pair{1, 7}, {7, 1}}) { // the user's root, as its own key l\\l
+    for (const auto& [parent, id] : {std::pair{1, 99}, {99, 1}}) { // the user's root, as its own key l\\l
         using namespace std::string_view_literals;
         using winhost::registry::mix;
         const auto ids = mix(std::uint64_t(parent), std::uint64_t(id));
@@ -420,6 +550,9 @@ TEST(Store, IsTheUsersAlone)
         GTEST_SKIP() << "NOT TESTED: giving files away is for root alone";
     }
     EXPECT_EQ(Process(folder)("get 1, set 1"), "5 5 ");
+    ASSERT_TRUE(shell("rm -r owned/winhost && chown 12345 owned"));
+    EXPECT_EQ(Process(folder)("get 1, set 1"), "2 5 ");
+    EXPECT_TRUE(shell("test ! -e owned/winhost"));
 }
 
 TEST(Store, DoesNotGrowUnderAStoppedReader)
@@ -448,7 +581,7 @@ TEST_P(Disk, FullOrReadOnlyKeepsWhatIsThere)
     const std::string useFull = "get 1, threads 300, fill 9999, get 1";
     const std::string use = "get 1, threads 20, set 1, get 1";
     shell(fillUp);
-    EXPECT_EQ(Process(folder)("set 1, get 1"), "112 112 ");
+    EXPECT_EQ(Process(folder)("set 1, get 1"), "112 2 ");
     fs::remove(folder / "ballast");
     {
         const Process running(folder);
@@ -485,6 +618,26 @@ TEST(Host, ReadsNoFileWithoutAnEnd)
     fs::remove(ini);
     ASSERT_EQ(mkfifo(ini.c_str(), 0600), 0);
     EXPECT_EQ(read(), 7U);
+}
+
+TEST(Host, LoadsNoLibraryThatIsNone)
+{
+    fs::current_path(scratchFolder());
+    fs::copy_file(thisProgram().parent_path() / libraryModule, "planted.dll");
+    ASSERT_TRUE(shell("truncate -s 3G large.dll && ln -s loop loop"));
+    const std::pair<std::string, DWORD> rows[] = {
+        {"planted", ERROR_ACCESS_DENIED},
+        {"Z:planted", ERROR_MOD_NOT_FOUND},
+        {windowsPath(fs::absolute("large.dll")), ERROR_BAD_EXE_FORMAT},
+        {windowsPath(fs::absolute("loop/a.dll")), ERROR_MOD_NOT_FOUND}};
+    for (const auto& [name, error] : rows) {
+        EXPECT_EQ(LoadLibraryW(Wide(name)), nullptr);
+        EXPECT_EQ(GetLastError(), error) << name;
+    }
+    EXPECT_EQ(FindFirstFileW(L"loop\\*.dll", nullptr), INVALID_HANDLE_VALUE);
+    rusage used = {};
+    getrusage(RUSAGE_SELF, &used);
+    EXPECT_LT(used.ru_maxrss, 1L << 20); // kilobytes
 }
 
 // ---- Many processes
@@ -571,6 +724,9 @@ TEST(Store, NeverAnswersFromADamagedFileWhatIsWrong)
 {
     const fs::path folder = scratchFolder() / "damaged";
     ASSERT_EQ(Process(folder)("length 120, fill 500, count 500"), "0 0 500 0 0 ");
+    Process ended(folder);
+    ASSERT_EQ(ended("length 120, fill 250"), "0 0 ");
+    ended.kill(); // so that there is a log
     std::map<fs::path, std::string> whole;
     for (const auto& entry : fs::directory_iterator(folder / "winhost")) {
         whole[entry.path()] = readFile(entry.path());
