@@ -42,6 +42,8 @@ guest() {
     local folder=${*: -1} run=("${@: -1}/guest")
     local options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
     cmake -S tests/guest -B "$folder" "${options[@]}" && cmake --build "$folder" || return 1
+    # Windows would read UTF-8 as the ANSI code page; Wine and winhost read both right.
+    [ "$(od -An -tx1 -N2 "$folder/TARVO.ini")" = ' ff fe' ] || return 1
     [ ! -e "$folder/guest.exe" ] || run=(toolchains/run-wine.sh "$folder/guest.exe")
     mkdir -p "$folder/home"
     [ "$(HOME=$folder/home XDG_DATA_HOME='' "${run[@]}" | tr -d '\r')" = 3 ] || return 1
