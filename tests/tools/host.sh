@@ -45,7 +45,7 @@ without_rights() {
 expect $'rkuinfo: the output cannot be written\nexit code 1' onto_full_disk show
 expect $'rkuinfo: the output cannot be written\nexit code 1' onto_full_disk --help
 expect $'rkuinfo: out of memory\nexit code 1' without_memory
-expect "the user has no roaming application data folder" env XDG_CONFIG_HOME="$app/none" "$app/rkuinfo" doctor
+expect "create it: mkdir $app/none" env XDG_CONFIG_HOME="$app/none" "$app/rkuinfo" doctor
 for command in provision doctor "get settings A" "set settings A int 1"; do
     # shellcheck disable=SC2086 # several words
     expect "error 1011, in /dev/null/winhost" env XDG_DATA_HOME=/dev/null "$app/rkuinfo" --company Acme $command
@@ -59,13 +59,13 @@ importing() {
     printf '%b' "$2" | iconv -t "${3:-UTF-8}" >"$app/file"
     expect "$1" rkuinfo import settings --file "$app/file"
 }
-importing '/keys/1/name: the name is there twice' '{"values": [], "keys": [{"name": "K", "values": [], "keys": []}, {"name": "k", "values": [], "keys": []}]}'
-importing '/values/0/value: no usable value' '{"values": [{"name": "x", "type": "binary", "value": "0g"}], "keys": []}'
-importing '/values/0/name: no usable name of a value' '{"values": [1], "keys": []}'
+importing 'key k: the key occurs twice' '{"values": [], "keys": [{"name": "K", "values": [], "keys": []}, {"name": "k", "values": [], "keys": []}]}'
+importing 'value 1: not a value of its type' '{"values": [{"name": "x", "type": "binary", "value": "0g"}], "keys": []}'
+importing 'value 1: cannot use at()' '{"values": [1], "keys": []}'
 editor='Windows Registry Editor Version 5.00\r\n[HKEY_CURRENT_USER\\Software\\Acme\\Widget\\2018\\en-US\\Settings'
-importing 'line 3: a text has no quotation mark' "$editor]\r\n\"open" UTF-16
-importing 'line 3: no usable name of a value' "$editor]\r\n\"$(printf %01024d 0)\"=\"\"" UTF-16
-importing 'line 2: the keys are nested too deeply' "$editor$(printf '\\\\k%.0s' {1..600})]" UTF-16
+importing 'line 3: no quotation mark' "$editor]\r\n\"open" UTF-16
+importing 'line 3: not the name of a value' "$editor]\r\n\"$(printf %01024d 0)\"=\"\"" UTF-16
+importing 'line 2: a path has at most 1020' "$editor$(printf '\\\\k%.0s' {1..600})]" UTF-16
 
 # An import that is refused in between: at the limit of a file's size, as on a full disk.
 {
@@ -86,7 +86,7 @@ without_room() (
 expect $'; nothing was changed\nexit code 1' without_room
 expect 'settings 1: not found' rkuinfo get settings 1
 expect 1 rkuinfo get settings before
-expect $'3001 of 3001' script -qec "$app/rkuinfo --company Acme --product Widget import settings --file $app/large.json" /dev/null
+expect $'wrote 3001 of 3001' script -qec "$app/rkuinfo --company Acme --product Widget import settings --file $app/large.json" /dev/null
 expect $'last' rkuinfo search settings last
 
 # The registry editor's format.
@@ -109,4 +109,35 @@ expect $'  de-DE  ' script -qec "$app/rkuinfo --color never languages" /dev/null
 for quiet in NO_COLOR=1 TERM=dumb; do
     expect $'  de-DE  ' env "$quiet" script -qec "$app/rkuinfo languages" /dev/null
 done
+
+# What doctor finds of the store, and its remedies, which work; what they print may be pasted.
+registry=$XDG_DATA_HOME/winhost/registry.db
+damage() { # STATEMENT
+    python3 -c 'import sqlite3, sys; store = sqlite3.connect(sys.argv[1]); store.execute(sys.argv[2]); store.commit()' "$registry" "$1"
+}
+follow_advice() {
+    rkuinfo "$@" | grep -oE 'rkuinfo --company [^,]*(json|--all|use)' | sed 's/ and /\n/g' | (cd "$app" && PATH=$app:$PATH && sh)
+    rkuinfo doctor
+}
+printf '[Product]\nCompanyName=Acme\nProductName=Widget\n' >"$app/TARVO.ini"
+rm -r "$app/fr-FR"
+damage 'UPDATE vals SET sum = sum + 1 WHERE type = 11'
+expect $'tree-damaged\tregistry\tHKEY_CURRENT_USER\\Software\\Acme\\Widget\\' rkuinfo doctor
+expect '"code": "tree-damaged"' rkuinfo doctor --json
+expect $'not exported: HKEY_CURRENT_USER' rkuinfo export product-root --salvage --file "$app/part.json"
+expect 'nothing is wrong' follow_advice doctor
+rm "$app/TARVO.ini" && mkfifo "$app/TARVO.ini"
+expect $'ini-unreadable\t' timeout 10 "$app/rkuinfo" doctor
+ln -sf /dev/zero "$app/TARVO.ini"
+expect $'ini-unreadable\t' timeout 10 "$app/rkuinfo" doctor
+rm "$app/TARVO.ini"
+touch "$app/mode.json" && chmod 600 "$app/mode.json"
+rkuinfo export settings --file "$app/mode.json"
+expect 600 stat -c %a "$app/mode.json"
+expect "--profile '\$(touch x)\`' use" rkuinfo --profile '$(touch x)`' doctor
+chmod -R a-w "$XDG_DATA_HOME"
+expect $'tree-unwritable\t' without_rights "$app/rkuinfo" doctor
+chmod -R u+w "$XDG_DATA_HOME"
+damage 'CREATE TABLE more(a)'
+expect 'the registry is of a newer version' rkuinfo doctor
 exit $failed

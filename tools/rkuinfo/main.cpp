@@ -1,29 +1,22 @@
 // rkuinfo: shows and changes what RkUInfo knows about the program in its own folder.
-#include "commands/command_line.h"
+#include "commands/command.h"
 #include "model/system.h"
-#include "text/print.h"
-#include "text/text.h"
-
-#include <RkUInfo.h>
 
 #include <cstdio>
+#include <exception>
 #include <new>
-#include <string>
-#include <vector>
 
 namespace {
 
-int fail(const std::string& sentence, int exitCode)
+int run(int argc, wchar_t** argv)
 {
-    printError(sentence);
-    return exitCode;
-}
-
-int run(const std::vector<std::string>& words)
-{
+    std::vector<std::string> words;
+    for (int i = 1; i < argc; ++i) {
+        words.push_back(utf8(argv[i]));
+    }
     const int exitCode = runCommandLine(words);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        return fail("the output cannot be written", exitFailed);
+        throw Failure("the output cannot be written");
     }
     return exitCode;
 }
@@ -33,19 +26,19 @@ int run(const std::vector<std::string>& words)
 extern "C" int wmain(int argc, wchar_t** argv)
 {
     const Console console;
-    const std::string noMemory = "out of memory"; // of no need of memory then
+    std::string sentence = "out of memory"; // allocated in advance, because reporting must not allocate
+    int exitCode = exitFailed;
     try {
-        std::vector<std::string> words;
-        for (int i = 1; i < argc; ++i) {
-            words.push_back(utf8(rkuinfo::text(argv[i])));
-        }
-        return run(words);
+        return run(argc, argv);
     } catch (const Failure& failure) {
-        return fail(failure.what(), failure.exitCode());
+        sentence = failure.what();
+        exitCode = failure.exitCode;
     } catch (RkException* exception) { // thrown without memory; by pointer, as the whole family is
         delete exception;
-        return fail(noMemory, exitFailed);
-    } catch (const std::bad_alloc&) {
-        return fail(noMemory, exitFailed);
+    } catch (const std::bad_alloc&) { // the sentence is there
+    } catch (const std::exception& exception) {
+        sentence = exception.what();
     }
+    printError(sentence);
+    return exitCode;
 }

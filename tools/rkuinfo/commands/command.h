@@ -1,84 +1,59 @@
-// A command: one file of this folder holds what it takes, its help and its run.
+// A command is a file of this folder, with its words, its help and what it does, and a line of
+// CMakeLists.txt:
+//
+//     void greet(Session& session) { print("hello " + session["NAME"]); }
+//     const Command greetCommand("greet", "NAME [--json]", "Print a greeting", "", greet);
+//
+// Its words are rows of the table in command_line.cpp; those in brackets may be left out. Command lines are
+// read, and help, man page and completions are made, by both.
 #pragma once
 
 #include "model/installation.h"
-#include "model/names.h"
-#include "model/session.h"
-#include "text/print.h"
-#include "text/text.h"
+#include "text/table.h"
 
-#include <functional>
-#include <optional>
 #include <string>
-#include <variant>
+#include <string_view>
 #include <vector>
-
-/// A word or an option of a command, and where it is read to.
-struct Parameter
-{
-    using Target = std::variant<bool*, std::string*, std::optional<std::string>*>;
-
-    std::string name;  ///< "--file" for an option, "KEY" for a word
-    std::string value; ///< "FILE", what an option takes; empty for a flag and a word
-    Target target;
-    std::string help;
-    bool isRequired = false;
-};
 
 struct Command
 {
-    std::string name;
-    std::string summary;
-    std::vector<Parameter> parameters;
-    std::string more; ///< what the help ends with
-    std::function<void(Session&)> run;
+    /// Adds it to all().
+    Command(std::string_view name, std::string_view words, std::string_view summary, std::string_view more,
+            void (*run)(Session&));
+
+    /// Sorted by name.
+    static std::vector<Command>& all();
+
+    std::string_view name;
+    std::string_view words;
+    std::string_view summary;
+    std::string_view more; ///< of the help
+    void (*run)(Session&);
 };
 
-Command showCommand();
-Command getCommand();
-Command setCommand();
-Command listCommand();
-Command treeCommand();
-Command searchCommand();
-Command rmCommand();
-Command exportCommand();
-Command importCommand();
-Command diffCommand();
-Command profilesCommand();
-Command useCommand();
-Command provisionCommand();
-Command languagesCommand();
-Command doctorCommand();
+/// Runs a command line and returns the exit code. Throws Failure for a wrong command line, and what the
+/// command throws.
+int runCommandLine(const std::vector<std::string>& words);
 
-/// A key as a command names it: SUBTREE and the key below it.
+/// In the order of TarvoConfig::Path.
+std::vector<std::string> subtreeNames();
+
+/// The key that SUBTREE and KEY name, or that of the value that SUBTREE and VALUE name.
 struct Place
 {
-    std::string subtree;
-    std::string key;
+    Text subtree; ///< the path of the subtree's own key
+    Text key;     ///< below it; empty for that key itself
+    Text value;   ///< its name
 
-    /// The words to take it from; a required KEY has another name.
-    std::vector<Parameter> parameters();
+    /// Throws for a path that no application could use.
+    Place(const Session& session, const Installation& installation);
 
-    /// Its path; throws for a subtree that is none, and for a path that no application could use.
-    Text path(const Installation& installation) const;
-    /// For messages.
-    std::string told() const;
-    [[noreturn]] void notFound() const;
+    Text path() const { return joinedKey(subtree, key); }
+    /// Opens the key; throws when it does not exist.
+    Key open(unsigned long access = KEY_READ) const;
+    /// Throws that what the session names does not exist, and which key was looked in.
+    [[noreturn]] void failNotFound() const;
+
+private:
+    std::string m_words;
 };
-
-/// The key part and the name of a value path.
-struct ValuePlace
-{
-    Text key;
-    Text name;
-};
-ValuePlace splitValue(const std::string& path);
-/// The same key as the library takes it: '/' for '\', none at its ends.
-Text normalised(const std::string& key);
-/// Throws for a key path that no application could use.
-void checkPath(const Text& path, const std::string& told);
-
-inline Parameter jsonFlag(bool& json)
-{
-    return {"--json", "", &json, "print JSON"};
-}

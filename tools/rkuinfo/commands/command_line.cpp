@@ -1,253 +1,384 @@
-// The only file that sees the argument parser, whose templates take long to compile.
-#include "commands/command_line.h"
-
+// The table of all words and options, and what is made from it and the list of commands: the command line is
+// read, the help and the man page are printed, and shells are told how to complete a word.
 #include "commands/command.h"
 
-#include <CLI/CLI.hpp>
+#include "model/tree.h"
+#include "model/value.h"
+#include "program/languages.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace {
 
-std::vector<Command> allCommands()
-{
-    return {showCommand(),     getCommand(), setCommand(),       listCommand(),      treeCommand(),
-            searchCommand(),   rmCommand(),  exportCommand(),    importCommand(),    diffCommand(),
-            profilesCommand(), useCommand(), provisionCommand(), languagesCommand(), doctorCommand()};
-}
+using Names = std::vector<std::string>;
 
-struct Common
+/// A word or an option of a command line.
+struct Parameter
 {
-    std::string columns;
-    std::string topic;   ///< of help
-    bool isHelp = false; ///< this and the next stand only in the help: the parser counts them itself
-    bool isVersion = false;
+    std::string_view name;  ///< "--file" for an option, "KEY" for a word
+    std::string_view value; ///< "FILE", what follows an option; empty for a flag and a word
+    std::string_view help;
+    Names (*choices)(); ///< null when every word is accepted
+
+    bool isOption() const { return name.starts_with("--"); }
+    bool isFlag() const { return isOption() && value.empty(); }
+    std::string title() const { return std::string(name) + (value.empty() ? "" : " ") + std::string(value); }
 };
 
-std::vector<Parameter> commonOptions(Session& session, Common& common)
+Names languageNames()
 {
-    return {
-        {"--program", "FOLDER", &session.program, "look at the application in that folder"},
-        {"--company", "NAME", &session.company, "the company to be"},
-        {"--product", "NAME", &session.product, "the product to be"},
-        {"--language", "xx-XX", &session.language, "the language to be in, such as en-US"},
-        {"--profile", "NAME", &session.profile, "the user profile to be in"},
-        {"--columns", "N", &common.columns, "lay tables out for a terminal of that width, from 40 to 1000"},
-        {"--color", "WHEN", &session.colour, "always, never, or auto: on a terminal"},
-        {"--help", "", &common.isHelp, "print the help, behind a command that of the command"},
-        {"--version", "", &common.isVersion, "print the version, as -V"}};
+    Names names;
+    for (const uinfo::Language& record : uinfo::languages) {
+        names.push_back(utf8(record.shortName));
+    }
+    return names;
 }
 
-// ---- Help
-
-class Help
-{
-public:
-    explicit Help(const Layout& layout) : m_layout(layout)
-    {
-        constexpr std::size_t usual = 80;
-        m_layout.columns = layout.columns.value_or(usual);
-    }
-
-    void printAll(const std::vector<Command>& commands, const std::vector<Parameter>& options) const
-    {
-        say("Shows and changes what RkUInfo knows about the program in this folder.");
-        say("Usage: rkuinfo [OPTIONS] COMMAND ...");
-        print("Commands:");
-        Table table;
-        for (const Command& command : commands) {
-            table.addRow({{command.name, Style::name}, {command.summary}});
-        }
-        table.addRow({{"help", Style::name}, {"Tell about a command: help COMMAND"}});
-        table.print(m_layout);
-        print("");
-        printOptions(options);
-        std::string list = "SUBTREE is one of";
-        for (const std::string& name : subtreeNames()) {
-            list += ' ' + name;
-        }
-        say(list + ", in any case, also as the interface writes it: eSettings.");
-        say("Only provision and use remember who to be, as an application does; all others leave it as it "
-            "is.");
-        say("Exit code: 0, 1 when something is not found, different or wrong, 2 for a wrong command line.");
-    }
-
-    void printOne(const Command& command, const std::vector<Parameter>& options) const
-    {
-        std::string usage = "Usage: rkuinfo [OPTIONS] " + command.name;
-        for (const Parameter& parameter : command.parameters) {
-            const std::string word = parameter.name + (parameter.value.empty() ? "" : ' ' + parameter.value);
-            usage += parameter.isRequired ? ' ' + word : " [" + word + ']';
-        }
-        say(command.summary + '.');
-        say(usage);
-        printTable(command.parameters);
-        if (!command.more.empty()) {
-            say(command.more);
-        }
-        printOptions(options);
-    }
-
-private:
-    void say(const std::string& paragraph) const
-    {
-        print(folded(paragraph, 0, *m_layout.columns));
-    } // and a gap
-
-    void printOptions(const std::vector<Parameter>& options) const
-    {
-        print("Options, before or behind the command:");
-        printTable(options);
-    }
-
-    void printTable(const std::vector<Parameter>& parameters) const
-    {
-        Table table;
-        for (const Parameter& parameter : parameters) {
-            table.addRow(
-                {{parameter.name + (parameter.value.empty() ? "" : ' ' + parameter.value), Style::name},
-                 {parameter.help}});
-        }
-        if (!parameters.empty()) {
-            table.print(m_layout);
-            print("");
-        }
-    }
-
-    Layout m_layout;
+// clang-format off
+constexpr Parameter parameterTable[] = {
+    {"--program",   "FOLDER", "look at the application in this folder", nullptr},
+    {"--company",   "NAME",   "use this company's keys and folders", nullptr},
+    {"--product",   "NAME",   "use this product's", nullptr},
+    {"--language",  "xx-XX",  "use this language's, such as en-US", languageNames},
+    {"--profile",   "NAME",   "use this profile", nullptr},
+    {"--columns",   "N",      "lay out tables for this width, from 40 to 1000", nullptr},
+    {"--color",     "WHEN",   "always, never, or auto: on a terminal", [] { return Names{"always", "never", "auto"}; }},
+    {"--help",      "",       "print the help, or that of a command", nullptr},
+    {"--version",   "",       "print the version", nullptr},
+    // Those before are common to all commands.
+    {"SUBTREE",     "", "product-root ... user-config, see rkuinfo --help", subtreeNames},
+    {"KEY",         "", "a key below it, with / or \\ between names", nullptr},
+    {"VALUE",       "", "a value: KEY/NAME, or its NAME alone", nullptr},
+    {"TYPE",        "", "int, int64, double, binary or string", typeNames},
+    {"DATA",        "", "the new data; after -- if it begins with --", nullptr},
+    {"TEXT",        "", "a part of a name or of data, or a number", nullptr},
+    {"--as",        "TYPE",   "print the bytes as this type: double", typeNames},
+    {"--default",   "DATA",   "print this when there is no such value", nullptr},
+    {"--value",     "NAME",   "remove only this value; \"\" is the default value", nullptr},
+    {"--file",      "FILE",   "use a file instead of the standard stream", nullptr},
+    {"--format",    "FORMAT", "json, or reg for the Windows registry editor", [] { return Names{"json", "reg"}; }},
+    {"--json",      "", "print JSON", nullptr},
+    {"--recursive", "", "also list everything below", nullptr},
+    {"--origin",    "", "print where the names come from", nullptr},
+    {"--all",       "", "remove the subtree's own key", nullptr},
+    {"--dry-run",   "", "only print what would change", nullptr},
+    {"--replace",   "", "also remove what the file does not have", nullptr},
+    {"--salvage",   "", "skip what cannot be read, and list it", nullptr},
 };
+// clang-format on
 
-// ---- Parsing
+using Parameters = std::vector<Parameter>;
 
-void add(CLI::App& app, const Parameter& parameter)
+Parameters commonParameters()
 {
-    std::visit(
-        [&](auto* target) {
-            using Target = std::remove_pointer_t<decltype(target)>;
-            if constexpr (std::is_same_v<Target, bool>) {
-                app.add_flag(parameter.name, *target, parameter.help);
-            } else { // an std::optional of the parser would take an empty text for none
-                app.add_option_function<std::string>(
-                    parameter.name, [target](const std::string& word) { *target = word; }, parameter.help);
+    const auto* const end = std::ranges::find_if_not(parameterTable, &Parameter::isOption);
+    return {parameterTable, end};
+}
+
+/// In the order of the words.
+Parameters parametersOf(const Command& command)
+{
+    Parameters all;
+    for (std::string_view rest = command.words; !rest.empty();) {
+        std::string_view word = rest.substr(0, rest.find(' '));
+        rest.remove_prefix(std::min(word.size() + 1, rest.size()));
+        word = word.starts_with('[') ? word.substr(1, word.size() - 2) : word;
+        const auto* const found = std::ranges::find(parameterTable, word, &Parameter::name);
+        if (found == std::end(parameterTable)) {
+            throw std::logic_error("no parameter " + std::string(word));
+        }
+        all.push_back(*found);
+    }
+    return all;
+}
+
+/// A command line as far as it has been read.
+struct Line
+{
+    Session session;
+    const Command* command = nullptr;
+    Parameters options = commonParameters(); ///< also those of the command
+    Parameters words;                        ///< of the command, which are still to come
+    Parameters option;                       ///< whose value is the next word
+    bool isVerbatim = false;                 ///< "--" was read: no options follow
+
+    [[noreturn]] void refuse(const std::string& sentence) const
+    {
+        throw Failure(sentence + "; see rkuinfo " + (command != nullptr ? "help " : "--help") +
+                          std::string(command != nullptr ? command->name : ""),
+                      exitUsage);
+    }
+
+    /// Accepts a choice in any case.
+    void set(const Parameter& parameter, const std::string& word)
+    {
+        const bool isNumber = word.size() < 5 && word.find_first_not_of("0123456789") == std::string::npos;
+        const unsigned long width = isNumber ? std::stoul('0' + word) : 0;
+        std::string list = parameter.name == "--columns" ? "a number from 40 to 1000" : "";
+        session.given[std::string(parameter.name)] = word;
+        if (list.empty() ? parameter.choices == nullptr : width >= 40 && width <= 1000) {
+            return;
+        }
+        for (const std::string& choice : parameter.choices != nullptr ? parameter.choices() : Names()) {
+            if (equalIgnoringCase(utf16(word), utf16(choice))) {
+                session.given[std::string(parameter.name)] = choice;
+                return;
             }
-        },
-        parameter.target);
+            list += (list.empty() ? "" : ", ") + choice;
+        }
+        throw Failure(std::string(parameter.name) + " cannot be '" + word + "': use " + list, exitUsage);
+    }
+
+    void readOption(const std::string& word)
+    {
+        const std::size_t end = std::min(word.find('='), word.size());
+        const std::string name = word == "-h" ? "--help" : word == "-V" ? "--version" : word.substr(0, end);
+        const auto found = std::ranges::find(options, name, &Parameter::name);
+        if (found == options.end() || (found->isFlag() && end < word.size())) {
+            refuse('\'' + word + "' is not an option here");
+        }
+        if (found->isFlag()) {
+            session.given[name];
+        } else if (end < word.size()) {
+            set(*found, word.substr(end + 1));
+        } else {
+            option = {*found};
+        }
+    }
+
+    void read(const std::string& word)
+    {
+        if (!option.empty()) {
+            set(option.front(), word);
+            option.clear();
+        } else if (word == "--" && !isVerbatim) {
+            isVerbatim = true;
+        } else if ((word.starts_with("--") || word == "-h" || word == "-V") && !isVerbatim) {
+            readOption(word);
+        } else if (command == nullptr && word == "help") {
+            session.given["--help"];
+        } else if (command == nullptr) {
+            const auto found = std::ranges::find(Command::all(), word, &Command::name);
+            if (found == Command::all().end()) {
+                refuse('\'' + word + "' is not a command");
+            }
+            command = &*found;
+            for (const Parameter& parameter : parametersOf(*command)) {
+                (parameter.isOption() ? options : words).push_back(parameter);
+            }
+        } else if (words.empty()) {
+            refuse('\'' + word + "' is not expected");
+        } else {
+            set(words.front(), word);
+            words.erase(words.begin());
+        }
+    }
+
+    void requireAll() const
+    {
+        if (!option.empty()) {
+            refuse(option.front().title() + " has no value");
+        }
+        const bool isOptional =
+            words.empty() || command->words.find('[' + words.front().title()) != std::string_view::npos;
+        if (command == nullptr || !isOptional) {
+            refuse(command == nullptr ? "a command is missing" : words.front().title() + " is missing");
+        }
+    }
+};
+
+// ---- Help, completion and man page
+
+void printParameters(const char* title, const Parameters& parameters, const Layout& layout)
+{
+    Table table;
+    table.addHeading(title);
+    for (const Parameter& parameter : parameters) {
+        table.addRow({{parameter.title(), Style::name}, {std::string(parameter.help)}});
+    }
+    table.print(layout);
 }
 
-/// Not by the parser, whose versions differ in what they still set when something is missing.
-void requireAll(const CLI::App& app, const Command& command)
+/// Of a command, or of all.
+void printHelp(const Command* command, Layout layout)
 {
-    for (const Parameter& parameter : command.parameters) {
-        if (parameter.isRequired && app.count(parameter.name) == 0) {
-            throw Failure(parameter.name + " is required; see rkuinfo help " + command.name, exitUsage);
+    constexpr std::size_t usual = 80;
+    layout.columns = layout.columns.value_or(usual);
+    if (command != nullptr) {
+        print("Usage: rkuinfo " + std::string(command->name) + ' ' + std::string(command->words) + '\n' +
+              std::string(command->summary) + '.');
+        printParameters("Words and options", parametersOf(*command), layout);
+        print(command->more);
+        return;
+    }
+    print("Usage: rkuinfo [OPTIONS] COMMAND ...\n"
+          "Shows and changes what RkUInfo knows about the program in this folder.");
+    Table table;
+    table.addHeading("Commands");
+    for (const Command& each : Command::all()) {
+        table.addRow({{std::string(each.name), Style::name}, {std::string(each.summary)}});
+    }
+    table.print(layout);
+    printParameters("Options, before or after the command", commonParameters(), layout);
+    print("SUBTREE is product-root, version-root, language-root, profiles-root,\n"
+          "current-profile, applications, recent-file-list, settings or user-config.\n"
+          "Only use and provision record the names that options give.\n"
+          "Exit code: 0; 1 when something is not found, different or wrong; 2 for a wrong\n"
+          "command line.");
+}
+
+/// The keys right below the part of a path up to its last separator, and the values for a VALUE.
+Names paths(Session session, const std::string& word, bool withValues)
+{
+    const std::string above = word.substr(0, word.find_last_of("/\\") + 1);
+    session.given["KEY"] = above;
+    const Key key = Place(session, Installation(session)).open();
+    Names found;
+    for (const Text& name : key.keys()) {
+        found.push_back(above + utf8(name) + '/');
+    }
+    for (const Value& value : withValues ? key.values() : std::vector<Value>()) {
+        found.push_back(above + utf8(value.name));
+    }
+    return found;
+}
+
+/// Prints what may stand in place of the last word, one a line. The first word is "complete" itself.
+void complete(const Names& words)
+{
+    Line line;
+    std::for_each(words.begin() + 1, std::max(words.begin() + 1, words.end() - 1),
+                  [&](const std::string& word) { line.read(word); });
+    const std::string last = words.size() > 1 ? words.back() : "";
+    const Parameters next = line.option.empty() ? line.words : line.option;
+    Names found;
+    if (line.option.empty() && last.starts_with('-')) {
+        std::ranges::for_each(line.options, [&](const Parameter& each) { found.emplace_back(each.name); });
+    } else if (line.option.empty() && line.command == nullptr) {
+        std::ranges::for_each(Command::all(), [&](const Command& each) { found.emplace_back(each.name); });
+    } else if (!next.empty() && next.front().choices != nullptr) {
+        found = next.front().choices();
+    } else if (!next.empty() && (next.front().name == "KEY" || next.front().name == "VALUE")) {
+        found = paths(line.session, last, next.front().name == "VALUE");
+    }
+    for (const std::string& each : found) {
+        if (each.starts_with(last) && shown(each) == each) {
+            print(each);
         }
     }
 }
 
-std::string version()
+std::string roff(std::string_view text)
 {
-    return "rkuinfo " + utf8(rkuinfo::text(GetVelaProgramVersionString())) + ' ' +
-           utf8(rkuinfo::text(GetServicePackageVersionString()));
+    std::string out;
+    for (const char each : text) {
+        out += each == '\\' ? "\\e" : each == '-' ? "\\-" : std::string(1, each);
+    }
+    return out;
 }
 
-void check(Session& session, const Common& common)
+void printManualItem(const Parameter& parameter)
 {
-    if (!common.columns.empty()) {
-        constexpr unsigned long least = 40;
-        constexpr unsigned long most = 1000;
-        const bool isNumber =
-            common.columns.size() < 5 && common.columns.find_first_not_of("0123456789") == std::string::npos;
-        session.columns = isNumber ? std::stoul(common.columns) : 0;
-        if (session.columns < least || session.columns > most) {
-            throw Failure("--columns takes a number from 40 to 1000", exitUsage);
-        }
-    }
-    session.colour = chosen(session.colour, {"always", "never", "auto"}, "time for colours");
-    if (!session.language.empty() &&
-        !TarvoLanguage::isValidShortName(rkuinfo::Argument(utf16(session.language)))) {
-        std::vector<std::string> names;
-        for (const uinfo::Language& record : uinfo::languages) {
-            names.push_back(utf8(rkuinfo::text(record.shortName)));
-        }
-        session.language = chosen(session.language, names, "language");
+    print(".TP\n.B \"" + roff(parameter.title()) + "\"\n" + roff(parameter.help));
+}
+
+void printManual()
+{
+    print(".SH OPTIONS\nThese may stand before or after the command.");
+    std::ranges::for_each(commonParameters(), printManualItem);
+    print(".SH COMMANDS");
+    for (const Command& each : Command::all()) {
+        print(".SS \"" + roff(each.name) + ' ' + roff(each.words) + "\"\n" + roff(each.summary) + ".\n" +
+              roff(each.more));
+        std::ranges::for_each(parametersOf(each), printManualItem);
     }
 }
 
-std::string explain(const CLI::App& app, const CLI::ParseError& error,
-                    const std::vector<std::string>& commands)
+/// The key as the library accepts it: with \ for /, and none at its ends.
+Text normalised(const std::string& key)
 {
-    const std::vector<std::string> unknown = app.remaining(true);
-    if (!app.get_subcommands().empty()) { // the parser's own sentence about the rest differs between versions
-        return (unknown.empty() ? error.what() : '\'' + unknown.front() + "' is not expected") +
-               "; see rkuinfo help " + app.get_subcommands().front()->get_name();
-    }
-    if (unknown.empty()) {
-        return std::string(error.what()) + "; see rkuinfo --help";
-    }
-    const std::string meant = nearest(unknown.front(), commands);
-    return '\'' + unknown.front() + "' is no command" +
-           (meant.empty() ? "; see rkuinfo --help" : ": did you mean " + meant + '?');
+    Text path = utf16(key);
+    std::ranges::replace(path, Text::value_type('/'), separator);
+    const std::size_t start = std::min(path.find_first_not_of(separator), path.size());
+    return path.substr(start, path.find_last_not_of(separator) + 1 - start);
 }
 
 } // namespace
 
+Command::Command(std::string_view commandName, std::string_view commandWords, std::string_view commandSummary,
+                 std::string_view moreHelp, void (*function)(Session&))
+    : name(commandName), words(commandWords), summary(commandSummary), more(moreHelp), run(function)
+{
+    all().insert(std::ranges::lower_bound(all(), name, {}, &Command::name), *this);
+}
+
+std::vector<Command>& Command::all()
+{
+    static std::vector<Command> commands;
+    return commands;
+}
+
 int runCommandLine(const std::vector<std::string>& words)
 {
-    Session session;
-    Common common;
-    const std::vector<Parameter> options = commonOptions(session, common);
-    const std::vector<Command> commands = allCommands();
-    CLI::App app("", "rkuinfo");
-    app.require_subcommand(0, 1);
-    app.fallthrough();
-    app.set_help_flag(); // the parser's own may end the parsing before the options that follow it
-    const CLI::Option* const help = app.add_flag("-h,--help");
-    app.allow_windows_style_options(false); // a KEY may begin with a slash
-    app.set_version_flag("--version,-V", version());
-    for (const Parameter& option : options) {
-        if (option.name != "--help" && option.name != "--version") {
-            add(app, option);
-        }
-    }
-    std::vector<std::string> names;
-    for (const Command& command : commands) {
-        CLI::App* const added = app.add_subcommand(command.name, command.summary);
-        for (const Parameter& parameter : command.parameters) {
-            add(*added, parameter);
-        }
-        names.push_back(command.name);
-    }
-    app.add_subcommand("help", "")->add_option("COMMAND", common.topic);
-    try {
-        app.parse(std::vector<std::string>(words.rbegin(), words.rend())); // the last one first
-    } catch (const CLI::CallForVersion&) {
-        print(version());
+    const std::string first = words.empty() ? "" : words.front();
+    Line line;
+    if (first == "complete") {
+        complete(words);
         return 0;
-    } catch (const CLI::ParseError& error) {
-        if (help->count() == 0) {
-            throw Failure(explain(app, error, names), exitUsage);
-        }
     }
-    std::string name = app.get_subcommands().empty() ? "" : app.get_subcommands().front()->get_name();
-    const bool isHelp = help->count() > 0 || name == "help";
-    if (name.empty() && !isHelp) {
-        throw Failure("a command is missing; see rkuinfo --help", exitUsage);
+    if (first == "manual") {
+        printManual();
+        return 0;
     }
-    if (name == "help") {
-        name = common.topic.empty() ? "" : chosen(common.topic, names, "command");
-    }
-    const auto command = std::ranges::find(commands, name, &Command::name);
-    if (!isHelp) {
-        requireAll(*app.get_subcommands().front(), *command);
-    }
-    check(session, common);
-    const Help printer(session.layout());
-    if (command == commands.end()) {
-        printer.printAll(commands, options);
-    } else if (isHelp) {
-        printer.printOne(*command, options);
+    std::ranges::for_each(words, [&](const std::string& word) { line.read(word); });
+    if (line.session.has("--version")) {
+        print("rkuinfo " + utf8(GetVelaProgramVersionString()) + ' ' +
+              utf8(GetServicePackageVersionString()));
+    } else if (line.session.has("--help")) {
+        printHelp(line.command, line.session.layout());
     } else {
-        command->run(session);
+        line.requireAll();
+        line.command->run(line.session);
     }
-    return session.exitCode;
+    return line.session.exitCode;
+}
+
+std::vector<std::string> subtreeNames()
+{
+    return {"product-root", "version-root",     "language-root", "profiles-root", "current-profile",
+            "applications", "recent-file-list", "settings",      "user-config"};
+}
+
+Place::Place(const Session& session, const Installation& installation)
+{
+    for (const char* const word : {"SUBTREE", "KEY", "VALUE", "--value"}) {
+        m_words += session[word].empty() ? "" : (m_words.empty() ? "" : " ") + session[word];
+    }
+    const Names names = subtreeNames();
+    const auto number = std::ranges::find(names, session["SUBTREE"]) - names.begin();
+    subtree = installation.path(static_cast<TarvoConfig::Path>(number));
+    key = normalised(session[session.has("VALUE") ? "VALUE" : "KEY"]);
+    if (session.has("VALUE")) {
+        value = lastName(key);
+        key = parentKey(key);
+    }
+    if (!isUsablePath(path()) || value.size() > longestValueName) {
+        throw Failure(m_words +
+                      ": a path has at most 1020 characters, the name of a key 255 and of a value 1023");
+    }
+}
+
+Key Place::open(unsigned long access) const
+{
+    std::optional<Key> found = Key::find(path(), access);
+    if (!found) {
+        failNotFound();
+    }
+    return std::move(*found);
+}
+
+void Place::failNotFound() const
+{
+    throw Failure(m_words + ": not found (looked in HKEY_CURRENT_USER\\" + utf8(path()) + ')');
 }

@@ -1,22 +1,20 @@
-// rkuinfo doctor.
+// rkuinfo doctor. Codes and severities are a contract, which the man page lists.
 #include "commands/command.h"
 
 #include "model/system.h"
+#include "model/tree.h"
 #include "program/names.h"
-#include "transfer/file.h"
-#include "transfer/json_file.h"
+#include "transfer/transfer.h"
 
 #include <algorithm>
 
 namespace {
 
-bool doctorJson = false;
-
 struct Finding
 {
     std::string code;
     bool isError;
-    std::vector<std::string> subjects; ///< what it is about; alike findings are one
+    std::vector<std::string> subjects; ///< findings that only differ in them are one
     std::string problem;
     std::string remedy;
 };
@@ -29,263 +27,292 @@ public:
     std::vector<Finding> examine()
     {
         if (const std::optional<Trouble> trouble = registryTrouble()) {
-            add("registry", true, "registry", trouble->problem, trouble->remedy);
-            return m_findings; // nothing else can be told
+            error("registry", "registry", trouble->problem, trouble->remedy);
+            return m_findings; // nothing else can be known
         }
-        const Installation installation(m_session);
-        checkIni(installation);
-        checkLanguages(installation);
-        checkShellFolder("roaming", GetUserApplicationDataPath);
-        checkShellFolder("local", GetUserLocalApplicationDataPath);
-        if (installation.preferred >= 0 && installation.whyNotWanted().empty()) {
-            checkTree(installation);
+        const Text folder = m_session.has("--program") ? fullFolder(m_session["--program"])
+                                                       : rkuinfo::text(GetVelaProgramPath);
+        if (checkIniFile(folder, uinfo::tarvoIni) && checkIniFile(folder, uinfo::productIni)) {
+            guard(&m_losses, [this] { checkInstallation(Installation(m_session)); });
+        }
+        for (const std::string& loss : m_losses) {
+            error("tree-damaged", "registry", loss, salvage());
         }
         return m_findings;
     }
 
 private:
-    void add(std::string code, bool isError, const std::string& subject, std::string problem,
-             std::string remedy)
+    void add(const char* code, bool isError, const std::string& subject, const std::string& problem,
+             const std::string& remedy)
     {
         const auto alike = std::ranges::find_if(m_findings, [&](const Finding& finding) {
             return finding.code == code && finding.problem == problem && finding.remedy == remedy;
         });
-        if (alike != m_findings.end()) {
-            alike->subjects.push_back(subject);
+        if (alike == m_findings.end()) {
+            m_findings.push_back({code, isError, {subject}, problem, remedy});
         } else {
-            m_findings.push_back(
-                {std::move(code), isError, {subject}, std::move(problem), std::move(remedy)});
+            alike->subjects.push_back(subject);
         }
     }
 
-    /// A command line that acts on the same installation, with another language where one is named.
+    void error(const char* code, const std::string& subject, const std::string& problem,
+               const std::string& remedy)
+    {
+        add(code, true, subject, problem, remedy);
+    }
+
+    void note(const char* code, const std::string& subject, const std::string& problem,
+              const std::string& remedy)
+    {
+        add(code, false, subject, problem, remedy);
+    }
+
+    /// A command line that acts on the same installation, in another language if one is named.
     std::string command(const std::string& words, const std::string& language = {}) const
     {
         Session session = m_session;
-        session.language = language.empty() ? session.language : language;
-        return "rkuinfo" + session.repeated() + ' ' + words;
+        if (!language.empty()) {
+            session.given["--language"] = language;
+        }
+        return session.commandLine(words);
+    }
+
+    std::string salvage() const
+    {
+        return "save what can be read: " + command("export product-root --salvage --file saved.json") +
+               ", then remove the tree and restore it: " + command("rm product-root --all") + " and " +
+               command("import product-root --file saved.json");
     }
 
     // ---- INI files
 
-    /// Nothing when it is a folder, or may not be read.
-    static std::optional<std::string> contents(const Text& path)
+    /// Returns whether the file can be read without danger, or does not exist.
+    bool checkIniFile(const Text& folder, const wchar_t* name)
     {
-        try {
-            return isBarred(path) ? std::nullopt : std::optional(readFile(nativePath(path)));
-        } catch (const Failure&) {
-            return std::nullopt;
+        const Text path = folder + rkuinfo::text(name);
+        if (!exists(path)) {
+            if (name == uinfo::tarvoIni) {
+                note("ini-missing", utf8(path),
+                     "there is no such file: names come from the registry and defaults",
+                     "write one if the application has its own names");
+            }
+            return true;
         }
-    }
-
-    /// Whether the file can be read and has a section.
-    bool checkIniFile(const Text& path)
-    {
-        const std::string subject = shown(path);
-        const std::optional<std::string> bytes = contents(path);
+        const std::optional<std::string> bytes = readSmallFile(nativePath(path));
         if (!bytes) {
-            add("ini-unreadable", true, subject, "the file cannot be read",
-                "make it a file that its users have the right to read");
+            error("ini-unreadable", utf8(path), "not a file of at most 1 MiB that this user can read",
+                  "replace it, or allow the user to read it");
             return false;
         }
         const bool isWide = bytes->starts_with("\xff\xfe") || bytes->starts_with("\xfe\xff");
-        const bool isText = isWide || bytes->find('\0') == std::string::npos;
-        if (!isText || bytes->find('[') == std::string::npos) {
-            add("ini-garbled", true, subject, "the file is no INI file: it has no section",
-                "write it again, in plain text, with a section [" + utf8(uinfo::productSection) + ']');
-            return false;
+        if (bytes->find('[') == std::string::npos || (!isWide && bytes->find('\0') != std::string::npos)) {
+            error("ini-garbled", utf8(path), "not an INI file: it has no section",
+                  "write it again, as plain text with the section [" + utf8(uinfo::productSection) + ']');
+        } else if (bytes->starts_with("\xef\xbb\xbf")) {
+            error("ini-mark", utf8(path), "it begins with a UTF-8 mark: Windows ignores its first section",
+                  "save it without the mark, or as UTF-16");
         }
         return true;
     }
 
     void checkIni(const Installation& installation)
     {
-        const Text tarvo = installation.iniFile(uinfo::tarvoIni);
-        if (!exists(tarvo)) {
-            add("ini-missing", false, shown(tarvo),
-                "there is no such file: names come from the registry and defaults",
-                "write one when the application has names of its own");
-        } else if (checkIniFile(tarvo)) {
-            checkLanguageIni(installation);
-        }
-        const Text product = installation.iniFile(uinfo::productIni);
-        if (exists(product) && checkIniFile(product) && installation.commandPrefix().empty()) {
-            add("command-prefix", true, shown(product), "the file gives commands no prefix",
-                "write numbers for " + utf8(uinfo::majorVersionKey) + " and " + utf8(uinfo::productIdKey) +
-                    " into its section [" + utf8(uinfo::productSection) + ']');
-        }
-    }
-
-    void checkLanguageIni(const Installation& installation)
-    {
-        constexpr unsigned long capacity = 256;
+        const std::string section = '[' + utf8(uinfo::productSection) + ']';
         const std::string file = utf8(uinfo::tarvoIni) + ": ";
-        const std::string names = '[' + utf8(uinfo::localeNamesSection) + ']';
-        const auto mapped = [&](const Text& id) {
-            return installation.iniText(uinfo::tarvoIni, uinfo::localeNamesSection, rkuinfo::Argument(id),
-                                        capacity);
+        const auto entry = [&](const wchar_t* key) {
+            return installation.iniText(uinfo::tarvoIni, uinfo::productSection, key);
         };
-        const Text wantedId =
-            installation.iniText(uinfo::tarvoIni, uinfo::productSection, uinfo::localeIdKey, capacity);
-        if (!wantedId.empty() && mapped(wantedId).empty()) {
-            add("locale-unmapped", true,
-                file + '[' + utf8(uinfo::productSection) + "] " + utf8(uinfo::localeIdKey) + '=' +
-                    shown(wantedId),
-                "the number is not mapped to a language",
-                "add " + shown(wantedId) + "=xx-XX to its section " + names);
+        const Text id = entry(uinfo::localeIdKey);
+        const bool hasCompany = !entry(uinfo::companyNameKey).empty();
+        const bool hasProduct = !entry(uinfo::productNameKey).empty();
+        const bool isEmpty = id.empty() && !hasCompany && !hasProduct;
+        const Text path = installation.folder + rkuinfo::text(uinfo::tarvoIni);
+        if (exists(path) && (isEmpty || (!hasCompany && !m_session.has("--company")) ||
+                             (!hasProduct && !m_session.has("--product")))) {
+            const std::string key = utf8(hasCompany ? uinfo::productNameKey : uinfo::companyNameKey);
+            add("ini-names", isEmpty, utf8(path),
+                isEmpty ? "it has no section " + section + " that names company or product"
+                        : "it has no " + key + " in " + section + ": the default is used",
+                "write " + key + "= and the name into its section " + section);
         }
-        std::vector<Text> ids = {wantedId};
+        const std::string names = '[' + utf8(uinfo::localeNamesSection) + ']';
+        std::vector<Text> ids = {id};
         for (const LanguageState& state : installation.languages) {
-            const Text id = utf16(std::to_string(state.record.lcid));
-            if (id != wantedId) {
-                ids.push_back(id);
+            ids.push_back(utf16(std::to_string(state.record.lcid)));
+        }
+        ids.erase(std::remove(ids.begin() + 1, ids.end(), id), ids.end());
+        for (const Text& each : ids) {
+            const Text name =
+                installation.iniText(uinfo::tarvoIni, uinfo::localeNamesSection, rkuinfo::Argument(each));
+            if (name.empty() && each == id && !id.empty()) {
+                error("locale-unmapped", file + section + ' ' + utf8(uinfo::localeIdKey) + '=' + utf8(id),
+                      "the number is not mapped to a language",
+                      "add " + utf8(id) + "=xx-XX to its section " + names);
+            } else if (!name.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(name))) {
+                error("locale-mapping", file + names + ' ' + utf8(each) + '=' + utf8(name),
+                      "the name is not that of a language",
+                      "write one of the fifteen short names, such as en-US");
             }
         }
-        for (const Text& id : ids) {
-            const Text name = mapped(id);
-            if (!name.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(name))) {
-                add("locale-mapping", true, file + names + ' ' + shown(id) + '=' + shown(name),
-                    "the name is no language's",
-                    "write the short name of one of the fifteen languages there");
-            }
+        const Text product = installation.folder + rkuinfo::text(uinfo::productIni);
+        if (exists(product) && installation.commandPrefix().empty()) {
+            error("command-prefix", utf8(product), "it has no prefix for commands",
+                  "write numbers for " + utf8(uinfo::majorVersionKey) + " and " + utf8(uinfo::productIdKey) +
+                      " into its section " + section);
         }
     }
 
     // ---- Languages
 
-    /// A folder without an uninstall entry is no fault: packages bring all languages, installers choose.
+    /// A folder without an uninstall entry is not a fault: packages contain all languages, installers choose.
     void checkLanguages(const Installation& installation)
     {
         for (const LanguageState& state : installation.languages) {
+            const bool hasFolder = state.installed != uinfo::Installed::noFolder;
+            const std::string library = "the language's " + utf8(uinfo::languageLibrary);
             if (state.installed == uinfo::Installed::emptyFolder) {
-                add("language-empty", true, state.name(), "the language's folder holds no library",
-                    "install it again, or remove the folder");
-            } else if (state.installed != uinfo::Installed::noFolder && !state.hasResources) {
-                add("language-library", true, state.name(),
-                    "the language's " + utf8(uinfo::languageLibrary) + " cannot be loaded",
-                    "install it again");
-            } else if (state.installed == uinfo::Installed::noFolder && state.hasEntry &&
-                       installation.needsEntries) {
-                add("language-folder", true, state.name(),
-                    "the language has an uninstall entry and no folder",
-                    "install it again, or remove the entry");
+                error("language-empty", state.name(), "the language's folder has no library",
+                      "install it again, or remove the folder");
+            } else if (hasFolder && !state.hasResources) {
+                error("language-library", state.name(), library + " cannot be loaded", "install it again");
+            } else if (!state.other.empty()) {
+                error("language-other", state.name(), library + " is of " + state.other, "install it again");
+            } else if (!hasFolder && state.hasEntry && installation.needsEntries) {
+                error("language-folder", state.name(), "the language has an uninstall entry and no folder",
+                      "install it again, or remove the entry");
             }
         }
-        const std::string why = installation.whyNotWanted();
-        if (installation.preferred < 0) {
-            const bool isEntryAll =
-                std::ranges::any_of(installation.languages, [](const LanguageState& state) {
-                    return state.installed == uinfo::Installed::noEntry;
-                });
-            add("no-language", true, shown(installation.folder),
-                isEntryAll ? "no language is installed: none with a folder has an uninstall entry"
-                           : "no language is installed: none has a folder with a library",
-                "run a language's installer: no application can start");
-        } else if (!why.empty()) {
-            const std::string instead =
-                installation.languages[static_cast<std::size_t>(installation.preferred)].name();
-            add("language-not-installed", true, shown(installation.wanted()), why,
-                "install it, or choose another: " + command("use", instead));
+        if (installation.preferred == uinfo::unknownLanguage) {
+            error("no-language", utf8(installation.folder), installation.whyNone(),
+                  "run a language's installer: no application can start");
+            return;
+        }
+        const std::string proposed =
+            installation.languages[static_cast<std::size_t>(installation.preferred)].name();
+        if (const std::string why = installation.whyNotWanted(); !why.empty()) {
+            error("language-not-installed", utf8(installation.wanted.value()), why,
+                  "install it, or choose another: " + command("use", proposed));
+        } else if (!installation.wanted.isMade()) {
+            note("language-asked", proposed,
+                 "nothing names a language: start-up proposes this one, and ends if it "
+                 "cannot ask the user",
+                 "choose one: " + command("use", proposed));
+        }
+    }
+
+    void checkOrigins(const Installation& installation)
+    {
+        const std::vector<Origin> origins = installation.origins();
+        for (const Origin& used : origins) {
+            for (const Origin& other : origins) {
+                if (used.isUsed && used.name == other.name && !other.value.empty() &&
+                    other.source != "the default" && used.source != "the command line" &&
+                    !equalIgnoringCase(used.value, other.value)) {
+                    note("sources-disagree", used.name,
+                         used.source + " has " + utf8(used.value) + ", " + other.source + " has " +
+                             utf8(other.value),
+                         "the first is used; see " + command("show --origin"));
+                }
+            }
         }
     }
 
     // ---- The user's folders and tree
 
-    void checkShellFolder(const char* name, unsigned long (*function)(wchar_t*))
+    void checkUser(const Installation& installation)
     {
-        if (rkuinfo::text(function).empty()) {
-            add("user-folder", true, name,
-                std::string("the user has no ") + name + " application data folder",
-                "create it: ~/.config or ~/.local/share on Linux, else the user's profile is broken");
+        for (const bool isRoaming : {true, false}) {
+            if (rkuinfo::text(isRoaming ? GetUserApplicationDataPath : GetUserLocalApplicationDataPath)
+                    .empty()) {
+                const std::string folder = userFolder(isRoaming);
+                error("user-folder", folder, "the user's folder for application data does not exist",
+                      "create it: mkdir " + shellWord(folder));
+            }
+        }
+        const Text product = installation.path(TarvoConfig::eProductRoot);
+        guard(&m_losses, [&] {
+            if (std::optional<Key> key = Key::find(product)) {
+                readTree(std::move(*key), &m_losses);
+            }
+        });
+        if (const std::optional<Trouble> trouble = writeTrouble(product)) {
+            error("tree-unwritable", utf8(product), trouble->problem, trouble->remedy);
+        }
+        if (installation.preferred != uinfo::unknownLanguage && installation.whyNotWanted().empty() &&
+            m_losses.empty()) {
+            checkProfile(installation);
         }
     }
 
     /// The default profile's key comes with its first setting.
-    void checkTree(const Installation& installation)
+    void checkProfile(const Installation& installation)
     {
         const Text root = installation.path(TarvoConfig::eProfilesRoot);
+        const uinfo::Choice choice = installation.profile();
+        const std::string name = utf8(choice.value());
         if (!Key::find(root)) {
-            add("no-tree", true, shown(root), "the user has no such key",
-                m_session.program.empty() ? "create the user's tree: " + command("provision")
-                                          : "start the application once, which creates the user's tree");
-            return;
+            error("no-tree", utf8(root), "the user has no such key",
+                  m_session.has("--program") ? "start the application once, which creates the user's tree"
+                                             : "create the user's tree: " + command("provision"));
+        } else if (choice.decision().source == uinfo::Source::builtIn) {
+            error("no-profile", utf8(root), "no profile is the current one", "choose one: " + command("use"));
+        } else if (!equalIgnoringCase(utf16(name), rkuinfo::text(uinfo::defaultProfile)) &&
+                   !Key::find(joinedKey(root, utf16(name)))) {
+            error("profile-missing", name, "the current profile has no key", "create it: " + command("use"));
         }
-        const Text profile = installation.profile();
-        const uinfo::Finding decision = installation.profileChoice().decision();
-        if (decision.source == uinfo::Source::builtIn) {
-            add("no-profile", true, shown(root), "no profile is the current one",
-                "choose one: " + command("use"));
-        } else if (!equalIgnoringCase(profile, rkuinfo::text(uinfo::defaultProfile)) &&
-                   !Key::find(joinedKey(root, profile))) {
-            add("profile-missing", true, shown(profile), "the current profile has no key",
-                "create it: " + command("profiles create \"" + shown(profile) + '"') +
-                    ", or select another with profiles select");
-        }
+    }
+
+    void checkInstallation(const Installation& installation)
+    {
+        checkIni(installation);
+        checkLanguages(installation);
+        checkOrigins(installation);
+        checkUser(installation);
     }
 
     const Session& m_session;
     std::vector<Finding> m_findings;
+    Losses m_losses;
 };
-
-std::string joined(const std::vector<std::string>& words)
-{
-    std::string out;
-    for (const std::string& word : words) {
-        out += (out.empty() ? "" : ", ") + word;
-    }
-    return out;
-}
-
-void printFindings(const std::vector<Finding>& findings, const Layout& layout)
-{
-    Table table;
-    for (const Finding& finding : findings) {
-        const Cell severity = {finding.isError ? "error" : "note",
-                               finding.isError ? Style::bad : Style::quiet};
-        if (layout.columns) {
-            const std::string subjects = joined(finding.subjects);
-            table.addRow({severity,
-                          {finding.problem.starts_with(subjects) ? finding.problem
-                                                                 : subjects + ": " + finding.problem}});
-            table.addRow({{"remedy", Style::good}, {finding.remedy}});
-        } else {
-            table.addRow(
-                {severity, {finding.code}, {joined(finding.subjects)}, {finding.problem}, {finding.remedy}});
-        }
-    }
-    table.print(layout);
-}
 
 void doctor(Session& session)
 {
     const std::vector<Finding> findings = Doctor(session).examine();
-    if (doctorJson) {
-        Json list = Json::array();
-        for (const Finding& finding : findings) {
-            list.push_back({{"code", finding.code},
-                            {"severity", finding.isError ? "error" : "note"},
-                            {"subjects", finding.subjects},
-                            {"problem", finding.problem},
-                            {"remedy", finding.remedy}});
+    const Layout layout = session.layout();
+    Table table;
+    Json list = Json::array();
+    for (const auto& [code, isError, subjects, problem, remedy] : findings) {
+        std::string all;
+        for (const std::string& subject : subjects) {
+            all += (all.empty() ? "" : ", ") + shown(subject);
         }
-        printJson({{"findings", list}});
+        const Cell severity = {isError ? "error" : "note", isError ? Style::bad : Style::quiet};
+        if (layout.columns) {
+            table.addRow(
+                {severity, {problem.starts_with(all) ? shown(problem) : all + ": " + shown(problem)}});
+            table.addRow({{"remedy", Style::good}, {shown(remedy)}});
+        } else {
+            table.addRow({severity, {code}, {all}, {shown(problem)}, {shown(remedy)}});
+        }
+        list.push_back({{"code", code},
+                        {"severity", severity.text},
+                        {"subjects", subjects},
+                        {"problem", problem},
+                        {"remedy", remedy}});
+    }
+    if (session.has("--json")) {
+        print(documentText({{"findings", list}}));
     } else if (findings.empty()) {
         print("nothing is wrong");
-    } else {
-        printFindings(findings, session.layout());
+    }
+    if (!session.has("--json")) {
+        table.print(layout);
     }
     session.exitCode = std::ranges::any_of(findings, &Finding::isError) ? exitFailed : 0;
 }
 
-} // namespace
+const Command doctorCommand("doctor", "[--json]",
+                            "Find what is wrong with the installation, and how to fix it",
+                            "Exit code 1 when there is an error, 0 for notes.", doctor);
 
-Command doctorCommand()
-{
-    return {
-        "doctor",
-        "Tell what is wrong with the installation, and how to mend it",
-        {jsonFlag(doctorJson)},
-        "Looks at the registry, the INI files, the languages, the user's folders and tree. Exit code 1 when "
-        "there is an error; a note alone is none.",
-        doctor};
-}
+} // namespace

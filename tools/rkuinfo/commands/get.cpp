@@ -1,83 +1,70 @@
-// rkuinfo get.
+// rkuinfo get, set and rm.
 #include "commands/command.h"
 
-#include "model/value.h"
-#include "transfer/json_file.h"
-
-#include <charconv>
+#include "model/system.h"
+#include "transfer/transfer.h"
 
 namespace {
 
-struct
-{
-    Place place;
-    std::string type;
-    std::optional<std::string> otherwise;
-    bool json = false;
-} getArguments;
-
-std::string asDouble(const Value& value, const std::string& told)
-{
-    const std::optional<double> number = doubleOf(value);
-    if (!number) {
-        throw Failure(told + ": it is no double, which has eight bytes");
-    }
-    char text[32];
-    return {text, std::to_chars(text, text + sizeof text, *number).ptr};
-}
-
-std::string asHex(const Value& value, const std::string& told)
-{
-    if (value.type != REG_DWORD && value.type != REG_QWORD) {
-        throw Failure(told + ": it is no int and no int64");
-    }
-    const auto bits = numberOf<std::uint64_t>(value);
-    return "0x" + (value.type == REG_QWORD ? hexDigits(static_cast<std::uint32_t>(bits >> 32), 8) : "") +
-           hexDigits(static_cast<std::uint32_t>(bits), 8);
-}
-
-std::optional<Value> find(const Session& session)
-{
-    const auto [below, name] = splitValue(getArguments.place.key);
-    Place place = {getArguments.place.subtree, utf8(below)};
-    const Installation installation(session);
-    const std::optional<Key> key = Key::find(place.path(installation));
-    return key ? key->value(name) : std::nullopt;
-}
-
 void get(Session& session)
 {
-    const std::string told = getArguments.place.told();
-    if (!getArguments.type.empty()) {
-        getArguments.type = chosen(getArguments.type, {"double", "hex"}, "form");
+    const Place place(session, Installation(session));
+    const std::optional<Key> key = Key::find(place.path());
+    const std::optional<Value> value = key ? key->value(place.value) : std::nullopt;
+    if (!value && session.has("--default")) {
+        print(session["--default"]);
+        return;
     }
-    const std::optional<Value> value = find(session);
-    if (!value && getArguments.otherwise) {
-        print(*getArguments.otherwise);
-    } else if (!value) {
-        getArguments.place.notFound();
-    } else if (typeName(*value).empty()) {
-        throw Failure(told + ": stored with another type");
-    } else if (getArguments.json) {
-        printJson(toJson(*value));
-    } else {
-        print(getArguments.type.empty()       ? dataText(*value)
-              : getArguments.type == "double" ? asDouble(*value, told)
-                                              : asHex(*value, told));
+    if (!value) {
+        place.failNotFound();
+    }
+    const ValueType* const type = session.has("--as") ? typeNamed(session["--as"]) : typeOf(*value);
+    if (type == nullptr || !type->fits(*value)) {
+        throw Failure(
+            session["SUBTREE"] + ' ' + session["VALUE"] +
+            (type == nullptr ? ": stored with another type" : ": not stored as " + std::string(type->name)));
+    }
+    const std::string text = type->print(*value);
+    print(session.has("--json") ? documentText(toJson(*value)) : terminalColumns() ? shown(text) : text);
+}
+
+void set(Session& session)
+{
+    const ValueType& type = *typeNamed(session["TYPE"]);
+    if (session.has("DATA") == session.has("--file")) {
+        throw Failure("set needs either DATA or --file", exitUsage);
+    }
+    const Place place(session, Installation(session));
+    const std::string word = session.has("DATA") ? session["DATA"] : readFile(session["--file"]);
+    const std::optional<std::string> data = type.parse(word);
+    if (!data) {
+        throw Failure('\'' + word + "' is not " + std::string(type.word), exitUsage);
+    }
+    Key::make(place.path()).set({place.value, type.registryType, *data});
+}
+
+void rm(Session& session)
+{
+    const Place place(session, Installation(session));
+    if (place.key.empty() && !session.has("--value") && !session.has("--all")) {
+        throw Failure("rm needs KEY or --value, or --all for the whole of " + session["SUBTREE"], exitUsage);
+    }
+    const Key key = place.open(session.has("--value") ? KEY_READ | KEY_WRITE : KEY_READ);
+    if (!session.has("--value")) {
+        if (const std::optional<Key> parent = Key::find(Text(parentKey(place.path())), KEY_ALL_ACCESS)) {
+            parent->removeKey(Text(lastName(place.path())));
+        }
+    } else if (!key.removeValue(utf16(session["--value"]))) {
+        place.failNotFound();
     }
 }
+
+const Command getCommand("get", "SUBTREE VALUE [--as] [--default] [--json]", "Print a value",
+                         "An application stores a double as eight bytes: --as double prints it as a number.",
+                         get);
+const Command setCommand("set", "SUBTREE VALUE TYPE [DATA] [--file]", "Store a value, and create its key",
+                         "Binary data is in hexadecimal; an integer may be, after 0x.", set);
+const Command rmCommand("rm", "SUBTREE [KEY] [--value] [--all]",
+                        "Remove a key with everything below it, or a value", "", rm);
 
 } // namespace
-
-Command getCommand()
-{
-    std::vector<Parameter> parameters = getArguments.place.parameters();
-    parameters[1] = {"VALUE", "", &getArguments.place.key,
-                     "a value: its name, with its key before it, / or \\ between them", true};
-    parameters.push_back({"--as", "FORM", &getArguments.type,
-                          "double: the number that eight bytes are; hex: an integer's bits in hexadecimal"});
-    parameters.push_back(
-        {"--default", "DATA", &getArguments.otherwise, "print this when there is no such value"});
-    parameters.push_back(jsonFlag(getArguments.json));
-    return {"get", "Print a value", parameters, "", get};
-}

@@ -1,48 +1,102 @@
-// rkuinfo import.
+// rkuinfo export, import and diff.
 #include "commands/command.h"
 
-#include "commands/comparison.h"
 #include "model/system.h"
+#include "transfer/transfer.h"
 
-#include <cstdio>
+#include <ctime>
 
 namespace {
 
-struct
+std::string today()
 {
-    Place place;
-    std::string file;
-    bool dryRun = false;
-} importArguments;
+    const std::time_t now = std::time(nullptr);
+    char date[sizeof "2018-03-16"] = {};
+    std::strftime(date, sizeof date, "%Y-%m-%d", std::gmtime(&now));
+    return date;
+}
+
+void exportTree(Session& session)
+{
+    const Installation installation(session);
+    const Place place(session, installation);
+    const bool isReg = session["--format"] == "reg";
+    if (isReg && isStream(session["--file"]) && terminalColumns()) {
+        throw Failure("a .reg file is not text for a terminal: use --file", exitUsage);
+    }
+    std::vector<std::string> losses;
+    const Tree tree = readTree(place.open(), session.has("--salvage") ? &losses : nullptr);
+    const bool hasLanguage =
+        installation.preferred != uinfo::unknownLanguage && installation.whyNotWanted().empty();
+    const Json header = {{"format", 1},
+                         {"product", toJson(rkuinfo::text(installation.product.value()))},
+                         {"language", hasLanguage ? toJson(installation.language()) : Json()},
+                         {"date", today()}};
+    writeFile(session["--file"],
+              isReg ? toRegFile(place.path(), tree) : documentText(toJson(tree, header)) + '\n');
+    for (const std::string& loss : losses) {
+        printError("not exported: " + loss);
+        session.exitCode = exitFailed;
+    }
+}
+
+std::vector<Edit> readEdits(const Session& session, const Text& path)
+{
+    const std::string name = isStream(session["--file"]) ? "standard input" : session["--file"];
+    const std::string bytes = readFile(session["--file"]);
+    return isRegFile(bytes) ? fromRegFile(name, bytes, path) : fromJsonFile(name, bytes, path);
+}
+
+Tree readIfPresent(const Text& path)
+{
+    std::optional<Key> key = Key::find(path);
+    return key ? readTree(std::move(*key)) : Tree();
+}
 
 void importTree(Session& session)
 {
-    const Installation installation(session);
-    const Text path = importArguments.place.path(installation);
-    const std::vector<Change> found = compare(path, importArguments.file, false);
-    if (importArguments.dryRun) {
-        printChanges(found);
+    const Text path = Place(session, Installation(session)).path();
+    const std::vector<Edit> edits = readEdits(session, path);
+    std::optional<RegistryTransaction>
+        transaction; // from before the comparison, so that no other process writes
+    if (!session.has("--dry-run")) {
+        transaction.emplace();
+    }
+    const Tree before = readIfPresent(path);
+    Tree after = session.has("--replace") ? Tree{{Name(), Value()}} : before;
+    edit(after, edits);
+    const std::vector<Change> changes = compare(before, after);
+    if (!transaction) {
+        printChanges(changes);
         return;
     }
-    const bool isShown = errorsGoToTerminal();
-    apply(path, found, [&](std::size_t done) {
-        constexpr std::size_t step = 500;
-        if (isShown && (done % step == 0 || (done == found.size() && done > step))) {
-            std::fprintf(stderr, "\r%zu of %zu%s", done, found.size(), done == found.size() ? "\n" : "");
-        }
-    });
+    carryOut(path, changes);
+    transaction->commit();
 }
+
+void diff(Session& session)
+{
+    const Text path = Place(session, Installation(session)).path();
+    const Tree before = readIfPresent(path);
+    Tree after = {{Name(), Value()}};
+    edit(after, readEdits(session, path));
+    const std::vector<Change> changes = compare(before, after);
+    printChanges(changes);
+    session.exitCode = changes.empty() ? 0 : exitFailed;
+}
+
+const Command exportCommand("export", "SUBTREE [KEY] [--file] [--format] [--salvage]",
+                            "Write a key with everything below it to a file", "", exportTree);
+const Command
+    importCommand({"import", "SUBTREE [KEY] [--file] [--replace] [--dry-run]",
+                   "Write what export gave, or a .reg file, into a key",
+                   "What exists stays unless the file has the same name, or --replace is given. An\n"
+                   "import is done whole or not at all.",
+                   importTree});
+const Command
+    diffCommand({"diff", "SUBTREE [KEY] [--file]", "Compare a key with a file",
+                 "+ is only in the file, - only in the key, ~ in both with other data. Exit code 1\n"
+                 "when something differs.",
+                 diff});
 
 } // namespace
-
-Command importCommand()
-{
-    std::vector<Parameter> all = importArguments.place.parameters();
-    all.push_back({"--file", "FILE", &importArguments.file, "where from, instead of standard input"});
-    all.push_back({"--dry-run", "", &importArguments.dryRun, "only print what would change, as diff does"});
-    return {
-        "import", "Write what export gave, or a .reg file, into a key", all,
-        "What is there already stays, unless it has the same name. A bad file changes nothing, and a write "
-        "that is refused takes back those before it; only a process that is ended in between leaves a part.",
-        importTree};
-}

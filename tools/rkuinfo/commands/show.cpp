@@ -2,214 +2,192 @@
 #include "commands/command.h"
 
 #include "program/names.h"
-#include "transfer/json_file.h"
+#include "transfer/transfer.h"
 
 namespace {
 
+using rkuinfo::Argument;
+
 struct Fact
 {
+    std::string section;
     std::string name;
-    Text value; // empty: there is none
-    bool isPlace = false;
-    bool exists = false;
-    bool isNumber = false;
+    Text value; ///< empty: there is none
+    Json json;
+    bool isMissing = false;
 };
 
-struct Section
-{
-    std::string name;
-    std::vector<Fact> facts;
-};
-
-Fact fact(std::string name, Text value)
-{
-    return {std::move(name), std::move(value)};
-}
-
-Fact fact(std::string name, const wchar_t* value)
-{
-    return fact(std::move(name), rkuinfo::text(value));
-}
-
-Fact fact(std::string name, long number)
-{
-    return {std::move(name), utf16(std::to_string(number)), false, false, true};
-}
-
-Fact file(std::string name, Text path)
-{
-    const bool isThere = exists(path);
-    return {std::move(name), std::move(path), true, isThere};
-}
-
-Text buildStamp()
-{
-    wchar_t stamp[64] = {};
-    GetVerNum(stamp, 64, false);
-    return rkuinfo::text(stamp);
-}
-
-using NamedFolder = std::pair<const char*, uinfo::UserFolder>;
-
-/// The sections of one installation. The library's own functions say the same of the program that asks them.
+/// The sections of one installation. The library's own functions return the same to the program that asks
+/// them.
 class Report
 {
 public:
     explicit Report(const Installation& installation)
-        : m_of(installation), m_language(installation.chosenLanguage())
+        : m_of(installation), m_language(installation.chosenLanguage()), m_name(m_language.record.shortName)
     {
+        addIdentity();
+        addProgram();
+        addFolders("roaming", rkuinfo::text(GetUserApplicationDataPath));
+        addFolders("local", rkuinfo::text(GetUserLocalApplicationDataPath));
+        addRegistry();
     }
 
-    std::vector<Section> sections() const { return {identity(), program(), roaming(), local(), registry()}; }
+    const std::vector<Fact>& facts() const { return m_facts; }
 
 private:
-    Section identity() const
+    void addText(const char* name, const Text& value)
     {
-        return {"identity",
-                {fact("company", m_of.company), fact("product", m_of.product),
-                 fact("product-type", long{uinfo::productType(m_of.productChoice.value())}),
-                 fact("version", GetVelaProgramVersionString()),
-                 fact("service-pack", GetServicePackageVersionString()), fact("build", buildStamp()),
-                 fact("language", m_of.language()), fact("language-name", m_language.record.globalName),
-                 fact("local-name", m_language.localName.value_or(Text())),
-                 fact("language-id", long{m_language.record.lcid}), fact("profile", m_of.profile()),
-                 fact("command-prefix", m_of.commandPrefix())}};
+        m_facts.push_back({m_section, name, value, value.empty() ? Json() : toJson(value)});
     }
 
-    Section program() const
+    void addNumber(const char* name, long number)
     {
+        m_facts.push_back({m_section, name, utf16(std::to_string(number)), number});
+    }
+
+    void addPlace(const std::string& name, const Text& path, bool isThere)
+    {
+        const Json json = {{"path", path.empty() ? Json() : toJson(path)}, {"exists", isThere}};
+        m_facts.push_back({m_section, name, path, json, !isThere});
+    }
+
+    void addFile(const char* name, const Text& path) { addPlace(name, path, exists(path)); }
+
+    void addIdentity()
+    {
+        m_section = "identity";
+        wchar_t stamp[64] = {};
+        GetVerNum(stamp, 64, false);
+        addText("company", rkuinfo::text(m_of.company.value()));
+        addText("product", rkuinfo::text(m_of.product.value()));
+        addNumber("product-type", uinfo::productType(m_of.product.value()));
+        addText("version", rkuinfo::text(GetVelaProgramVersionString()));
+        addText("service-pack", rkuinfo::text(GetServicePackageVersionString()));
+        addText("build", rkuinfo::text(stamp));
+        addText("language", m_of.language());
+        addText("language-name", rkuinfo::text(m_language.record.globalName));
+        addText("local-name", m_language.localName.value_or(Text()));
+        addNumber("language-id", m_language.record.lcid);
+        addText("profile", rkuinfo::text(m_of.profile().value()));
+        addText("command-prefix", m_of.commandPrefix());
+    }
+
+    void addProgram()
+    {
+        m_section = "program";
         const Text cache = m_of.folder + rkuinfo::text(uinfo::userDataCache);
-        return {"program",
-                {file("program-folder", m_of.folder), file("resources", m_language.folder),
-                 file("help-viewer", m_of.folder + rkuinfo::text(uinfo::helpViewer)),
-                 file("user-data-cache", cache), file("language-cache", joinedKey(cache, m_of.language()))}};
+        addFile("program-folder", m_of.folder);
+        addFile("resources", m_language.folder);
+        addFile("help-viewer", m_of.folder + rkuinfo::text(uinfo::helpViewer));
+        addFile("user-data-cache", cache);
+        addFile("language-cache", joinedKey(cache, m_of.language()));
     }
 
-    Text folderOf(const Text& applicationData, uinfo::UserFolder folder) const
-    {
-        return m_of.composed([&](uinfo::BoundedText& path) {
-            return path.append(rkuinfo::Argument(applicationData)) &&
-                   uinfo::appendUserFolder(
-                       path, folder,
-                       {m_of.companyChoice.value(), m_of.productChoice.value(), m_language.record.shortName});
-        });
-    }
-
-    std::vector<Fact> folders(const Text& applicationData, std::initializer_list<NamedFolder> leaves) const
+    void addFolders(const char* section, const Text& applicationData)
     {
         using enum uinfo::UserFolder;
-        std::vector<Fact> facts = {file("application-data", applicationData)};
-        std::vector<NamedFolder> all = {
-            {"company", company}, {"product", product}, {"version", version}, {"language", language}};
-        all.insert(all.end(), leaves);
-        for (const auto& [name, folder] : all) {
-            facts.push_back(file(name, folderOf(applicationData, folder)));
-        }
-        return facts;
-    }
-
-    Section roaming() const
-    {
-        using enum uinfo::UserFolder;
-        const Text applicationData = rkuinfo::text(GetUserApplicationDataPath);
-        std::vector<Fact> facts = folders(applicationData, {{"support", support},
-                                                            {"plotters", plotters},
-                                                            {"crash-report", crashReport},
-                                                            {"printstyle", printstyle}});
-        const std::optional<Text> stored = m_of.storedPath(TarvoConfig::eUserConfig, uinfo::styleFileValue);
-        facts.push_back(file("ui-style", stored ? *stored : m_of.composed([&](uinfo::BoundedText& path) {
-            return path.append(rkuinfo::Argument(folderOf(applicationData, support))) &&
-                   uinfo::appendStyleFile(path);
-        })));
-        return {"roaming", facts};
-    }
-
-    Section local() const
-    {
-        return {"local", folders(rkuinfo::text(GetUserLocalApplicationDataPath),
-                                 {{"template", uinfo::UserFolder::templates}})};
-    }
-
-    Section registry() const
-    {
-        Section section = {"registry", {}};
-        const auto add = [&section](std::string_view name, const Text& path) {
-            section.facts.push_back({std::string(name), path, true, Key::find(path).has_value()});
+        m_section = section;
+        const bool isRoaming = m_section == "roaming";
+        const auto folderOf = [&](uinfo::BoundedText& path, uinfo::UserFolder folder) {
+            return path.append(Argument(applicationData)) &&
+                   uinfo::appendUserFolder(path, folder,
+                                           {m_of.company.value(), m_of.product.value(), m_name});
         };
-        for (const Subtree& subtree : subtrees()) {
-            add(subtree.name, m_of.path(subtree.path));
+        const auto add = [&](const char* name, uinfo::UserFolder folder) {
+            addFile(name, m_of.composed([&](auto& path) { return folderOf(path, folder); }));
+        };
+        addFile("application-data", applicationData);
+        add("company", company);
+        add("product", product);
+        add("version", version);
+        add("language", language);
+        if (!isRoaming) {
+            add("template", templates);
+            return;
         }
-        add("profile-config", m_of.composed([this](uinfo::BoundedText& key) {
-            return key.append(rkuinfo::Argument(m_of.path(TarvoConfig::eCurrentProfile))) &&
+        add("support", support);
+        add("plotters", plotters);
+        add("crash-report", crashReport);
+        add("printstyle", printstyle);
+        const std::optional<Text> stored = m_of.storedPath(TarvoConfig::eUserConfig, uinfo::styleFileValue);
+        addFile("ui-style", stored ? *stored : m_of.composed([&](auto& path) {
+            return folderOf(path, support) && uinfo::appendStyleFile(path);
+        }));
+    }
+
+    void addRegistry()
+    {
+        m_section = "registry";
+        const auto addKey = [this](const std::string& name, const Text& path) {
+            addPlace(name, path, Key::find(path).has_value());
+        };
+        std::int32_t number = 0;
+        for (const std::string& name : subtreeNames()) {
+            addKey(name, m_of.path(static_cast<TarvoConfig::Path>(number++)));
+        }
+        addKey("profile-config", m_of.composed([this](auto& key) {
+            return key.append(Argument(m_of.path(TarvoConfig::eCurrentProfile))) &&
                    uinfo::appendProfileConfig(key);
         }));
-        section.facts.push_back(fact(
-            "custom-resources",
-            m_of.storedPath(TarvoConfig::eCurrentProfile, uinfo::customResourcesValue).value_or(Text())));
-        return section;
+        addText("custom-resources",
+                m_of.storedPath(TarvoConfig::eCurrentProfile, uinfo::customResourcesValue).value_or(Text()));
     }
 
     const Installation& m_of;
     const LanguageState& m_language;
+    const wchar_t* m_name; ///< of the language
+    std::string m_section;
+    std::vector<Fact> m_facts;
 };
 
-Json describe(const Fact& fact)
-{
-    if (fact.isNumber) {
-        return Json::parse(utf8(fact.value));
-    }
-    const Json value = fact.value.empty() ? Json() : toJson(fact.value);
-    return fact.isPlace ? Json({{"path", value}, {"exists", fact.exists}}) : value;
-}
-
-Json describe(const std::vector<Section>& sections)
-{
-    Json all;
-    for (const Section& section : sections) {
-        for (const Fact& fact : section.facts) {
-            all[section.name][fact.name] = describe(fact);
-        }
-    }
-    return all;
-}
-
-/// For programs a name says its section too, since some are in several.
-void printTable(const std::vector<Section>& sections, const Layout& layout)
+/// What start-up asks for each name, and what it hears.
+void showOrigins(const Session& session, const std::vector<Origin>& origins)
 {
     Table table;
-    for (const Section& section : sections) {
-        table.addHeading(section.name);
-        for (const Fact& fact : section.facts) {
-            const bool missing = fact.isPlace && !fact.exists;
-            table.addRow({{layout.columns ? fact.name : section.name + '.' + fact.name, Style::name},
-                          {missing ? "missing" : "", Style::quiet},
-                          {fact.value.empty() ? "(none)" : shown(fact.value),
-                           missing || fact.value.empty() ? Style::quiet : Style::plain}});
-        }
+    Json json;
+    for (const auto& [name, source, value, problem, isUsed] : origins) {
+        table.addRow({{name, Style::name},
+                      {source},
+                      {isUsed ? "used" : problem, isUsed ? Style::good : Style::quiet},
+                      {shown(value), isUsed ? Style::plain : Style::quiet}});
+        json[name].push_back({{"source", source},
+                              {"value", value.empty() ? Json() : toJson(value)},
+                              {"problem", problem.empty() ? Json() : Json(problem)},
+                              {"used", isUsed}});
     }
-    table.print(layout);
+    session.has("--json") ? print(documentText(json)) : table.print(session.layout());
 }
-
-bool showJson = false;
 
 void show(Session& session)
 {
     const Installation installation(session);
-    const std::vector<Section> sections = Report(installation).sections();
-    if (showJson) {
-        printJson(describe(sections));
-    } else {
-        printTable(sections, session.layout());
+    if (session.has("--origin")) {
+        showOrigins(session, installation.origins());
+        return;
     }
+    const Report report(installation);
+    Table table;
+    Json json;
+    std::string last;
+    const Layout layout = session.layout();
+    for (const auto& [section, name, value, described, isMissing] : report.facts()) {
+        if (std::exchange(last, section) != section) {
+            table.addHeading(section);
+        }
+        table.addRow(
+            {{layout.columns ? name : section + '.' + name, Style::name}, // for programs, several are alike
+             {isMissing ? "missing" : "", Style::quiet},
+             {value.empty() ? "(none)" : shown(value),
+              isMissing || value.empty() ? Style::quiet : Style::plain}});
+        json[section][name] = described;
+    }
+    session.has("--json") ? print(documentText(json)) : table.print(layout);
 }
+
+const Command showCommand(
+    {"show", "[--origin] [--json]", "Show the names in use, and where folders, files and keys are",
+     "What does not exist is marked as missing. --origin prints what each source says: the\n"
+     "first with a name is used.",
+     show});
 
 } // namespace
-
-Command showCommand()
-{
-    return {"show",
-            "Show who the program is, and where its folders, files and registry keys are",
-            {jsonFlag(showJson)},
-            "What does not exist is marked as missing.",
-            show};
-}

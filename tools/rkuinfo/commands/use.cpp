@@ -1,4 +1,4 @@
-// rkuinfo use.
+// rkuinfo use and provision: the commands that record the names that options give.
 #include "commands/command.h"
 
 #include "model/value.h"
@@ -6,27 +6,62 @@
 
 namespace {
 
+using rkuinfo::Argument;
+
 void use(Session& session)
 {
     const Installation installation(session);
-    const Text language = installation.language();
-    const Text profile = installation.profile();
-    const auto record = [](const Text& key, const wchar_t* name, const Text& text) {
-        Key::make(key).set(textValue(rkuinfo::text(name), text));
+    const Text profiles = installation.path(TarvoConfig::eProfilesRoot);
+    const Text profile = rkuinfo::text(installation.profile().value());
+    const auto record = [](const Text& key, const wchar_t* name, const wchar_t* text) {
+        Key::make(key).set(textValue(rkuinfo::text(name), rkuinfo::text(text)));
     };
-    record(installation.companyRoot(), uinfo::currentProductValue, installation.product);
-    record(installation.path(TarvoConfig::eVersionRoot), uinfo::currentLanguageValue, language);
-    record(installation.path(TarvoConfig::eProfilesRoot), L"", profile);
-    print(shown(installation.product) + ' ' + shown(language) + ' ' + shown(profile));
+    record(installation.companyRoot, uinfo::currentProductValue, installation.product.value());
+    record(installation.path(TarvoConfig::eVersionRoot), uinfo::currentLanguageValue,
+           Argument(installation.language()));
+    record(profiles, L"", Argument(profile));
+    if (session.has("--profile")) {
+        Key::make(joinedKey(profiles, profile));
+    }
+    print(shown(utf8(installation.product.value())) + ' ' + utf8(installation.language()) + ' ' +
+          shown(profile));
 }
+
+/// Null stands for a name that is not given.
+const wchar_t* orNull(const Argument& text)
+{
+    const wchar_t* const name = text;
+    return name == nullptr || *name == 0 ? nullptr : name;
+}
+
+/// The only command that starts the library: the tree is what an application creates.
+void provision(Session& session)
+{
+    if (session.has("--program")) {
+        throw Failure("provision starts the library, which only knows the folder of its own program: run the "
+                      "rkuinfo in that folder",
+                      exitUsage);
+    }
+    const Argument company(utf16(session["--company"]));
+    const Argument product(utf16(session["--product"]));
+    const Argument profile(utf16(session["--profile"]));
+    const Argument language(Installation(session).language());
+    const TarvoConfig::Error error =
+        InitVelaConfig(orNull(company), orNull(product), language, orNull(profile));
+    if (error != TarvoConfig::eOk) {
+        throw Failure("start-up: " + make_error_code(error).message());
+    }
+    const Text root = rkuinfo::text(GetRegistryProductNameRootKey);
+    if (CreateConfigReg() != TarvoConfig::eOk) {
+        Key::make(root); // throws why
+        throw Failure(shown(root) + ": not created");
+    }
+    print(shown(root));
+}
+
+const Command useCommand("use", "", "Choose product, language and profile of the next start",
+                         "Those that no option names stay. A profile that does not exist is created.", use);
+const Command provisionCommand("provision", "", "Create the current user's tree, as an application does",
+                               "Starts the library, which records product, language and profile.", provision);
 
 } // namespace
-
-Command useCommand()
-{
-    return {"use",
-            "Make product, language and profile those of the next start",
-            {},
-            "What no option names stays. No other command but provision remembers what the options say.",
-            use};
-}

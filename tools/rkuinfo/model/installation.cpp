@@ -4,51 +4,60 @@
 #include "program/ini_files.h"
 #include "program/names.h"
 #include "store/codec.h"
-#include "text/print.h"
+#include "transfer/transfer.h"
 
 #include <windows.h>
 
 #include <io.h>
 
+#include <cstdlib>
 #include <memory>
 
 namespace {
 
 using rkuinfo::Argument;
+using uinfo::Source;
+
+constexpr const wchar_t* nowhere = L"Software\\\x1"; // a key that does not exist
 
 struct FreeModule
 {
     void operator()(HINSTANCE module) const { FreeLibrary(module); }
 };
 
-void readResources(LanguageState& state, const uinfo::Language& record)
+/// Whether a library's bytes have the directory of a resource in that language.
+bool hasLanguage(const std::string& library, const uinfo::Language& language)
+{
+    return library.find(std::string("\0\0\1\0", 4) + bytesOf(language.lcid)) != std::string::npos;
+}
+
+void readResources(LanguageState& state)
 {
     const Text library = joinedKey(state.folder, rkuinfo::text(uinfo::languageLibrary));
+    const std::string bytes = readSmallFile(nativePath(library)).value_or("");
+    if (bytes.empty()) {
+        return;
+    }
     const std::unique_ptr<HINSTANCE__, FreeModule> module(
         LoadLibraryExW(Argument(library), nullptr, LOAD_LIBRARY_AS_DATAFILE));
     wchar_t name[64] = {};
     state.hasResources = module != nullptr;
-    if (module && LoadStringW(module.get(), record.localNameId, name, 63) > 0) {
+    if (module && LoadStringW(module.get(), state.record.localNameId, name, 63) > 0) {
         state.localName = rkuinfo::text(name);
     }
-}
-
-LanguageState examineLanguage(const Text& program, const uinfo::Language& record, bool needsEntries)
-{
-    LanguageState state = {record, program + rkuinfo::text(record.shortName)};
-    state.installed = uinfo::installed(Argument(program), record, needsEntries);
-    state.hasEntry = uinfo::hasUninstallEntry(record);
-    if (state.installed != uinfo::Installed::noFolder) {
-        readResources(state, record);
+    for (const uinfo::Language& language : uinfo::languages) {
+        if (!hasLanguage(bytes, state.record) && hasLanguage(bytes, language)) {
+            state.other = utf8(language.shortName);
+        }
     }
-    return state;
 }
 
-Text readableFolder(const Session& session)
+Text checkedFolder(const Session& session)
 {
-    Text folder = session.program.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(session.program);
+    const std::string named = session["--program"];
+    const Text folder = named.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(named);
     if (folder.empty()) {
-        throw Failure("--program: '" + shown(utf16(session.program)) + "' is no folder", exitUsage);
+        throw Failure("'" + named + "' is not a folder", exitUsage);
     }
     if (const std::optional<Trouble> trouble = registryTrouble()) {
         throw Failure(trouble->problem + (trouble->remedy.empty() ? "" : "; " + trouble->remedy));
@@ -56,145 +65,128 @@ Text readableFolder(const Session& session)
     return folder;
 }
 
-Text checkedName(const uinfo::Choice& choice)
+uinfo::Choice checked(uinfo::Choice choice)
 {
     if (!choice.isMade()) {
-        throw Failure("--company and --product take at most 254 characters", exitUsage);
+        throw Failure("--company and --product have at most 254 characters", exitUsage);
     }
-    return rkuinfo::text(choice.value());
+    return choice;
 }
 
 std::string sourceName(const uinfo::Finding& finding)
 {
-    switch (finding.source) {
-    case uinfo::Source::argument:
-        return "the command line";
-    case uinfo::Source::registry:
-        return "the registry (" + utf8(finding.name) + ')';
-    case uinfo::Source::iniFile:
-        return utf8(uinfo::tarvoIni);
-    case uinfo::Source::builtIn:
-        break;
-    }
-    return "the default";
+    const std::string value =
+        finding.name == nullptr || *finding.name == 0 ? "default value" : utf8(finding.name);
+    return finding.source == Source::argument   ? "the command line"
+           : finding.source == Source::registry ? "the registry (" + value + ')'
+           : finding.source == Source::iniFile  ? utf8(uinfo::tarvoIni) + " (" + value + ')'
+                                                : "the default";
+}
+
+std::string problemOf(uinfo::Answer answer)
+{
+    constexpr const char* words[] = {
+        "",           "absent",         "empty",        "too long", "of another type",
+        "unreadable", "not a language", "not installed"};
+    return words[static_cast<std::size_t>(answer)];
 }
 
 } // namespace
+
+std::string Session::commandLine(const std::string& words) const
+{
+    std::string line = "rkuinfo ";
+    for (const char* const option : {"--program", "--company", "--product", "--language", "--profile"}) {
+        line += has(option) ? std::string(option) + ' ' + shown(shellWord((*this)[option])) + ' ' : "";
+    }
+    return line + words;
+}
+
+Layout Session::layout() const
+{
+    const std::optional<std::size_t> terminal = terminalColumns();
+    const char* const off = std::getenv("NO_COLOR");
+    const char* const kind = std::getenv("TERM");
+    const bool isPlain =
+        (off != nullptr && *off != 0) || (kind != nullptr && std::string_view(kind) == "dumb");
+    const std::string when = (*this)["--color"];
+    return {has("--columns") ? std::optional<std::size_t>(std::stoul((*this)["--columns"])) : terminal,
+            when == "always" || (when != "never" && terminal && !isPlain)};
+}
 
 bool exists(const Text& path)
 {
     return !path.empty() && _waccess(Argument(path), 0) == 0;
 }
 
-std::string LanguageState::name() const
-{
-    return utf8(record.shortName);
-}
-
 std::string LanguageState::whyNot() const
 {
-    switch (installed) {
-    case uinfo::Installed::yes:
-        break;
-    case uinfo::Installed::noFolder:
-        return "no folder";
-    case uinfo::Installed::emptyFolder:
-        return "empty folder";
-    case uinfo::Installed::noEntry:
-        return "no uninstall entry";
-    }
-    return "";
+    constexpr const char* words[] = {"", "no folder", "empty folder", "no uninstall entry"};
+    return words[static_cast<std::size_t>(installed)];
 }
 
 Installation::Installation(const Session& session)
-    : folder(readableFolder(session)),
-      m_folder(folder),
-      m_names{utf16(session.company), utf16(session.product), utf16(session.language),
-              utf16(session.profile)},
-      companyChoice(uinfo::chooseCompany(m_names.company, m_folder)),
-      company(checkedName(companyChoice)),
-      productChoice(uinfo::chooseProduct(m_names.product, Argument(companyRoot()), m_folder)),
-      product(checkedName(productChoice)),
-      needsEntries(uinfo::isDefaultProduct(companyChoice.value(), productChoice.value())),
-      languageChoice(
-          uinfo::chooseLanguage(m_names.language, Argument(versionRoot()), m_folder, needsEntries)),
+    : m_session(session),
+      m_folder(checkedFolder(session)),
+      m_companyName(utf16(session["--company"])),
+      m_productName(utf16(session["--product"])),
+      m_languageName(utf16(session["--language"])),
+      m_profileName(utf16(session["--profile"])),
+      folder(rkuinfo::text(m_folder)),
+      company(checked(uinfo::chooseCompany(m_companyName, m_folder))),
+      companyRoot(composed([this](auto& key) { return uinfo::appendCompanyRoot(key, company.value()); })),
+      product(checked(uinfo::chooseProduct(m_productName, Argument(companyRoot), m_folder))),
+      needsEntries(uinfo::isDefaultProduct(company.value(), product.value())),
+      wanted(uinfo::chooseLanguage(m_languageName, Argument(path(TarvoConfig::eVersionRoot)), m_folder,
+                                   needsEntries)),
       preferred(uinfo::preferredLanguage(m_folder, needsEntries))
 {
     for (const uinfo::Language& record : uinfo::languages) {
-        languages.push_back(examineLanguage(folder, record, needsEntries));
+        LanguageState state = {record, folder + rkuinfo::text(record.shortName),
+                               uinfo::installed(m_folder, record, needsEntries)};
+        state.hasEntry = uinfo::hasUninstallEntry(record);
+        readResources(state);
+        languages.push_back(std::move(state));
     }
 }
 
 std::string Installation::whyNotWanted() const
 {
-    const uinfo::Finding& decision = languageChoice.decision();
-    const std::string names = ", which " + sourceName(decision) + " names, is ";
-    switch (decision.answer) {
-    case uinfo::Answer::notALanguage:
-        return '\'' + shown(wanted()) + '\'' + names + "none of the fifteen languages";
-    case uinfo::Answer::notInstalled: {
-        const LanguageState& state = languages[static_cast<std::size_t>(languageChoice.language)];
-        return state.name() + names + "not installed: " + state.whyNot();
+    const std::string which =
+        utf8(wanted.value()) + ", which " + sourceName(wanted.decision()) + " names, is ";
+    return wanted.decision().answer == uinfo::Answer::notALanguage
+               ? which + "not one of the fifteen languages"
+           : wanted.decision().answer == uinfo::Answer::notInstalled
+               ? which + "not installed: " + languages[static_cast<std::size_t>(wanted.language)].whyNot()
+               : "";
+}
+
+std::string Installation::whyNone() const
+{
+    std::string why;
+    for (const LanguageState& state : languages) {
+        if (state.installed != uinfo::Installed::noFolder) {
+            why += (why.empty() ? ": " : ", ") + state.name() + " has " + state.whyNot();
+        }
     }
-    default:
-        return "";
-    }
+    return "no language is installed in " + utf8(folder) +
+           (why.empty() ? ": it has no language's folder" : why);
 }
 
 const LanguageState& Installation::chosenLanguage() const
 {
     if (preferred == uinfo::unknownLanguage) {
-        throw Failure("no language is installed in " + shown(folder));
+        throw Failure(whyNone());
     }
     if (const std::string why = whyNotWanted(); !why.empty()) {
         throw Failure(why + "; name an installed language with --language");
     }
-    return languages[static_cast<std::size_t>(languageChoice.isMade() ? languageChoice.language : preferred)];
+    return languages[static_cast<std::size_t>(wanted.isMade() ? wanted.language : preferred)];
 }
 
-Text Installation::language() const
+uinfo::Choice Installation::profile() const
 {
-    return rkuinfo::text(chosenLanguage().record.shortName);
-}
-
-void Installation::throwTooLong()
-{
-    throw Failure("name too long: the names make a path of more than 1023 characters", exitUsage);
-}
-
-Text Installation::companyRoot() const
-{
-    return composed([this](auto& key) { return uinfo::appendCompanyRoot(key, companyChoice.value()); });
-}
-
-Text Installation::productRoot() const
-{
-    return composed([this](auto& key) {
-        return uinfo::appendProductRoot(key, Argument(companyRoot()), productChoice.value());
-    });
-}
-
-Text Installation::versionRoot() const
-{
-    return composed([this](auto& key) { return uinfo::appendVersionRoot(key, Argument(productRoot())); });
-}
-
-Text Installation::path(TarvoConfig::Path subtree) const
-{
-    const Argument root(productRoot()), version(versionRoot());
-    if (subtree == TarvoConfig::eCurrentProfile) {
-        return composed([this](auto& key) {
-            return key.append(Argument(path(TarvoConfig::eProfilesRoot))) &&
-                   uinfo::appendProfile(key, profileChoice().value());
-        });
-    }
-    const Argument name(subtree > TarvoConfig::eVersionRoot ? language() : Text());
-    return composed([&](auto& key) { return uinfo::appendSubtree(key, subtree, {root, version, name}); });
-}
-
-uinfo::Choice Installation::profileChoice() const
-{
-    return uinfo::chooseProfile(m_names.profile, Argument(path(TarvoConfig::eProfilesRoot)));
+    return uinfo::chooseProfile(m_profileName, Argument(path(TarvoConfig::eProfilesRoot)));
 }
 
 uinfo::Choice Installation::storedProfile() const
@@ -202,30 +194,78 @@ uinfo::Choice Installation::storedProfile() const
     return uinfo::chooseProfile(nullptr, Argument(path(TarvoConfig::eProfilesRoot)));
 }
 
+Text Installation::path(TarvoConfig::Path subtree) const
+{
+    const Argument root(composed(
+        [this](auto& key) { return uinfo::appendProductRoot(key, Argument(companyRoot), product.value()); }));
+    const Argument version(composed([&](auto& key) { return uinfo::appendVersionRoot(key, root); }));
+    if (subtree == TarvoConfig::eCurrentProfile) {
+        return composed([this](auto& key) {
+            return key.append(Argument(path(TarvoConfig::eProfilesRoot))) &&
+                   uinfo::appendProfile(key, profile().value());
+        });
+    }
+    const Argument name(subtree > TarvoConfig::eVersionRoot ? language() : Text());
+    return composed([&](auto& key) { return uinfo::appendSubtree(key, subtree, {root, version, name}); });
+}
+
+std::vector<Origin> Installation::origins() const
+{
+    std::vector<Origin> all;
+    // Each source is asked while those before it have nothing to say.
+    const auto ask = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
+                         const auto& choose) {
+        for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {
+            const auto choice = choose(source == Source::argument ? given : nullptr,
+                                       Argument(source <= Source::registry ? root : rkuinfo::text(nowhere)),
+                                       Argument(source <= Source::iniFile ? folder : Text()));
+            const uinfo::Finding* last = nullptr; // of this source
+            for (const uinfo::Finding& finding : choice.findings()) {
+                last = finding.source == source ? &finding : last;
+            }
+            if (last != nullptr) {
+                all.push_back({name, sourceName(*last),
+                               last == &choice.decision() ? rkuinfo::text(choice.value()) : Text(),
+                               problemOf(last->answer),
+                               last->answer == uinfo::Answer::chosen && source == used.decision().source});
+            }
+        }
+    };
+    ask("company", company, m_companyName, {}, [](auto* given, const auto& /*root*/, const auto& program) {
+        return uinfo::chooseCompany(given, program);
+    });
+    ask("product", product, m_productName, companyRoot, uinfo::chooseProduct);
+    ask("language", wanted, m_languageName, path(TarvoConfig::eVersionRoot),
+        [this](auto* given, const auto& root, const auto& program) {
+            return uinfo::chooseLanguage(given, root, program, needsEntries);
+        });
+    if (preferred != uinfo::unknownLanguage && whyNotWanted().empty()) {
+        ask("profile", profile(), m_profileName, path(TarvoConfig::eProfilesRoot),
+            [](auto* given, const auto& root, const auto& /*program*/) {
+                return uinfo::chooseProfile(given, root);
+            });
+    }
+    return all;
+}
+
 std::optional<Text> Installation::storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const
 {
     const Text whole = joinedKey(path(subtree), rkuinfo::text(valuePath));
-    const std::size_t end = whole.rfind(Text::value_type('\\'));
-    const auto key = uinfo::RegistryKey::open(HKEY_CURRENT_USER, Argument(whole.substr(0, end)), KEY_READ);
+    const auto key = uinfo::RegistryKey::open(HKEY_CURRENT_USER, Argument(parentKey(whole)), KEY_READ);
     VelaVariant value;
-    const auto read = key ? uinfo::readValueFromKey(key.get(), Argument(whole.substr(end + 1)), value)
-                          : TarvoConfig::eNotFound;
+    const auto read =
+        key ? uinfo::readValueFromKey(key.get(), Argument(lastName(whole)), value) : TarvoConfig::eNotFound;
     uinfo::PathBuffer stored;
     return uinfo::assignStoredPath(stored, read, value) ? std::optional(rkuinfo::text(stored.text()))
                                                         : std::nullopt;
 }
 
-Text Installation::iniFile(const wchar_t* file) const
+Text Installation::iniText(const wchar_t* file, const wchar_t* section, const wchar_t* key) const
 {
-    return folder + rkuinfo::text(file);
-}
-
-Text Installation::iniText(const wchar_t* file, const wchar_t* section, const wchar_t* key,
-                           unsigned long capacity) const
-{
-    wchar_t out[1024] = {};
-    const bool isRead = uinfo::readIniText(m_folder, section, key, out, capacity, file) == TarvoConfig::eOk;
-    return isRead ? rkuinfo::text(out) : Text();
+    wchar_t out[256] = {};
+    return uinfo::readIniText(m_folder, section, key, out, 256, file) == TarvoConfig::eOk
+               ? rkuinfo::text(out)
+               : Text();
 }
 
 Text Installation::commandPrefix() const

@@ -1,105 +1,112 @@
-// An application's folder and the user's part of the registry: who the application would be, found out
-// without starting the library, which would record it, ask in a message box, and knows the process's own
-// folder only.
+// An application's folder and the user's part of the registry: the names that start-up would choose, found
+// out without starting the library, which would record them, ask in a message box, and only knows the
+// process's own folder.
 #pragma once
 
 #include "model/registry.h"
-#include "model/session.h"
 #include "program/choices.h"
 #include "program/layout.h"
+#include "text/table.h"
 
 #include <RkUInfo.h>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
+
+/// What the command line says.
+struct Session
+{
+    std::map<std::string, std::string, std::less<>> given; ///< by the names of the table of words and options
+    int exitCode = 0;
+
+    bool has(std::string_view name) const { return given.contains(name); }
+    /// Empty when it is not given.
+    std::string operator[](std::string_view name) const { return has(name) ? given.find(name)->second : ""; }
+    /// A command line of this program for the same installation: "rkuinfo --company Acme doctor". The words
+    /// are quoted for a shell already.
+    std::string commandLine(const std::string& words) const;
+    Layout layout() const;
+};
 
 struct LanguageState
 {
     const uinfo::Language& record;
     Text folder;
-    uinfo::Installed installed = uinfo::Installed::noFolder;
+    uinfo::Installed installed;
     bool hasEntry = false;                        ///< of its installer, which only the default product needs
     bool hasResources = false;                    ///< its library can be read
     std::optional<Text> localName = std::nullopt; ///< in the language itself
+    std::string other = {}; ///< the language that its library is of, if it is another one
 
-    std::string name() const;
-    bool isInstalled() const { return installed == uinfo::Installed::yes; }
+    std::string name() const { return utf8(record.shortName); }
     /// Empty for an installed language.
     std::string whyNot() const;
 };
 
+/// What a source says about a name when it is asked alone.
+struct Origin
+{
+    std::string name; ///< company, product, language or profile
+    std::string source;
+    Text value;
+    std::string problem; ///< empty for a name that start-up accepts
+    bool isUsed;
+};
+
 class Installation
 {
-    struct Names // as the command line has them, and what the choices point to
-    {
-        rkuinfo::Argument company, product, language, profile;
-    };
+    const Session& m_session;
+    const rkuinfo::Argument m_folder, m_companyName, m_productName, m_languageName, m_profileName;
 
 public:
     /// Throws for a folder that does not exist, a name that is too long, and a registry that cannot be read.
+    /// The session has to outlive it.
     explicit Installation(const Session& session);
     Installation(const Installation&) = delete;
     Installation& operator=(const Installation&) = delete;
 
-    /// What a key path or a file path function of the library's composes; throws if the result does not fit.
-    template <typename Compose>
-    static Text composed(Compose compose)
+    /// What a function of the library composes; throws if the result does not fit.
+    static Text composed(const auto& compose)
     {
         uinfo::PathBuffer path;
         if (!compose(path)) {
-            throwTooLong();
+            throw Failure("the names make a path of more than 1023 characters", exitUsage);
         }
         return rkuinfo::text(path.text());
     }
 
     const Text folder; ///< with a backslash at its end
-
-private:
-    const rkuinfo::Argument m_folder;
-    const Names m_names;
-
-public:
-    const uinfo::Choice companyChoice;
-    const Text company;
-    const uinfo::Choice productChoice;
-    const Text product;
+    const uinfo::Choice company;
+    const Text companyRoot; ///< its key
+    const uinfo::Choice product;
     const bool needsEntries; ///< the default product
-    const uinfo::LanguageChoice languageChoice;
+    const uinfo::LanguageChoice wanted;
     const std::int32_t preferred;         ///< the installed language that start-up would propose
     std::vector<LanguageState> languages; ///< all fifteen, by index
 
-    /// The language that start-up would choose; empty if nothing names one.
-    Text wanted() const { return rkuinfo::text(languageChoice.value()); }
     /// Why the wanted language cannot be chosen; empty if it can, or if none is wanted.
     std::string whyNotWanted() const;
-    /// The language that start-up chooses; throws where it would ask, or terminate the process.
+    /// Why no language is installed.
+    std::string whyNone() const;
+    /// The language that start-up chooses or proposes; throws if there is none.
     const LanguageState& chosenLanguage() const;
-    Text language() const;
-
-    Text companyRoot() const;
+    Text language() const { return rkuinfo::text(chosenLanguage().record.shortName); }
+    uinfo::Choice profile() const;
+    /// The profile that the next start uses without an option; its source is the default if none is stored.
+    uinfo::Choice storedProfile() const;
     Text path(TarvoConfig::Path subtree) const;
 
-    /// Throws where no language is chosen.
-    uinfo::Choice profileChoice() const;
-    /// The profile that the registry names; its source is the default if it names none.
-    uinfo::Choice storedProfile() const;
-    Text profile() const { return rkuinfo::text(profileChoice().value()); }
+    /// In the order in which start-up asks them.
+    std::vector<Origin> origins() const;
 
     /// A path that is stored as a setting, empty if an application cannot use it; nothing if none is stored.
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
-
     /// An entry of an INI file in the folder, at most capacity - 2 characters.
-    Text iniText(const wchar_t* file, const wchar_t* section, const wchar_t* key,
-                 unsigned long capacity) const;
-    Text iniFile(const wchar_t* file) const;
+    Text iniText(const wchar_t* file, const wchar_t* section, const wchar_t* key) const;
     /// Empty unless product.ini has both numbers.
     Text commandPrefix() const;
-
-private:
-    [[noreturn]] static void throwTooLong();
-    Text productRoot() const;
-    Text versionRoot() const;
 };
 
 bool exists(const Text& path);

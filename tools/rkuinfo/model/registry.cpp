@@ -1,7 +1,6 @@
 #include "model/registry.h"
 
 #include "model/system.h"
-#include "text/print.h"
 
 #include <algorithm>
 
@@ -20,124 +19,108 @@ struct Reason
 
 constexpr Reason reasons[] = {
     {ERROR_FILE_NOT_FOUND, "not found", ""},
-    {ERROR_ACCESS_DENIED, "access is denied", "give the user the right to it"},
-    {ERROR_NOT_ENOUGH_MEMORY, "there is no memory", "end other programs"},
-    {ERROR_INVALID_PARAMETER, "the name is not possible", "choose another one"},
-    {ERROR_DISK_FULL, "the disk is full", "make room on it"},
-    {ERROR_LOCK_FAILED, "another process keeps it from writing", "end that one, or try again"},
-    {ERROR_FILE_TOO_LARGE, "its file may not grow further", "raise the limit of a file's size"},
-    {ERROR_BADDB, "the registry is damaged or of another format",
-     "move it away: the next start makes a new one"},
-    {ERROR_CANTOPEN, "it cannot be opened", "look for its folder and the rights to it"},
-    {ERROR_CANTWRITE, "it cannot be written", "look for room and for the rights to its folder"},
-    {ERROR_REGISTRY_CORRUPT, "the registry is damaged", "move it away: the next start makes a new one"},
-    {ERROR_REGISTRY_IO_FAILED, "the registry cannot be read or written", "look for a fault of the disk"},
+    {ERROR_ACCESS_DENIED, "access is denied", "give the user access to it"},
+    {ERROR_NOT_ENOUGH_MEMORY, "out of memory", "close other programs"},
+    {ERROR_INVALID_PARAMETER, "the name is not allowed", "choose another name"},
+    {ERROR_DISK_FULL, "the disk is full", "free space on it"},
+    {ERROR_LOCK_FAILED, "locked by another process", "close that process, or try again"},
+    {ERROR_FILE_TOO_LARGE, "its file may not grow further", "raise the limit for the size of a file"},
+    {ERROR_BADDB, "the registry is of a newer version of RkUInfo, or not a registry",
+     "use the rkuinfo of that version"},
+    {ERROR_CANTOPEN, "it cannot be opened", "check its folder and the permissions of it"},
+    {ERROR_CANTWRITE, "it cannot be written", "check the free space and the permissions of its folder"},
+    {ERROR_REGISTRY_CORRUPT, "the registry is damaged", "save what can be read with export --salvage"},
+    {ERROR_REGISTRY_IO_FAILED, "the registry cannot be read or written", "check the disk"},
     {ERROR_KEY_DELETED, "another process has removed it", "try again"},
-    {ERROR_NO_SYSTEM_RESOURCES, "the system is short of resources", "end other programs"},
-    {ERROR_TOO_MANY_OPEN_FILES, "the process has too many files open", "end other programs"},
+    {ERROR_NO_SYSTEM_RESOURCES, "the system is short of resources", "close other programs"},
+    {ERROR_TOO_MANY_OPEN_FILES, "the process has too many files open", "close other programs"},
 };
 
-Trouble trouble(LSTATUS status, const std::string& key)
+/// Throws for a status other than success, with what it means.
+void require(LSTATUS status, const Text& path)
+{
+    if (status != ERROR_SUCCESS) {
+        const Trouble found = trouble(status, userRoot + ('\\' + utf8(path)));
+        throw Failure(found.problem + (found.remedy.empty() ? "" : "; " + found.remedy));
+    }
+}
+
+} // namespace
+
+Trouble trouble(LSTATUS status, const std::string& subject)
 {
     const auto* const found = std::ranges::find(reasons, status, &Reason::status);
     const bool isKnown = found != std::end(reasons);
-    return {key + ": " + (isKnown ? std::string(found->words) + ", " : "") + "error " +
+    return {subject + ": " + (isKnown ? std::string(found->words) + ", " : "") + "error " +
                 std::to_string(status) + registryPlace(),
             isKnown ? found->remedy : ""};
 }
 
-[[noreturn]] void refuseAt(LSTATUS status, const Text& path)
-{
-    const Trouble told = trouble(status, userRoot + ('\\' + shown(path)));
-    throw Failure(told.problem + (told.remedy.empty() ? "" : "; " + told.remedy));
-}
-
-Text joined(const Text& key, const Text& name)
-{
-    return name.empty() ? key : joinedKey(key, name);
-}
-
-/// The keys that a command goes down may each have a path of any length, but for the one that it names.
-std::optional<HKEY> open(HKEY parent, const Text& name, unsigned long access, const Text& told)
+std::optional<Key> Key::open(HKEY parent, const Text& name, unsigned long access, Text path)
 {
     HKEY key = nullptr;
     const LSTATUS status = RegOpenKeyExW(parent, Argument(name), 0, static_cast<REGSAM>(access), &key);
     if (status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND) {
         return std::nullopt;
     }
-    if (status != ERROR_SUCCESS) {
-        refuseAt(status, told);
-    }
-    return key;
-}
-
-} // namespace
-
-void Key::refuse(LSTATUS status) const
-{
-    refuseAt(status, m_path);
+    require(status, path);
+    return Key(key, std::move(path));
 }
 
 std::optional<Key> Key::find(const Text& path, unsigned long access)
 {
-    const std::optional<HKEY> key = open(HKEY_CURRENT_USER, path, access, path);
-    return key ? std::optional(Key(*key, path)) : std::nullopt;
+    return open(HKEY_CURRENT_USER, path, access, path);
 }
 
 Key Key::make(const Text& path)
 {
     HKEY key = nullptr;
-    const LSTATUS status =
-        RegCreateKeyExW(HKEY_CURRENT_USER, Argument(path), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                        KEY_READ | KEY_WRITE, nullptr, &key, nullptr);
-    if (status != ERROR_SUCCESS) {
-        refuseAt(status, path);
-    }
+    require(RegCreateKeyExW(HKEY_CURRENT_USER, Argument(path), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                            KEY_READ | KEY_WRITE, nullptr, &key, nullptr),
+            path);
     return {key, path};
 }
 
 std::optional<Key> Key::below(const Text& name) const
 {
-    const std::optional<HKEY> key = open(m_key.get(), name, KEY_READ, joined(m_path, name));
-    return key ? std::optional(Key(*key, joined(m_path, name))) : std::nullopt;
+    return open(m_key.get(), name, KEY_READ, joinedKey(m_path, name));
 }
 
-std::vector<Text> Key::keys() const
+template <typename Call, typename Visit>
+void Key::enumerate(Call call, std::size_t longest, Losses* losses, const Visit& visit) const
+{
+    constexpr std::size_t mostLosses = 1000; // of a store where nothing can be read
+    std::vector<wchar_t> name(longest);      // with its terminator
+    for (DWORD index = 0; losses == nullptr || losses->size() < mostLosses; ++index) {
+        auto length = static_cast<DWORD>(longest);
+        const LSTATUS status =
+            call(m_key.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
+        if (status == ERROR_NO_MORE_ITEMS) {
+            return;
+        }
+        guard(losses, [&] {
+            require(status, m_path);
+            visit(rkuinfo::text(name.data()));
+        });
+    }
+}
+
+std::vector<Text> Key::keys(Losses* losses) const
 {
     std::vector<Text> names;
-    std::vector<wchar_t> name(257); // the longest that there is, terminator counted
-    for (DWORD index = 0;; ++index) {
-        auto length = static_cast<DWORD>(name.size());
-        const LSTATUS status =
-            RegEnumKeyExW(m_key.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
-        if (status == ERROR_NO_MORE_ITEMS) {
-            return names;
-        }
-        if (status != ERROR_SUCCESS) {
-            refuse(status);
-        }
-        names.push_back(rkuinfo::text(name.data()));
-    }
+    enumerate(RegEnumKeyExW, 257, losses, [&](const Text& name) { names.push_back(name); });
+    return names;
 }
 
-std::vector<Value> Key::values() const
+std::vector<Value> Key::values(Losses* losses) const
 {
     std::vector<Value> values;
-    std::vector<wchar_t> name(16384); // the longest that there is, terminator counted
-    for (DWORD index = 0;; ++index) {
-        auto length = static_cast<DWORD>(name.size());
-        const LSTATUS status =
-            RegEnumValueW(m_key.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
-        if (status == ERROR_NO_MORE_ITEMS) {
-            return values;
-        }
-        if (status != ERROR_SUCCESS) {
-            refuse(status);
-        }
-        if (std::optional<Value> found = value(rkuinfo::text(name.data()))) {
+    enumerate(RegEnumValueW, 16384, losses, [&](const Text& name) {
+        if (std::optional<Value> found = value(name)) {
             values.push_back(std::move(*found));
         }
-    }
+    });
+    return values;
 }
 
 std::optional<Value> Key::value(const Text& name) const
@@ -147,7 +130,7 @@ std::optional<Value> Key::value(const Text& name) const
     DWORD type = REG_NONE;
     DWORD size = 0;
     LSTATUS status = RegQueryValueExW(m_key.get(), argument, nullptr, &type, nullptr, &size);
-    do { // until another process leaves it as long as it was
+    do { // until no other process changes its length in between
         value.data.resize(size);
         if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
             BYTE none = 0;
@@ -158,9 +141,7 @@ std::optional<Value> Key::value(const Text& name) const
     if (status == ERROR_FILE_NOT_FOUND) {
         return std::nullopt;
     }
-    if (status != ERROR_SUCCESS) {
-        refuse(status);
-    }
+    require(status, joinedKey(m_path, name));
     value.data.resize(size);
     value.type = type;
     return value;
@@ -168,54 +149,37 @@ std::optional<Value> Key::value(const Text& name) const
 
 void Key::set(const Value& value) const
 {
-    const LSTATUS status = RegSetValueExW(
-        m_key.get(), Argument(value.name), 0, static_cast<DWORD>(value.type),
-        reinterpret_cast<const BYTE*>(value.data.data()), static_cast<DWORD>(value.data.size()));
-    if (status != ERROR_SUCCESS) {
-        refuse(status);
-    }
+    require(RegSetValueExW(m_key.get(), Argument(value.name), 0, static_cast<DWORD>(value.type),
+                           reinterpret_cast<const BYTE*>(value.data.data()),
+                           static_cast<DWORD>(value.data.size())),
+            joinedKey(m_path, value.name));
 }
 
 bool Key::removeValue(const Text& name) const
 {
     const LSTATUS status = RegDeleteValueW(m_key.get(), Argument(name));
-    if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) {
-        refuse(status);
-    }
+    require(status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status, joinedKey(m_path, name));
     return status == ERROR_SUCCESS;
 }
 
 void Key::removeKey(const Text& name) const
 {
-    const LSTATUS status = RegDeleteTreeW(m_key.get(), Argument(name));
-    if (status != ERROR_SUCCESS) {
-        refuseAt(status, joined(m_path, name));
-    }
+    require(RegDeleteTreeW(m_key.get(), Argument(name)), joinedKey(m_path, name));
 }
 
 std::optional<Trouble> registryTrouble()
 {
-    const std::pair<HKEY, const char*> roots[] = {{HKEY_CURRENT_USER, userRoot},
-                                                  {HKEY_LOCAL_MACHINE, "HKEY_LOCAL_MACHINE"}};
-    for (const auto& [root, name] : roots) {
+    for (HKEY const root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
         HKEY key = nullptr;
         const LSTATUS status = RegOpenKeyExW(root, L"Software", 0, KEY_READ, &key);
-        if (status == ERROR_SUCCESS) {
-            RegCloseKey(key);
-        } else if (status != ERROR_FILE_NOT_FOUND) {
-            return trouble(status, name);
+        if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) {
+            Trouble found = trouble(status, root == HKEY_CURRENT_USER ? userRoot : "HKEY_LOCAL_MACHINE");
+            if (status == ERROR_REGISTRY_CORRUPT) { // nothing can be read
+                found.remedy = "put a backup in its place, or move it away: the next start creates a new one";
+            }
+            return found;
         }
+        RegCloseKey(key);
     }
     return std::nullopt;
-}
-
-bool machineValueExists(const Text& key, const wchar_t* name)
-{
-    HKEY opened = nullptr;
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, Argument(key), 0, KEY_READ, &opened) != ERROR_SUCCESS) {
-        return false;
-    }
-    const LSTATUS status = RegQueryValueExW(opened, name, nullptr, nullptr, nullptr, nullptr);
-    RegCloseKey(opened);
-    return status == ERROR_SUCCESS;
 }

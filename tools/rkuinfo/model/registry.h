@@ -1,8 +1,8 @@
-// The current user's registry by its own calls: they tell why something is refused, which the library does
+// The current user's registry by its own calls: they return why something is refused, which the library does
 // not.
 //
-// What a command shows it reads here, without starting the library: start-up remembers in the registry what
-// it chose, and looking must change nothing, not even when it is ended in between or run twice at a time.
+// Commands that look read the registry here, without starting the library: start-up records in the registry
+// what it chose, and looking must change nothing, even when it is interrupted or run twice at a time.
 #pragma once
 
 #include "text/text.h"
@@ -21,30 +21,45 @@ struct Value
     Text name;
     unsigned long type = REG_NONE;
     std::string data;
-
-    bool sameData(const Value& other) const { return type == other.type && data == other.data; }
 };
+
+/// What could not be read, and why.
+using Losses = std::vector<std::string>;
+
+/// Reads something; with losses, appends to them why it cannot be read instead of throwing it.
+template <typename Read>
+void guard(Losses* losses, const Read& read)
+{
+    try {
+        read();
+    } catch (const Failure& failure) {
+        if (losses == nullptr) {
+            throw;
+        }
+        losses->push_back(failure.what());
+    }
+}
 
 /// A key of the current user. Every operation throws the system's reason when it is refused.
 class Key
 {
 public:
     static std::optional<Key> find(const Text& path, unsigned long access = KEY_READ);
-    /// Opened for writing; made with everything above it.
+    /// Opens a key for writing; creates it with everything above it.
     static Key make(const Text& path);
 
-    /// In the system's order.
-    std::vector<Text> keys() const;
-    std::vector<Value> values() const;
+    /// The names of the keys right below. With losses, appends to them instead of throwing, and continues.
+    std::vector<Text> keys(Losses* losses = nullptr) const;
+    std::vector<Value> values(Losses* losses = nullptr) const;
     std::optional<Value> value(const Text& name) const;
 
     void set(const Value& value) const;
-    /// False when there is none.
+    /// Returns false when there is no such value.
     bool removeValue(const Text& name) const;
-    /// With everything below it.
+    /// Removes a key right below this one with everything below it.
     void removeKey(const Text& name) const;
 
-    /// A key right below this one.
+    /// Opens a key right below this one.
     std::optional<Key> below(const Text& name) const;
 
 private:
@@ -54,19 +69,20 @@ private:
     };
 
     Key(HKEY key, Text path) : m_key(key), m_path(std::move(path)) {}
-    [[noreturn]] void refuse(LSTATUS status) const;
+    template <typename Call, typename Visit>
+    void enumerate(Call call, std::size_t longest, Losses* losses, const Visit& visit) const;
+    static std::optional<Key> open(HKEY parent, const Text& name, unsigned long access, Text path);
 
     std::unique_ptr<std::remove_pointer_t<HKEY>, Close> m_key;
     Text m_path;
 };
 
-/// Why one of the two roots cannot be opened, and the remedy; empty when both can.
 struct Trouble
 {
     std::string problem;
     std::string remedy;
 };
+/// Why one of the two roots cannot be opened; nothing when both can.
 std::optional<Trouble> registryTrouble();
-
-/// Whether the machine's part has a value.
-bool machineValueExists(const Text& key, const wchar_t* name);
+/// What a status of the registry means, and where the registry is.
+Trouble trouble(LSTATUS status, const std::string& subject);

@@ -1,14 +1,27 @@
 #include "model/system.h"
 
+#include "model/registry.h"
+#include "text/text.h"
+
 #include <winhost/changes.h>
 
-#include <fcntl.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+std::string registryFolder()
+{
+    return userFolder(false) + "/winhost";
+}
+
+} // namespace
 
 Console::Console() = default;
 Console::~Console() = default;
@@ -19,7 +32,7 @@ std::optional<std::size_t> terminalColumns()
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) {
         return std::nullopt;
     }
-    constexpr std::size_t usual = 80; // for a terminal that does not tell
+    constexpr std::size_t usual = 80; // of a terminal that does not report it
     return size.ws_col > 0 ? size.ws_col : usual;
 }
 
@@ -48,33 +61,89 @@ std::string nativePath(const Text& path)
     return name;
 }
 
-bool isBarred(const Text& path)
+std::string shellWord(const std::string& word)
 {
-    return access(nativePath(path).c_str(), R_OK) != 0 && errno == EACCES;
+    constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.,:/@%";
+    if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) {
+        return word;
+    }
+    std::string out = "'";
+    for (const char each : word) {
+        out += each == '\'' ? "'\\''" : std::string(1, each);
+    }
+    return out + '\'';
 }
 
-bool makeFile(const std::filesystem::path& path)
+std::string userFolder(bool isRoaming)
 {
-    constexpr mode_t byMask = 0666;
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, byMask);
-    return file >= 0 && close(file) == 0;
+    const char* const folder = std::getenv(isRoaming ? "XDG_CONFIG_HOME" : "XDG_DATA_HOME");
+    const char* const home = std::getenv("HOME");
+    return folder != nullptr && *folder == '/'
+               ? folder
+               : std::string(home != nullptr ? home : "") + (isRoaming ? "/.config" : "/.local/share");
 }
 
 std::string registryPlace()
 {
-    const char* const data = std::getenv("XDG_DATA_HOME");
-    const char* const home = std::getenv("HOME");
-    const std::string folder =
-        data != nullptr && *data == '/' ? data : std::string(home != nullptr ? home : "") + "/.local/share";
-    return ", in " + folder + "/winhost";
+    return ", in " + registryFolder();
 }
 
-bool RegistryTransaction::begin()
+std::optional<Trouble> writeTrouble(const Text& /*key*/)
 {
-    return winhostBeginRegistryChanges() == ERROR_SUCCESS;
+    std::string folder = registryFolder();
+    std::vector<std::string> needed;
+    for (const char* const end : {"", "-wal", "-shm"}) {
+        needed.push_back(folder + "/registry.db" + end);
+    }
+    while (folder.size() > 1 && access(folder.c_str(), F_OK) != 0) {
+        folder.erase(std::max<std::size_t>(folder.rfind('/'), 1)); // it would be created there
+    }
+    needed.push_back(folder);
+    for (const std::string& file : needed) {
+        struct stat found = {};
+        if (stat(file.c_str(), &found) != 0) {
+            continue;
+        }
+        const int failure = access(file.c_str(), W_OK) == 0 ? 0 : errno;
+        const bool isOthers = found.st_uid != geteuid() && file.starts_with(registryFolder());
+        if (isOthers || (failure != 0 && failure != EROFS && found.st_uid != geteuid())) {
+            return Trouble{file + " belongs to another user, number " + std::to_string(found.st_uid),
+                           "give it to this user: sudo chown -R " + std::to_string(geteuid()) + ' ' +
+                               shellWord(folder)};
+        }
+        if (failure != 0) {
+            return Trouble{file + " cannot be written" +
+                               (failure == EROFS ? ": its file system is read-only" : ""),
+                           failure == EROFS ? "mount the file system for writing"
+                                            : "allow it: chmod -R u+rwX " + shellWord(folder)};
+        }
+    }
+    return std::nullopt;
 }
 
-bool RegistryTransaction::end(bool keep)
+RegistryTransaction::RegistryTransaction()
 {
-    return winhostEndRegistryChanges(keep ? TRUE : FALSE) == ERROR_SUCCESS;
+    if (const LSTATUS status = winhostBeginRegistryChanges(); status != ERROR_SUCCESS) {
+        throw Failure(trouble(status, "the registry cannot be changed").problem + "; nothing was changed");
+    }
+    m_isOpen = true;
+}
+
+RegistryTransaction::~RegistryTransaction()
+{
+    if (m_isOpen) {
+        winhostEndRegistryChanges(FALSE);
+    }
+}
+
+bool RegistryTransaction::areSupported()
+{
+    return true;
+}
+
+void RegistryTransaction::commit()
+{
+    if (m_isOpen && (m_isOpen = false, winhostEndRegistryChanges(TRUE) != ERROR_SUCCESS)) {
+        throw Failure("the registry cannot be written" + registryPlace() + "; nothing was changed");
+    }
 }

@@ -1,5 +1,7 @@
 #include "model/system.h"
 
+#include "model/registry.h"
+
 #include <windows.h>
 
 #include <cstdio>
@@ -70,23 +72,30 @@ std::string nativePath(const Text& path)
     return utf8(path);
 }
 
-bool isBarred(const Text& path)
+/// For PowerShell and cmd: in double quotes both read everything but $, ` and quotation marks, of which
+/// PowerShell knows four; cmd reads the ` before a $ as a part of the name, which then is not found.
+std::string shellWord(const std::string& word)
 {
-    constexpr DWORD sharedByAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    HANDLE const file =
-        CreateFileW(path.c_str(), GENERIC_READ, sharedByAll, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file != INVALID_HANDLE_VALUE) {
-        CloseHandle(file);
-        return false;
+    constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.:/\\";
+    if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) {
+        return word;
     }
-    return GetLastError() == ERROR_ACCESS_DENIED || GetLastError() == ERROR_SHARING_VIOLATION;
+    std::string out = "\"";
+    for (std::string_view rest = word; !rest.empty();) {
+        const char32_t point = rkuinfo::takeCodePoint(rest);
+        if (point == '$' || point == '`') {
+            out += '`';
+        } else if (point == '"' || (point >= 0x201C && point <= 0x201E)) {
+            rkuinfo::appendCodePoint(out, point);
+        }
+        rkuinfo::appendCodePoint(out, point);
+    }
+    return out + (word.ends_with('\\') ? "\\\"" : "\"");
 }
 
-bool makeFile(const std::filesystem::path& path)
+std::string userFolder(bool isRoaming)
 {
-    HANDLE const file =
-        CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    return file != INVALID_HANDLE_VALUE && CloseHandle(file) != FALSE;
+    return isRoaming ? "%APPDATA%" : "%LOCALAPPDATA%";
 }
 
 std::string registryPlace()
@@ -94,12 +103,26 @@ std::string registryPlace()
     return "";
 }
 
-bool RegistryTransaction::begin()
+std::optional<Trouble> writeTrouble(const Text& key)
 {
-    return false; // the Windows registry's own are deprecated, and not there in Wine
+    HKEY opened = nullptr;
+    const LSTATUS status = RegOpenKeyExW(HKEY_CURRENT_USER, key.c_str(), 0, KEY_READ | KEY_WRITE, &opened);
+    if (status == ERROR_SUCCESS) {
+        RegCloseKey(opened);
+    }
+    return status == ERROR_ACCESS_DENIED
+               ? std::optional(Trouble{"HKEY_CURRENT_USER\\" + shown(key) + " cannot be written",
+                                       "give the user full control of the key in the registry editor"})
+               : std::nullopt;
 }
 
-bool RegistryTransaction::end(bool /*keep*/)
+// The system's own transactions of the registry are deprecated, and missing in Wine.
+RegistryTransaction::RegistryTransaction() = default;
+RegistryTransaction::~RegistryTransaction() = default;
+
+bool RegistryTransaction::areSupported()
 {
     return false;
 }
+
+void RegistryTransaction::commit() {}

@@ -2,191 +2,219 @@
 
 #include "model/system.h"
 #include "model/value.h"
-#include "text/print.h"
+#include "text/text.h"
 
 #include <algorithm>
+#include <csignal>
+#include <memory>
 
 namespace {
 
-using Kind = Change::Kind;
+volatile std::sig_atomic_t isInterrupted = 0;
 
-template <typename Named>
-auto findNamed(const std::vector<Named>& list, const Text& name)
-{
-    return std::ranges::find_if(list, [&](const Named& one) { return equalIgnoringCase(one.name, name); });
-}
-
-/// As an application sees it: a text ends at its terminator, or where its bytes do.
+/// As an application sees it: a text ends at its terminator, and a number may be stored with fewer bytes.
 bool sameData(const Value& a, const Value& b)
 {
-    return a.sameData(b) || (a.type == REG_SZ && b.type == REG_SZ && textOf(a) == textOf(b));
+    return a.type == b.type && (a.data == b.data || (typeOf(a) != nullptr && typeOf(a) == typeOf(b) &&
+                                                     dataText(a) == dataText(b)));
 }
 
-void addRemoval(const Text& path, const Node& node, std::vector<Change>& out)
+/// Adds a key and those above it.
+void touch(Tree& tree, TextView path)
 {
-    for (const Node& key : node.keys) {
-        addRemoval(joinedKey(path, key.name), key, out);
-    }
-    for (const Value& value : node.values) {
-        out.push_back({Kind::removed, path, false, value, {}});
-    }
-    out.push_back({Kind::removed, path, true, {}, {}});
-}
-
-void addChanges(const Text& path, const Node* present, const Node& wanted, bool isWhole,
-                std::vector<Change>& out)
-{
-    if (present == nullptr && wanted.isMade) {
-        out.push_back({Kind::added, path, true, {}, {}});
-    }
-    static const Node none;
-    const Node& before = present != nullptr ? *present : none;
-    for (const Value& value : wanted.values) {
-        const auto found = findNamed(before.values, value.name);
-        if (found == before.values.end()) {
-            out.push_back({Kind::added, path, false, {}, value});
-        } else if (!sameData(*found, value)) {
-            out.push_back({Kind::changed, path, false, *found, value});
-        }
-    }
-    for (const Value& value : before.values) {
-        const bool isAsked = std::ranges::any_of(
-            wanted.removedValues, [&](const Text& name) { return equalIgnoringCase(name, value.name); });
-        if (isAsked || (isWhole && findNamed(wanted.values, value.name) == wanted.values.end())) {
-            out.push_back({Kind::removed, path, false, value, {}});
-        }
-    }
-    for (const Node& key : wanted.keys) {
-        const auto found = findNamed(before.keys, key.name);
-        const Node* old = found == before.keys.end() ? nullptr : &*found;
-        if (key.isRemoved && old != nullptr) {
-            addRemoval(joinedKey(path, key.name), *old, out);
-            old = nullptr;
-        }
-        addChanges(joinedKey(path, key.name), old, key, isWhole, out);
-    }
-    for (const Node& key : before.keys) {
-        if (isWhole && findNamed(wanted.keys, key.name) == wanted.keys.end()) {
-            addRemoval(joinedKey(path, key.name), key, out);
-        }
+    while (tree.try_emplace({Text(path), std::nullopt}).second && !path.empty()) {
+        path = parentKey(path);
     }
 }
 
-void carryOut(const Text& root, const Change& change)
+void eraseKey(Tree& tree, const Text& key)
 {
-    const Text path = change.key.empty() ? root : joinedKey(root, change.key);
-    if (change.kind != Kind::removed) {
-        const Key key = Key::make(path);
-        if (!change.isKey) {
-            key.set(change.after);
-        }
-    } else if (!change.isKey) {
-        if (const std::optional<Key> key = Key::find(path, KEY_READ | KEY_WRITE)) {
-            key->removeValue(change.before.name);
-        }
-    } else {
-        const std::size_t end = path.rfind(Text::value_type('\\'));
-        if (const std::optional<Key> parent = Key::find(path.substr(0, end), KEY_ALL_ACCESS)) {
-            parent->removeKey(path.substr(end + 1));
-        }
+    auto at = tree.lower_bound({key, std::nullopt});
+    while (at != tree.end() && equalIgnoringCase(TextView(at->first.key).substr(0, key.size()), key) &&
+           (at->first.key.size() == key.size() || at->first.key[key.size()] == separator)) {
+        at = tree.erase(at);
     }
 }
 
-Change inverse(const Change& change)
+/// Stores values. Those of one key follow each other, so it is opened once.
+class Writer
 {
-    const Kind kind = change.kind == Kind::added     ? Kind::removed
-                      : change.kind == Kind::removed ? Kind::added
-                                                     : Kind::changed;
-    return {kind, change.key, change.isKey, change.after, change.before};
-}
+public:
+    explicit Writer(const Text& root) : m_root(root) {}
 
-void takeBack(const Text& root, const std::vector<Change>& changes, std::size_t done, const Failure& reason)
-{
-    try {
-        while (done > 0) {
-            carryOut(root, inverse(changes[--done]));
+    /// Null removes it.
+    void write(const Name& name, const Value* value)
+    {
+        const Text path = joinedKey(m_root, name.key);
+        if (name.isKey() && value == nullptr) {
+            m_key.reset();
+            if (const std::optional<Key> parent = Key::find(Text(parentKey(path)), KEY_ALL_ACCESS)) {
+                parent->removeKey(Text(lastName(path)));
+            }
+            return;
         }
-    } catch (const Failure& second) {
-        throw Failure(std::string(reason.what()) +
-                      "; a part was written and could not be taken back: " + second.what());
+        if (!m_key || m_path != path) {
+            m_key = value != nullptr ? Key::make(path) : Key::find(path, KEY_READ | KEY_WRITE);
+            m_path = path;
+        }
+        if (name.isKey() || !m_key) {
+            return;
+        }
+        if (value != nullptr) {
+            m_key->set(*value);
+        } else {
+            m_key->removeValue(*name.value);
+        }
     }
-}
+
+private:
+    const Text& m_root;
+    Text m_path;
+    std::optional<Key> m_key;
+};
 
 } // namespace
 
-Node& Node::below(const Text& keyName)
+bool isUsablePath(TextView path)
 {
-    const auto found =
-        std::ranges::find_if(keys, [&](const Node& key) { return equalIgnoringCase(key.name, keyName); });
-    if (found != keys.end()) {
-        return *found;
+    constexpr std::size_t longestPath = 1020;
+    constexpr std::size_t longestName = 255;
+    bool isUsable = path.size() <= longestPath;
+    for (; isUsable && !path.empty(); path = parentKey(path)) {
+        isUsable =
+            lastName(path).size() <= longestName && !lastName(path).empty() && path.front() != separator;
     }
-    keys.push_back({keyName, {}, {}, false, {}, false});
-    return keys.back();
+    return isUsable;
 }
 
-Node readTree(const Key& key)
+bool LessName::operator()(const Name& left, const Name& right) const
 {
-    Node node;
-    node.values = key.values();
-    for (const Text& name : key.keys()) {
-        if (const std::optional<Key> below = key.below(name)) {
-            node.keys.push_back(readTree(*below));
-            node.keys.back().name = name;
+    for (TextView a = left.key, b = right.key; !a.empty() || !b.empty();) {
+        const std::size_t endA = std::min(a.find(separator), a.size());
+        const std::size_t endB = std::min(b.find(separator), b.size());
+        if (const int order = compareIgnoringCase(a.substr(0, endA), b.substr(0, endB)); order != 0) {
+            return order < 0;
+        }
+        a.remove_prefix(std::min(endA + 1, a.size()));
+        b.remove_prefix(std::min(endB + 1, b.size()));
+    }
+    return !right.isKey() && (left.isKey() || compareIgnoringCase(*left.value, *right.value) < 0);
+}
+
+Tree readTree(Key key, Losses* losses)
+{
+    struct Pending // its parent stays open, so that no path is too long to be opened
+    {
+        Text path;
+        std::shared_ptr<const Key> parent;
+    };
+    Tree tree;
+    std::vector<Pending> pending;
+    const auto readKey = [&](const Text& path, const std::shared_ptr<const Key>& opened) {
+        tree.try_emplace({path, std::nullopt});
+        for (Value& value : opened->values(losses)) {
+            tree.insert_or_assign({path, value.name}, std::move(value));
+        }
+        for (const Text& name : opened->keys(losses)) {
+            pending.push_back({joinedKey(path, name), opened});
+        }
+        showProgress("read", tree.size());
+    };
+    readKey({}, std::make_shared<const Key>(std::move(key)));
+    while (!pending.empty()) {
+        const Pending next = std::move(pending.back());
+        pending.pop_back();
+        guard(losses, [&] {
+            constexpr std::ptrdiff_t deepest = 510; // with names of one character, the longest usable path
+            if (std::ranges::count(next.path, separator) >= deepest) {
+                throw Failure("keys are nested more than 510 deep, which no application can read, below " +
+                              utf8(TextView(next.path).substr(0, next.path.find(separator))));
+            }
+            if (std::optional<Key> below = next.parent->below(Text(lastName(next.path)))) {
+                readKey(next.path, std::make_shared<const Key>(std::move(*below)));
+            }
+        });
+    }
+    finishProgress();
+    return tree;
+}
+
+void edit(Tree& tree, const std::vector<Edit>& edits)
+{
+    for (const Edit& each : edits) {
+        if (!each.isRemoval) {
+            touch(tree, each.name.key);
+            tree[each.name] = each.value;
+        } else if (each.name.isKey()) {
+            eraseKey(tree, each.name.key);
+        } else {
+            tree.erase(each.name);
         }
     }
-    return node;
 }
 
-std::vector<Change> changes(const Node& present, const Node& wanted, bool isWhole)
+std::vector<Change> compare(const Tree& before, const Tree& after)
 {
     std::vector<Change> found;
-    addChanges({}, &present, wanted, isWhole, found);
+    auto old = before.begin();
+    auto now = after.begin();
+    while (old != before.end() || now != after.end()) {
+        const bool isOld = old != before.end() && (now == after.end() || !LessName()(now->first, old->first));
+        const bool isNow = now != after.end() && (old == before.end() || !LessName()(old->first, now->first));
+        if (!isOld || !isNow || !sameData(old->second, now->second)) {
+            found.push_back({isNow ? now->first : old->first, isOld ? &old->second : nullptr,
+                             isNow ? &now->second : nullptr});
+        }
+        old = isOld ? std::next(old) : old;
+        now = isNow ? std::next(now) : now;
+    }
     return found;
 }
 
-void apply(const Text& root, const std::vector<Change>& changes,
-           const std::function<void(std::size_t)>& progress)
+void carryOut(const Text& root, const std::vector<Change>& changes)
 {
-    const bool isTransaction = RegistryTransaction::begin();
+    std::signal(SIGINT, [](int /*signal*/) { isInterrupted = 1; }); // Ctrl-C undoes what was done
+    Writer writer(root);
     std::size_t done = 0;
     try {
         for (; done < changes.size(); ++done) {
-            carryOut(root, changes[done]);
-            progress(done + 1);
+            if (isInterrupted != 0) {
+                throw Failure("interrupted");
+            }
+            writer.write(changes[done].name, changes[done].after);
+            showProgress("wrote", done + 1, changes.size());
         }
+        finishProgress();
     } catch (const Failure& failure) {
-        if (isTransaction) {
-            RegistryTransaction::end(false);
-        } else {
-            takeBack(root, changes, done, failure);
+        const std::string why = failure.what();
+        try {
+            for (; done > 0 && !RegistryTransaction::areSupported(); --done) {
+                writer.write(changes[done - 1].name, changes[done - 1].before);
+            }
+        } catch (const Failure& second) {
+            throw Failure(why + "; a part was written and could not be undone: " + second.what());
         }
-        throw Failure(std::string(failure.what()) + "; nothing was changed");
-    }
-    if (isTransaction && !RegistryTransaction::end(true)) {
-        throw Failure("the registry cannot be written" + registryPlace() + "; nothing was changed");
+        throw Failure(why + "; nothing was changed");
     }
 }
 
 void printChanges(const std::vector<Change>& changes)
 {
-    const auto told = [](const Value& value) {
-        const std::string_view type = typeName(value);
-        return type == "string" ? std::string(type) + ' ' + shown(textOf(value))
-                                : (type.empty() ? "type " + std::to_string(value.type) : std::string(type)) +
-                                      ' ' + dataText(value);
+    const auto shownData = [](const Value& value) {
+        const ValueType* const type = typeOf(value);
+        return (type != nullptr ? std::string(type->name) : "type " + std::to_string(value.type)) + ' ' +
+               shown(dataText(value));
     };
-    for (const Change& change : changes) {
-        const char* const sign = change.kind == Kind::added     ? "+ "
-                                 : change.kind == Kind::removed ? "- "
-                                                                : "~ ";
-        const std::string key = change.key.empty() ? "" : shown(change.key) + '\\';
-        if (change.isKey) {
-            print(sign + (key.empty() ? "the key itself" : key));
-            continue;
+    for (const auto& [name, before, after] : changes) {
+        std::string line = before == nullptr ? "+ " : after == nullptr ? "- " : "~ ";
+        line += name.key.empty() ? "" : shown(name.key) + '\\';
+        if (name.isKey()) {
+            print(line + (name.key.empty() ? "the key itself" : ""));
+        } else {
+            print(line + (name.value->empty() ? "(default)" : shown(*name.value)) + ": " +
+                  (before != nullptr ? shownData(*before) : "") +
+                  (before != nullptr && after != nullptr ? " -> " : "") +
+                  (after != nullptr ? shownData(*after) : ""));
         }
-        const Value& value = change.kind == Kind::removed ? change.before : change.after;
-        print(sign + key + (value.name.empty() ? "(default)" : shown(value.name)) + ": " +
-              (change.kind == Kind::changed ? told(change.before) + " -> " : "") + told(value));
     }
 }

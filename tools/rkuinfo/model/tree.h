@@ -3,52 +3,63 @@
 
 #include "model/registry.h"
 
-#include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
-/// So many keys of one character below each other are the longest path that an application can read.
-constexpr std::size_t deepestKey = 510;
+/// Of what an application can read.
+constexpr std::size_t longestValueName = 1023;
 
-struct Node
+/// Whether an application can read the key of a path: it has at most 1020 characters and each name 1 to 255.
+bool isUsablePath(TextView path);
+
+/// A key below the tree's own, whose path is empty, or a value of one.
+struct Name
 {
-    Text name;
-    std::vector<Value> values;
-    std::vector<Node> keys;
-    bool isRemoved = false;          ///< a file may ask for that
-    std::vector<Text> removedValues; ///< and for that
-    bool isMade = true;              ///< false for what only leads to a removal, or is one
+    Text key;
+    std::optional<Text> value;
 
-    /// The key of that name below; when there is none, a new one that is not to be made.
-    Node& below(const Text& keyName);
+    bool isKey() const { return !value.has_value(); }
 };
 
-Node readTree(const Key& key);
+/// Without regard to case; a key comes right before its values, and these before what is below the key.
+struct LessName
+{
+    bool operator()(const Name& a, const Name& b) const;
+};
 
-/// One difference between what is there and what a file says.
+/// A key is an empty value.
+using Tree = std::map<Name, Value, LessName>;
+
+/// Reads a key and everything below it. Throws for what cannot be read; with losses, appends to them instead,
+/// and continues.
+Tree readTree(Key key, Losses* losses = nullptr);
+
+/// A step of a file: stores a value or creates a key, or removes one.
+struct Edit
+{
+    Name name;
+    Value value;
+    bool isRemoval = false;
+};
+
+/// Does what a file says to a tree in memory.
+void edit(Tree& tree, const std::vector<Edit>& edits);
+
+/// A difference of two trees, which have to outlive it; null where one has nothing.
 struct Change
 {
-    enum class Kind
-    {
-        added,
-        changed,
-        removed,
-    };
-
-    Kind kind = Kind::added;
-    Text key;           ///< below the one that was named
-    bool isKey = false; ///< the key itself
-    Value before;
-    Value after;
+    Name name;
+    const Value* before;
+    const Value* after;
 };
 
-/// What importing a file would do, or, with isWhole, what tells the two apart.
-std::vector<Change> changes(const Node& present, const Node& wanted, bool isWhole);
+std::vector<Change> compare(const Tree& before, const Tree& after);
 
-/// Carries them out; when one is refused, takes back those before it and throws why. progress is told how
-/// many are done.
-void apply(const Text& root, const std::vector<Change>& changes,
-           const std::function<void(std::size_t)>& progress);
+/// Carries changes out below a key. When one is refused or the user interrupts it, undoes those before it and
+/// throws why; where the system has transactions, the caller's does that.
+void carryOut(const Text& root, const std::vector<Change>& changes);
 
-/// "+", "~" or "-", and the key or value; a line each.
+/// Prints "+", "~" or "-", and the key or value; a line each.
 void printChanges(const std::vector<Change>& changes);

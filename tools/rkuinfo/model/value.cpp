@@ -1,11 +1,7 @@
 #include "model/value.h"
 
-#include "model/names.h"
-#include "text/print.h"
-
+#include <algorithm>
 #include <charconv>
-#include <cstdint>
-#include <cstdio>
 #include <system_error>
 
 namespace {
@@ -19,58 +15,86 @@ std::optional<Number> parseNumber(std::string_view word, Base... base)
     return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 
-/// In decimal, or after 0x the bits in hexadecimal.
+/// Accepts decimal digits, or the bits in hexadecimal after 0x.
 template <typename Number>
-std::optional<Number> parseInteger(std::string_view word)
+std::optional<std::string> parse(std::string_view word)
 {
-    if (word.starts_with("0x") || word.starts_with("0X")) {
-        const auto bits = parseNumber<std::make_unsigned_t<Number>>(word.substr(2), 16);
-        return bits ? std::optional(static_cast<Number>(*bits)) : std::nullopt;
+    if constexpr (std::is_integral_v<Number>) {
+        if (word.starts_with("0x") || word.starts_with("0X")) {
+            const auto bits = parseNumber<std::make_unsigned_t<Number>>(word.substr(2), 16);
+            return bits ? std::optional(bytesOf(*bits)) : std::nullopt;
+        }
     }
-    return parseNumber<Number>(word);
+    const std::optional<Number> number = parseNumber<Number>(word);
+    return number ? std::optional(bytesOf(*number)) : std::nullopt;
 }
 
 template <typename Number>
-std::optional<Value> valueOf(unsigned long type, const std::optional<Number>& number)
+std::string print(const Value& value)
 {
-    return number ? std::optional(numberValue(type, *number)) : std::nullopt;
+    char text[32];
+    return {text, std::to_chars(text, text + sizeof text, numberOf<Number>(value)).ptr};
 }
 
-/// What a word must be to be a value of that type.
-const char* expectation(std::string_view type)
+std::optional<std::string> parseBinary(std::string_view word)
 {
-    return type == "int"      ? "a whole number from -2147483648 to 2147483647, or 0x and hexadecimal digits"
-           : type == "int64"  ? "a whole number from -9223372036854775808 to 9223372036854775807, or 0x and "
-                                "hexadecimal digits"
-           : type == "double" ? "a number such as 1.25"
-                              : "one or more bytes in hexadecimal, such as 00ff10";
+    return word.empty() ? std::nullopt : bytesFromHex(word); // an application stores no empty one
 }
+
+// The first type that fits a stored value is the one that an application reads it as.
+constexpr ValueType types[] = {
+    {"int", REG_DWORD, 0, 4, true,
+     "a whole number from -2147483648 to 2147483647, or 0x and hexadecimal digits", parse<std::int32_t>,
+     print<std::int32_t>},
+    {"int64", REG_QWORD, 0, 8, true,
+     "a whole number from -9223372036854775808 to 9223372036854775807, or 0x and hexadecimal digits",
+     parse<std::int64_t>, print<std::int64_t>},
+    {"binary", REG_BINARY, 0, SIZE_MAX, false, "one or more bytes in hexadecimal, such as 00ff10",
+     parseBinary, [](const Value& value) { return hexText(value.data); }},
+    {"double", REG_BINARY, 8, 8, true, "a number such as 1.25", parse<double>, print<double>},
+    {"string", REG_SZ, 0, SIZE_MAX, false, "text",
+     [](std::string_view word) { return std::optional(textValue({}, utf16(word)).data); },
+     [](const Value& value) { return utf8(textOf(value)); }},
+};
 
 } // namespace
 
-std::string_view typeName(const Value& value)
+bool ValueType::fits(const Value& value) const
 {
-    switch (value.type) {
-    case REG_SZ:
-        return "string";
-    case REG_BINARY:
-        return "binary";
-    case REG_DWORD:
-        return value.data.size() <= sizeof(std::int32_t) ? "int" : "";
-    case REG_QWORD:
-        return value.data.size() <= sizeof(std::int64_t) ? "int64" : "";
-    default:
-        return "";
+    return value.type == registryType && value.data.size() >= least && value.data.size() <= most;
+}
+
+std::span<const ValueType> valueTypes()
+{
+    return types;
+}
+
+std::vector<std::string> typeNames()
+{
+    std::vector<std::string> names;
+    for (const ValueType& type : types) {
+        names.emplace_back(type.name);
     }
+    return names;
+}
+
+const ValueType* typeNamed(std::string_view name)
+{
+    const auto* const found = std::ranges::find(types, name, &ValueType::name);
+    return found == std::end(types) ? nullptr : found;
+}
+
+const ValueType* typeOf(const Value& value)
+{
+    const auto* const found =
+        std::ranges::find_if(types, [&](const ValueType& type) { return type.fits(value); });
+    return found == std::end(types) ? nullptr : found;
 }
 
 std::string dataText(const Value& value)
 {
-    const std::string_view type = typeName(value);
-    return type == "int"      ? std::to_string(numberOf<std::int32_t>(value))
-           : type == "int64"  ? std::to_string(numberOf<std::int64_t>(value))
-           : type == "string" ? utf8(textOf(value))
-                              : hexText(value.data);
+    const ValueType* const type = typeOf(value);
+    return type != nullptr ? type->print(value) : hexText(value.data);
 }
 
 Text textOf(const Value& value)
@@ -78,16 +102,6 @@ Text textOf(const Value& value)
     Text text((value.data.size() + 1) / sizeof(wchar_t), 0);
     value.data.copy(reinterpret_cast<char*>(text.data()), value.data.size());
     return text.substr(0, text.find(Text::value_type()));
-}
-
-std::optional<double> doubleOf(const Value& value)
-{
-    if (value.type != REG_BINARY || value.data.size() != sizeof(double)) {
-        return std::nullopt;
-    }
-    double number = 0;
-    value.data.copy(reinterpret_cast<char*>(&number), sizeof number);
-    return number;
 }
 
 std::string hexText(std::string_view bytes)
@@ -115,24 +129,4 @@ std::optional<std::string> bytesFromHex(std::string_view word)
 Value textValue(const Text& name, const Text& text)
 {
     return {name, REG_SZ, std::string(reinterpret_cast<const char*>(text.c_str()), (text.size() + 1) * 2)};
-}
-
-Value parseValue(const std::string& type, const std::string& word)
-{
-    std::optional<Value> value;
-    if (type == "int") {
-        value = valueOf(REG_DWORD, parseInteger<std::int32_t>(word));
-    } else if (type == "int64") {
-        value = valueOf(REG_QWORD, parseInteger<std::int64_t>(word));
-    } else if (type == "double") {
-        value = valueOf(REG_BINARY, parseNumber<double>(word));
-    } else if (type == "string") {
-        value = textValue({}, utf16(word));
-    } else if (const auto bytes = bytesFromHex(word); bytes && !bytes->empty()) {
-        value = Value{{}, REG_BINARY, *bytes};
-    }
-    if (!value) {
-        throw Failure("'" + word + "' is no " + type + ": it takes " + expectation(type), exitUsage);
-    }
-    return *value;
 }

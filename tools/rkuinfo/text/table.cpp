@@ -1,6 +1,5 @@
 #include "text/table.h"
 
-#include "text/print.h"
 #include "text/text.h"
 
 #include <algorithm>
@@ -10,69 +9,45 @@ namespace {
 
 constexpr std::size_t indent = 2;
 constexpr std::size_t gap = 2;
-constexpr std::size_t narrowest = 20; // what is narrower is not folded
+constexpr std::size_t narrowest = 20; // a narrower column is not folded
 
-/// The number of the terminal's sequence ESC [ number m.
-const char* drawn(Style style)
-{
-    switch (style) {
-    case Style::plain:
-        break;
-    case Style::heading:
-        return "1";
-    case Style::good:
-        return "32";
-    case Style::bad:
-        return "31";
-    case Style::name:
-        return "36";
-    case Style::quiet:
-        return "90";
-    }
-    return "0";
-}
-
-std::string styled(const Layout& layout, const std::string& text, Style style)
+std::string styled(const Layout& layout, std::string_view text, Style style)
 {
     return layout.coloured && !text.empty() && style != Style::plain
-               ? std::string("\x1b[") + drawn(style) + 'm' + text + "\x1b[0m"
-               : text;
+               ? "\x1b[" + std::to_string(static_cast<int>(style)) + 'm' + std::string(text) + "\x1b[0m"
+               : std::string(text);
 }
 
-std::string spaces(std::size_t count)
-{
-    return std::string(count, ' ');
-}
-
-/// Takes off the first line of a text that is to fit a width: up to its last separator, else all that fits.
-std::string takeLine(std::string& text, std::size_t width)
+/// Takes the first line that fits a width off a text: up to its last separator, else all that fits.
+std::string_view takeLine(std::string_view& text, std::size_t width)
 {
     std::size_t end = 0;
-    std::size_t separator = 0;
-    for (std::size_t next = 0; next < text.size();) {
-        const bool isSeparator = text[next] == '\\' || text[next] == ' ';
-        do {
-            ++next;
-        } while (next < text.size() && (static_cast<unsigned char>(text[next]) & 0xC0) == 0x80);
-        if (displayWidth(std::string_view(text).substr(0, next)) > width) {
+    std::size_t lastSeparator = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        const bool isSeparator = rest[0] == '\\' || rest[0] == ' ';
+        std::string_view character = rest;
+        rkuinfo::takeCodePoint(rest);
+        character.remove_suffix(rest.size());
+        const std::size_t columns = displayWidth(character);
+        if (columns > width) {
             break;
         }
-        end = next;
-        separator = isSeparator ? next : separator;
+        width -= columns;
+        end += character.size();
+        lastSeparator = isSeparator ? end : lastSeparator;
     }
-    const std::size_t taken = end == text.size() || separator == 0 ? end : separator;
-    std::string line = text.substr(0, taken);
-    text.erase(0, taken);
-    line.erase(line.find_last_not_of(' ') + 1);
-    return line;
+    const std::size_t taken = end == text.size() || lastSeparator == 0 ? end : lastSeparator;
+    const std::string_view line = text.substr(0, taken);
+    text.remove_prefix(taken);
+    return line.substr(0, line.find_last_not_of(' ') + 1);
 }
 
 std::vector<std::size_t> columnWidths(const std::vector<std::vector<Cell>>& rows, std::size_t widest)
 {
     std::vector<std::size_t> widths;
     for (const std::vector<Cell>& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
         for (std::size_t i = 0; row.size() > 1 && i < row.size(); ++i) {
-            widths.resize(std::max(widths.size(), i + 1));
             const std::size_t width = displayWidth(row[i].text);
             widths[i] = width > widest ? widths[i] : std::max(widths[i], width);
         }
@@ -80,58 +55,32 @@ std::vector<std::size_t> columnWidths(const std::vector<std::vector<Cell>>& rows
     return widths;
 }
 
-/// The lines of one row, from left to right.
-class Row
+void printAligned(const std::vector<Cell>& row, const std::vector<std::size_t>& widths, const Layout& layout)
 {
-public:
-    explicit Row(const Layout& layout) : m_layout(layout) {}
-
-    void add(const Cell& cell, std::size_t width)
-    {
-        const std::size_t taken = displayWidth(cell.text);
-        if (taken <= width) {
-            m_line += styled(m_layout, cell.text, cell.style) + spaces(width - taken + gap);
-            m_start += width + gap;
-            return;
+    std::size_t start = indent;
+    std::string line(start, ' ');
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        const bool isLast = i + 1 == row.size();
+        const std::size_t width = displayWidth(row[i].text);
+        if (!isLast && width <= widths[i]) {
+            line += styled(layout, row[i].text, row[i].style) + std::string(widths[i] - width + gap, ' ');
+            start += widths[i] + gap;
+            continue;
         }
-        addFolded(cell);
-        m_start += width + gap;
-        m_line = spaces(m_start);
-    }
-
-    /// Down to the last line of a cell.
-    void addFolded(const Cell& cell)
-    {
-        const std::size_t columns = *m_layout.columns;
-        const std::size_t room = columns > m_start + narrowest ? columns - m_start : SIZE_MAX;
-        std::string rest = cell.text;
+        const std::size_t room = *layout.columns > start + narrowest ? *layout.columns - start : SIZE_MAX;
+        std::string_view rest = row[i].text;
         do {
-            const std::string line = takeLine(rest, room);
-            if (line.empty()) {
-                m_line.erase(m_line.find_last_not_of(' ') + 1);
-            }
-            print(m_line + styled(m_layout, line, cell.style));
-            m_line = spaces(m_start);
+            const std::string_view part = takeLine(rest, room);
+            line += styled(layout, part, row[i].style);
+            ::print(part.empty() ? line.substr(0, line.find_last_not_of(' ') + 1) : line);
+            line.assign(start, ' ');
         } while (!rest.empty());
+        start += widths[i] + gap;
+        line.assign(start, ' ');
     }
-
-private:
-    const Layout& m_layout;
-    std::size_t m_start = indent;
-    std::string m_line = spaces(indent);
-};
-
-void printAligned(const std::vector<Cell>& cells, const std::vector<std::size_t>& widths,
-                  const Layout& layout)
-{
-    Row row(layout);
-    for (std::size_t i = 0; i + 1 < cells.size(); ++i) {
-        row.add(cells[i], widths[i]);
-    }
-    row.addFolded(cells.back());
 }
 
-void printPlain(const std::vector<Cell>& row)
+void printSeparated(const std::vector<Cell>& row)
 {
     std::string line = row[0].text;
     for (std::size_t i = 1; i < row.size(); ++i) {
@@ -146,24 +95,12 @@ void Table::print(const Layout& layout) const
 {
     const std::vector<std::size_t> widths = columnWidths(m_rows, layout.columns.value_or(0) / 3);
     for (const std::vector<Cell>& row : m_rows) {
-        if (!layout.columns) {
-            if (row.size() > 1) {
-                printPlain(row);
-            }
-        } else if (row.size() > 1) {
-            printAligned(row, widths, layout);
-        } else {
+        if (row.size() == 1 && layout.columns) {
             ::print(styled(layout, row[0].text, row[0].style));
+        } else if (row.size() > 1 && layout.columns) {
+            printAligned(row, widths, layout);
+        } else if (row.size() > 1) {
+            printSeparated(row);
         }
     }
-}
-
-std::string folded(std::string text, std::size_t indentation, std::size_t columns)
-{
-    std::string lines;
-    const std::size_t room = columns > indentation + narrowest ? columns - indentation : SIZE_MAX;
-    do {
-        lines += spaces(indentation) + takeLine(text, room) + '\n';
-    } while (!text.empty());
-    return lines;
 }

@@ -8,18 +8,19 @@
 
 struct Layout
 {
-    std::optional<std::size_t> columns; ///< nothing: not aligned
+    std::optional<std::size_t> columns; ///< without a value, cells are separated by tabs
     bool coloured = false;
 };
 
+/// The number of the terminal's sequence ESC [ number m.
 enum class Style
 {
-    plain,
-    heading,
-    good,
-    bad, ///< only for what is wrong
-    name,
-    quiet, ///< for what is merely absent, too
+    plain = 0,
+    heading = 1,
+    bad = 31, ///< only for what is wrong
+    good = 32,
+    name = 36,
+    quiet = 90, ///< also for what is merely absent
 };
 
 struct Cell
@@ -32,16 +33,14 @@ class Table
 {
 public:
     void addRow(std::vector<Cell> cells) { m_rows.push_back(std::move(cells)); }
-    /// A line above the rows that follow, which only people get.
+    /// A line above the rows that follow, which programs do not get.
     void addHeading(std::string text) { m_rows.push_back({{std::move(text), Style::heading}}); }
+    bool isEmpty() const { return m_rows.empty(); }
 
-    /// Each column is as wide as its widest cell, up to a third of the terminal; a row with a wider one goes
-    /// on below it. The last column is folded at the right edge.
+    /// Each column is as wide as its widest cell, up to a third of the terminal; a row with a wider cell
+    /// continues below it. The last column is folded at the right edge.
     void print(const Layout& layout) const;
 
 private:
-    std::vector<std::vector<Cell>> m_rows; // one of a single cell is a heading
+    std::vector<std::vector<Cell>> m_rows; // a row of a single cell is a heading
 };
-
-/// A text of several words in lines of a width, each behind an indentation.
-std::string folded(std::string text, std::size_t indentation, std::size_t columns);

@@ -1,18 +1,15 @@
 #include "text/text.h"
 
+#include "model/system.h"
+
 #include <windows.h>
 
 #include <algorithm>
 #include <array>
-#include <numeric>
-#include <utility>
+#include <chrono>
+#include <cstdio>
 
 namespace {
-
-constexpr bool isSurrogate(char32_t point)
-{
-    return point >= 0xD800 && point < 0xE000;
-}
 
 struct Block
 {
@@ -26,45 +23,58 @@ constexpr std::array wideBlocks = {Block{0x1100, 0x115F},  Block{0x2E80, 0xA4CF}
                                    Block{0xFFE0, 0xFFE6},  Block{0x1F300, 0x1F64F}, Block{0x1F900, 0x1F9FF},
                                    Block{0x20000, 0x3FFFD}};
 
+/// Controls of both sets, lone surrogates, and what is invisible or changes the direction of text.
+constexpr std::array hiddenBlocks = {Block{0, 0x1F},        Block{0x7F, 0x9F},     Block{0x061C, 0x061C},
+                                     Block{0x200B, 0x200F}, Block{0x2028, 0x202E}, Block{0x2060, 0x206F},
+                                     Block{0xD800, 0xDFFF}, Block{0xFEFF, 0xFEFF}};
+
+template <std::size_t Size>
+bool isIn(const std::array<Block, Size>& blocks, char32_t point)
+{
+    return std::ranges::any_of(
+        blocks, [point](const Block& block) { return point >= block.first && point <= block.last; });
+}
+
 std::size_t width(char32_t point)
 {
-    for (const Block& block : wideBlocks) {
-        if (point >= block.first && point <= block.last) {
-            return 2;
-        }
-    }
-    return point >= 0x300 && point < 0x370 ? 0 : 1; // combining marks
+    const bool isCombining = point >= 0x300 && point < 0x370;
+    return isIn(wideBlocks, point) ? 2 : isCombining ? 0 : 1;
 }
 
-/// What changes the order in which a terminal draws, or is not drawn at all.
-bool isInvisible(char32_t point)
+const wchar_t* wide(TextView text)
 {
-    return (point >= 0x200B && point <= 0x200F) || (point >= 0x2028 && point <= 0x202E) ||
-           (point >= 0x2060 && point <= 0x206F) || point == 0x061C || point == 0xFEFF;
+    return reinterpret_cast<const wchar_t*>(text.data()); // of the same size on every target
 }
 
-int comparedIgnoringCase(TextView a, TextView b)
-{
-    return CompareStringOrdinal(rkuinfo::Argument(a), static_cast<int>(a.size()), rkuinfo::Argument(b),
-                                static_cast<int>(b.size()), TRUE);
-}
+bool isProgressShown = false;
 
 } // namespace
 
-Text joinedKey(const Text& key, const Text& name)
+Text joinedKey(TextView key, TextView name)
 {
-    Text path = key;
-    if (!path.empty()) {
-        path += utf16("\\");
+    Text path(key);
+    if (!key.empty() && !name.empty()) {
+        path += separator;
     }
     return path += name;
+}
+
+TextView parentKey(TextView path)
+{
+    const std::size_t end = path.rfind(separator);
+    return path.substr(0, end == TextView::npos ? 0 : end);
+}
+
+TextView lastName(TextView path)
+{
+    return path.substr(path.rfind(separator) + 1);
 }
 
 bool isValid(TextView text)
 {
     while (!text.empty()) {
         const char32_t point = rkuinfo::takeCodePoint(text);
-        if (isSurrogate(point)) {
+        if (point >= 0xD800 && point < 0xE000) {
             return false;
         }
     }
@@ -80,19 +90,23 @@ std::string hexDigits(std::uint32_t number, int count)
     return digits;
 }
 
-std::string shown(TextView text)
+std::string shown(std::string_view text, char kept)
 {
     std::string out;
     while (!text.empty()) {
         const char32_t point = rkuinfo::takeCodePoint(text);
-        const bool isControl = point < 0x20 || (point >= 0x7F && point < 0xA0);
-        if (isControl || isInvisible(point) || isSurrogate(point)) {
+        if (isIn(hiddenBlocks, point) && (kept == 0 || point != static_cast<unsigned char>(kept))) {
             out += "\\u" + hexDigits(point, 4);
         } else {
             rkuinfo::appendCodePoint(out, point);
         }
     }
     return out;
+}
+
+std::string shown(TextView text)
+{
+    return shown(utf8(text));
 }
 
 std::size_t displayWidth(std::string_view bytes)
@@ -104,14 +118,11 @@ std::size_t displayWidth(std::string_view bytes)
     return columns;
 }
 
-bool equalIgnoringCase(TextView a, TextView b)
+int compareIgnoringCase(TextView a, TextView b)
 {
-    return comparedIgnoringCase(a, b) == CSTR_EQUAL;
-}
-
-bool LessIgnoringCase::operator()(TextView a, TextView b) const
-{
-    return comparedIgnoringCase(a, b) == CSTR_LESS_THAN;
+    return CompareStringOrdinal(wide(a), static_cast<int>(a.size()), wide(b), static_cast<int>(b.size()),
+                                TRUE) -
+           CSTR_EQUAL;
 }
 
 bool containsIgnoringCase(TextView text, TextView part)
@@ -127,31 +138,36 @@ bool containsIgnoringCase(TextView text, TextView part)
     return false;
 }
 
-std::string nearest(std::string_view word, const std::vector<std::string>& words)
+void print(std::string_view line)
 {
-    const auto distance = [](std::string_view a, std::string_view b) {
-        std::vector<std::size_t> row(b.size() + 1);
-        std::iota(row.begin(), row.end(), std::size_t{0});
-        for (std::size_t i = 0; i < a.size(); ++i) {
-            std::size_t diagonal = std::exchange(row[0], i + 1);
-            for (std::size_t j = 0; j < b.size(); ++j) {
-                const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-                diagonal = row[j + 1];
-                row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-            }
-        }
-        return row.back();
-    };
-    constexpr std::size_t tooFar = 6; // three letters, of which the first counts half more
-    std::string found;
-    std::size_t least = std::min(tooFar, 2 * word.size());
-    for (const std::string& candidate : words) {
-        const std::size_t first = word.substr(0, 1) == std::string_view(candidate).substr(0, 1) ? 0 : 1;
-        const std::size_t steps = 2 * distance(word, candidate) + first;
-        if (steps < least) {
-            least = steps;
-            found = candidate;
+    std::fwrite(line.data(), 1, line.size(), stdout);
+    std::fputc('\n', stdout);
+}
+
+void printError(std::string_view sentence)
+{
+    finishProgress();
+    std::fflush(stdout);
+    std::fputs(("rkuinfo: " + shown(sentence) + '\n').c_str(), stderr);
+}
+
+void showProgress(const char* what, std::size_t done, std::size_t total)
+{
+    using Clock = std::chrono::steady_clock;
+    static const bool isTerminal = errorsGoToTerminal();
+    static Clock::time_point next;
+    if (isTerminal && (done == total || Clock::now() >= next)) {
+        next = Clock::now() + std::chrono::milliseconds(250);
+        isProgressShown = true;
+        std::fprintf(stderr, "\r%s %zu", what, done);
+        if (total > 0) {
+            std::fprintf(stderr, " of %zu", total);
         }
     }
-    return found;
+}
+
+void finishProgress()
+{
+    std::fputs(isProgressShown ? "\r\x1b[K" : "", stderr);
+    isProgressShown = false;
 }

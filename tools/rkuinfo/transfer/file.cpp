@@ -1,37 +1,28 @@
-#include "transfer/file.h"
+#include "transfer/transfer.h"
 
-#include "model/system.h"
-#include "text/print.h"
 #include "text/text.h"
 
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <type_traits>
 
 namespace {
 
-bool isStream(const std::string& file)
-{
-    return file.empty() || file == "-";
-}
+namespace fs = std::filesystem;
 
-std::filesystem::path filePath(const std::string& name)
+fs::path filePath(const std::string& name)
 {
-    if constexpr (std::is_same_v<Text, std::filesystem::path::string_type>) {
-        return utf16(name); // by no conversion, which would throw at a lone surrogate
-    } else {
-        return name;
+    if constexpr (std::is_same_v<Text, fs::path::string_type>) {
+        return utf16(name); // without a conversion, which would throw at a lone surrogate
     }
+    return name;
 }
 
-[[noreturn]] void refuseReading(const std::string& told)
-{
-    throw Failure(told + " cannot be read");
-}
-
-/// By C's own call: std::cin takes an error for the end.
+/// By C's own call: std::cin treats an error like the end.
 std::string allOfInput()
 {
     std::string bytes;
@@ -40,12 +31,12 @@ std::string allOfInput()
         bytes.append(part.data(), size);
     }
     if (std::ferror(stdin) != 0) {
-        refuseReading("standard input");
+        throw Failure("standard input cannot be read");
     }
     return bytes;
 }
 
-bool write(const std::filesystem::path& path, std::string_view bytes)
+bool write(const fs::path& path, std::string_view bytes)
 {
     std::ofstream out(path, std::ios::binary);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -53,46 +44,36 @@ bool write(const std::filesystem::path& path, std::string_view bytes)
     return !out.fail();
 }
 
-/// A new file of a name that nothing beside the path has; empty when none can be made.
-std::filesystem::path makeBeside(const std::filesystem::path& path)
-{
-    for (std::size_t number = 1;; ++number) {
-        std::filesystem::path beside = path;
-        beside += ".new" + (number == 1 ? "" : std::to_string(number));
-        if (makeFile(beside)) {
-            return beside;
-        }
-        std::error_code failure;
-        if (!std::filesystem::exists(std::filesystem::symlink_status(beside, failure))) {
-            return {};
-        }
-    }
-}
-
-/// Through links: what they lead to is replaced.
-bool replace(const std::filesystem::path& path, std::string_view bytes)
+/// Replaces what links lead to. The new file has a name that nobody can have guessed, and is not left behind.
+bool replace(const fs::path& path, std::string_view bytes)
 {
     std::error_code failure;
-    const std::filesystem::path target = std::filesystem::weakly_canonical(path, failure);
-    const std::filesystem::path beside = failure ? std::filesystem::path() : makeBeside(target);
-    if (beside.empty()) {
-        return false;
+    const fs::path target = fs::weakly_canonical(path, failure);
+    fs::path beside = target;
+    beside += ".new" + hexDigits(std::random_device()(), 8);
+    auto* const interruption = std::signal(SIGINT, SIG_IGN);
+    const fs::file_status before = fs::status(target, failure);
+    bool isDone = write(beside, "");
+    if (fs::exists(before)) {
+        fs::permissions(beside, before.permissions(), failure);
     }
-    if (write(beside, bytes)) {
-        std::filesystem::rename(beside, target, failure);
-        if (!failure) {
-            return true;
-        }
+    isDone = isDone && write(beside, bytes);
+    if (isDone) {
+        fs::rename(beside, target, failure);
+        isDone = !failure;
     }
-    std::filesystem::remove(beside, failure);
-    return false;
+    if (!isDone) {
+        fs::remove(beside, failure);
+    }
+    std::signal(SIGINT, interruption);
+    return isDone;
 }
 
 } // namespace
 
-std::string toldName(const std::string& file, const char* stream)
+bool isStream(const std::string& file)
 {
-    return isStream(file) ? stream : file;
+    return file.empty() || file == "-";
 }
 
 std::string readFile(const std::string& file)
@@ -102,8 +83,8 @@ std::string readFile(const std::string& file)
     }
     std::error_code ignored;
     std::ifstream in(filePath(file), std::ios::binary);
-    if (!in || std::filesystem::is_directory(filePath(file), ignored)) {
-        refuseReading(file);
+    if (!in || fs::is_directory(filePath(file), ignored)) {
+        throw Failure(file + " cannot be read");
     }
     std::string bytes;
     std::array<char, 65536> part = {};
@@ -111,9 +92,24 @@ std::string readFile(const std::string& file)
         bytes.append(part.data(), static_cast<std::size_t>(in.gcount()));
     }
     if (in.bad()) {
-        refuseReading(file);
+        throw Failure(file + " cannot be read");
     }
     return bytes;
+}
+
+std::optional<std::string> readSmallFile(const std::string& file)
+{
+    constexpr std::uintmax_t most = 1 << 20;
+    std::error_code failure;
+    const fs::path path = filePath(file);
+    if (!fs::is_regular_file(path, failure) || fs::file_size(path, failure) > most || failure) {
+        return std::nullopt;
+    }
+    try {
+        return readFile(file);
+    } catch (const Failure&) {
+        return std::nullopt;
+    }
 }
 
 void writeFile(const std::string& file, std::string_view bytes)
@@ -122,10 +118,10 @@ void writeFile(const std::string& file, std::string_view bytes)
         std::fwrite(bytes.data(), 1, bytes.size(), stdout);
         return;
     }
-    const std::filesystem::path path = filePath(file);
+    const fs::path path = filePath(file);
     std::error_code ignored;
-    const bool isThere = std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
-    const bool isDirect = isThere && !std::filesystem::is_regular_file(path, ignored);
+    const fs::file_status found = fs::status(path, ignored);
+    const bool isDirect = fs::exists(found) && !fs::is_regular_file(found);
     if (!(isDirect ? write(path, bytes) : replace(path, bytes))) {
         throw Failure(file + " cannot be written");
     }

@@ -1,182 +1,91 @@
-#include "transfer/json_file.h"
+#include "transfer/transfer.h"
 
-#include "text/print.h"
-
-#include <cstdint>
-#include <limits>
+#include <algorithm>
 #include <set>
 
 namespace {
 
 constexpr const char* unitsMember = "utf16";
+constexpr int newestFormat = 1;
 
-/// The number, if it fits a type.
-template <typename Number>
-std::optional<Number> numberFrom(const Json& json)
+void require(bool holds, const char* why)
 {
-    if (!json.is_number_integer() ||
-        (json.is_number_unsigned() &&
-         json.get<std::uint64_t>() > static_cast<std::uint64_t>(std::numeric_limits<Number>::max()))) {
-        return std::nullopt;
+    if (!holds) {
+        throw Failure(why);
     }
-    const auto number = json.get<std::int64_t>();
-    if (number < std::numeric_limits<Number>::min() || number > std::numeric_limits<Number>::max()) {
-        return std::nullopt;
-    }
-    return static_cast<Number>(number);
 }
 
-std::optional<Text> textFrom(const Json& json)
+Text textFrom(const Json& json)
 {
-    std::optional<Text> text;
-    if (json.is_string()) {
+    Text text;
+    if (json.is_object()) {
+        for (const Json& unit : json.at(unitsMember)) {
+            text += static_cast<Text::value_type>(unit.get<std::uint16_t>());
+            require(unit == static_cast<std::uint16_t>(text.back()), "not a UTF-16 code unit");
+        }
+    } else {
         text = utf16(json.get<std::string>());
-    } else if (json.is_object() && json.size() == 1 && json.contains(unitsMember) &&
-               json[unitsMember].is_array()) {
-        text.emplace();
-        for (const Json& unit : json[unitsMember]) {
-            const auto number = numberFrom<std::int32_t>(unit);
-            if (!number || *number < 0 || *number > 0xFFFF) {
-                return std::nullopt;
-            }
-            *text += static_cast<Text::value_type>(*number);
-        }
     }
-    return text && text->find(Text::value_type()) == Text::npos ? text : std::nullopt;
+    require(text.find(Text::value_type()) == Text::npos, "a text has a null character");
+    return text;
 }
 
-template <typename Number>
-std::optional<Value> valueOf(unsigned long type, const std::optional<Number>& number)
+Value valueFrom(const Json& json)
 {
-    return number ? std::optional(numberValue(type, *number)) : std::nullopt;
+    const Json& type = json.at("type");
+    const Json& data = json.at("value");
+    Value value = {textFrom(json.at("name")), REG_SZ, {}};
+    require(value.name.size() <= longestValueName, "the name of a value has at most 1023 characters");
+    std::optional<std::string> bytes;
+    if (type.is_number()) {
+        value.type = type.get<std::uint32_t>();
+        bytes = bytesFromHex(data.get<std::string>());
+    } else {
+        const ValueType* const known = typeNamed(type.get<std::string>());
+        require(known != nullptr, "not a type");
+        value.type = known->registryType;
+        if (value.type == REG_SZ) {
+            bytes = textValue({}, textFrom(data)).data;
+        } else if (known->isJsonNumber == data.is_number()) {
+            const std::string word = data.is_number() ? data.dump() : data.get<std::string>();
+            bytes = word.empty() ? word : known->parse(word);
+        }
+    }
+    require(bytes.has_value(), "not a value of its type");
+    value.data = *bytes;
+    return value;
 }
 
-std::optional<Value> bytesFrom(unsigned long type, const Json& json)
+struct Pending
 {
-    const auto bytes = json.is_string() ? bytesFromHex(json.get<std::string>()) : std::nullopt;
-    return bytes ? std::optional(Value{{}, type, *bytes}) : std::nullopt;
-}
-
-std::optional<Value> dataFrom(const Json& type, const Json& data)
-{
-    if (const auto number = numberFrom<std::int32_t>(type)) {
-        return *number < 0 ? std::nullopt : bytesFrom(static_cast<unsigned long>(*number), data);
-    }
-    if (type == "int") {
-        return valueOf(REG_DWORD, numberFrom<std::int32_t>(data));
-    }
-    if (type == "int64") {
-        return valueOf(REG_QWORD, numberFrom<std::int64_t>(data));
-    }
-    if (type == "double") {
-        return valueOf(REG_BINARY, data.is_number() ? std::optional(data.get<double>()) : std::nullopt);
-    }
-    if (type == "binary") {
-        return bytesFrom(REG_BINARY, data);
-    }
-    const std::optional<Text> text = type == "string" ? textFrom(data) : std::nullopt;
-    return text ? std::optional(textValue({}, *text)) : std::nullopt;
-}
-
-class Reader
-{
-public:
-    explicit Reader(const std::string& file) : m_file(file) {}
-
-    /// depth keys below the one that is imported into, which alone has no name.
-    Node readKey(const Json& json, const std::string& place, std::size_t depth) const
-    {
-        const std::size_t members = depth > 0 ? 3 : 2;
-        if (!json.is_object() || json.size() != members || !isArray(json, "values") ||
-            !isArray(json, "keys")) {
-            refuse(place, "it is no object of \"values\" and \"keys\"");
-        }
-        if (depth > deepestKey) {
-            refuse(place, "the keys are nested too deeply");
-        }
-        Node node;
-        for (std::size_t i = 0; i < json["values"].size(); ++i) {
-            node.values.push_back(readValue(json["values"][i], place + "/values/" + std::to_string(i)));
-        }
-        for (std::size_t i = 0; i < json["keys"].size(); ++i) {
-            const Json& key = json["keys"][i];
-            const std::string below = place + "/keys/" + std::to_string(i);
-            constexpr std::size_t longest = 255;
-            const std::optional<Text> name = nameIn(key, longest);
-            if (!name || name->empty() || name->find(Text::value_type('\\')) != Text::npos) {
-                refuse(below + "/name", "no usable name of a key");
-            }
-            node.keys.push_back(readKey(key, below, depth + 1));
-            node.keys.back().name = *name;
-        }
-        refuseRepeated(node.values, place + "/values/");
-        refuseRepeated(node.keys, place + "/keys/");
-        return node;
-    }
-
-private:
-    static bool isArray(const Json& json, const char* member)
-    {
-        return json.contains(member) && json[member].is_array();
-    }
-
-    /// Which of two counts would be a guess.
-    template <typename Named>
-    void refuseRepeated(const std::vector<Named>& all, const std::string& place) const
-    {
-        std::set<Text, LessIgnoringCase> names;
-        for (std::size_t i = 0; i < all.size(); ++i) {
-            if (!names.insert(all[i].name).second) {
-                refuse(place + std::to_string(i) + "/name", "the name is there twice");
-            }
-        }
-    }
-
-    [[noreturn]] void refuse(const std::string& place, const std::string& why) const
-    {
-        throw Failure(m_file + ": " + (place.empty() ? "the whole" : place) + ": " + why);
-    }
-
-    static std::optional<Text> nameIn(const Json& json, std::size_t longest)
-    {
-        const std::optional<Text> text =
-            json.is_object() && json.contains("name") ? textFrom(json["name"]) : std::nullopt;
-        return text && text->size() <= longest ? text : std::nullopt;
-    }
-
-    Value readValue(const Json& json, const std::string& place) const
-    {
-        constexpr std::size_t longest = 1023;
-        const std::optional<Text> name = nameIn(json, longest);
-        if (!name) {
-            refuse(place + "/name", "no usable name of a value");
-        }
-        if (json.size() != 3 || !json.contains("type") || !json.contains("value")) {
-            refuse(place, "it is no object of \"name\", \"type\" and \"value\"");
-        }
-        std::optional<Value> value = dataFrom(json["type"], json["value"]);
-        if (!value) {
-            refuse(place + "/value", "no usable value of its type");
-        }
-        value->name = *name;
-        return *value;
-    }
-
-    const std::string& m_file;
+    const Json* json;
+    Text path;
 };
 
-Json describe(const Node& node)
+/// Reads a key, and appends those below it to what is still to be read.
+void readKey(const Text& root, const Pending& key, std::vector<Pending>& pending,
+             std::set<Name, LessName>& names, std::vector<Edit>& edits, std::string& place)
 {
-    Json json = {{"values", Json::array()}, {"keys", Json::array()}};
-    for (const Value& value : node.values) {
-        json["values"].push_back(toNamedJson(value));
+    require(isUsablePath(joinedKey(root, key.path)),
+            "a path has at most 1020 characters, the name of a key 255");
+    require(names.insert({key.path, std::nullopt}).second, "the key occurs twice");
+    edits.push_back({{key.path, std::nullopt}, {}});
+    const std::string keyPlace = place;
+    std::size_t number = 0;
+    for (const Json& json : key.json->at("values")) {
+        place = keyPlace + ", value " + std::to_string(++number);
+        Value value = valueFrom(json);
+        require(names.insert({key.path, value.name}).second, "a value occurs twice");
+        edits.push_back({{key.path, value.name}, std::move(value)});
     }
-    for (const Node& key : node.keys) {
-        Json child = {{"name", toJson(key.name)}};
-        child.update(describe(key));
-        json["keys"].push_back(std::move(child));
+    place = keyPlace + ", keys";
+    const Json& keys = key.json->at("keys");
+    require(keys.is_array() && key.json->at("values").is_array(), "not arrays");
+    for (auto each = keys.rbegin(); each != keys.rend(); ++each) { // the first is read next
+        const Text name = textFrom(each->at("name"));
+        require(!name.empty() && name.find(separator) == Text::npos, "not the name of a key");
+        pending.push_back({&*each, joinedKey(key.path, name)});
     }
-    return json;
 }
 
 } // namespace
@@ -195,12 +104,11 @@ Json toJson(TextView text)
 
 Json toJson(const Value& value)
 {
-    const std::string_view type = typeName(value);
-    const Json data = type == "int"      ? Json(numberOf<std::int32_t>(value))
-                      : type == "int64"  ? Json(numberOf<std::int64_t>(value))
-                      : type == "string" ? toJson(textOf(value))
-                                         : Json(hexText(value.data));
-    return {{"type", type.empty() ? Json(value.type) : Json(type)}, {"value", data}};
+    const ValueType* const type = typeOf(value);
+    const Json data = value.type == REG_SZ                    ? toJson(textOf(value))
+                      : type != nullptr && type->isJsonNumber ? Json::parse(type->print(value))
+                                                              : Json(dataText(value));
+    return {{"type", type == nullptr ? Json(value.type) : Json(type->name)}, {"value", data}};
 }
 
 Json toNamedJson(const Value& value)
@@ -210,22 +118,56 @@ Json toNamedJson(const Value& value)
     return json;
 }
 
-std::string toJsonFile(const Node& node)
+Json toJson(const Tree& tree, Json header)
 {
-    return describe(node).dump(2) + '\n';
-}
-
-Node fromJsonFile(const std::string& file, const std::string& bytes)
-{
-    try {
-        return Reader(file).readKey(Json::parse(bytes), "", 0);
-    } catch (const Json::exception& error) {
-        const std::string what = error.what(); // "[the parser's name for it] parse error at line ..."
-        throw Failure(file + " is no JSON: " + what.substr(what.find(']') + 2));
+    std::vector<Json> open; // the keys from the tree's own to the last one, whose keys are not complete
+    const auto closeTo = [&open](std::size_t depth) {
+        while (open.size() > depth) {
+            Json key = std::move(open.back());
+            open.pop_back();
+            open.back()["keys"].push_back(std::move(key));
+        }
+    };
+    for (const auto& [name, value] : tree) {
+        if (!name.isKey()) {
+            open.back()["values"].push_back(toNamedJson(value));
+            continue;
+        }
+        closeTo(name.key.empty() ? 0 : static_cast<std::size_t>(std::ranges::count(name.key, separator)) + 1);
+        open.push_back(name.key.empty() ? std::move(header) : Json{{"name", toJson(lastName(name.key))}});
+        open.back()["values"] = Json::array();
+        open.back()["keys"] = Json::array();
     }
+    closeTo(1);
+    return std::move(open.front());
 }
 
-void printJson(const Json& json)
+std::string documentText(const Json& json)
 {
-    print(json.dump(2));
+    return shown(json.dump(2), '\n');
+}
+
+std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes, const Text& root)
+{
+    std::vector<Edit> edits;
+    std::set<Name, LessName> names;
+    std::string place = "the document";
+    try {
+        const Json json = Json::parse(bytes);
+        require(json.value("format", newestFormat) <= newestFormat,
+                "the file is of a newer version of rkuinfo");
+        std::vector<Pending> pending = {{&json, {}}};
+        while (!pending.empty()) {
+            const Pending next = std::move(pending.back());
+            pending.pop_back();
+            place = next.path.empty() ? "the key itself" : "key " + utf8(next.path);
+            readKey(root, next, pending, names, edits, place);
+        }
+    } catch (const Json::exception& error) {
+        const std::string what = error.what(); // "[the parser's name for it] ..."
+        throw Failure(file + ": " + place + ": " + what.substr(what.find(']') + 2));
+    } catch (const Failure& failure) {
+        throw Failure(file + ": " + place + ": " + failure.what());
+    }
+    return edits;
 }
