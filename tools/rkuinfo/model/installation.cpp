@@ -263,9 +263,8 @@ std::optional<Text> Installation::storedPath(TarvoConfig::Path subtree, const wc
 Text Installation::iniText(const wchar_t* file, const wchar_t* section, const wchar_t* key) const
 {
     wchar_t out[256] = {};
-    return uinfo::readIniText(m_folder, section, key, out, 256, file) == TarvoConfig::eOk
-               ? rkuinfo::text(out)
-               : Text();
+    return uinfo::readIniText(m_folder, section, key, out, 256, file) == TarvoConfig::eOk ? rkuinfo::text(out)
+                                                                                          : Text();
 }
 
 Text Installation::commandPrefix() const
