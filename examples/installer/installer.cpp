@@ -1,8 +1,8 @@
 // What a language pack's installer records: the uninstall entry by which the default product knows that a
 // language is installed. The pack's folder beside the program is the other half.
+#include "installation/installed.h"
+#include "installation/program_files.h"
 #include "platform/registry_key.h"
-#include "program/installed.h"
-#include "program/paths.h"
 
 #include <iostream>
 #include <span>

@@ -1,10 +1,10 @@
 // Which company and product the process runs as, and the registry roots that follow from them.
+#include "installation/choices.h"
+#include "installation/layout.h"
+#include "installation/names.h"
+#include "installation/program_files.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
-#include "program/choices.h"
-#include "program/layout.h"
-#include "program/names.h"
-#include "program/paths.h"
 
 #include <RkUInfo.h>
 

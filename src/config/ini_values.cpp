@@ -1,9 +1,9 @@
 // The product's INI files: what start-up reads of them, and typed values.
+#include "installation/ini_files.h"
+#include "installation/names.h"
+#include "installation/program_files.h"
 #include "platform/text.h"
 #include "platform/text_cache.h"
-#include "program/ini_files.h"
-#include "program/names.h"
-#include "program/paths.h"
 
 #include <RkUInfo.h>
 

@@ -1,7 +1,7 @@
 // A language as clients see it.
 #include "config/language_resources.h"
+#include "installation/languages.h"
 #include "platform/text.h"
-#include "program/languages.h"
 
 #include <RkUInfo.h>
 

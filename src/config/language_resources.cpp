@@ -1,7 +1,7 @@
 #include "config/language_resources.h"
 
-#include "program/names.h"
-#include "program/paths.h"
+#include "installation/names.h"
+#include "installation/program_files.h"
 
 #include <RkUInfo.h>
 

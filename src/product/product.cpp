@@ -1,11 +1,11 @@
 #include "product/product.h"
 
+#include "installation/choices.h"
+#include "installation/names.h"
+#include "installation/program_files.h"
 #include "platform/executable.h"
 #include "platform/text.h"
 #include "platform/text_cache.h"
-#include "program/choices.h"
-#include "program/names.h"
-#include "program/paths.h"
 
 #include <shlobj.h>
 #include <windows.h>

@@ -1,7 +1,7 @@
 // The product object.
 #pragma once
 
-#include "program/names.h"
+#include "installation/names.h"
 
 #include <RkOsBase.h>
 #include <RkUInfo.h>

@@ -1,6 +1,6 @@
 #include "store/key_path.h"
 
-#include "config/registry_layout.h"
+#include "config/subtrees.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // The product object, version and identity.
-#include "program/choices.h"
+#include "installation/choices.h"
 
 #include "support/test.h"
 

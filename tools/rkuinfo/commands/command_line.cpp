@@ -2,9 +2,9 @@
 // read, the help and the man page are printed, and shells are told how to complete a word.
 #include "commands/command.h"
 
+#include "installation/languages.h"
 #include "model/tree.h"
 #include "model/value.h"
-#include "program/languages.h"
 
 #include <algorithm>
 #include <stdexcept>

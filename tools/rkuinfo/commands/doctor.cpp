@@ -1,9 +1,9 @@
 // rkuinfo doctor. Codes and severities are a contract, which the man page lists.
 #include "commands/command.h"
 
+#include "installation/names.h"
 #include "model/system.h"
 #include "model/tree.h"
-#include "program/names.h"
 #include "transfer/transfer.h"
 
 #include <algorithm>

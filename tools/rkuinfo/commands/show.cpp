@@ -1,7 +1,7 @@
 // rkuinfo show.
 #include "commands/command.h"
 
-#include "program/names.h"
+#include "installation/names.h"
 #include "transfer/transfer.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // rkuinfo use and provision: the commands that record the names that options give.
 #include "commands/command.h"
 
+#include "installation/names.h"
 #include "model/value.h"
-#include "program/names.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "model/installation.h"
 
+#include "installation/ini_files.h"
+#include "installation/names.h"
 #include "model/system.h"
-#include "program/ini_files.h"
-#include "program/names.h"
 #include "store/codec.h"
 #include "transfer/transfer.h"
 

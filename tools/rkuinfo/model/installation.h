@@ -3,9 +3,9 @@
 // process's own folder.
 #pragma once
 
+#include "installation/choices.h"
+#include "installation/layout.h"
 #include "model/registry.h"
-#include "program/choices.h"
-#include "program/layout.h"
 #include "text/table.h"
 
 #include <RkUInfo.h>

@@ -1,6 +1,6 @@
 // The configuration object: construction, copies, the start-up sequence and the accessors.
+#include "installation/names.h"
 #include "platform/text.h"
-#include "program/names.h"
 
 #include <RkUInfo.h>
 

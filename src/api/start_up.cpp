@@ -1,8 +1,8 @@
 // Creates the current user's product tree and records what is current at each of its levels.
+#include "installation/layout.h"
+#include "installation/names.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
-#include "program/layout.h"
-#include "program/names.h"
 
 #include <RkUInfo.h>
 

@@ -1,4 +1,4 @@
-#include "program/languages.h"
+#include "installation/languages.h"
 
 #include "platform/text.h"
 

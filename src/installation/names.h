@@ -1,7 +1,7 @@
 // The fixed names of the product's INI files, registry keys and values, folders and files.
 #pragma once
 
-#include "program/build_facts.h"
+#include "installation/build_facts.h"
 
 namespace uinfo {
 

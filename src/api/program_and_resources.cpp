@@ -1,7 +1,7 @@
 // The program folder, language resource folders and libraries, and the help viewer.
+#include "installation/names.h"
+#include "installation/program_files.h"
 #include "platform/text.h"
-#include "program/names.h"
-#include "program/paths.h"
 
 #include <RkUInfo.h>
 

@@ -1,6 +1,6 @@
 // The running product's folders in the user's profile.
+#include "installation/layout.h"
 #include "platform/text.h"
-#include "program/layout.h"
 
 #include <RkUInfo.h>
 

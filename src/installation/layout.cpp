@@ -1,6 +1,6 @@
-#include "program/layout.h"
+#include "installation/layout.h"
 
-#include "program/names.h"
+#include "installation/names.h"
 
 #include <iterator>
 

@@ -1,8 +1,8 @@
 // Which languages are installed for the program of a folder.
 #pragma once
 
+#include "installation/languages.h"
 #include "platform/text.h"
-#include "program/languages.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 // Version and identity, as plain functions.
+#include "installation/build_facts.h"
 #include "platform/executable.h"
 #include "platform/text.h"
-#include "program/build_facts.h"
 
 #include <RkUInfo.h>
 

@@ -1,8 +1,8 @@
 // The product's registry key paths, and what the current profile is and says.
-#include "locations/stored_text.h"
+#include "api/stored_path.h"
+#include "installation/layout.h"
+#include "installation/names.h"
 #include "platform/text.h"
-#include "program/layout.h"
-#include "program/names.h"
 
 #include <RkUInfo.h>
 

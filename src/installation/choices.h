@@ -3,9 +3,9 @@
 // nothing.
 #pragma once
 
+#include "installation/installed.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
-#include "program/installed.h"
 
 #include <cstdint>
 #include <span>

@@ -1,11 +1,11 @@
 // Which installed language the process runs in.
+#include "installation/choices.h"
+#include "installation/names.h"
+#include "installation/program_files.h"
 #include "platform/executable.h"
 #include "platform/files.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
-#include "program/choices.h"
-#include "program/names.h"
-#include "program/paths.h"
 
 #include <RkUInfo.h>
 

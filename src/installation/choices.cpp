@@ -1,7 +1,7 @@
-#include "program/choices.h"
+#include "installation/choices.h"
 
-#include "program/ini_files.h"
-#include "program/names.h"
+#include "installation/ini_files.h"
+#include "installation/names.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "program/paths.h"
+#include "installation/program_files.h"
 
 #include "platform/executable.h"
 #include "platform/files.h"

@@ -1,4 +1,4 @@
-#include "program/installed.h"
+#include "installation/installed.h"
 
 #include "platform/files.h"
 #include "platform/registry_key.h"

@@ -1,5 +1,5 @@
 // What start-up chooses, from what each source says, and why.
-#include "program/choices.h"
+#include "installation/choices.h"
 
 #include "support/test.h"
 

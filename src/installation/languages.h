@@ -1,7 +1,7 @@
 // The fifteen languages: every fact about one of them stands here and nowhere else.
 #pragma once
 
-#include "program/language_ids.h"
+#include "installation/language_ids.h"
 
 #include <cstdint>
 #include <iterator>

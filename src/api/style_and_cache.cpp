@@ -1,8 +1,8 @@
 // The user interface style file and the user data cache folder.
-#include "locations/stored_text.h"
+#include "api/stored_path.h"
+#include "installation/layout.h"
+#include "installation/names.h"
 #include "platform/text.h"
-#include "program/layout.h"
-#include "program/names.h"
 
 #include <RkUInfo.h>
 

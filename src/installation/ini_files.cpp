@@ -1,7 +1,7 @@
-#include "program/ini_files.h"
+#include "installation/ini_files.h"
 
+#include "installation/names.h"
 #include "platform/files.h"
-#include "program/names.h"
 
 #include <windows.h>
 

@@ -1,6 +1,6 @@
-#include "locations/stored_text.h"
+#include "api/stored_path.h"
 
-#include "program/layout.h"
+#include "installation/layout.h"
 
 #include <RkUInfo.h>
 

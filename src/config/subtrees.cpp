@@ -1,11 +1,11 @@
 // The named subtrees of the registry tree, and the current profile.
-#include "config/registry_layout.h"
+#include "config/subtrees.h"
 
+#include "installation/choices.h"
+#include "installation/layout.h"
+#include "installation/names.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
-#include "program/choices.h"
-#include "program/layout.h"
-#include "program/names.h"
 
 #include <RkUInfo.h>
 
