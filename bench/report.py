@@ -13,6 +13,7 @@ GROUPS = {
     "host.jsonl": "host, beside the registry calls",
     "peers.jsonl": "host, beside other stores",
     "process.jsonl": "host, a whole process",
+    "tool.jsonl": "rkuinfo, four times the input",
 }
 
 

@@ -63,6 +63,7 @@ bench_table() {
     "$bench/bin/bench_registry" "$bench/host.jsonl"
     "$bench/bin/bench_peers" "$bench_run/peers" "$bench/peers.jsonl"
     "$bench/bin/bench_process" "$bench/process.jsonl" "$bench/bin"
+    bench/tool.py "$bench/bin/rkuinfo" "$bench_run/tool" "$bench/tool.jsonl"
     count_all >"$bench/counts.txt"
     wine_folder=$PWD/build/bench-wine
     start_wine
