@@ -174,11 +174,11 @@ void show(Session& session)
         if (std::exchange(last, section) != section) {
             table.addHeading(section);
         }
-        table.addRow(
-            {{layout.columns ? name : section + '.' + name, Style::name}, // for programs, several are alike
-             {isMissing ? "missing" : "", Style::quiet},
-             {value.empty() ? "(none)" : shown(value),
-              isMissing || value.empty() ? Style::quiet : Style::plain}});
+        std::string label = layout.columns ? "" : section + '.'; // for programs, since several are alike
+        table.addRow({{label += name, Style::name},
+                      {isMissing ? "missing" : "", Style::quiet},
+                      {value.empty() ? "(none)" : shown(value),
+                       isMissing || value.empty() ? Style::quiet : Style::plain}});
         json[section][name] = described;
     }
     session.has("--json") ? print(documentText(json)) : table.print(layout);
