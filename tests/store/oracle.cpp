@@ -6,6 +6,7 @@
 
 #include <RkUInfo.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <random>
@@ -64,7 +65,10 @@ void interfere(const RawValue& raw)
 
 Codes operate(unsigned long kind)
 {
-    const Wide argument(path);
+    std::string spelled = path;
+    std::ranges::replace(spelled, '\\', '/');
+    const Wide argument(kind == 0 || path.empty() ? path
+                                                  : "\\/" + spelled + "//"); // isItemExist takes it as it is
     const std::size_t end = whole.rfind('\\');
     // clang-format off
     switch (kind) {
