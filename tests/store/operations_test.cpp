@@ -20,6 +20,23 @@ TEST_F(Operations, RefuseASubtreeWithoutAKeyPath)
     EXPECT_EQ(m_config.removeItem(eSettings, L"\\/"), TarvoConfig::eNotFound);
 }
 
+TEST_F(Operations, OpenOneKeyWithTheRightsThatTheyNeed)
+{
+    std::vector<REGSAM> rights;
+    const Patch opening = intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(
+        [&](auto real, HKEY parent, LPCWSTR path, DWORD options, REGSAM access, PHKEY key) {
+            rights.push_back(access);
+            return real(parent, path, options, access, key);
+        });
+    VelaVariant value;
+    for (const Operation& operation : operations) {
+        setRaw(HKEY_CURRENT_USER, settings + "\\Item\\n", "n", text("some"));
+        operation.call(m_config, eSettings, Wide("Item" + operation.last), value);
+    }
+    const REGSAM read = KEY_READ, write = KEY_WRITE, all = KEY_ALL_ACCESS;
+    EXPECT_EQ(rights, (std::vector{read, read, write, write, write, all, all, all, all}));
+}
+
 TEST_F(Operations, TakePathsUpToALimit)
 {
     const std::string root = "Software\\Acme\\Widget";
