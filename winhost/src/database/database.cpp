@@ -220,6 +220,13 @@ LSTATUS logStatus()
     return version != 0 && version == contentVersion() ? ERROR_REGISTRY_CORRUPT : ERROR_LOCK_FAILED;
 }
 
+LSTATUS setGeneration(std::int32_t last)
+{
+    const auto next = static_cast<std::int32_t>(std::random_device()());
+    return run("PRAGMA application_id = " + std::to_string(last) +
+               "; PRAGMA user_version = " + std::to_string(next));
+}
+
 /// In a transaction for writing.
 void beginLog()
 {
@@ -229,9 +236,7 @@ void beginLog()
     }
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
         own.generation = generationOfFile(); // which nobody changes now
-        const auto next = static_cast<std::int32_t>(std::random_device()());
-        check(run("PRAGMA application_id = " + std::to_string(own.generation) +
-                  "; PRAGMA user_version = " + std::to_string(next)));
+        check(setGeneration(own.generation));
     }
 }
 
@@ -351,6 +356,7 @@ LSTATUS createTables()
     if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // no other process was first
         check(run(content.schema));
         content.fill();
+        check(setGeneration(0)); // SQLite's for an empty file
     }
     check(run("COMMIT"));
     return schemaStatus();
