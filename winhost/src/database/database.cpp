@@ -56,6 +56,7 @@ struct Connection
     std::int32_t generation = 0;         // of the content, without the log
     bool isShared = false;
     bool isForsaken = false;
+    bool isMoved = false;
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed: it may be used while the process ends
@@ -339,6 +340,7 @@ void disconnect()
     own.statements.clear();
     sqlite3_close(std::exchange(own.database, nullptr));
     forgetFiles();
+    own.isMoved = false;
 }
 
 /// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
@@ -503,10 +505,12 @@ void abandon()
     own.isForsaken = false;
 }
 
+/// For writing, only begin() finds that the files are moved.
 bool isStale(bool forWriting)
 {
     return own.kind == eNew ? forWriting || statusOfFile(own.path).st_size != 0
-                            : isMoved() || (forWriting && own.whyReadOnly != ERROR_SUCCESS);
+           : forWriting     ? own.isMoved || own.whyReadOnly != ERROR_SUCCESS
+                            : isMoved();
 }
 
 /// Makes the connection ready.
@@ -538,7 +542,8 @@ void begin()
     sqlite3_busy_timeout(own.database, 0);
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
-        check(listing() != own.listing ? ERROR_LOCK_FAILED : ERROR_SUCCESS); // moved while it waited
+        own.isMoved = isMoved();
+        check(own.isMoved ? ERROR_LOCK_FAILED : ERROR_SUCCESS);
         if (!own.isShared) {
             beginLog();
         }
@@ -620,6 +625,7 @@ LSTATUS endShared(bool keep)
         return ERROR_INVALID_PARAMETER;
     }
     const LSTATUS status = outcome([&] {
+        own.isMoved = own.database != nullptr && isMoved();
         prepare(true);
         return run(keep ? "COMMIT" : "ROLLBACK");
     });

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdarg>
+#include <random>
 #include <utility>
 
 namespace winhost::database {
@@ -21,6 +22,7 @@ struct Descriptor
 {
     std::atomic<int> number = -1;
     Identity opened;
+    off_t mark = 0; // its position, which SQLite does not use, and which no other file has
 };
 Descriptor descriptors[std::size(suffixes)];
 
@@ -37,19 +39,15 @@ Identity identityOf(int result, const struct stat& found)
     return result == 0 ? Identity(found.st_dev, found.st_ino) : Identity();
 }
 
-Identity identityOf(int number)
-{
-    struct stat found = {};
-    const int result = fstat(number, &found);
-    return identityOf(result, found);
-}
-
 int openFile(const char* path, int flags, int mode)
 {
     const int file = ::open(path, flags, mode);
     for (int which = eContent; expected != nullptr && file >= 0 && which <= eIndex; ++which) {
         if (path == *expected + suffixes[which]) {
-            descriptors[which].opened = identityOf(file);
+            struct stat found = {};
+            const int result = fstat(file, &found);
+            descriptors[which].opened = identityOf(result, found);
+            descriptors[which].mark = lseek(file, off_t{1} << 40 | std::random_device()(), SEEK_SET);
             descriptors[which].number = file;
         }
     }
@@ -107,7 +105,7 @@ int descriptor(File file)
 bool areFilesLost()
 {
     return std::ranges::any_of(descriptors, [](const Descriptor& each) {
-        return each.number >= 0 && identityOf(each.number) != each.opened;
+        return each.number >= 0 && lseek(each.number, 0, SEEK_CUR) != each.mark;
     });
 }
 
