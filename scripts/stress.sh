@@ -14,7 +14,7 @@ run_cases() {
 run_stress() {
     echo '== Faults, kills, many at once, disks and damaged files'
     build host rkuinfo_tests
-    run_cases build/host/bin/rkuinfo_tests 'Faults.*:Storm.*:Store.*:*Disk.*:Host.*'
+    run_cases build/host/bin/rkuinfo_tests 'Faults.*:Storm.*:Store.*:*Script.*:*Disk.*:Host.*'
     echo '== The same threads under ThreadSanitizer'
     build tsan rkuinfo_tests
     run_cases build/tsan/bin/rkuinfo_tests 'Locks.*:Storm.Many*'
