@@ -4,6 +4,8 @@
 #include "last_error.h"
 #include "user_folders.h"
 
+#include <winhost/changes.h>
+
 #include <sqlite3.h>
 
 #include <fcntl.h>
@@ -72,30 +74,21 @@ LSTATUS statusOfErrno(LSTATUS otherwise)
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
-    switch (code & primary) {
-    case SQLITE_OK:
-    case SQLITE_ROW:
-    case SQLITE_DONE:
-        return ERROR_SUCCESS;
-    case SQLITE_BUSY:
-    case SQLITE_PROTOCOL:
-        return ERROR_LOCK_FAILED;
-    case SQLITE_READONLY:
-    case SQLITE_PERM:
-        return ERROR_ACCESS_DENIED;
-    case SQLITE_FULL:
-        return ERROR_DISK_FULL;
-    case SQLITE_NOMEM:
-        return ERROR_NOT_ENOUGH_MEMORY;
-    case SQLITE_TOOBIG:
-        return ERROR_INVALID_PARAMETER;
-    case SQLITE_CANTOPEN:
-        return statusOfErrno(ERROR_CANTOPEN);
-    case SQLITE_IOERR:
-        return statusOfErrno(ERROR_REGISTRY_IO_FAILED);
-    default:
-        return ERROR_REGISTRY_CORRUPT;
-    }
+    constexpr std::pair<int, LSTATUS> statuses[] = {{SQLITE_OK, ERROR_SUCCESS},
+                                                    {SQLITE_ROW, ERROR_SUCCESS},
+                                                    {SQLITE_DONE, ERROR_SUCCESS},
+                                                    {SQLITE_BUSY, ERROR_LOCK_FAILED},
+                                                    {SQLITE_PROTOCOL, ERROR_LOCK_FAILED},
+                                                    {SQLITE_READONLY, ERROR_ACCESS_DENIED},
+                                                    {SQLITE_PERM, ERROR_ACCESS_DENIED},
+                                                    {SQLITE_FULL, ERROR_DISK_FULL},
+                                                    {SQLITE_NOMEM, ERROR_NOT_ENOUGH_MEMORY},
+                                                    {SQLITE_TOOBIG, ERROR_INVALID_PARAMETER},
+                                                    {SQLITE_CANTOPEN, ERROR_CANTOPEN},
+                                                    {SQLITE_IOERR, ERROR_REGISTRY_IO_FAILED}};
+    const auto* const found = std::ranges::find(statuses, code & primary, &std::pair<int, LSTATUS>::first);
+    const LSTATUS status = found != std::end(statuses) ? found->second : ERROR_REGISTRY_CORRUPT;
+    return status == ERROR_CANTOPEN || status == ERROR_REGISTRY_IO_FAILED ? statusOfErrno(status) : status;
 }
 
 LSTATUS run(const std::string& sql)
@@ -604,39 +597,6 @@ void undo(bool wasReading)
     }
 }
 
-LSTATUS beginShared()
-{
-    return outcome([] {
-        const Lock lock = write();
-        if (own.isShared) {
-            undo(false);
-            return ERROR_INVALID_PARAMETER;
-        }
-        own.isShared = true;
-        hideVersion();
-        return ERROR_SUCCESS;
-    });
-}
-
-LSTATUS endShared(bool keep)
-{
-    const Lock lock(own.mutex);
-    if (!own.isShared) {
-        return ERROR_INVALID_PARAMETER;
-    }
-    const LSTATUS status = outcome([&] {
-        own.isMoved = own.database != nullptr && isMoved();
-        prepare(true);
-        return run(keep ? "COMMIT" : "ROLLBACK");
-    });
-    own.isShared = false;
-    if (own.database != nullptr) {
-        undo(false); // what could not be committed
-        showVersion();
-    }
-    return status;
-}
-
 Lock hold()
 {
     Lock lock(own.mutex);
@@ -726,3 +686,38 @@ void Query::bind(std::string_view bytes)
 }
 
 } // namespace winhost::database
+
+using namespace winhost::database;
+
+LSTATUS winhostBeginRegistryChanges()
+{
+    return outcome([] {
+        const Lock lock = write();
+        if (own.isShared) {
+            undo(false);
+            return ERROR_INVALID_PARAMETER;
+        }
+        own.isShared = true;
+        hideVersion();
+        return ERROR_SUCCESS;
+    });
+}
+
+LSTATUS winhostEndRegistryChanges(BOOL keep)
+{
+    const Lock lock(own.mutex);
+    if (!own.isShared) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    const LSTATUS status = outcome([&] {
+        own.isMoved = own.database != nullptr && isMoved();
+        prepare(true);
+        return run(keep != FALSE ? "COMMIT" : "ROLLBACK");
+    });
+    own.isShared = false;
+    if (own.database != nullptr) {
+        undo(false); // what could not be committed
+        showVersion();
+    }
+    return status;
+}

@@ -66,10 +66,6 @@ Lock write();
 std::uint64_t commit();
 void undo(bool wasReading);
 
-/// One transaction over many calls: winhost/changes.h.
-LSTATUS beginShared();
-LSTATUS endShared(bool keep);
-
 /// Returns the lock, which the caller holds until a fork is done. Undoes a shared transaction.
 Lock hold();
 /// In the child of a fork: leaves the connection to the parent.

@@ -2,8 +2,6 @@
 
 #include "registry/memory.h"
 
-#include <winhost/changes.h>
-
 #include <pthread.h>
 
 #include <utility>
@@ -83,13 +81,3 @@ void Access::commit()
 }
 
 } // namespace winhost::registry
-
-LSTATUS winhostBeginRegistryChanges()
-{
-    return winhost::database::beginShared();
-}
-
-LSTATUS winhostEndRegistryChanges(BOOL keep)
-{
-    return winhost::database::endShared(keep != FALSE);
-}
