@@ -138,6 +138,11 @@ expect "--profile '\$(touch x)\`' use" rkuinfo --profile '$(touch x)`' doctor
 chmod -R a-w "$XDG_DATA_HOME"
 expect $'tree-unwritable\t' without_rights "$app/rkuinfo" doctor
 chmod -R u+w "$XDG_DATA_HOME"
+if [ "$(id -u)" -eq 0 ]; then
+    chown -R 1234 "$XDG_DATA_HOME/winhost"
+    expect 'belongs to another user, number 1234' rkuinfo doctor
+    chown -R 0 "$XDG_DATA_HOME/winhost"
+fi
 damage 'CREATE TABLE more(a)'
 expect 'the registry is of a newer version' rkuinfo doctor
 exit $failed

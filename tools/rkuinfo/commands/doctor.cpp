@@ -28,6 +28,7 @@ public:
     {
         if (const std::optional<Trouble> trouble = registryTrouble()) {
             error("registry", "registry", trouble->problem, trouble->remedy);
+            checkWritable({}); // its owner may be the cause
             return m_findings; // nothing else can be known
         }
         const Text folder = m_session.has("--program") ? fullFolder(m_session["--program"])
@@ -235,12 +236,17 @@ private:
                 readTree(std::move(*key), &m_losses);
             }
         });
-        if (const std::optional<Trouble> trouble = writeTrouble(product)) {
-            error("tree-unwritable", utf8(product), trouble->problem, trouble->remedy);
-        }
+        checkWritable(product);
         if (installation.preferred != uinfo::unknownLanguage && installation.whyNotWanted().empty() &&
             m_losses.empty()) {
             checkProfile(installation);
+        }
+    }
+
+    void checkWritable(const Text& key)
+    {
+        if (const std::optional<Trouble> trouble = writeTrouble(key)) {
+            error("tree-unwritable", key.empty() ? "registry" : utf8(key), trouble->problem, trouble->remedy);
         }
     }
 
