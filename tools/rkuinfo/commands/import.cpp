@@ -44,6 +44,7 @@ std::vector<Edit> readEdits(const Session& session, const Text& path)
 {
     const std::string name = isStream(session["--file"]) ? "standard input" : session["--file"];
     const std::string bytes = readFile(session["--file"]);
+    showProgress("bytes to read:", bytes.size());
     return isRegFile(bytes) ? fromRegFile(name, bytes, path) : fromJsonFile(name, bytes, path);
 }
 
