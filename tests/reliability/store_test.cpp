@@ -466,6 +466,9 @@ const char* const scripts[] = {
     "ends;"
     "$ cp disk/registry.db disk/other; a set 4 = 0; $ mv disk/other disk/registry.db && rm disk/*-*;"
     "a get 4, get 1, set 5 = 2 0 0; new get 5 = 0",
+    // It is moved without its log
+    "a set 1 = 0; $ mv winhost/registry.db kept; a get 1 = 2; a ends; $ rm winhost/* && mv kept "
+    "winhost/registry.db",
     // It is moved within a change of many calls
     "a set 1, begin 0, set 2 = 0 0 0; $ mv winhost other; a end 1, get 2 = 1013 2;"
     "$ rm -rf winhost && mv other winhost; new get 1, get 2 = 0 2",

@@ -182,9 +182,10 @@ std::optional<std::string> readStart(const std::string& hostFile, std::size_t si
     if (file < 0) {
         SetLastError(errorOf(errno, ERROR_ACCESS_DENIED));
     } else if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
-        bytes.emplace(std::min(size, static_cast<std::size_t>(status.st_size)), '\0');
-        const ssize_t length = ::read(file, bytes->data(), bytes->size());
-        bytes->resize(static_cast<std::size_t>(std::max(length, ssize_t{0})));
+        std::string start(std::min(size, static_cast<std::size_t>(status.st_size)), '\0');
+        const ssize_t length = ::read(file, start.data(), start.size());
+        start.resize(static_cast<std::size_t>(std::max(length, ssize_t{0})));
+        bytes = std::move(start);
     } else {
         SetLastError(ERROR_ACCESS_DENIED);
     }

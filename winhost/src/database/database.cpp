@@ -473,7 +473,8 @@ LSTATUS open(bool forWriting)
     return status;
 }
 
-/// Closes what is open. A log that is no longer beside the file is written back before.
+/// Closes what is open. A log that was removed is written back before, and so is one whose file was moved
+/// away.
 LSTATUS closeMoved()
 {
     if (own.isShared) {
@@ -481,7 +482,8 @@ LSTATUS closeMoved()
         showVersion();
     }
     const std::string now = resolved(own.path);
-    if (isAtPlace(now, eContent) && !isAtPlace(now, eLog) && logStatus() == ERROR_SUCCESS) {
+    const bool isApart = isAtPlace(now, eContent) ? !isAtPlace(now, eLog) : statusOfFile(now).st_ino == 0;
+    if (isApart && logStatus() == ERROR_SUCCESS) {
         check(statusOf(
             sqlite3_wal_checkpoint_v2(own.database, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr)));
     }
