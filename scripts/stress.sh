@@ -1,23 +1,24 @@
 # The reliability tests in their full amounts, a few minutes in all.
 
-# Each case in a process of its own, as ctest would run it.
+# run_cases FILTER PROGRAM...: each case in a process of its own, as ctest would run it.
 run_cases() {
-    local program=$1 filter=$2 case suite=''
+    local filter=$1 case suite=''
+    shift
     while read -r case _; do # behind a case is its parameter
         case $case in
         *.) suite=$case ;;
-        *) RKUINFO_STRESS=1 "$program" --gtest_brief=1 --gtest_filter="$suite$case" ;;
+        *) RKUINFO_STRESS=1 "$@" --gtest_brief=1 --gtest_filter="$suite$case" </dev/null ;;
         esac
-    done < <("$program" --gtest_list_tests --gtest_filter="$filter" | grep -v '^Running')
+    done < <("$@" --gtest_list_tests --gtest_filter="$filter" </dev/null | tr -d '\r' | grep -v '^Running')
 }
 
 run_stress() {
     echo '== Faults, kills, many at once, disks and damaged files'
     build host rkuinfo_tests
-    run_cases build/host/bin/rkuinfo_tests 'Faults.*:Storm.*:Store.*:*Script.*:*Disk.*:Host.*'
+    run_cases 'Faults.*:Storm.*:Store.*:*Script.*:*Disk.*:Host.*' build/host/bin/rkuinfo_tests
     echo '== The same threads under ThreadSanitizer'
     build tsan rkuinfo_tests
-    run_cases build/tsan/bin/rkuinfo_tests 'Locks.*:Storm.Many*'
+    run_cases 'Locks.*:Storm.Many*' build/tsan/bin/rkuinfo_tests
     echo '== The store beside raw registry calls'
     local seed=$RANDOM
     build host store_oracle
@@ -29,7 +30,7 @@ run_stress() {
     start_wine
     toolchains/run-wine.sh build/windows/bin/store_oracle.exe 100000 "$seed"
     rm -rf build/{host,windows}/agreement # the traces of other seeds
-    RKUINFO_STRESS=1 build/host/bin/agreement_tests --gtest_brief=1
-    RKUINFO_STRESS=1 toolchains/run-wine.sh build/windows/bin/agreement_tests.exe --gtest_brief=1
+    run_cases '*' build/host/bin/agreement_tests
+    run_cases '*' toolchains/run-wine.sh build/windows/bin/agreement_tests.exe
     diff -r build/host/agreement build/windows/agreement
 }
