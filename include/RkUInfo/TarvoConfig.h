@@ -9,7 +9,7 @@
 #include <cstdint>
 
 namespace uinfo {
-class RegistryLayout;
+class ConfigAccess;
 }
 
 #pragma pack(push, 8) // whatever /Zp says
@@ -178,8 +178,7 @@ protected:
     static TarvoConfig _sg_tarvo_config;
 
 private:
-    friend RKUINFO_API TarvoConfig* velaConfig();
-    friend class uinfo::RegistryLayout;
+    friend class uinfo::ConfigAccess;
 
     wchar_t* m_productName; // this and the next two: array-allocated, null until known
     wchar_t* m_companyName;

@@ -23,11 +23,6 @@ unsigned long GetProgramPath(wchar_t* buffer, unsigned long size)
     return static_cast<unsigned long>(folderLength);
 }
 
-unsigned long GetVelaProgramPath(wchar_t* const buffer)
-{
-    return GetProgramPath(buffer, uinfo::modulePathCapacity);
-}
-
 const wchar_t* GetCurrentLanguageShortName()
 {
     return velaConfig()->language().shortName();

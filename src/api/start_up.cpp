@@ -1,8 +1,10 @@
-// Creates the current user's product tree and records what is current at each of its levels.
+// Start-up: the two objects, and the creation of the user's tree.
+#include "config/access.h"
 #include "installation/layout.h"
 #include "installation/names.h"
 #include "platform/registry_key.h"
 #include "platform/text.h"
+#include "product/product.h"
 
 #include <RkUInfo.h>
 
@@ -39,6 +41,17 @@ VelaVariant currentProfile(const TarvoConfig& config)
 
 } // namespace
 
+TarvoConfig* velaConfig()
+{
+    return &uinfo::ConfigAccess::instance();
+}
+
+TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product, const wchar_t* language,
+                                  const wchar_t* profile)
+{
+    return velaConfig()->initial(company, product, language, profile);
+}
+
 TarvoConfig::Error CreateConfigReg()
 {
     TarvoConfig& config = *velaConfig();
@@ -55,4 +68,9 @@ TarvoConfig::Error CreateConfigReg()
                     textValue(GetCurrentLanguageShortName()));
     config.setValue(TarvoConfig::eProfilesRoot, L"", currentProfile(config));
     return TarvoConfig::eOk;
+}
+
+ITarvoProduct* velaGetProduct()
+{
+    return &uinfo::theProduct();
 }

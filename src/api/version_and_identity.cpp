@@ -38,6 +38,11 @@ const wchar_t* GetVelaProgramVersionString()
     return velaGetProduct()->programVersionString();
 }
 
+unsigned long GetVelaProgramPath(wchar_t* const buffer)
+{
+    return GetProgramPath(buffer, uinfo::modulePathCapacity);
+}
+
 unsigned long GetVelaProgramName(wchar_t* const buffer)
 {
     if (buffer == nullptr || !uinfo::executablePath(buffer, uinfo::modulePathCapacity) || *buffer == 0) {

@@ -1,18 +1,9 @@
-// The product's INI files: what start-up reads of them, and typed values.
+// TarvoConfig's readers of the INI files.
 #include "installation/ini_files.h"
-#include "installation/names.h"
 #include "installation/program_files.h"
 #include "platform/text.h"
-#include "platform/text_cache.h"
 
-#include <RkUInfo.h>
-
-namespace {
-
-/// The architecture command name prefix, empty until both its numbers could be read.
-wchar_t architecturePrefix[64];
-
-} // namespace
+#include <RkUInfo/TarvoConfig.h>
 
 TarvoConfig::Error TarvoConfig::getIniFilePath(wchar_t* out, const wchar_t* fileName)
 {
@@ -58,24 +49,4 @@ TarvoConfig::Error TarvoConfig::getIniValue(const wchar_t* section, const wchar_
         return error;
     }
     return eWrongType;
-}
-
-int GetVelaIniConfigValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
-                          VelaVariant::VarType type)
-{
-    return velaConfig()->getIniValue(section, key, value, type, uinfo::tarvoIni) == TarvoConfig::eOk ? 1 : 0;
-}
-
-long GetVelaIniOEMMergeTitleValue(long defaultValue)
-{
-    VelaVariant value;
-    const bool read = GetVelaIniConfigValue(L"PartnerOEM", L"MergeTitle", value, VelaVariant::eInt) != 0;
-    return read ? value.getInt() : defaultValue;
-}
-
-const wchar_t* GetVelaArchitectrueCommandNamePrefix()
-{
-    return uinfo::cachedText(architecturePrefix, [](uinfo::BoundedText& prefix) {
-        return uinfo::readCommandPrefix(uinfo::programFolder(), prefix);
-    });
 }

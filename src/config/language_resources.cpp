@@ -1,9 +1,8 @@
 #include "config/language_resources.h"
 
+#include "config/access.h"
 #include "installation/names.h"
 #include "installation/program_files.h"
-
-#include <RkUInfo.h>
 
 #include <atomic>
 #include <memory>
@@ -27,7 +26,7 @@ HINSTANCE uinfo::languageResources()
     if (kept != nullptr) {
         return kept;
     }
-    Module loaded(loadResourceLibrary(velaConfig()->language().shortName(), languageLibrary,
+    Module loaded(loadResourceLibrary(ConfigAccess::instance().language().shortName(), languageLibrary,
                                       [](const wchar_t* path) { return LoadLibraryW(path); }));
     if (loaded != nullptr && resources.compare_exchange_strong(kept, loaded.get())) {
         kept = loaded.release();

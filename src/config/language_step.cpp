@@ -1,4 +1,5 @@
 // Which installed language the process runs in.
+#include "config/access.h"
 #include "installation/choices.h"
 #include "installation/names.h"
 #include "installation/program_files.h"
@@ -111,8 +112,8 @@ long TarvoConfig::queryAInstalledLangInOrder()
 TarvoConfig::Error TarvoConfig::verifyResourcePath()
 {
     uinfo::PathBuffer folder;
-    if (uinfo::resourceFolder(velaConfig()->language().shortName(), folder.data(), uinfo::pathCapacity - 1) ==
-        0) {
+    if (uinfo::resourceFolder(uinfo::ConfigAccess::instance().language().shortName(), folder.data(),
+                              uinfo::pathCapacity - 1) == 0) {
         return eInvalidInput;
     }
     return uinfo::isReadable(folder.text()) ? eOk : eRegistryError;

@@ -2,17 +2,12 @@
 #include "installation/names.h"
 #include "platform/text.h"
 
-#include <RkUInfo.h>
+#include <RkUInfo/TarvoConfig.h>
 
 #include <algorithm>
 #include <utility>
 
 TarvoConfig TarvoConfig::_sg_tarvo_config;
-
-TarvoConfig* velaConfig()
-{
-    return &TarvoConfig::_sg_tarvo_config;
-}
 
 namespace {
 
@@ -111,10 +106,4 @@ const wchar_t* TarvoConfig::companyName() const
 const wchar_t* TarvoConfig::profileNameCmdLineInfo() const
 {
     return m_profileNameCmdLineInfo != nullptr ? m_profileNameCmdLineInfo : uinfo::defaultProfile;
-}
-
-TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product, const wchar_t* language,
-                                  const wchar_t* profile)
-{
-    return velaConfig()->initial(company, product, language, profile);
 }

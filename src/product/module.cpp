@@ -2,8 +2,6 @@
 #include "config/language_resources.h"
 #include "product/product.h"
 
-#include <RkUInfo.h>
-
 #include <windows.h>
 
 #include <optional>
@@ -12,24 +10,24 @@ namespace {
 
 /// Made and destroyed by the entry point. Every toolchain calls that when the static objects are made and
 /// before they are destroyed, so the singleton is there first and goes last.
-constinit std::optional<uinfo::TarvoProduct> theProduct;
+constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace
 
-ITarvoProduct* velaGetProduct()
+uinfo::TarvoProduct& uinfo::theProduct()
 {
-    return &*theProduct;
+    return *product;
 }
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*/)
 {
     if (reason == DLL_PROCESS_ATTACH) {
-        theProduct.emplace();
+        product.emplace();
         // Refused where the runtime keeps thread-local storage: MinGW's does.
         DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH) {
         uinfo::releaseLanguageResources();
-        theProduct.reset();
+        product.reset();
     }
     return TRUE;
 }

@@ -1,10 +1,11 @@
 // The product object.
 #pragma once
 
+#include "config/access.h"
 #include "installation/names.h"
 
 #include <RkOsBase.h>
-#include <RkUInfo.h>
+#include <RkUInfo/ITarvoProduct.h>
 
 #include <cstdint>
 
@@ -17,12 +18,12 @@ class TarvoProduct final : public ITarvoProduct
 public:
     TarvoProduct();
 
-    const wchar_t* productName() override { return velaConfig()->productName(); }
+    const wchar_t* productName() override { return ConfigAccess::instance().productName(); }
     const wchar_t* defaultProductName() override { return defaultProduct; }
-    const wchar_t* companyName() override { return velaConfig()->companyName(); }
+    const wchar_t* companyName() override { return ConfigAccess::instance().companyName(); }
     const wchar_t* programVersionString() override { return versionSegment; }
     const wchar_t* helpFilePath() override;
-    const TarvoLanguage& language() override { return velaConfig()->language(); }
+    const TarvoLanguage& language() override { return ConfigAccess::instance().language(); }
     long productType() override;
     long productNumber() override { return 27; }
     long productFlagA() override { return 1; }
@@ -48,5 +49,8 @@ private:
     std::int32_t m_sharedValueC = 1;
     RkLocker m_lock;
 };
+
+/// The single instance, which velaGetProduct() returns.
+TarvoProduct& theProduct();
 
 } // namespace uinfo

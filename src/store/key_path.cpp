@@ -1,6 +1,6 @@
 #include "store/key_path.h"
 
-#include "config/subtrees.h"
+#include "config/access.h"
 
 namespace {
 
@@ -73,7 +73,7 @@ wchar_t* splitKeyPath(wchar_t*& text)
 
 bool KeyPath::assignRoot(const TarvoConfig& config, TarvoConfig::Path root)
 {
-    return RegistryLayout::appendRoot(config, root, m_path) && !m_path.empty();
+    return ConfigAccess::appendRoot(config, root, m_path) && !m_path.empty();
 }
 
 bool KeyPath::assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath)

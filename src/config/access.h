@@ -1,0 +1,21 @@
+// What the library's other files reach in TarvoConfig.
+#pragma once
+
+#include "platform/text.h"
+
+#include <RkUInfo/TarvoConfig.h>
+
+namespace uinfo {
+
+class ConfigAccess
+{
+public:
+    /// The single instance, which velaConfig() returns.
+    static TarvoConfig& instance() { return TarvoConfig::_sg_tarvo_config; }
+
+    /// Appends a subtree's key path to an empty string; see TarvoConfig::getRegRootPath for when it returns
+    /// false.
+    static bool appendRoot(const TarvoConfig& config, TarvoConfig::Path path, BoundedText& key);
+};
+
+} // namespace uinfo
