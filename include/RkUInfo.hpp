@@ -31,16 +31,16 @@ namespace rkuinfo {
 
 using Bytes = std::vector<std::byte>;
 
-/// What a function that fills a buffer of 1024 characters gives, such as GetUserApplicationDataSupportPath;
-/// empty when it fails.
+/// Returns the result of a function that fills a buffer of 1024 characters, such as
+/// GetUserApplicationDataSupportPath; empty if it fails.
 inline Text text(unsigned long (*function)(wchar_t*))
 {
     wchar_t buffer[1024];
     return function(buffer) > 0 ? text(buffer) : Text();
 }
 
-/// A text on its way into the library: a literal (L"..."), which is only pointed to, or a Text, which is
-/// copied. Null and empty name a key itself or its default value. A text ends at its first null character.
+/// A string argument: a literal (L"..."), to which it points, or a Text, which it copies. Null and empty name
+/// a key itself or its default value. A string ends at its first null character.
 class Argument
 {
 public:
@@ -98,7 +98,7 @@ inline const std::error_category& category()
 
 } // namespace rkuinfo
 
-/// Makes a code of an error; found by argument-dependent lookup.
+/// Converts an error to a code; found by argument-dependent lookup.
 inline std::error_code make_error_code(TarvoConfig::Error error)
 {
     return {error, rkuinfo::category()};
@@ -119,17 +119,17 @@ template <typename T>
 concept Integer = std::signed_integral<T> &&(sizeof(T) == 4 || sizeof(T) == 8) &&
                   (!std::same_as<T, long> || sizeof(long) == 8);
 
-/// What a setting can be read as. An integer's width decides between eInt and eInt64. A long has 32 bits on
-/// Windows and 64 elsewhere, so it is one only where it is the std::int64_t.
+/// The types that a setting can be read as. An integer's width decides between eInt and eInt64. A long has 32
+/// bits on Windows and 64 elsewhere; it is accepted only if it has 64.
 template <typename T>
 concept Setting = Integer<T> || std::same_as<T, double> || std::same_as<T, Text> || std::same_as<T, Bytes>;
 
-/// What can be stored as one.
+/// The types that can be stored as a setting.
 template <typename T>
 concept Storable = Setting<T> || std::floating_point<T> || std::convertible_to<const T&, Argument>;
 
-/// What a variant holds, if it is of that type; nothing is converted. A double comes back from the registry
-/// as its eight bytes, so those count as one.
+/// Returns a variant's value if it has that type; converts nothing. A double is read back from the registry
+/// as eight bytes, so these count as a double.
 template <Setting T>
 std::optional<T> as(const VelaVariant& value)
 {
@@ -190,8 +190,8 @@ inline VelaVariant variant(const Bytes& value)
 
 // ---- Settings ----------------------------------------------------------------------------------------
 
-/// Reads a setting by its value path, such as "Display/Colors/Back". Nothing when there is none or it has
-/// another type; error then says which, and is cleared otherwise.
+/// Reads a setting by its value path, such as "Display/Colors/Back". Returns nothing if it does not exist or
+/// has another type; error is then set to the reason, and cleared otherwise.
 template <typename T>
 std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath, std::error_code& error)
 {
@@ -215,7 +215,7 @@ std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath)
     return get<T>(path, valuePath, ignored);
 }
 
-/// Writes a setting and makes its key; everything that variant() takes can be one. No bytes write no value.
+/// Writes a setting and creates its key. Empty Bytes write no value.
 template <typename T>
 [[nodiscard]] std::error_code set(TarvoConfig::Path path, const Argument& valuePath, const T& value)
 {
@@ -230,11 +230,11 @@ template <typename T>
 
 namespace detail {
 
-/// A name as the library's iterators give it: a buffer, and its capacity that becomes the length.
+/// Reads a name by an iterator's function, which fills a buffer and updates its length.
 template <typename ReadName>
 TarvoConfig::Error readName(ReadName read, Text& name)
 {
-    constexpr long capacity = 1024; // longer names are never handed out
+    constexpr long capacity = 1024; // longer names are never returned
     wchar_t buffer[capacity];
     long length = capacity;
     const TarvoConfig::Error error = read(buffer, length);
@@ -244,8 +244,8 @@ TarvoConfig::Error readName(ReadName read, Text& name)
 
 } // namespace detail
 
-/// A walk over the entries of one key: a single-pass range, to be used where it was made. What others add to
-/// the key meanwhile may be missed. A key that cannot be walked gives an empty range, and error() says why.
+/// The entries of one key as a single-pass range that cannot be moved. Entries that others add during the
+/// walk may be missed. The range is empty if the key cannot be walked; error() returns the reason.
 template <typename Cursor>
 class Range
 {
@@ -298,7 +298,7 @@ struct Value
 {
     Text name;
     VelaVariant data;
-    std::error_code error; ///< why there is no data, or, with an empty name, no name
+    std::error_code error; ///< why data, or with an empty name the name, is missing
 
     template <Setting T>
     std::optional<T> as() const
@@ -326,7 +326,7 @@ struct ValueCursor
 {
     using Entry = Value;
 
-    /// False past the end.
+    /// Returns false past the end.
     bool read(Entry& value) const
     {
         value.data = VelaVariant();
@@ -347,13 +347,13 @@ struct ValueCursor
 
 } // namespace detail
 
-/// The names of the keys below a key; null names the subtree's own.
+/// Returns the names of the keys below a key; null names the subtree's own key.
 inline Range<detail::ItemCursor> items(TarvoConfig::Path path, const Argument& item = {})
 {
     return {path, item};
 }
 
-/// The values of a key; null names the subtree's own.
+/// Returns the values of a key; null names the subtree's own key.
 inline Range<detail::ValueCursor> values(TarvoConfig::Path path, const Argument& item = {})
 {
     return {path, item};

@@ -6,35 +6,39 @@ class TarvoLanguage;
 
 #pragma pack(push, 8) // whatever /Zp says
 
-/// What velaGetProduct() gives. Clients call it by slot, in this order, and never delete it; texts belong to
-/// the library. Every operation may be called from any thread.
+/// The object that velaGetProduct() returns. Clients call it by slot, in this order, and never delete it.
+/// Returned strings belong to the library. Every operation may be called from any thread.
 class ITarvoProduct
 {
 public:
+    /// Returns TarvoConfig::productName.
     virtual const wchar_t* productName() = 0;
-    /// Always "TARVO".
+    /// Returns "TARVO".
     virtual const wchar_t* defaultProductName() = 0;
+    /// Returns TarvoConfig::companyName.
     virtual const wchar_t* companyName() = 0;
-    /// Always "2018".
+    /// Returns "2018".
     virtual const wchar_t* programVersionString() = 0;
-    /// The help viewer's full path, kept once found; "RKHelp.exe" while it cannot be.
+    /// Returns the help viewer's full path, cached once it could be composed; "RKHelp.exe" until then.
     virtual const wchar_t* helpFilePath() = 0;
+    /// Returns TarvoConfig::language.
     virtual const TarvoLanguage& language() = 0;
-    /// By the product's name, ignoring case: 1 for TARVO, 2 for TARVOM, 3 for TARVOA, 4 for any other.
+    /// Returns 1 for the product name TARVO, 2 for TARVOM, 3 for TARVOA, 4 for any other, ignoring case.
     virtual long productType() = 0;
-    /// Always 27.
+    /// Returns 27.
     virtual long productNumber() = 0;
-    /// Always 1.
+    /// Returns 1.
     virtual long productFlagA() = 0;
-    /// Always 1.
+    /// Returns 1.
     virtual long productFlagB() = 0;
-    /// Always "4.0".
+    /// Returns "4.0".
     virtual const wchar_t* productVersionTag() = 0;
-    /// The folder "UserDataCache" beside the program, without trailing backslash, kept once found; empty
-    /// while it cannot be, or where it does not fit 259 characters.
+    /// Returns the folder "UserDataCache" beside the program, without trailing backslash, cached once it
+    /// could be composed; empty until then, and if it has more than 259 characters.
     virtual const wchar_t* userDataCachePath() = 0;
 
-    // Three 32-bit integers that client modules share; -1, 0 and 1 at load.
+    // Three 32-bit integers that client modules share: -1, 0 and 1 when the library is loaded. A setter
+    // stores the low 32 bits of its argument, which loses the others if long has 64.
     virtual long getSharedValueA() = 0;
     virtual void setSharedValueA(long value) = 0;
     virtual long getSharedValueB() = 0;

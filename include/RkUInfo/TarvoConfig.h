@@ -17,26 +17,26 @@ class ConfigAccess;
 /// The one process-wide object that knows company, product, language and user profile, and through which
 /// clients read and change the per-user configuration tree under HKEY_CURRENT_USER.
 ///
-/// The launcher starts it with InitVelaConfig before any other thread uses it; afterwards its fields are only
-/// read, and every operation may be called from any thread. Until then the names are the built-in defaults
-/// and every operation on the tree gives eInvalidInput (isItemExist: 0).
+/// The launcher calls InitVelaConfig before any other thread uses the object; afterwards its fields are only
+/// read, and every operation may be called from any thread. Until then the names are the built-in defaults,
+/// and every operation on the tree returns eInvalidInput (isItemExist: 0).
 ///
 /// An item is a registry key, a value a named registry value in one. An operation names its key by a Path and
-/// a sub-path below it, '/' and '\' alike as separators; null or empty names the Path's own key. A null or
-/// empty value name is the key's default value. A path of 1024 characters or more gives eInvalidInput
-/// (isItemExist: 0); a value name by itself has the registry's own limit.
+/// a sub-path below it, in which '/' and '\' both separate; null or empty names the Path's own key. A null or
+/// empty value name is the key's default value. For a path of 1024 characters or more the result is
+/// eInvalidInput (isItemExist: 0); the registry limits a value name that is a separate argument.
 class RKUINFO_API TarvoConfig
 {
 public:
-    /// Result of every operation that can fail. The value 3 is not assigned.
+    /// The result of every operation that can fail. The value 3 is not assigned.
     enum Error : std::int32_t
     {
         eOk = 0,
         eNotFound = 1,        ///< a name is missing, or a key, value, INI file or entry does not exist
-        eWrongType = 2,       ///< the value has no supported type, or not the one asked for
-        eInvalidIterator = 4, ///< the iterator holds no key or stands past its end
+        eWrongType = 2,       ///< the type is not supported, or the value has another
+        eInvalidIterator = 4, ///< the iterator holds no key or is past its end
         eRegistryError = 5,   ///< the registry refused; at start-up: the language's folder cannot be read
-        eBufferTooSmall = 6,  ///< the length needed is reported
+        eBufferTooSmall = 6,  ///< the required length is reported
         eInvalidInput = 7,    ///< a name or path exceeds its limit, or an earlier step is missing
     };
 
@@ -62,78 +62,80 @@ public:
     TarvoConfig& operator=(const TarvoConfig& other);
     ~TarvoConfig();
 
-    /// Start-up, see InitVelaConfig.
+    /// Runs start-up, see InitVelaConfig.
     Error initial(const wchar_t* company, const wchar_t* product, const wchar_t* language,
                   const wchar_t* profile);
 
-    /// 0 in every state, kept for binary compatibility: take the result of InitVelaConfig instead.
+    /// Returns 0 in every state, for binary compatibility: use the result of InitVelaConfig instead.
     int isInitialized() const;
 
+    /// Returns the current language, the unknown language before start-up.
     const TarvoLanguage& language() const;
-    /// The product name, "TARVO" before start-up; never null.
+    /// Returns the product name, "TARVO" before start-up; never null.
     const wchar_t* productName() const;
-    /// The company name, "NORVIK" before start-up; never null.
+    /// Returns the company name, "NORVIK" before start-up; never null.
     const wchar_t* companyName() const;
-    /// The profile name given at start-up, "Default" when none was; never null.
+    /// Returns the profile argument of start-up, "Default" if there was none; never null.
     const wchar_t* profileNameCmdLineInfo() const;
 
-    /// Writes the key path of a subtree into out, which holds 1024 characters: at most 1023 and the
-    /// terminator. The result is empty before start-up, for a value outside the enum, for a path that would
-    /// pass 1023 characters and for eCurrentProfile without a profiles key. Asking for eCurrentProfile stores
-    /// "Default" as the current profile where the profiles key names none.
+    /// Writes the key path of a subtree into out, which holds 1024 characters. The result is empty before
+    /// start-up, for a value outside the enum, for a path of more than 1023 characters, and for
+    /// eCurrentProfile without a profiles key. With eCurrentProfile, stores "Default" as the current profile
+    /// if the profiles key names none.
     void getRegRootPath(Path path, wchar_t* const out) const;
 
     /// Reads an entry of an INI file in the program folder.
     /// @param section,key the entry, written "[section] key"
-    /// @param value       changed only on eOk
-    /// @param type        eInt (a negative number counts as missing) or eString (cut to 1021 characters)
+    /// @param value       unchanged unless the result is eOk
+    /// @param type        eInt (a negative number counts as missing) or eString (truncated to 1021
+    /// characters)
     /// @param fileName    file name without folder, such as "TARVO.ini"
-    /// @return eOk, eNotFound, eWrongType for any other type, eInvalidInput when the path is too long
+    /// @return eOk, eNotFound, eWrongType for any other type, eInvalidInput if the path is too long
     Error getIniValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
                       VelaVariant::VarType type, const wchar_t* fileName);
 
-    /// 1 when the key exists and can be opened for reading, else 0. One leading separator is dropped, nothing
-    /// else normalised. Root and sub-path together may have 1020 characters.
+    /// Returns 1 if the key exists and can be opened for reading, else 0. Drops one leading separator and
+    /// does not normalise the rest. Root and sub-path together may have 1020 characters.
     int isItemExist(Path path, const wchar_t* item);
 
-    /// Reads the value that the last component of valuePath names; what is before it is the sub-path. Root
-    /// and sub-path together may have 1020 characters. The stored type decides what value becomes: REG_SZ
-    /// eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64; on failure value keeps what it held.
-    /// Throws a RkErrorStatus* of code 6 without memory: before the data has been read value keeps what it
-    /// held, afterwards it may be left without a block, as VelaVariant's setters say.
+    /// Reads the value that the last component of valuePath names; the part before it is the sub-path. Root
+    /// and sub-path together may have 1020 characters. The stored type decides the type of value: REG_SZ
+    /// becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure value is unchanged.
+    /// Throws a RkErrorStatus* of code 6 if memory is exhausted: value is unchanged before the data has been
+    /// read, and may have no block afterwards, see VelaVariant's setters.
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;
-    /// Writes it and creates the key. As addValue, of the sub-path and name that valuePath is split into.
+    /// Splits valuePath in the same way and writes the value like addValue.
     Error setValue(Path path, const wchar_t* valuePath, const VelaVariant& value);
 
-    /// Reads a value of the sub-key that the iterator stands on.
-    /// @return as by path, or what ItemIterator::name answers
+    /// Reads a value of the iterator's current sub-key.
+    /// @return the results of the other getValue, or those of ItemIterator::name
     Error getValue(const ItemIterator& item, const wchar_t* valueName, VelaVariant& value) const;
-    /// Writes a value of the sub-key that the iterator stands on.
-    /// @return eOk, eNotFound (no key, or it cannot be opened for writing), eRegistryError, or what
-    ///         ItemIterator::name answers
+    /// Writes a value of the iterator's current sub-key.
+    /// @return eOk, eNotFound (no key, or it cannot be opened for writing), eRegistryError, or the
+    ///         results of ItemIterator::name
     Error setValue(ItemIterator& item, const wchar_t* valueName, const VelaVariant& value) const;
 
-    /// Makes sure that a key exists. Root and sub-path together may have 1021 characters.
+    /// Opens a key for writing, or creates it. Root and sub-path together may have 1021 characters.
     /// @return eOk, eInvalidInput, eRegistryError
     Error addItem(Path path, const wchar_t* item);
     /// Writes a value: eInt as REG_DWORD, eInt64 as REG_QWORD, eDouble and eBinary as REG_BINARY, eString as
     /// REG_SZ. The key is created; an eNull and an empty eBinary write no value. Limit as addItem.
-    /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened nor created), eRegistryError
+    /// @return eOk, eInvalidInput, eNotFound (the key can be neither opened nor created), eRegistryError
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
     /// Removes a key with everything below it; null or empty removes the subtree's own root key. Root and
-    /// parent part together may have 1021 characters. Where the system has no RegDeleteTreeW, keys are
-    /// removed one by one, children first, as far as their paths below the parent have at most 519
-    /// characters: a longer one gives eRegistryError, and what was removed until then stays removed.
+    /// parent part together may have 1021 characters. If the system has no RegDeleteTreeW, keys are
+    /// removed one by one, children first; a path below the parent of more than 519 characters then leads to
+    /// eRegistryError, and keys that were removed before it stay removed.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
     /// Removes a value. Limit as addItem.
     /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (a missing value included)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
-    /// Positions an iterator on the first sub-key (or value) of a key, opened with full access. The iterator
-    /// is cleared first; a key that it still holds is not closed: assign a default-made one before using it
-    /// again. Root and sub-path together may have 1021 characters.
+    /// Positions an iterator on the first sub-key (or value) of a key, which it opens with full access.
+    /// Clears the iterator first, without closing a key that it holds: assign a default-constructed iterator
+    /// before using one again. Root and sub-path together may have 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError; cleared unless eOk
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);
@@ -146,32 +148,32 @@ protected:
     Error initProductName(const wchar_t* product);
     Error buildRootPathFromCompany();
     Error buildRootPathFromProduct();
-    /// Records the current product; non-zero when written.
+    /// Records the current product; returns non-zero if it was written.
     int refreshProductName();
     /// out holds 1024 characters.
     Error getIniFilePath(wchar_t* out, const wchar_t* fileName);
-    /// At most outChars - 2 characters come back; out is untouched where there is no readable file.
+    /// Reads at most outChars - 2 characters; out is unchanged if there is no readable file.
     Error readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out, unsigned long outChars,
                         const wchar_t* fileName);
-    /// A missing key gives eNotFound and -1, a negative value eNotFound and that value.
+    /// For a missing key returns eNotFound and sets out to -1, for a negative value to that value.
     Error readIniInt(const wchar_t* section, const wchar_t* key, long& out, const wchar_t* fileName);
     bool isInitTARVOProduct();
 
     // Language.
     Error initLanguageName(const wchar_t* language);
-    /// Records the current language; non-zero when written.
+    /// Records the current language; returns non-zero if it was written.
     int refreshLanguageName();
     bool isLanguageExist(const wchar_t* shortName);
     bool isLangGuidExist(const wchar_t* guid);
     bool isLangFolderExist(const wchar_t* shortName);
-    /// The index of the first installed language in order of preference, or -1.
+    /// Returns the index of the first installed language in order of preference, or -1.
     long queryAInstalledLangInOrder();
     Error verifyResourcePath();
 
     // Profile.
     Error initProfileName(const wchar_t* profile);
-    /// Reads the current profile name into out (128 characters) from a key path, or from the profiles root
-    /// when that is null or empty; stores and gives "Default" where none is named.
+    /// Reads the current profile name into out, which holds 128 characters, from a key path, or from the
+    /// profiles root if that is null or empty. If no profile is named, stores and returns "Default".
     Error getCurrentProfileNameFromReg(wchar_t* const out, const wchar_t* profilesKey) const;
 
     /// The single instance.
@@ -189,7 +191,7 @@ private:
     std::int32_t m_initialized;
 };
 
-/// Walks the sub-keys of one key: findItem, then use the entry while name() gives eOk, until step() does not.
+/// Walks the sub-keys of one key: call findItem, then name() and step() for as long as both return eOk.
 ///
 /// The walk is by index into the live key; the count is taken once, by findItem. The iterator holds the key
 /// open until it goes or another is assigned to it. A copy has the other's index and figures and
@@ -203,16 +205,18 @@ public:
     ItemIterator(const ItemIterator& other) : ItemIterator() { *this = other; }
     RKUINFO_API ItemIterator& operator=(const ItemIterator& other);
 
-    /// The name of the current sub-key.
-    /// @param buffer may be null, to ask for the capacity needed
-    /// @param length in: capacity of buffer in characters, terminator counted; out, on eOk and
-    ///               eBufferTooSmall: the characters needed, terminator counted (8192 for a name over 1023
-    ///               characters, which no buffer receives)
-    /// @return eOk, eBufferTooSmall (buffer untouched), eInvalidIterator (length untouched)
+    /// Copies the name of the current sub-key.
+    /// @param buffer may be null, to query the capacity needed
+    /// @param length in: the capacity of buffer, with the terminator; out, on eOk and eBufferTooSmall: the
+    /// capacity
+    ///               needed, with the terminator (8192 for a name of more than 1023 characters, which is
+    ///               never copied)
+    /// @return eOk, eBufferTooSmall (buffer unchanged), eInvalidIterator (length unchanged)
     RKUINFO_API Error name(wchar_t* buffer, long& length) const;
-    /// Moves to the next index. eInvalidIterator at the end: the walk is over even if the key has grown.
+    /// Moves to the next index. Returns eInvalidIterator past the last one, also if the key has grown since
+    /// findItem.
     RKUINFO_API Error step() const;
-    /// The number of sub-keys when findItem ran.
+    /// Returns the number of sub-keys that findItem found.
     RKUINFO_API long getSubKeyCount() const;
 
 private:
@@ -225,7 +229,7 @@ private:
     std::uint32_t m_maxClassLength;
 };
 
-/// Walks the values of one key. As ItemIterator, with key() for the value's name.
+/// Walks the values of one key like an ItemIterator, with key() for the value's name.
 class TarvoConfig::ValueIterator
 {
 public:
@@ -234,14 +238,15 @@ public:
     ValueIterator(const ValueIterator& other) : ValueIterator() { *this = other; }
     RKUINFO_API ValueIterator& operator=(const ValueIterator& other);
 
-    /// The name of the current value, as ItemIterator::name.
+    /// Copies the name of the current value like ItemIterator::name.
     RKUINFO_API Error key(wchar_t* buffer, long& length) const;
-    /// Reads the current value, as TarvoConfig::getValue.
-    /// @return eOk, eNotFound, eWrongType, or what key() answers
+    /// Reads the current value like TarvoConfig::getValue.
+    /// @return eOk, eNotFound, eWrongType, or the results of key()
     RKUINFO_API Error value(VelaVariant& out) const;
-    /// Writes the current value and keeps its name, as TarvoConfig::addValue.
-    /// @return eOk, eRegistryError, or what key() answers
+    /// Writes the current value under its name like TarvoConfig::addValue.
+    /// @return eOk, eRegistryError, or the results of key()
     RKUINFO_API Error setValue(const VelaVariant& v);
+    /// Moves to the next index like ItemIterator::step.
     RKUINFO_API Error step() const;
 
 private:

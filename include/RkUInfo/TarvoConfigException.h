@@ -9,18 +9,19 @@
 
 #pragma pack(push, 8) // whatever /Zp says
 
-/// A failure while setting up or using the configuration, with a flag that tells the catcher whether the
-/// process is to end. Thrown by pointer; the catcher deletes it.
+/// Reports a failure of a client that sets up or uses the configuration, and whether the process should exit.
+/// Thrown by pointer; the catcher deletes it.
 class RKUINFO_API TarvoConfigException : public RkExceptionWithMsg
 {
 public:
-    /// @param message     text for the user, which description() gives
-    /// @param exitProcess comes back from isExitProcess() unchanged
+    /// @param message     message for the user, returned by description()
+    /// @param exitProcess returned unchanged by isExitProcess()
     /// @param text,number context of the failure
     TarvoConfigException(const wchar_t* message, int exitProcess, const wchar_t* const text, long number);
     TarvoConfigException(const TarvoConfigException& other);
     ~TarvoConfigException() override;
 
+    /// Returns the constructor's exitProcess: not 0 if the process should exit.
     int isExitProcess() const;
 
 private:

@@ -1,4 +1,5 @@
-// Texts for C++20 clients: owned UTF-16, and its way to and from UTF-8. All inline.
+// SPDX-License-Identifier: MIT
+// Strings for C++20 clients: owned UTF-16, and conversions from and to UTF-8. All inline.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +9,7 @@
 namespace rkuinfo {
 
 // The C++ runtime's wchar_t has 16 bits on Windows. Elsewhere a client is built with -fshort-wchar against a
-// runtime whose std::wstring still expects 32, and would break: there a text is a std::u16string.
+// runtime whose std::wstring still expects 32, and would break: there Text is a std::u16string.
 #if defined(_WIN32)
 using Text = std::wstring;
 #else
@@ -16,7 +17,7 @@ using Text = std::u16string;
 #endif
 using TextView = std::basic_string_view<Text::value_type>;
 
-/// A text of the library as an owned one; null gives the empty text.
+/// Copies a string of the library; null makes the empty string.
 inline Text text(const wchar_t* source)
 {
     Text copy;
@@ -26,7 +27,9 @@ inline Text text(const wchar_t* source)
     return copy;
 }
 
-/// Takes the first code point, or a surrogate that stands alone, off a text that is not empty.
+namespace detail {
+
+/// Removes the first code point, or a lone surrogate, from a string that is not empty, and returns it.
 inline char32_t takeCodePoint(TextView& source)
 {
     const auto isAt = [&](std::size_t at, char32_t kind) {
@@ -41,7 +44,7 @@ inline char32_t takeCodePoint(TextView& source)
     return point;
 }
 
-/// The same of UTF-8; a byte that starts no character gives U+FFFD.
+/// Does the same with UTF-8; a byte that does not start a character is returned as U+FFFD.
 inline char32_t takeCodePoint(std::string_view& source)
 {
     const auto lead = static_cast<unsigned char>(source[0]);
@@ -77,17 +80,19 @@ inline void appendCodePoint(Text& units, char32_t point)
     units.push_back(static_cast<Text::value_type>(point));
 }
 
-/// A surrogate that stands alone takes the three bytes that its number would, and comes back as it was.
+} // namespace detail
+
+/// Converts to UTF-8. A lone surrogate becomes three bytes, which utf16 converts back.
 inline std::string utf8(TextView source)
 {
     std::string bytes;
     while (!source.empty()) {
-        appendCodePoint(bytes, takeCodePoint(source));
+        detail::appendCodePoint(bytes, detail::takeCodePoint(source));
     }
     return bytes;
 }
 
-/// Of a text of the library; null gives the empty one.
+/// Converts a string of the library; null makes the empty string.
 inline std::string utf8(const wchar_t* source)
 {
     return utf8(TextView(text(source)));
@@ -97,7 +102,7 @@ inline Text utf16(std::string_view source)
 {
     Text units;
     while (!source.empty()) {
-        appendCodePoint(units, takeCodePoint(source));
+        detail::appendCodePoint(units, detail::takeCodePoint(source));
     }
     return units;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// VelaVariant: the typed value that every read and write of the configuration store exchanges.
+// VelaVariant: the typed value of every read and write of the configuration store.
 #pragma once
 
 #include "RkOsBase.h"
@@ -11,16 +11,16 @@
 
 #pragma pack(push, 4)
 
-/// A value that holds nothing, a 32-bit or 64-bit integer, a double, bytes or a wide text.
+/// A value: nothing, a 32-bit or 64-bit integer, a double, bytes or a wide string.
 ///
-/// The data lives in one block made with malloc and released with free: a 32-bit recorded size (data bytes
-/// plus the 4 of this field), then the data. A block that records less than 4 counts as none. Every module
-/// that exchanges variants with the library shares its C runtime heap, and this layout: 12 bytes, the pointer
-/// right after the type.
+/// The data is in one block allocated by malloc and released by free: a 32-bit recorded size (data bytes
+/// plus the 4 of this field), then the data. A block that records less than 4 counts as no block. Every
+/// module that exchanges variants with the library shares its C runtime heap, and this layout: 12 bytes, the
+/// pointer right after the type.
 ///
-/// Getters never convert; a getter of another type gives 0, the empty text or null. Failures are thrown as a
-/// RkErrorStatus made on the heap, after the process's crash recorder has seen it; the catcher deletes it.
-/// Copies own a block of their own. There is no locking: one thread uses an object at a time.
+/// Getters never convert: a getter of another type returns 0, the empty string or null. A failure is thrown
+/// as a pointer to a RkErrorStatus on the heap, which is first passed to the process's crash recorder; the
+/// catcher deletes it. A copy has a separate block. There is no locking: one thread uses an object at a time.
 class VelaVariant
 {
 public:
@@ -30,23 +30,23 @@ public:
         eInt = 1,    ///< 32-bit signed integer, recorded size 8
         eInt64 = 2,  ///< 64-bit signed integer, recorded size 12
         eDouble = 3, ///< 64-bit IEEE-754 double, recorded size 12
-        eBinary = 4, ///< n bytes, recorded size n + 4; without a block when n is 0
-        eString = 5, ///< text and terminator, recorded size 2 * (length + 1) + 4
+        eBinary = 4, ///< n bytes, recorded size n + 4; no block if n is 0
+        eString = 5, ///< string and terminator, recorded size 2 * (length + 1) + 4
     };
 
     VelaVariant() noexcept : m_type(eNull), m_data(nullptr) {}
 
-    /// Duplicates the block. Throws status code 6 when it cannot be allocated.
+    /// Duplicates the block. Throws status code 6 if it cannot be allocated.
     VelaVariant(const VelaVariant& other) : m_type(other.m_type), m_data(duplicate(other.m_data)) {}
 
-    /// Takes the block; the source becomes eNull.
+    /// Moves the block; the source becomes eNull.
     VelaVariant(VelaVariant&& other) noexcept : m_type(other.m_type), m_data(other.m_data)
     {
         other.m_type = eNull;
         other.m_data = nullptr;
     }
 
-    /// As the copy constructor; the target is unchanged when it throws.
+    /// Copies like the copy constructor; the target is unchanged if that throws.
     VelaVariant& operator=(const VelaVariant& other)
     {
         if (this != &other) {
@@ -70,17 +70,17 @@ public:
 
     VarType type() const noexcept { return m_type; }
 
-    /// Stores in place when the object already is an eInt with a block; otherwise makes a new block.
-    /// When that throws (code 6), the old block is gone and the type unchanged.
+    /// Stores in place if the object already is an eInt with a block; otherwise allocates a new block. If
+    /// that throws (code 6), the old block has been released and the type is unchanged.
     void setInt(std::int32_t value) { setFixed(eInt, value); }
-    /// As setInt, for eInt64.
+    /// Does the same for eInt64.
     void setInt64(std::int64_t value) { setFixed(eInt64, value); }
-    /// As setInt, for eDouble.
+    /// Does the same for eDouble.
     void setDouble(double value) { setFixed(eDouble, value); }
 
-    /// Copies a terminated text; null stands for the empty text. Throws code 3 for a text of 1,073,741,823
-    /// characters or more and code 6 without memory; the object then is an eString without a block.
-    /// The text may lie inside this object's own block.
+    /// Copies a terminated string; null counts as empty. Throws code 3 for a string of 1,073,741,823
+    /// characters or more, and code 6 if the allocation fails; the object then is an eString without a block.
+    /// The string may be in this object's block.
     void setString(const wchar_t* text)
     {
         char* const old = m_data;
@@ -105,9 +105,9 @@ public:
         }
     }
 
-    /// Copies size bytes. Null data or size 0 gives an eBinary without a block; a negative size throws code
-    /// 3, a failed allocation code 6; the object then is an eBinary without a block. The bytes may lie inside
-    /// this object's own block.
+    /// Copies size bytes. Null data or size 0 makes an eBinary without a block. Throws code 3 for a negative
+    /// size and code 6 if the allocation fails; the object then is an eBinary without a block. The bytes may
+    /// be in this object's block.
     void setBinary(const void* data, std::int32_t size)
     {
         char* const old = m_data;
@@ -128,7 +128,7 @@ public:
     std::int64_t getInt64() const noexcept { return getFixed<std::int64_t>(eInt64); }
     double getDouble() const noexcept { return getFixed<double>(eDouble); }
 
-    /// The text, never null; it belongs to this object and lives until its next change.
+    /// Returns the string, never null; it belongs to this object and lives until its next change.
     const wchar_t* getString() const noexcept
     {
         if (m_type != eString || !hasBlock()) {
@@ -137,18 +137,18 @@ public:
         return reinterpret_cast<const wchar_t*>(m_data + headerSize);
     }
 
-    /// The first byte, or null when there is none; blockSize() - 4 bytes follow.
+    /// Returns the first of blockSize() - 4 bytes, or null if there are none.
     const void* getBinary() const noexcept
     {
         return m_type == eBinary && hasBlock() ? m_data + headerSize : nullptr;
     }
 
-    /// The recorded size (data bytes + 4), 0 without a block.
+    /// Returns the recorded size (data bytes + 4), 0 without a block.
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
-    /// Makes a block that the caller releases with free. A size of 1 or more gives size uninitialised data
-    /// bytes whatever the type; otherwise the type's own size (eNull: null). Throws code 3 where the size
-    /// cannot be known and code 6 without memory.
+    /// Allocates a block that the caller releases by free. A size of 1 or more is the number of uninitialised
+    /// data bytes, whatever the type; otherwise the type decides it (eNull: returns null). Throws code 3 if
+    /// neither does, and code 6 if the allocation fails.
     static void* allocBlock(VarType type, std::int32_t size)
     {
         if (size > 0) {

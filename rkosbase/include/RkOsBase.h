@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// RkOsBase: the base library of the product family, as far as RkUInfo and its clients use it.
+// RkOsBase: the part of the product family's base library that RkUInfo and its clients use.
 //
-// Everything here is plain C++14. Exceptions of this family are made on the heap, thrown by pointer and
-// deleted by whoever catches them.
+// Everything here is plain C++14. Exceptions of this family are created on the heap, thrown by pointer and
+// deleted by the catcher.
 #pragma once
 
 #include <cstdint>
@@ -25,7 +25,7 @@ namespace Vela {
 enum ErrorStatus : std::int32_t
 {
     eOk = 0,
-    eInvalidInput = 3, ///< an impossible size or type was asked for
+    eInvalidInput = 3, ///< a block of an impossible size or type was requested
     eOutOfMemory = 6,  ///< a block could not be allocated
 };
 
@@ -33,24 +33,29 @@ enum ErrorStatus : std::int32_t
 
 /// Root of the exception family. Virtual slot order: destructor, description, code, className.
 ///
-/// An exception never allocates: it keeps at most textCapacity - 1 characters of its text and cuts the rest.
+/// An exception never allocates memory: it stores the first textCapacity - 1 characters of its text.
 class RKOSBASE_API RkException
 {
 public:
     static const int textCapacity = 260;
 
     /// @param text   context of the failure, may be null
-    /// @param number context of the failure, a line or an index as the thrower likes
+    /// @param number context of the failure, such as a line or an index
     RkException(const wchar_t* text, std::int32_t number);
     RkException(const RkException& other);
     RkException& operator=(const RkException& other);
     virtual ~RkException();
 
+    /// Returns the message for the user, here the context text; never null.
     virtual const wchar_t* description() const;
+    /// Returns the status code; 0 unless a derived class has one.
     virtual std::int32_t code() const;
+    /// Returns the name of the class.
     virtual const wchar_t* className() const;
 
+    /// Returns the context text; never null.
     const wchar_t* text() const;
+    /// Returns the context number.
     std::int32_t number() const;
 
 private:
@@ -58,15 +63,16 @@ private:
     std::int32_t m_number;
 
 protected:
-    std::int32_t m_reserved = 0; // leaves no tail, which some compilers would share with a derived class
+    std::int32_t m_reserved =
+        0; // fills the tail, which some compilers would use for members of a derived class
 };
 
-/// An exception with a message for the user, which description() gives.
+/// An exception with a message for the user, which description() returns.
 class RKOSBASE_API RkExceptionWithMsg : public RkException
 {
 public:
     /// @param text,number context of the failure, as in RkException
-    /// @param message     text for the user, may be null; cut like the context text
+    /// @param message     message for the user, may be null; truncated like the context text
     RkExceptionWithMsg(const wchar_t* text, std::int32_t number, const wchar_t* message);
     RkExceptionWithMsg(const RkExceptionWithMsg& other);
     RkExceptionWithMsg& operator=(const RkExceptionWithMsg& other);
@@ -94,7 +100,7 @@ private:
     Vela::ErrorStatus m_status;
 };
 
-/// A lock for short critical sections; not recursive.
+/// A lock for short critical sections.
 class RKOSBASE_API RkLocker
 {
 public:
@@ -103,15 +109,17 @@ public:
     RkLocker(const RkLocker&) = delete;
     RkLocker& operator=(const RkLocker&) = delete;
 
+    /// Waits for the lock. Not recursive: a thread that already holds it deadlocks.
     void lock();
+    /// Releases the lock, which this thread must hold.
     void unlock();
 
 private:
     void* m_mutex;
 };
 
-/// What a crash recorder looks like to its callers. It has no virtual destructor, so that recordException is
-/// the fourth slot for every compiler.
+/// The interface of a crash recorder. It has no virtual destructor, so that recordException is the fourth
+/// slot for every compiler.
 class VelaCrashRecorder
 {
 public:
@@ -128,15 +136,15 @@ protected:
     ~VelaCrashRecorder() = default;
 };
 
-/// The process's crash recorder, or null when none is installed. Safe from any thread.
+/// Returns the process's crash recorder, or null if none is installed. Safe from any thread.
 RKOSBASE_API VelaCrashRecorder* velaGetCrashRecorder();
 
-/// Installs a crash recorder (null removes it) and gives the one before. The caller keeps ownership and must
-/// remove the recorder before destroying it.
+/// Installs a crash recorder, or removes it if null, and returns the previous one. The caller keeps ownership
+/// and must remove the recorder before destroying it.
 RKOSBASE_API VelaCrashRecorder* velaSetCrashRecorder(VelaCrashRecorder* recorder);
 
-/// The major version of the running Windows: 10 on Windows 10 and 11, 8 on Windows 8 and 8.1, whose version
-/// is 6.2 and 6.3. Each pointer may be null; those that are not receive the version's parts.
+/// Returns the major version of the running Windows: 10 on Windows 10 and 11, 8 on Windows 8 and 8.1, which
+/// report 6.2 and 6.3. Each pointer that is not null receives a part of the reported version.
 RKOSBASE_API int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned long* build);
 
 #pragma pack(pop)

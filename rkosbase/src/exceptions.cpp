@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Copies what fits and terminates it; null gives the empty text.
+/// Copies as much as fits, terminated; null counts as the empty string.
 template <std::size_t Capacity>
 void copyText(wchar_t (&target)[Capacity], const wchar_t* text)
 {

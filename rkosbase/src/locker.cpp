@@ -1,4 +1,4 @@
-// The lock: a slim one, which is a pointer-sized word, so that making it can not fail.
+// RkLocker: a slim lock of the system, which is a pointer-sized word, so that construction cannot fail.
 #include "RkOsBase.h"
 
 #include <windows.h>

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The architecture command name prefix, empty until both its numbers could be read.
+/// Empty until both numbers of the prefix could be read.
 wchar_t architecturePrefix[64];
 
 } // namespace

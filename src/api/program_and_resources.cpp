@@ -1,4 +1,4 @@
-// The program folder, language resource folders and libraries, and the help viewer.
+// Program, language resources and help.
 #include "installation/names.h"
 #include "installation/program_files.h"
 #include "platform/text.h"

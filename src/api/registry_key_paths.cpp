@@ -1,4 +1,4 @@
-// The product's registry key paths, and what the current profile is and says.
+// Registry key paths, and the current profile's name and custom resource file.
 #include "api/stored_path.h"
 #include "installation/layout.h"
 #include "installation/names.h"

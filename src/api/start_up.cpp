@@ -1,4 +1,4 @@
-// Start-up: the two objects, and the creation of the user's tree.
+// Start-up: the two process-wide objects, and the creation of the user's tree.
 #include "config/access.h"
 #include "installation/layout.h"
 #include "installation/names.h"
@@ -31,7 +31,7 @@ void recordCurrentProduct(const TarvoConfig& config)
     }
 }
 
-/// The profile that is named already, else the one of start-up, of whatever length.
+/// Returns the stored profile, else that of start-up, of any length.
 VelaVariant currentProfile(const TarvoConfig& config)
 {
     wchar_t stored[uinfo::provisionedProfileCapacity];

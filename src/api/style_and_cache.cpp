@@ -1,4 +1,4 @@
-// The user interface style file and the user data cache folder.
+// UI style and user data cache.
 #include "api/stored_path.h"
 #include "installation/layout.h"
 #include "installation/names.h"

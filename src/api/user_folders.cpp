@@ -1,4 +1,4 @@
-// The running product's folders in the user's profile.
+// Per-user folders.
 #include "installation/layout.h"
 #include "platform/text.h"
 

@@ -1,4 +1,4 @@
-// Version and identity, as plain functions.
+// Version and identity.
 #include "installation/build_facts.h"
 #include "platform/executable.h"
 #include "platform/text.h"

@@ -1,4 +1,4 @@
-// What the library's other files reach in TarvoConfig.
+// Gives the library's other files access to the configuration object.
 #pragma once
 
 #include "platform/text.h"

@@ -1,4 +1,4 @@
-// Which company and product the process runs as, and the registry roots that follow from them.
+// Start-up's company and product steps, and the registry roots composed of these names.
 #include "installation/choices.h"
 #include "installation/layout.h"
 #include "installation/names.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Puts a key path into a field that owns 1024 characters.
+/// Copies a key path into a field that owns 1024 characters.
 void store(wchar_t*& field, const uinfo::PathBuffer& path)
 {
     if (field == nullptr) {

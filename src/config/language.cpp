@@ -1,4 +1,4 @@
-// A language as clients see it.
+// TarvoLanguage.
 #include "config/language_resources.h"
 #include "installation/languages.h"
 #include "platform/text.h"

@@ -1,4 +1,4 @@
-// Which installed language the process runs in.
+// Start-up's language step.
 #include "config/access.h"
 #include "installation/choices.h"
 #include "installation/names.h"
@@ -19,7 +19,7 @@ using uinfo::RegistryKey;
 
 constexpr UINT failureExitCode = 1;
 
-/// The folder of the executable, which these steps read afresh; empty if it cannot be read.
+/// The program folder, read by each step that needs it; empty if it cannot be read.
 class ProgramFolder : public uinfo::PathBuffer
 {
 public:
@@ -86,7 +86,7 @@ int TarvoConfig::refreshLanguageName()
 bool TarvoConfig::isLanguageExist(const wchar_t* shortName)
 {
     if (!isInitTARVOProduct()) {
-        return isLangFolderExist(shortName); // a rebranded product has no uninstall entries
+        return isLangFolderExist(shortName); // other products have no uninstall entries
     }
     const std::int32_t language = uinfo::findLanguage(shortName);
     return language != uinfo::unknownLanguage &&

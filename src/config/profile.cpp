@@ -46,9 +46,9 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
         return eOk;
     }
     delete[] std::exchange(m_profileNameCmdLineInfo, uinfo::duplicate(profile));
-    profile = m_profileNameCmdLineInfo; // the argument may have been the text released
+    profile = m_profileNameCmdLineInfo; // the argument may point to the string that was just deleted
 
-    uinfo::PathBuffer key; // start-up is not complete, so getRegRootPath has no answer yet
+    uinfo::PathBuffer key; // getRegRootPath returns nothing before start-up is complete
     if (isEmpty(m_versionRootPath) ||
         !uinfo::appendSubtree(key, eProfilesRoot, {m_rootPath, m_versionRootPath, m_language.shortName()})) {
         return eOk;

@@ -1,4 +1,4 @@
-// Whose build this is and which one. The libraries' version resources read it too, hence the macros.
+// Company, product and version of this build. Macros, because the version resources include this file too.
 #pragma once
 
 #define RKUINFO_COMPANY "Norvik"

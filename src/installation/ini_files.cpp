@@ -11,7 +11,7 @@ namespace {
 
 constexpr unsigned long longestIniText = 0xFFFF;
 
-/// What read(path) makes of a named entry of a readable file.
+/// Calls read(path) if the entry has a name and the file can be read.
 template <typename Read>
 TarvoConfig::Error readEntry(const wchar_t* folder, const wchar_t* section, const wchar_t* key,
                              const wchar_t* fileName, Read read)

@@ -1,4 +1,4 @@
-// String ids of RkUInfoRes.dll: each language's name in the language of the pack.
+// String ids of RkUInfoRes.dll: the name of each language in the language of that library.
 #define IDS_CZECH 1001
 #define IDS_GERMAN 1002
 #define IDS_ENGLISH 1003

@@ -1,4 +1,4 @@
-// The fifteen languages: every fact about one of them stands here and nowhere else.
+// The fifteen languages, and every fact about each.
 #pragma once
 
 #include "installation/language_ids.h"
@@ -14,10 +14,10 @@ struct Language
     const wchar_t* globalName;
     std::int32_t lcid;
     unsigned localNameId; ///< in RkUInfoRes.dll
-    int preference;       ///< start-up proposes the installed language with the lowest
+    int preference;       ///< start-up proposes the installed language with the lowest number
 };
 
-/// By their indexes.
+/// Ordered by index.
 // clang-format off
 inline constexpr Language languages[] = {
     {L"cs-CZ", L"Czech",               1029, IDS_CZECH,                7},
@@ -48,7 +48,7 @@ inline bool isLanguage(long index)
     return index >= 0 && index < languageCount;
 }
 
-/// The index of a short name, in any case; unknownLanguage for null, empty and any other.
+/// Returns the index of a short name, ignoring case; unknownLanguage for null, empty or unknown names.
 std::int32_t findLanguage(const wchar_t* shortName);
 
 } // namespace uinfo

@@ -8,7 +8,7 @@ namespace {
 
 using uinfo::BoundedText;
 
-/// Appends one text and a separator, or nothing.
+/// Appends a name and a separator, or nothing.
 bool appendFolder(BoundedText& path, const wchar_t* name, const wchar_t* separator)
 {
     const std::size_t before = path.length();

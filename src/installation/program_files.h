@@ -1,4 +1,4 @@
-// Where the program's own files are. "The program" is the process's executable.
+// Paths of this process's program: its folder, files beside it, and its language resource folders.
 #pragma once
 
 #include "platform/text.h"
@@ -7,22 +7,22 @@
 
 namespace uinfo {
 
-/// The program folder with its trailing backslash, read once; empty while it cannot be. Neither sets nor
-/// clears the thread's last error.
+/// Returns the program folder with its trailing backslash, cached once it could be read; empty until then.
+/// Leaves the thread's last error as it was.
 const wchar_t* programFolder();
 
-/// Joins the program folder and a name in the first size characters of buffer, and gives the length. 0 when
-/// it does not fit with two characters to spare, and part of a path may be left.
+/// Joins the program folder and a name in the first size characters of buffer and returns the length. Returns
+/// 0 if the result would leave fewer than two characters unused; buffer may then hold part of a path.
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
-/// The path of a file or folder beside the executable, which is asked for on each call. False when it cannot
-/// be known or does not fit.
+/// Appends the path of a file or folder beside the executable, whose path is read on each call. False if that
+/// fails or the result does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);
 
-/// The path of a file in a resource folder; false when it does not fit.
+/// Composes the path of a file in a resource folder; false if it does not fit.
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path);
 
-/// Runs load(path) on a file of a resource folder and, when that gives null, on its bare name.
+/// Calls load with the path of a file in a resource folder and, if that returns null, with its bare name.
 template <typename Load>
 HINSTANCE loadResourceLibrary(const wchar_t* folderName, const wchar_t* fileName, Load load)
 {

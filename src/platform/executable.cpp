@@ -29,11 +29,11 @@ bool executableFolderOrCut(BoundedText& out, unsigned long size)
 {
     const DWORD errorBefore = GetLastError();
     const DWORD written = GetModuleFileNameW(GetModuleHandleW(nullptr), out.data(), static_cast<DWORD>(size));
-    SetLastError(errorBefore); // some systems clear it on success too
+    SetLastError(errorBefore); // some systems clear it on success
     if (written == 0) {
         return false;
     }
-    out.cut(size); // some systems leave a cut path without a terminator
+    out.cut(size); // some systems do not terminate a truncated path
     out.measure();
     out.cut(folderLength(out.text()));
     return true;

@@ -5,14 +5,14 @@
 
 namespace uinfo {
 
-/// Reads the executable's full path into the first size characters of out. False, with out as the system left
-/// it, when it cannot be read or does not fit; clears the thread's last error first, to tell the latter.
+/// Reads the executable's full path into the first size characters of out. False if it cannot be read or does
+/// not fit; out then holds what the system wrote. Clears the thread's last error, to detect the latter.
 bool executablePath(wchar_t* out, unsigned long size);
 
-/// The same, cut after its last separator.
+/// Reads the folder of that path, with its last separator.
 bool executableFolder(BoundedText& out, unsigned long size);
 
-/// The same, but a path that does not fit is taken as it is cut, and the thread's last error left alone.
+/// The same, but accepts a path that the system truncated, and leaves the thread's last error as it was.
 bool executableFolderOrCut(BoundedText& out, unsigned long size);
 
 } // namespace uinfo

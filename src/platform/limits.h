@@ -1,4 +1,5 @@
-// The limits of names and paths, in characters. A capacity counts the terminator, a longest does not.
+// The limits of names and paths, in characters. A capacity includes the terminator; a longest length does
+// not.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +8,7 @@ namespace uinfo {
 
 inline constexpr std::size_t pathCapacity = 1024;         ///< every key path and file path
 inline constexpr unsigned long modulePathCapacity = 1023; ///< offered for the executable's path
-inline constexpr std::size_t iniTextCapacity = 1023;      ///< a typed INI text, of which 1021 come back
+inline constexpr std::size_t iniTextCapacity = 1023;      ///< a typed INI string, of which 1021 are read
 inline constexpr std::size_t longestStoredPath = 1022;    ///< a path that is stored as a setting
 inline constexpr std::size_t longestIniPath = 1022;       ///< program folder and file name
 inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, style file, user data cache folder
@@ -16,10 +17,10 @@ inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's
 inline constexpr std::size_t longestChangePath = 1021; ///< root and sub-path without the separator, to change
 inline constexpr std::size_t longestReadPath = 1020;   ///< root and sub-path without the separator, to read
 
-inline constexpr std::size_t nameCapacity = 255;           ///< a company or product: argument or INI text
-inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, as start-up reads it
+inline constexpr std::size_t nameCapacity = 255;           ///< a company or product: argument or INI string
+inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, read by start-up
 inline constexpr std::size_t provisionedProfileCapacity =
-    260;                                            ///< the stored profile, as provisioning reads it
-inline constexpr std::size_t profileCapacity = 128; ///< the current profile, as a key path has it
+    260;                                            ///< the stored profile, read by CreateConfigReg
+inline constexpr std::size_t profileCapacity = 128; ///< the current profile, in a key path
 
 } // namespace uinfo

@@ -31,9 +31,10 @@ LSTATUS RegistryKey::queryText(const wchar_t* valueName, BoundedText& out, DWORD
         out.cut(0);
         return status;
     }
-    std::memset(reinterpret_cast<BYTE*>(out.data()) + size, 0, size % sizeof(wchar_t)); // behind an odd byte
+    std::memset(reinterpret_cast<BYTE*>(out.data()) + size, 0,
+                size % sizeof(wchar_t)); // completes an odd last byte
     out.cut((size + 1) / sizeof(wchar_t));
-    out.measure(); // the stored data may hold its own terminator
+    out.measure(); // the stored data may contain a terminator
     return status;
 }
 

@@ -16,18 +16,18 @@ public:
     RegistryKey() = default;
     explicit RegistryKey(HKEY key) : m_key(key) {}
 
-    /// Holds no key when it cannot be opened.
+    /// Holds no key if it cannot be opened.
     static RegistryKey open(HKEY parent, const wchar_t* path, REGSAM access);
-    /// Opened for writing, else created with every missing key on the way; holds no key when neither works.
+    /// Opens for writing, else creates the key with every missing parent; holds no key if neither works.
     static RegistryKey openOrCreate(HKEY parent, const wchar_t* path);
 
     explicit operator bool() const { return m_key != nullptr; }
     HKEY get() const { return m_key.get(); }
     HKEY release() { return m_key.release(); }
 
-    /// Reads a value of any type as text, offering the platform one character less than out holds, so that
-    /// the text is terminated whatever is stored. A last odd byte is a character. On failure, also of a value
-    /// too long for the offer, out is empty.
+    /// Reads a value of any type as a string. Offers the system one character less than the capacity of out,
+    /// so that the string is terminated whatever is stored. An odd last byte counts as a character. On
+    /// failure, such as ERROR_MORE_DATA for a value that is too long, out is empty.
     LSTATUS queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
     /// Sets a REG_SZ, terminator included.
     bool setString(const wchar_t* valueName, const wchar_t* text) const;

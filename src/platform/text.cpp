@@ -13,7 +13,7 @@ std::size_t length(const wchar_t* text)
     if (text == nullptr) {
         return 0;
     }
-    // Four at a time: a read of a setting spends most of its time in this library here.
+    // Four at a time: a read of a setting spends most of its time here.
     const wchar_t* end = text;
     while (end[0] != 0) {
         if (end[1] == 0) {

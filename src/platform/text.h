@@ -1,5 +1,5 @@
-// Bounded texts, and the few wide text routines of the library: the C runtime's assume the host's own
-// wchar_t.
+// Bounded strings, and the library's few routines for wide strings: on the host those of the C runtime expect
+// a wchar_t of 32 bits.
 #pragma once
 
 #include "platform/limits.h"
@@ -15,16 +15,16 @@ inline bool isEmpty(const wchar_t* text)
     return text == nullptr || *text == 0;
 }
 
-/// Characters before the terminator; 0 for null.
+/// Returns the number of characters before the terminator; 0 for null.
 std::size_t length(const wchar_t* text);
 
-/// Whether two texts are equal as the system's own names are, ignoring case. Null equals the empty text.
+/// Compares two strings as the system compares its names, ignoring case. Null equals the empty string.
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 
-/// An array-allocated copy, which the caller owns; null stays null.
+/// Returns an array-allocated copy, which the caller owns; null for null.
 wchar_t* duplicate(const wchar_t* text);
 
-/// The characters up to and including the last path separator, or a leading drive; 0 for neither.
+/// Returns the length up to and including the last path separator or a leading drive; 0 without either.
 std::size_t folderLength(const wchar_t* path);
 
 inline constexpr std::size_t anyLength = SIZE_MAX;

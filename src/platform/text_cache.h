@@ -1,4 +1,4 @@
-// Texts that are worked out on first use and kept.
+// Strings that are composed on first use and then cached.
 #pragma once
 
 #include "platform/text.h"
@@ -10,9 +10,9 @@
 
 namespace uinfo {
 
-/// The text kept in cache, filled by fill(BoundedText&) while it is empty; cache as it is, still empty, where
-/// fill gives false. Safe from several threads: a filled cache is read without a lock and never changes, and
-/// threads that come first together each work out the text, of which one is kept.
+/// Returns cache. While it is empty, calls fill(BoundedText&) first and caches the result if fill returns
+/// true. Safe from several threads: a filled cache is read without a lock and never changes; threads that
+/// find it empty each call fill, and one result is published.
 template <std::size_t Capacity, typename Fill>
 const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
 {

@@ -15,9 +15,9 @@
 
 namespace {
 
-constexpr std::size_t longestHelpPath = 509; // what GetHelpFilePath gives into 511 characters
+constexpr std::size_t longestHelpPath = 509; // what fits into a buffer of 511 characters with one unused
 
-/// A process that runs in its own user data cache folder would keep it from being removed.
+/// Leaves the user data cache folder, which cannot be removed while a process uses it as working directory.
 void fixWorkingDirectory()
 {
     uinfo::PathBuffer cacheFolder;

@@ -14,8 +14,8 @@ struct FreeBlock
     void operator()(void* block) const { std::free(block); }
 };
 
-/// Bytes for the second query. Memory that cannot be had is reported as for a value block: a variant's own
-/// allocation throws.
+/// The buffer of the second query. A failed allocation is reported like that of a value block: VelaVariant
+/// allocates, and throws.
 class Temporary
 {
 public:
@@ -58,7 +58,7 @@ bool readBinary(HKEY key, const wchar_t* valueName, DWORD size, VelaVariant& val
 
 bool readText(HKEY key, const wchar_t* valueName, DWORD size, VelaVariant& value)
 {
-    // Room for a text that grows before the second query, and for a terminator behind an odd byte.
+    // Leaves room for a string that grows before the second query, and for a terminator after an odd byte.
     constexpr std::uint64_t terminator = 3;
     const std::uint64_t offered = std::min<std::uint64_t>(2 * std::uint64_t{size} + 2, UINT32_MAX);
     const Temporary text(offered + terminator);

@@ -1,4 +1,4 @@
-// Typed values to and from registry values.
+// Converts typed values to registry values and back.
 #pragma once
 
 #include <RkUInfo/TarvoConfig.h>
@@ -7,12 +7,12 @@
 
 namespace uinfo {
 
-/// Reads a value of an open key (query rights; null or empty: the default value). The stored type decides
-/// what value becomes; on failure it keeps what it held.
+/// Reads a value of a key that is open for queries; a null or empty name is the default value's. The stored
+/// type decides the type of value, which is unchanged on failure.
 TarvoConfig::Error readValueFromKey(HKEY key, const wchar_t* valueName, VelaVariant& value);
 
-/// Writes a value of an open key (set-value rights). An eNull, an unknown type and an empty eBinary write
-/// nothing and give eOk.
+/// Writes a value of a key that is open for setting values. Writes nothing and returns eOk for an eNull, an
+/// unknown type and an empty eBinary.
 TarvoConfig::Error writeValueToKey(HKEY key, const wchar_t* valueName, const VelaVariant& value);
 
 } // namespace uinfo

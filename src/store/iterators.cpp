@@ -16,7 +16,7 @@ namespace {
 using Error = TarvoConfig::Error;
 using uinfo::RegistryKey;
 
-constexpr long unreachableNameLength = 8192; // reported for a name that no call returns
+constexpr long unreachableNameLength = 8192; // reported for a name that is too long to be returned
 
 struct KeyInfo
 {
@@ -28,7 +28,8 @@ struct KeyInfo
     DWORD maxValueLength = 0;
 };
 
-/// Opens the key that an iterator is to walk and queries its figures; on failure key and info stay empty.
+/// Opens the key that an iterator will walk and queries its counts and lengths; on failure key and info stay
+/// empty.
 Error openWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, RegistryKey& key,
                KeyInfo& info)
 {
@@ -54,13 +55,14 @@ Error openWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t*
     return TarvoConfig::eOk;
 }
 
-/// Opens a key once more; holds none where there is none, or where it has been deleted.
+/// Opens a key once more; holds no key if there is none or if it has been deleted.
 RegistryKey openAgain(HKEY key)
 {
     return key != nullptr ? RegistryKey::open(key, nullptr, KEY_ALL_ACCESS) : RegistryKey();
 }
 
-/// Hands the name of an entry to the caller, whose capacity length gives and receives the need.
+/// Copies the name of an entry. length is the capacity of buffer, and receives the number of characters
+/// needed.
 template <typename Enumerate>
 Error enumerateName(Enumerate enumerate, HKEY key, std::int32_t index, wchar_t* buffer, long& length)
 {
@@ -96,7 +98,7 @@ Error stepIndex(std::int32_t& index, std::int32_t count)
     return TarvoConfig::eOk;
 }
 
-/// Runs use(name) on the name of the value that an iterator stands on.
+/// Calls use(name) with the name of the iterator's current value.
 template <typename Use>
 Error withCurrentName(const TarvoConfig::ValueIterator& it, Use use)
 {

@@ -4,12 +4,12 @@
 
 namespace {
 
-/// Turns every '/' into '\' and gives the text's end.
+/// Replaces every '/' by '\' and returns the string's end.
 wchar_t* turnSlashes(wchar_t* text)
 {
     for (;; ++text) {
         if (*text > L'/') {
-            continue; // nearly all are
+            continue; // true of nearly every character
         }
         if (*text == L'/') {
             *text = L'\\';
@@ -19,7 +19,7 @@ wchar_t* turnSlashes(wchar_t* text)
     }
 }
 
-/// Trims a text whose end is known, and tells where it ends then.
+/// Trims a string whose end is known, and updates the end.
 wchar_t* trim(wchar_t* text, wchar_t*& end)
 {
     while (*text == L'\\') {

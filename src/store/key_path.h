@@ -1,4 +1,4 @@
-// Key paths as clients write them, and the full key paths that the store opens.
+// Client paths, and the full key paths that the store opens.
 #pragma once
 
 #include "platform/text.h"
@@ -7,14 +7,15 @@
 
 namespace uinfo {
 
-/// Turns every '/' into '\' in place; gives its argument.
+/// Replaces every '/' by '\' in place and returns its argument.
 wchar_t* toBackslashes(wchar_t* text);
 
-/// Cuts trailing backslashes in place and gives the text behind the leading ones; null for null or empty.
+/// Removes trailing backslashes in place and returns the string after the leading ones; null for null or
+/// empty.
 wchar_t* trimBackslashes(wchar_t* text);
 
-/// Normalises text and splits it at its last backslash, in place: text becomes what is before it, or null,
-/// and the result is what is behind it. Null or empty gives null and leaves text alone.
+/// Normalises text and splits it at its last backslash, in place: sets text to the part before it, or to
+/// null, and returns the part after it. Returns null and leaves text unchanged if it is null or empty.
 wchar_t* splitKeyPath(wchar_t*& text);
 
 /// A private copy of a client's path, which normalise and split change in place.
@@ -28,13 +29,13 @@ public:
         return BoundedText(m_text, pathCapacity).append(path);
     }
 
-    /// Whether the path was empty as the client wrote it.
+    /// Returns whether the client's path is empty.
     bool empty() const { return m_isEmpty; }
 
-    /// The whole path as one sub-path.
+    /// Returns the whole path as one sub-path.
     const wchar_t* normalise() { return trimBackslashes(toBackslashes(m_text)); }
 
-    /// Its key part, null for the subtree's own key, and the name behind it, null for a key's default value.
+    /// The key part, null for the subtree's own key, and the name after it, null for a key's default value.
     struct Parts
     {
         const wchar_t* key;
@@ -61,24 +62,25 @@ private:
 class KeyPath
 {
 public:
-    /// Starts with the subtree's root; false when it has none.
+    /// Starts with the subtree's root; false if it has none.
     bool assignRoot(const TarvoConfig& config, TarvoConfig::Path root);
 
-    /// Appends '\' and a sub-path, however short; false when root and sub-path pass the limit.
+    /// Appends '\' and a sub-path, which may be empty; false if root and sub-path pass the limit.
     bool join(const wchar_t* subPath, std::size_t limit) { return join(subPath, length(subPath), limit); }
     bool join(const wchar_t* subPath, std::size_t count, std::size_t limit)
     {
-        return m_path.appendComponentPart(subPath, count, limit + 1); // the limit leaves out the separator
+        return m_path.appendComponentPart(subPath, count,
+                                          limit + 1); // the limit does not count the separator
     }
 
-    /// Appends a key part, if there is one.
+    /// Appends the key part, if there is one.
     bool join(const ClientPath::Parts& parts, std::size_t limit)
     {
         return parts.keyLength == 0 || join(parts.key, parts.keyLength, limit);
     }
 
-    /// The root, then the client's sub-path, if any, normalised and joined. The limit is that of every
-    /// operation that changes the tree.
+    /// Starts with the root and appends the client's normalised sub-path, if any, with the limit of the
+    /// operations that change the tree.
     bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
 
     const wchar_t* text() const { return m_path.text(); }

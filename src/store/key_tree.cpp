@@ -33,7 +33,7 @@ DeleteTree systemDeleteTree()
     return known;
 }
 
-/// Stands in for RegDeleteTreeW on systems older than Windows 8, and wherever it is not found.
+/// The fallback for systems older than Windows 8, and for any without RegDeleteTreeW.
 int deleteTreeAt(HKEY parent, BoundedText& path)
 {
     if (RegDeleteKeyW(parent, path.text()) == ERROR_SUCCESS) {
@@ -52,7 +52,7 @@ int deleteTreeAt(HKEY parent, BoundedText& path)
     for (;;) {
         wchar_t child[MAX_PATH];
         DWORD childLength = MAX_PATH;
-        // Always index 0: the child that stood there before is gone.
+        // Always index 0: the child that was there has been removed.
         if (RegEnumKeyExW(key.get(), 0, child, &childLength, nullptr, nullptr, nullptr, nullptr) !=
             ERROR_SUCCESS) {
             break;

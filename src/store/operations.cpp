@@ -62,7 +62,7 @@ TarvoConfig::Error TarvoConfig::setValue(Path path, const wchar_t* valuePath, co
     }
     uinfo::ClientPath::Parts parts = client.split();
     while (parts.keyLength > 0 && parts.key[parts.keyLength - 1] == L'\\') {
-        --parts.keyLength; // the name may follow several separators
+        --parts.keyLength; // several separators may precede the name
     }
     return key.join(parts, uinfo::longestChangePath) ? writeValue(key, parts.name, value) : eInvalidInput;
 }

@@ -82,13 +82,13 @@ std::string shellWord(const std::string& word)
     }
     std::string out = "\"";
     for (std::string_view rest = word; !rest.empty();) {
-        const char32_t point = rkuinfo::takeCodePoint(rest);
+        const char32_t point = rkuinfo::detail::takeCodePoint(rest);
         if (point == '$' || point == '`') {
             out += '`';
         } else if (point == '"' || (point >= 0x201C && point <= 0x201E)) {
-            rkuinfo::appendCodePoint(out, point);
+            rkuinfo::detail::appendCodePoint(out, point);
         }
-        rkuinfo::appendCodePoint(out, point);
+        rkuinfo::detail::appendCodePoint(out, point);
     }
     return out + (word.ends_with('\\') ? "\\\"" : "\"");
 }

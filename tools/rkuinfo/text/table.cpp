@@ -26,7 +26,7 @@ std::string_view takeLine(std::string_view& text, std::size_t width)
     for (std::string_view rest = text; !rest.empty();) {
         const bool isSeparator = rest[0] == '\\' || rest[0] == ' ';
         std::string_view character = rest;
-        rkuinfo::takeCodePoint(rest);
+        rkuinfo::detail::takeCodePoint(rest);
         character.remove_suffix(rest.size());
         const std::size_t columns = displayWidth(character);
         if (columns > width) {

@@ -73,7 +73,7 @@ TextView lastName(TextView path)
 bool isValid(TextView text)
 {
     while (!text.empty()) {
-        const char32_t point = rkuinfo::takeCodePoint(text);
+        const char32_t point = rkuinfo::detail::takeCodePoint(text);
         if (point >= 0xD800 && point < 0xE000) {
             return false;
         }
@@ -94,11 +94,11 @@ std::string shown(std::string_view text, char kept)
 {
     std::string out;
     while (!text.empty()) {
-        const char32_t point = rkuinfo::takeCodePoint(text);
+        const char32_t point = rkuinfo::detail::takeCodePoint(text);
         if (isIn(hiddenBlocks, point) && (kept == 0 || point != static_cast<unsigned char>(kept))) {
             out += "\\u" + hexDigits(point, 4);
         } else {
-            rkuinfo::appendCodePoint(out, point);
+            rkuinfo::detail::appendCodePoint(out, point);
         }
     }
     return out;
@@ -113,7 +113,7 @@ std::size_t displayWidth(std::string_view bytes)
 {
     std::size_t columns = 0;
     while (!bytes.empty()) {
-        columns += width(rkuinfo::takeCodePoint(bytes));
+        columns += width(rkuinfo::detail::takeCodePoint(bytes));
     }
     return columns;
 }
