@@ -1,19 +1,12 @@
 // The named subtrees of the registry tree.
 #include "config/access.h"
 
-#include "installation/choices.h"
 #include "installation/layout.h"
-#include "installation/names.h"
-#include "platform/registry_key.h"
 #include "platform/text.h"
 
 #include <RkUInfo.h>
 
-#include <utility>
-
 using uinfo::BoundedText;
-using uinfo::isEmpty;
-using uinfo::RegistryKey;
 
 bool uinfo::ConfigAccess::appendRoot(const TarvoConfig& config, TarvoConfig::Path path, BoundedText& key)
 {
