@@ -1,8 +1,6 @@
 // The host's store under what may happen to its files, disk and processes.
 #include "support/test.h"
 
-#include "registry/names.h"
-
 #include <winhost/changes.h>
 
 #include <csignal>
@@ -173,12 +171,6 @@ LSTATUS split(bool childGoesOn)
     return status;
 }
 
-/// Goes on as the first process of a namespace, where that is allowed.
-int isolate(int)
-{
-    return unshare(CLONE_NEWPID) == 0 && split(true) == 0 ? getpid() : 0;
-}
-
 /// Lets the store's next write meet an error, or for 0 wait for ever.
 LSTATUS meet(int error)
 {
@@ -297,7 +289,6 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"set-on", setOn},
     {"storm", storm},
     {"fork", split},
-    {"isolate", isolate},
     {"meet", meet},
     {"memory", limitMemory},
     {"lose-home", loseHome},
@@ -387,9 +378,6 @@ bool shell(const std::string& command)
 }
 
 // ---- What happens to a store
-//
-// A script has sentences: "a get 1 = 0" has a process take steps, which starts where it was not there, "new"
-// one that ends at once; "$" is a command in the folder; "a ends" and "a dies" are what they say.
 
 void play(const std::string& script)
 {
@@ -420,130 +408,34 @@ void play(const std::string& script)
     }
 }
 
-const char* const scripts[] = {
-    // A process
-    "a set 1, fork 0, get 1, set 1, get 1 = 0 0 0 0 0", "a set 1, fork 1, get 1, set 1, get 1 = 0 0 0 0 0",
-    "a set 1, meet 5, set 1, set 1, get 1 = 0 0 1016 0 0", // EIO
-    "a set 1, meet 28, set 1, set 1, get 1 = 0 0 112 0 0", // ENOSPC
-    "a set 1, threads 3000, set 1 = 0 0 0", "a memory 8, set 1, threads 100 = 0 0 0",
-    "a file-size 400, set 1, fill 400, get 1, get 2 = 0 0 112 0 0", "a lose-home 1, set 1, get 1 = 0 0 0",
-    // It becomes a daemon and opens documents, under the numbers that the store's files had
-    "a set 1, documents 0, set 1, get 1, documents 0 = 0 0 0 0 0; new get 1, set 2 = 0 0;"
-    "a get 2, set 1, documents 0 = 0 0 0; new get 1, get 2 = 0 0",
-    // It opens the store's files
-    "a begin 0, set 1, open-store 0 = 0 0 0; new get 1, set 2 = 2 167; a end 1, get 2 = 0 2; new get 1, "
-    "set 2 = 0 0",
-    // No more mappings, no more files
-    "a set 1, refuse-maps 0, begin 0, set 2, get 2, end 0, get 2 = 0 0 0 0 0 0 2; new set 2 = 0; a get 2 "
-    "= 0",
-    "new set 1 = 0; new open-all 1, get 1, open-all 0, find-library 0 = 0 4 0 4",
-    // A process stops in its commit, or has all locks
-    "a set 1, meet 0, set 1 = 0 0; b get 1, threads 20, set 1, set 1, set 1, get 1 = 0 0 167 167 167 0;"
-    "a dies; b get 1, set 1 = 0 0",
-    "new set 1 = 0; a open-store 1 = 0; b get 1, set 1, get 1, set 1 = 167 167 167 167; a dies; b set 1 "
-    "= 0",
-    // The file has everything
-    "a set 1, fill 9 = 0 0; b get 8 = 0; a ends; b ends; $ mv winhost all && mkdir winhost && cp "
-    "all/registry.db winhost; new get 1, get 8 = 0 0",
-    "a set 1, fill 9 = 0 0; a dies; new get 1 = 0; $ mv winhost all && mkdir winhost && cp all/registry.db "
-    "winhost; new get 1, get 8 = 0 0",
-    // It is put back beside a newer log, which stays, and while it is in use
-    "new fill 50 = 0; $ cp winhost/registry.db old; new fill 50 = 0; a fill 20 = 0; a dies;"
-    "$ cp old winhost/registry.db; new count 50, set 1 = 0 0 0 1015; $ cmp old winhost/registry.db;"
-    "$ rm winhost/registry.db-wal; new count 50, fill 9 = 50 0 0 0; a fill 20 = 0; $ cp old "
-    "winhost/registry.db;"
-    "a set 1 = 1015; a ends; $ cmp old winhost/registry.db && rm winhost/registry.db-wal",
-    // Its log is removed
-    "a set 1 = 0; b set 2, get 1 = 0 0; $ rm winhost/registry.db-wal; new get 1 = 167; a set 3, get 2 = "
-    "0 0;"
-    "b get 3, set 4 = 0 0; new get 1, get 2, get 3, get 4 = 0 0 0 0; $ rm winhost/registry.db-wal; a "
-    "ends; b ends;"
-    "new get 1, get 2, get 3, get 4 = 0 0 0 0",
-    // It is moved and linked to; what the link leads to is replaced
-    "a set 1 = 0; b get 1 = 0; $ mkdir disk && mv winhost/registry.db disk && ln -s ../disk/registry.db "
-    "winhost;"
-    "a set 1, set 2 = 0 0; b get 2, set 3 = 0 0; a get 3 = 0; new get 1, get 2, get 3 = 0 0 0; a ends; b "
-    "ends;"
-    "$ cp disk/registry.db disk/other; a set 4 = 0; $ mv disk/other disk/registry.db && rm disk/*-*;"
-    "a get 4, get 1, set 5 = 2 0 0; new get 5 = 0",
-    // It is moved without its log
-    "a set 1 = 0; $ mv winhost/registry.db kept; a get 1 = 2; a ends; $ rm winhost/* && mv kept "
-    "winhost/registry.db",
-    // It is moved within a change of many calls
-    "a set 1, begin 0, set 2 = 0 0 0; $ mv winhost other; a end 1, get 2 = 1013 2;"
-    "$ rm -rf winhost && mv other winhost; new get 1, get 2 = 0 2",
-    // It is not there
-    "a get 1 = 2; $ test ! -e winhost; new set 1 = 0; a get 1, set 1 = 0 0"};
-
-class Script : public testing::TestWithParam<const char*>
+/// The paragraphs of store_scripts.txt.
+std::vector<std::string> scripts()
 {
-};
+    std::istringstream lines(readFile(RKUINFO_STORE_SCRIPTS));
+    std::vector<std::string> all(1);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty()) {
+            all.emplace_back();
+        } else if (!line.starts_with('#')) {
+            all.back() += all.back().empty() ? line : ' ' + line;
+        }
+    }
+    std::erase(all, "");
+    return all;
+}
+
+using Script = testing::TestWithParam<std::size_t>; // its number, from 0
 
 TEST_P(Script, LeavesAWholeStore)
 {
     const auto latest = Clock::now() + std::chrono::seconds(9);
-    play(std::string(GetParam()) + "; new get 1, set 1 = 0 0");
+    play(scripts().at(GetParam()) + "; new get 1, set 1 = 0 0");
     EXPECT_LT(Clock::now(), latest);
 }
 
-INSTANTIATE_TEST_SUITE_P(Played, Script, testing::ValuesIn(scripts));
-
-TEST(Store, WorksInTwoProcessesOfOneNumber)
-{
-    const fs::path folder = scratchFolder() / "numbers";
-    const Process one(folder), other(folder);
-    one.tell("isolate 1, set 1, fill 9, get 1");
-    other.tell("isolate 1, set 1, fill 9, get 1");
-    const std::string said = one.said() + other.said();
-    if (said.starts_with("0 ")) {
-        GTEST_SKIP() << "NOT TESTED: another namespace is for root alone";
-    }
-    EXPECT_EQ(said, "1 0 0 0 1 0 0 0 ");
-}
+INSTANTIATE_TEST_SUITE_P(Played, Script, testing::Range(std::size_t(0), scripts().size()));
 
 // ---- Files
-
-TEST(Store, FollowsItsFiles)
-{
-    ASSERT_EQ(Process(scratchFolder() / "other")("set 1, set 2"), "0 0 ");
-    const fs::path folder = scratchFolder() / "moving";
-    for (const std::string change :
-         {"rm -r winhost", "mv winhost elsewhere", "rm winhost/registry.db", "rm winhost/registry.db-wal",
-          "rm winhost/registry.db-shm", "mv winhost before && cp -r ../other/winhost ."}) {
-        SCOPED_TRACE(change);
-        fs::remove_all(folder);
-        const Process process(folder);
-        process("set 1");
-        EXPECT_TRUE(shell("cd moving && " + change));
-        const std::string said = process("get 3, set 1, set 1, get 1");
-        const bool works = said.ends_with(" 0 0 ");
-        EXPECT_TRUE(works || said.find("1015 ") != std::string::npos) << said;
-        EXPECT_EQ(Process(folder)("get 1"), works ? "0 " : "1015 "); // a new one sees the write
-        process("get 1");
-    }
-}
-
-TEST(Store, RefusesATreeThatContainsItself)
-{
-    ASSERT_EQ(set(1), ERROR_SUCCESS);
-    std::string sql;
-    for (const auto& [parent, id] : {std::pair{1, 99}, {99, 1}}) { // the user's root, as its own key l\\l
-        using namespace std::string_view_literals;
-        using winhost::registry::mix;
-        const auto ids = mix(std::uint64_t(parent), std::uint64_t(id));
-        const auto sum = std::int64_t(mix(mix(mix(ids, "\0l"sv), "l\0"sv), ""sv));
-        sql += "INSERT INTO keys(parent, folded, id, name, sum) VALUES(" + std::to_string(parent) +
-               ", x'006C', " + std::to_string(id) + ", x'6C00', " + std::to_string(sum) + ");";
-    }
-    sqlite3* database = nullptr;
-    sqlite3_open((std::string(std::getenv("XDG_DATA_HOME")) + "/winhost/registry.db").c_str(), &database);
-    EXPECT_EQ(sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-    sqlite3_close(database);
-    HKEY key = nullptr;
-    EXPECT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"l\\l", 0, KEY_READ, &key), ERROR_REGISTRY_CORRUPT);
-    EXPECT_EQ(RegDeleteTreeW(HKEY_CURRENT_USER, L"l"), ERROR_SUCCESS);
-    EXPECT_EQ(get(1), ERROR_SUCCESS); // nothing above went along
-}
 
 TEST(Store, IsTheUsersAlone)
 {
