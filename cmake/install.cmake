@@ -117,7 +117,7 @@ if(MSVC)
 endif()
 
 # Documents, and the terms of what others wrote.
-set(licenses nlohmann-json.txt)
+set(licenses cli11.txt nlohmann-json.txt)
 if(MINGW)
   list(APPEND licenses GPL-3.txt gcc-runtime.txt mingw-w64.txt)
 endif()

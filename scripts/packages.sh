@@ -27,7 +27,7 @@ need() {
 # What a preset is built with; the language libraries are made by the Windows tools on every target.
 need_for() {
     need git g++ clang cmake ninja-build g++-mingw-w64-x86-64-posix \
-        nlohmann-json3-dev
+        libcli11-dev nlohmann-json3-dev
     case $1 in
     windows) need googletest wine wine64 xvfb ;;
     visual-cpp*)

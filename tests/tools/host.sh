@@ -45,6 +45,8 @@ without_rights() {
 expect $'rkuinfo: the output cannot be written\nexit code 1' onto_full_disk show
 expect $'rkuinfo: the output cannot be written\nexit code 1' onto_full_disk --help
 expect $'rkuinfo: out of memory\nexit code 1' without_memory
+expect '--language xx-XX' rkuinfo --help
+expect '--value NAME' rkuinfo help rm
 expect "create it: mkdir $app/none" env XDG_CONFIG_HOME="$app/none" "$app/rkuinfo" doctor
 for command in provision doctor "get settings A" "set settings A int 1"; do
     # shellcheck disable=SC2086 # several words

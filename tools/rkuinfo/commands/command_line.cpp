@@ -1,29 +1,31 @@
-// The table of all words and options, and what is made from it and the list of commands: the command line is
-// read, the help and the man page are printed, and shells are told how to complete a word.
+// The table of all words and options. The parser of command lines is made from it and the list of commands;
+// the man page and what shells complete are made from the parser. The only file that sees CLI11, which takes
+// long to compile.
 #include "commands/command.h"
 
 #include "installation/languages.h"
 #include "model/tree.h"
 #include "model/value.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
-#include <stdexcept>
+#include <sstream>
 
 namespace {
 
 using Names = std::vector<std::string>;
 
+constexpr const char* programName = "rkuinfo";
+constexpr const char* purpose = "Shows and changes what RkUInfo knows about the program in this folder.";
+
 /// A word or an option of a command line.
 struct Parameter
 {
-    std::string_view name;  ///< "--file" for an option, "KEY" for a word
-    std::string_view value; ///< "FILE", what follows an option; empty for a flag and a word
-    std::string_view help;
+    const char* name;  ///< "--file" for an option, "KEY" for a word
+    const char* value; ///< "FILE", what follows an option; empty for a flag and a word
+    const char* help;
     Names (*choices)(); ///< null when every word is accepted
-
-    bool isOption() const { return name.starts_with("--"); }
-    bool isFlag() const { return isOption() && value.empty(); }
-    std::string title() const { return std::string(name) + (value.empty() ? "" : " ") + std::string(value); }
 };
 
 Names languageNames()
@@ -31,6 +33,15 @@ Names languageNames()
     Names names;
     for (const uinfo::Language& record : uinfo::languages) {
         names.push_back(utf8(record.shortName));
+    }
+    return names;
+}
+
+Names commandNames()
+{
+    Names names;
+    for (const Command& command : Command::all()) {
+        names.emplace_back(command.name);
     }
     return names;
 }
@@ -44,14 +55,13 @@ constexpr Parameter parameterTable[] = {
     {"--profile",   "NAME",   "use this profile", nullptr},
     {"--columns",   "N",      "lay out tables for this width, from 40 to 1000", nullptr},
     {"--color",     "WHEN",   "always, never, or auto: on a terminal", [] { return Names{"always", "never", "auto"}; }},
-    {"--help",      "",       "print the help, or that of a command", nullptr},
-    {"--version",   "",       "print the version", nullptr},
     // Those before are common to all commands.
+    {"COMMAND",     "", "a command", commandNames},
     {"SUBTREE",     "", "product-root ... user-config, see rkuinfo --help", subtreeNames},
     {"KEY",         "", "a key below it, with / or \\ between names", nullptr},
     {"VALUE",       "", "a value: KEY/NAME, or its NAME alone", nullptr},
     {"TYPE",        "", "int, int64, double, binary or string", typeNames},
-    {"DATA",        "", "the new data; after -- if it begins with --", nullptr},
+    {"DATA",        "", "the new data; after -- if it begins with -", nullptr},
     {"TEXT",        "", "a part of a name or of data, or a number", nullptr},
     {"--as",        "TYPE",   "print the bytes as this type: double", typeNames},
     {"--default",   "DATA",   "print this when there is no such value", nullptr},
@@ -68,165 +78,115 @@ constexpr Parameter parameterTable[] = {
 };
 // clang-format on
 
-using Parameters = std::vector<Parameter>;
-
-Parameters commonParameters()
+/// Null when the table has no such row.
+const Parameter* parameterNamed(const std::string& name)
 {
-    const auto* const end = std::ranges::find_if_not(parameterTable, &Parameter::isOption);
-    return {parameterTable, end};
+    const auto* const found = std::ranges::find(parameterTable, name, &Parameter::name);
+    return found == std::end(parameterTable) ? nullptr : found;
 }
 
-/// In the order of the words.
-Parameters parametersOf(const Command& command)
+void add(CLI::App& app, const Parameter& parameter, bool isRequired)
 {
-    Parameters all;
-    for (std::string_view rest = command.words; !rest.empty();) {
-        std::string_view word = rest.substr(0, rest.find(' '));
-        rest.remove_prefix(std::min(word.size() + 1, rest.size()));
-        word = word.starts_with('[') ? word.substr(1, word.size() - 2) : word;
-        const auto* const found = std::ranges::find(parameterTable, word, &Parameter::name);
-        if (found == std::end(parameterTable)) {
-            throw std::logic_error("no parameter " + std::string(word));
-        }
-        all.push_back(*found);
-    }
-    return all;
-}
-
-/// A command line as far as it has been read.
-struct Line
-{
-    Session session;
-    const Command* command = nullptr;
-    Parameters options = commonParameters(); ///< also those of the command
-    Parameters words;                        ///< of the command, which are still to come
-    Parameters option;                       ///< whose value is the next word
-    bool isVerbatim = false;                 ///< "--" was read: no options follow
-
-    [[noreturn]] void refuse(const std::string& sentence) const
-    {
-        throw Failure(sentence + "; see rkuinfo " + (command != nullptr ? "help " : "--help") +
-                          std::string(command != nullptr ? command->name : ""),
-                      exitUsage);
-    }
-
-    /// Accepts a choice in any case.
-    void set(const Parameter& parameter, const std::string& word)
-    {
-        const bool isNumber = word.size() < 5 && word.find_first_not_of("0123456789") == std::string::npos;
-        const unsigned long width = isNumber ? std::stoul('0' + word) : 0;
-        std::string list = parameter.name == "--columns" ? "a number from 40 to 1000" : "";
-        session.given[std::string(parameter.name)] = word;
-        if (list.empty() ? parameter.choices == nullptr : width >= 40 && width <= 1000) {
-            return;
-        }
-        for (const std::string& choice : parameter.choices != nullptr ? parameter.choices() : Names()) {
-            if (equalIgnoringCase(utf16(word), utf16(choice))) {
-                session.given[std::string(parameter.name)] = choice;
-                return;
-            }
-            list += (list.empty() ? "" : ", ") + choice;
-        }
-        throw Failure(std::string(parameter.name) + " cannot be '" + word + "': use " + list, exitUsage);
-    }
-
-    void readOption(const std::string& word)
-    {
-        const std::size_t end = std::min(word.find('='), word.size());
-        const std::string name = word == "-h" ? "--help" : word == "-V" ? "--version" : word.substr(0, end);
-        const auto found = std::ranges::find(options, name, &Parameter::name);
-        if (found == options.end() || (found->isFlag() && end < word.size())) {
-            refuse('\'' + word + "' is not an option here");
-        }
-        if (found->isFlag()) {
-            session.given[name];
-        } else if (end < word.size()) {
-            set(*found, word.substr(end + 1));
-        } else {
-            option = {*found};
-        }
-    }
-
-    void read(const std::string& word)
-    {
-        if (!option.empty()) {
-            set(option.front(), word);
-            option.clear();
-        } else if (word == "--" && !isVerbatim) {
-            isVerbatim = true;
-        } else if ((word.starts_with("--") || word == "-h" || word == "-V") && !isVerbatim) {
-            readOption(word);
-        } else if (command == nullptr && word == "help") {
-            session.given["--help"];
-        } else if (command == nullptr) {
-            const auto found = std::ranges::find(Command::all(), word, &Command::name);
-            if (found == Command::all().end()) {
-                refuse('\'' + word + "' is not a command");
-            }
-            command = &*found;
-            for (const Parameter& parameter : parametersOf(*command)) {
-                (parameter.isOption() ? options : words).push_back(parameter);
-            }
-        } else if (words.empty()) {
-            refuse('\'' + word + "' is not expected");
-        } else {
-            set(words.front(), word);
-            words.erase(words.begin());
-        }
-    }
-
-    void requireAll() const
-    {
-        if (!option.empty()) {
-            refuse(option.front().title() + " has no value");
-        }
-        const bool isOptional =
-            words.empty() || command->words.find('[' + words.front().title()) != std::string_view::npos;
-        if (command == nullptr || !isOptional) {
-            refuse(command == nullptr ? "a command is missing" : words.front().title() + " is missing");
-        }
-    }
-};
-
-// ---- Help, completion and man page
-
-void printParameters(const char* title, const Parameters& parameters, const Layout& layout)
-{
-    Table table;
-    table.addHeading(title);
-    for (const Parameter& parameter : parameters) {
-        table.addRow({{parameter.title(), Style::name}, {std::string(parameter.help)}});
-    }
-    table.print(layout);
-}
-
-/// Of a command, or of all.
-void printHelp(const Command* command, Layout layout)
-{
-    constexpr std::size_t usual = 80;
-    layout.columns = layout.columns.value_or(usual);
-    if (command != nullptr) {
-        print("Usage: rkuinfo " + std::string(command->name) + ' ' + std::string(command->words) + '\n' +
-              std::string(command->summary) + '.');
-        printParameters("Words and options", parametersOf(*command), layout);
-        print(command->more);
+    const std::string help = parameter.help;
+    const bool isOption = parameter.name[0] == '-';
+    if (isOption && *parameter.value == 0) {
+        app.add_flag(parameter.name, help);
         return;
     }
-    print("Usage: rkuinfo [OPTIONS] COMMAND ...\n"
-          "Shows and changes what RkUInfo knows about the program in this folder.");
-    Table table;
-    table.addHeading("Commands");
-    for (const Command& each : Command::all()) {
-        table.addRow({{std::string(each.name), Style::name}, {std::string(each.summary)}});
+    CLI::Option* const option = app.add_option(parameter.name, help)->type_name(parameter.value);
+    option->required(isRequired && !isOption)->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+    if (parameter.choices != nullptr) {
+        option->transform(CLI::IsMember(parameter.choices(), CLI::ignore_case).description(""));
     }
-    table.print(layout);
-    printParameters("Options, before or after the command", commonParameters(), layout);
-    print("SUBTREE is product-root, version-root, language-root, profiles-root,\n"
-          "current-profile, applications, recent-file-list, settings or user-config.\n"
-          "Only use and provision record the names that options give.\n"
-          "Exit code: 0; 1 when something is not found, different or wrong; 2 for a wrong\n"
-          "command line.");
+    if (std::string_view(parameter.name) == "--columns") {
+        option->check(CLI::Range(40, 1000).description(""));
+    }
 }
+
+/// Makes it the parser of this program.
+void describe(CLI::App& app)
+{
+    app.require_subcommand(1)->fallthrough()->allow_windows_style_options(
+        false); // a KEY may begin with a slash
+    app.set_help_flag("-h,--help", "print this help");
+    app.set_version_flag("-V,--version",
+                         "rkuinfo " + utf8(GetVelaProgramVersionString()) + ' ' +
+                             utf8(GetServicePackageVersionString()),
+                         "print the version");
+    app.get_formatter()->column_width(22);
+    for (const auto& [label, word] :
+         {std::pair("REQUIRED", ""), {"SUBCOMMAND", "COMMAND"}, {"Positionals", "Words"}}) {
+        app.get_formatter()->label(label, word);
+    }
+    app.footer("Options may stand before or after the command.\n"
+               "SUBTREE is product-root, version-root, language-root, profiles-root,\n"
+               "current-profile, applications, recent-file-list, settings or user-config.\n"
+               "Only use and provision record the names that options give.\n"
+               "Exit code: 0; 1 when something is not found, different or wrong; 2 for a wrong\n"
+               "command line.");
+    for (const Parameter* each = parameterTable; each->name[0] == '-'; ++each) {
+        add(app, *each, false);
+    }
+    for (const Command& command : Command::all()) {
+        CLI::App* const added = app.add_subcommand(std::string(command.name), std::string(command.summary));
+        added->group("Commands")->footer(std::string(command.more));
+        std::istringstream words{std::string(command.words)};
+        for (std::string word; words >> word;) {
+            const bool isRequired = word[0] != '[';
+            add(*added, *parameterNamed(isRequired ? word : word.substr(1, word.size() - 2)), isRequired);
+        }
+    }
+}
+
+/// Those of the program, and those and the words of the command that was parsed.
+std::vector<const CLI::Option*> optionsOf(const CLI::App& app)
+{
+    std::vector<const CLI::Option*> options = app.get_options();
+    for (const CLI::App* command : app.get_subcommands()) {
+        std::ranges::copy(command->get_options(), std::back_inserter(options));
+    }
+    return options;
+}
+
+/// What was parsed of a command line.
+Session parsed(const CLI::App& app)
+{
+    Session session;
+    for (const CLI::Option* option : optionsOf(app)) {
+        if (option->count() > 0) {
+            session.given[option->get_name()] = option->results().back();
+        }
+    }
+    return session;
+}
+
+void parse(CLI::App& app, const Names& words)
+{
+    app.parse(Names(words.rbegin(), words.rend())); // CLI11 wants the last one first
+}
+
+/// CLI11's own sentence about words that are not expected differs between its versions.
+std::string explain(const CLI::App& app, const CLI::ParseError& error)
+{
+    const Names unknown = app.remaining(true);
+    const auto first = std::ranges::find_if(unknown, [](const std::string& word) { return word != "--"; });
+    const bool hasCommand = !app.get_subcommands().empty();
+    return (first == unknown.end()
+                ? error.what()
+                : '\'' + *first + (hasCommand ? "' is not expected" : "' is not a command")) +
+           "; see rkuinfo " + (hasCommand ? "help " + app.get_subcommands().front()->get_name() : "--help");
+}
+
+void help(Session& session)
+{
+    CLI::App app(purpose, programName);
+    describe(app);
+    print(session.has("COMMAND") ? app.get_subcommand(session["COMMAND"])->help(programName) : app.help());
+}
+
+const Command helpCommand("help", "[COMMAND]", "Print the help of a command", "", help);
+
+// ---- Completion and man page
 
 /// The keys right below the part of a path up to its last separator, and the values for a VALUE.
 Names paths(Session session, const std::string& word, bool withValues)
@@ -247,20 +207,34 @@ Names paths(Session session, const std::string& word, bool withValues)
 /// Prints what may stand in place of the last word, one a line. The first word is "complete" itself.
 void complete(const Names& words)
 {
-    Line line;
-    std::for_each(words.begin() + 1, std::max(words.begin() + 1, words.end() - 1),
-                  [&](const std::string& word) { line.read(word); });
     const std::string last = words.size() > 1 ? words.back() : "";
-    const Parameters next = line.option.empty() ? line.words : line.option;
+    Names before(words.begin() + 1, std::max(words.begin() + 1, words.end() - 1));
+    const Parameter* next = before.empty() ? nullptr : parameterNamed(before.back());
+    const bool isValue = next != nullptr && *next->value != 0; // of the option before it
+    before.resize(before.size() - (isValue ? 1 : 0));
+    CLI::App app(purpose, programName);
+    describe(app);
+    try {
+        parse(app, before);
+    } catch (const CLI::ParseError&) { // what is missing follows
+    }
     Names found;
-    if (line.option.empty() && last.starts_with('-')) {
-        std::ranges::for_each(line.options, [&](const Parameter& each) { found.emplace_back(each.name); });
-    } else if (line.option.empty() && line.command == nullptr) {
-        std::ranges::for_each(Command::all(), [&](const Command& each) { found.emplace_back(each.name); });
-    } else if (!next.empty() && next.front().choices != nullptr) {
-        found = next.front().choices();
-    } else if (!next.empty() && (next.front().name == "KEY" || next.front().name == "VALUE")) {
-        found = paths(line.session, last, next.front().name == "VALUE");
+    if (!isValue) {
+        const std::vector<const CLI::Option*> options = optionsOf(app);
+        const auto open = std::ranges::find_if(
+            options, [](const CLI::Option* each) { return each->get_positional() && each->count() == 0; });
+        next = open == options.end() ? nullptr : parameterNamed((*open)->get_name());
+    }
+    const std::string_view name = next != nullptr ? next->name : "";
+    if (!isValue && last.starts_with('-')) {
+        std::ranges::transform(optionsOf(app), std::back_inserter(found),
+                               [](const CLI::Option* each) { return each->get_name(); });
+    } else if (!isValue && app.get_subcommands().empty()) {
+        found = commandNames();
+    } else if (next != nullptr && next->choices != nullptr) {
+        found = next->choices();
+    } else if (name == "KEY" || name == "VALUE") {
+        found = paths(parsed(app), last, name == "VALUE");
     }
     for (const std::string& each : found) {
         if (each.starts_with(last) && shown(each) == each) {
@@ -278,20 +252,27 @@ std::string roff(std::string_view text)
     return out;
 }
 
-void printManualItem(const Parameter& parameter)
+void printManualItems(const CLI::App& app)
 {
-    print(".TP\n.B \"" + roff(parameter.title()) + "\"\n" + roff(parameter.help));
+    for (const CLI::Option* option : app.get_options()) {
+        if (option != app.get_help_ptr() || app.get_parent() == nullptr) {
+            print(".TP\n.B \"" + roff(option->get_name(false, true) + ' ' + option->get_type_name()) +
+                  "\"\n" + roff(option->get_description()));
+        }
+    }
 }
 
 void printManual()
 {
+    CLI::App app(purpose, programName);
+    describe(app);
     print(".SH OPTIONS\nThese may stand before or after the command.");
-    std::ranges::for_each(commonParameters(), printManualItem);
+    printManualItems(app);
     print(".SH COMMANDS");
     for (const Command& each : Command::all()) {
         print(".SS \"" + roff(each.name) + ' ' + roff(each.words) + "\"\n" + roff(each.summary) + ".\n" +
               roff(each.more));
-        std::ranges::for_each(parametersOf(each), printManualItem);
+        printManualItems(*app.get_subcommand(std::string(each.name)));
     }
 }
 
@@ -322,7 +303,6 @@ std::vector<Command>& Command::all()
 int runCommandLine(const std::vector<std::string>& words)
 {
     const std::string first = words.empty() ? "" : words.front();
-    Line line;
     if (first == "complete") {
         complete(words);
         return 0;
@@ -331,17 +311,23 @@ int runCommandLine(const std::vector<std::string>& words)
         printManual();
         return 0;
     }
-    std::ranges::for_each(words, [&](const std::string& word) { line.read(word); });
-    if (line.session.has("--version")) {
-        print("rkuinfo " + utf8(GetVelaProgramVersionString()) + ' ' +
-              utf8(GetServicePackageVersionString()));
-    } else if (line.session.has("--help")) {
-        printHelp(line.command, line.session.layout());
-    } else {
-        line.requireAll();
-        line.command->run(line.session);
+    CLI::App app(purpose, programName);
+    describe(app);
+    try {
+        parse(app, words);
+    } catch (const CLI::CallForHelp&) {
+        print(app.help());
+        return 0;
+    } catch (const CLI::CallForVersion& version) {
+        print(version.what());
+        return 0;
+    } catch (const CLI::ParseError& error) {
+        throw Failure(explain(app, error), exitUsage);
     }
-    return line.session.exitCode;
+    Session session = parsed(app);
+    std::ranges::find(Command::all(), app.get_subcommands().front()->get_name(), &Command::name)
+        ->run(session);
+    return session.exitCode;
 }
 
 std::vector<std::string> subtreeNames()

@@ -184,10 +184,10 @@ void show(Session& session)
     session.has("--json") ? print(documentText(json)) : table.print(layout);
 }
 
-const Command showCommand(
-    {"show", "[--origin] [--json]", "Show the names in use, and where folders, files and keys are",
-     "What does not exist is marked as missing. --origin prints what each source says: the\n"
-     "first with a name is used.",
-     show});
+const Command showCommand({"show", "[--origin] [--json]",
+                           "Show the names in use, and where folders, files and keys are",
+                           "What does not exist is marked as missing. --origin prints what each source\n"
+                           "says: the first with a name is used.",
+                           show});
 
 } // namespace

@@ -110,7 +110,8 @@ Layout Session::layout() const
     const bool isPlain =
         (off != nullptr && *off != 0) || (kind != nullptr && std::string_view(kind) == "dumb");
     const std::string when = (*this)["--color"];
-    return {has("--columns") ? std::optional<std::size_t>(std::stoul((*this)["--columns"])) : terminal,
+    return {has("--columns") ? std::optional<std::size_t>(std::stoul((*this)["--columns"], nullptr, 0))
+                             : terminal,
             when == "always" || (when != "never" && terminal && !isPlain)};
 }
 
