@@ -15,7 +15,8 @@ int main(int argc, char** argv)
     testing::InitGoogleTest(&argc, argv);
     const bool isOne = GTEST_FLAG_GET(filter).find_first_of("*?:-") == std::string::npos;
     if (!isOne && !GTEST_FLAG_GET(list_tests)) {
-        std::cerr << "Name one case by --gtest_filter, or run several by ctest -R: each has its own process\n";
+        std::cerr
+            << "Name one case by --gtest_filter, or run several by ctest -R: each has its own process\n";
         return 2;
     }
     const auto folder = std::filesystem::path(RKUINFO_TEST_SCRATCH) / std::to_string(std::random_device()());
