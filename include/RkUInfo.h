@@ -64,11 +64,6 @@ RKUINFO_API const wchar_t* GetVelaArchitectrueCommandNamePrefix();
 
 /// Returns "2018".
 RKUINFO_API const wchar_t* GetVelaProgramVersionString();
-/// Calls GetProgramPath with a size of 1023.
-RKUINFO_API unsigned long GetVelaProgramPath(wchar_t* const buffer);
-/// Writes the executable's file name without extension into buffer, which holds 1023 characters. Returns 0 if
-/// the executable's path cannot be read or does not fit.
-RKUINFO_API unsigned long GetVelaProgramName(wchar_t* const buffer);
 /// Returns the LCID of a short name, 1033 for an unknown name, 0 for null or empty.
 RKUINFO_API long GetVelaLanguageIdByShortName(const wchar_t* shortName);
 /// Returns the LCID of the current language, 1033 before start-up.
@@ -90,6 +85,11 @@ RKUINFO_API const wchar_t* GetServicePackageVersionString();
 /// Writes the program folder with its trailing backslash. Needs its length + 1 characters; a smaller buffer
 /// is unchanged. The folder is read once per process, also if several threads call first.
 RKUINFO_API unsigned long GetProgramPath(wchar_t* buffer, unsigned long size);
+/// Calls GetProgramPath with a size of 1023.
+RKUINFO_API unsigned long GetVelaProgramPath(wchar_t* const buffer);
+/// Writes the executable's file name without extension into buffer, which holds 1023 characters. Returns 0 if
+/// the executable's path cannot be read or does not fit.
+RKUINFO_API unsigned long GetVelaProgramName(wchar_t* const buffer);
 /// Returns TarvoLanguage::shortName of the current language, "unknown" before start-up.
 RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
 /// Returns TarvoLanguage::globalName of the current language, "unknown" before start-up.
@@ -144,11 +144,12 @@ RKUINFO_API unsigned long GetVelaRegistryCurrentProfileRootKey(wchar_t* const bu
 /// key path.
 RKUINFO_API unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* const buffer);
 
+// ---- Current profile ----------------------------------------------------------------------------
+
 /// Copies the stored name of the current profile.
 /// @param buffer may be null, to query the size needed; changed only if the name fits
 /// @param size   in: the capacity of buffer, with the terminator; out: unchanged if the name was copied, the
-/// size
-///               needed if buffer is null or too small, 0 if no name is stored
+///               size needed if buffer is null or too small, 0 if no name is stored
 RKUINFO_API unsigned long GetCurrentProfileName(wchar_t* buffer, unsigned long& size);
 /// Copies the current profile's CommonSettings\CustomResFile, at most 1022 characters.
 RKUINFO_API unsigned long GetCustomResFileName(wchar_t* const buffer);

@@ -1,6 +1,7 @@
 // Program, language resources and help.
 #include "installation/names.h"
 #include "installation/program_files.h"
+#include "platform/executable.h"
 #include "platform/text.h"
 
 #include <RkUInfo.h>
@@ -8,6 +9,19 @@
 #include <windows.h>
 
 #include <algorithm>
+
+namespace {
+
+const wchar_t* lastOf(wchar_t character, const wchar_t* text)
+{
+    const wchar_t* at = text + uinfo::length(text);
+    while (at > text && *at != character) {
+        --at;
+    }
+    return *at == character ? at : nullptr;
+}
+
+} // namespace
 
 unsigned long GetProgramPath(wchar_t* buffer, unsigned long size)
 {
@@ -21,6 +35,31 @@ unsigned long GetProgramPath(wchar_t* buffer, unsigned long size)
     }
     std::copy_n(folder, folderLength + 1, buffer);
     return static_cast<unsigned long>(folderLength);
+}
+
+unsigned long GetVelaProgramPath(wchar_t* const buffer)
+{
+    return GetProgramPath(buffer, uinfo::modulePathCapacity);
+}
+
+unsigned long GetVelaProgramName(wchar_t* const buffer)
+{
+    if (buffer == nullptr || !uinfo::executablePath(buffer, uinfo::modulePathCapacity) || *buffer == 0) {
+        return 0;
+    }
+    const wchar_t* separator = lastOf(L'\\', buffer);
+    if (separator == nullptr) {
+        separator = lastOf(L'/', buffer);
+    }
+    if (separator == nullptr) {
+        return static_cast<unsigned long>(uinfo::length(buffer));
+    }
+    const wchar_t* const name = separator + 1;
+    const wchar_t* const dot = lastOf(L'.', name);
+    const auto nameLength = dot != nullptr ? static_cast<std::size_t>(dot - name) : uinfo::length(name);
+    std::copy_n(name, nameLength, buffer);
+    buffer[nameLength] = 0;
+    return static_cast<unsigned long>(nameLength);
 }
 
 const wchar_t* GetCurrentLanguageShortName()
