@@ -117,16 +117,4 @@ TEST_F(Choices, OfTheLanguage)
     expect({{"de-DE", {}, "", "argument, de-DE"}}, "Software\\Acme", "CurVer", choose);
 }
 
-TEST_F(Choices, OfTheProfile)
-{
-    const std::string n127(127, 'n'), long2000(2000, 'n');
-    expect({{long2000, text("Home"), "", "argument, " + long2000},
-            {"", text("Home"), "", "(default), Home"},
-            {"", dword('A'), "", "(default), A"},
-            {"", text(""), "", "(default) empty, built in, Default"},
-            {"", text(n127), "", "(default) too long, built in, Default"},
-            {"", {}, "", "(default) absent, built in, Default"}},
-           profilesKey, "", [](auto* argument, auto* key) { return uinfo::chooseProfile(argument, key); });
-}
-
 } // namespace

@@ -5,24 +5,6 @@
 
 namespace {
 
-TEST(Locks, LetOneThreadInAtATime)
-{
-    RkLocker locker;
-    std::promise<void> started; // not a latch, which in MinGW's library now and then misses who arrives last
-    locker.lock();
-    const std::future<void> other = std::async(std::launch::async, [&] {
-        started.set_value();
-        locker.lock();
-        locker.unlock();
-    });
-    started.get_future().wait();
-    EXPECT_EQ(other.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
-    locker.unlock();
-    other.wait();
-    locker.lock(); // it has left
-    locker.unlock();
-}
-
 TEST(Locks, PublishTheTextOfWhoComesFirst)
 {
     const Patch later = pretendExecutable("C:\\Later\\app.exe");

@@ -1,4 +1,4 @@
-// What the base library gives but its lock and the crash recorder: exceptions and the version of Windows.
+// The version of Windows, which decides how a key tree is removed.
 #include "support/test.h"
 
 #include <cstring>
@@ -6,20 +6,6 @@
 namespace {
 
 const char* const baseModule = std::strstr(libraryModule, ".dll") ? "RkOsBase.dll" : "libRkOsBase.so";
-
-TEST(RkOsBase, ExceptionsCutTheirTexts)
-{
-    const Wide longText(std::string(300, 't'));
-    const std::string longest(259, 't');
-    const auto texts = [](const RkException& exception) {
-        return utf8(exception.text()) + '|' + utf8(exception.description()) +
-               std::to_string(exception.number());
-    };
-    EXPECT_EQ(texts(RkException(nullptr, -1)), "|-1");
-    EXPECT_EQ(texts(RkException(longText, -1)), longest + '|' + longest + "-1");
-    EXPECT_EQ(texts(RkExceptionWithMsg(L"a", 1, longText)), "a|" + longest + '1');
-    EXPECT_EQ(texts(RkExceptionWithMsg(L"a", 1, nullptr)), "a|1");
-}
 
 TEST(RkOsBase, BothWindows8AreVersion8)
 {
