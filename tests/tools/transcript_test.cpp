@@ -101,8 +101,6 @@ private:
             std::filesystem::remove_all(m_application.folder() / asked.at(1));
         } else if (what == "@unnamed") {
             m_names.clear();
-        } else if (what == "@stdin") {
-            m_options.input = asked.at(1) + '\n';
         } else {
             ASSERT_TRUE(what == "@file" || what == "@utf16") << what;
             std::string text;
@@ -120,7 +118,7 @@ private:
         std::vector<std::string> all = words(command);
         all.insert(all.begin(), m_names.begin(), m_names.end());
         const std::string before = tree(HKEY_CURRENT_USER, "Software\\Acme");
-        const ChildResult result = runProgram(m_program, all, m_options);
+        const ChildResult result = runProgram(m_program, all, {m_application.folder(), ""});
         std::string actual = result.output + result.errors;
         actual += result.exitCode == 0 ? "" : '[' + std::to_string(result.exitCode) + "]\n";
         replaceAll(actual, "--company \"" + m_company + '"', "--company Acme"); // has to be quoted
@@ -139,7 +137,6 @@ private:
     const std::filesystem::path m_file;
     const Application m_application{m_file.stem().string()};
     const std::filesystem::path m_program = m_application.addProgram("rkuinfo");
-    ChildOptions m_options{m_application.folder(), ""};
     const std::string m_company = companyFromOutside("Acme");
     std::vector<std::string> m_names = {"--company", m_company, "--product", "Widget"}; ///< a rebranded one
 };

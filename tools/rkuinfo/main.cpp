@@ -25,7 +25,7 @@ int run(int argc, wchar_t** argv)
 
 extern "C" int wmain(int argc, wchar_t** argv)
 {
-    const Console console;
+    prepareProcess();
     std::string sentence = "out of memory"; // allocated in advance, because reporting must not allocate
     int exitCode = exitFailed;
     try {

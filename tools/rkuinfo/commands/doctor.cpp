@@ -10,6 +10,12 @@
 
 namespace {
 
+enum Severity
+{
+    note,
+    error
+};
+
 struct Finding
 {
     std::string code;
@@ -27,45 +33,43 @@ public:
     std::vector<Finding> examine()
     {
         if (const std::optional<Trouble> trouble = registryTrouble()) {
-            error("registry", "registry", trouble->problem, trouble->remedy);
+            add(error, "registry", "registry", trouble->problem, trouble->remedy);
             checkWritable({}); // its owner may be the cause
             return m_findings; // nothing else can be known
+        }
+        if (const std::string file = earlierRegistry(); !file.empty()) {
+            add(note, "earlier-registry", file, "a registry of an earlier version, which is not read",
+                "export it by the rkuinfo of that version, import the file, and remove it");
         }
         const Text folder = m_session.has("--program") ? fullFolder(m_session["--program"])
                                                        : rkuinfo::text(GetVelaProgramPath);
         if (checkIniFile(folder, uinfo::tarvoIni) && checkIniFile(folder, uinfo::productIni)) {
-            guard(&m_losses, [this] { checkInstallation(Installation(m_session)); });
+            guard(&m_losses, [this] {
+                const Installation installation(m_session);
+                checkIni(installation);
+                checkLanguages(installation);
+                checkOrigins(installation);
+                checkUser(installation);
+            });
         }
         for (const std::string& loss : m_losses) {
-            error("tree-damaged", "registry", loss, salvage());
+            add(error, "tree-damaged", "registry", loss, salvage());
         }
         return m_findings;
     }
 
 private:
-    void add(const char* code, bool isError, const std::string& subject, const std::string& problem,
+    void add(Severity severity, const char* code, const std::string& subject, const std::string& problem,
              const std::string& remedy)
     {
         const auto alike = std::ranges::find_if(m_findings, [&](const Finding& finding) {
             return finding.code == code && finding.problem == problem && finding.remedy == remedy;
         });
         if (alike == m_findings.end()) {
-            m_findings.push_back({code, isError, {subject}, problem, remedy});
+            m_findings.push_back({code, severity == error, {subject}, problem, remedy});
         } else {
             alike->subjects.push_back(subject);
         }
-    }
-
-    void error(const char* code, const std::string& subject, const std::string& problem,
-               const std::string& remedy)
-    {
-        add(code, true, subject, problem, remedy);
-    }
-
-    void note(const char* code, const std::string& subject, const std::string& problem,
-              const std::string& remedy)
-    {
-        add(code, false, subject, problem, remedy);
     }
 
     /// A command line that acts on the same installation, in another language if one is named.
@@ -93,25 +97,26 @@ private:
         const Text path = folder + rkuinfo::text(name);
         if (!exists(path)) {
             if (name == uinfo::tarvoIni) {
-                note("ini-missing", utf8(path),
-                     "there is no such file: names come from the registry and defaults",
-                     "write one if the application has its own names");
+                add(note, "ini-missing", utf8(path),
+                    "there is no such file: names come from the registry and defaults",
+                    "write one if the application has its own names");
             }
             return true;
         }
         const std::optional<std::string> bytes = readSmallFile(nativePath(path));
         if (!bytes) {
-            error("ini-unreadable", utf8(path), "not a file of at most 1 MiB that this user can read",
-                  "replace it, or allow the user to read it");
+            add(error, "ini-unreadable", utf8(path), "not a file of at most 1 MiB that this user can read",
+                "replace it, or allow the user to read it");
             return false;
         }
         const bool isWide = bytes->starts_with("\xff\xfe") || bytes->starts_with("\xfe\xff");
         if (bytes->find('[') == std::string::npos || (!isWide && bytes->find('\0') != std::string::npos)) {
-            error("ini-garbled", utf8(path), "not an INI file: it has no section",
-                  "write it again, as plain text with the section [" + utf8(uinfo::productSection) + ']');
+            add(error, "ini-garbled", utf8(path), "not an INI file: it has no section",
+                "write it again, as plain text with the section [" + utf8(uinfo::productSection) + ']');
         } else if (bytes->starts_with("\xef\xbb\xbf")) {
-            error("ini-mark", utf8(path), "it begins with a UTF-8 mark: Windows ignores its first section",
-                  "save it without the mark, or as UTF-16");
+            add(error, "ini-mark", utf8(path),
+                "it begins with a UTF-8 mark: Windows ignores its first section",
+                "save it without the mark, or as UTF-16");
         }
         return true;
     }
@@ -131,7 +136,7 @@ private:
         if (exists(path) && (isEmpty || (!hasCompany && !m_session.has("--company")) ||
                              (!hasProduct && !m_session.has("--product")))) {
             const std::string key = utf8(hasCompany ? uinfo::productNameKey : uinfo::companyNameKey);
-            add("ini-names", isEmpty, utf8(path),
+            add(isEmpty ? error : note, "ini-names", utf8(path),
                 isEmpty ? "it has no section " + section + " that names company or product"
                         : "it has no " + key + " in " + section + ": the default is used",
                 "write " + key + "= and the name into its section " + section);
@@ -146,20 +151,21 @@ private:
             const Text name =
                 installation.iniText(uinfo::tarvoIni, uinfo::localeNamesSection, rkuinfo::Argument(each));
             if (name.empty() && each == id && !id.empty()) {
-                error("locale-unmapped", file + section + ' ' + utf8(uinfo::localeIdKey) + '=' + utf8(id),
-                      "the number is not mapped to a language",
-                      "add " + utf8(id) + "=xx-XX to its section " + names);
+                add(error, "locale-unmapped",
+                    file + section + ' ' + utf8(uinfo::localeIdKey) + '=' + utf8(id),
+                    "the number is not mapped to a language",
+                    "add " + utf8(id) + "=xx-XX to its section " + names);
             } else if (!name.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(name))) {
-                error("locale-mapping", file + names + ' ' + utf8(each) + '=' + utf8(name),
-                      "the name is not that of a language",
-                      "write one of the fifteen short names, such as en-US");
+                add(error, "locale-mapping", file + names + ' ' + utf8(each) + '=' + utf8(name),
+                    "the name is not that of a language",
+                    "write one of the fifteen short names, such as en-US");
             }
         }
         const Text product = installation.folder + rkuinfo::text(uinfo::productIni);
         if (exists(product) && installation.commandPrefix().empty()) {
-            error("command-prefix", utf8(product), "it has no prefix for commands",
-                  "write numbers for " + utf8(uinfo::majorVersionKey) + " and " + utf8(uinfo::productIdKey) +
-                      " into its section " + section);
+            add(error, "command-prefix", utf8(product), "it has no prefix for commands",
+                "write numbers for " + utf8(uinfo::majorVersionKey) + " and " + utf8(uinfo::productIdKey) +
+                    " into its section " + section);
         }
     }
 
@@ -172,32 +178,35 @@ private:
             const bool hasFolder = state.installed != uinfo::Installed::noFolder;
             const std::string library = "the language's " + utf8(uinfo::languageLibrary);
             if (state.installed == uinfo::Installed::emptyFolder) {
-                error("language-empty", state.name(), "the language's folder has no library",
-                      "install it again, or remove the folder");
+                add(error, "language-empty", state.name(), "the language's folder has no library",
+                    "install it again, or remove the folder");
             } else if (hasFolder && !state.hasResources) {
-                error("language-library", state.name(), library + " cannot be loaded", "install it again");
+                add(error, "language-library", state.name(), library + " cannot be loaded",
+                    "install it again");
             } else if (!state.other.empty()) {
-                error("language-other", state.name(), library + " is of " + state.other, "install it again");
+                add(error, "language-other", state.name(), library + " is of " + state.other,
+                    "install it again");
             } else if (!hasFolder && state.hasEntry && installation.needsEntries) {
-                error("language-folder", state.name(), "the language has an uninstall entry and no folder",
-                      "install it again, or remove the entry");
+                add(error, "language-folder", state.name(),
+                    "the language has an uninstall entry and no folder",
+                    "install it again, or remove the entry");
             }
         }
         if (installation.preferred == uinfo::unknownLanguage) {
-            error("no-language", utf8(installation.folder), installation.whyNone(),
-                  "run a language's installer: no application can start");
+            add(error, "no-language", utf8(installation.folder), installation.whyNone(),
+                "run a language's installer: no application can start");
             return;
         }
         const std::string proposed =
             installation.languages[static_cast<std::size_t>(installation.preferred)].name();
         if (const std::string why = installation.whyNotWanted(); !why.empty()) {
-            error("language-not-installed", utf8(installation.wanted.value()), why,
-                  "install it, or choose another: " + command("use", proposed));
+            add(error, "language-not-installed", utf8(installation.wanted.value()), why,
+                "install it, or choose another: " + command("use", proposed));
         } else if (!installation.wanted.isMade()) {
-            note("language-asked", proposed,
-                 "nothing names a language: start-up proposes this one, and ends if it "
-                 "cannot ask the user",
-                 "choose one: " + command("use", proposed));
+            add(note, "language-asked", proposed,
+                "nothing names a language: start-up proposes this one, and ends if it "
+                "cannot ask the user",
+                "choose one: " + command("use", proposed));
         }
     }
 
@@ -209,10 +218,10 @@ private:
                 if (used.isUsed && used.name == other.name && !other.value.empty() &&
                     other.source != "the default" && used.source != "the command line" &&
                     !equalIgnoringCase(used.value, other.value)) {
-                    note("sources-disagree", used.name,
-                         used.source + " has " + utf8(used.value) + ", " + other.source + " has " +
-                             utf8(other.value),
-                         "the first is used; see " + command("show --origin"));
+                    add(note, "sources-disagree", used.name,
+                        used.source + " has " + utf8(used.value) + ", " + other.source + " has " +
+                            utf8(other.value),
+                        "the first is used; see " + command("show --origin"));
                 }
             }
         }
@@ -226,8 +235,8 @@ private:
             if (rkuinfo::text(isRoaming ? GetUserApplicationDataPath : GetUserLocalApplicationDataPath)
                     .empty()) {
                 const std::string folder = userFolder(isRoaming);
-                error("user-folder", folder, "the user's folder for application data does not exist",
-                      "create it: mkdir " + shellWord(folder));
+                add(error, "user-folder", folder, "the user's folder for application data does not exist",
+                    "create it: mkdir " + shellWord(folder));
             }
         }
         const Text product = installation.path(TarvoConfig::eProductRoot);
@@ -246,7 +255,8 @@ private:
     void checkWritable(const Text& key)
     {
         if (const std::optional<Trouble> trouble = writeTrouble(key)) {
-            error("tree-unwritable", key.empty() ? "registry" : utf8(key), trouble->problem, trouble->remedy);
+            add(error, "tree-unwritable", key.empty() ? "registry" : utf8(key), trouble->problem,
+                trouble->remedy);
         }
     }
 
@@ -257,23 +267,17 @@ private:
         const uinfo::Choice choice = installation.profile();
         const std::string name = utf8(choice.value());
         if (!Key::find(root)) {
-            error("no-tree", utf8(root), "the user has no such key",
-                  m_session.has("--program") ? "start the application once, which creates the user's tree"
-                                             : "create the user's tree: " + command("provision"));
+            add(error, "no-tree", utf8(root), "the user has no such key",
+                m_session.has("--program") ? "start the application once, which creates the user's tree"
+                                           : "create the user's tree: " + command("provision"));
         } else if (choice.decision().source == uinfo::Source::builtIn) {
-            error("no-profile", utf8(root), "no profile is the current one", "choose one: " + command("use"));
+            add(error, "no-profile", utf8(root), "no profile is the current one",
+                "choose one: " + command("use"));
         } else if (!equalIgnoringCase(utf16(name), rkuinfo::text(uinfo::defaultProfile)) &&
                    !Key::find(joinedKey(root, utf16(name)))) {
-            error("profile-missing", name, "the current profile has no key", "create it: " + command("use"));
+            add(error, "profile-missing", name, "the current profile has no key",
+                "create it: " + command("use"));
         }
-    }
-
-    void checkInstallation(const Installation& installation)
-    {
-        checkIni(installation);
-        checkLanguages(installation);
-        checkOrigins(installation);
-        checkUser(installation);
     }
 
     const Session& m_session;

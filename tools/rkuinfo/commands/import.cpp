@@ -58,21 +58,15 @@ void importTree(Session& session)
 {
     const Text path = Place(session, Installation(session)).path();
     const std::vector<Edit> edits = readEdits(session, path);
-    std::optional<RegistryTransaction>
-        transaction; // from before the comparison, so that no other process writes
-    if (!session.has("--dry-run")) {
-        transaction.emplace();
-    }
-    const Tree before = readIfPresent(path);
-    Tree after = session.has("--replace") ? Tree{{Name(), Value()}} : before;
-    edit(after, edits);
-    const std::vector<Change> changes = compare(before, after);
-    if (!transaction) {
-        printChanges(changes);
-        return;
-    }
-    carryOut(path, changes);
-    transaction->commit();
+    const auto apply = [&] {
+        const Tree before = readIfPresent(path);
+        Tree after = session.has("--replace") ? Tree{{Name(), Value()}} : before;
+        edit(after, edits);
+        const std::vector<Change> changes = compare(before, after);
+        session.has("--dry-run") ? printChanges(changes) : carryOut(path, changes);
+    };
+    // It begins before the comparison, so that no other process writes in between.
+    session.has("--dry-run") ? apply() : inTransaction(apply);
 }
 
 void diff(Session& session)

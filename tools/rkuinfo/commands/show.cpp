@@ -8,22 +8,15 @@ namespace {
 
 using rkuinfo::Argument;
 
-struct Fact
-{
-    std::string section;
-    std::string name;
-    Text value; ///< empty: there is none
-    Json json;
-    bool isMissing = false;
-};
-
-/// The sections of one installation. The library's own functions return the same to the program that asks
-/// them.
+/// Describes one installation. The library's own functions return the same to the program that asks them.
 class Report
 {
 public:
-    explicit Report(const Installation& installation)
-        : m_of(installation), m_language(installation.chosenLanguage()), m_name(m_language.record.shortName)
+    Report(const Installation& installation, const Layout& layout)
+        : m_of(installation),
+          m_language(installation.chosenLanguage()),
+          m_name(m_language.record.shortName),
+          m_isForPeople(layout.columns.has_value())
     {
         addIdentity();
         addProgram();
@@ -32,30 +25,43 @@ public:
         addRegistry();
     }
 
-    const std::vector<Fact>& facts() const { return m_facts; }
+    const Table& table() const { return m_table; }
+    const Json& json() const { return m_json; }
 
 private:
-    void addText(const char* name, const Text& value)
+    void begin(const char* section)
     {
-        m_facts.push_back({m_section, name, value, value.empty() ? Json() : toJson(value)});
+        m_section = section;
+        m_table.addHeading(section);
     }
 
-    void addNumber(const char* name, long number)
+    void add(const std::string& name, const Text& value, const Json& json, bool isMissing = false)
     {
-        m_facts.push_back({m_section, name, utf16(std::to_string(number)), number});
+        const bool isQuiet = isMissing || value.empty();
+        m_table.addRow(
+            {{(m_isForPeople ? "" : m_section + '.') + name, Style::name}, // programs need it to be unique
+             {isMissing ? "missing" : "", Style::quiet},
+             {value.empty() ? "(none)" : shown(value), isQuiet ? Style::quiet : Style::plain}});
+        m_json[m_section][name] = json;
     }
+
+    void addText(const char* name, const Text& value)
+    {
+        add(name, value, value.empty() ? Json() : toJson(value));
+    }
+
+    void addNumber(const char* name, long number) { add(name, utf16(std::to_string(number)), number); }
 
     void addPlace(const std::string& name, const Text& path, bool isThere)
     {
-        const Json json = {{"path", path.empty() ? Json() : toJson(path)}, {"exists", isThere}};
-        m_facts.push_back({m_section, name, path, json, !isThere});
+        add(name, path, {{"path", path.empty() ? Json() : toJson(path)}, {"exists", isThere}}, !isThere);
     }
 
     void addFile(const char* name, const Text& path) { addPlace(name, path, exists(path)); }
 
     void addIdentity()
     {
-        m_section = "identity";
+        begin("identity");
         wchar_t stamp[64] = {};
         GetVerNum(stamp, 64, false);
         addText("company", rkuinfo::text(m_of.company.value()));
@@ -74,7 +80,7 @@ private:
 
     void addProgram()
     {
-        m_section = "program";
+        begin("program");
         const Text cache = m_of.folder + rkuinfo::text(uinfo::userDataCache);
         addFile("program-folder", m_of.folder);
         addFile("resources", m_language.folder);
@@ -86,7 +92,7 @@ private:
     void addFolders(const char* section, const Text& applicationData)
     {
         using enum uinfo::UserFolder;
-        m_section = section;
+        begin(section);
         const bool isRoaming = m_section == "roaming";
         const auto folderOf = [&](uinfo::BoundedText& path, uinfo::UserFolder folder) {
             return path.append(Argument(applicationData)) &&
@@ -117,7 +123,7 @@ private:
 
     void addRegistry()
     {
-        m_section = "registry";
+        begin("registry");
         const auto addKey = [this](const std::string& name, const Text& path) {
             addPlace(name, path, Key::find(path).has_value());
         };
@@ -136,8 +142,10 @@ private:
     const Installation& m_of;
     const LanguageState& m_language;
     const wchar_t* m_name; ///< of the language
+    const bool m_isForPeople;
     std::string m_section;
-    std::vector<Fact> m_facts;
+    Table m_table;
+    Json m_json;
 };
 
 /// What start-up asks for each name, and what it hears.
@@ -165,23 +173,8 @@ void show(Session& session)
         showOrigins(session, installation.origins());
         return;
     }
-    const Report report(installation);
-    Table table;
-    Json json;
-    std::string last;
-    const Layout layout = session.layout();
-    for (const auto& [section, name, value, described, isMissing] : report.facts()) {
-        if (std::exchange(last, section) != section) {
-            table.addHeading(section);
-        }
-        std::string label = layout.columns ? "" : section + '.'; // for programs, since several are alike
-        table.addRow({{label += name, Style::name},
-                      {isMissing ? "missing" : "", Style::quiet},
-                      {value.empty() ? "(none)" : shown(value),
-                       isMissing || value.empty() ? Style::quiet : Style::plain}});
-        json[section][name] = described;
-    }
-    session.has("--json") ? print(documentText(json)) : table.print(layout);
+    const Report report(installation, session.layout());
+    session.has("--json") ? print(documentText(report.json())) : report.table().print(session.layout());
 }
 
 const Command showCommand({"show", "[--origin] [--json]",

@@ -190,11 +190,6 @@ uinfo::Choice Installation::profile() const
     return uinfo::chooseProfile(m_profileName, Argument(path(TarvoConfig::eProfilesRoot)));
 }
 
-uinfo::Choice Installation::storedProfile() const
-{
-    return uinfo::chooseProfile(nullptr, Argument(path(TarvoConfig::eProfilesRoot)));
-}
-
 Text Installation::path(TarvoConfig::Path subtree) const
 {
     const Argument root(composed(

@@ -94,8 +94,6 @@ public:
     const LanguageState& chosenLanguage() const;
     Text language() const { return rkuinfo::text(chosenLanguage().record.shortName); }
     uinfo::Choice profile() const;
-    /// The profile that the next start uses without an option; its source is the default if none is stored.
-    uinfo::Choice storedProfile() const;
     Text path(TarvoConfig::Path subtree) const;
 
     /// In the order in which start-up asks them.

@@ -4,23 +4,13 @@
 #include "text/text.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 
 /// Loads libraries only from the program's and the system's folder; lets every byte pass unchanged through
-/// the standard streams, and makes a console understand colours and UTF-8 while it lives.
-class Console
-{
-public:
-    Console();
-    Console(const Console&) = delete;
-    Console& operator=(const Console&) = delete;
-    ~Console(); // NOLINT(performance-trivially-destructible): where it has something to restore
-
-private:
-    [[maybe_unused]] unsigned long m_mode = 0;
-    [[maybe_unused]] unsigned int m_codePage = 0; // 0: standard output is not a console
-};
+/// the standard streams, and makes a console understand colours and UTF-8 until the process ends.
+void prepareProcess();
 
 /// The width of the terminal that standard output is; nothing when it is not a terminal.
 std::optional<std::size_t> terminalColumns();
@@ -40,25 +30,14 @@ std::string userFolder(bool isRoaming);
 
 /// For messages about the registry: ", in FOLDER"; empty where the system has no single place for it.
 std::string registryPlace();
+/// The registry of an earlier version, which this one does not read; empty when there is none.
+std::string earlierRegistry();
 
 /// Why the user cannot write to the registry, and what to do; nothing when he can. Changes nothing.
 struct Trouble;
 std::optional<Trouble> writeTrouble(const Text& key);
 
-/// Changes of the registry from here on are kept together by commit, or undone at the end, also at that of
-/// the process; where the system has no transactions, each is kept at once.
-class RegistryTransaction
-{
-public:
-    RegistryTransaction();
-    RegistryTransaction(const RegistryTransaction&) = delete;
-    RegistryTransaction& operator=(const RegistryTransaction&) = delete;
-    ~RegistryTransaction(); // NOLINT(performance-trivially-destructible)
-
-    static bool areSupported();
-    /// Throws when the changes cannot be kept: nothing was changed.
-    void commit(); // NOLINT(readability-convert-member-functions-to-static)
-
-private:
-    [[maybe_unused]] bool m_isOpen = false;
-};
+/// Does something that changes the registry: whole, or when it throws or the process ends, not at all. Throws
+/// when the changes cannot be kept. Where the system has no transactions, each change is kept at once.
+void inTransaction(const std::function<void()>& change);
+bool hasTransactions();

@@ -23,8 +23,7 @@ std::string registryFolder()
 
 } // namespace
 
-Console::Console() = default;
-Console::~Console() = default;
+void prepareProcess() {}
 
 std::optional<std::size_t> terminalColumns()
 {
@@ -88,6 +87,12 @@ std::string registryPlace()
     return ", in " + registryFolder();
 }
 
+std::string earlierRegistry()
+{
+    const std::string file = registryFolder() + "/data.mdb";
+    return access(file.c_str(), F_OK) == 0 ? file : "";
+}
+
 std::optional<Trouble> writeTrouble(const Text& /*key*/)
 {
     std::string folder = registryFolder();
@@ -121,29 +126,23 @@ std::optional<Trouble> writeTrouble(const Text& /*key*/)
     return std::nullopt;
 }
 
-RegistryTransaction::RegistryTransaction()
+void inTransaction(const std::function<void()>& change)
 {
     if (const LSTATUS status = winhostBeginRegistryChanges(); status != ERROR_SUCCESS) {
         throw Failure(trouble(status, "the registry cannot be changed").problem + "; nothing was changed");
     }
-    m_isOpen = true;
-}
-
-RegistryTransaction::~RegistryTransaction()
-{
-    if (m_isOpen) {
+    try {
+        change();
+    } catch (...) {
         winhostEndRegistryChanges(FALSE);
+        throw;
     }
-}
-
-bool RegistryTransaction::areSupported()
-{
-    return true;
-}
-
-void RegistryTransaction::commit()
-{
-    if (m_isOpen && (m_isOpen = false, winhostEndRegistryChanges(TRUE) != ERROR_SUCCESS)) {
+    if (winhostEndRegistryChanges(TRUE) != ERROR_SUCCESS) {
         throw Failure("the registry cannot be written" + registryPlace() + "; nothing was changed");
     }
+}
+
+bool hasTransactions()
+{
+    return true;
 }

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <io.h>
 
@@ -17,25 +18,21 @@ HANDLE console()
 
 } // namespace
 
-Console::Console()
+void prepareProcess()
 {
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_APPLICATION_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
-    DWORD mode = 0;
+    static DWORD mode = 0;
+    static UINT codePage = 0;
     if (GetConsoleMode(console(), &mode) != FALSE) {
-        m_mode = mode;
-        m_codePage = GetConsoleOutputCP();
+        codePage = GetConsoleOutputCP();
         SetConsoleMode(console(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
         SetConsoleOutputCP(CP_UTF8);
-    }
-}
-
-Console::~Console()
-{
-    if (m_codePage != 0) {
-        SetConsoleMode(console(), m_mode);
-        SetConsoleOutputCP(m_codePage);
+        std::atexit([] {
+            SetConsoleMode(console(), mode);
+            SetConsoleOutputCP(codePage);
+        });
     }
 }
 
@@ -103,6 +100,11 @@ std::string registryPlace()
     return "";
 }
 
+std::string earlierRegistry()
+{
+    return "";
+}
+
 std::optional<Trouble> writeTrouble(const Text& key)
 {
     HKEY opened = nullptr;
@@ -117,12 +119,12 @@ std::optional<Trouble> writeTrouble(const Text& key)
 }
 
 // The system's own transactions of the registry are deprecated, and missing in Wine.
-RegistryTransaction::RegistryTransaction() = default;
-RegistryTransaction::~RegistryTransaction() = default;
+void inTransaction(const std::function<void()>& change)
+{
+    change();
+}
 
-bool RegistryTransaction::areSupported()
+bool hasTransactions()
 {
     return false;
 }
-
-void RegistryTransaction::commit() {}

@@ -188,7 +188,7 @@ void carryOut(const Text& root, const std::vector<Change>& changes)
     } catch (const Failure& failure) {
         const std::string why = failure.what();
         try {
-            for (; done > 0 && !RegistryTransaction::areSupported(); --done) {
+            for (; done > 0 && !hasTransactions(); --done) {
                 writer.write(changes[done - 1].name, changes[done - 1].before);
             }
         } catch (const Failure& second) {
