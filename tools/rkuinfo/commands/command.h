@@ -9,7 +9,7 @@
 #pragma once
 
 #include "model/installation.h"
-#include "text/table.h"
+#include "transfer/transfer.h"
 
 #include <string>
 #include <string_view>
@@ -34,6 +34,9 @@ struct Command
 /// Runs a command line and returns the exit code. Throws Failure for a wrong command line, and what the
 /// command throws.
 int runCommandLine(const std::vector<std::string>& words);
+
+/// Prints the table, or with --json the JSON.
+void printEither(const Session& session, const Table& table, const Json& json);
 
 /// In the order of TarvoConfig::Path.
 std::vector<std::string> subtreeNames();

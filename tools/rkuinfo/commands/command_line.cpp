@@ -4,8 +4,6 @@
 #include "commands/command.h"
 
 #include "installation/languages.h"
-#include "model/tree.h"
-#include "model/value.h"
 
 #include <CLI/CLI.hpp>
 
@@ -328,6 +326,11 @@ int runCommandLine(const std::vector<std::string>& words)
     std::ranges::find(Command::all(), app.get_subcommands().front()->get_name(), &Command::name)
         ->run(session);
     return session.exitCode;
+}
+
+void printEither(const Session& session, const Table& table, const Json& json)
+{
+    session.has("--json") ? print(documentText(json)) : table.print(session.layout());
 }
 
 std::vector<std::string> subtreeNames()

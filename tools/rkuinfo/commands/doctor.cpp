@@ -3,8 +3,6 @@
 
 #include "installation/names.h"
 #include "model/system.h"
-#include "model/tree.h"
-#include "transfer/transfer.h"
 
 #include <algorithm>
 
@@ -310,14 +308,10 @@ void doctor(Session& session)
                         {"problem", problem},
                         {"remedy", remedy}});
     }
-    if (session.has("--json")) {
-        print(documentText({{"findings", list}}));
-    } else if (findings.empty()) {
+    if (findings.empty() && !session.has("--json")) {
         print("nothing is wrong");
     }
-    if (!session.has("--json")) {
-        table.print(layout);
-    }
+    printEither(session, table, {{"findings", list}});
     session.exitCode = std::ranges::any_of(findings, &Finding::isError) ? exitFailed : 0;
 }
 

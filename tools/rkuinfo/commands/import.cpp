@@ -2,7 +2,6 @@
 #include "commands/command.h"
 
 #include "model/system.h"
-#include "transfer/transfer.h"
 
 #include <ctime>
 

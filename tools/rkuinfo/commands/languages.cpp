@@ -2,14 +2,12 @@
 #include "commands/command.h"
 
 #include "installation/names.h"
-#include "transfer/transfer.h"
 
 namespace {
 
 void languages(Session& session)
 {
     const Installation installation(session);
-    const Layout layout = session.layout();
     Table table;
     Json list = Json::array();
     for (const LanguageState& state : installation.languages) {
@@ -36,16 +34,13 @@ void languages(Session& session)
                         {"installed", isInstalled},
                         {"why-not", isInstalled ? Json() : Json(state.whyNot())}});
     }
-    if (!session.has("--json")) {
-        table.print(layout);
-        return;
-    }
     const Text wanted = rkuinfo::text(installation.wanted.value());
-    print(documentText({{"company", toJson(rkuinfo::text(installation.company.value()))},
-                        {"product", toJson(rkuinfo::text(installation.product.value()))},
-                        {"needs-uninstall-entries", installation.needsEntries},
-                        {"wanted", wanted.empty() ? Json() : toJson(wanted)},
-                        {"languages", list}}));
+    printEither(session, table,
+                {{"company", toJson(rkuinfo::text(installation.company.value()))},
+                 {"product", toJson(rkuinfo::text(installation.product.value()))},
+                 {"needs-uninstall-entries", installation.needsEntries},
+                 {"wanted", wanted.empty() ? Json() : toJson(wanted)},
+                 {"languages", list}});
 }
 
 const Command

@@ -1,9 +1,6 @@
 // rkuinfo list, tree and search.
 #include "commands/command.h"
 
-#include "model/tree.h"
-#include "transfer/transfer.h"
-
 #include <algorithm>
 
 namespace {
@@ -72,11 +69,7 @@ void list(Session& session)
         addRow(table, session.layout(), place.key, &value, "");
         json["values"].push_back(toNamedJson(value));
     }
-    if (session.has("--json")) {
-        print(documentText(json));
-    } else {
-        table.print(session.layout());
-    }
+    printEither(session, table, json);
 }
 
 void search(Session& session)

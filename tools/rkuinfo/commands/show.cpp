@@ -2,7 +2,6 @@
 #include "commands/command.h"
 
 #include "installation/names.h"
-#include "transfer/transfer.h"
 
 namespace {
 
@@ -163,7 +162,7 @@ void showOrigins(const Session& session, const std::vector<Origin>& origins)
                               {"problem", problem.empty() ? Json() : Json(problem)},
                               {"used", isUsed}});
     }
-    session.has("--json") ? print(documentText(json)) : table.print(session.layout());
+    printEither(session, table, json);
 }
 
 void show(Session& session)
@@ -174,7 +173,7 @@ void show(Session& session)
         return;
     }
     const Report report(installation, session.layout());
-    session.has("--json") ? print(documentText(report.json())) : report.table().print(session.layout());
+    printEither(session, report.table(), report.json());
 }
 
 const Command showCommand({"show", "[--origin] [--json]",

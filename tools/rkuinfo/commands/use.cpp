@@ -2,7 +2,6 @@
 #include "commands/command.h"
 
 #include "installation/names.h"
-#include "model/value.h"
 
 namespace {
 
@@ -27,13 +26,6 @@ void use(Session& session)
           shown(profile));
 }
 
-/// Null stands for a name that is not given.
-const wchar_t* orNull(const Argument& text)
-{
-    const wchar_t* const name = text;
-    return name == nullptr || *name == 0 ? nullptr : name;
-}
-
 /// The only command that starts the library: the tree is what an application creates.
 void provision(Session& session)
 {
@@ -46,8 +38,7 @@ void provision(Session& session)
     const Argument product(utf16(session["--product"]));
     const Argument profile(utf16(session["--profile"]));
     const Argument language(Installation(session).language());
-    const TarvoConfig::Error error =
-        InitVelaConfig(orNull(company), orNull(product), language, orNull(profile));
+    const TarvoConfig::Error error = InitVelaConfig(company, product, language, profile);
     if (error != TarvoConfig::eOk) {
         throw Failure("start-up: " + make_error_code(error).message());
     }

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <sstream>
 #include <type_traits>
 
 namespace {
@@ -81,20 +82,13 @@ std::string readFile(const std::string& file)
     if (isStream(file)) {
         return allOfInput();
     }
-    std::error_code ignored;
-    std::ifstream in(filePath(file), std::ios::binary);
-    if (!in || fs::is_directory(filePath(file), ignored)) {
+    const std::ifstream in(filePath(file), std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    if (!in.is_open() || bytes.bad()) {
         throw Failure(file + " cannot be read");
     }
-    std::string bytes;
-    std::array<char, 65536> part = {};
-    while (in.read(part.data(), part.size()), in.gcount() > 0) {
-        bytes.append(part.data(), static_cast<std::size_t>(in.gcount()));
-    }
-    if (in.bad()) {
-        throw Failure(file + " cannot be read");
-    }
-    return bytes;
+    return std::move(bytes).str();
 }
 
 std::optional<std::string> readSmallFile(const std::string& file)
