@@ -8,11 +8,8 @@
 
 namespace {
 
-enum Severity
-{
-    note,
-    error
-};
+constexpr bool error = true; ///< a severity
+constexpr bool note = false;
 
 struct Finding
 {
@@ -57,14 +54,14 @@ public:
     }
 
 private:
-    void add(Severity severity, const char* code, const std::string& subject, const std::string& problem,
+    void add(bool isError, const char* code, const std::string& subject, const std::string& problem,
              const std::string& remedy)
     {
         const auto alike = std::ranges::find_if(m_findings, [&](const Finding& finding) {
             return finding.code == code && finding.problem == problem && finding.remedy == remedy;
         });
         if (alike == m_findings.end()) {
-            m_findings.push_back({code, severity == error, {subject}, problem, remedy});
+            m_findings.push_back({code, isError, {subject}, problem, remedy});
         } else {
             alike->subjects.push_back(subject);
         }

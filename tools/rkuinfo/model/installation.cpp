@@ -55,7 +55,7 @@ void readResources(LanguageState& state)
 Text checkedFolder(const Session& session)
 {
     const std::string named = session["--program"];
-    const Text folder = named.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(named);
+    Text folder = named.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(named);
     if (folder.empty()) {
         throw Failure("'" + named + "' is not a folder", exitUsage);
     }
@@ -127,8 +127,7 @@ std::string LanguageState::whyNot() const
 }
 
 Installation::Installation(const Session& session)
-    : m_session(session),
-      m_folder(checkedFolder(session)),
+    : m_folder(checkedFolder(session)),
       m_companyName(utf16(session["--company"])),
       m_productName(utf16(session["--product"])),
       m_languageName(utf16(session["--language"])),

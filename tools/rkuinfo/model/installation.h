@@ -57,12 +57,10 @@ struct Origin
 
 class Installation
 {
-    const Session& m_session;
     const rkuinfo::Argument m_folder, m_companyName, m_productName, m_languageName, m_profileName;
 
 public:
     /// Throws for a folder that does not exist, a name that is too long, and a registry that cannot be read.
-    /// The session has to outlive it.
     explicit Installation(const Session& session);
     Installation(const Installation&) = delete;
     Installation& operator=(const Installation&) = delete;
