@@ -238,8 +238,8 @@ LSTATUS openDocuments(int)
 LSTATUS openStore(bool locks)
 {
     for (const char* const suffix : {"", "-shm"}) {
-        const std::string file = std::string(std::getenv("XDG_DATA_HOME")) + "/winhost/registry.db" + suffix;
-        const int opened = open(file.c_str(), O_RDWR);
+        const std::string file = scratchFolder() / "store/.local/share/winhost/registry.db";
+        const int opened = open((file + suffix).c_str(), O_RDWR);
         struct flock all = {};
         all.l_type = F_WRLCK;
         EXPECT_EQ(locks ? fcntl(opened, F_SETLK, &all) : close(opened), 0);
