@@ -50,18 +50,8 @@ struct Operation
     Error (*call)(TarvoConfig&, TarvoConfig::Path, LPCWSTR, VelaVariant&);
 };
 
-enum OperationIndex
-{
-    eExists,
-    eGet,
-    eSet,
-    eAddItem,
-    eAddValue,
-    eRemoveItem,
-    eRemoveValue,
-    eFindItems,
-    eFindValues
-};
+// Where some of them are in the table.
+inline constexpr int eExists = 0, eGet = 1, eRemoveItem = 5;
 
 template <typename Iterator>
 Error find(TarvoConfig& config, TarvoConfig::Path root, LPCWSTR path, VelaVariant&)
