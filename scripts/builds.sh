@@ -69,7 +69,7 @@ installed() {
         cmake --build "$folder" --target uninstall
 }
 
-# One package with the libraries of both of Visual C++'s runtimes: a client gets its own, or is told that there are none.
+# One package with the libraries of both of Visual C++'s runtimes: a client gets its own or a message that they are missing.
 both_runtimes() {
     local folder=$1 client=$1/consumer configuration
     local toolchain=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/visual-cpp.cmake
