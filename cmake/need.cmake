@@ -1,0 +1,15 @@
+# need(<Debian package> <package> [<option>...]): find_package, whose error names what to install.
+function(need debian package)
+  find_package(${package} ${ARGN} QUIET)
+  if(NOT ${package}_FOUND)
+    message(FATAL_ERROR "${package} is missing or too old; on Debian install ${debian}")
+  endif()
+endfunction()
+
+# need_program(<Debian package> <variable> <program>): find_program in the same way.
+function(need_program debian variable program)
+  find_program(${variable} ${program})
+  if(NOT ${variable})
+    message(FATAL_ERROR "The program ${program} is missing; on Debian install ${debian}")
+  endif()
+endfunction()
