@@ -81,7 +81,6 @@ run_demo() {
     demo=$PWD/build/demo/$target
     app=$demo/app
     echo "Building it in build/$target: three minutes on two processors the first time, seconds later."
-    need_for "$target"
     build "$target" "${programs[@]}" >"build/demo-build.log" || {
         cat build/demo-build.log >&2
         return 1

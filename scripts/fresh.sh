@@ -43,7 +43,7 @@ test_fresh() {
             tail -n 200 "$log"
             echo "fresh: ./dev $command FAILED; all of it is in $log"
         fi
-        sed -nE 's/^([a-z-]+: +[0-9]+ of [0-9]+ cases passed)$/fresh: \1/p' "$log"
+        sed -nE 's/^([a-z-]+: +[0-9]+ passed, .*)/fresh: \1/p' "$log"
     done
     return $status
 }

@@ -17,17 +17,22 @@ stage() {
     files=$(cd build/package && find "$name" -type f | LC_ALL=C sort)
 }
 
+make_linux_package() {
+    local name files
+    mkdir -p build/package
+    build host reference
+    stage host linux
+    tar -C build/package --owner=0 --group=0 --numeric-owner -cf - -T - <<<"$files" | gzip -n >"build/package/$name.tar.gz"
+    echo "build/package/$name.tar.gz"
+}
+
 make_packages() {
     local name files
     need zip
-    mkdir -p build/package
-    build host reference
+    make_linux_package
     stage windows windows
     tests/package/check.sh reproducible "$PWD/build/windows" windows bin/RkOsBase.dll bin/RkUInfo.dll \
         lib/libRkOsBase.dll.a lib/libRkUInfo.dll.a
     (cd build/package && TZ=UTC zip -q -X -@ "$name.zip" <<<"$files")
     echo "build/package/$name.zip"
-    stage host linux
-    tar -C build/package --owner=0 --group=0 --numeric-owner -cf - -T - <<<"$files" | gzip -n >"build/package/$name.tar.gz"
-    echo "build/package/$name.tar.gz"
 }

@@ -1,4 +1,4 @@
-# Installs what this machine lacks, saying so.
+# Installs the packages that this machine lacks, and prints their names.
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then
@@ -14,7 +14,7 @@ need() {
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
     done
     [ ${#missing[@]} -gt 0 ] || return 0
-    echo "Installing with apt-get: ${missing[*]}"
+    echo "Installing with apt-get: ${missing[*]}" >&2
     as_root apt-get update -qq
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
         >build/apt-get.log 2>&1 || {
@@ -24,16 +24,20 @@ need() {
     }
 }
 
-# What a preset is built with; the language libraries are made by the Windows tools on every target.
+# need_for PRESET [ON|OFF]: what it is built with, by default with the tests. Each target's language libraries are made by
+# MinGW's binutils.
 need_for() {
-    need git g++ clang cmake ninja-build g++-mingw-w64-x86-64-posix \
-        libcli11-dev nlohmann-json3-dev
-    case $1 in
-    windows) need googletest wine wine64 xvfb ;;
-    visual-cpp*)
-        need googletest wine wine64 xvfb clang-19 clang-tools-19 lld-19 llvm-19 libc++-19-dev libwine-dev
-        ;;
-    asan | fuzz) need libclang-rt-dev libgtest-dev libsqlite3-dev pkgconf ;;
-    *) need libgtest-dev libsqlite3-dev pkgconf doxygen ;;
+    local preset=$1 packages=(cmake ninja-build libcli11-dev nlohmann-json3-dev)
+    case $preset in
+    windows) packages+=(g++-mingw-w64-x86-64-posix) ;;
+    visual-cpp*) packages+=(binutils-mingw-w64-x86-64 clang-19 clang-tools-19 lld-19 llvm-19 libc++-19-dev libwine-dev) ;;
+    asan | fuzz) packages+=(binutils-mingw-w64-x86-64 clang libclang-rt-dev libsqlite3-dev) ;;
+    *) packages+=(binutils-mingw-w64-x86-64 g++ libsqlite3-dev) ;;
     esac
+    case $preset:${2:-ON} in
+    *:OFF) ;;
+    windows:* | visual-cpp*:*) packages+=(clang g++ git googletest wine wine64 xvfb) ;;
+    *) packages+=(clang doxygen g++ git libgtest-dev pkgconf) ;;
+    esac
+    need "${packages[@]}"
 }

@@ -3,7 +3,7 @@
 run_tidy() {
     need clang-tidy
     need_for host
-    cmake --preset host -B build/tidy -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >build/tidy-configure.log
+    list_commands
     sed -n "s|^  \"file\": \"$PWD/\(.*\)\".*|\1|p" build/tidy/compile_commands.json |
         sort -u |
         xargs -P "$(nproc)" -I {} clang-tidy -p build/tidy --quiet --extra-arg=-Wno-unknown-warning-option {}
