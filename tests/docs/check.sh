@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
-# Holds the documents against what they describe.
-#   check.sh links DOCUMENT...            every relative link leads to a file, and ./dev knows what is asked of it
-#   check.sh run DOCUMENT BUILD TARGET    what a document shows is run, in a home of its own, and compared
+# Compares the documents with what they describe.
+#   check.sh links DOCUMENT...              each relative link and each path in backticks exists; so does each ./dev command
+#   check.sh run DOCUMENT TARGET PLACE      runs what a document shows, in a temporary home, and compares
 #
-# What is run, for the target host:
-#   ```console            commands behind "$ ", continued behind "> ", and their output; a line "..." is any lines, and
-#                         where there is no other the command has to succeed
-#   <!-- file: PATH -->   stands before a block that is written to that file of the home
-#   <!-- body -->         stands before a block that may stand in a function: all of them are compiled and run
-#   <!-- program -->      stands before a whole program: it is compiled and run
-# and for the target windows, beside the files:
-#   <!-- windows -->      stands before a ```console block
-# Paths are shown as those of /home/me, which has the length of the real home: lines break alike.
+# What is run on Linux:
+#   ```console            commands after "$ ", continued after "> ", and their output; a line "..." matches any lines, and
+#                         if it is the only one, the command must succeed
+#   <!-- file: PATH -->   the next block is written to that file of the home
+#   <!-- body -->         the next block is the body of a function: all of them are compiled as one program, and run
+#   <!-- program -->      the next block is a program: it is compiled and run
+# TARGET is one of:
+#   host      PLACE is a build tree with package/, of which the home gets an archive, and of which a clone consists
+#   fresh     PLACE is the archive, and the machine has only the packages that the document installs
+#   windows   PLACE is a build tree; the files are written and <!-- windows --> ```console blocks are run
+# Paths are shown below /home/me, which is as long as the temporary home, so that lines break alike.
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
@@ -20,42 +22,47 @@ fail() {
     exit 1
 }
 
+# exists DOCUMENT PATH: as it stands, or as a file of src/, tests/ or winhost/ that is named from there, perhaps without
+# its ending.
+exists() {
+    local folder
+    for folder in "" src/ tests/ winhost/src/ winhost/include/ "$(dirname "$1")/"; do
+        [ ! -e "$root/$folder$2" ] && ! compgen -G "$root/$folder$2.*" >/dev/null || return 0
+    done
+    [[ $2 = build/* || $2 = share/* ]] # made by ./dev; a package's
+}
+
 check_links() {
-    local document link command commands broken=0
+    local document name commands broken=0
     commands=$("$root/dev" help)
     for document in "$@"; do
-        while read -r link; do
-            if [ ! -e "$root/$(dirname "$document")/$link" ]; then
-                echo "$document: nothing at $link" >&2
-                broken=1
-            fi
+        while read -r name; do
+            [ -e "$root/$(dirname "$document")/$name" ] || { broken=1 && echo "$document: nothing at $name" >&2; }
         done < <(grep -oE '\]\([^)#: ]+[)#]' "$root/$document" | sed -E 's/^..//; s/.$//')
-        while read -r command; do
-            if ! grep -q "^$command\\b" <<<"$commands"; then
-                echo "$document: there is no $command" >&2
-                broken=1
-            fi
+        while read -r name; do
+            exists "$document" "$name" || { broken=1 && echo "$document: there is no $name" >&2; }
+        done < <(grep -oE '`[A-Za-z_.]+(/[A-Za-z0-9_.-]+)+/?`' "$root/$document" | grep -v '^`./dev' | tr -d '`')
+        while read -r name; do
+            grep -q "^$name\\b" <<<"$commands" || { broken=1 && echo "$document: there is no $name" >&2; }
         done < <(grep -oE '\./dev [a-z]+' "$root/$document" | sort -u)
     done
     return $broken
 }
 
-# A clone and a build take minutes, so a clone is links to this tree, and what is built is the build under test.
-git() {
+# A clone and a build take minutes, so ~/rkuinfo is links to this tree, and its build is the one under test.
+make_clone() {
     local entry
-    [ "$1" = clone ] || return 1
-    mkdir -p "$3/build"
+    mkdir -p rkuinfo/build
     for entry in "$root"/*; do
-        [ "$entry" = "$root/build" ] || ln -s "$entry" "$3/"
+        [ "$entry" = "$root/build" ] || ln -s "$entry" rkuinfo/
     done
-    ln -s "$build" "$3/build/$target"
-    [ "$target" = host ] || ln -s "$root/build/wine" "$3/build/wine"
+    ln -s "$place" "rkuinfo/build/$target"
+    [ "$target" = host ] || ln -s "$root/build/wine" rkuinfo/build/wine
 }
 
-# ./dev package makes an archive; what it holds is installed from the build under test: tar -xzf ARCHIVE -C FOLDER.
-tar() {
-    [ "$1" = -xzf ] || return 1
-    command cmake --install "$build" --prefix "$4/$(basename "$2" .tar.gz)" >/dev/null
+# Only a fresh machine is without the packages.
+sudo() {
+    [ "$target" != fresh ] || "$@"
 }
 
 cmake() {
@@ -65,7 +72,7 @@ cmake() {
     esac
 }
 
-# Nothing of a document's run stays, in Wine's registry neither.
+# Removes what a document's run stored, also in Wine's registry.
 clean_up() {
     local key
     rm -rf "$home"
@@ -76,7 +83,7 @@ clean_up() {
     done
 }
 
-# Puts each block in a file NUMBER, and what it is and its line in NUMBER.kind.
+# Writes each block to a file NUMBER, its kind and its line to NUMBER.kind.
 split_blocks() {
     awk -v folder="$2" '
         /^```/ && file == "" {
@@ -91,7 +98,7 @@ split_blocks() {
         NF { mark = "" }' "$1"
 }
 
-# Runs $command, shown as it is in the document, and holds its output against $expected.
+# Runs $command and compares its output with $expected.
 check_step() {
     local actual pattern
     [ -n "$command" ] || return 0
@@ -121,20 +128,20 @@ run_transcript() {
     check_step
 }
 
-# Compiles a program and runs it in an application's folder, with English.
+# Compiles a program against the package and runs it in an application's folder, with English.
 run_program() {
     local app=$home/$2
     mkdir -p "$app"
-    cp -r "$build/bin/en-US" "$app"
+    cp -r "$package/bin/en-US" "$app"
     printf '[Product]\r\nCompanyName=Acme\r\n' >"$app/TARVO.ini"
-    g++ -std=c++20 -fshort-wchar -Wall -Wextra -Werror -I"$root/include" -I"$root/rkosbase/include" "$1" \
-        -L"$build/bin" -lRkUInfo -lRkOsBase -Wl,-rpath,"$build/bin" -o "$app/program" || fail "$document: not compiled"
+    g++ -std=c++20 -fshort-wchar -Wall -Wextra -Werror -I"$package/include" "$1" \
+        -L"$package/lib" -lRkUInfo -lRkOsBase -Wl,-rpath,"$package/lib" -o "$app/program" || fail "$document: not compiled"
     "$app/program" || fail "$document: a program failed"
 }
 
 run_document() {
-    local document=$1 block kind line
-    build=$2 target=$3 status=0
+    local document=$1 block kind line name=rkuinfo-2018.2-linux package
+    target=$2 place=$3 status=0
     shopt -s extglob
     home=$(mktemp -d /tmp/XXX)
     trap clean_up EXIT
@@ -143,10 +150,16 @@ run_document() {
     export -f cmake
     mkdir "$home/.blocks"
     cd "$home" || exit
-    split_blocks "$root/$document" "$home/.blocks"
-    if [ "$target" = windows ] || ! grep -q '^\$ git clone' "$root/$document"; then
-        git clone URL rkuinfo && cd rkuinfo || exit
+    [ "$target" = fresh ] || make_clone
+    case $target in
+    host) tar -czf $name.tar.gz -C "$place" --transform "s,^package,$name," package || exit ;;
+    fresh) cp "$place" $name.tar.gz ;;
+    esac
+    if [ "$target" != windows ]; then
+        package=$home/.package/$name
+        mkdir .package && tar -xzf $name.tar.gz -C .package || exit
     fi
+    split_blocks "$root/$document" "$home/.blocks"
     printf '#include <RkUInfo.hpp>\n#include <cassert>\n#include <iostream>\n' >"$home/.bodies.cpp"
     for block in "$home"/.blocks/???; do
         { read -r kind && read -r line; } <"$block.kind"
@@ -155,9 +168,9 @@ run_document() {
             mkdir -p "$(dirname "$home/${kind#file: }")"
             cp "$block" "$home/${kind#file: }"
             ;;
-        host:console | windows:windows) run_transcript "$block" ;;
-        host:program) cp "$block" "$block.cpp" && run_program "$block.cpp" "program$line" ;;
-        host:body)
+        host:console | fresh:console | windows:windows) run_transcript "$block" ;;
+        host:program | fresh:program) cp "$block" "$block.cpp" && run_program "$block.cpp" "program$line" ;;
+        host:body | fresh:body)
             printf 'static void body%s()\n{\n#line %s "%s"\n' "$line" "$line" "$document" >>"$home/.bodies.cpp"
             cat "$block" - <<<'}' >>"$home/.bodies.cpp"
             ;;
