@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// RkUInfo: which product, company, language and profile this process belongs to, where its settings, folders
-// and resource libraries are, and its configuration store.
+// RkUInfo: the product, company, language and profile of this process, the paths of its settings, folders and
+// resource libraries, and its configuration store.
 //
-// Strings are UTF-16 and terminated. Lengths count characters. Unless a comment says otherwise, a returned
-// length does not count the terminator, and 0 or null means failure. A buffer without a size holds 1024
-// characters. Returned pointers belong to the library: never free them. After start-up every function may be
-// called from any thread. On Linux, clients are compiled with -fshort-wchar, but a std::wstring of the C++
-// runtime still has 32-bit characters and crashes without a warning: use std::u16string.
+// Strings are terminated UTF-16. Lengths count characters (code units). Unless a comment says otherwise, a
+// returned length does not count the terminator, and 0 or null means failure. A buffer that is passed without
+// a size must hold 1024 characters. Returned pointers belong to the library: never free them. After start-up
+// every function may be called from any thread. On Linux, compile clients with -fshort-wchar and use
+// std::u16string: the C++ runtime's std::wstring still has 32-bit characters and crashes without a warning.
 #pragma once
 
 #include "RkUInfo/Export.h"
@@ -21,29 +21,28 @@
 /// Returns the configuration object; never null.
 RKUINFO_API TarvoConfig* velaConfig();
 
-/// Runs start-up: once per process, before other threads use the library. For an argument that is null or
-/// empty:
-/// - company: "TARVO.ini" [Product] CompanyName, else "Norvik";
-/// - product: "CurProduct" under Software\{company}, "TARVO.ini" [Product] ProductName, else "TARVO";
-/// - language (a short name such as "en-US"): "CurVer" under the version root, "TARVO.ini" [Product] LocaleId
-///   mapped by [LocaleIdLangName], else the first installed one, if the user agrees in a message box;
-/// - profile: the one that the profiles key names. An argument replaces a different profile named there.
-/// Start-up records its choices in keys that exist; CreateConfigReg creates them.
-/// If the language argument is unknown, if no language is installed, or if the user declines the proposed
-/// one, a message box is shown and the process exits with code 1.
-/// @return eOk, at once after an earlier success; eInvalidInput for a company or product of 255 characters or
-///         more, for paths that do not fit and after an earlier failure; eRegistryError when the language's
+/// Runs start-up. Call it once per process, before other threads use the library. A null or empty argument is
+/// replaced by the first of these that is available:
+/// - company: "TARVO.ini" [Product] CompanyName; "Norvik"
+/// - product: "CurProduct" under Software\{company}; "TARVO.ini" [Product] ProductName; "TARVO"
+/// - language (a short name such as "en-US"): "CurVer" under the version root; "TARVO.ini" [Product] LocaleId
+///   mapped by [LocaleIdLangName]; the first installed language, if the user agrees in a message box
+/// - profile: the current profile that the profiles key names
+///
+/// A profile argument replaces a different profile that the profiles key names. Start-up records its choices
+/// in existing keys only; CreateConfigReg creates them. If the language argument is unknown, no language is
+/// installed, or the user declines the proposed language, the process exits with code 1 after a message box.
+/// @return eOk, also after an earlier success; eInvalidInput if company or product has 255 or more
+///         characters, if a path does not fit, or after an earlier failure; eRegistryError if the language's
 ///         folder cannot be read
 RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product,
                                               const wchar_t* language, const wchar_t* profile);
 
 /// Creates the current user's product tree and records version, language and profile in it. Call it after
-/// InitVelaConfig, as often as you like: it does not change a current profile that is already named. A
-/// start-up profile of any length is stored whole, but one of 127 characters or more cannot be read back: the
-/// next look-up of the current profile stores "Default".
-/// @return eOk, or eRegistryError if the product key does not exist afterwards. Throws a RkErrorStatus* if
-/// memory
-///         is exhausted.
+/// InitVelaConfig; calling it again keeps the current profile. A start-up profile of 127 characters or more
+/// is stored whole but cannot be read back: the next look-up of the current profile replaces it by "Default".
+/// Throws a RkErrorStatus* if memory is exhausted.
+/// @return eOk, or eRegistryError if the product key does not exist afterwards
 RKUINFO_API TarvoConfig::Error CreateConfigReg();
 
 /// Returns the product object; never null.
@@ -51,13 +50,13 @@ RKUINFO_API ITarvoProduct* velaGetProduct();
 
 // ---- INI values ---------------------------------------------------------------------------------
 
-/// Reads an entry of "TARVO.ini" like TarvoConfig::getIniValue. Returns 1 if value was set, else 0.
+/// Reads an entry of "TARVO.ini" like TarvoConfig::getIniValue. Returns 1 if value was set, otherwise 0.
 RKUINFO_API int GetVelaIniConfigValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
                                       VelaVariant::VarType type);
 /// Returns "TARVO.ini" [PartnerOEM] MergeTitle, or defaultValue if it is missing or negative.
 RKUINFO_API long GetVelaIniOEMMergeTitleValue(long defaultValue);
-/// Returns "S{MajorVer}{ProductId}_" of "product.ini" [Product], cached once both could be read; empty until
-/// then.
+/// Returns "S{MajorVer}{ProductId}_" from "product.ini" [Product], cached after the first success; empty
+/// until then.
 RKUINFO_API const wchar_t* GetVelaArchitectrueCommandNamePrefix();
 
 // ---- Version and identity -----------------------------------------------------------------------
@@ -71,9 +70,9 @@ RKUINFO_API long GetCurrentVelaLanguageId();
 /// Returns the product name, "TARVO" before start-up; never null.
 RKUINFO_API const wchar_t* GetCurrentProductName();
 /// Writes the build stamp, bare (21 characters) or as VERNUM = "..." (32 characters). size includes the
-/// terminator. If it is too small, buffer gets the empty string.
+/// terminator; if it is too small, the empty string is written.
 RKUINFO_API void GetVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
-/// Writes the resource version number, which is empty: "" or VERNUM = "" (11 characters). See GetVerNum.
+/// Writes the resource version number in the same way. It is empty: "" or VERNUM = "" (11 characters).
 RKUINFO_API void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
 /// Returns "SP2".
 RKUINFO_API const wchar_t* GetServicePackageVersionString();
@@ -82,38 +81,39 @@ RKUINFO_API const wchar_t* GetServicePackageVersionString();
 // "The program" is the process's executable. Sizes include the terminator. No function here checks that a
 // file exists. A joined path must fit MAX_PATH (260).
 
-/// Writes the program folder with its trailing backslash. Needs its length + 1 characters; a smaller buffer
-/// is unchanged. The folder is read once per process, also if several threads call first.
+/// Writes the program folder with its trailing backslash. buffer must hold its length + 1 characters; a
+/// smaller one is unchanged. The folder is cached after the first success.
 RKUINFO_API unsigned long GetProgramPath(wchar_t* buffer, unsigned long size);
 /// Calls GetProgramPath with a size of 1023.
 RKUINFO_API unsigned long GetVelaProgramPath(wchar_t* const buffer);
-/// Writes the executable's file name without extension into buffer, which holds 1023 characters. Returns 0 if
-/// the executable's path cannot be read or does not fit.
+/// Writes the executable's file name without extension into buffer, which must hold 1023 characters. Returns
+/// 0 if the executable's path cannot be read or does not fit.
 RKUINFO_API unsigned long GetVelaProgramName(wchar_t* const buffer);
 /// Returns TarvoLanguage::shortName of the current language, "unknown" before start-up.
 RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
 /// Returns TarvoLanguage::globalName of the current language, "unknown" before start-up.
 RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
-/// Returns TarvoLanguage::localName of the current language; may be null.
+/// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
-/// Writes the current language's resource folder, without trailing backslash. Needs its length + 3
-/// characters, and enough for the executable's own path. A failed call may leave part of a path.
+/// Writes the current language's resource folder, without trailing backslash. buffer must hold its length + 3
+/// characters and also the executable's path. After a failure it may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
-/// Writes the path of another folder in the program folder, with the same limits.
+/// Does the same for any folder in the program folder.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
 /// Loads a library from the current language's folder or, if that fails, by its bare name in the system's
-/// search order. That includes the working directory and PATH, so an application restricts it once, as its
-/// first step, with SetDefaultDllDirectories (docs/LOADING.md). The caller frees the handle.
+/// search order. The search includes the working directory and PATH: as its first step, an application should
+/// restrict it with SetDefaultDllDirectories (docs/LOADING.md). The caller frees the handle.
 RKUINFO_API HINSTANCE__* LoadResourceDll(const wchar_t* fileName);
-/// Does the same by LoadLibraryExW, to which file and flags are passed unchanged.
+/// Does the same by LoadLibraryExW, passing file and flags unchanged.
 RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long flags);
-/// Writes the path of "RKHelp.exe" in the program folder. Needs its length + 2 characters; a smaller buffer
-/// is unchanged.
+/// Writes the path of "RKHelp.exe" in the program folder. buffer must hold its length + 2 characters; a
+/// smaller one is unchanged.
 RKUINFO_API long GetHelpFilePath(wchar_t* buffer, long size);
 
 // ---- Per-user folders ---------------------------------------------------------------------------
-// Each writes a path of at most 1021 characters and creates no folder. Every path but the last one's ends
-// with a backslash. A failed call leaves the levels that fit. The odd spellings are part of the interface.
+// Each function writes a path of at most 1021 characters; none creates a folder. Every path except the last
+// ends with a backslash. After a failure buffer contains the levels that fit. The odd spellings are part of
+// the interface.
 
 RKUINFO_API unsigned long GetUserApplicationDataPath(wchar_t* const buffer);             ///< {roaming}\ .
 RKUINFO_API unsigned long GetUserApplicationDataComanyPath(wchar_t* const buffer);       ///< + {company}\ .
@@ -129,19 +129,20 @@ RKUINFO_API unsigned long GetUserLocalApplicationDataComanyPath(wchar_t* const b
 RKUINFO_API unsigned long GetUserLocalApplicationDataProductPath(wchar_t* const buffer); ///< + {product}\ .
 RKUINFO_API unsigned long GetUserLocalApplicationDataVersionPath(wchar_t* const buffer); ///< + 2018\ .
 RKUINFO_API unsigned long GetUserLocalApplicationDataLanguagePath(wchar_t* const buffer); ///< + {language}\ .
-/// {local language folder}Template, without trailing backslash.
+/// Writes {local language folder}\Template, without trailing backslash.
 RKUINFO_API unsigned long GetUserLocalApplicationDataTemplatePath(wchar_t* const buffer);
 
 // ---- Registry key paths -------------------------------------------------------------------------
-// Relative to HKEY_CURRENT_USER, without trailing backslash; see TarvoConfig::Path and getRegRootPath.
+// Each function writes a key path relative to HKEY_CURRENT_USER, without trailing backslash; see
+// TarvoConfig::Path and getRegRootPath.
 
 RKUINFO_API unsigned long GetRegistryProductNameRootKey(wchar_t* const buffer);
 RKUINFO_API unsigned long GetRegistryVersionRootKey(wchar_t* const buffer);
 RKUINFO_API unsigned long GetVelaRegistryLanguageRootKey(wchar_t* const buffer);
 RKUINFO_API unsigned long GetRegistryProfilesRootKey(wchar_t* const buffer);
 RKUINFO_API unsigned long GetVelaRegistryCurrentProfileRootKey(wchar_t* const buffer);
-/// Writes {current profile}\Config. If that has more than 1021 characters, returns 0 and leaves the profile's
-/// key path.
+/// Writes {current profile}\Config. If that has more than 1021 characters, writes only the profile's key path
+/// and returns 0.
 RKUINFO_API unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* const buffer);
 
 // ---- Current profile ----------------------------------------------------------------------------
@@ -151,15 +152,15 @@ RKUINFO_API unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* co
 /// @param size   in: the capacity of buffer, with the terminator; out: unchanged if the name was copied, the
 ///               size needed if buffer is null or too small, 0 if no name is stored
 RKUINFO_API unsigned long GetCurrentProfileName(wchar_t* buffer, unsigned long& size);
-/// Copies the current profile's CommonSettings\CustomResFile, at most 1022 characters.
+/// Copies the value CommonSettings\CustomResFile of the current profile, at most 1022 characters.
 RKUINFO_API unsigned long GetCustomResFileName(wchar_t* const buffer);
 
 // ---- UI style and user data cache ---------------------------------------------------------------
 
-/// Writes the user's Settings\UserConfig\Config value UIStyle, at most 1022 characters, or, if there is none,
-/// the path of Style.tus in the roaming Support folder.
+/// Writes the path that is stored in Settings\UserConfig\Config as UIStyle, at most 1022 characters, or, if
+/// none is stored, the path of Style.tus in the roaming Support folder.
 RKUINFO_API unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer);
 /// Returns ITarvoProduct::userDataCachePath; may be empty, never null.
 RKUINFO_API const wchar_t* GetVelaUserDataCachePath();
-/// Writes the current language's folder in it, without trailing backslash.
+/// Writes the current language's folder in the user data cache folder, without trailing backslash.
 RKUINFO_API unsigned long GetVelaUserDataCacheLanPath(wchar_t* const buffer);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// RkUInfo.hpp: the library for C++20 clients. Typed reads and writes of settings, ranges over keys and
-// values, and error codes, all inline over RkUInfo.h: it adds no export and no state.
+// RkUInfo.hpp: the interface for C++20 clients: typed reads and writes of settings, ranges over keys and
+// values, and error codes. Everything is inline and calls RkUInfo.h; there are no further exports and no
+// state.
 //
 //     rkuinfo::get<std::int32_t>(TarvoConfig::eSettings, L"Display/Colors/Back");
 //     for (auto& value : rkuinfo::values(TarvoConfig::eSettings, L"Display")) { ... }
@@ -39,8 +40,8 @@ inline Text text(unsigned long (*function)(wchar_t*))
     return function(buffer) > 0 ? text(buffer) : Text();
 }
 
-/// A string argument: a literal (L"..."), to which it points, or a Text, which it copies. Null and empty name
-/// a key itself or its default value. A string ends at its first null character.
+/// A string argument: a literal (L"..."), to which it points, or a Text, which it copies. Null or empty means
+/// the key itself or its default value. A string ends at its first null character.
 class Argument
 {
 public:
@@ -64,7 +65,8 @@ private:
 
 // ---- Errors ------------------------------------------------------------------------------------------
 
-/// The category of TarvoConfig::Error. Every module has its own: compare codes of several modules by value().
+/// Returns the category of TarvoConfig::Error. Each module has a separate instance: compare codes from
+/// different modules by value().
 inline const std::error_category& category()
 {
     struct Category final : std::error_category
@@ -128,8 +130,8 @@ concept Setting = Integer<T> || std::same_as<T, double> || std::same_as<T, Text>
 template <typename T>
 concept Storable = Setting<T> || std::floating_point<T> || std::convertible_to<const T&, Argument>;
 
-/// Returns a variant's value if it has that type; converts nothing. A double is read back from the registry
-/// as eight bytes, so these count as a double.
+/// Returns a variant's value if it has that type; never converts. The registry stores a double as eight
+/// bytes, so eight bytes count as a double.
 template <Setting T>
 std::optional<T> as(const VelaVariant& value)
 {
@@ -190,8 +192,8 @@ inline VelaVariant variant(const Bytes& value)
 
 // ---- Settings ----------------------------------------------------------------------------------------
 
-/// Reads a setting by its value path, such as "Display/Colors/Back". Returns nothing if it does not exist or
-/// has another type; error is then set to the reason, and cleared otherwise.
+/// Reads a setting by its value path, such as "Display/Colors/Back". Returns std::nullopt if it does not
+/// exist or has another type; error is then set to the reason, and otherwise cleared.
 template <typename T>
 std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath, std::error_code& error)
 {
@@ -215,12 +217,13 @@ std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath)
     return get<T>(path, valuePath, ignored);
 }
 
-/// Writes a setting and creates its key. Empty Bytes write no value.
+/// Writes a setting; creates its key if needed. Empty Bytes write no value.
 template <typename T>
 [[nodiscard]] std::error_code set(TarvoConfig::Path path, const Argument& valuePath, const T& value)
 {
-    static_assert(Storable<T>,
-                  "a setting is a std::int32_t, a std::int64_t, a double, a text or Bytes: convert to one");
+    static_assert(
+        Storable<T>,
+        "a setting is written as std::int32_t, std::int64_t, double, string or Bytes: convert to one");
     if constexpr (Storable<T>) {
         return velaConfig()->setValue(path, valuePath, variant(value));
     }
@@ -230,7 +233,7 @@ template <typename T>
 
 namespace detail {
 
-/// Reads a name by an iterator's function, which fills a buffer and updates its length.
+/// Reads a name by an iterator's function, which fills a buffer and sets its length.
 template <typename ReadName>
 TarvoConfig::Error readName(ReadName read, Text& name)
 {
@@ -244,8 +247,9 @@ TarvoConfig::Error readName(ReadName read, Text& name)
 
 } // namespace detail
 
-/// The entries of one key as a single-pass range that cannot be moved. Entries that others add during the
-/// walk may be missed. The range is empty if the key cannot be walked; error() returns the reason.
+/// The entries of one key, as a single-pass range that cannot be copied or moved. Entries that are added
+/// during the walk may be missed. If the key cannot be opened, the range is empty and error() returns the
+/// reason.
 template <typename Cursor>
 class Range
 {
@@ -298,7 +302,7 @@ struct Value
 {
     Text name;
     VelaVariant data;
-    std::error_code error; ///< why data, or with an empty name the name, is missing
+    std::error_code error; ///< why the name or the data could not be read
 
     template <Setting T>
     std::optional<T> as() const
@@ -347,13 +351,13 @@ struct ValueCursor
 
 } // namespace detail
 
-/// Returns the names of the keys below a key; null names the subtree's own key.
+/// Returns the names of the keys below a key; null means the subtree's own key.
 inline Range<detail::ItemCursor> items(TarvoConfig::Path path, const Argument& item = {})
 {
     return {path, item};
 }
 
-/// Returns the values of a key; null names the subtree's own key.
+/// Returns the values of a key; null means the subtree's own key.
 inline Range<detail::ValueCursor> values(TarvoConfig::Path path, const Argument& item = {})
 {
     return {path, item};

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How the library's names are exported and imported, and how a client is compiled.
+// Exports and imports the library's names, and checks how a client is compiled.
 #pragma once
 
 #if defined(_WIN32)
@@ -16,9 +16,10 @@
 #error "RkUInfo throws exceptions: compile with /EHsc, or without -fno-exceptions"
 #endif
 
-// Blocks of the C heap cross module borders, so all modules of a process share one C runtime. The library
-// exports a function whose name says which one it was built for, and each object file of a client makes the
-// linker look for it. A program that loads the library and does not link with it defines RKUINFO_NOT_LINKED.
+// Modules free heap blocks that other modules have allocated, so all modules of a process must share one C
+// runtime. The library exports a function whose name identifies the runtime it was built for, and each object
+// file of a client makes the linker look for that name. A program that does not link with the library defines
+// RKUINFO_NOT_LINKED.
 #if defined(_MSC_VER)
 #if !defined(_NATIVE_WCHAR_T_DEFINED)
 #error "RkUInfo exports functions that take wchar_t: compile without /Zc:wchar_t-"

@@ -4,10 +4,10 @@
 
 class TarvoLanguage;
 
-#pragma pack(push, 8) // whatever /Zp says
+#pragma pack(push, 8) // regardless of /Zp
 
-/// The object that velaGetProduct() returns. Clients call it by slot, in this order, and never delete it.
-/// Returned strings belong to the library. Every operation may be called from any thread.
+/// The object that velaGetProduct() returns. The order of its virtual functions is fixed. Clients never
+/// delete it. Returned strings belong to the library. Every function may be called from any thread.
 class ITarvoProduct
 {
 public:
@@ -19,7 +19,7 @@ public:
     virtual const wchar_t* companyName() = 0;
     /// Returns "2018".
     virtual const wchar_t* programVersionString() = 0;
-    /// Returns the help viewer's full path, cached once it could be composed; "RKHelp.exe" until then.
+    /// Returns the help viewer's full path, cached after the first success; "RKHelp.exe" until then.
     virtual const wchar_t* helpFilePath() = 0;
     /// Returns TarvoConfig::language.
     virtual const TarvoLanguage& language() = 0;
@@ -33,12 +33,12 @@ public:
     virtual long productFlagB() = 0;
     /// Returns "4.0".
     virtual const wchar_t* productVersionTag() = 0;
-    /// Returns the folder "UserDataCache" beside the program, without trailing backslash, cached once it
-    /// could be composed; empty until then, and if it has more than 259 characters.
+    /// Returns the path of "UserDataCache" in the program folder, without trailing backslash, cached after
+    /// the first success; empty until then, and if it has more than 259 characters.
     virtual const wchar_t* userDataCachePath() = 0;
 
-    // Three 32-bit integers that client modules share: -1, 0 and 1 when the library is loaded. A setter
-    // stores the low 32 bits of its argument, which loses the others if long has 64.
+    // Three 32-bit integers that client modules share; initially -1, 0 and 1. If long has 64 bits, a setter
+    // stores the low 32.
     virtual long getSharedValueA() = 0;
     virtual void setSharedValueA(long value) = 0;
     virtual long getSharedValueB() = 0;

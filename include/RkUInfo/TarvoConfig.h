@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// TarvoConfig: who the process is, and its typed, registry-backed configuration store.
+// TarvoConfig: the names that identify the process, and the typed configuration store in the registry.
 #pragma once
 
 #include "RkUInfo/Export.h"
@@ -12,19 +12,19 @@ namespace uinfo {
 class ConfigAccess;
 }
 
-#pragma pack(push, 8) // whatever /Zp says
+#pragma pack(push, 8) // regardless of /Zp
 
-/// The one process-wide object that knows company, product, language and user profile, and through which
-/// clients read and change the per-user configuration tree under HKEY_CURRENT_USER.
+/// The process-wide object that stores company, product, language and user profile, and through which clients
+/// read and change the user's configuration tree under HKEY_CURRENT_USER.
 ///
 /// The launcher calls InitVelaConfig before any other thread uses the object; afterwards its fields are only
 /// read, and every operation may be called from any thread. Until then the names are the built-in defaults,
 /// and every operation on the tree returns eInvalidInput (isItemExist: 0).
 ///
-/// An item is a registry key, a value a named registry value in one. An operation names its key by a Path and
-/// a sub-path below it, in which '/' and '\' both separate; null or empty names the Path's own key. A null or
-/// empty value name is the key's default value. For a path of 1024 characters or more the result is
-/// eInvalidInput (isItemExist: 0); the registry limits a value name that is a separate argument.
+/// An item is a registry key; a value is a registry value in an item. An operation addresses an item by a
+/// Path and a sub-path with '/' or '\' as separators; a null or empty sub-path means the Path's own key. A
+/// null or empty value name means the default value. A path of 1024 characters or more yields eInvalidInput
+/// (isItemExist: 0); the registry limits value names that are separate arguments.
 class RKUINFO_API TarvoConfig
 {
 public:
@@ -33,10 +33,10 @@ public:
     {
         eOk = 0,
         eNotFound = 1,        ///< a name is missing, or a key, value, INI file or entry does not exist
-        eWrongType = 2,       ///< the type is not supported, or the value has another
+        eWrongType = 2,       ///< the type is not supported, or the value has another type
         eInvalidIterator = 4, ///< the iterator holds no key or is past its end
         eRegistryError = 5,   ///< the registry refused; at start-up: the language's folder cannot be read
-        eBufferTooSmall = 6,  ///< the required length is reported
+        eBufferTooSmall = 6,  ///< the required length is returned
         eInvalidInput = 7,    ///< a name or path exceeds its limit, or an earlier step is missing
     };
 
@@ -57,12 +57,12 @@ public:
     class ItemIterator;
     class ValueIterator;
 
-    /// Copies own their strings.
+    /// Copies the strings too.
     TarvoConfig(const TarvoConfig& other);
     TarvoConfig& operator=(const TarvoConfig& other);
     ~TarvoConfig();
 
-    /// Runs start-up, see InitVelaConfig.
+    /// Runs start-up; see InitVelaConfig.
     Error initial(const wchar_t* company, const wchar_t* product, const wchar_t* language,
                   const wchar_t* profile);
 
@@ -78,31 +78,30 @@ public:
     /// Returns the profile argument of start-up, "Default" if there was none; never null.
     const wchar_t* profileNameCmdLineInfo() const;
 
-    /// Writes the key path of a subtree into out, which holds 1024 characters. The result is empty before
+    /// Writes the key path of a subtree into out, which holds 1024 characters. Writes the empty string before
     /// start-up, for a value outside the enum, for a path of more than 1023 characters, and for
-    /// eCurrentProfile without a profiles key. With eCurrentProfile, stores "Default" as the current profile
+    /// eCurrentProfile without a profiles key. For eCurrentProfile, stores "Default" as the current profile
     /// if the profiles key names none.
     void getRegRootPath(Path path, wchar_t* const out) const;
 
     /// Reads an entry of an INI file in the program folder.
     /// @param section,key the entry, written "[section] key"
     /// @param value       unchanged unless the result is eOk
-    /// @param type        eInt (a negative number counts as missing) or eString (truncated to 1021
-    /// characters)
+    /// @param type        eInt (a negative number counts as missing) or eString (cut to 1021 characters)
     /// @param fileName    file name without folder, such as "TARVO.ini"
     /// @return eOk, eNotFound, eWrongType for any other type, eInvalidInput if the path is too long
     Error getIniValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
                       VelaVariant::VarType type, const wchar_t* fileName);
 
-    /// Returns 1 if the key exists and can be opened for reading, else 0. Drops one leading separator and
-    /// does not normalise the rest. Root and sub-path together may have 1020 characters.
+    /// Returns 1 if the key exists and can be opened for reading, otherwise 0. Ignores one leading separator
+    /// and does not normalise the rest. Root and sub-path together may have 1020 characters.
     int isItemExist(Path path, const wchar_t* item);
 
     /// Reads the value that the last component of valuePath names; the part before it is the sub-path. Root
     /// and sub-path together may have 1020 characters. The stored type decides the type of value: REG_SZ
     /// becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure value is unchanged.
-    /// Throws a RkErrorStatus* of code 6 if memory is exhausted: value is unchanged before the data has been
-    /// read, and may have no block afterwards, see VelaVariant's setters.
+    /// Throws a RkErrorStatus* with code 6 if memory is exhausted; value is then unchanged or has no block,
+    /// see VelaVariant's setters.
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;
     /// Splits valuePath in the same way and writes the value like addValue.
@@ -120,22 +119,23 @@ public:
     /// @return eOk, eInvalidInput, eRegistryError
     Error addItem(Path path, const wchar_t* item);
     /// Writes a value: eInt as REG_DWORD, eInt64 as REG_QWORD, eDouble and eBinary as REG_BINARY, eString as
-    /// REG_SZ. The key is created; an eNull and an empty eBinary write no value. Limit as addItem.
+    /// REG_SZ. The key is created if needed; an eNull and an empty eBinary write no value. Same limit as
+    /// addItem.
     /// @return eOk, eInvalidInput, eNotFound (the key can be neither opened nor created), eRegistryError
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
-    /// Removes a key with everything below it; null or empty removes the subtree's own root key. Root and
-    /// parent part together may have 1021 characters. If the system has no RegDeleteTreeW, keys are
-    /// removed one by one, children first; a path below the parent of more than 519 characters then leads to
-    /// eRegistryError, and keys that were removed before it stay removed.
+    /// Removes a key and everything below it; null or empty means the subtree's own key. Root and parent part
+    /// together may have 1021 characters. If the system has no RegDeleteTreeW, keys are removed one by one,
+    /// children first; a path of more than 519 characters below the parent then causes eRegistryError, and
+    /// keys that have been removed stay removed.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
-    /// Removes a value. Limit as addItem.
+    /// Removes a value. Same limit as addItem.
     /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (a missing value included)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
     /// Positions an iterator on the first sub-key (or value) of a key, which it opens with full access.
-    /// Clears the iterator first, without closing a key that it holds: assign a default-constructed iterator
-    /// before using one again. Root and sub-path together may have 1021 characters.
+    /// Clears the iterator first without closing its key: to reuse an iterator, first assign a
+    /// default-constructed one to it. Root and sub-path together may have 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError; cleared unless eOk
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);
@@ -150,12 +150,12 @@ protected:
     Error buildRootPathFromProduct();
     /// Records the current product; returns non-zero if it was written.
     int refreshProductName();
-    /// out holds 1024 characters.
+    /// Writes an INI file's path into out, which holds 1024 characters.
     Error getIniFilePath(wchar_t* out, const wchar_t* fileName);
-    /// Reads at most outChars - 2 characters; out is unchanged if there is no readable file.
+    /// Reads at most outChars - 2 characters. If the file cannot be read, out is unchanged.
     Error readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out, unsigned long outChars,
                         const wchar_t* fileName);
-    /// For a missing key returns eNotFound and sets out to -1, for a negative value to that value.
+    /// Reads a number; a missing key reads as -1. Returns eNotFound if the number is negative.
     Error readIniInt(const wchar_t* section, const wchar_t* key, long& out, const wchar_t* fileName);
     bool isInitTARVOProduct();
 
@@ -172,8 +172,8 @@ protected:
 
     // Profile.
     Error initProfileName(const wchar_t* profile);
-    /// Reads the current profile name into out, which holds 128 characters, from a key path, or from the
-    /// profiles root if that is null or empty. If no profile is named, stores and returns "Default".
+    /// Reads the current profile name from the key profilesKey, or from the profiles root if that is null or
+    /// empty, into out, which holds 128 characters. If no profile is named, stores and returns "Default".
     Error getCurrentProfileNameFromReg(wchar_t* const out, const wchar_t* profilesKey) const;
 
     /// The single instance.
@@ -193,10 +193,10 @@ private:
 
 /// Walks the sub-keys of one key: call findItem, then name() and step() for as long as both return eOk.
 ///
-/// The walk is by index into the live key; the count is taken once, by findItem. The iterator holds the key
-/// open until it goes or another is assigned to it. A copy has the other's index and figures and
-/// opens the key for itself; where it cannot, as after the key's removal, it holds no key. Distinct iterators
-/// may be used from several threads at once.
+/// The iterator walks by index into the live key, up to the count that findItem has read. It keeps the key
+/// open until it is destroyed or assigned to. A copy has the same index and count and opens the key again; if
+/// that fails, for example because the key has been removed, it holds no key. Distinct iterators may be used
+/// from several threads at once.
 class TarvoConfig::ItemIterator
 {
 public:
@@ -208,12 +208,10 @@ public:
     /// Copies the name of the current sub-key.
     /// @param buffer may be null, to query the capacity needed
     /// @param length in: the capacity of buffer, with the terminator; out, on eOk and eBufferTooSmall: the
-    /// capacity
-    ///               needed, with the terminator (8192 for a name of more than 1023 characters, which is
-    ///               never copied)
+    ///               capacity needed (8192 for a name of more than 1023 characters, which is never copied)
     /// @return eOk, eBufferTooSmall (buffer unchanged), eInvalidIterator (length unchanged)
     RKUINFO_API Error name(wchar_t* buffer, long& length) const;
-    /// Moves to the next index. Returns eInvalidIterator past the last one, also if the key has grown since
+    /// Moves to the next index. Returns eInvalidIterator past the last one, even if the key has grown since
     /// findItem.
     RKUINFO_API Error step() const;
     /// Returns the number of sub-keys that findItem found.

@@ -7,9 +7,9 @@
 
 #include <cstdint>
 
-#pragma pack(push, 8) // whatever /Zp says
+#pragma pack(push, 8) // regardless of /Zp
 
-/// Reports a failure of a client that sets up or uses the configuration, and whether the process should exit.
+/// Reports that a client could not set up or use the configuration, and whether the process should exit.
 /// Thrown by pointer; the catcher deletes it.
 class RKUINFO_API TarvoConfigException : public RkExceptionWithMsg
 {

@@ -6,19 +6,19 @@
 
 #include <cstdint>
 
-#pragma pack(push, 8) // whatever /Zp says
+#pragma pack(push, 8) // regardless of /Zp
 
-/// Names one of the fifteen user-interface languages by its index 0..14, the position of its short name in
-/// alphabetical order, or the unknown language by -1. Short names ("en-US") compare ignoring case.
+/// Identifies a user-interface language by its index: 0..14, in alphabetical order of the short names, or -1
+/// for the unknown language. Short names ("en-US") are compared ignoring case.
 ///
 /// Returned strings belong to the library or to the object. Distinct objects may be used from several threads
 /// at once; so may localName() of one object.
 class RKUINFO_API TarvoLanguage
 {
 public:
-    /// Accepts an index of -1..14; any other value makes the unknown language.
+    /// Accepts an index of -1..14; any other value means the unknown language.
     TarvoLanguage(long lang);
-    /// Looks up a short name; null, empty or unknown names make the unknown language.
+    /// Looks up a short name; a null, empty or unknown name means the unknown language.
     TarvoLanguage(const wchar_t* shortName);
     /// Copies the index; the copy loads its local name again.
     TarvoLanguage(const TarvoLanguage& other);
@@ -36,10 +36,10 @@ public:
     const wchar_t* shortName() const;
     /// Returns the English name, such as "Simplified Chinese"; "unknown" for the unknown language.
     const wchar_t* globalName() const;
-    /// Returns the name in the language of the resources in use, at most 62 characters, loaded once per
-    /// object from "RkUInfoRes.dll"; null while that library or its string cannot be loaded. The library is
-    /// loaded once per process, by the first call that finds it; until then each call searches again, as
-    /// LoadResourceDll does. The string lives until the object is destroyed or assigned to.
+    /// Returns the language's name as the loaded "RkUInfoRes.dll" translates it, at most 62 characters; null
+    /// while the library or its string cannot be loaded. The first call that finds the library loads it for
+    /// the whole process; until then each call searches again, like LoadResourceDll. The string is loaded
+    /// once per object and valid until the object is destroyed or assigned to.
     const wchar_t* localName() const;
 
     /// Returns the index of a short name; -1 for null, empty or unknown names.

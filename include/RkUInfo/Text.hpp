@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Strings for C++20 clients: owned UTF-16, and conversions from and to UTF-8. All inline.
+// Strings for C++20 clients: owned UTF-16, and conversion from and to UTF-8.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +8,8 @@
 
 namespace rkuinfo {
 
-// The C++ runtime's wchar_t has 16 bits on Windows. Elsewhere a client is built with -fshort-wchar against a
-// runtime whose std::wstring still expects 32, and would break: there Text is a std::u16string.
+// On Linux, clients are compiled with -fshort-wchar, but the C++ runtime's std::wstring still expects 32-bit
+// characters: there Text is a std::u16string.
 #if defined(_WIN32)
 using Text = std::wstring;
 #else
@@ -17,7 +17,7 @@ using Text = std::u16string;
 #endif
 using TextView = std::basic_string_view<Text::value_type>;
 
-/// Copies a string of the library; null makes the empty string.
+/// Copies a string of the library; null becomes the empty string.
 inline Text text(const wchar_t* source)
 {
     Text copy;
@@ -44,7 +44,7 @@ inline char32_t takeCodePoint(TextView& source)
     return point;
 }
 
-/// Does the same with UTF-8; a byte that does not start a character is returned as U+FFFD.
+/// Does the same with UTF-8; returns U+FFFD for a byte that does not start a character.
 inline char32_t takeCodePoint(std::string_view& source)
 {
     const auto lead = static_cast<unsigned char>(source[0]);
@@ -92,7 +92,7 @@ inline std::string utf8(TextView source)
     return bytes;
 }
 
-/// Converts a string of the library; null makes the empty string.
+/// Converts a string of the library; null becomes the empty string.
 inline std::string utf8(const wchar_t* source)
 {
     return utf8(TextView(text(source)));

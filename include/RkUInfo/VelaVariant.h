@@ -15,12 +15,12 @@
 ///
 /// The data is in one block allocated by malloc and released by free: a 32-bit recorded size (data bytes
 /// plus the 4 of this field), then the data. A block that records less than 4 counts as no block. Every
-/// module that exchanges variants with the library shares its C runtime heap, and this layout: 12 bytes, the
-/// pointer right after the type.
+/// module that exchanges variants with the library must share its C runtime heap and this layout: 12 bytes,
+/// with the pointer right after the type.
 ///
 /// Getters never convert: a getter of another type returns 0, the empty string or null. A failure is thrown
 /// as a pointer to a RkErrorStatus on the heap, which is first passed to the process's crash recorder; the
-/// catcher deletes it. A copy has a separate block. There is no locking: one thread uses an object at a time.
+/// catcher deletes it. A copy has a separate block. An object may be used by only one thread at a time.
 class VelaVariant
 {
 public:
@@ -105,9 +105,9 @@ public:
         }
     }
 
-    /// Copies size bytes. Null data or size 0 makes an eBinary without a block. Throws code 3 for a negative
-    /// size and code 6 if the allocation fails; the object then is an eBinary without a block. The bytes may
-    /// be in this object's block.
+    /// Copies size bytes. With null data or size 0 the object becomes an eBinary without a block, and also if
+    /// this throws: code 3 for a negative size, code 6 if the allocation fails. The bytes may be in this
+    /// object's block.
     void setBinary(const void* data, std::int32_t size)
     {
         char* const old = m_data;
@@ -128,7 +128,7 @@ public:
     std::int64_t getInt64() const noexcept { return getFixed<std::int64_t>(eInt64); }
     double getDouble() const noexcept { return getFixed<double>(eDouble); }
 
-    /// Returns the string, never null; it belongs to this object and lives until its next change.
+    /// Returns the string, never null; it belongs to this object and is valid until its next change.
     const wchar_t* getString() const noexcept
     {
         if (m_type != eString || !hasBlock()) {
@@ -146,9 +146,9 @@ public:
     /// Returns the recorded size (data bytes + 4), 0 without a block.
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
-    /// Allocates a block that the caller releases by free. A size of 1 or more is the number of uninitialised
-    /// data bytes, whatever the type; otherwise the type decides it (eNull: returns null). Throws code 3 if
-    /// neither does, and code 6 if the allocation fails.
+    /// Allocates a block with uninitialised data, which the caller releases by free. A size of 1 or more is
+    /// the number of data bytes, whatever the type; otherwise the type determines it (eNull: returns null).
+    /// Throws code 3 for a type without a fixed size, and code 6 if the allocation fails.
     static void* allocBlock(VarType type, std::int32_t size)
     {
         if (size > 0) {
@@ -261,7 +261,7 @@ private:
 
 #pragma pack(pop)
 
-// Outside the packing, which g++ would apply to the type information of the thrown pointer too.
+// Defined outside the pragma, which g++ would also apply to the type information of the thrown pointer.
 inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
 {
     RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);
@@ -272,5 +272,5 @@ inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
     throw exception;
 }
 
-static_assert(sizeof(wchar_t) == 2, "text is UTF-16: build with 16-bit wchar_t (-fshort-wchar)");
+static_assert(sizeof(wchar_t) == 2, "strings are UTF-16: compile with a 16-bit wchar_t (-fshort-wchar)");
 static_assert(sizeof(VelaVariant) == 12, "the value pointer must directly follow the type");

@@ -17,7 +17,7 @@
 #define RKOSBASE_API __attribute__((visibility("default")))
 #endif
 
-#pragma pack(push, 8) // whatever /Zp says
+#pragma pack(push, 8) // regardless of /Zp
 
 namespace Vela {
 
@@ -64,7 +64,7 @@ private:
 
 protected:
     std::int32_t m_reserved =
-        0; // fills the tail, which some compilers would use for members of a derived class
+        0; // fills the padding at the end, where some compilers would place members of a derived class
 };
 
 /// An exception with a message for the user, which description() returns.
@@ -105,7 +105,7 @@ class RKOSBASE_API RkLocker
 {
 public:
     RkLocker();
-    ~RkLocker(); // NOLINT(performance-trivially-destructible): a part of the binary interface
+    ~RkLocker(); // NOLINT(performance-trivially-destructible): exported, so part of the binary interface
     RkLocker(const RkLocker&) = delete;
     RkLocker& operator=(const RkLocker&) = delete;
 

@@ -1,9 +1,9 @@
-// RkLocker: a slim lock of the system, which is a pointer-sized word, so that construction cannot fail.
+// RkLocker: an SRWLOCK, which is one pointer in size and needs no allocation, so construction cannot fail.
 #include "RkOsBase.h"
 
 #include <windows.h>
 
-static_assert(sizeof(SRWLOCK) == sizeof(RkLocker), "the lock is its one field");
+static_assert(sizeof(SRWLOCK) == sizeof(RkLocker), "an SRWLOCK must fit RkLocker's only field");
 
 RkLocker::RkLocker() : m_mutex(nullptr) {}
 

@@ -5,8 +5,8 @@
 
 namespace {
 
-/// The structure of RtlGetVersion, which unlike the documented version functions does not depend on the
-/// program's manifest.
+/// The structure that RtlGetVersion fills. Unlike GetVersionExW, its result does not depend on the program's
+/// manifest.
 struct SystemVersion
 {
     DWORD size;
@@ -21,7 +21,7 @@ using GetSystemVersion = LONG(WINAPI*)(SystemVersion*);
 
 SystemVersion systemVersion()
 {
-    SystemVersion version = {sizeof version, 10, 0, 0, 0, {}}; // used if the system has no such function
+    SystemVersion version = {sizeof version, 10, 0, 0, 0, {}}; // unless RtlGetVersion exists
     if (const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll")) {
         const auto getSystemVersion = reinterpret_cast<GetSystemVersion>(
             reinterpret_cast<void*>(GetProcAddress(ntdll, "RtlGetVersion")));
@@ -46,7 +46,7 @@ int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned l
     if (build != nullptr) {
         *build = version.build;
     }
-    // Windows 8 and 8.1 report version 6.2 and 6.3.
+    // Windows 8 and 8.1 report versions 6.2 and 6.3.
     const bool isWindows8 = version.major == 6 && (version.minor == 2 || version.minor == 3);
     return isWindows8 ? 8 : static_cast<int>(version.major);
 }

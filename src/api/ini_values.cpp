@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Empty until both numbers of the prefix could be read.
+/// Empty until both numbers of the prefix have been read.
 wchar_t architecturePrefix[64];
 
 } // namespace

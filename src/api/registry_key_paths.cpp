@@ -44,6 +44,6 @@ unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* const buffer)
     if (keyPath(TarvoConfig::eCurrentProfile, buffer) == 0) {
         return 0;
     }
-    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
+    uinfo::BoundedText path = uinfo::BoundedText::appendingTo(buffer, uinfo::pathCapacity);
     return uinfo::appendProfileConfig(path) ? static_cast<unsigned long>(path.length()) : 0;
 }

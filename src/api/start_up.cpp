@@ -1,4 +1,4 @@
-// Start-up: the two process-wide objects, and the creation of the user's tree.
+// Start-up: access to the two process-wide objects, and creation of the user's tree.
 #include "config/access.h"
 #include "installation/layout.h"
 #include "installation/names.h"
@@ -31,7 +31,7 @@ void recordCurrentProduct(const TarvoConfig& config)
     }
 }
 
-/// Returns the stored profile, else that of start-up, of any length.
+/// Returns the stored profile name or, if none can be read, that of start-up, whatever its length.
 VelaVariant currentProfile(const TarvoConfig& config)
 {
     wchar_t stored[uinfo::provisionedProfileCapacity];

@@ -15,7 +15,7 @@ unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer)
     if (GetUserApplicationDataSupportPath(buffer) == 0) {
         return 0;
     }
-    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
+    uinfo::BoundedText path = uinfo::BoundedText::appendingTo(buffer, uinfo::pathCapacity);
     return uinfo::appendStyleFile(path) ? static_cast<unsigned long>(path.length()) : 0;
 }
 

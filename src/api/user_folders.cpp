@@ -21,7 +21,7 @@ unsigned long shellFolder(wchar_t* buffer, int folder)
         *buffer = 0;
         return 0;
     }
-    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
+    uinfo::BoundedText path = uinfo::BoundedText::appendingTo(buffer, uinfo::pathCapacity);
     if (path.empty()) {
         return 0;
     }
@@ -36,7 +36,7 @@ unsigned long userFolder(wchar_t* buffer, int shell, UserFolder folder)
         return 0;
     }
     const TarvoConfig& config = *velaConfig();
-    uinfo::BoundedText path = uinfo::BoundedText::behind(buffer, uinfo::pathCapacity);
+    uinfo::BoundedText path = uinfo::BoundedText::appendingTo(buffer, uinfo::pathCapacity);
     const bool fits = uinfo::appendUserFolder(
         path, folder, {config.companyName(), config.productName(), config.language().shortName()});
     return fits ? static_cast<unsigned long>(path.length()) : 0;

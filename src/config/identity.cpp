@@ -1,4 +1,4 @@
-// Start-up's company and product steps, and the registry roots composed of these names.
+// The company and product steps of start-up, and the registry roots that are built from the two names.
 #include "installation/choices.h"
 #include "installation/layout.h"
 #include "installation/names.h"
@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Copies a key path into a field that owns 1024 characters.
+/// Copies a key path into a field, which it allocates first if it is null.
 void store(wchar_t*& field, const uinfo::PathBuffer& path)
 {
     if (field == nullptr) {

@@ -1,14 +1,15 @@
-// The process's one language resource library, which has the languages' local names.
+// The process-wide language resource library, which contains the local names of the languages.
 #pragma once
 
 #include <windows.h>
 
 namespace uinfo {
 
-/// Loads the library from the current language's folder on first use; null while it cannot be loaded.
+/// Returns the library, which the first call loads from the current language's folder; null while that fails.
+/// May be called from any thread.
 HINSTANCE languageResources();
 
-/// Releases the library if it has been loaded; the next request loads it again.
+/// Unloads the library if it is loaded.
 void releaseLanguageResources();
 
 } // namespace uinfo

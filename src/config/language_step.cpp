@@ -1,4 +1,4 @@
-// Start-up's language step.
+// The language step of start-up.
 #include "config/access.h"
 #include "installation/choices.h"
 #include "installation/names.h"
@@ -19,7 +19,7 @@ using uinfo::RegistryKey;
 
 constexpr UINT failureExitCode = 1;
 
-/// The program folder, read by each step that needs it; empty if it cannot be read.
+/// The program folder, which each step reads again; empty if it cannot be read.
 class ProgramFolder : public uinfo::PathBuffer
 {
 public:

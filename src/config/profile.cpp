@@ -1,4 +1,4 @@
-// Start-up's profile step, and the current profile.
+// The profile step of start-up, and the current profile.
 #include "installation/choices.h"
 #include "installation/layout.h"
 #include "installation/names.h"
@@ -48,7 +48,7 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
     delete[] std::exchange(m_profileNameCmdLineInfo, uinfo::duplicate(profile));
     profile = m_profileNameCmdLineInfo; // the argument may point to the string that was just deleted
 
-    uinfo::PathBuffer key; // getRegRootPath returns nothing before start-up is complete
+    uinfo::PathBuffer key; // not from getRegRootPath, which returns nothing before start-up is complete
     if (isEmpty(m_versionRootPath) ||
         !uinfo::appendSubtree(key, eProfilesRoot, {m_rootPath, m_versionRootPath, m_language.shortName()})) {
         return eOk;

@@ -48,7 +48,7 @@ TarvoConfig::TarvoConfig(const TarvoConfig& other) : TarvoConfig()
 TarvoConfig& TarvoConfig::operator=(const TarvoConfig& other)
 {
     if (this != &other) {
-        TarvoConfig copy(other); // throws, if at all, before a field of this object changes
+        TarvoConfig copy(other); // if this throws, no field of this object has changed
         std::swap(m_productName, copy.m_productName);
         std::swap(m_companyName, copy.m_companyName);
         std::swap(m_profileNameCmdLineInfo, copy.m_profileNameCmdLineInfo);

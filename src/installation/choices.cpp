@@ -14,10 +14,10 @@ using uinfo::Source;
 constexpr std::size_t longestName = uinfo::nameCapacity - 1; // of an argument
 constexpr std::size_t storedNameCapacity = uinfo::nameCapacity + 1;
 constexpr std::size_t storedLanguageCapacity = 8;
-constexpr unsigned long iniNameCapacity = uinfo::nameCapacity; // of which 253 characters are read
-constexpr unsigned long iniLanguageCapacity = 7;               // of which 5 characters are read
+constexpr unsigned long iniNameCapacity = uinfo::nameCapacity; // 253 characters are read
+constexpr unsigned long iniLanguageCapacity = 7;               // 5 characters are read
 
-// Each looks at one source and returns whether it decides.
+// Each try function reads one source, records the result, and returns whether that source decides.
 
 bool note(Choice& choice, Source source, const wchar_t* name, Answer answer)
 {
@@ -25,7 +25,7 @@ bool note(Choice& choice, Source source, const wchar_t* name, Answer answer)
     return answer == Answer::chosen;
 }
 
-bool takeArgument(Choice& choice, const wchar_t* argument, std::size_t longest)
+bool tryArgument(Choice& choice, const wchar_t* argument, std::size_t longest)
 {
     if (uinfo::isEmpty(argument)) {
         return note(choice, Source::argument, nullptr, Answer::absent);
@@ -36,7 +36,7 @@ bool takeArgument(Choice& choice, const wchar_t* argument, std::size_t longest)
     return true;
 }
 
-bool takeStored(Choice& choice, const wchar_t* key, const wchar_t* valueName, std::size_t capacity)
+bool tryStored(Choice& choice, const wchar_t* key, const wchar_t* valueName, std::size_t capacity)
 {
     BoundedText name(choice.text.data(), capacity);
     const RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, key, KEY_READ);
@@ -46,8 +46,8 @@ bool takeStored(Choice& choice, const wchar_t* key, const wchar_t* valueName, st
     return note(choice, Source::registry, valueName, answer);
 }
 
-bool takeIniEntry(Choice& choice, const wchar_t* folder, const wchar_t* section, const wchar_t* key,
-                  unsigned long capacity)
+bool tryIniEntry(Choice& choice, const wchar_t* folder, const wchar_t* section, const wchar_t* key,
+                 unsigned long capacity)
 {
     const bool isFound = uinfo::readIniText(folder, section, key, choice.text.data(), capacity,
                                             uinfo::tarvoIni) == TarvoConfig::eOk;
@@ -55,7 +55,7 @@ bool takeIniEntry(Choice& choice, const wchar_t* folder, const wchar_t* section,
     return note(choice, Source::iniFile, key, isFound ? Answer::chosen : Answer::absent);
 }
 
-bool takeBuiltIn(Choice& choice, const wchar_t* name)
+bool tryBuiltIn(Choice& choice, const wchar_t* name)
 {
     choice.given = name;
     return note(choice, Source::builtIn, nullptr, Answer::chosen);
@@ -98,9 +98,9 @@ Answer readName(const RegistryKey& key, const wchar_t* valueName, BoundedText& n
 Choice chooseCompany(const wchar_t* argument, const wchar_t* programFolder)
 {
     Choice choice;
-    if (!takeArgument(choice, argument, longestName) &&
-        !takeIniEntry(choice, programFolder, productSection, companyNameKey, iniNameCapacity)) {
-        takeBuiltIn(choice, defaultCompany);
+    if (!tryArgument(choice, argument, longestName) &&
+        !tryIniEntry(choice, programFolder, productSection, companyNameKey, iniNameCapacity)) {
+        tryBuiltIn(choice, defaultCompany);
     }
     return choice;
 }
@@ -108,10 +108,10 @@ Choice chooseCompany(const wchar_t* argument, const wchar_t* programFolder)
 Choice chooseProduct(const wchar_t* argument, const wchar_t* companyRoot, const wchar_t* programFolder)
 {
     Choice choice;
-    if (!takeArgument(choice, argument, longestName) &&
-        !takeStored(choice, companyRoot, currentProductValue, storedNameCapacity) &&
-        !takeIniEntry(choice, programFolder, productSection, productNameKey, iniNameCapacity)) {
-        takeBuiltIn(choice, defaultProduct);
+    if (!tryArgument(choice, argument, longestName) &&
+        !tryStored(choice, companyRoot, currentProductValue, storedNameCapacity) &&
+        !tryIniEntry(choice, programFolder, productSection, productNameKey, iniNameCapacity)) {
+        tryBuiltIn(choice, defaultProduct);
     }
     return choice;
 }
@@ -120,11 +120,11 @@ LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoo
                               const wchar_t* programFolder, bool needsEntry)
 {
     LanguageChoice choice;
-    if (!takeArgument(choice, argument, anyLength) &&
-        !takeStored(choice, versionRoot, currentLanguageValue, storedLanguageCapacity) &&
-        takeIniEntry(choice, programFolder, productSection, localeIdKey, iniLanguageCapacity)) {
+    if (!tryArgument(choice, argument, anyLength) &&
+        !tryStored(choice, versionRoot, currentLanguageValue, storedLanguageCapacity) &&
+        tryIniEntry(choice, programFolder, productSection, localeIdKey, iniLanguageCapacity)) {
         const auto localeId = choice.text;
-        takeIniEntry(choice, programFolder, localeNamesSection, localeId.text(), iniLanguageCapacity);
+        tryIniEntry(choice, programFolder, localeNamesSection, localeId.text(), iniLanguageCapacity);
         choice.found[choice.count - 1].name = localeNamesSection;
     }
     if (choice.isMade()) {
@@ -143,9 +143,9 @@ LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoo
 Choice chooseProfile(const wchar_t* argument, const wchar_t* profilesRoot)
 {
     Choice choice;
-    if (!takeArgument(choice, argument, anyLength) &&
-        !takeStored(choice, profilesRoot, nullptr, profileCapacity)) {
-        takeBuiltIn(choice, defaultProfile);
+    if (!tryArgument(choice, argument, anyLength) &&
+        !tryStored(choice, profilesRoot, nullptr, profileCapacity)) {
+        tryBuiltIn(choice, defaultProfile);
     }
     return choice;
 }

@@ -1,6 +1,5 @@
-// Which company, product, language and profile start-up chooses, and why. These functions read the registry
-// and the INI files of the program folder that they are given. They write nothing, show nothing and cache
-// nothing.
+// Chooses company, product, language and profile for start-up, and reports why. The functions read the
+// registry and the INI files in the given program folder; they write, show and cache nothing.
 #pragma once
 
 #include "installation/installed.h"
@@ -24,15 +23,15 @@ enum class Answer
 {
     chosen,
     absent,  ///< no argument, key, value, file or entry; an empty argument or INI entry counts as absent
-    empty,   ///< a registry value without text
+    empty,   ///< an empty registry value
     tooLong, ///< an argument or a registry value
     otherType,
-    unreadable,   ///< the system refuses to read the registry value
+    unreadable,   ///< the registry value cannot be read
     notALanguage, ///< the name is not one of the fifteen short names
-    notInstalled, ///< LanguageChoice::installed says what is missing
+    notInstalled, ///< see LanguageChoice::installed
 };
 
-/// What one source said.
+/// The result of reading one source.
 struct Finding
 {
     Source source;
@@ -40,50 +39,53 @@ struct Finding
     Answer answer;
 };
 
-/// A name, and the sources that were looked at until one of them decided.
+/// A name, and the sources that were read, the last of which decided.
 struct Choice
 {
-    /// The deciding source's name, even if it was refused; empty if no source has one.
+    /// Returns the deciding source's name, even if it was refused; empty if no source has a name.
     const wchar_t* value() const { return given != nullptr ? given : text.text(); }
     bool isMade() const { return decision().answer == Answer::chosen; }
-    /// The last source that was looked at.
+    /// Returns the result of the source that decided.
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
-    const wchar_t* given = nullptr; ///< an argument or a built-in name, which is not copied
+    const wchar_t* given = nullptr; ///< an argument or a built-in name, not copied; otherwise null
     TextBuffer<nameCapacity + 1> text;
     Finding found[4];
     std::size_t count = 0;
 };
 
-/// From the argument, else TARVO.ini, else built in. An argument of 255 characters or more is refused. Here
-/// and below the choice points to the argument.
+// A choice points to its argument, which must outlive it.
+
+/// Chooses the argument, otherwise the name in TARVO.ini, otherwise the built-in name. Refuses an argument of
+/// 255 characters or more.
 Choice chooseCompany(const wchar_t* argument, const wchar_t* programFolder);
 
-/// From the argument, else the registry, else TARVO.ini, else built in. Refuses as chooseCompany.
+/// Does the same, but reads the registry before TARVO.ini.
 Choice chooseProduct(const wchar_t* argument, const wchar_t* companyRoot, const wchar_t* programFolder);
 
 struct LanguageChoice : Choice
 {
     std::int32_t language = unknownLanguage;
-    Installed installed = Installed::noFolder; ///< of a known language
+    Installed installed = Installed::noFolder; ///< set if the language is known
 };
 
-/// From the argument, else the registry, else TARVO.ini. The first source that has a name decides: a name
-/// that is refused does not lead to the next source. None is built in: see preferredLanguage.
+/// Chooses the argument, otherwise the language in the registry, otherwise that in TARVO.ini. The first
+/// source that has a name decides, even if that name is refused. There is no built-in language: see
+/// preferredLanguage. needsEntry says whether an installed language needs an uninstall entry.
 LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoot,
                               const wchar_t* programFolder, bool needsEntry);
 
-/// From the argument, else the registry, else built in.
+/// Chooses the argument, otherwise the profile in the registry, otherwise the built-in one.
 Choice chooseProfile(const wchar_t* argument, const wchar_t* profilesRoot);
 
-/// Reads the current profile's name as every look-up does: whatever the registry value's type is.
+/// Reads the current profile's name, whatever the type of the registry value.
 Answer readProfile(const RegistryKey& profiles, BoundedText& name);
 
-/// Reads a registry value that must be a REG_SZ. No key counts as an absent value.
+/// Reads a registry value, which must be a REG_SZ. If key holds no key, the value counts as absent.
 Answer readName(const RegistryKey& key, const wchar_t* valueName, BoundedText& name);
 
-/// Whether these name the default product, whose languages need an uninstall entry.
+/// Returns whether the names are those of the default product, whose languages need an uninstall entry.
 bool isDefaultProduct(const wchar_t* company, const wchar_t* product);
 
 /// See ITarvoProduct::productType.

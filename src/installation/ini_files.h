@@ -1,4 +1,4 @@
-// The INI files of a program's folder, read afresh on each call.
+// Reads the INI files in a program folder. Nothing is cached.
 #pragma once
 
 #include "platform/text.h"
@@ -7,22 +7,24 @@
 
 namespace uinfo {
 
-// Results: eOk; eNotFound for a file that cannot be read, an entry that is missing or empty, and a negative
-// number; eInvalidInput for a program folder that is not known, and for a path over 1022 characters.
+// Results: eOk; eNotFound for an unreadable file, a missing or empty entry, or a negative number;
+// eInvalidInput for an empty program folder or a path of more than 1022 characters.
 
-/// Composes the path of a file in a program folder, which ends with a separator. On failure the folder may be
-/// left.
+/// Composes the path of a file in programFolder, which ends with a separator. Returns false if the path is
+/// too long; it may then contain the folder.
 bool iniFilePath(const wchar_t* programFolder, const wchar_t* fileName, BoundedText& path);
 
-/// Reads at most capacity - 2 characters; out is untouched if there is no readable file.
+/// Reads at most capacity - 2 characters. If the file cannot be read, out is unchanged.
 TarvoConfig::Error readIniText(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
                                wchar_t* out, unsigned long capacity, const wchar_t* fileName);
 
-/// A missing entry reads as -1, a negative one as its value; out is untouched if there is no readable file.
+/// Sets out to the entry's number, or to -1 if the entry is missing. If the file cannot be read, out is
+/// unchanged.
 TarvoConfig::Error readIniNumber(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
                                  long& out, const wchar_t* fileName);
 
-/// Reads the prefix of architecture commands; false unless product.ini has both of its numbers.
+/// Composes the prefix of architecture commands. Returns false unless product.ini contains both of its
+/// numbers.
 bool readCommandPrefix(const wchar_t* programFolder, BoundedText& prefix);
 
 } // namespace uinfo

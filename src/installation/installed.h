@@ -1,4 +1,4 @@
-// Which languages are installed for the program of a folder.
+// Finds out which languages are installed for the program in a folder.
 #pragma once
 
 #include "installation/languages.h"
@@ -8,11 +8,11 @@
 
 namespace uinfo {
 
-/// Appends the key of a language pack's uninstall entry, relative to HKEY_LOCAL_MACHINE; false if it does not
-/// fit.
+/// Appends the key path of a language pack's uninstall entry, relative to HKEY_LOCAL_MACHINE. Returns false
+/// if it does not fit.
 bool appendUninstallKey(BoundedText& path, const Language& language);
 
-/// Returns whether there is an uninstall entry of that GUID.
+/// Returns whether an uninstall entry exists, given its GUID or the language of the pack.
 bool hasUninstallEntry(const wchar_t* guid);
 bool hasUninstallEntry(const Language& language);
 
@@ -20,19 +20,20 @@ enum class Installed
 {
     yes,
     noFolder,
-    emptyFolder, ///< it contains no library
-    noEntry,
+    emptyFolder, ///< the folder contains no DLL
+    noEntry,     ///< the uninstall entry is missing
 };
 
-// The program folder ends with a separator. An empty one, which is not known, has no language.
+// programFolder ends with a separator. If it is empty, because it is unknown, no language is installed.
 
-/// Returns what the folder of that name, which may be any, contributes: yes, noFolder or emptyFolder.
+/// Returns yes if the folder shortName exists and contains a DLL, otherwise noFolder or emptyFolder. The name
+/// need not be that of a language.
 Installed languageFolder(const wchar_t* programFolder, const wchar_t* shortName);
 
-/// Returns whether a language is installed, or what is missing first.
+/// Returns yes if the language is installed, otherwise the first part that is missing.
 Installed installed(const wchar_t* programFolder, const Language& language, bool needsEntry);
 
-/// Returns the index of the first installed language in the order of preference, else unknownLanguage.
+/// Returns the index of the first installed language in the order of preference, otherwise unknownLanguage.
 std::int32_t preferredLanguage(const wchar_t* programFolder, bool needsEntry);
 
 } // namespace uinfo

@@ -1,4 +1,4 @@
-// Every language, with all facts about it but the names in langpacks/.
+// Every language with all its properties except the names in langpacks/.
 #pragma once
 
 #include <cstdint>
@@ -15,8 +15,7 @@ struct Language
     int preference;       ///< start-up proposes the installed language with the lowest number
 };
 
-/// Ordered by index, which is a part of the interface: append new rows. langpacks/CMakeLists.txt reads them
-/// too.
+/// Ordered by index, which is part of the interface: append new rows. langpacks/CMakeLists.txt reads these rows.
 // clang-format off
 inline constexpr Language languages[] = {
     {L"cs-CZ", L"Czech",               1029, 1001,  7},

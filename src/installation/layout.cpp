@@ -8,7 +8,7 @@ namespace {
 
 using uinfo::BoundedText;
 
-/// Appends a name and a separator, or nothing.
+/// Appends a name and a separator. If they do not fit, appends nothing and returns false.
 bool appendFolder(BoundedText& path, const wchar_t* name, const wchar_t* separator)
 {
     const std::size_t before = path.length();

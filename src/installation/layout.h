@@ -1,4 +1,4 @@
-// Where the product's registry keys and the user's folders are, composed of the names that are given.
+// Composes the paths of the product's registry keys and of the user's folders.
 #pragma once
 
 #include "platform/text.h"
@@ -7,13 +7,14 @@
 
 namespace uinfo {
 
-// Each function appends to a text and returns false if the result does not fit, with a part of it left.
+// Each function appends to its first argument. If the result does not fit, it returns false and may have
+// appended a part.
 
 bool appendCompanyRoot(BoundedText& key, const wchar_t* company);
 bool appendProductRoot(BoundedText& key, const wchar_t* companyRoot, const wchar_t* product);
 bool appendVersionRoot(BoundedText& key, const wchar_t* productRoot);
 
-/// What the subtrees' key paths are composed of.
+/// The parts of the subtrees' key paths.
 struct RegistryNames
 {
     const wchar_t* productRoot;
@@ -21,11 +22,11 @@ struct RegistryNames
     const wchar_t* language;
 };
 
-/// False also for eCurrentProfile, which appendProfile composes, and for what is not a value of the enum.
+/// Also returns false for eCurrentProfile, which appendProfile composes, and for a value outside the enum.
 bool appendSubtree(BoundedText& key, TarvoConfig::Path path, const RegistryNames& names);
-/// Makes the profiles root a profile's key.
+/// Appends a profile's key to the profiles root.
 bool appendProfile(BoundedText& profilesRoot, const wchar_t* profile);
-/// Makes a profile's key its Config key; keeps the former if the latter does not fit.
+/// Appends the Config key to a profile's key, or nothing if it does not fit.
 bool appendProfileConfig(BoundedText& profileKey);
 
 struct UserNames
@@ -49,14 +50,15 @@ enum class UserFolder
     templates,
 };
 
-/// Extends the application data folder, which ends with a separator, level by level. At the first level that
-/// would pass 1021 characters path keeps those before it.
+/// Extends path, an application data folder that ends with a separator, level by level. Stops before the
+/// first level that would exceed 1021 characters.
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names);
-/// Sets path to a path that is stored as a setting, given what reading it returned: to nothing for a value
-/// that is not a string and for one over 1022 characters. False if there is no such setting.
+/// Sets path to a path that is stored as a setting; read is the result of getValue. Sets it to the empty
+/// string for a value that is not a string or has more than 1022 characters. Returns false if read is not
+/// eOk.
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored);
 
-/// The user interface's standard style file, in the roaming Support folder.
+/// Appends the default UI style file to the roaming Support folder.
 bool appendStyleFile(BoundedText& supportFolder);
 
 } // namespace uinfo

@@ -31,7 +31,7 @@ unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long
         return 0;
     }
     PathRemoveFileSpecW(buffer);
-    BoundedText folder = BoundedText::behind(buffer, size);
+    BoundedText folder = BoundedText::appendingTo(buffer, size);
     return joinPath(folder, name, size - spare) ? static_cast<unsigned long>(folder.length()) : 0;
 }
 

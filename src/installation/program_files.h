@@ -1,4 +1,4 @@
-// Paths of this process's program: its folder, files beside it, and its language resource folders.
+// Paths of the running program: its folder, the files in it and its language resource folders.
 #pragma once
 
 #include "platform/text.h"
@@ -7,22 +7,23 @@
 
 namespace uinfo {
 
-/// Returns the program folder with its trailing backslash, cached once it could be read; empty until then.
-/// Leaves the thread's last error as it was.
+/// Returns the program folder with its trailing backslash, cached after the first success; empty until then.
+/// Preserves the thread's last error.
 const wchar_t* programFolder();
 
-/// Joins the program folder and a name in the first size characters of buffer and returns the length. Returns
-/// 0 if the result would leave fewer than two characters unused; buffer may then hold part of a path.
+/// Joins the program folder and a name in buffer, which holds size characters, and returns the length.
+/// Returns 0 if fewer than two characters would remain unused; buffer may then contain part of a path.
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
-/// Appends the path of a file or folder beside the executable, whose path is read on each call. False if that
-/// fails or the result does not fit.
+/// Appends the path of a file or folder next to the executable, whose path each call reads again. Returns
+/// false if that fails or the result does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);
 
-/// Composes the path of a file in a resource folder; false if it does not fit.
+/// Composes the path of a file in a resource folder. Returns false if it does not fit.
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path);
 
-/// Calls load with the path of a file in a resource folder and, if that returns null, with its bare name.
+/// Calls load with the path of a file in a resource folder and, if that returns null, with the file's bare
+/// name. Returns null if the path does not fit.
 template <typename Load>
 HINSTANCE loadResourceLibrary(const wchar_t* folderName, const wchar_t* fileName, Load load)
 {

@@ -1,18 +1,19 @@
-// The process's executable.
+// The path of the process's executable.
 #pragma once
 
 #include "platform/text.h"
 
 namespace uinfo {
 
-/// Reads the executable's full path into the first size characters of out. False if it cannot be read or does
-/// not fit; out then holds what the system wrote. Clears the thread's last error, to detect the latter.
+/// Reads the executable's full path into out, which holds size characters. Returns false if it cannot be read
+/// or does not fit; out then contains what the system wrote. Clears the thread's last error, to detect
+/// truncation.
 bool executablePath(wchar_t* out, unsigned long size);
 
-/// Reads the folder of that path, with its last separator.
+/// Reads the executable's folder in the same way, with its last separator; on failure out is empty.
 bool executableFolder(BoundedText& out, unsigned long size);
 
-/// The same, but accepts a path that the system truncated, and leaves the thread's last error as it was.
+/// Does the same, but accepts a truncated path and preserves the thread's last error.
 bool executableFolderOrCut(BoundedText& out, unsigned long size);
 
 } // namespace uinfo

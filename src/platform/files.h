@@ -1,11 +1,12 @@
-// Paths and files as the system sees them.
+// Joins paths and checks files through the system's functions.
 #pragma once
 
 #include "platform/text.h"
 
 namespace uinfo {
 
-/// Appends a name as PathAppendW does, if the result has at most longest characters and fits MAX_PATH.
+/// Appends a name by PathAppendW. Returns false if the result would have more than longest characters or
+/// exceed MAX_PATH.
 [[nodiscard]] bool joinPath(BoundedText& folder, const wchar_t* name, std::size_t longest = anyLength);
 
 /// Returns whether a file or folder exists and can be read.

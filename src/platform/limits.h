@@ -1,4 +1,4 @@
-// The limits of names and paths, in characters. A capacity includes the terminator; a longest length does
+// The limits of names and paths, in characters. A capacity includes the terminator, a longest length does
 // not.
 #pragma once
 
@@ -7,15 +7,15 @@
 namespace uinfo {
 
 inline constexpr std::size_t pathCapacity = 1024;         ///< every key path and file path
-inline constexpr unsigned long modulePathCapacity = 1023; ///< offered for the executable's path
-inline constexpr std::size_t iniTextCapacity = 1023;      ///< a typed INI string, of which 1021 are read
+inline constexpr unsigned long modulePathCapacity = 1023; ///< for the executable's path
+inline constexpr std::size_t iniTextCapacity = 1023;      ///< a typed INI string; 1021 characters are read
 inline constexpr std::size_t longestStoredPath = 1022;    ///< a path that is stored as a setting
 inline constexpr std::size_t longestIniPath = 1022;       ///< program folder and file name
 inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, style file, user data cache folder
-inline constexpr std::size_t longestResourcePath = 1021;  ///< file of a language's folder
+inline constexpr std::size_t longestResourcePath = 1021;  ///< file in a language's folder
 inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's Config key
-inline constexpr std::size_t longestChangePath = 1021; ///< root and sub-path without the separator, to change
-inline constexpr std::size_t longestReadPath = 1020;   ///< root and sub-path without the separator, to read
+inline constexpr std::size_t longestChangePath = 1021; ///< root and sub-path without the separator, in writes
+inline constexpr std::size_t longestReadPath = 1020;   ///< root and sub-path without the separator, in reads
 
 inline constexpr std::size_t nameCapacity = 255;           ///< a company or product: argument or INI string
 inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, read by start-up

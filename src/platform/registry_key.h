@@ -16,9 +16,10 @@ public:
     RegistryKey() = default;
     explicit RegistryKey(HKEY key) : m_key(key) {}
 
-    /// Holds no key if it cannot be opened.
+    /// Opens a key. The result holds no key if that fails.
     static RegistryKey open(HKEY parent, const wchar_t* path, REGSAM access);
-    /// Opens for writing, else creates the key with every missing parent; holds no key if neither works.
+    /// Opens a key for writing, or creates it with every missing parent. The result holds no key if both
+    /// fail.
     static RegistryKey openOrCreate(HKEY parent, const wchar_t* path);
 
     explicit operator bool() const { return m_key != nullptr; }
@@ -29,7 +30,7 @@ public:
     /// so that the string is terminated whatever is stored. An odd last byte counts as a character. On
     /// failure, such as ERROR_MORE_DATA for a value that is too long, out is empty.
     LSTATUS queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
-    /// Sets a REG_SZ, terminator included.
+    /// Writes a REG_SZ value, including the terminator.
     bool setString(const wchar_t* valueName, const wchar_t* text) const;
 
 private:

@@ -13,7 +13,7 @@ std::size_t length(const wchar_t* text)
     if (text == nullptr) {
         return 0;
     }
-    // Four at a time: a read of a setting spends most of its time here.
+    // Unrolled because reading a setting spends most of its time here.
     const wchar_t* end = text;
     while (end[0] != 0) {
         if (end[1] == 0) {
@@ -60,7 +60,7 @@ std::size_t folderLength(const wchar_t* path)
     return count;
 }
 
-BoundedText BoundedText::behind(wchar_t* storage, std::size_t capacity)
+BoundedText BoundedText::appendingTo(wchar_t* storage, std::size_t capacity)
 {
     const std::size_t held = uinfo::length(storage);
     BoundedText text(storage + held, capacity - held);

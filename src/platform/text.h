@@ -1,5 +1,5 @@
-// Bounded strings, and the library's few routines for wide strings: on the host those of the C runtime expect
-// a wchar_t of 32 bits.
+// Bounded strings, and a few functions for wide strings. Those of the C runtime cannot be used, because on
+// Linux they expect a 32-bit wchar_t.
 #pragma once
 
 #include "platform/limits.h"
@@ -18,27 +18,29 @@ inline bool isEmpty(const wchar_t* text)
 /// Returns the number of characters before the terminator; 0 for null.
 std::size_t length(const wchar_t* text);
 
-/// Compares two strings as the system compares its names, ignoring case. Null equals the empty string.
+/// Compares two strings ignoring case, like the system compares names. Null equals the empty string.
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 
 /// Returns an array-allocated copy, which the caller owns; null for null.
 wchar_t* duplicate(const wchar_t* text);
 
-/// Returns the length up to and including the last path separator or a leading drive; 0 without either.
+/// Returns the length of a path's folder: up to and including the last separator or a leading drive; 0 if
+/// there is neither.
 std::size_t folderLength(const wchar_t* path);
 
 inline constexpr std::size_t anyLength = SIZE_MAX;
 
-/// Builds a terminated string in a buffer of a fixed capacity, which counts the terminator and is at least 1.
-/// An append that would pass the capacity, or the length that it is given, appends nothing and returns false.
+/// Builds a terminated string in a buffer of a fixed capacity, which includes the terminator and is at
+/// least 1. An append that would exceed the capacity, or the given longest length, appends nothing and
+/// returns false.
 class BoundedText
 {
 public:
     /// Starts with the empty string.
     BoundedText(wchar_t* storage, std::size_t capacity) : m_storage(storage), m_capacity(capacity) { cut(0); }
 
-    /// Continues the string in the storage.
-    static BoundedText behind(wchar_t* storage, std::size_t capacity);
+    /// Appends to the string that storage contains.
+    static BoundedText appendingTo(wchar_t* storage, std::size_t capacity);
 
     [[nodiscard]] bool append(const wchar_t* text, std::size_t longest = anyLength)
     {
@@ -65,14 +67,14 @@ public:
     }
     [[nodiscard]] bool appendNumber(std::int32_t number);
 
-    /// Shortens the string to its first characters.
+    /// Truncates the string to newLength characters.
     void cut(std::size_t newLength)
     {
         m_length = newLength;
         m_storage[newLength] = 0;
     }
 
-    /// Adopts what a system call wrote into the storage.
+    /// Updates the length after a system call has written to the storage.
     void measure();
 
     wchar_t* data() { return m_storage; }
@@ -99,7 +101,7 @@ private:
     std::size_t m_length = 0;
 };
 
-/// A BoundedText with its own buffer, of which only the terminator is cleared.
+/// A BoundedText with its own buffer, which is not cleared beyond the terminator.
 template <std::size_t Capacity>
 class TextBuffer : public BoundedText
 {

@@ -1,4 +1,4 @@
-// The product object's instance, and what runs when the library is loaded and unloaded.
+// The product object's instance and the library's entry point.
 #include "config/language_resources.h"
 #include "product/product.h"
 
@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Created and destroyed by DllMain, which every toolchain calls after the static objects are constructed and
-/// before they are destroyed: so the configuration object outlives this one.
+/// Created and destroyed by DllMain, which runs after the static objects are constructed and before they are
+/// destroyed, so that the configuration object outlives this one.
 constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace
@@ -23,7 +23,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*
 {
     if (reason == DLL_PROCESS_ATTACH) {
         product.emplace();
-        // Fails if the runtime uses thread-local storage, as MinGW's does.
+        // The result is ignored: this fails if the runtime uses thread-local storage, as MinGW's does.
         DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH) {
         uinfo::releaseLanguageResources();

@@ -15,9 +15,9 @@
 
 namespace {
 
-constexpr std::size_t longestHelpPath = 509; // what fits into a buffer of 511 characters with one unused
+constexpr std::size_t longestHelpPath = 509; // leaves one of 511 characters unused, besides the terminator
 
-/// Leaves the user data cache folder, which cannot be removed while a process uses it as working directory.
+/// Leaves the user data cache folder, because a process's working directory cannot be removed.
 void fixWorkingDirectory()
 {
     uinfo::PathBuffer cacheFolder;

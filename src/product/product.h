@@ -11,8 +11,8 @@
 
 namespace uinfo {
 
-/// Reports who the program is. The constructor moves a process that was started in the program's user data
-/// cache folder to the user's documents folder.
+/// Implements ITarvoProduct. If the working directory is the user data cache folder, the constructor changes
+/// it to the user's documents folder.
 class TarvoProduct final : public ITarvoProduct
 {
 public:

@@ -14,8 +14,8 @@ struct FreeBlock
     void operator()(void* block) const { std::free(block); }
 };
 
-/// The buffer of the second query. A failed allocation is reported like that of a value block: VelaVariant
-/// allocates, and throws.
+/// The buffer for the second query. VelaVariant allocates it, so that a failure throws like that of a value
+/// block.
 class Temporary
 {
 public:

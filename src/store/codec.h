@@ -7,7 +7,7 @@
 
 namespace uinfo {
 
-/// Reads a value of a key that is open for queries; a null or empty name is the default value's. The stored
+/// Reads a value of a key that is open for queries; a null or empty name means the default value. The stored
 /// type decides the type of value, which is unchanged on failure.
 TarvoConfig::Error readValueFromKey(HKEY key, const wchar_t* valueName, VelaVariant& value);
 

@@ -55,14 +55,13 @@ Error openWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t*
     return TarvoConfig::eOk;
 }
 
-/// Opens a key once more; holds no key if there is none or if it has been deleted.
+/// Opens a second handle to a key. The result holds no key if key is null or has been deleted.
 RegistryKey openAgain(HKEY key)
 {
     return key != nullptr ? RegistryKey::open(key, nullptr, KEY_ALL_ACCESS) : RegistryKey();
 }
 
-/// Copies the name of an entry. length is the capacity of buffer, and receives the number of characters
-/// needed.
+/// Copies the name of an entry. length is the capacity of buffer; it receives the capacity needed.
 template <typename Enumerate>
 Error enumerateName(Enumerate enumerate, HKEY key, std::int32_t index, wchar_t* buffer, long& length)
 {

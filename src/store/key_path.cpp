@@ -9,7 +9,7 @@ wchar_t* turnSlashes(wchar_t* text)
 {
     for (;; ++text) {
         if (*text > L'/') {
-            continue; // true of nearly every character
+            continue; // nearly every character
         }
         if (*text == L'/') {
             *text = L'\\';
@@ -19,7 +19,7 @@ wchar_t* turnSlashes(wchar_t* text)
     }
 }
 
-/// Trims a string whose end is known, and updates the end.
+/// Does the same as trimBackslashes for a string whose end is known, and updates end.
 wchar_t* trim(wchar_t* text, wchar_t*& end)
 {
     while (*text == L'\\') {

@@ -18,11 +18,11 @@ wchar_t* trimBackslashes(wchar_t* text);
 /// null, and returns the part after it. Returns null and leaves text unchanged if it is null or empty.
 wchar_t* splitKeyPath(wchar_t*& text);
 
-/// A private copy of a client's path, which normalise and split change in place.
+/// A copy of a client's path, which normalise() and split() change in place.
 class ClientPath
 {
 public:
-    /// False if the path has 1024 characters or more. Null counts as empty.
+    /// Copies a path. Returns false if it has 1024 characters or more. Null counts as empty.
     bool assign(const wchar_t* path)
     {
         m_isEmpty = isEmpty(path);
@@ -32,7 +32,7 @@ public:
     /// Returns whether the client's path is empty.
     bool empty() const { return m_isEmpty; }
 
-    /// Returns the whole path as one sub-path.
+    /// Returns the whole path without leading and trailing separators; null if it is empty.
     const wchar_t* normalise() { return trimBackslashes(toBackslashes(m_text)); }
 
     /// The key part, null for the subtree's own key, and the name after it, null for a key's default value.
@@ -62,10 +62,10 @@ private:
 class KeyPath
 {
 public:
-    /// Starts with the subtree's root; false if it has none.
+    /// Sets the path to a subtree's root. Returns false if there is none.
     bool assignRoot(const TarvoConfig& config, TarvoConfig::Path root);
 
-    /// Appends '\' and a sub-path, which may be empty; false if root and sub-path pass the limit.
+    /// Appends '\' and a sub-path, which may be empty. Returns false if root and sub-path exceed the limit.
     bool join(const wchar_t* subPath, std::size_t limit) { return join(subPath, length(subPath), limit); }
     bool join(const wchar_t* subPath, std::size_t count, std::size_t limit)
     {
@@ -79,8 +79,7 @@ public:
         return parts.keyLength == 0 || join(parts.key, parts.keyLength, limit);
     }
 
-    /// Starts with the root and appends the client's normalised sub-path, if any, with the limit of the
-    /// operations that change the tree.
+    /// Sets the path to a root and a normalised sub-path, if any, within the limit of writes.
     bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
 
     const wchar_t* text() const { return m_path.text(); }

@@ -5,13 +5,13 @@
 
 namespace uinfo {
 
-/// Removes the keys one by one, children first. Returns 1 if the key no longer exists, also if it never did;
-/// 0 if it still exists, or if its path or that of a key below it would pass 519 characters. Keys that were
+/// Removes the keys one by one, children first. Returns 1 if the key no longer exists or never did, 0 on
+/// failure, for example because its path or that of a key below it exceeds 519 characters. Keys that were
 /// removed before a failure stay removed.
 int deleteKeyTree(HKEY parent, const wchar_t* subKey);
 
-/// Removes by RegDeleteTreeW if velaGetWindowsVersion() returns 8 or more and the system has it, else as
-/// deleteKeyTree.
+/// Removes the tree by RegDeleteTreeW if velaGetWindowsVersion() returns 8 or more and the system has that
+/// function, otherwise like deleteKeyTree.
 bool removeKeyTree(HKEY parent, const wchar_t* subKey);
 
 } // namespace uinfo
