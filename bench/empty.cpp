@@ -1,4 +1,4 @@
-// A program that does nothing, to compare a start with; with an argument it tells its private memory.
+// Does nothing, as the baseline for start-up costs; with an argument prints its private memory.
 #include "memory.h"
 
 int main(int argc, char**)

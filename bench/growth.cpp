@@ -1,4 +1,4 @@
-// What an operation costs as the key that it works on grows, in Google Benchmark's own terms.
+// Measures, with Google Benchmark, how the cost of operations grows with the number of values in a key.
 #include "settings.h"
 
 #include <benchmark/benchmark.h>
@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A key of its own for each size, filled on first use: "Scale" and the number of its values.
+/// A key with a given number of values, which is filled on first use. Its name is "Scale" and that number.
 class Key
 {
 public:
@@ -29,7 +29,7 @@ public:
     const wchar_t* item() const { return m_item; }
     int anyNumber() { return static_cast<int>(m_random() % static_cast<std::uint64_t>(m_size)); }
 
-    /// "Scale.../Setting......"
+    /// Returns "Scale{size}/Setting{number}".
     const wchar_t* path(int number)
     {
         wchar_t* end = m_path;
@@ -43,7 +43,7 @@ public:
         return m_path;
     }
 
-    /// With another number each time in the process, since a write of what is there is none.
+    /// Writes a different number each time, because the store skips writing an unchanged value.
     void set(int number)
     {
         VelaVariant value;
@@ -81,7 +81,7 @@ void write(benchmark::State& state)
     }
 }
 
-/// A value's share of a walk: key, value and step, and of what findItem does.
+/// Measures a walk, per value: key, value, step and a share of findItem.
 void enumerate(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();
@@ -98,7 +98,7 @@ void enumerate(benchmark::State& state)
     }
 }
 
-/// A value is removed, and put back off the clock.
+/// Measures removing a value, which is then written back with the timer paused.
 void remove(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();

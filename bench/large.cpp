@@ -1,5 +1,5 @@
-// What reads and walks cost in a store of any size, as one process sees it: ./dev bench scale runs it in turn
-// on a store of 1,000,000 values in 100,000 keys and on one of 1,000 in 100. And values of 1 MB.
+// Measures reads and walks in stores of different sizes, and values of 1 MB. ./dev bench scale alternates
+// between a store of 1,000,000 values in 100,000 keys and one of 1,000 values in 100 keys.
 #include "memory.h"
 #include "settings.h"
 
@@ -21,7 +21,7 @@ using bench::require;
 
 constexpr int valuesPerKey = 10;
 
-/// "Large100000/Key012345/Value7", of a tree with as many keys as its name says.
+/// A value path such as "Large100000/Key012345/Value7", in a tree with the number of keys that its name says.
 class Path
 {
 public:
@@ -82,7 +82,7 @@ void fill(TarvoConfig& config, int keys)
     }
 }
 
-/// Nanoseconds of processor time, which is all that these works take.
+/// Returns the processor time of this process in nanoseconds.
 double processorTime()
 {
     timespec now{};
@@ -90,7 +90,7 @@ double processorTime()
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }
 
-/// What one of as many steps as work makes costs: the median of some runs.
+/// Returns the cost of one of the steps that work performs: the median of several runs.
 double cost(int steps, const std::function<void()>& work)
 {
     std::array<double, 9> times{};
@@ -105,7 +105,7 @@ double cost(int steps, const std::function<void()>& work)
 
 constexpr int readSteps = 10000;
 
-/// One setting after the other, from any on.
+/// Reads settings one after the other, continuing where the last call stopped.
 void readInTurn(TarvoConfig& config, int keys)
 {
     Path path(keys);
@@ -134,8 +134,7 @@ void readAny(TarvoConfig& config, int keys)
     }
 }
 
-/// What a step of a walk over the sub-keys costs when nothing is remembered, since something was written
-/// before.
+/// Returns the cost of a step in a walk over the sub-keys. A write before each walk invalidates the cache.
 double walkCost(TarvoConfig& config, int keys)
 {
     Path path(keys);
@@ -162,7 +161,7 @@ double walkCost(TarvoConfig& config, int keys)
     return times[rounds / 2];
 }
 
-/// The two selects that any setting takes, on the store's own file.
+/// Reads settings from the store's file by two prepared selects each.
 class Selects
 {
 public:
@@ -234,7 +233,7 @@ private:
     sqlite3_int64 m_tree = 0;
 };
 
-/// What is done to 10,000 keys and values at once, in milliseconds.
+/// Prints how many milliseconds operations on 10,000 keys and values take.
 void bulk(TarvoConfig& config)
 {
     constexpr int keys = 1000; // of ten values
@@ -263,7 +262,7 @@ constexpr wchar_t bigPath[] = L"Big/Value";
 constexpr wchar_t bigName[] = L"Value";
 constexpr wchar_t bigKey[] = L"Software\\Acme\\Widget\\2018\\en-US\\Settings\\Big";
 
-/// 1 MB of another content each time.
+/// Returns 1 MB that differs on each call.
 const std::vector<BYTE>& bigData()
 {
     static std::vector<BYTE> data(std::size_t{1} << 20);
@@ -323,11 +322,10 @@ void checkBig(TarvoConfig& config)
 
 } // namespace
 
-/// "fill KEYS" makes the tree, "measure KEYS" prints a line of nanoseconds: of a read in turn, of any read,
-/// of a walk's step, of two selects. "bulk 0" tells what
-/// many changes take. "memory KEYS" reads all of the tree and tells what that took. "big FILE" measures
-/// values of 1 MB.
-int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the end of a measurement
+/// "fill KEYS" creates the tree. "measure KEYS" prints the nanoseconds of a read in sequence, a read in
+/// random order, a step of a walk and two selects. "bulk 0" prints the cost of many changes. "memory KEYS"
+/// reads the whole tree and prints the memory used. "big FILE" measures values of 1 MB.
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 2, "reading the arguments");
     const std::string task = argv[1];
@@ -346,7 +344,7 @@ int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the end of
     } else if (task == "fill") {
         fill(config, keys);
     } else if (task == "measure") {
-        readAll(config, keys); // the system gives the process the store's pages as it first touches them
+        readAll(config, keys); // maps the pages of the store into the process first
         const double inTurn = cost(readSteps, [&] { readInTurn(config, keys); });
         const double any = cost(readSteps, [&] { readAny(config, keys); });
         Selects selects(keys);

@@ -1,4 +1,4 @@
-// How much memory the process has to itself.
+// The memory use of this process.
 #pragma once
 
 #include <cstdio>
@@ -6,8 +6,8 @@
 
 namespace bench {
 
-/// Prints kilobytes: the pages that are the process's own because it has written to them, and those of the
-/// store's file that it has mapped, which the system shares among all processes and takes back as it likes.
+/// Prints two numbers in kilobytes: the pages that this process has written, which are private, and the
+/// mapped pages of the store's file, which processes share and the system can reclaim.
 inline void printMemory()
 {
     std::FILE* const pages = std::fopen("/proc/self/smaps", "r");

@@ -11,7 +11,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr double batchNanoseconds = 2e5; // seldom interrupted by another process
+constexpr double batchNanoseconds = 2e5; // short enough to be rarely interrupted by another process
 constexpr double rowNanoseconds = 3e9;
 constexpr std::size_t fewest = 61; // repetitions
 constexpr std::size_t most = 5001;
@@ -26,7 +26,7 @@ double time(const std::function<void()>& work, long repeat)
            static_cast<double>(repeat);
 }
 
-/// How often a work fits into a batch; the runs that tell also warm it up.
+/// Returns how many repetitions fit into a batch. Finding out also warms up the caches.
 long repeatFor(const std::function<void()>& work)
 {
     long repeat = 1;

@@ -1,7 +1,6 @@
-// Pairs of works measured side by side. Google Benchmark, which growth.cpp uses, interleaves whole
-// repetitions and is not packaged for MinGW; here the two works of a pair alternate several thousand times a
-// second, so that what else the machine does falls on both, and what counts is the median of the ratios of
-// neighbours.
+// Compares two functions that alternate several thousand times a second, so that other load on the machine
+// affects both. The result is the median of the ratios of neighbouring runs. Google Benchmark, which
+// growth.cpp uses, only interleaves whole repetitions and is not packaged for MinGW.
 #pragma once
 
 #include <cstdio>
@@ -15,24 +14,24 @@ struct Pair
 {
     std::string row;
     std::string against;
-    double limit = 0; // of ours / other, as far as the row has one
+    double limit = 0; // of ours / other; 0 for none
     std::function<void()> ours;
     std::function<void()> other;
-    double differenceLimit = 0; // of ours - other, in nanoseconds
+    double differenceLimit = 0; // of ours - other, in nanoseconds; 0 for none
 };
 
-/// Measures each pair and writes one JSON object per line. Times are in nanoseconds; ours, other, ratio and
-/// difference are medians of their own.
+/// Measures each pair whose row contains only, and writes one JSON object per line. Times are in nanoseconds;
+/// ours, other, ratio and difference are separate medians.
 void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& only);
 
-/// Keeps a result alive.
+/// Keeps the compiler from removing an unused result.
 template <typename Value>
 void use(const Value& value)
 {
     asm volatile("" : : "r,m"(value) : "memory");
 }
 
-/// Ends the program when a step of a measurement fails.
+/// Exits with code 1 if a step of a measurement has failed.
 void require(bool succeeded, const char* step);
 
 } // namespace bench

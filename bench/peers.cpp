@@ -1,4 +1,4 @@
-// Reading and writing one setting beside what a user of a Linux host would pick instead.
+// Compares reads and writes of a setting with other stores for settings on Linux.
 #include "peers/peers.h"
 
 #include "settings.h"
@@ -45,8 +45,9 @@ bench::Pair writing(TarvoConfig& config, const std::string& against, bench::Peer
 
 } // namespace
 
-/// Takes an empty folder, the file to write, and part of a row's name to measure no other.
-int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the end of a measurement
+/// Arguments: an empty folder, the file for the results, and optionally a part of the names of the rows to
+/// measure.
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 2, "reading the arguments");
     const std::string folder = std::filesystem::absolute(argv[1]).string();

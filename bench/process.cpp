@@ -1,4 +1,4 @@
-// A client's start, as a whole process, beside an empty program's.
+// Compares the whole run of a client that only starts up with that of an empty program.
 #include "pairs.h"
 
 #include <spawn.h>
@@ -19,7 +19,7 @@ void run(const std::string& program)
 
 } // namespace
 
-/// Takes the file to write, and the folder of the two programs.
+/// Arguments: the file for the results, and the folder of the two programs.
 int main(int argc, char** argv)
 {
     bench::require(argc > 2, "reading the arguments");

@@ -1,9 +1,9 @@
-// Reads one integer as often as it is told, for tools that count what a read does.
+// Reads one integer the given number of times, for tools that count instructions and system calls.
 #include "settings.h"
 
 #include <cstdlib>
 
-int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then ends
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     const TarvoConfig& config = bench::startWithSettings();
     VelaVariant value;

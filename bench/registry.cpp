@@ -1,4 +1,4 @@
-// Operations beside the registry calls that they are made of, for both targets.
+// Compares operations with the registry calls that they consist of, on both targets.
 #include "settings.h"
 
 #include <cstdlib>
@@ -8,7 +8,7 @@ namespace {
 using bench::require;
 
 #ifdef _WIN32
-constexpr double strictLimit = 1.02; // a call is a message to another process
+constexpr double strictLimit = 1.02; // under Wine a call is a message to another process
 constexpr double limit = 1.05;
 #else
 constexpr double strictLimit = 1.25;
@@ -97,7 +97,7 @@ void walk(TarvoConfig& config)
     require(count == bench::entryCount, "walk");
 }
 
-/// The same: key enumerates, and value enumerates for the name and queries by it.
+/// Makes the registry calls of walk: key enumerates; value enumerates again for the name, and queries it.
 void walkBare()
 {
     HKEY key = bench::openKey(bench::displayKey, KEY_ALL_ACCESS);
@@ -123,7 +123,7 @@ void walkBare()
     RegCloseKey(key);
 }
 
-/// What CreateConfigReg does to a tree that exists.
+/// Makes the registry calls of CreateConfigReg on an existing tree.
 void createBare()
 {
     RegCloseKey(bench::openKey(bench::productKey, KEY_READ));
@@ -145,8 +145,8 @@ void createBare()
 
 } // namespace
 
-/// Takes the file to write, and part of a row's name to measure no other.
-int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the end of a measurement
+/// Arguments: the file for the results, and optionally a part of the names of the rows to measure.
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     TarvoConfig& config = bench::startWithSettings();
     const std::vector<bench::Pair> pairs = {

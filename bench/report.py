@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Prints what was measured and keeps it as JSON: the table as results.json, the growth of costs as scale.json
-and as a plot."""
+"""Prints the measurements and writes them as JSON: the table to results.json, the growth of costs to scale.json
+and a plot."""
 
 import json
 import platform
@@ -75,7 +75,7 @@ def table(folder):
 
 
 def large_rows(folder):
-    """A line of each file is one run; the runs alternated."""
+    """Each line of a file is one run; the runs of the two files alternated."""
     small, large = ([[float(figure) for figure in line.split()] for line in (folder / name).read_text().splitlines()]
                     for name in ("small.txt", "large.txt"))
     rows = []
@@ -92,7 +92,7 @@ def large_rows(folder):
 
 
 def growth(folder):
-    """Nanoseconds of processor time by operation and number of values."""
+    """Returns the nanoseconds of processor time by operation and number of values."""
     times = {}
     for file in folder.glob("growth*.json"):
         for run in json.loads(file.read_text())["benchmarks"]:

@@ -1,4 +1,4 @@
-// What every program of this folder works on: a started configuration with a group of settings in it.
+// The configuration that the benchmarks use: start-up is done, and a group of settings exists.
 #pragma once
 
 #include "pairs.h"
@@ -15,16 +15,16 @@ inline constexpr wchar_t profilesKey[] = L"Software\\Acme\\Widget\\2018\\en-US\\
 inline constexpr wchar_t displayKey[] = L"Software\\Acme\\Widget\\2018\\en-US\\Settings\\Display";
 inline constexpr wchar_t framesPath[] = L"Display/Frames";
 inline constexpr wchar_t framesName[] = L"Frames";
-inline constexpr int entryCount = 1000; // values of Display, Frames among them
+inline constexpr int entryCount = 1000; // values of Display, including Frames
 
-/// A rebranded product, which needs no more than its language's folder.
+/// Starts up as a product that is not the default one and therefore needs no uninstall entry.
 inline TarvoConfig& start()
 {
     require(InitVelaConfig(L"Acme", L"Widget", L"en-US", nullptr) == TarvoConfig::eOk, "InitVelaConfig");
     return *velaConfig();
 }
 
-/// "Display/Setting" and a number of six digits.
+/// The value path "Display/Setting" and a number of six digits.
 struct SettingPath
 {
     explicit SettingPath(int number)
@@ -38,7 +38,7 @@ struct SettingPath
     wchar_t text[22] = L"Display/Setting000000";
 };
 
-/// All settings, one after the other, again and again.
+/// Cycles through the settings.
 class Rotation
 {
 public:
@@ -55,7 +55,7 @@ private:
     std::size_t m_next = 0;
 };
 
-/// Fills Display once.
+/// Starts up, and fills Display unless an earlier run has.
 inline TarvoConfig& startWithSettings()
 {
     TarvoConfig& config = start();

@@ -1,4 +1,4 @@
-// A client that starts and ends; with an argument it creates its tree and tells its private memory.
+// A client that only starts up; with an argument it also creates its tree and prints its private memory.
 #include "memory.h"
 #include "settings.h"
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""How rkuinfo's time grows: four times the input over the input, as rows for report.py.
+"""Compares rkuinfo's time for four times an input with that for the input, and writes rows for report.py.
    tool.py RKUINFO FOLDER OUTPUT.jsonl"""
 
 import json

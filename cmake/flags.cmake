@@ -1,9 +1,9 @@
-# rkuinfo_flags: what every target of this project is compiled with.
+# rkuinfo_flags: the compile and link options of every target in this project.
 add_library(rkuinfo_flags INTERFACE)
 target_compile_features(rkuinfo_flags INTERFACE cxx_std_20)
 
 if(MSVC)
-  # UTF-8 sources in standard C++, warned of without the advice to use Microsoft's own functions.
+  # UTF-8 sources, standard C++, and no warnings that recommend Microsoft's own functions.
   set(flags /W4 /permissive- /utf-8 /EHsc /Zc:__cplusplus /guard:cf /Brepro)
   target_compile_definitions(rkuinfo_flags INTERFACE _CRT_SECURE_NO_WARNINGS)
 else()
@@ -11,7 +11,7 @@ else()
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wcast-align -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2)
 endif()
-# No path of the build machine; of two maps that fit, the later one counts.
+# Keeps paths of the build machine out of the files. If both maps match, the later one applies.
 set(path_maps -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
 if(NOT MSVC)
   list(APPEND flags ${path_maps})
@@ -25,7 +25,7 @@ target_compile_options(rkuinfo_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:${flag
 if(WIN32)
   target_compile_definitions(rkuinfo_flags INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
-# On Windows: loaded anywhere in 64 bits, data never runs, and the same sources give the same file.
+# On Windows: 64-bit address randomisation, no execution of data, and reproducible files.
 if(MSVC)
   target_link_options(rkuinfo_flags INTERFACE
     /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT /guard:cf /Brepro /INCREMENTAL:NO /PDBALTPATH:%_PDB%)
@@ -33,18 +33,18 @@ elseif(WIN32)
   target_link_options(rkuinfo_flags INTERFACE
     -Wl,--dynamicbase,--high-entropy-va,--nxcompat -Wl,--no-insert-timestamp)
 else()
-  # wchar_t is a UTF-16 unit on every target.
+  # wchar_t is a UTF-16 code unit on every target.
   target_compile_options(rkuinfo_flags INTERFACE -fshort-wchar)
 endif()
 
-set(RKUINFO_SANITIZE "" CACHE STRING "Sanitizers of the host build, as -fsanitize takes them")
+set(RKUINFO_SANITIZE "" CACHE STRING "Sanitizers of the host build, in the syntax of -fsanitize")
 if(RKUINFO_SANITIZE)
   target_compile_options(rkuinfo_flags INTERFACE
     -fsanitize=${RKUINFO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   target_link_options(rkuinfo_flags INTERFACE -fsanitize=${RKUINFO_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
-    target_compile_options(rkuinfo_flags INTERFACE -fno-sanitize=function) # GetProcAddress gives them without a type
-    if(RKUINFO_SANITIZE MATCHES "^address") # a shared runtime, as GCC's: programs import malloc, which the tests replace
+    target_compile_options(rkuinfo_flags INTERFACE -fno-sanitize=function) # GetProcAddress returns functions without their type
+    if(RKUINFO_SANITIZE MATCHES "^address") # shared, like GCC's: the tests replace the malloc that programs import
       execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so
         OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
       cmake_path(GET runtime PARENT_PATH folder)
@@ -56,5 +56,5 @@ endif()
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
-# The sources keep names of their own, which would meet in one source.
+# Names in the sources' anonymous namespaces would collide in a unity build.
 set(CMAKE_UNITY_BUILD OFF)

@@ -1,6 +1,7 @@
-# read_headers_once(<target>): what most sources include is read once for all targets. By Visual C++ once for each library,
-# since it wants the same definitions; on Linux not for programs, whose code is not a library's; and not in another
-# project, which may give a target flags of its own.
+# read_headers_once(<target>): precompiles the headers that most sources include, once for all targets. Exceptions:
+# Visual C++ does so for each target, since it requires the same definitions; on Linux programs are left out, since they
+# are compiled with other flags than libraries; and so is everything if another project includes this one, since it may
+# change a target's flags.
 set(RKUINFO_HEADERS <windows.h> <algorithm> <memory>)
 if(PROJECT_IS_TOP_LEVEL AND NOT MSVC)
   file(CONFIGURE OUTPUT headers.cpp CONTENT "")

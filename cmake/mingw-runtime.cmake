@@ -1,4 +1,4 @@
-# The shared runtime of the MinGW compiler, beside the programs: without its debug information, nine tenths of it.
+# Copies the MinGW runtime's DLLs next to the programs, without their debug information, which is nine tenths of them.
 set(RKUINFO_RUNTIME_DLLS "")
 foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}

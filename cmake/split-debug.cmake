@@ -1,7 +1,6 @@
-# Moves the debug information of installed libraries into a file of its own beside each, where debuggers look for it;
-# programs are left without. Takes OBJCOPY, and LIBRARIES and PROGRAMS, whose names are absolute or relative to the
-# install prefix.
-set(ENV{SOURCE_DATE_EPOCH} 0) # else every call would stamp the file with its time
+# Moves the debug information of each installed library into a separate file next to it, where debuggers look for it,
+# and removes that of programs. Parameters: OBJCOPY; LIBRARIES and PROGRAMS, absolute or relative to the install prefix.
+set(ENV{SOURCE_DATE_EPOCH} 0) # otherwise objcopy writes the current time into the file
 list(TRANSFORM LIBRARIES REPLACE "^[^/].*" "${CMAKE_INSTALL_PREFIX}/\\0")
 list(TRANSFORM PROGRAMS REPLACE "^[^/].*" "${CMAKE_INSTALL_PREFIX}/\\0")
 

@@ -1,4 +1,4 @@
-// Reading values of a registry that answers anything: any type, size and error, another one at each query.
+// Reads values from a registry whose queries return any type, size and error, different each time.
 #include "input.h"
 
 #include "store/codec.h"

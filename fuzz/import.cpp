@@ -1,5 +1,5 @@
-// What "rkuinfo import" reads, in both formats, up to where it would write. What was read and written in
-// either reads the same again.
+// Reads files like "rkuinfo import", in both formats, without writing to the registry. A tree that was read
+// must survive a round trip through either format.
 #include "input.h"
 
 #include "transfer/transfer.h"

@@ -1,4 +1,4 @@
-// INI files of any content, and any names looked up in them.
+// Looks up any names in INI files of any content.
 #include "input.h"
 
 #include <sys/mman.h>
@@ -8,7 +8,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const int file = memfd_create("ini", 0); // goes with the process
+    static const int file = memfd_create("ini", 0); // deleted when the process exits
     static const std::string name = "Z:\\proc\\self\\fd\\" + std::to_string(file);
     static const std::vector<wchar_t> path(name.c_str(), name.c_str() + name.size() + 1);
     Input input(data, size);

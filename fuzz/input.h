@@ -1,4 +1,4 @@
-// What a fuzz target takes from the bytes that it is given.
+// Splits the bytes that a fuzz target receives.
 #pragma once
 
 #include <windows.h>
@@ -26,8 +26,8 @@ public:
     }
     std::string_view rest() { return bytes(m_bytes.size()); }
 
-    /// A terminated text of so many units and no more memory than it needs: one unit for a byte, or two
-    /// bytes.
+    /// Returns a terminated string with one code unit for each byte, or for two bytes if isWide is true. It
+    /// occupies no more memory than it needs, so that sanitizers find overruns.
     std::vector<wchar_t> text(std::size_t bytesToTake, bool isWide)
     {
         const std::string_view taken = bytes(bytesToTake);
@@ -47,7 +47,7 @@ private:
     std::string_view m_bytes;
 };
 
-/// What must hold whatever is given.
+/// Aborts unless the condition holds.
 inline void require(bool holds)
 {
     if (!holds) {

@@ -1,4 +1,4 @@
-// Key paths built from hostile names of company, product and profile, and what clients put below them.
+// Builds key paths from any names of company, product and profile and any client path.
 #include "input.h"
 
 #include "store/key_path.h"
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A registry in memory that goes with the process.
+/// A registry in memory, deleted when the process exits.
 class Home
 {
 public:
@@ -30,7 +30,7 @@ private:
     char m_folder[32] = "/dev/shm/rkuinfo-fuzz.XXXXXX";
 };
 
-/// There is no more in the registry than an installed language.
+/// Runs start-up. The registry contains only the uninstall entry of one language.
 bool start()
 {
     static const Home home;

@@ -1,4 +1,4 @@
-// Clients' key paths: normalised and split in place.
+// Normalises and splits client paths in place.
 #include "input.h"
 
 #include "store/key_path.h"

@@ -1,4 +1,4 @@
-// The main function without libFuzzer: gives a target every file of a folder.
+// Replaces libFuzzer's main function: runs a target on every file of a folder.
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -12,7 +12,7 @@ int main(int argc, char** argv)
 {
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(argc > 1 ? argv[1] : ".")) {
-        std::cout << entry.path().string() << std::endl; // at once: a target may end here
+        std::cout << entry.path().string() << std::endl; // flushed, because the target may abort
         std::vector<char> bytes(entry.file_size());
         std::ifstream(entry.path(), std::ios::binary).read(bytes.data(), std::ssize(bytes));
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());

@@ -1,4 +1,4 @@
-// Language libraries of any content.
+// Finds strings in language libraries of any content.
 #include "input.h"
 
 #include "pe_resources.h"

@@ -1,5 +1,5 @@
-// A store of damaged files: registry calls at random must neither crash nor hang, nor answer a value that
-// nobody wrote.
+// Damages the store's files: registry calls must then neither crash nor hang, nor return a value that was
+// never written.
 #include "input.h"
 
 #include <cstdio>
@@ -14,7 +14,7 @@ namespace {
 constexpr const char* suffixes[] = {"", "-wal"};
 constexpr wchar_t keyPath[] = L"Software\\Fuzzed\\Key\\Deep";
 
-/// A folder in memory that goes with the process; a whole store is made in it once.
+/// A folder in memory, deleted when the process exits, in which an undamaged store is created once.
 struct Home
 {
     Home()
@@ -63,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const std::size_t at = std::size_t{input.byte()} << 8 | input.byte();
             bytes[at * 31 % bytes.size()] = static_cast<char>(input.byte());
         }
-        std::remove((home.file + suffixes[i]).c_str()); // another file: the store is opened again
+        std::remove((home.file + suffixes[i]).c_str()); // a new file, so that the store is opened again
         std::ofstream(home.file + suffixes[i], std::ios::binary) << bytes;
         chmod((home.file + suffixes[i]).c_str(), 0600);
     }

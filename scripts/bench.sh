@@ -1,9 +1,10 @@
-# Builds optimised trees and measures them: build/bench/results.json has the table's figures, scale.json the plot's.
+# Builds optimised trees and measures them. Writes the figures of the table to build/bench/results.json and those of the
+# plot to scale.json.
 
 bench=$PWD/build/bench
-bench_run=$bench/run # what the measured programs write
+bench_run=$bench/run # for files that the measured programs write
 
-# A preset's optimised tree, in a folder of its own.
+# Builds a preset's benchmarks, optimised, in the given folder.
 build_bench() {
     local preset=$1 folder=$2
     need_for "$preset"
@@ -20,18 +21,18 @@ fresh_home() {
     export HOME=$bench_run XDG_DATA_HOME=$bench_run/data XDG_CONFIG_HOME=$bench_run/config
 }
 
-# Instructions of getValue outside winhost and what winhost calls, in as many reads as are told.
+# Prints the instructions that the given number of getValue calls execute, without those in registry functions.
 own_instructions() {
     valgrind --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect='TarvoConfig::getValue*' \
         --toggle-collect='Reg*' "$bench/bin/bench_read_loop" "$1" 2>&1 | sed -n 's/.*Collected : //p'
 }
 
-# System calls of a program.
+# Prints the number of system calls that a program makes.
 calls_of() {
     strace -o "$bench_run/calls" "$@" && grep -c = "$bench_run/calls"
 }
 
-# One "name: value" a line, of what is counted and not timed.
+# Prints the results that are counted, not timed, one "name: value" per line.
 count_all() {
     local empty client
     calls_of "$bench/bin/bench_read_loop" 1 >/dev/null # fills the store
@@ -45,7 +46,7 @@ count_all() {
     count_memory small "$bench/bin/bench_start"
 }
 
-# What a client has to itself, and what of the store's index it has mapped.
+# Prints a client's private memory and its mapped part of the store's file.
 count_memory() {
     local tree=$1 program=$2 empty own store
     shift 2
@@ -71,7 +72,8 @@ bench_table() {
     bench/report.py table "$bench"
 }
 
-# Stores in memory, so that no disk hides what grows; each has a folder of its own. Half a minute goes into filling.
+# Measures how costs grow. The stores are in memory, so that the disk does not hide growth. Filling them takes half a
+# minute.
 bench_scale() {
     build_bench host "$bench"
     fresh_home
@@ -94,7 +96,7 @@ bench_scale() {
     bench/report.py scale "$bench" docs/scale.png
 }
 
-# Runs a program on one of several stores.
+# Runs a program on the given store.
 in_store() {
     local store=$1 program=$2
     shift 2

@@ -1,9 +1,9 @@
-# Runs each of libFuzzer's targets for a while, from the inputs in fuzz/corpus and those of earlier runs.
+# Runs each fuzz target under libFuzzer, starting from the inputs in fuzz/corpus and those found by earlier runs.
 
 run_fuzz() {
     local seconds=${1:-60} target found status=0
     [[ $seconds =~ ^[0-9]+$ ]] || {
-        echo "./dev fuzz takes the seconds for each target" >&2
+        echo "./dev fuzz: '$seconds' is not a number of seconds" >&2
         return 2
     }
     build fuzz langpacks $(ls fuzz/corpus | sed 's/^/fuzz_/')
@@ -17,7 +17,7 @@ run_fuzz() {
                 "$seconds s, nothing found"
         else
             tail -n 40 "build/fuzz/$target.log"
-            echo "$target: FAILED; its input belongs into fuzz/corpus/$target once mended"
+            echo "$target: FAILED; once fixed, add its input to fuzz/corpus/$target"
             status=1
         fi
     done

@@ -1,10 +1,10 @@
-# The reliability tests in their full amounts, a few minutes in all.
+# Runs the reliability tests in full length, which takes a few minutes.
 
-# run_cases FILTER PROGRAM...: each case in a process of its own, as ctest would run it.
+# run_cases FILTER PROGRAM...: runs each case in a separate process, like ctest.
 run_cases() {
     local filter=$1 case suite=''
     shift
-    while read -r case _; do # behind a case is its parameter
+    while read -r case _; do # a parameter may follow the case
         case $case in
         *.) suite=$case ;;
         *) RKUINFO_STRESS=1 "$@" --gtest_brief=1 --gtest_filter="$suite$case" </dev/null ;;
@@ -29,7 +29,7 @@ run_stress() {
     build windows agreement_tests store_oracle
     start_wine
     toolchains/run-wine.sh build/windows/bin/store_oracle.exe 100000 "$seed"
-    rm -rf build/{host,windows}/agreement # the traces of other seeds
+    rm -rf build/{host,windows}/agreement # traces of other seeds
     run_cases '*' build/host/bin/agreement_tests
     run_cases '*' toolchains/run-wine.sh build/windows/bin/agreement_tests.exe
     diff -r build/host/agreement build/windows/agreement

@@ -1,4 +1,4 @@
-# Cross toolchain: 64-bit Windows with MinGW-w64, POSIX threads, run through Wine.
+# Cross toolchain: 64-bit Windows with MinGW-w64 and POSIX threads. Programs run through Wine.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
@@ -8,5 +8,5 @@ set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # a client's CMAKE_PREFIX_PATH too
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # also searches a client's CMAKE_PREFIX_PATH
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-wine.sh)

@@ -1,12 +1,11 @@
 #!/usr/bin/env bash
-# Runs a Windows program of a build tree through Wine, in the throw-away prefix below build/, which it makes if
-# there is none.
+# Runs a Windows program of a build tree through Wine, in a disposable prefix below build/, which it creates if needed.
 set -eu
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 source "$root/scripts/wine.sh"
 wine_folder=$root/build/wine
 export WINEPREFIX=${WINEPREFIX:-$wine_folder/prefix}
-export LC_ALL=${LC_ALL:-C.UTF-8} # file names are written in the locale's encoding
+export LC_ALL=${LC_ALL:-C.UTF-8} # Wine writes file names in the locale's encoding
 export WINEDEBUG=${WINEDEBUG:--all}
 export HOME=${WINEPREFIX%/*}/home
 if [ -z "${DISPLAY:-}" ] && [ -e "$wine_folder/display" ]; then
@@ -18,7 +17,7 @@ fi
     exit 1
 }
 if [ ! -d "$WINEPREFIX/drive_c" ]; then
-    echo "run-wine.sh: making a Wine prefix in $WINEPREFIX, which takes a minute, once" >&2
+    echo "run-wine.sh: creating a Wine prefix in $WINEPREFIX, which takes a minute, once" >&2
     mkdir -p "$WINEPREFIX" "$HOME"
     wine_folder=${WINEPREFIX%/*} WINEDLLOVERRIDES=winemenubuilder.exe=d boot_wine
 fi

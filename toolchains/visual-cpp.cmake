@@ -1,5 +1,5 @@
-# Cross toolchain: 64-bit Windows with Visual C++'s ABI, by clang-cl and lld-link, run through Wine. The headers are
-# Wine's, libc++'s and the few in visual-cpp/; the libraries are made from visual-cpp/ and Wine's DLLs.
+# Cross toolchain: 64-bit Windows with Visual C++'s ABI, using clang-cl and lld-link. Programs run through Wine. The
+# headers are Wine's, libc++'s and the few in visual-cpp/; the libraries are built from visual-cpp/ and Wine's DLLs.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)
 set(CMAKE_C_COMPILER clang-cl-19)
@@ -14,17 +14,17 @@ set(CMAKE_FIND_ROOT_PATH /nonexistent)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # a client's CMAKE_PREFIX_PATH too
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # also searches a client's CMAKE_PREFIX_PATH
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-wine.sh)
 
 cmake_path(SET folder NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/visual-cpp-libraries)
 set(VISUAL_CPP_LIBRARIES ${folder} CACHE PATH "Where make-libraries.sh puts its libraries")
-option(VISUAL_CPP_WHOLE_LIBCXX "Link the whole of libc++, made from its sources, not the few functions of few.cpp" OFF)
+option(VISUAL_CPP_WHOLE_LIBCXX "Link the whole of libc++, built from its sources, instead of the few functions of few.cpp" OFF)
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VISUAL_CPP_LIBRARIES VISUAL_CPP_WHOLE_LIBCXX)
 set(folder ${CMAKE_CURRENT_LIST_DIR}/visual-cpp)
 execute_process(COMMAND ${folder}/make-libraries.sh ${VISUAL_CPP_LIBRARIES} COMMAND_ERROR_IS_FATAL ANY)
 
-# As make-libraries.sh, which compiles with the same headers.
+# make-libraries.sh has the same list.
 set(headers ${folder}/include /usr/lib/llvm-19/lib/clang/19/include
   /usr/include/wine/wine/msvcrt /usr/include/wine/wine/windows)
 set(VISUAL_CPP_HEADERS ${folder}/libcxx /usr/lib/llvm-19/include/c++/v1 ${headers})
@@ -34,17 +34,17 @@ list(TRANSFORM headers PREPEND " /clang:-isystem /clang:" OUTPUT_VARIABLE c_head
 string(APPEND CMAKE_C_FLAGS_INIT ${c_headers})
 list(TRANSFORM VISUAL_CPP_HEADERS PREPEND " /clang:-isystem /clang:" OUTPUT_VARIABLE cxx_headers)
 string(APPEND CMAKE_CXX_FLAGS_INIT ${cxx_headers})
-# llvm-rc overlooks the code page that a resource script names.
+# llvm-rc ignores the code page that a resource script specifies.
 set(CMAKE_RC_FLAGS_INIT "/C 65001 -I /usr/include/wine/wine/windows -I /usr/include/wine/wine/msvcrt")
 
-# start.lib and a libc++ stand for msvcrt.lib, vcruntime.lib and msvcprt.lib.
+# start.lib and a libc++ replace msvcrt.lib, vcruntime.lib and msvcprt.lib.
 if(VISUAL_CPP_WHOLE_LIBCXX)
   set(libcxx "libcxx.lib msvcp140.lib")
 else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-foreach(language C CXX) # cached: before CMake 3.21 its own cached variables would hide plain ones
+foreach(language C CXX) # cached, because before CMake 3.21 its own cached variables hide plain ones
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()
 foreach(kind EXE SHARED MODULE)

@@ -1,4 +1,4 @@
-// GKeyFile, which is the file as it once was, in memory; and dconf, of a database made by "dconf compile".
+// GKeyFile in memory, and dconf on a database created by "dconf compile".
 #include "peers.h"
 
 #include <dconf.h>

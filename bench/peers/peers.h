@@ -1,5 +1,5 @@
-// What a user of a Linux host would keep settings in instead, each with 1,000 entries in a folder of its own.
-// Narrow text alone crosses here: these are built with the host's own wchar_t.
+// Other stores for settings on Linux, each with 1,000 entries. The interface has narrow strings only, because
+// the peers are compiled with the host's own wchar_t.
 #pragma once
 
 #include <memory>
@@ -16,9 +16,10 @@ public:
     virtual ~Peer() = default;
     /// Reads one integer.
     virtual int read() = 0;
-    /// Reads the next of all the others; 0 where this is not measured.
+    /// Reads the next of the other integers; returns 0 if this is not measured.
     virtual int readNext() { return 0; }
-    /// Writes it so that it outlives the process, and gives success; false where a peer has no such thing.
+    /// Writes the integer so that it outlives the process. Returns false on failure or if this is not
+    /// measured.
     virtual bool write(int) { return false; }
 };
 

@@ -17,7 +17,7 @@ public:
         write(60);
     }
 
-    /// sync takes in what other processes wrote.
+    /// Calls sync first, to see what other processes have written.
     int read() override
     {
         m_settings.sync();

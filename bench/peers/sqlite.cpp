@@ -1,5 +1,5 @@
-// SQLite with a write-ahead log that waits for no disk, as the registry of winhost has it, and statements
-// prepared once.
+// SQLite with prepared statements and, like the registry of winhost, a write-ahead log whose commits do not
+// wait for the disk.
 #include "peers.h"
 
 #include <sqlite3.h>

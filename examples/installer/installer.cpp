@@ -1,5 +1,5 @@
-// What a language pack's installer records: the uninstall entry by which the default product knows that a
-// language is installed. The pack's folder beside the program is the other half.
+// Records the uninstall entry of a language pack, like its installer. The default product counts a language
+// as installed if it has this entry and a folder next to the program.
 #include "installation/installed.h"
 #include "installation/program_files.h"
 #include "platform/registry_key.h"
@@ -20,7 +20,7 @@ bool record(const uinfo::Language& language)
     return key && key.setString(L"UninstallString", L"uninstall.exe");
 }
 
-/// One that was never recorded is removed too.
+/// Returns true also if there is no such entry.
 bool remove(const uinfo::Language& language)
 {
     uinfo::PathBuffer path;
@@ -38,8 +38,8 @@ void printName(std::ostream& out, const wchar_t* name)
     }
 }
 
-/// Whether each is a language and, where it needs one, has its folder beside this program, saying which has
-/// not.
+/// Returns whether each name is a language and, if needFolders is true, has its folder next to this program.
+/// Reports the first that fails.
 bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
 {
     for (const wchar_t* const name : names) {
@@ -51,10 +51,10 @@ bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
         std::cerr << "installer: ";
         printName(std::cerr, name);
         if (known) {
-            std::cerr << " has no folder with its library beside this program: put it there first\n";
+            std::cerr << " has no folder with a DLL next to this program: put it there first\n";
             return false;
         }
-        std::cerr << " is no language; there are";
+        std::cerr << " is not a language: use one of";
         for (const uinfo::Language& language : uinfo::languages) {
             std::cerr << ' ';
             printName(std::cerr, language.shortName);
@@ -87,8 +87,8 @@ extern "C" int wmain(int argc, wchar_t** argv)
             printName(std::cerr, name);
             std::cerr
                 << " cannot be " << (removes ? "removed" : "recorded")
-                << ": the registry of the machine cannot be written: start this as its administrator or,\n"
-                   "on Linux, look for room in ~/.local/share and for the rights to it\n";
+                << ": the machine's registry is not writable: run this as administrator or, on Linux, check\n"
+                   "the free space and the permissions of ~/.local/share\n";
             return 1;
         }
     }

@@ -1,5 +1,5 @@
-// The start-up of an application, to copy: names from the command line, InitVelaConfig, the user's tree, and
-// then the work, which here is to say who and where the program is.
+// An application's start-up, as a template: reads names from the command line, calls InitVelaConfig, creates
+// the user's tree and then does its work, which is to print the program's names and folders.
 #include "loading/loading.h"
 
 #include <RkUInfo.hpp>
@@ -17,7 +17,7 @@ constexpr int exitUsage = 2;
 /// The words of a command line.
 using Words = std::span<wchar_t* const>;
 
-/// A name that is not given stays null: the library then finds it.
+/// A name that is not given stays null; the library then chooses it.
 struct Names
 {
     const wchar_t* company = nullptr;
@@ -26,7 +26,7 @@ struct Names
     const wchar_t* profile = nullptr;
 };
 
-/// Where an option's value goes; null for an unknown option.
+/// Returns where an option's value is stored; null for an unknown option.
 const wchar_t** placeOf(const std::string& option, Names& names)
 {
     if (option == "--company") {
@@ -54,7 +54,8 @@ std::optional<Names> parse(Words words)
     return names;
 }
 
-/// Once, before any other thread or module uses the library. The user's tree is made at the first start.
+/// Call this once, before any other thread or module uses the library. The first start creates the user's
+/// tree.
 std::error_code start(const Names& names)
 {
     const TarvoConfig::Error error =
@@ -71,7 +72,7 @@ void work()
     print("company", rkuinfo::utf8(config.companyName()));
     print("product", rkuinfo::utf8(config.productName()));
     print("language", rkuinfo::utf8(config.language().shortName()));
-    print("in itself", rkuinfo::utf8(config.language().localName()));
+    print("local name", rkuinfo::utf8(config.language().localName()));
     print("settings", rkuinfo::utf8(rkuinfo::text(GetVelaRegistryCurrentProfileRootKey)));
     print("program", rkuinfo::utf8(rkuinfo::text(GetVelaProgramPath)));
     print("support", rkuinfo::utf8(rkuinfo::text(GetUserApplicationDataSupportPath)));
@@ -100,7 +101,7 @@ extern "C" int wmain(int argc, wchar_t** argv)
     loadLibrariesSafely();
     try {
         return run(Words(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
-    } catch (RkException* exception) { // thrown without memory; by pointer, as the whole family is
+    } catch (RkException* exception) { // memory is exhausted; the whole family is thrown by pointer
         std::cerr << rkuinfo::utf8(exception->className()) << ' ' << exception->code() << '\n';
         delete exception;
         return exitFailed;

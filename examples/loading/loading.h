@@ -1,6 +1,6 @@
-// The first thing that a program does.
+// The first step of a program.
 #pragma once
 
-/// From here on libraries are looked for in the program's and the system's folder alone; docs/LOADING.md says
-/// why. On a Linux host no code of a library that is loaded by name runs, and there is nothing to do.
+/// Restricts the search for libraries to the program's and the system's folder; docs/LOADING.md explains why.
+/// Does nothing on Linux, where no code of a library that is loaded by name runs.
 void loadLibrariesSafely();

@@ -1,4 +1,4 @@
-// An application that uses the module: it shows the palettes of last time, then moves them.
+// An application that uses the module: prints the palettes of the last run, then moves them.
 #include "palettes.h"
 
 #include "loading/loading.h"
@@ -16,7 +16,7 @@ void printPalette(const Palette& palette)
               << ", " << at.top << '\n';
 }
 
-/// What a user does with windows. False when it cannot be remembered.
+/// Moves windows, like a user. Returns false if that cannot be saved.
 bool arrangePalettes()
 {
     for (const Palette& palette : {Palette{rkuinfo::text(L"Layers"), {20, 80, 240, 600}},

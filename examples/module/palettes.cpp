@@ -1,5 +1,5 @@
-// A module of the application: it reads and writes settings of its own. The application's launcher has
-// started the library (InitVelaConfig) long before; a module only uses it.
+// A module of the application, with its own settings. The launcher has called InitVelaConfig before any
+// module uses the library.
 //
 // Below the user's settings:  Palettes               Limit (number)
 //                             Palettes\{name}        Layout (bytes)
@@ -14,13 +14,14 @@ namespace {
 constexpr auto settings = TarvoConfig::eSettings;
 constexpr std::int32_t defaultLimit = 8;
 
-/// The value path of a palette's layout. A name must hold no separator: it is a key's name.
+/// Returns the value path of a palette's layout. name becomes a key's name, so it must not contain a
+/// separator.
 rkuinfo::Text layoutPath(const rkuinfo::Text& name)
 {
     return rkuinfo::text(L"Palettes\\") + name + rkuinfo::text(L"\\Layout");
 }
 
-/// What is stored may come from an older version, or from anyone: its size is checked before it is trusted.
+/// Returns nothing if the size differs: an older version or another program may have stored the bytes.
 std::optional<WindowLayout> layoutFrom(const rkuinfo::Bytes& bytes)
 {
     WindowLayout layout = {};
@@ -43,7 +44,7 @@ std::error_code savePalette(const Palette& palette)
 std::vector<Palette> savedPalettes()
 {
     std::vector<Palette> palettes;
-    // A key that does not exist yet gives an empty range: nobody has saved a palette.
+    // If no palette has been saved, the key does not exist and the range is empty.
     for (const rkuinfo::Text& name : rkuinfo::items(settings, L"Palettes")) {
         const auto bytes = rkuinfo::get<rkuinfo::Bytes>(settings, layoutPath(name));
         if (const auto layout = layoutFrom(bytes.value_or(rkuinfo::Bytes()))) {
@@ -55,7 +56,7 @@ std::vector<Palette> savedPalettes()
 
 std::int32_t paletteLimit()
 {
-    // Read on each use: another process may have changed it, and reading costs microseconds.
+    // Read on each call, because another process may have changed it; this takes microseconds.
     return rkuinfo::get<std::int32_t>(settings, L"Palettes\\Limit").value_or(defaultLimit);
 }
 

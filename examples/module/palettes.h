@@ -1,4 +1,4 @@
-// What the module offers to the application: its tool palettes, which come back where the user left them.
+// The module's interface: tool palettes that reappear where the user left them.
 #pragma once
 
 #include <RkUInfo.hpp>
@@ -15,7 +15,7 @@
 #define PALETTES_API __declspec(dllimport)
 #endif
 
-/// Where a window is. It is stored as these bytes: a layout with other fields gets another value name.
+/// The position of a window, stored as these bytes. If the fields change, change the value name too.
 struct WindowLayout
 {
     std::int32_t left;
@@ -24,7 +24,7 @@ struct WindowLayout
     std::int32_t height;
 };
 
-/// Classes cross the border between modules because all of them share one C++ runtime.
+/// Can be passed between modules because all of them share one C++ runtime.
 struct Palette
 {
     rkuinfo::Text name;
@@ -34,6 +34,6 @@ struct Palette
 PALETTES_API std::error_code savePalette(const Palette& palette);
 PALETTES_API std::vector<Palette> savedPalettes();
 
-/// How many palettes may be open at once.
+/// Returns the number of palettes that may be open at once.
 PALETTES_API std::int32_t paletteLimit();
 PALETTES_API std::error_code setPaletteLimit(std::int32_t limit);

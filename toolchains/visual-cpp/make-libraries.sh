@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# make-libraries.sh FOLDER            makes the libraries that visual-cpp.cmake links with, unless they are there
-# make-libraries.sh FOLDER SOURCES    makes libcxx.lib there, from the folder src of libc++'s sources
+# make-libraries.sh FOLDER            builds the libraries that visual-cpp.cmake links with, unless they are up to date
+# make-libraries.sh FOLDER SOURCES    builds libcxx.lib from SOURCES, the folder src of libc++
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 libraries=$1
 wine_dlls=/usr/lib/x86_64-linux-gnu/wine/x86_64-windows
 wine_headers=/usr/include/wine/wine
 
-# The headers, as in visual-cpp.cmake, and what Visual C++'s own libraries are compiled for.
+# The headers are those of visual-cpp.cmake.
 compile=(clang-cl-19 --target=x86_64-pc-windows-msvc19.40 /nologo /c /X)
 for headers in "$here/libcxx" /usr/lib/llvm-19/include/c++/v1 "$here/include" /usr/lib/llvm-19/lib/clang/19/include \
     "$wine_headers/msvcrt" "$wine_headers/windows"; do
@@ -15,7 +15,7 @@ for headers in "$here/libcxx" /usr/lib/llvm-19/include/c++/v1 "$here/include" /u
 done
 compile+=(-DWINE_UNICODE_NATIVE -D_LIBCPP_DISABLE_VISIBILITY_ANNOTATIONS /EHsc /MD /O2 /GS- /Brepro)
 
-# Wine's own import libraries have names that its DLLs lack, and the other way round.
+# Creates an import library from a DLL of Wine, because Wine's own import libraries do not match its DLLs.
 make_import_library() {
     local name=$1 definitions=$2/$1.def
     {
@@ -31,16 +31,16 @@ make_libraries() {
         version; do
         make_import_library "$name" "$work"
     done
-    # CMake links every program with these; what they would give is not used here.
+    # CMake links every program with these libraries, although nothing here uses them.
     cp "$work/ole32.lib" "$work/uuid.lib"
     cp "$work/user32.lib" "$work/winspool.lib"
 
-    # Behind --, since a path such as /work/... would be taken for the option /w.
+    # After --, because clang-cl would read a path such as /work/... as the option /w.
     for name in start dll dllmain main wmain statics guards heap; do
         "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/runtime/$name.cpp"
     done
     "${compile[@]}" /std:c++20 /W4 /WX /GR- "/Fo$work/" -- "$here/runtime/type_info.cpp"
-    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # by names that are the same wherever they were made
+    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # relative names: reproducible
     "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/libcxx/few.cpp"
     (cd "$work" && llvm-lib-19 /nologo /out:few.lib few.obj)
 }

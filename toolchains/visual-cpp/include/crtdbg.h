@@ -1,4 +1,4 @@
-// What Visual C++'s crtdbg.h has beside Wine's; GoogleTest uses it.
+// Adds the parts of Visual C++'s crtdbg.h that Wine's lacks and GoogleTest uses.
 #pragma once
 
 #include_next <crtdbg.h>

@@ -1,4 +1,4 @@
-// What Visual C++'s ctype.h and wctype.h have beside Wine's.
+// Adds the parts of Visual C++'s ctype.h and wctype.h that Wine's lack.
 #pragma once
 
 #include_next <ctype.h>

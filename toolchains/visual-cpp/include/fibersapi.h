@@ -1,4 +1,4 @@
-// What libc++ takes from here is in Wine's windows.h.
+// Wine's windows.h declares the functions that libc++ uses from this header.
 #pragma once
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// Wine's io.h without its macro for open, which is also a member function's name in the C++ library.
+// Removes Wine's macro open, which is also the name of a member function in the C++ library.
 #pragma once
 
 #include_next <io.h>

@@ -1,4 +1,4 @@
-// The C++ overloads that Visual C++'s math.h has where Wine's has macros.
+// Replaces macros of Wine's math.h by the C++ overloads of Visual C++'s.
 #pragma once
 
 #include_next <math.h>

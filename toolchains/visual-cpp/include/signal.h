@@ -1,4 +1,4 @@
-// Wine's header does not have this type.
+// Adds a type that Wine's header lacks.
 #pragma once
 
 #include_next <signal.h>

@@ -1,4 +1,4 @@
-// What Visual C++'s stdio.h has beside Wine's.
+// Adds the parts of Visual C++'s stdio.h that Wine's lacks.
 #pragma once
 
 #include_next <stdio.h>

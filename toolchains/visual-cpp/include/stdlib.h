@@ -1,4 +1,4 @@
-// What Visual C++'s stdlib.h has beside Wine's.
+// Adds the parts of Visual C++'s stdlib.h that Wine's lacks.
 #pragma once
 
 #include_next <stdlib.h>

@@ -1,4 +1,4 @@
-// What Visual C++'s time.h has beside Wine's.
+// Adds the parts of Visual C++'s time.h that Wine's lacks.
 #pragma once
 
 #include_next <time.h>

@@ -1,4 +1,4 @@
-// std::exception and its family, as vcruntime140.dll knows them.
+// std::exception and its derived classes, with the layout that vcruntime140.dll uses.
 #pragma once
 
 #include <vcruntime.h>

@@ -1,4 +1,4 @@
-// The heap operators, which runtime/heap.cpp defines.
+// Declares the heap operators, which runtime/heap.cpp defines.
 #pragma once
 
 #include <vcruntime_exception.h>

@@ -1,4 +1,4 @@
-// type_info, as vcruntime140.dll reads it.
+// type_info, with the layout that vcruntime140.dll uses.
 #pragma once
 
 #include <vcruntime_exception.h>

@@ -1,4 +1,4 @@
-// Visual C++ has the words of its structured exceptions in here too.
+// Adds the keywords of structured exception handling, which Visual C++'s windows.h defines too.
 #pragma once
 
 #include_next <windows.h>

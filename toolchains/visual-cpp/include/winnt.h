@@ -1,4 +1,4 @@
-// Wine defines an intrinsic that clang has built in for this target.
+// Renames an intrinsic that Wine defines, because clang has it built in for this target.
 #pragma once
 
 #define _InterlockedCompareExchange128 wineInterlockedCompareExchange128

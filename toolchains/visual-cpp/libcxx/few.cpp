@@ -1,4 +1,4 @@
-// The few functions of libc++'s own library that a client of RkUInfo.hpp and its examples need.
+// The few functions of libc++'s library that the examples and other clients of RkUInfo.hpp need.
 #include <cstdlib>
 #include <memory>
 #include <new>

@@ -1,4 +1,4 @@
-// For a DLL that has no DllMain.
+// The DllMain of a DLL that defines none.
 #include <windows.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID)

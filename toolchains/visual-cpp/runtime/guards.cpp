@@ -1,5 +1,5 @@
-// What compiled code checks itself with: the stack's cookie and pages, and the targets of indirect calls.
-// Windows' loader puts its own check in the place of the one here; Wine's does not.
+// The run-time checks of compiled code: the stack's cookie and pages, and the targets of indirect calls.
+// Windows' loader replaces the last check by its own; Wine's does not.
 #include <windows.h>
 
 extern "C" {
@@ -13,7 +13,7 @@ void __security_check_cookie(ULONGLONG cookie)
     }
 }
 
-// Touches every page between the stack pointer and rax bytes below it.
+// Touches every page of the rax bytes below the stack pointer.
 __attribute__((naked)) void __chkstk()
 {
     __asm__("pushq %rcx\n\tpushq %rax\n\tcmpq $4096, %rax\n\tleaq 24(%rsp), %rcx\n\tjb 1f\n"
@@ -34,7 +34,7 @@ __declspec(allocate(".00cfg")) extern const
 __declspec(allocate(".00cfg")) extern const
     void* const __guard_dispatch_icall_fptr = reinterpret_cast<const void*>(callUnchecked);
 
-// The linker's: tables of what may be called, and flags that say which tables there are.
+// Defined by the linker: tables of valid call targets, and flags that say which tables exist.
 extern const char __guard_fids_table[], __guard_fids_count[], __guard_flags[];
 extern const char __guard_iat_table[], __guard_iat_count[];
 extern const char __guard_longjmp_table[], __guard_longjmp_count[];
@@ -42,7 +42,7 @@ extern const char __guard_longjmp_table[], __guard_longjmp_count[];
 struct LoadConfig
 {
     DWORD size;
-    char before[84]; // nothing that this runtime has
+    char before[84]; // fields that this runtime does not use
     const ULONGLONG* securityCookie;
     ULONGLONG safeHandlers[2];
     const void* const* guardCheck;

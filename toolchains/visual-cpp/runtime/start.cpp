@@ -1,5 +1,5 @@
-// The start and the end of a module: its static objects, between the marks that the linker sorts the
-// initialisers by.
+// Constructs and destroys a module's static objects. The linker sorts their initialisers between the marks
+// below.
 #include "start.h"
 
 namespace {

@@ -1,17 +1,17 @@
-// What the entry points share.
+// Functions that the entry points share.
 #pragma once
 
-#define atexit importedAtexit // Wine declares it as imported, which the module's own is not
+#define atexit importedAtexit // Wine declares it as imported, but each module defines its own
 #include <stdlib.h>
 #include <windows.h>
 #undef atexit
 
 extern "C" {
 
-/// Makes the module's static objects; false when one of its C initialisers fails.
+/// Constructs the module's static objects. Returns false if a C initialiser fails.
 bool startModule();
 
-/// Destroys them, the last first.
+/// Destroys them in reverse order.
 void endModule();
 
 int __cdecl _crt_atexit(void(__cdecl* function)());

@@ -1,4 +1,4 @@
-// Local statics that are made once whichever thread comes first, and the thread-local storage that they use.
+// Thread-safe construction of local statics, and the thread-local storage that it uses.
 #include <windows.h>
 
 extern "C" {
@@ -21,8 +21,8 @@ __declspec(allocate(".rdata$T")) extern const IMAGE_TLS_DIRECTORY64 _tls_used = 
     0,
     0};
 
-// A guard is 0 before, -1 while its static is made, and the epoch of that moment afterwards; compiled code
-// comes here unless the guard is no newer than what its thread has seen.
+// A guard is 0 before its static is constructed, -1 during construction, and the epoch of that construction
+// afterwards. Compiled code calls _Init_thread_header unless the guard is not newer than its thread's epoch.
 int _Init_global_epoch = static_cast<int>(0x80000000);
 __declspec(thread) int _Init_thread_epoch = static_cast<int>(0x80000000);
 static SRWLOCK lock = SRWLOCK_INIT;

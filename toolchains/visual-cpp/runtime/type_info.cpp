@@ -1,10 +1,11 @@
-// type_info's virtual table, which every type descriptor refers to. Alone, and without RTTI: clang would name
-// the table that it makes apart from the one that the descriptors of the same source refer to.
+// The virtual table of type_info, to which every type descriptor refers. In a separate source without RTTI,
+// because clang would otherwise give the table another name than the one to which descriptors in the same
+// source refer.
 #include <typeinfo>
 
 static volatile int destroyed;
 
 type_info::~type_info() noexcept
 {
-    destroyed = 1; // clang leaves out the table of an empty one
+    destroyed = 1; // for an empty destructor clang emits no table
 }
