@@ -81,7 +81,7 @@ void write(benchmark::State& state)
     }
 }
 
-/// Measures a walk, per value: key, value, step and a share of findItem.
+/// Measures the cost per value of a walk: findItem once, then key, value and step for each value.
 void enumerate(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();

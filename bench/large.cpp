@@ -90,7 +90,7 @@ double processorTime()
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }
 
-/// Returns the cost of one of the steps that work performs: the median of several runs.
+/// Returns the cost of a step of work, which performs the given number of steps: the median of several runs.
 double cost(int steps, const std::function<void()>& work)
 {
     std::array<double, 9> times{};
@@ -161,7 +161,7 @@ double walkCost(TarvoConfig& config, int keys)
     return times[rounds / 2];
 }
 
-/// Reads settings from the store's file by two prepared selects each.
+/// Reads settings directly from the store's file, by two prepared statements per setting.
 class Selects
 {
 public:

@@ -26,7 +26,7 @@ double time(const std::function<void()>& work, long repeat)
            static_cast<double>(repeat);
 }
 
-/// Returns how many repetitions fit into a batch. Finding out also warms up the caches.
+/// Returns how many repetitions fit into a batch, and warms up the caches.
 long repeatFor(const std::function<void()>& work)
 {
     long repeat = 1;

@@ -20,8 +20,8 @@ struct Pair
     double differenceLimit = 0; // of ours - other, in nanoseconds; 0 for none
 };
 
-/// Measures each pair whose row contains only, and writes one JSON object per line. Times are in nanoseconds;
-/// ours, other, ratio and difference are separate medians.
+/// Measures the pairs whose row contains the string only, and writes a JSON object per line. Times are in
+/// nanoseconds; ours, other, ratio and difference are separate medians.
 void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& only);
 
 /// Keeps the compiler from removing an unused result.

@@ -1,4 +1,4 @@
-// Compares the whole run of a client that only starts up with that of an empty program.
+// Compares the time that a client needs to start up and exit with that of an empty program.
 #include "pairs.h"
 
 #include <spawn.h>

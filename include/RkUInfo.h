@@ -30,8 +30,9 @@ RKUINFO_API TarvoConfig* velaConfig();
 /// - profile: the current profile that the profiles key names
 ///
 /// A profile argument replaces a different profile that the profiles key names. Start-up records its choices
-/// in existing keys only; CreateConfigReg creates them. If the language argument is unknown, no language is
-/// installed, or the user declines the proposed language, the process exits with code 1 after a message box.
+/// only in keys that exist; CreateConfigReg creates the keys. If the language argument is unknown, no
+/// language is installed, or the user declines the proposed language, the process exits with code 1 after a
+/// message box.
 /// @return eOk, also after an earlier success; eInvalidInput if company or product has 255 or more
 ///         characters, if a path does not fit, or after an earlier failure; eRegistryError if the language's
 ///         folder cannot be read

@@ -1,5 +1,5 @@
-# Builds optimised trees and measures them. Writes the figures of the table to build/bench/results.json and those of the
-# plot to scale.json.
+# Builds the benchmarks with optimisation and runs them. Writes the figures of the table to build/bench/results.json and
+# those of the plot to scale.json.
 
 bench=$PWD/build/bench
 bench_run=$bench/run # for files that the measured programs write

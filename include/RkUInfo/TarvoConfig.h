@@ -108,7 +108,7 @@ public:
     Error setValue(Path path, const wchar_t* valuePath, const VelaVariant& value);
 
     /// Reads a value of the iterator's current sub-key.
-    /// @return the results of the other getValue, or those of ItemIterator::name
+    /// @return the results of getValue by path, or those of ItemIterator::name
     Error getValue(const ItemIterator& item, const wchar_t* valueName, VelaVariant& value) const;
     /// Writes a value of the iterator's current sub-key.
     /// @return eOk, eNotFound (no key, or it cannot be opened for writing), eRegistryError, or the
@@ -195,7 +195,7 @@ private:
 ///
 /// The iterator walks by index into the live key, up to the count that findItem has read. It keeps the key
 /// open until it is destroyed or assigned to. A copy has the same index and count and opens the key again; if
-/// that fails, for example because the key has been removed, it holds no key. Distinct iterators may be used
+/// that fails, for example because the key has been removed, it holds no key. Different iterators may be used
 /// from several threads at once.
 class TarvoConfig::ItemIterator
 {

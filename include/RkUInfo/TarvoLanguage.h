@@ -11,8 +11,8 @@
 /// Identifies a user-interface language by its index: 0..14, in alphabetical order of the short names, or -1
 /// for the unknown language. Short names ("en-US") are compared ignoring case.
 ///
-/// Returned strings belong to the library or to the object. Distinct objects may be used from several threads
-/// at once; so may localName() of one object.
+/// Returned strings belong to the library or to the object. Different objects may be used from several
+/// threads at once; localName() may also be called for one object from several threads.
 class RKUINFO_API TarvoLanguage
 {
 public:

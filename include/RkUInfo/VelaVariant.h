@@ -105,9 +105,9 @@ public:
         }
     }
 
-    /// Copies size bytes. With null data or size 0 the object becomes an eBinary without a block, and also if
-    /// this throws: code 3 for a negative size, code 6 if the allocation fails. The bytes may be in this
-    /// object's block.
+    /// Copies size bytes, which may be in this object's block. The object becomes an eBinary, without a block
+    /// if data is null, size is 0 or this throws. Throws code 3 for a negative size and code 6 if the
+    /// allocation fails.
     void setBinary(const void* data, std::int32_t size)
     {
         char* const old = m_data;
@@ -137,7 +137,7 @@ public:
         return reinterpret_cast<const wchar_t*>(m_data + headerSize);
     }
 
-    /// Returns the first of blockSize() - 4 bytes, or null if there are none.
+    /// Returns the data, which has blockSize() - 4 bytes, or null if there is none.
     const void* getBinary() const noexcept
     {
         return m_type == eBinary && hasBlock() ? m_data + headerSize : nullptr;

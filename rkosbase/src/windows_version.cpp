@@ -5,7 +5,7 @@
 
 namespace {
 
-/// The structure that RtlGetVersion fills. Unlike GetVersionExW, its result does not depend on the program's
+/// The structure that RtlGetVersion fills. Unlike GetVersionExW, that function ignores the program's
 /// manifest.
 struct SystemVersion
 {

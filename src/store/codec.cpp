@@ -14,8 +14,8 @@ struct FreeBlock
     void operator()(void* block) const { std::free(block); }
 };
 
-/// The buffer for the second query. VelaVariant allocates it, so that a failure throws like that of a value
-/// block.
+/// The buffer for the second query. VelaVariant allocates it, so that exhausted memory is reported as for a
+/// value.
 class Temporary
 {
 public:

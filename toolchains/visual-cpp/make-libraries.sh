@@ -40,7 +40,7 @@ make_libraries() {
         "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/runtime/$name.cpp"
     done
     "${compile[@]}" /std:c++20 /W4 /WX /GR- "/Fo$work/" -- "$here/runtime/type_info.cpp"
-    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # relative names: reproducible
+    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # relative names keep it reproducible
     "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/libcxx/few.cpp"
     (cd "$work" && llvm-lib-19 /nologo /out:few.lib few.obj)
 }

@@ -1,6 +1,6 @@
-// The virtual table of type_info, to which every type descriptor refers. In a separate source without RTTI,
-// because clang would otherwise give the table another name than the one to which descriptors in the same
-// source refer.
+// The virtual table of type_info, to which every type descriptor refers. It is compiled separately and
+// without RTTI, because type descriptors in the same source would refer to it by another name than clang
+// gives it.
 #include <typeinfo>
 
 static volatile int destroyed;
