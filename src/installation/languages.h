@@ -15,7 +15,8 @@ struct Language
     int preference;       ///< start-up proposes the installed language with the lowest number
 };
 
-/// Ordered by index, which is part of the interface: append new rows. langpacks/CMakeLists.txt reads these rows.
+/// Ordered by index, which is part of the interface: append new rows. langpacks/CMakeLists.txt reads these
+/// rows.
 // clang-format off
 inline constexpr Language languages[] = {
     {L"cs-CZ", L"Czech",               1029, 1001,  7},
