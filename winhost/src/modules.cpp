@@ -6,7 +6,6 @@
 #include "pe_resources.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <filesystem>
@@ -62,10 +61,14 @@ bool isHostCode(HMODULE module)
     return module != nullptr && handleOf(module) == module;
 }
 
-std::string absolute(const char* file)
+/// Returns the full path, with links in the folder resolved. The file's name stays as it is, because
+/// GetModuleHandleW is called with the name by which a module was loaded.
+std::string absolute(const std::filesystem::path& file)
 {
-    const std::unique_ptr<char, decltype(&std::free)> path(realpath(file, nullptr), &std::free);
-    return path ? std::string(path.get()) : std::string(file);
+    std::error_code failure;
+    const auto full = std::filesystem::absolute(file, failure);
+    const auto folder = std::filesystem::canonical(full.parent_path(), failure);
+    return (failure ? file : folder / full.filename()).native();
 }
 
 std::string hostCodeFile(HMODULE module)
@@ -127,7 +130,7 @@ HMODULE findModule(TextView name)
     const bool byPath = hasFolder(name);
     const std::optional<std::string> path = byPath ? findOnHost(name) : std::nullopt;
     const auto isIt = [&](const std::string& file) {
-        return byPath ? path && absolute(path->c_str()) == file
+        return byPath ? path && absolute(*path) == file
                       : equalIgnoringCase(fileName(windowsPath(file)), name);
     };
     if (isIt(executableFile())) {
@@ -330,7 +333,7 @@ HMODULE LoadLibraryExW(LPCWSTR name, HANDLE /*file*/, DWORD flags)
         return fail((flags & LOAD_LIBRARY_AS_DATAFILE) != 0 ? ERROR_FILE_NOT_FOUND : ERROR_MOD_NOT_FOUND);
     }
     const bool mayRun = isFullPath(fullName) || file->starts_with(programFolder());
-    return loadFile(absolute(file->c_str()), (flags & dataFlags) != 0, mayRun);
+    return loadFile(absolute(*file), (flags & dataFlags) != 0, mayRun);
 }
 
 BOOL FreeLibrary(HMODULE module)
