@@ -1,8 +1,8 @@
-# Builds the library as other people do: in each kind of build that CMake makes, and as a part of another project.
+# Builds the library as other people do: each kind of CMake build, installed, and as a part of another project.
 
 builds=$PWD/build/builds
 
-# row NAME FUNCTION ARGUMENT...: notes whether it passed; what it said is in NAME.log.
+# row NAME FUNCTION ARGUMENT...: calls the function and reports whether it passed; its output is in NAME.log.
 row() {
     local name=$1 log=$builds/$1.log
     shift
@@ -16,7 +16,7 @@ row() {
     fi
 }
 
-# By itself: the library, its languages and a program of the examples, without a warning.
+# Not in another project: the library, its languages and one of the examples, without warnings.
 alone() {
     local folder=${*: -1}
     cmake -S . -B "$folder" -DRKUINFO_TESTS=OFF -DCMAKE_COMPILE_WARNING_AS_ERROR=ON "${@:1:$#-1}" &&
@@ -27,7 +27,7 @@ no_build_type() {
     alone -G Ninja "$1" && grep -q -e '-O2 -g' "$1/build.ninja"
 }
 
-# Each configuration's program is beside the languages.
+# Each configuration's folder has the program and the languages.
 several_configurations() {
     local folder=${*: -1} configuration
     alone -G 'Ninja Multi-Config' "$@" &&
@@ -37,39 +37,48 @@ several_configurations() {
         done
 }
 
-# As a part of a project whose program starts from its own folder, to which another language is refused.
-guest() {
-    local folder=${*: -1} run=("${@: -1}/guest")
-    local options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
-    cmake -S tests/guest -B "$folder" "${options[@]}" && cmake --build "$folder" || return 1
-    # Windows would read UTF-8 as the ANSI code page; Wine and winhost read both right.
-    [ "$(od -An -tx1 -N2 "$folder/TARVO.ini")" = ' ff fe' ] || return 1
-    [ ! -e "$folder/guest.exe" ] || run=(toolchains/run-wine.sh "$folder/guest.exe")
-    mkdir -p "$folder/home"
-    [ "$(HOME=$folder/home XDG_DATA_HOME='' "${run[@]}" | tr -d '\r')" = 3 ] || return 1
-    ! cmake -S tests/guest -B "$folder" -DGUEST_LANGUAGES=xx-XX 2>"$folder/refused" &&
-        grep -q 'there is no language xx-XX, but cs-CZ, de-DE' "$folder/refused"
+# guest_starts FOLDER: runs the program of that folder, for a user who has no settings.
+guest_starts() {
+    local run=("$1/guest")
+    [ ! -e "$1/guest.exe" ] || run=(toolchains/run-wine.sh "$1/guest.exe")
+    mkdir -p "$1/home"
+    [ "$(HOME=$1/home XDG_DATA_HOME='' "${run[@]}" | tr -d '\r')" = 3 ]
 }
 
-# installed BINDIR LIBDIR FOLDER: what is installed there starts, serves a client and is gone without a trace.
+# As a part of a project: its program starts from the build folder, and without that folder when it is installed. CMake
+# refuses an unknown language.
+guest() {
+    local folder=${*: -1}
+    local build=$folder/build options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
+    cmake -S tests/guest -B "$build" "${options[@]}" && cmake --build "$build" || return 1
+    # Windows would read UTF-8 as the ANSI code page; Wine and winhost read both correctly.
+    [ "$(od -An -tx1 -N2 "$build/TARVO.ini")" = ' ff fe' ] || return 1
+    guest_starts "$build" && cmake --install "$build" --prefix "$folder/package" || return 1
+    ! cmake -S tests/guest -B "$build" -DGUEST_LANGUAGES=xx-XX 2>"$folder/refused" &&
+        grep -q 'there is no language xx-XX, but cs-CZ, de-DE' "$folder/refused" || return 1
+    rm -rf "$build"
+    guest_starts "$folder/package/bin"
+}
+
+# installed BINDIR LIBDIR FOLDER: installs, starts the client, builds a guest, and uninstalls without a trace.
 installed() {
-    local folder=$3 place=$3/stage lib
-    local lib=$2
+    local folder=$3 place=$3/stage lib=$2
     [ "${lib#/}" != "$lib" ] || lib=$folder/prefix/$lib
     cmake -S . -B "$folder" -G Ninja -DRKUINFO_TESTS=OFF -DCMAKE_INSTALL_PREFIX="$folder/prefix" \
         -DCMAKE_INSTALL_BINDIR="$1" -DCMAKE_INSTALL_LIBDIR="$2" &&
         cmake --build "$folder" --target shipped &&
         DESTDIR=$place cmake --install "$folder" && [ ! -e "$folder/prefix" ] && [ ! -e "$lib" ] &&
-        diff <(sed "s,^,$place," "$folder/install_manifest.txt" | sort) <(find "$place" -type f | sort) &&
+        diff <(sed "s,^,$place," "$folder/install_manifest.txt" | sort) <(find "$place" ! -type d | sort) &&
         DESTDIR=$place cmake --build "$folder" --target uninstall || return 1
-    ! find "$place" -type f -o -name RkUInfo -o -name de-DE | grep . || return 1
+    ! find "$place" ! -type d -o -name RkUInfo -o -name rkuinfo | grep . || return 1
     cmake --install "$folder" && "$folder/prefix/$1/rkuinfo" --version &&
         rm -rf "$folder/guest" && guest -DRkUInfo_DIR="$lib/cmake/RkUInfo" "$folder/guest" &&
         ls "$(PKG_CONFIG_PATH=$lib/pkgconfig pkg-config --variable=libdir rkuinfo)/libRkUInfo.so" &&
         cmake --build "$folder" --target uninstall
 }
 
-# One package with the libraries of both of Visual C++'s runtimes: a client gets its own or a message that they are missing.
+# One package with the libraries for both of Visual C++'s runtimes: a client is linked with those of its own runtime, or
+# CMake reports that they are missing.
 both_runtimes() {
     local folder=$1 client=$1/consumer configuration
     local toolchain=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/visual-cpp.cmake
@@ -93,7 +102,7 @@ both_runtimes() {
         cmp "$client/Debug/RkUInfo.pdb" "$folder/package/debug/bin/RkUInfo.pdb"
 }
 
-# The same sources give the same libraries; ./dev package asks it of MinGW's.
+# The same sources produce the same libraries. ./dev package checks this for MinGW's.
 reproducible() {
     build visual-cpp RkUInfo &&
         tests/package/check.sh reproducible "$PWD/build/visual-cpp" visual-cpp bin/RkOsBase.dll bin/RkUInfo.dll \
