@@ -1,92 +1,104 @@
-# What ships, and where: programs, language folders and, on Windows, the libraries in bin; the rest as usual.
+# Install rules. On Windows everything that a program loads is in bin: libraries, programs and language folders. Elsewhere
+# the libraries are in lib, programs and languages in lib/rkuinfo, and bin has a link to the client.
+# Components: library, development and tool.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Sets RESULT to the way from one folder of the installation to another: none leads out of a moved prefix, so that an
-# absolute folder is named as it is.
-function(way result from to)
+# Sets <result> to the path that leads from <from> to <to>, two folders of the installation, with <prefix> before it.
+# An absolute folder does not move with the install prefix, so the path from or to it is absolute.
+function(path_between result from to prefix)
   if(IS_ABSOLUTE "${to}")
     set(${result} "${to}" PARENT_SCOPE)
   elseif(IS_ABSOLUTE "${from}")
     set(${result} "${CMAKE_INSTALL_PREFIX}/${to}" PARENT_SCOPE)
   else()
     file(RELATIVE_PATH relative "/prefix/${from}" "/prefix/${to}")
-    set(${result} "${ARGN}${relative}" PARENT_SCOPE)
+    set(${result} "${prefix}${relative}" PARENT_SCOPE)
   endif()
 endfunction()
 
 set(libraries RkUInfo RkOsBase)
+set(program_folder ${CMAKE_INSTALL_BINDIR})
+if(NOT WIN32)
+  list(APPEND libraries winhost) # used by the other two; clients include none of its headers
+  set(program_folder ${CMAKE_INSTALL_LIBDIR}/rkuinfo)
+endif()
 set(programs "")
 if(RKUINFO_TOOLS)
-  set(programs rkuinfo)
+  list(APPEND programs rkuinfo)
 endif()
-set(dependencies "")
 if(RKUINFO_EXAMPLES)
   list(APPEND programs installer)
 endif()
-if(NOT WIN32)
-  set(dependencies winhost) # behind the libraries; clients include none of its headers
-endif()
-# What ./dev package builds.
+# Everything that is installed.
 add_custom_target(shipped)
-add_dependencies(shipped ${libraries} ${programs} ${dependencies} langpacks)
+add_dependencies(shipped ${libraries} ${programs} langpacks)
 
-# Visual C++ has a C runtime for Debug of its own, so a package may have the libraries twice.
+# Visual C++ has a separate C runtime for Debug, so a package may have the libraries twice.
 set(debug "")
 if(MSVC)
-  set(RKUINFO_DEBUG_PREFIX debug/ CACHE STRING "Where Debug's bin and lib are in the install prefix; empty, or with a final /")
+  set(RKUINFO_DEBUG_PREFIX debug/ CACHE STRING "Folder of Debug's bin and lib in the install prefix: empty, or with a final /")
   set(debug $<$<CONFIG:Debug>:${RKUINFO_DEBUG_PREFIX}>)
 endif()
 
-set_target_properties(${libraries} ${dependencies} PROPERTIES INSTALL_RPATH "\$ORIGIN")
-install(TARGETS ${libraries} ${dependencies} EXPORT RkUInfoTargets
-  RUNTIME DESTINATION ${debug}${CMAKE_INSTALL_BINDIR}
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  ARCHIVE DESTINATION ${debug}${CMAKE_INSTALL_LIBDIR}
+install(TARGETS ${libraries} EXPORT RkUInfoTargets
+  RUNTIME DESTINATION ${debug}${CMAKE_INSTALL_BINDIR} COMPONENT library
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${debug}${CMAKE_INSTALL_LIBDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-if(programs)
-  way(rpath ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_LIBDIR} "\$ORIGIN/")
-  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN;${rpath}") # it may stand in a program's folder
-  install(TARGETS ${programs} DESTINATION ${debug}${CMAKE_INSTALL_BINDIR})
+if(programs) # which find the libraries in the package, and beside a copy in an application's folder
+  set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN;\$ORIGIN/..")
+  install(TARGETS ${programs} DESTINATION ${debug}${program_folder} COMPONENT tool)
 endif()
-if(RKUINFO_TOOLS)
-  set(tool ${PROJECT_SOURCE_DIR}/tools/rkuinfo)
-  if(TARGET rkuinfo_manual)
-    add_dependencies(shipped rkuinfo_manual)
-    install(FILES ${PROJECT_BINARY_DIR}/rkuinfo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-  endif()
-  install(FILES ${tool}/rkuinfo.bash
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME rkuinfo)
-  install(FILES ${tool}/rkuinfo.ps1 DESTINATION ${CMAKE_INSTALL_DATADIR}/rkuinfo)
-endif()
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/rkosbase/include/
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(language IN LISTS RKUINFO_LANGUAGES)
   install(FILES ${RKUINFO_PROGRAM_FOLDER}/${language}/RkUInfoRes.dll
-    DESTINATION ${CMAKE_INSTALL_BINDIR}/${language})
+    DESTINATION ${program_folder}/${language} COMPONENT tool)
 endforeach()
+if(RKUINFO_TOOLS)
+  set(tool ${PROJECT_SOURCE_DIR}/tools/rkuinfo)
+  if(NOT WIN32)
+    path_between(client ${CMAKE_INSTALL_BINDIR} ${program_folder}/rkuinfo "")
+    file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/link)
+    file(CREATE_LINK ${client} ${PROJECT_BINARY_DIR}/link/rkuinfo SYMBOLIC)
+    install(FILES ${PROJECT_BINARY_DIR}/link/rkuinfo DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+  endif()
+  if(TARGET rkuinfo_manual)
+    add_dependencies(shipped rkuinfo_manual)
+    install(FILES ${PROJECT_BINARY_DIR}/rkuinfo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  endif()
+  install(FILES ${tool}/rkuinfo.bash
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME rkuinfo COMPONENT tool)
+  install(FILES ${tool}/rkuinfo.ps1 DESTINATION ${CMAKE_INSTALL_DATADIR}/rkuinfo COMPONENT tool)
+endif()
 
-# The libraries' debug information, beside each.
+# Debug information, in a file beside each library.
+option(RKUINFO_SPLIT_DEBUG "Move debug information into files of its own at install, and strip the programs" ${WIN32})
 if(MSVC)
   install(FILES $<TARGET_PDB_FILE:RkUInfo> $<TARGET_PDB_FILE:RkOsBase>
-    DESTINATION ${debug}${CMAKE_INSTALL_BINDIR} OPTIONAL)
-else()
+    DESTINATION ${debug}${CMAKE_INSTALL_BINDIR} COMPONENT development OPTIONAL)
+elseif(RKUINFO_SPLIT_DEBUG)
   set(library_folder ${CMAKE_INSTALL_LIBDIR})
   if(WIN32)
     set(library_folder ${CMAKE_INSTALL_BINDIR})
   endif()
-  set(split ${libraries} ${dependencies})
+  set(split ${libraries})
   list(TRANSFORM split REPLACE "(.+)" "${library_folder}/$<TARGET_FILE_NAME:\\1>")
   set(strip ${programs})
-  list(TRANSFORM strip REPLACE "(.+)" "${CMAKE_INSTALL_BINDIR}/$<TARGET_FILE_NAME:\\1>")
+  list(TRANSFORM strip REPLACE "(.+)" "${program_folder}/$<TARGET_FILE_NAME:\\1>")
   install(CODE "set(OBJCOPY \"${CMAKE_OBJCOPY}\")\nset(LIBRARIES \"${split}\")\nset(PROGRAMS \"${strip}\")")
   install(SCRIPT ${PROJECT_SOURCE_DIR}/cmake/split-debug.cmake)
 endif()
 
-# The C++ runtime after that: it is not ours to change. Visual C++'s has an installer of its own.
+# The C++ runtime of MinGW. Visual C++'s has its own installer.
 if(MINGW)
-  install(PROGRAMS ${RKUINFO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(PROGRAMS ${RKUINFO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
 endif()
+
+# All that follows belongs to the developer of a client.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
+
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/rkosbase/include/
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 # For find_package and pkg-config.
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/RkUInfo)
@@ -97,11 +109,11 @@ list(TRANSFORM runtime REPLACE ".*/" "\${RkUInfo_PROGRAM_DIR}/")
 include(cmake/package/RkUInfoToolchain.cmake)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoConfig.cmake.in
   ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake
-  INSTALL_DESTINATION ${package_folder} PATH_VARS CMAKE_INSTALL_BINDIR)
+  INSTALL_DESTINATION ${package_folder} PATH_VARS program_folder)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake
-  COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT) # RkUInfoConfig.cmake compares that
-way(pkgconfig_libdir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_LIBDIR} "\${pcfiledir}/")
-way(pkgconfig_includedir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_INCLUDEDIR} "\${pcfiledir}/")
+  COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT) # RkUInfoConfig.cmake compares the architecture
+path_between(pkgconfig_libdir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_LIBDIR} "\${pcfiledir}/")
+path_between(pkgconfig_includedir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_INCLUDEDIR} "\${pcfiledir}/")
 set(pkgconfig_cflags "")
 if(NOT WIN32)
   set(pkgconfig_cflags " -fshort-wchar")
@@ -117,7 +129,7 @@ if(MSVC)
   target_sources(RkUInfo INTERFACE $<INSTALL_INTERFACE:$<INSTALL_PREFIX>/${natvis_folder}/RkUInfo.natvis>)
 endif()
 
-# Documents, and the terms of what others wrote.
+# Documents, and the licences of what the package contains.
 set(licenses cli11.txt nlohmann-json.txt)
 if(MINGW)
   list(APPEND licenses GPL-3.txt gcc-runtime.txt mingw-w64.txt)

@@ -13,8 +13,8 @@ stage() {
     cp "build/package/$name/share/doc/RkUInfo/LICENSE" "build/package/$name/"
     sed -E 's,\]\(([A-Z]),](share/doc/RkUInfo/\1,g' docs/PACKAGE.md >"build/package/$name/README.md"
     time=$(git log -1 --format=%cI)
-    find "build/package/$name" -exec touch --date="$time" {} +
-    files=$(cd build/package && find "$name" -type f | LC_ALL=C sort)
+    find "build/package/$name" -exec touch --no-dereference --date="$time" {} +
+    files=$(cd build/package && find "$name" ! -type d | LC_ALL=C sort)
 }
 
 make_linux_package() {

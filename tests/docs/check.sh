@@ -29,7 +29,7 @@ exists() {
     for folder in "" src/ tests/ winhost/src/ winhost/include/ "$(dirname "$1")/"; do
         [ ! -e "$root/$folder$2" ] && ! compgen -G "$root/$folder$2.*" >/dev/null || return 0
     done
-    [[ $2 = build/* || $2 = share/* ]] # made by ./dev; a package's
+    [[ $2 =~ ^(build|lib|share)/ ]] # made by ./dev; a package's
 }
 
 check_links() {
@@ -132,7 +132,7 @@ run_transcript() {
 run_program() {
     local app=$home/$2
     mkdir -p "$app"
-    cp -r "$package/bin/en-US" "$app"
+    cp -r "$package/lib/rkuinfo/en-US" "$app"
     printf '[Product]\r\nCompanyName=Acme\r\n' >"$app/TARVO.ini"
     g++ -std=c++20 -fshort-wchar -Wall -Wextra -Werror -I"$package/include" "$1" \
         -L"$package/lib" -lRkUInfo -lRkOsBase -Wl,-rpath,"$package/lib" -o "$app/program" || fail "$document: not compiled"

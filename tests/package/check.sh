@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Checks the package as it is installed.
+# Checks the installed package.
 #   check.sh install BUILD PREFIX          installs a build tree
-#   check.sh contents PREFIX LIST          nothing is missing, nothing else is there, nothing tells where it was built
-#   check.sh hardening PREFIX IMPORTS [FLAG]...  what the Windows loader is told of the libraries, and what they import
-#   check.sh reproducible BUILD PRESET FILE...   the same sources give the same libraries, in another folder
-#   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  the client of tests/consumer is built and run
-#   check.sh pkgconfig PREFIX WORK         its module and what loads that, without CMake
+#   check.sh contents PREFIX TARGET LANGUAGE...  compares the files with contents.txt; none names the build folder
+#   check.sh hardening PREFIX IMPORTS [FLAG]...  checks flags for the Windows loader, and the imported libraries
+#   check.sh reproducible BUILD PRESET FILE...   builds the libraries again in another folder, and compares
+#   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  builds and runs the client in tests/consumer
+#   check.sh pkgconfig PREFIX WORK         builds its module and the module's loader without CMake, and runs them
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 mode=$1
@@ -16,7 +16,7 @@ fail() {
     exit 1
 }
 
-# By way of another name: a package works wherever it is put.
+# Moves what it installed: a package works in any folder.
 install_package() {
     rm -rf "$2" "$2.installed"
     cmake --install "$1" --prefix "$2.installed" >/dev/null
@@ -24,7 +24,10 @@ install_package() {
 }
 
 check_contents() {
-    diff "$2" <(cd "$1" && find . -type f | sed 's,^\./,,' | LC_ALL=C sort) || fail "The package's contents changed."
+    # shellcheck disable=SC2059 # repeats a path with LANGUAGE for each
+    diff <(awk -v target="$2" 'index($1, target) { print $2 }' "${0%/*}/contents.txt" | while read -r path; do
+        printf "${path/LANGUAGE/%s}\n" "${@:3}"
+    done | LC_ALL=C sort) <(cd "$1" && find . ! -type d -printf '%P\n' | LC_ALL=C sort) || fail "The package's contents changed."
     ! grep -rlF --exclude='*.pdb' -e "$root" "$1" || fail "These files name the folder that they were built in."
     (cd "$1/share/doc/RkUInfo" && grep -ohE '\]\([^)#: ]+' ./*.md | sed 's/^..//' | while read -r link; do
         [ -e "$link" ] || fail "The documents lead nowhere: $link"
@@ -92,7 +95,7 @@ check_pkgconfig() {
     flags=$(PKG_CONFIG_PATH=$1/lib/pkgconfig pkg-config --cflags --libs rkuinfo)
     rm -rf "$2"
     mkdir -p "$2"
-    cp -r "$1/bin/en-US" "$2"
+    cp -r "$1/lib/rkuinfo/en-US" "$2"
     # shellcheck disable=SC2086 # flags are words
     c++ -std=c++14 -fPIC -shared "$sources/module.cpp" $flags -Wl,-rpath,"$1/lib" -o "$2/module.so"
     # shellcheck disable=SC2086
