@@ -1,5 +1,5 @@
-// Records the uninstall entry of a language pack, like its installer. The default product counts a language
-// as installed if it has this entry and a folder next to the program.
+// Records the uninstall entry of a language pack, as its installer would. The default product counts a
+// language as installed if it has this entry and a folder next to the program.
 #include "installation/installed.h"
 #include "installation/program_files.h"
 #include "platform/registry_key.h"

@@ -98,6 +98,7 @@ inline std::string utf8(const wchar_t* source)
     return utf8(TextView(text(source)));
 }
 
+/// Converts from UTF-8. A byte that does not start a character becomes U+FFFD.
 inline Text utf16(std::string_view source)
 {
     Text units;

@@ -61,7 +61,7 @@ struct Choice
 /// 255 characters or more.
 Choice chooseCompany(const wchar_t* argument, const wchar_t* programFolder);
 
-/// Does the same, but reads the registry before TARVO.ini.
+/// Does the same, but tries the registry before TARVO.ini.
 Choice chooseProduct(const wchar_t* argument, const wchar_t* companyRoot, const wchar_t* programFolder);
 
 struct LanguageChoice : Choice

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr std::size_t longestHelpPath = 509; // leaves one of 511 characters unused, besides the terminator
+constexpr std::size_t longestHelpPath = 509; // 511 minus the terminator and an unused character
 
 /// Leaves the user data cache folder, because a process's working directory cannot be removed.
 void fixWorkingDirectory()

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Replaces every '/' by '\' and returns the string's end.
+/// Replaces every '/' with '\' and returns the string's end.
 wchar_t* turnSlashes(wchar_t* text)
 {
     for (;; ++text) {

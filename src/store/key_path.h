@@ -7,7 +7,7 @@
 
 namespace uinfo {
 
-/// Replaces every '/' by '\' in place and returns its argument.
+/// Replaces every '/' with '\' in place and returns its argument.
 wchar_t* toBackslashes(wchar_t* text);
 
 /// Removes trailing backslashes in place and returns the string after the leading ones; null for null or

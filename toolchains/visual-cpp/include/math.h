@@ -1,4 +1,4 @@
-// Replaces macros of Wine's math.h by the C++ overloads of Visual C++'s.
+// Replaces the macros of Wine's math.h with C++ overloads, like those of Visual C++.
 #pragma once
 
 #include_next <math.h>
