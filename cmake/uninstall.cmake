@@ -1,6 +1,6 @@
-# Removes the files that MANIFEST lists, and the project's own folders that are empty then.
+# Removes the files that MANIFEST lists, and those of the project's folders that are then empty.
 if(NOT EXISTS ${MANIFEST})
-  message(FATAL_ERROR "Nothing was installed from here: there is no ${MANIFEST}")
+  message(FATAL_ERROR "Nothing to uninstall: ${MANIFEST} does not exist")
 endif()
 file(STRINGS ${MANIFEST} files)
 foreach(file IN LISTS files)

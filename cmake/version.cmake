@@ -1,4 +1,4 @@
-# The version resource of the Windows libraries, of the facts that the library answers with.
+# Adds a version resource with the facts in src/installation/build_facts.h to a Windows library.
 enable_language(RC)
 
 function(add_version_resource library description)

@@ -1,5 +1,5 @@
-# An overlay port of the sources that it lies in. It has never run in vcpkg itself.
-set(VCPKG_POLICY_DLLS_WITHOUT_EXPORTS enabled) # the language libraries have resources only
+# An overlay port for the source tree that contains it. vcpkg itself has never run it.
+set(VCPKG_POLICY_DLLS_WITHOUT_EXPORTS enabled) # the language libraries contain only resources
 cmake_path(GET CURRENT_PORT_DIR PARENT_PATH source)
 cmake_path(GET source PARENT_PATH source)
 vcpkg_cmake_configure(
