@@ -147,4 +147,7 @@ if(PROJECT_IS_TOP_LEVEL)
     COMMAND ${CMAKE_COMMAND} -DMANIFEST=${PROJECT_BINARY_DIR}/install_manifest.txt
       -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake
     VERBATIM)
+  if(NOT WIN32)
+    include(cmake/debian.cmake)
+  endif()
 endif()

@@ -109,6 +109,20 @@ reproducible() {
             bin/RkOsBase.pdb bin/RkUInfo.pdb lib/RkOsBase.lib lib/RkUInfo.lib
 }
 
+# The Debian packages, installed in a bare root: a program is built with them, and starts without them.
+debian_packages() {
+    source scripts/package.sh
+    source scripts/fresh.sh
+    need debootstrap git
+    make_debian_packages && make_root && as_root cp build/package/*.deb "$fresh/root/root/" && in_root '
+        cd /root
+        apt-get update -qq && apt-get install -qq -y --no-install-recommends ./*.deb g++ cmake ninja-build &&
+            cmake -G Ninja -S /usr/share/doc/librkuinfo-dev/examples/hello -B hello && cmake --build hello &&
+            [ "$(hello/hello)" = "start 1" ] && [ "$(rkuinfo --program hello get settings Starts)" = 1 ] &&
+            apt-get purge -qq -y librkuinfo2018 && ! ls -d /usr/lib/*/*rkuinfo* /usr/bin/rkuinfo &&
+            [ "$(hello/hello)" = "start 2" ]'
+}
+
 run_builds() {
     local windows=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/mingw-w64.cmake type
     failures=0
@@ -135,5 +149,6 @@ run_builds() {
     row reproducible-visual-cpp reproducible
     row install-deep installed deep/er/bin lib/x86_64-linux-gnu
     row install-absolute installed bin "$builds/absolute/lib"
+    row debian debian_packages
     return $failures
 }

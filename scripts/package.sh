@@ -1,7 +1,7 @@
-# Makes the archives that ship, in build/package/: the same files give the same archive, and the same sources the same
+# Makes the packages that ship, in build/package/. The same files produce the same archive, and the same sources the same
 # Windows libraries.
 
-# Builds and installs a preset, and lists its files; their times are the commit's.
+# stage PRESET SUFFIX: builds and installs a preset in the folder $name, and sets $files. Their times are the commit's.
 stage() {
     local preset=$1 version time
     build "$preset" shipped
@@ -26,10 +26,29 @@ make_linux_package() {
     echo "build/package/$name.tar.gz"
 }
 
+# With the flags and the layout of Debian's own packages. Stops at what lintian calls an error.
+make_debian_packages() {
+    need dpkg-dev lintian
+    need_for host OFF
+    mkdir -p build/package
+    (
+        eval "$(dpkg-buildflags --export=sh)"
+        CXXFLAGS+=" $CPPFLAGS"
+        cmake --preset host -B build/debian -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_INSTALL_DOCDIR=share/doc/librkuinfo-dev \
+            -DRKUINFO_TESTS=OFF -DRKUINFO_SPLIT_DEBUG=OFF -DCPACK_PACKAGE_CONTACT="$(git log -1 --format='%an <%ae>')" >build/debian-configure.log
+    )
+    cmake --build build/debian --target shipped
+    rm -f build/package/*.deb
+    (cd build/debian && SOURCE_DATE_EPOCH=$(git log -1 --format=%ct) cpack >../debian-cpack.log && mv ./*.deb ../package/)
+    lintian --allow-root build/package/*.deb
+    ls build/package/*.deb
+}
+
 make_packages() {
     local name files
     need zip
     make_linux_package
+    make_debian_packages
     stage windows windows
     tests/package/check.sh reproducible "$PWD/build/windows" windows bin/RkOsBase.dll bin/RkUInfo.dll \
         lib/libRkOsBase.dll.a lib/libRkUInfo.dll.a
