@@ -21,4 +21,4 @@ if [ ! -d "$WINEPREFIX/drive_c" ]; then
     mkdir -p "$WINEPREFIX" "$HOME"
     wine_folder=${WINEPREFIX%/*} WINEDLLOVERRIDES=winemenubuilder.exe=d boot_wine
 fi
-exec "$wine_program" "$@"
+exec "${wine[@]}" "$@"
