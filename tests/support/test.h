@@ -1,4 +1,4 @@
-// What every test includes: the parts of this folder, and what is often wanted of them.
+// Every test includes this: the headers of this folder, and helpers that need several of them.
 #pragma once
 
 #include "support/child.h"
@@ -23,20 +23,21 @@ namespace testing_support {
 
 using Error = TarvoConfig::Error;
 
-/// How a value is printed in a failure.
+/// Prints a value in a failure message.
 inline void PrintTo(const RawValue& value, std::ostream* stream)
 {
     *stream << value.type << ' ' << testing::PrintToString(value.bytes);
 }
 
-/// Key paths after startAcme(). Not inline: texts that a file makes of them would be made before them.
+/// Key paths after startAcme(). Not inline, so that they exist before the constants that a file builds from
+/// them.
 const std::string acmeKey = "Software\\Acme";
 const std::string languageRoot = acmeKey + "\\Widget\\2018\\en-US";
 const std::string profilesKey = languageRoot + "\\Profiles";
 const std::string settings = languageRoot + "\\Settings";
 
-/// What a function writes into a buffer of 1024 characters that holds "?" and more behind that; after
-/// "failed: " where the length that it gives is 0.
+/// Returns what a function writes into a buffer of 1024 characters that starts with "?", and checks the
+/// length that it returns. If that is 0, the result starts with "failed: ".
 template <typename Function>
 std::string textOf(Function function)
 {
@@ -49,7 +50,7 @@ std::string textOf(Function function)
     return length == 0 ? "failed: " + written : written;
 }
 
-/// A subtree's key path.
+/// Returns the key path of a subtree.
 inline std::string rootPath(const TarvoConfig& config, int path)
 {
     wchar_t key[1024] = L"?";
@@ -57,25 +58,14 @@ inline std::string rootPath(const TarvoConfig& config, int path)
     return utf8(key);
 }
 
-/// The whole name of a function that the library exports, from the list that the exports are held to.
-inline std::string exportedName(std::string_view function)
-{
-    std::istringstream names(readFile(RKUINFO_EXPORTS));
-    std::string name;
-    while (std::getline(names, name) && !isNameOf(name, function)) {
-    }
-    return name;
-}
-
-/// When it goes, the library may have no key open.
+/// Checks at its destruction that the library has no key open.
 class KeyCounter : public OpenKeys
 {
 public:
     ~KeyCounter() { EXPECT_EQ(stillOpen(), 0); }
 };
 
-/// Lets the library believe that the process's executable has another path, of any length; empty: none can be
-/// read.
+/// Replaces the path of the executable that the library reads; if empty, reading it fails.
 [[nodiscard]] inline Patch pretendExecutable(const std::string& pretended)
 {
     const auto answer = [path = Wide(pretended)](auto, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
@@ -92,7 +82,7 @@ public:
     return intercept<"GetModuleFileNameW", decltype(GetModuleFileNameW)>(answer);
 }
 
-/// A test that runs as an application in a folder of its own, and leaves no key open.
+/// A test that runs as an application in a separate folder and leaves no key open.
 class ApplicationTest : public testing::Test
 {
 protected:
