@@ -1,5 +1,5 @@
-// The user's folders, the registry key paths and what is read from them. The user data cache folder is tested
-// with the product object that keeps it, the longest key paths with the registry layout.
+// The user's folders, and the paths and the profile name that are read from the registry. product_test.cpp
+// tests the user data cache folder, profile_test.cpp the registry key paths.
 #include "support/test.h"
 
 #include <cstring>
@@ -16,14 +16,14 @@ const std::string norvikRoot = "Software\\Norvik\\TARVO\\2018\\en-US";
 const std::string profiles = norvikRoot + "\\Profiles";
 const std::string failed = "failed: ";
 
-/// Start-up as the default product, with the names "Norvik" and "TARVO".
+/// Starts as the default product, whose names are "Norvik" and "TARVO".
 TarvoConfig::Error startNorvik()
 {
     addUninstallEntry(1033);
     return InitVelaConfig(nullptr, nullptr, L"en-US", nullptr);
 }
 
-/// Each function, the position of the one below it, and what its folder adds to that one's.
+/// Each function, the index of the function whose path it extends, and what it appends.
 const struct
 {
     PathFunction folder;
@@ -64,7 +64,7 @@ protected:
         });
 };
 
-TEST_F(UserFolders, AddNamesToTheLevelBelowUpTo1021Characters)
+TEST_F(UserFolders, AppendTheirNamesUpTo1021Characters)
 {
     ASSERT_EQ(startNorvik(), eOk);
     for (std::size_t length = 960; length <= 1020; ++length) {
@@ -82,13 +82,13 @@ TEST_F(UserFolders, AddNamesToTheLevelBelowUpTo1021Characters)
     }
 }
 
-TEST_F(UserFolders, StandInThoseOfTheSystem)
+TEST_F(UserFolders, AreInTheFoldersOfTheSystem)
 {
     EXPECT_EQ(textOf(GetVelaUIStyleConfigFilePath),
               m_roaming + "\\NORVIK\\TARVO\\2018\\unknown\\Support\\Style.tus"); // before start-up
     m_roaming = "Z:/x/";
     EXPECT_EQ(textOf(GetUserApplicationDataPath), m_roaming);
-    for (const BOOL found : {TRUE, FALSE}) { // without a name, or not at all
+    for (const BOOL found : {TRUE, FALSE}) { // the system returns an empty path, or fails
         m_roaming = m_local = found ? "" : "left over";
         m_found = found;
         for (const auto& level : levels) {
@@ -98,18 +98,18 @@ TEST_F(UserFolders, StandInThoseOfTheSystem)
     }
 }
 
-TEST_F(UserFolders, ATextThatIsStoredDecides)
+TEST_F(UserFolders, AreOverriddenByStoredPaths)
 {
     const std::string longest(1022, 's');
     const std::string standard = m_roaming + "\\Norvik\\TARVO\\2018\\en-US\\Support\\Style.tus";
-    // What is stored, the custom resource file and the style file.
+    // The stored value, the custom resource file and the style file.
     const std::tuple<RawValue, std::string, std::string> rows[] = {
         {text("Z:\\none\\a.rk"), "Z:\\none\\a.rk", "Z:\\none\\a.rk"},
         {text(longest), longest, longest},
         {text(longest + 's'), failed, failed},
         {text(""), failed, failed},
         {{REG_BINARY, Wide("a").bytes()}, failed, failed},
-        {{REG_EXPAND_SZ, Wide("a").bytes()}, failed, standard}, // counts as none
+        {{REG_EXPAND_SZ, Wide("a").bytes()}, failed, standard}, // ignored
     };
     ASSERT_EQ(startNorvik(), eOk);
     setRaw(HKEY_CURRENT_USER, profiles, "", text("Work"));
@@ -122,10 +122,10 @@ TEST_F(UserFolders, ATextThatIsStoredDecides)
     EXPECT_EQ(GetCustomResFileName(nullptr), 0U);
 }
 
-TEST(CurrentProfileName, TellsTheSizeItNeeds)
+TEST(GetCurrentProfileName, ReportsTheSizeThatItNeeds)
 {
     const std::string longest(299, 'p');
-    // What is stored, the size given, the text written or "-", the size then.
+    // The stored value, the buffer's size, the name written or "-", the size reported.
     const std::tuple<std::optional<RawValue>, unsigned long, std::string, unsigned long> rows[] = {
         {text("Grün"), 5, "Grün", 5},
         {text("Grün"), 4, "-", 5},
@@ -146,7 +146,7 @@ TEST(CurrentProfileName, TellsTheSizeItNeeds)
         EXPECT_EQ(utf8(buffer), written);
         EXPECT_EQ(GetCurrentProfileName(nullptr, size), 0U);
         EXPECT_EQ(size, becomes);
-        EXPECT_EQ(getRaw(HKEY_CURRENT_USER, profiles, ""), stored) << "written by a read";
+        EXPECT_EQ(getRaw(HKEY_CURRENT_USER, profiles, ""), stored) << "a read changed the registry";
     }
 }
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// What a path function gives for a size, see textOf.
+/// Calls a path function with a buffer of this size, like textOf().
 template <typename Size>
 std::string pathOf(Size (*function)(wchar_t*, Size), int size)
 {
@@ -25,9 +25,9 @@ std::string folder(std::size_t length)
     return "C:\\" + std::string(length - 4, 'x') + '\\';
 }
 
-TEST(Program, PathsNeedTheirSizeAndTheFolderIsReadOnce)
+TEST(ProgramPaths, NeedRoomAndReadTheFolderOnce)
 {
-    for (const char* const unknown : {"", "cad.exe"}) { // or without a folder
+    for (const char* const unknown : {"", "cad.exe"}) { // unreadable, or without a folder
         const Patch pretended = pretendExecutable(unknown);
         EXPECT_EQ(pathOf(GetProgramPath, 100), untouched);
     }
@@ -53,7 +53,7 @@ TEST(Program, PathsNeedTheirSizeAndTheFolderIsReadOnce)
     EXPECT_EQ(utf8(out), "C:\\Later\\de");
 }
 
-TEST(Program, PathsHaveTheLimitsOfThePlatform)
+TEST(ProgramPaths, HaveTheLimitsOfThePlatform)
 {
     for (const std::size_t length : {252U, 253U}) { // a joined path has at most 259 characters
         const Patch pretended = pretendExecutable(folder(length) + "cad.exe");
@@ -67,7 +67,7 @@ TEST(Program, PathsHaveTheLimitsOfThePlatform)
     }
 }
 
-TEST(Program, ResourceLibrariesAreLoadedFromTheFolderThenByName)
+TEST(LoadResourceDll, TriesTheLanguageFolderThenTheBareName)
 {
     std::string tried;
     const auto load = intercept<"LoadLibraryW", decltype(LoadLibraryW)>([&](auto real, LPCWSTR name) {

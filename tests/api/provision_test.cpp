@@ -1,11 +1,11 @@
-// CreateConfigReg: the whole tree is compared before and after.
+// CreateConfigReg: compares the whole tree before and after.
 #include "support/test.h"
 
 namespace {
 
 using enum TarvoConfig::Error;
 
-/// The tree that a successful call leaves, made with the system's own calls. Leaves the registry empty.
+/// Returns the tree that a successful call creates, built by registry calls, and removes it again.
 std::string provisioned(const std::string& profile, bool withCurrentProduct)
 {
     removeKey(HKEY_CURRENT_USER, acmeKey);
@@ -20,13 +20,13 @@ std::string provisioned(const std::string& profile, bool withCurrentProduct)
     return result;
 }
 
-TEST(Provision, CreatesTheTreeAndThenLeavesItAlone)
+TEST(CreateConfigReg, CreatesTheTreeOnce)
 {
     const KeyCounter keys;
     const std::string before = tree(HKEY_CURRENT_USER, "Software");
     EXPECT_EQ(CreateConfigReg(), eRegistryError) << "before start-up";
     EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), before);
-    const std::string profile(300, 'p'); // longer than one that is read back
+    const std::string profile(300, 'p'); // longer than a name that is read back
     ASSERT_EQ(startAcme(Wide(profile)), eOk);
     const std::string expected = provisioned(profile, true);
     for (int call = 0; call < 3; ++call) {
@@ -38,7 +38,7 @@ TEST(Provision, CreatesTheTreeAndThenLeavesItAlone)
     EXPECT_EQ(getRaw(HKEY_CURRENT_USER, acmeKey, "CurProduct"), text("Gadget"));
 }
 
-TEST(Provision, KeepsAStoredProfileAndReplacesWhatIsNone)
+TEST(CreateConfigReg, ReplacesOnlyAnInvalidProfile)
 {
     const std::string longest(259, 'p');
     const std::pair<RawValue, std::string> rows[] = {
@@ -51,7 +51,7 @@ TEST(Provision, KeepsAStoredProfileAndReplacesWhatIsNone)
     };
     ASSERT_EQ(startAcme(L"Draft"), eOk);
     for (const auto& [stored, kept] : rows) {
-        const std::string expected = provisioned(kept, false); // the product key is there
+        const std::string expected = provisioned(kept, false); // the product key exists
         setRaw(HKEY_CURRENT_USER, profilesKey, "", stored);
         EXPECT_EQ(CreateConfigReg(), eOk);
         EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), expected) << testing::PrintToString(stored);

@@ -1,13 +1,13 @@
-// Which company and product the process runs as, and the registry roots that follow.
+// The company and product steps of start-up. choices_test.cpp tests which source decides.
 #include "support/test.h"
 
 namespace {
 
 using enum TarvoConfig::Error;
 
-using Identity = ApplicationTest;
+using StartUpSteps = ApplicationTest;
 
-TEST_F(Identity, OfAStartIsRecordedInAKeyThatExists)
+TEST_F(StartUpSteps, RecordTheProductInAnExistingKey)
 {
     m_application.writeIni("[Product]\r\nCompanyName=Acme\r\nProductName=Widget\r\n");
     setRaw(HKEY_CURRENT_USER, acmeKey, "CurProduct", dword(7));
@@ -17,7 +17,7 @@ TEST_F(Identity, OfAStartIsRecordedInAKeyThatExists)
     EXPECT_EQ(getRaw(HKEY_CURRENT_USER, acmeKey, "CurProduct"), text("Widget"));
 }
 
-TEST_F(Identity, OfAnArgumentKeepsOrderAndLimits)
+TEST_F(StartUpSteps, RunOnceAndInOrder)
 {
     const std::string longest(254, 'x');
     setRaw(HKEY_CURRENT_USER, "Software\\" + longest, "CurProduct", text("Gadget"));
@@ -37,7 +37,7 @@ TEST_F(Identity, OfAnArgumentKeepsOrderAndLimits)
     EXPECT_EQ(config.refreshProductName(), 0);
     makeKey(HKEY_CURRENT_USER, "Software\\" + longest + '\\' + longest + "\\2018");
     EXPECT_EQ(config.refreshProductName(), 1);
-    EXPECT_EQ(config.refreshLanguageName(), 0); // of the unknown language
+    EXPECT_EQ(config.refreshLanguageName(), 0); // the language is unknown
 }
 
 } // namespace

@@ -6,13 +6,13 @@ namespace {
 using enum TarvoConfig::Error;
 using enum VelaVariant::VarType;
 
-class Ini : public ApplicationTest
+class IniValues : public ApplicationTest
 {
 protected:
     Config config;
 };
 
-TEST_F(Ini, ValuesByType)
+TEST_F(IniValues, AreReadAsTheRequestedType)
 {
     m_application.writeIni(
         "[S]\r\na=5\r\nb=-5\r\nc=2147483648\r\nd=x\r\nempty=\r\nlong=" + std::string(1500, 'x') + "\r\n");
@@ -42,7 +42,7 @@ TEST_F(Ini, ValuesByType)
     EXPECT_EQ(config.readIniString(L"S", L"long", nullptr, 16, L"TARVO.ini"), eNotFound);
 }
 
-TEST_F(Ini, PathsHave1022CharactersAndAFolder)
+TEST_F(IniValues, NeedAPathOfAtMost1022Characters)
 {
     const std::string folder = windowsPath(m_application.folder()) + "\\";
     wchar_t out[1024] = L"";
@@ -57,7 +57,7 @@ TEST_F(Ini, PathsHave1022CharactersAndAFolder)
     EXPECT_EQ(config.getIniFilePath(nullptr, L"TARVO.ini"), eInvalidInput);
 }
 
-TEST_F(Ini, ExportedValues)
+TEST_F(IniValues, SetTheMergeTitleAndTheCommandPrefix)
 {
     for (const auto& [entry, title] :
          {std::pair("Other=7", -3L), {"MergeTitle=-1", -3}, {"MergeTitle=1", 1}}) {
@@ -71,7 +71,7 @@ TEST_F(Ini, ExportedValues)
     for (const auto& [entries, prefix] : {std::pair("ProductId=5", ""),
                                           {"MajorVer=2", ""},
                                           {"MajorVer=2\r\nProductId=2147483647", "S22147483647_"},
-                                          {"MajorVer=3\r\nProductId=6", "S22147483647_"}}) { // kept
+                                          {"MajorVer=3\r\nProductId=6", "S22147483647_"}}) { // cached
         m_application.writeIni(std::string("[Product]\r\n") + entries, "product.ini");
         EXPECT_EQ(utf8(GetVelaArchitectrueCommandNamePrefix()), prefix);
     }

@@ -1,4 +1,4 @@
-// The language catalogue and the language resource library.
+// The table of languages and the language resource library.
 #include "support/test.h"
 
 namespace {
@@ -38,7 +38,7 @@ TEST(Language, IsFoundByItsNumberAndItsName)
     }
 }
 
-TEST(Language, IsNamedByTheLibraryOfTheProcessOncePerObject)
+TEST(Language, LoadsItsLocalNameOncePerObject)
 {
     int asked = 0;
     const Patch strings = intercept<"LoadStringW", decltype(LoadStringW)>([&](auto real, auto... arguments) {

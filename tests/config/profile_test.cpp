@@ -1,4 +1,4 @@
-// The registry layout and the current profile in it.
+// The key paths of the subtrees, and the current profile.
 #include "support/test.h"
 
 namespace {
@@ -18,7 +18,7 @@ const std::pair<TarvoConfig::Path, unsigned long (*)(wchar_t*)> getters[] = {
     {eProfilesRoot, GetRegistryProfilesRootKey},
     {eCurrentProfile, GetVelaRegistryCurrentProfileRootKey}};
 
-/// Holds every subtree's key path, which has at most 1023 characters or is empty.
+/// Checks the key path of each subtree, which is empty if it would exceed 1023 characters.
 void expectLayout(const std::string& productRoot)
 {
     const std::string language = productRoot + "\\2018\\en-US";
@@ -44,7 +44,7 @@ void expectLayout(const std::string& productRoot)
               profile.empty() || profile.size() > 1014 ? "failed: " + profile : profile + "\\Config");
 }
 
-TEST(Layout, NamesTheSubtreesAfterStartUp)
+TEST(Subtrees, HaveKeyPathsAfterStartUp)
 {
     for (const auto& [path, getter] : getters) {
         EXPECT_EQ(textOf(getter) + rootPath(*velaConfig(), path), "failed: ");
@@ -72,12 +72,12 @@ TEST(Layout, NamesTheSubtreesAfterStartUp)
     }
 }
 
-TEST(Profile, IsReadAndThatOfTheCommandLineReplacesIt)
+TEST(Profile, IsReplacedByThatOfTheCommandLine)
 {
     const std::string n126(126, 'n');
     const std::string n127 = n126 + 'n';
     const std::string n511(511, 'n');
-    // What is stored; what is read, nothing where "Default" is given and stored; whether "Work" replaces it.
+    // The stored value; the name read, empty if "Default" is returned and stored; whether "Work" replaces it.
     const std::tuple<std::optional<RawValue>, std::string, bool> rows[] = {
         {std::nullopt, "", false},
         {text(""), "", false},

@@ -1,4 +1,5 @@
-// Start-up: which language the process takes, what it asks the user, and what it leaves behind.
+// Start-up: the questions to the user, the state afterwards, and failures. choices_test.cpp tests which
+// source decides.
 #include "support/test.h"
 
 #include <io.h>
@@ -7,7 +8,7 @@ namespace {
 
 using enum TarvoConfig::Error;
 
-// A message box: its style, either MB_OK | MB_ICONERROR or MB_YESNO | MB_ICONQUESTION, and its text.
+// Message boxes: the style, MB_OK | MB_ICONERROR or MB_YESNO | MB_ICONQUESTION, and the text.
 constexpr char invalidName[] =
     "16 The input initial language name is not a valid short language name.The program will exit.";
 constexpr char noneInstalled[] = "16 Could't find any installed languages!";
@@ -17,14 +18,14 @@ constexpr char czech[] = "36 The input language is not installed, continue with 
 struct Row
 {
     const wchar_t* argument = nullptr;
-    std::optional<RawValue> remembered = {};
+    std::optional<RawValue> stored = {};
     std::string iniText = {};
-    std::string becomes = {}; // nothing: the user refuses, and the process ends
+    std::string becomes = {}; ///< the language; empty: the user answers no, and the process exits
     std::string shown = {};
     std::vector<std::string> installed = {"en-US", "fr-FR", "zh-CN"};
 };
 
-TEST(StartUp, DecidesTheLanguage)
+TEST(StartUp, AsksBeforeItUsesAnotherLanguage)
 {
     const std::string french = "[Product]\r\nLocaleId=1036\r\n[LocaleIdLangName]\r\n1036=fr-FR\r\n";
     const Row rows[] = {
@@ -50,7 +51,7 @@ TEST(StartUp, DecidesTheLanguage)
         intercept<"ExitProcess", decltype(ExitProcess)>([](auto, UINT exitCode) { throw exitCode; });
     const KeyCounter keys;
     for (const Row& row : rows) {
-        SCOPED_TRACE(utf8(row.argument) + testing::PrintToString(row.remembered));
+        SCOPED_TRACE(utf8(row.argument) + testing::PrintToString(row.stored));
         current = &row;
         shown.clear();
         removeKey(HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft");
@@ -61,34 +62,34 @@ TEST(StartUp, DecidesTheLanguage)
             addUninstallEntry(TarvoLanguage(Wide(language)).velaLanguage());
         }
         const std::string key = "Software\\norvik\\Tarvo\\2018";
-        if (row.remembered) {
-            setRaw(HKEY_CURRENT_USER, key, "CurVer", *row.remembered);
+        if (row.stored) {
+            setRaw(HKEY_CURRENT_USER, key, "CurVer", *row.stored);
         }
         Config config;
         EXPECT_EQ(config.initCompanyName(L"norvik") + config.initProductName(L"Tarvo"), 0);
         try {
             EXPECT_EQ(config.initLanguageName(row.argument), eOk);
             EXPECT_EQ(utf8(config.language().shortName()), row.becomes);
-            EXPECT_EQ(config.refreshLanguageName() != 0, row.remembered.has_value());
+            EXPECT_EQ(config.refreshLanguageName() != 0, row.stored.has_value());
         } catch (UINT exitCode) {
             EXPECT_EQ(std::to_string(exitCode) + row.becomes, "1");
         }
         EXPECT_EQ(shown, row.shown);
         EXPECT_EQ(getRaw(HKEY_CURRENT_USER, key, "CurVer"),
-                  row.remembered && !row.becomes.empty() ? text(row.becomes) : row.remembered);
+                  row.stored && !row.becomes.empty() ? text(row.becomes) : row.stored);
         for (const std::string& language : row.installed) {
             std::filesystem::remove_all(application.folder() / language);
         }
     }
 }
 
-TEST(StartUp, ProposesLanguagesInOrder)
+TEST(StartUp, ProposesTheFirstInstalledLanguage)
 {
     const char* const order[] = {"en-US", "zh-CN", "zh-TW", "ja-JP", "ko-KR", "pl-PL", "cs-CZ", "de-DE",
                                  "es-ES", "fr-FR", "hu-HU", "it-IT", "pt-BR", "ru-RU", "tr-TR"};
     Config config;
     EXPECT_FALSE(config.isLangFolderExist(nullptr) || config.isLangGuidExist(nullptr));
-    for (auto name = std::rbegin(order); name != std::rend(order); ++name) { // every folder is there
+    for (auto name = std::rbegin(order); name != std::rend(order); ++name) { // every folder exists
         const TarvoLanguage language{Wide(*name)};
         EXPECT_FALSE(config.isLanguageExist(Wide(*name)));
         addUninstallEntry(language.velaLanguage());
@@ -104,14 +105,14 @@ std::string state(const TarvoConfig& config)
            std::to_string(config.isInitialized()) + ' ' + rootPath(config, TarvoConfig::eLanguageRoot);
 }
 
-TEST(StartUp, HappensOnceAndIsCopied)
+TEST(StartUp, HappensOnceAndItsResultCanBeCopied)
 {
     const std::string unknown = "NORVIK TARVO unknown Default 0 ";
     const std::string started = "Acme Widget en-US Work 0 Software\\Acme\\Widget\\2018\\en-US";
     EXPECT_EQ(startAcme(L"Work"), eOk);
     EXPECT_EQ(InitVelaConfig(L"Other", L"Other", L"none", L"Home"), eOk);
     EXPECT_EQ(state(*velaConfig()), started);
-    EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software\\Acme"), ""); // no key is made
+    EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software\\Acme"), ""); // no key is created
 
     TarvoConfig copy(*velaConfig());
     const wchar_t* const name = copy.productName();
@@ -119,7 +120,7 @@ TEST(StartUp, HappensOnceAndIsCopied)
     copy = same;
     EXPECT_EQ(copy.productName(), name);
     EXPECT_EQ(state(copy), started);
-    for (int refused = 1; refused <= 6; ++refused) { // an object has five texts
+    for (int refused = 1; refused <= 6; ++refused) { // an object owns five strings
         TarvoConfig assigned{Config()};
         int asked = 0;
         const Patch memory = intercept<arrayNew, void*(std::size_t)>([&](auto real, std::size_t size) {
@@ -133,15 +134,15 @@ TEST(StartUp, HappensOnceAndIsCopied)
     }
 }
 
-TEST(StartUp, FailsInAStep)
+TEST(StartUp, KeepsWhatItResolvedBeforeAFailure)
 {
     const std::string tooLong(255, 'x');
     const struct
     {
         std::string company, product;
         Error error;
-        std::string state; ///< which is not rolled back
-        Error second;      ///< of the next start
+        std::string state; ///< not rolled back
+        Error second;      ///< returned by the next start
     } rows[] = {
         {tooLong, "Widget", eInvalidInput, "NORVIK TARVO unknown Default 0 ", eOk}, // no company is set
         {"Acme", tooLong, eInvalidInput, "Acme TARVO unknown Default 0 ", eInvalidInput},
@@ -149,8 +150,8 @@ TEST(StartUp, FailsInAStep)
     };
     int asked = 0;
     const Patch vanishing = intercept<"_waccess", decltype(_waccess)>([&](auto real, auto* path, int mode) {
-        EXPECT_EQ(mode, 4) << "not to read";
-        return ++asked == 2 ? -1 : real(path, mode); // there when the language is chosen, then gone
+        EXPECT_EQ(mode, 4) << "not a test for reading";
+        return ++asked == 2 ? -1 : real(path, mode); // present when the language is chosen, gone afterwards
     });
     for (const auto& row : rows) {
         SCOPED_TRACE(row.state);
@@ -163,7 +164,7 @@ TEST(StartUp, FailsInAStep)
         EXPECT_EQ(startAcme(), row.second);
     }
     const Patch unknown = pretendExecutable("");
-    EXPECT_EQ(Config().verifyResourcePath(), eInvalidInput); // of the process's language
+    EXPECT_EQ(Config().verifyResourcePath(), eInvalidInput); // the program folder is unknown
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// A program of an application, in C++20: starts the library up, works with the store and with a module.
+// A C++20 program: starts the library, uses the store and a module.
 #include "consumer.h"
 
 #include "../support/recorder.h"
@@ -15,14 +15,14 @@ constexpr TarvoConfig::Path settings = TarvoConfig::eSettings;
 
 void useStore()
 {
-    const rkuinfo::Text text = rkuinfo::utf16("Gr\xc3\xbcn"); // filled in the library, freed here
+    const rkuinfo::Text text = rkuinfo::utf16("Gr\xc3\xbcn"); // allocated in the library, freed here
     check(!rkuinfo::set(settings, L"View/Text", text) &&
               rkuinfo::get<rkuinfo::Text>(settings, L"View/Text") == text &&
               std::ranges::distance(rkuinfo::values(settings, L"View")) == 1,
           "a setting by the C++20 header");
 }
 
-/// Catches by one class what the module throws of that or of one below it.
+/// Catches an exception of the module by this class.
 template <typename Exception>
 Exception* caught(void (*throwing)())
 {

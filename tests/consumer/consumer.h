@@ -1,4 +1,4 @@
-// What the programs and the module share.
+// Shared by the programs and the module.
 #pragma once
 
 #include <RkUInfo.h>
@@ -6,11 +6,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// What the module gives to a program: one table of functions.
+/// The functions of the module that a program calls.
 struct ModuleCalls
 {
     TarvoConfig* (*config)();
-    /// Starts a library up that has not been, and reads the language library; whether all was so.
+    /// Starts a newly loaded library and reads the language library; returns whether both succeeded.
     bool (*start)();
     void (*fill)(VelaVariant& value);
     void (*throwConfigException)();
@@ -19,7 +19,7 @@ struct ModuleCalls
 
 extern "C" const ModuleCalls* moduleCalls();
 
-/// Ends the program unless this holds.
+/// Exits with 1 unless the condition holds.
 inline void check(bool holds, const char* what)
 {
     std::fprintf(stderr, "%s: %s\n", holds ? "ok" : "FAILED", what);

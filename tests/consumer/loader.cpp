@@ -1,5 +1,4 @@
-// A program that is not linked with the library: the module that it loads brings the library in, and takes it
-// away when it is unloaded.
+// A program that is not linked with the library, which a module loads and unloads with itself.
 #define RKUINFO_NOT_LINKED
 #include "consumer.h"
 
@@ -22,7 +21,7 @@ int main(int argc, char** argv)
         const auto calls =
             reinterpret_cast<decltype(&moduleCalls)>(reinterpret_cast<void*>(find(module, "moduleCalls")));
         check(calls != nullptr, "the module loaded");
-        check(calls()->start(), "start-up of a library that is new");
+        check(calls()->start(), "start-up of a newly loaded library");
         unload(module);
     }
 }

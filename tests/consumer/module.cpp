@@ -1,4 +1,4 @@
-// A module in C++14 that is linked with the library like the program that uses it.
+// A C++14 module that is linked with the library.
 #include "consumer.h"
 
 const ModuleCalls* moduleCalls()
@@ -12,7 +12,7 @@ const ModuleCalls* moduleCalls()
         },
         [](VelaVariant& value) { value.setString(L"from the module"); },
         [] { throw new TarvoConfigException(L"message", 1, L"context", 7); },
-        [] { VelaVariant().setBinary("", -1); }, // thrown by inline code of the header
+        [] { VelaVariant().setBinary("", -1); }, // inline code of the header throws
     };
     return &calls;
 }

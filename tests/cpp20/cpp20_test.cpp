@@ -1,4 +1,4 @@
-// RkUInfo.hpp: typed settings, ranges and error codes over the interface, and the example that uses it.
+// RkUInfo.hpp: typed settings, ranges and error codes; and the example module that uses it.
 #include "support/test.h"
 
 #include <RkUInfo.hpp>
@@ -14,7 +14,7 @@ const std::string settingsKey = "Software\\Acme\\Widget\\2018\\en-US\\Settings";
 
 static_assert(std::ranges::input_range<decltype(rkuinfo::items(settings))>);
 
-/// Writes a value, reads it back as the same type and, as which it must not count, as another.
+/// Writes a value and reads it back as its own type; reading it as another type must fail.
 template <typename Other, typename T>
 void checkRoundTrip(const T& value)
 {
@@ -26,7 +26,7 @@ void checkRoundTrip(const T& value)
     EXPECT_EQ(error, TarvoConfig::eWrongType);
 }
 
-TEST(Cpp20, KeepsEachType)
+TEST(Cpp20, RoundTripsEachType)
 {
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     const KeyCounter keys;
@@ -47,7 +47,7 @@ TEST(Cpp20, ConvertsBetweenUtf8AndUtf16)
         {"a\x7f\xc2\x80\xdf\xbf", {0x61, 0x7F, 0x80, 0x7FF}, true},
         {"\xe0\xa0\x80\xef\xbf\xbf", {0x800, 0xFFFF}, true},
         {"\xf0\x90\x80\x80\xf4\x8f\xbf\xbf", {0xD800, 0xDC00, 0xDBFF, 0xDFFF}, true},
-        {"\xed\xa0\x80z\xed\xb0\x80", {0xD800, 'z', 0xDC00}, true}, // alone
+        {"\xed\xa0\x80z\xed\xb0\x80", {0xD800, 'z', 0xDC00}, true}, // unpaired
         {"\x80\xc1\x80\xe0\x9f\xbf\xf4\x90\x80\x80\xc2", Units(11, 0xFFFD), false},
     };
     for (const auto& [bytes, units, back] : rows) {
@@ -57,7 +57,7 @@ TEST(Cpp20, ConvertsBetweenUtf8AndUtf16)
     }
 }
 
-TEST(Cpp20, TellsWhatFailed)
+TEST(Cpp20, ReportsWhatFailed)
 {
     std::error_code error;
     EXPECT_FALSE(rkuinfo::get<double>(settings, L"Value", error));
@@ -86,7 +86,7 @@ TEST(Cpp20, WalksItemsAndValues)
         seen += utf8(name) + ' ';
         makeKey(HKEY_CURRENT_USER, settingsKey + "\\Grown" + std::to_string(seen.size()));
     }
-    EXPECT_EQ(seen, "One One One "); // a walk ends, though its key grows
+    EXPECT_EQ(seen, "One One One "); // the walk ends although the key grows
     std::set<std::string> values;
     for (auto& value : rkuinfo::values(settings)) {
         values.insert(utf8(value.name) + '=' + std::to_string(value.as<std::int32_t>().value_or(-1)) +
@@ -94,14 +94,15 @@ TEST(Cpp20, WalksItemsAndValues)
     }
     EXPECT_EQ(values, (std::set<std::string>{"=-1default", "List=-1stored with another type", "Number=7",
                                              "=-1name too long"}));
-    for (const char* const absent : {"Two\\Three", "None"}) { // an empty key, and none at all
+    for (const char* const absent : {"Two\\Three", "None"}) { // an empty key, and one that does not exist
         auto items = rkuinfo::items(settings, static_cast<const wchar_t*>(Wide(absent)));
         EXPECT_TRUE(items.begin() == items.end());
         EXPECT_EQ(items.error(), *absent == 'T' ? TarvoConfig::eOk : TarvoConfig::eNotFound);
     }
 }
 
-/// What one process of the examples' module leaves, the next one finds. On the host it asks first, in words.
+/// Each process of the example finds what the previous one stored. On the host a question on the console
+/// comes first.
 TEST(ModuleExample, RemembersItsPalettes)
 {
     const Application application;

@@ -1,5 +1,4 @@
-// Answers the next message box with a given caption, as a user would: for a demonstration that nobody
-// watches.
+// Answers Yes to the next message box with this caption, for the demonstration without a user.
 #include <windows.h>
 
 #include <cstdio>

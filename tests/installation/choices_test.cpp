@@ -1,12 +1,12 @@
-// What start-up chooses, from what each source says, and why.
+// Which source start-up chooses, and what it reports about each.
 #include "installation/choices.h"
 
 #include "support/test.h"
 
 namespace {
 
-/// What each source said, but for an argument that is not given, and the name that was chosen or "-".
-std::string told(const uinfo::Choice& choice)
+/// Prints the answer of each source, without an absent argument, then the chosen name or "-".
+std::string print(const uinfo::Choice& choice)
 {
     constexpr const char* answers[] = {
         "", " absent", " empty", " too long", " other type", " unreadable", " no language", " not installed"};
@@ -26,7 +26,7 @@ struct Sources
     std::string argument;
     std::optional<RawValue> stored;
     std::string iniText;
-    std::string told;
+    std::string report;
 };
 
 const std::string x253(253, 'x'), x254 = x253 + 'x', x255 = x254 + 'x';
@@ -34,7 +34,7 @@ const std::string x253(253, 'x'), x254 = x253 + 'x', x255 = x254 + 'x';
 class Choices : public testing::Test
 {
 protected:
-    /// Lays out what a row has and compares what is told.
+    /// Writes the sources of each row and compares the report of the choice.
     template <typename Choose>
     void expect(std::initializer_list<Sources> rows, const std::string& key, const char* valueName,
                 Choose choose)
@@ -44,8 +44,8 @@ protected:
             remakeKey(HKEY_CURRENT_USER, key, valueName, stored);
             const std::string before = tree(HKEY_CURRENT_USER, "Software");
             const Wide words(argument);
-            EXPECT_EQ(told(choose(argument.empty() ? nullptr : +words, +Wide(key))), expected);
-            EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), before) << "it wrote";
+            EXPECT_EQ(print(choose(argument.empty() ? nullptr : +words, +Wide(key))), expected);
+            EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), before) << "the choice changed the registry";
         }
     }
 
@@ -53,7 +53,7 @@ protected:
     const Wide m_folder = windowsPath(m_application.folder()) + '\\';
 };
 
-TEST_F(Choices, OfTheCompanyAndTheProduct)
+TEST_F(Choices, PreferTheArgumentToStoredAndBuiltInNames)
 {
     expect({{"Own", {}, "[Product]\r\nCompanyName=Acme", "argument, Own"},
             {x255, {}, "[Product]\r\nCompanyName=Acme", "argument too long, -"},
@@ -75,7 +75,7 @@ TEST_F(Choices, OfTheCompanyAndTheProduct)
            [&](auto* argument, auto* key) { return uinfo::chooseProduct(argument, key, m_folder); });
 }
 
-TEST_F(Choices, OfTheLanguage)
+TEST_F(Choices, RejectALanguageThatIsNotInstalled)
 {
     const auto ini = [](const std::string& id, const std::string& mapping) {
         return "[Product]\r\nLocaleId=" + id + "\r\n[LocaleIdLangName]\r\n" + mapping;
@@ -89,7 +89,7 @@ TEST_F(Choices, OfTheLanguage)
     addUninstallEntry(1036);
     addUninstallEntry(2052);
     makeKey(HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\"
-                                "{5C3D71E0-B00F-1031-C10E-9E40B6D2F815}"); // without what counts
+                                "{5C3D71E0-B00F-1031-C10E-9E40B6D2F815}"); // without UninstallString
     std::string missing;
     bool needsEntry = true;
     const auto choose = [&](auto* argument, auto* key) {

@@ -1,4 +1,4 @@
-// Files, INI files and the user's folders: what the random calls of tests/agreement do not reach.
+// INI files and the user's folders, as far as the random calls of tests/agreement do not test them.
 #include "support/test.h"
 
 #include <shlobj.h>
@@ -14,12 +14,13 @@ std::string iniValue(const fs::path& file, LPCWSTR key)
     return utf8(out.data());
 }
 
-/// Windows itself is documented not to see the first section after a mark of UTF-8.
-TEST(WineIniFile, IsReadWhereItIsOne)
+/// Windows is documented to ignore the first section after a UTF-8 mark; Wine and winhost read it.
+TEST(WineIniFile, IsReadAtAnyLength)
 {
     const fs::path file = scratchFolder() / "big.ini";
-    const std::string line = std::string(70'000, 'x') + // then the least of each length, and the last of all
-                             "\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
+    const std::string line =
+        std::string(70'000, 'x') + // then the first character of each UTF-8 length, and the last
+        "\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
     writeFile(file, "\xEF\xBB\xBF[s]\n" + std::string(900'000, ';') + "\nline=" + line + "\nend=1");
     EXPECT_EQ(iniValue(file, L"line"), line);
     EXPECT_EQ(iniValue(file, L"end"), "1");
@@ -37,7 +38,7 @@ std::string userFolder(int id)
     return SUCCEEDED(result) ? utf8(path) : result == E_INVALIDARG ? "invalid" + utf8(path) : "failed";
 }
 
-/// What is found once a folder is the user's documents folder, as the user would make it on either target.
+/// Makes this the user's documents folder, as each target has it, and looks it up.
 std::string documents(const fs::path& folder, int flags)
 {
     setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
@@ -46,7 +47,7 @@ std::string documents(const fs::path& folder, int flags)
     return userFolder(CSIDL_PERSONAL | flags);
 }
 
-TEST(UserFolder, IsAbsoluteAndMadeOnRequest)
+TEST(GetFolderPath, ReturnsAbsolutePathsAndCreatesOnRequest)
 {
     const std::string roaming = userFolder(CSIDL_APPDATA | CSIDL_FLAG_CREATE);
     const std::string local = userFolder(CSIDL_LOCAL_APPDATA | CSIDL_FLAG_CREATE);

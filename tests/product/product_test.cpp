@@ -7,7 +7,7 @@ namespace {
 
 ITarvoProduct& product = *velaGetProduct();
 
-std::string answers()
+std::string facts()
 {
     std::ostringstream out;
     out << utf8(product.companyName()) << ' ' << utf8(product.productName()) << ' '
@@ -23,9 +23,9 @@ std::string answers()
 TEST(Product, FollowsTheConfiguration)
 {
     const std::string fixed = "; TARVO 2018 2018 SP2 4.0 27 1 1";
-    EXPECT_EQ(answers(), "NORVIK TARVO TARVO unknown 1033 1" + fixed);
+    EXPECT_EQ(facts(), "NORVIK TARVO TARVO unknown 1033 1" + fixed);
     ASSERT_EQ(InitVelaConfig(L"Acme", L"Widget", L"ja-JP", nullptr), TarvoConfig::eOk);
-    EXPECT_EQ(answers(), "Acme Widget Widget ja-JP 1041 4" + fixed);
+    EXPECT_EQ(facts(), "Acme Widget Widget ja-JP 1041 4" + fixed);
     EXPECT_EQ(&product.language(), &velaConfig()->language());
     const std::pair<const char*, long> types[] = {{"TARVO", 1}, {"tarvo", 1},   {"tarvom", 2}, {"TarvoA", 3},
                                                   {"TARV", 4},  {"TARVOAB", 4}, {" TARVO", 4}};
@@ -59,7 +59,7 @@ std::string folderOf(std::size_t length)
     return length == 0 ? "" : "Z:\\" + std::string(length - 4, 'x') + '\\';
 }
 
-TEST(Product, PathsAreKeptOnceTheyFit)
+TEST(Product, CachesPathsOnceTheyFit)
 {
     const std::string help = folderOf(499) + "RKHelp.exe", cache = folderOf(246) + "UserDataCache";
     const std::tuple<std::size_t, std::string, std::string> rows[] = {
@@ -75,7 +75,7 @@ TEST(Product, PathsAreKeptOnceTheyFit)
     EXPECT_EQ(GetVelaUserDataCacheLanPath(nullptr), 0U);
 }
 
-TEST(Version, WritesTheNumbersWhereTheyFit)
+TEST(VersionNumbers, AreWrittenIfTheyFit)
 {
     const std::tuple<decltype(&GetVerNum), bool, std::string> rows[] = {
         {GetVerNum, true, "VERNUM = \"2018.03.16(29562)_x64\""},
@@ -92,7 +92,7 @@ TEST(Version, WritesTheNumbersWhereTheyFit)
     }
 }
 
-TEST(Version, ProgramName)
+TEST(ProgramName, IsTheFileNameWithoutExe)
 {
     const std::string longFolder = "Z:\\" + std::string(1009, 'x') + '\\';
     const std::pair<std::string, std::string> rows[] = {

@@ -7,7 +7,7 @@ namespace {
 
 const char* const baseModule = std::strstr(libraryModule, ".dll") ? "RkOsBase.dll" : "libRkOsBase.so";
 
-TEST(RkOsBase, BothWindows8AreVersion8)
+TEST(GetWindowsVersion, Returns8ForBothWindows8)
 {
     static DWORD pretended[3]; // major, minor and build
     LONG(WINAPI* const fill)

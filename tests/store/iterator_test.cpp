@@ -1,10 +1,10 @@
-// The names that iterators give.
+// The names of items and values. oracle.cpp tests everything else about iterators.
 #include "store.h"
 
 namespace {
 
-/// What an iterator answers when it is asked for its name, into a buffer of some capacity that holds "kept",
-/// 0 for none: the error, the buffer and the length.
+/// Reads the current name into a buffer that holds "kept", or into none if the capacity is 0, and prints the
+/// error, the buffer and the length.
 std::string nameOf(const auto& it, long capacity = 1024)
 {
     wchar_t buffer[1024] = L"kept";

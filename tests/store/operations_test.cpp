@@ -1,4 +1,4 @@
-// What the operations accept, and trees that are removed. oracle.cpp has what they do.
+// Arguments, access rights and the removal of trees. oracle.cpp tests what the operations do.
 #include "store.h"
 
 namespace {
@@ -37,7 +37,7 @@ TEST_F(Operations, OpenOneKeyWithTheRightsThatTheyNeed)
     EXPECT_EQ(rights, (std::vector{read, read, write, write, write, all, all, all, all}));
 }
 
-TEST_F(Operations, TakePathsUpToALimit)
+TEST_F(Operations, AcceptPathsUpToTheirLimit)
 {
     const std::string root = "Software\\Acme\\Widget";
     for (const Operation& operation : operations) {
@@ -45,7 +45,7 @@ TEST_F(Operations, TakePathsUpToALimit)
             VelaVariant value;
             return operation.call(m_config, from, Wide(path), value) != TarvoConfig::eInvalidInput;
         };
-        const bool cuts = operation.name != "isItemExist"; // separators at the ends
+        const bool cuts = operation.name != "isItemExist"; // it cuts separators from the ends
         for (const std::string separator : {"", "/"}) {
             const std::size_t limit = operation.limit - (cuts ? 0 : separator.size());
             for (const std::size_t length : {limit, limit + 1}) {
@@ -59,24 +59,25 @@ TEST_F(Operations, TakePathsUpToALimit)
                           length == limit);
             }
         }
-        for (const std::size_t length : {1023u, 1024u}) { // of the argument alone
-            const bool isTaken = length == 1023;
-            EXPECT_EQ(accepts(eSettings, std::string(length, 'x')), isTaken && !operation.last.empty());
-            EXPECT_EQ(accepts(eSettings, std::string(length, '/')), isTaken && cuts);
+        for (const std::size_t length : {1023u, 1024u}) { // of the argument
+            const bool fits = length == 1023;
+            EXPECT_EQ(accepts(eSettings, std::string(length, 'x')), fits && !operation.last.empty());
+            EXPECT_EQ(accepts(eSettings, std::string(length, '/')), fits && cuts);
         }
     }
 }
 
-TEST_F(Operations, RemoveKeyByKeyOnWindowsBefore8)
+TEST_F(Operations, RemoveKeyByKeyBeforeWindows8)
 {
     const Patch version = pretendVersion(7);
     const std::string longest = "T\\" + std::string(250, 'x') + "\\" + std::string(250, 'y') + "\\";
     make("Top");
-    for (const std::size_t length : {519u, 520u}) { // of the longest path that is removed, and one more
+    for (const std::size_t length : {519u, 520u}) { // the longest path that can be removed, and one more
         make("T\\first");
         make(longest + std::string(length - longest.size(), 'z'));
         EXPECT_EQ(m_config.removeItem(eSettings, L"T"), length == 519 ? eOk : TarvoConfig::eRegistryError);
-        EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + "\\T\\first"), ""); // what was removed stays removed
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + "\\T\\first"),
+                  ""); // a failure does not restore removed keys
         EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + '\\' + longest).empty(), length != 520);
     }
     EXPECT_EQ(m_config.removeItem(eSettings, L"None"), eOk);

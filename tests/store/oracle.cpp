@@ -1,6 +1,6 @@
-// Random operations of the store, and the same by raw registry calls on a twin tree: results, variants,
-// iterators and open keys must agree after each, both trees at the end. Arguments: the number of operations,
-// the seed.
+// Random operations of the store, and the same operations by registry calls on a twin tree. Results,
+// variants, iterators and the number of open keys must agree after each operation, and both trees at the end.
+// Arguments: the number of operations, the seed.
 #include "support/open_keys.h"
 #include "support/registry.h"
 
@@ -14,7 +14,7 @@
 using namespace testing_support;
 using Items = TarvoConfig::ItemIterator;
 using Values = TarvoConfig::ValueIterator;
-using Codes = std::pair<long, long>; // of the library, and of the raw calls
+using Codes = std::pair<long, long>; // of the library, and of the registry calls
 
 constexpr long ok = 0, missing = 1, over = 4, failed = 5, tooSmall = 6; // of TarvoConfig::Error
 constexpr TarvoConfig::Path root = TarvoConfig::eSettings;
@@ -22,11 +22,11 @@ const std::string realRoot = "Software\\Oracle\\Thing\\2018\\en-US\\Settings";
 const std::string twinRoot = "Software\\Mirror\\Thing\\2018\\en-US\\Settings";
 const HKEY user = HKEY_CURRENT_USER;
 TarvoConfig& config = *velaConfig();
-VelaVariant value; // what was read last is written next
+VelaVariant value; // read by one operation and written by the next
 std::optional<RawValue> twinValue;
-std::string path, key, name, whole; // of an operation: its argument, as a key and a name in it, and as a key
+std::string path, key, name, whole; // the argument; split into key and name; and all of it as a key
 
-/// A variant as the registry has it; nothing where its block records no bytes.
+/// Converts a variant to the value that the registry stores for it; empty if its block records no bytes.
 std::optional<RawValue> rawOf(const VelaVariant& variant)
 {
     static constexpr DWORD types[] = {REG_NONE, REG_DWORD, REG_QWORD, REG_BINARY, REG_BINARY, REG_SZ};
@@ -51,8 +51,8 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a value as another program may, and gives both sides a block that records no size, of which a copy
-/// has none.
+/// Stores a value as another program may do, and makes both values a copy of a variant whose block records no
+/// size.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);
@@ -68,7 +68,7 @@ Codes operate(unsigned long kind)
     std::string spelled = path;
     std::ranges::replace(spelled, '\\', '/');
     const Wide argument(kind == 0 || path.empty() ? path
-                                                  : "\\/" + spelled + "//"); // isItemExist takes it as it is
+                                                  : "\\/" + spelled + "//"); // isItemExist trims nothing
     const std::size_t end = whole.rfind('\\');
     // clang-format off
     switch (kind) {
@@ -83,7 +83,7 @@ Codes operate(unsigned long kind)
     // clang-format on
 }
 
-/// What differs by the kind of iterator.
+/// The calls whose names differ by the kind of iterator.
 struct Call
 {
     static long name(const Items& it, wchar_t* out, long& size) { return it.name(out, size); }
@@ -94,7 +94,7 @@ struct Call
     static long write(Values& it) { return it.setValue(value); }
 };
 
-/// An iterator's fields, in its layout.
+/// The fields of an iterator, in its layout.
 struct Fields
 {
     HKEY key;
@@ -108,7 +108,7 @@ template <typename Iterator>
 struct Walk
 {
     Iterator real;
-    Fields twin = {nullptr, -1, 0, 0, 0}; // but for its key
+    Fields twin = {nullptr, -1, 0, 0, 0}; // without its key
     OwnedKey twinKey;
 
     Codes operate(unsigned long kind, const Walk& other)
@@ -134,12 +134,12 @@ struct Walk
             twin = other.twin;
             return {};
         case 2:
-            twin.index += index < twin.count ? 1 : 0; // -1 is above each count
+            twin.index += index < twin.count ? 1 : 0; // -1 exceeds each count
             return {real.step(), index < twin.count ? ok : over};
         case 3: return {Call::read(real), isThere ? ::read(twinKey.get(), subKey, valueName) : over};
         case 4: return {Call::write(real), isThere ? setRaw(twinKey.get(), subKey, valueName, twinValue) : isItem && !twinKey ? missing : over};
         default:
-            long length = static_cast<long>(kind) - 4; // enough for no character, or for one
+            long length = static_cast<long>(kind) - 4; // room for no character, or for one
             const long named = static_cast<long>(size) < length ? ok : tooSmall;
             const long code = Call::name(real, given, length);
             return {given[0] == (code == ok ? current[0] : 0) ? code : -1, isThere ? named : over};
@@ -147,7 +147,7 @@ struct Walk
         // clang-format on
     }
 
-    /// The number of its keys; not a number of keys where it differs from its twin.
+    /// Returns the number of its open keys, or -9 if it differs from its twin.
     int keys() const
     {
         Fields fields;
@@ -157,7 +157,7 @@ struct Walk
     }
 };
 
-// NOLINTNEXTLINE(bugprone-exception-escape): it ends the program, and so fails the test
+// NOLINTNEXTLINE(bugprone-exception-escape): an exception fails the test
 int main(int, char** arguments)
 {
     removeKey(user, "Software\\Oracle");

@@ -11,7 +11,7 @@ inline constexpr Error eOk = TarvoConfig::eOk;
 inline constexpr TarvoConfig::Path eSettings = TarvoConfig::eSettings;
 inline constexpr LSTATUS denied = ERROR_ACCESS_DENIED;
 
-/// A started configuration, of whose keys none is left open.
+/// A test that starts as Acme's Widget and leaves no key open.
 class StoreTest : public testing::Test
 {
 protected:
@@ -22,10 +22,10 @@ protected:
     TarvoConfig& m_config = *velaConfig();
 };
 
-/// Everything that a variant answers: type/block size, then what each getter gives.
+/// Prints a variant: type/block size, then the result of each getter.
 inline std::string describe(const VelaVariant& v)
 {
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): a value that was moved from answers too
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.Move): a moved-from variant is eNull
     const auto* const bytes = static_cast<const char*>(v.getBinary());
     std::ostringstream out;
     out << v.type() << '/' << v.blockSize() << ' ' << v.getInt() << ' ' << v.getInt64() << ' '
@@ -34,23 +34,23 @@ inline std::string describe(const VelaVariant& v)
     return out.str();
 }
 
-/// The version of Windows that the library is told.
+/// Replaces the version of Windows that the library reads.
 [[nodiscard]] inline auto pretendVersion(int version)
 {
     return intercept<"velaGetWindowsVersion", decltype(velaGetWindowsVersion)>(
         [=](auto, auto*...) { return version; });
 }
 
-/// An operation by path; of isItemExist, eInvalidInput stands for 0.
+/// An operation on a path. isItemExist returns eInvalidInput here instead of 0.
 struct Operation
 {
     std::string name;
     std::size_t limit; ///< of root and sub-path together
-    std::string last;  ///< what its argument holds behind the sub-path
+    std::string last;  ///< what the argument has after the sub-path
     Error (*call)(TarvoConfig&, TarvoConfig::Path, LPCWSTR, VelaVariant&);
 };
 
-// Where some of them are in the table.
+// The indexes of some of them.
 inline constexpr int eExists = 0, eGet = 1, eRemoveItem = 5;
 
 template <typename Iterator>

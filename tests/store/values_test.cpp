@@ -1,20 +1,20 @@
-// The typed value, and how the registry keeps each.
+// The typed value, and how it is stored in the registry.
 #include "store.h"
 
 namespace {
 
-/// A value of any type without a block.
+/// Sets a type, without a block.
 void setType(VelaVariant& v, std::int32_t type)
 {
     v = VelaVariant();
     std::memcpy(static_cast<void*>(&v), &type, sizeof type);
 }
 
-/// A value, what it then answers, and how the registry keeps it, if it does.
+/// A value, what describe() prints of it, and how it is stored, if it is.
 const struct Sample
 {
     void (*set)(VelaVariant&);
-    std::string answers;
+    std::string described;
     std::optional<RawValue> stored;
 } samples[] = {
     {[](auto& v) { setType(v, 0); }, "0/0 0 0 0 '' -", {}},
@@ -33,7 +33,7 @@ const struct Sample
     {[](auto& v) { v.setString(nullptr); }, "5/6 0 0 0 '' -", text("")},
 };
 
-/// Counts the blocks that a module allocates, and fills them; the one whose number is refused cannot be had.
+/// Counts and fills the blocks that a module allocates; the allocation with the number in `refused` fails.
 struct Blocks
 {
     explicit Blocks(const char* module)
@@ -49,7 +49,7 @@ struct Blocks
     Patch patch;
 };
 
-/// The code of the exception that a call throws, 0 when none is thrown.
+/// Returns the code of the exception that a call throws, 0 if it throws none.
 int thrownCode(const std::function<void()>& call)
 {
     try {
@@ -85,8 +85,8 @@ void checkAfter(const Sample& before, const Sample& after)
     EXPECT_EQ(blocks.count, needsBlock ? 1 : 0);
     blocks.refused = blocks.count + 1;
     EXPECT_EQ(thrownCode([&] { after.set(failing); }), needsBlock ? 6 : 0);
-    blocks.refused = 0; // describing allocates in the program too
-    EXPECT_EQ(describe(failing), needsBlock ? left : after.answers);
+    blocks.refused = 0; // describe() allocates too
+    EXPECT_EQ(describe(failing), needsBlock ? left : after.described);
     copy = source;
     blocks.count = 0;
     moved = std::move(source);
@@ -96,21 +96,21 @@ void checkAfter(const Sample& before, const Sample& after)
     last = std::move(same);
     EXPECT_EQ(blocks.count, 0);
     for (const VelaVariant* const each : {&set, &copy, &last}) {
-        EXPECT_EQ(describe(*each), after.answers);
+        EXPECT_EQ(describe(*each), after.described);
     }
-    // NOLINTNEXTLINE(bugprone-use-after-move): they are left as eNull
-    EXPECT_EQ(describe(source) + describe(moved), samples[0].answers + samples[0].answers);
+    // NOLINTNEXTLINE(bugprone-use-after-move): both are eNull now
+    EXPECT_EQ(describe(source) + describe(moved), samples[0].described + samples[0].described);
 }
 
-TEST(Variant, TakesEveryValueAfterEveryOther)
+TEST(Variant, AcceptsEveryValueAfterEveryOther)
 {
     for (const Sample& before : samples) {
         for (const Sample& after : samples) {
-            SCOPED_TRACE(before.answers + ", then " + after.answers);
+            SCOPED_TRACE(before.described + ", then " + after.described);
             checkAfter(before, after);
         }
     }
-    VelaVariant v; // from its own block
+    VelaVariant v; // set from its own block
     v.setString(L"abc");
     v.setString(v.getString() + 1);
     EXPECT_EQ(describe(v), "5/10 0 0 0 'bc' -");
@@ -119,10 +119,10 @@ TEST(Variant, TakesEveryValueAfterEveryOther)
     EXPECT_EQ(describe(v), "4/7 0 0 0 '' cde");
 }
 
-TEST(Variant, BlocksByTypeAndSize)
+TEST(Variant, AllocatesABlockOfItsTypesSizeOrThrows)
 {
     constexpr int rows[][4] = {
-        // type, size; what the block says of it, the code thrown
+        // type, size; the size that the block records, the code thrown
         {0, 0, 0, 0},  {0, -1, 0, 0}, {1, -7, 8, 0},        {2, 0, 12, 0},
         {3, 0, 12, 0}, {4, 0, 0, 3},  {5, -1, 0, 3},        {6, 0, 0, 3},
         {0, 1, 5, 0},  {1, 3, 7, 0},  {4, INT32_MAX, 0, 6}, {4, INT32_MAX - 3, 0, 6},
@@ -141,13 +141,14 @@ TEST(Variant, BlocksByTypeAndSize)
 
 // ---- The value in the registry
 
-class Codec : public StoreTest
+class StoredValues : public StoreTest
 {
 protected:
     static void store(const RawValue& value) { setRaw(HKEY_CURRENT_USER, settings, "v", value); }
     static RawValue stored() { return getRaw(HKEY_CURRENT_USER, settings, "v").value(); }
 
-    /// Reads the value into an object that holds a text, which an empty result says it keeps.
+    /// Reads the value into a variant that holds a string, which must survive if the expected result is
+    /// empty.
     void expectRead(const std::string& result)
     {
         VelaVariant v;
@@ -157,7 +158,7 @@ protected:
     }
 };
 
-TEST_F(Codec, WritesByType)
+TEST_F(StoredValues, HaveTheRegistryTypeOfTheVariant)
 {
     const RawValue before = {REG_BINARY, "before"};
     VelaVariant value;
@@ -165,11 +166,11 @@ TEST_F(Codec, WritesByType)
         sample.set(value);
         store(before);
         EXPECT_EQ(m_config.setValue(eSettings, L"v", value), eOk);
-        EXPECT_EQ(stored(), sample.stored.value_or(before)) << sample.answers;
+        EXPECT_EQ(stored(), sample.stored.value_or(before)) << sample.described;
     }
 }
 
-TEST_F(Codec, ReadsByStoredType)
+TEST_F(StoredValues, SetTheTypeOfTheVariant)
 {
     const std::string abc = text("abc").bytes;
     const std::pair<RawValue, std::string> rows[] = {
@@ -194,11 +195,11 @@ TEST_F(Codec, ReadsByStoredType)
         ASSERT_EQ(stored(), value);
         blocks.count = 0;
         expectRead(result);
-        EXPECT_TRUE(value.type != REG_DWORD || blocks.count <= 1); // the value's own
+        EXPECT_TRUE(value.type != REG_DWORD || blocks.count <= 1); // the variant's block
     }
 }
 
-TEST_F(Codec, SecondQueryDecides)
+TEST_F(StoredValues, MayChangeBetweenTheTwoQueries)
 {
     const RawValue binary = {REG_BINARY, "abc"};
     const RawValue failure = {99, ""};

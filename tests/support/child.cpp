@@ -11,7 +11,7 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
         runOnFiles(program, arguments,
                    options.workingFolder.empty() ? std::filesystem::current_path() : options.workingFolder);
     ChildResult result = {exitCode, readFile(folder / "out"), readFile(folder / "err")};
-    std::erase(result.output, '\r'); // of a runtime's text mode
+    std::erase(result.output, '\r'); // written in text mode
     std::erase(result.errors, '\r');
     return result;
 }

@@ -18,16 +18,16 @@ struct ChildResult
 
 struct ChildOptions
 {
-    std::filesystem::path workingFolder; ///< empty: this process's own
+    std::filesystem::path workingFolder; ///< empty: that of this process
     std::string input;                   ///< what is typed
 };
 
-/// Runs a program to its end.
+/// Runs a program and waits until it exits.
 ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                        const ChildOptions& options = {});
 
-/// What runProgram does on each target, up to the exit code: the scratch folder has the file "in" for stdin
-/// and receives "out" and "err".
+/// The part of runProgram that differs by target: stdin is the file "in" of the scratch folder, and stdout
+/// and stderr go to "out" and "err" there. Returns the exit code.
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                const std::filesystem::path& workingFolder);
 

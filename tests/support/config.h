@@ -1,11 +1,11 @@
-// The configuration object as a test sees it.
+// The configuration object with its protected members made public.
 #pragma once
 
 #include <RkUInfo.h>
 
 namespace testing_support {
 
-/// A configuration object of the test's own, with the steps of start-up opened up.
+/// A separate configuration object whose steps of start-up a test can call.
 class Config : public TarvoConfig
 {
 public:
@@ -18,8 +18,8 @@ public:
     using TarvoConfig::refreshLanguageName, TarvoConfig::refreshProductName;
 };
 
-/// Starts the process's configuration as a rebranded product, whose languages need no uninstall entry: the
-/// key path of its language is Software\Acme\Widget\2018\en-US.
+/// Starts as a rebranded product, whose languages need no uninstall entry. The key path of its language is
+/// Software\Acme\Widget\2018\en-US.
 inline TarvoConfig::Error startAcme(const wchar_t* profile = nullptr)
 {
     return InitVelaConfig(L"Acme", L"Widget", L"en-US", profile);

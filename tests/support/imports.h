@@ -1,4 +1,4 @@
-// The seam between the library and the system: the calls that a module imports, replaced for a while.
+// Replaces functions that a loaded module imports.
 #pragma once
 
 #include <memory>
@@ -10,37 +10,39 @@
 
 namespace testing_support {
 
-/// The module under test and this program's own.
+/// The module under test, and this program.
 extern const char* const libraryModule;
 inline constexpr const char* programModule = nullptr;
 
-/// Whether a module's symbol is a function ("velaConfig", "RkLocker::lock", "RkLocker::~RkLocker"), whatever
-/// its arguments, or has that very name, as "malloc" has.
+/// Returns whether a symbol is this undecorated name ("malloc") or decorates this function, whatever its
+/// arguments
+/// ("velaConfig", "RkLocker::lock", "RkLocker::~RkLocker").
 bool isNameOf(std::string_view symbol, std::string_view function);
 
-/// Where a loaded module keeps the addresses of a function that it imports, named as in the source
-/// ("RegCloseKey", "RkLocker::lock"); they can be written.
+/// Makes the slots writable in which a loaded module stores the address of an imported function, which is
+/// named as for isNameOf(), and returns them.
 std::vector<void**> importSlots(const char* module, const char* function);
 
-/// A function's name as a template's argument: each replaced function has a state of its own.
+/// A function's name as a template argument, so that each replaced function has separate state.
 struct Name
 {
     constexpr Name(const char* name) { std::string_view(name).copy(text, sizeof text - 1); }
     char text[32] = {};
 };
 
-/// Whether a module's heap operators are its own, over the malloc that it imports, as Visual C++ has them.
+/// Whether operator new is part of each module and calls the malloc that the module imports, as in Visual
+/// C++.
 #ifdef _MSC_VER
 inline constexpr bool hasOwnHeapOperators = true;
 #else
 inline constexpr bool hasOwnHeapOperators = false;
 #endif
-/// Where a module asks for an array's memory.
+/// The imported function that allocates arrays.
 inline constexpr const char* arrayNew = hasOwnHeapOperators ? "malloc"
                                         : sizeof(long) == 8 ? "_Znam"
                                                             : "_Znay";
 
-/// Holds while a function is replaced.
+/// Restores the function when it is destroyed.
 using Patch = std::shared_ptr<void>;
 
 template <Name name, typename Handler, typename Result, typename... Arguments>
@@ -64,13 +66,13 @@ Patch replaceImport(const char* module, Handler handler, Result (*)(Arguments...
         active = before;
         delete state;
     });
-    for (void** const slot : slots) { // last: it may be malloc, for which this program asks too
+    for (void** const slot : slots) { // last: it may be malloc, which the lines above call
         *slot = reinterpret_cast<void*>(call);
     }
     return patch;
 }
 
-/// Hands a module's calls of one function to handler(real, arguments...):
+/// Replaces a module's calls of one function by handler(real, arguments...):
 /// intercept<"RegCloseKey", decltype(RegCloseKey)>([&](auto real, HKEY key) { return real(key); })
 template <Name name, typename Signature, typename Handler>
 [[nodiscard]] Patch intercept(Handler handler, const char* module = libraryModule)

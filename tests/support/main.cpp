@@ -1,5 +1,5 @@
-// The main function of every test program. It runs one case, in an empty scratch folder, home and registry:
-// start-up happens once per process.
+// The main function of every test program. Start-up happens once per process, so it runs one case, in an
+// empty scratch folder, home and registry.
 #include "support/isolation.h"
 
 #include <gtest/gtest.h>
@@ -15,8 +15,8 @@ int main(int argc, char** argv)
     testing::InitGoogleTest(&argc, argv);
     const bool isOne = GTEST_FLAG_GET(filter).find_first_of("*?:-") == std::string::npos;
     if (!isOne && !GTEST_FLAG_GET(list_tests)) {
-        std::cerr
-            << "Name one case by --gtest_filter, or run several by ctest -R: each has its own process\n";
+        std::cerr << "Each case needs a separate process: name one by --gtest_filter, or run several by "
+                     "ctest -R.\n";
         return 2;
     }
     const auto folder = std::filesystem::path(RKUINFO_TEST_SCRATCH) / std::to_string(std::random_device()());

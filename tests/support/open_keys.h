@@ -1,4 +1,4 @@
-// The registry keys that the library has open.
+// Counts the registry keys that the library has open.
 #pragma once
 
 #include "support/imports.h"
@@ -9,7 +9,7 @@
 
 namespace testing_support {
 
-/// Counts the registry keys that the library opens and closes.
+/// Counts from its construction on.
 class OpenKeys
 {
 public:

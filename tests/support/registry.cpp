@@ -9,7 +9,7 @@ namespace {
 void require(LSTATUS status, const std::string& path)
 {
     if (status != ERROR_SUCCESS) {
-        throw std::runtime_error("cannot be made: " + path);
+        throw std::runtime_error("cannot create or set " + path);
     }
 }
 
@@ -52,7 +52,7 @@ LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
     const OwnedKey key = makeKey(root, path);
     if (value) {
         const std::string data =
-            value->bytes + "##"; // the system adds a terminator that it finds behind a text
+            value->bytes + "##"; // else the system may find a terminator after the string, and store it too
         const auto* const bytes = reinterpret_cast<const BYTE*>(data.data());
         const auto size = static_cast<DWORD>(value->bytes.size());
         require(RegSetValueExW(key.get(), Wide(name), 0, value->type, bytes, size), path);
@@ -98,7 +98,7 @@ std::string tree(HKEY root, const std::string& path)
 {
     const OwnedKey key = openKey(root, path);
     std::string lines = key == nullptr ? "" : '[' + path + "]\n";
-    constexpr DWORD size = 16384; // of the longest
+    constexpr DWORD size = 16384; // of the longest name
     static wchar_t name[size];
     for (const bool values : {true, false}) {
         for (DWORD i = 0, length = size; enumerate(values, key.get(), i, name, &length) == ERROR_SUCCESS;

@@ -1,4 +1,4 @@
-// The registry as raw calls see it.
+// The registry, read and written by Win32 calls.
 #pragma once
 
 #include "support/text.h"
@@ -27,35 +27,34 @@ struct RawValue
     bool operator==(const RawValue&) const = default;
 };
 
-/// A REG_SZ of an UTF-8 text, terminator included.
+/// Returns a REG_SZ with its terminator.
 RawValue text(const std::string& utf8);
 RawValue dword(std::uint32_t number);
 
-/// Opens a key; null where it cannot be opened.
+/// Opens a key; returns null if that fails.
 OwnedKey openKey(HKEY root, const std::string& path, REGSAM access = KEY_READ);
-/// Makes the key and everything above it, or opens it.
+/// Opens a key, which it creates if necessary; throws on failure.
 OwnedKey makeKey(HKEY root, const std::string& path);
 void removeKey(HKEY root, const std::string& path);
 
-/// Makes the key, and sets a value, if there is one. An empty name is the default value.
+/// Creates the key if necessary and sets the value, if one is given. An empty name is the default value.
 LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);
 inline LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name, const RawValue& value)
 {
     return setRaw(root, path, name, std::optional(value));
 }
-/// Gives a key this one value, or none.
+/// Replaces a key by one with only this value, or with none.
 void remakeKey(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name);
 
-/// RegEnumValueW or RegEnumKeyExW, for a name alone.
+/// Calls RegEnumValueW or RegEnumKeyExW for a name.
 LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* length);
 
-/// A value's type and bytes, as a line of tree() has them behind the name.
+/// Prints a value's type and bytes, as tree() does after the name.
 std::string print(const RawValue& value);
-/// Every key and value at and below a key, a line each; equal texts mean equal trees, and an empty one no
-/// key.
+/// Prints a key and everything below it, one key or value per line. Empty if there is no such key.
 std::string tree(HKEY root, const std::string& path);
 
 /// Marks a language as installed for the default product.

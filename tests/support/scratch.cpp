@@ -40,7 +40,7 @@ std::string readFile(const fs::path& file)
 
 fs::path thisProgram()
 {
-    constexpr std::size_t drive = onHost ? 2 : 0; // which a host's own paths have not
+    constexpr std::size_t drive = onHost ? 2 : 0; // winhost puts one before each path
     wchar_t path[1024] = {};
     GetModuleFileNameW(nullptr, path, 1024);
     std::string text = utf8(path);
@@ -55,7 +55,8 @@ Application::Application(std::string_view folderName)
     fs::create_directories(m_folder);
     fs::create_hard_link(thisProgram(), m_program);
     for (const auto& entry : fs::directory_iterator(thisProgram().parent_path())) {
-        if (entry.path().extension() == ".dll") { // on the host, programs find their libraries where they are
+        if (entry.path().extension() ==
+            ".dll") { // on the host, programs find their libraries by their build path
             fs::create_hard_link(entry.path(), m_folder / entry.path().filename());
         }
     }

@@ -1,4 +1,4 @@
-// Files and folders that a test makes.
+// Files and folders that a test creates.
 #pragma once
 
 #include <filesystem>
@@ -7,16 +7,16 @@
 
 namespace testing_support {
 
-/// Whether this is no Windows.
+/// Whether this is the host build.
 inline constexpr bool onHost = std::filesystem::path::preferred_separator == '/';
 
 /// The folder of this process and its children, removed when the process ends.
 const std::filesystem::path& scratchFolder();
 
-/// A path as Windows writes it, in UTF-8.
+/// Returns a path in the spelling of Windows, in UTF-8.
 std::string windowsPath(const std::filesystem::path& path);
 
-/// Writes a file and the folders on its way.
+/// Writes a file and creates its folder.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
 std::string readFile(const std::filesystem::path& file);
@@ -24,7 +24,7 @@ std::string readFile(const std::filesystem::path& file);
 /// The executable of this process.
 std::filesystem::path thisProgram();
 
-/// An application: a folder of the scratch folder with this test program in it, under a name of its own.
+/// An application: a folder in the scratch folder, with a link to this program.
 class Application
 {
 public:
@@ -33,9 +33,9 @@ public:
     std::filesystem::path folder() const { return m_folder; }
     std::filesystem::path program() const { return m_program; }
 
-    /// Puts another program of this build into it; gives its path.
+    /// Adds another program of this build and returns its path.
     std::filesystem::path addProgram(std::string_view name) const;
-    /// Makes a language's folder with a library in it.
+    /// Adds a language's folder with its library.
     void addLanguage(std::string_view shortName) const;
     void writeIni(std::string_view text, std::string_view fileName = "TARVO.ini") const
     {

@@ -1,4 +1,4 @@
-// Texts in tests: UTF-8 outside, UTF-16 towards the library.
+// Strings are UTF-8 in tests and UTF-16 in calls of the library.
 #pragma once
 
 #include <RkUInfo/Text.hpp>
@@ -12,7 +12,7 @@ namespace testing_support {
 
 using rkuinfo::utf8; ///< "" for null
 
-/// A terminated UTF-16 text.
+/// A terminated UTF-16 string.
 class Wide
 {
 public:
@@ -25,7 +25,7 @@ public:
 
     operator const wchar_t*() const { return m_units.data(); }
     std::size_t length() const { return m_units.size() - 1; }
-    /// The text and its terminator as bytes, as a REG_SZ is stored.
+    /// Returns the string and its terminator as the bytes of a REG_SZ.
     std::string bytes() const { return {reinterpret_cast<const char*>(m_units.data()), 2 * m_units.size()}; }
 
 private:

@@ -1,4 +1,4 @@
-// Imports of an ELF module: the slots that its relocations name.
+// Finds the import slots of an ELF module by its relocations.
 #include "support/imports.h"
 
 #include <dlfcn.h>
@@ -29,7 +29,8 @@ std::vector<void**> importSlots(const char* module, const char* function)
     const auto* const names = reinterpret_cast<const char*>(entries[DT_STRTAB]);
     for (const auto& [table, size] : {std::pair{DT_JMPREL, DT_PLTRELSZ}, std::pair{DT_RELA, DT_RELASZ}}) {
         const auto* const first = reinterpret_cast<const Elf64_Rela*>(entries[table]);
-        const std::uintptr_t unnamed = table == DT_RELA ? entries[DT_RELACOUNT] : 0; // which come first
+        const std::uintptr_t unnamed =
+            table == DT_RELA ? entries[DT_RELACOUNT] : 0; // those that name no symbol come first
         for (const Elf64_Rela* at = first + unnamed; at < first + entries[size] / sizeof *at; ++at) {
             const auto type = ELF64_R_TYPE(at->r_info);
             const char* const symbol = names + symbols[ELF64_R_SYM(at->r_info)].st_name;
@@ -37,7 +38,8 @@ std::vector<void**> importSlots(const char* module, const char* function)
                 const std::uintptr_t address = loaded->l_addr + at->r_offset;
                 mprotect(reinterpret_cast<void*>(address & ~(page - 1)), page, PROT_READ | PROT_WRITE);
                 slots.push_back(reinterpret_cast<void**>(address));
-                if (bound.insert(slots.back()).second) { // it may hold the lazy binder, which undoes a patch
+                if (bound.insert(slots.back())
+                        .second) { // it may point to the lazy binder, which would overwrite a patch
                     void* const real = dlsym(RTLD_DEFAULT, symbol);
                     *slots.back() = real != nullptr ? real : dlsym(handle, symbol);
                 }

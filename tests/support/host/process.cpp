@@ -1,4 +1,4 @@
-// A test process's home, and its children.
+// The home of a test process, and its children.
 #include "support/child.h"
 #include "support/isolation.h"
 
@@ -28,7 +28,7 @@ void leaveHome() {}
 
 std::string companyFromOutside(const std::string& company)
 {
-    return company; // the whole registry is in this process's home
+    return company; // the registry is a file of the redirected home
 }
 
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments,

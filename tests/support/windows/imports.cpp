@@ -1,4 +1,4 @@
-// Imports of a PE module: its import address table.
+// Finds the import slots of a PE module in its import address table.
 #include "support/imports.h"
 
 #include <windows.h>

@@ -1,5 +1,5 @@
-// A test process's registry and its children. Both roots of the registry are redirected to a key of the
-// process's own, below the real current user.
+// The registry of a test process, and its children. Both roots of the registry are redirected to separate
+// keys below the real HKEY_CURRENT_USER.
 #include "support/child.h"
 #include "support/isolation.h"
 #include "support/registry.h"
@@ -12,7 +12,7 @@ namespace testing_support {
 
 namespace {
 
-/// Below Software, where companies are.
+/// Returns the key below Software that contains this process's registry.
 std::string ownPath()
 {
     return "RkUInfoTests\\" + scratchFolder().filename().string();
@@ -21,7 +21,7 @@ std::string ownPath()
 void redirect(HKEY root, const std::string& name)
 {
     const OwnedKey key = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + '\\' + name);
-    makeKey(key.get(), "Software"); // which every real root has
+    makeKey(key.get(), "Software"); // every real root has it
     RegOverridePredefKey(root, key.get());
 }
 
@@ -32,8 +32,7 @@ HANDLE openInherited(const char* fileName, DWORD access, DWORD disposition)
                        disposition, 0, nullptr);
 }
 
-/// Quoted so that the C runtime splits it back into what it was: backslashes before a quotation mark are
-/// doubled.
+/// Quotes an argument for the C runtime: backslashes before a quotation mark are doubled.
 std::string quoted(const std::string& argument)
 {
     const std::string inner = std::regex_replace(argument, std::regex(R"re((\\*)")re"), R"($1$1\")");
@@ -49,7 +48,7 @@ void shareWithChildren(const char* variable, const std::string& value)
 
 void joinHome()
 {
-    // A process that crashes ends so, without a debugger.
+    // A crash reports its exception and exits, without a debugger.
     SetUnhandledExceptionFilter([](EXCEPTION_POINTERS* crash) -> LONG {
         std::fprintf(stderr, "crashed by exception %lX\n", crash->ExceptionRecord->ExceptionCode);
         return EXCEPTION_EXECUTE_HANDLER;
@@ -57,9 +56,9 @@ void joinHome()
     const std::string folders = R"(Software\Microsoft\Windows\CurrentVersion\Explorer\FolderDescriptions)";
     const OwnedKey described = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + "\\Machine\\" + folders);
     RegCopyTreeW(HKEY_LOCAL_MACHINE, Wide(folders),
-                 described.get()); // by which Windows resolves known folders
+                 described.get()); // Windows resolves known folders by them
     redirect(HKEY_LOCAL_MACHINE, "Machine");
-    redirect(HKEY_CURRENT_USER, "User"); // last: the keys are of the real one
+    redirect(HKEY_CURRENT_USER, "User"); // last: both keys are below the real root
 }
 
 void leaveHome()
@@ -92,7 +91,7 @@ int runOnFiles(const std::filesystem::path& program, const std::vector<std::stri
     CreateProcessW(nullptr, const_cast<wchar_t*>(+command), nullptr, nullptr, TRUE, 0, nullptr,
                    Wide(windowsPath(workingFolder)), &startup, &child);
     WaitForSingleObject(child.hProcess, INFINITE);
-    DWORD exitCode = 127; // of one that cannot be started
+    DWORD exitCode = 127; // if it cannot be started
     GetExitCodeProcess(child.hProcess, &exitCode);
     for (const HANDLE handle :
          {startup.hStdInput, startup.hStdOutput, startup.hStdError, child.hProcess, child.hThread}) {
