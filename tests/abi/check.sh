@@ -23,7 +23,7 @@ compile() {
 
 dumps() {
     local options=("$@" -DRKUINFO_BUILD -DRKOSBASE_BUILD -fexceptions)
-    compile "$here/classes.cpp" "${options[@]}" -fsyntax-only -Xclang -fdump-record-layouts
+    compile "$here/classes.cpp" "${options[@]}" -fsyntax-only -Xclang -fdump-record-layouts-complete
     compile "$here/classes.cpp" "${options[@]}" -S -emit-llvm -o /dev/null -Xclang -fdump-vtable-layouts
 }
 

@@ -12,9 +12,3 @@ void layOut(ITarvoProduct& product, VelaCrashRecorder& recorder, const RkExcepti
     delete status;
     delete config;
 }
-
-static_assert(sizeof(TarvoConfig) + sizeof(TarvoConfig::ItemIterator) + sizeof(TarvoConfig::ValueIterator) +
-                      sizeof(TarvoLanguage) + sizeof(VelaVariant) + sizeof(RkLocker) + sizeof(RkErrorStatus) +
-                      sizeof(TarvoConfigException) >
-                  0,
-              "");

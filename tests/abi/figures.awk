@@ -1,5 +1,5 @@
-# Turns clang's dumps of record layouts and virtual tables into the table of docs/ABI.md. What the two C++ ABIs merely
-# count otherwise is levelled: the GNU one gives a virtual destructor two slots, the other one slot.
+# Converts clang's dumps of record layouts and virtual tables to the table of docs/ABI.md. A virtual destructor counts as
+# one slot, as in Visual C++'s ABI; the GNU ABI has two.
 BEGIN {
     count = split("TarvoConfig TarvoConfig::ItemIterator TarvoConfig::ValueIterator TarvoLanguage VelaVariant " \
                   "ITarvoProduct TarvoConfigException RkException RkExceptionWithMsg RkErrorStatus RkLocker " \

@@ -1,8 +1,6 @@
 // A C++20 program: starts the library, uses the store and a module.
 #include "consumer.h"
 
-#include "../support/recorder.h"
-
 #include <RkUInfo.hpp>
 
 #include <memory>
@@ -10,6 +8,16 @@
 namespace {
 
 using rkuinfo::utf8;
+
+struct Recorder final : VelaCrashRecorder
+{
+    void beginSession() override {}
+    void endSession() override {}
+    void recordText(const wchar_t*) override {}
+    void recordException(RkException*) override { ++recorded; }
+
+    int recorded = 0;
+};
 
 constexpr TarvoConfig::Path settings = TarvoConfig::eSettings;
 
@@ -41,7 +49,8 @@ void useModule(const ModuleCalls& module)
     value.setInt(1);
     module.fill(value);
     check(utf8(value.getString()) == "from the module", "a value filled by the module");
-    const testing_support::Recorder recorder;
+    Recorder recorder;
+    VelaCrashRecorder* const before = velaSetCrashRecorder(&recorder);
     const std::unique_ptr<TarvoConfigException> thrown(
         caught<TarvoConfigException>(module.throwConfigException));
     check(thrown && thrown->isExitProcess() == 1 && thrown->number() == 7 &&
@@ -50,7 +59,8 @@ void useModule(const ModuleCalls& module)
     const std::unique_ptr<RkException> base(caught<RkException>(module.throwStatus));
     check(base && base->code() == Vela::eInvalidInput && dynamic_cast<RkErrorStatus*>(base.get()) != nullptr,
           "the module's status, by its base class");
-    check(recorder.recorded.size() == 1, "the crash recorder saw the status");
+    velaSetCrashRecorder(before);
+    check(recorder.recorded == 1, "the crash recorder saw the status");
 }
 
 } // namespace

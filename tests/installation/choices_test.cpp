@@ -56,7 +56,6 @@ protected:
 TEST_F(Choices, PreferTheArgumentToStoredAndBuiltInNames)
 {
     expect({{"Own", {}, "[Product]\r\nCompanyName=Acme", "argument, Own"},
-            {x255, {}, "[Product]\r\nCompanyName=Acme", "argument too long, -"},
             {"", {}, "[product]\r\ncompanyname=Acme", "CompanyName, Acme"},
             {"", {}, "[Product]\r\nCompanyName=" + x254, "CompanyName, " + x253},
             {"", {}, "[Product]\r\nCompanyName=", "CompanyName absent, built in, Norvik"}},

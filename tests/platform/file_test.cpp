@@ -38,15 +38,6 @@ std::string userFolder(int id)
     return SUCCEEDED(result) ? utf8(path) : result == E_INVALIDARG ? "invalid" + utf8(path) : "failed";
 }
 
-/// Makes this the user's documents folder, as each target has it, and looks it up.
-std::string documents(const fs::path& folder, int flags)
-{
-    setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
-           "Personal", {REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
-    shareWithChildren("XDG_DOCUMENTS_DIR", folder.string() + "//");
-    return userFolder(CSIDL_PERSONAL | flags);
-}
-
 TEST(GetFolderPath, ReturnsAbsolutePathsAndCreatesOnRequest)
 {
     const std::string roaming = userFolder(CSIDL_APPDATA | CSIDL_FLAG_CREATE);
@@ -54,9 +45,12 @@ TEST(GetFolderPath, ReturnsAbsolutePathsAndCreatesOnRequest)
     EXPECT_EQ(roaming.substr(1, 2) + local.substr(1, 2), ":\\:\\");
     EXPECT_NE(roaming, local);
     EXPECT_EQ(userFolder(0x77), "invalid");
-    const fs::path folder = scratchFolder() / "documents" / "deep";
-    EXPECT_EQ(documents(folder, 0), "failed");
-    EXPECT_EQ(documents(folder, CSIDL_FLAG_CREATE), windowsPath(folder));
+    const fs::path folder = scratchFolder() / "documents" / "deep"; // set as each target does
+    setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
+           "Personal", {REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
+    shareWithChildren("XDG_DOCUMENTS_DIR", folder.string() + "//");
+    EXPECT_EQ(userFolder(CSIDL_PERSONAL), "failed");
+    EXPECT_EQ(userFolder(CSIDL_PERSONAL | CSIDL_FLAG_CREATE), windowsPath(folder));
     EXPECT_TRUE(fs::is_directory(folder));
 }
 

@@ -3,22 +3,7 @@
 
 namespace {
 
-class Operations : public StoreTest
-{
-protected:
-    static void make(const std::string& path) { makeKey(HKEY_CURRENT_USER, settings + '\\' + path); }
-};
-
-TEST_F(Operations, RefuseASubtreeWithoutAKeyPath)
-{
-    VelaVariant value;
-    for (const Operation& operation : operations) {
-        for (const auto root : {TarvoConfig::eCurrentProfile, static_cast<TarvoConfig::Path>(9)}) {
-            EXPECT_EQ(operation.call(m_config, root, L"Item", value), TarvoConfig::eInvalidInput);
-        }
-    }
-    EXPECT_EQ(m_config.removeItem(eSettings, L"\\/"), TarvoConfig::eNotFound);
-}
+using Operations = StoreTest;
 
 TEST_F(Operations, OpenOneKeyWithTheRightsThatTheyNeed)
 {
@@ -37,7 +22,7 @@ TEST_F(Operations, OpenOneKeyWithTheRightsThatTheyNeed)
     EXPECT_EQ(rights, (std::vector{read, read, write, write, write, all, all, all, all}));
 }
 
-TEST_F(Operations, AcceptPathsUpToTheirLimit)
+TEST_F(Operations, AcceptOnlyKnownSubtreesAndPathsUpToTheirLimit)
 {
     const std::string root = "Software\\Acme\\Widget";
     for (const Operation& operation : operations) {
@@ -64,6 +49,8 @@ TEST_F(Operations, AcceptPathsUpToTheirLimit)
             EXPECT_EQ(accepts(eSettings, std::string(length, 'x')), fits && !operation.last.empty());
             EXPECT_EQ(accepts(eSettings, std::string(length, '/')), fits && cuts);
         }
+        EXPECT_FALSE(accepts(TarvoConfig::eCurrentProfile, "Item")); // there is no profile
+        EXPECT_FALSE(accepts(static_cast<TarvoConfig::Path>(9), "Item"));
     }
 }
 
@@ -71,16 +58,17 @@ TEST_F(Operations, RemoveKeyByKeyBeforeWindows8)
 {
     const Patch version = pretendVersion(7);
     const std::string longest = "T\\" + std::string(250, 'x') + "\\" + std::string(250, 'y') + "\\";
-    make("Top");
+    makeKey(HKEY_CURRENT_USER, settings + "\\Top");
     for (const std::size_t length : {519u, 520u}) { // the longest path that can be removed, and one more
-        make("T\\first");
-        make(longest + std::string(length - longest.size(), 'z'));
+        makeKey(HKEY_CURRENT_USER, settings + "\\T\\first");
+        makeKey(HKEY_CURRENT_USER, settings + '\\' + longest + std::string(length - longest.size(), 'z'));
         EXPECT_EQ(m_config.removeItem(eSettings, L"T"), length == 519 ? eOk : TarvoConfig::eRegistryError);
         EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + "\\T\\first"),
                   ""); // a failure does not restore removed keys
         EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + '\\' + longest).empty(), length != 520);
     }
     EXPECT_EQ(m_config.removeItem(eSettings, L"None"), eOk);
+    EXPECT_EQ(m_config.removeItem(eSettings, L"\\/"), TarvoConfig::eNotFound);
     EXPECT_NE(tree(HKEY_CURRENT_USER, settings + "\\Top"), "");
 }
 

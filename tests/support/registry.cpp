@@ -1,19 +1,6 @@
 #include "support/registry.h"
 
-#include <stdexcept>
-
 namespace testing_support {
-
-namespace {
-
-void require(LSTATUS status, const std::string& path)
-{
-    if (status != ERROR_SUCCESS) {
-        throw std::runtime_error("cannot create or set " + path);
-    }
-}
-
-} // namespace
 
 RawValue text(const std::string& utf8)
 {
@@ -35,9 +22,8 @@ OwnedKey openKey(HKEY root, const std::string& path, REGSAM access)
 OwnedKey makeKey(HKEY root, const std::string& path)
 {
     HKEY key = nullptr;
-    require(RegCreateKeyExW(root, Wide(path), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
-                            &key, nullptr),
-            path);
+    RegCreateKeyExW(root, Wide(path), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr, &key,
+                    nullptr);
     return OwnedKey(key);
 }
 
@@ -50,14 +36,13 @@ LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value)
 {
     const OwnedKey key = makeKey(root, path);
-    if (value) {
-        const std::string data =
-            value->bytes + "##"; // else the system may find a terminator after the string, and store it too
-        const auto* const bytes = reinterpret_cast<const BYTE*>(data.data());
-        const auto size = static_cast<DWORD>(value->bytes.size());
-        require(RegSetValueExW(key.get(), Wide(name), 0, value->type, bytes, size), path);
+    if (!value) {
+        return ERROR_SUCCESS;
     }
-    return ERROR_SUCCESS;
+    const std::string data =
+        value->bytes + "##"; // else the system may find a terminator after the string, and store it
+    return RegSetValueExW(key.get(), Wide(name), 0, value->type, reinterpret_cast<const BYTE*>(data.data()),
+                          static_cast<DWORD>(value->bytes.size()));
 }
 
 void remakeKey(HKEY root, const std::string& path, const std::string& name,
