@@ -243,8 +243,8 @@ void bulk(TarvoConfig& config)
         const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
         std::printf("milliseconds to %s: %.0f\n", what, taken.count());
     };
-    timed("write 10,000 values into 1,000 keys, each for itself", [&] { fill(config, keys); });
-    timed("write 10,000 values into 1,000 keys as one change", [&] {
+    timed("write 10,000 values into 1,000 keys, one by one", [&] { fill(config, keys); });
+    timed("write 10,000 values into 1,000 keys in one transaction", [&] {
         require(winhostBeginRegistryChanges() == ERROR_SUCCESS, "winhostBeginRegistryChanges");
         fill(config, keys + 1);
         require(winhostEndRegistryChanges(TRUE) == ERROR_SUCCESS, "winhostEndRegistryChanges");

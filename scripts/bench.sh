@@ -38,11 +38,11 @@ count_all() {
     calls_of "$bench/bin/bench_read_loop" 1 >/dev/null # fills the store
     echo "instructions of the library in one getValue:" \
         $((($(own_instructions 20000) - $(own_instructions 10000)) / 10000))
-    echo "system calls in 1,000 getValue:" \
+    echo "system calls in 1,000 getValue calls:" \
         $(($(calls_of "$bench/bin/bench_read_loop" 2000) - $(calls_of "$bench/bin/bench_read_loop" 1000)))
     empty=$(calls_of "$bench/bin/bench_empty")
     client=$(calls_of "$bench/bin/bench_start")
-    echo "system calls of a client's start over an empty program's: $((client - empty))"
+    echo "system calls of a client's start, beyond an empty program's: $((client - empty))"
     count_memory small "$bench/bin/bench_start"
 }
 
@@ -52,8 +52,8 @@ count_memory() {
     shift 2
     read -r empty _ < <("$bench/bin/bench_empty" memory)
     read -r own store < <("$program" memory "$@")
-    echo "private kilobytes of a client of a $tree tree over an empty program's: $((own - empty))"
-    echo "kilobytes of the store's index that it has mapped: $store"
+    echo "private kilobytes of a client with a $tree tree, beyond an empty program's: $((own - empty))"
+    echo "kilobytes of the store's file that it has mapped: $store"
 }
 
 bench_table() {
