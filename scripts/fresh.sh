@@ -1,15 +1,16 @@
-# Runs the README's two commands as a newcomer would: in a bare Debian root, on a clone of what is committed.
+# Runs what a newcomer reads, in a bare Debian root: README and GUIDE from the archive, with only the packages that they
+# name, and README's two commands in a clone of what is committed.
 
 fresh=$PWD/build/fresh
 
-# The root, in a mount namespace of its own, so that nothing stays mounted. Packages that were fetched once are kept.
+# Runs a command in the root, in a mount namespace of its own, so that nothing stays mounted. Downloaded packages are kept.
 in_root() {
     as_root unshare --mount --propagation private bash -euc '
         mount -t proc proc "$0/root/proc"
         mount --rbind /dev "$0/root/dev"
         mount --bind "$0/archives" "$0/root/var/cache/apt/archives"
         exec env -i PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin HOME=/root TERM=dumb \
-            chroot "$0/root" bash -c "$1"' "$fresh" "$1"
+            DEBIAN_FRONTEND=noninteractive chroot "$0/root" bash -c "$1"' "$fresh" "$1"
 }
 
 make_root() {
@@ -23,27 +24,39 @@ make_root() {
     }
     printf 'deb %s main\n' "$origin bookworm" "$origin bookworm-updates" "$origin-security bookworm-security" |
         as_root tee "$fresh/root/etc/apt/sources.list" >/dev/null
+    echo 'APT::Install-Recommends "false";' | as_root tee "$fresh/root/etc/apt/apt.conf.d/named-only" >/dev/null
     as_root git -c advice.detachedHead=false clone -q --no-hardlinks "file://$PWD" "$fresh/root/root/rkuinfo"
+    as_root cp build/package/rkuinfo-*-linux.tar.gz "$fresh/root/root/archive"
+    in_root "apt-get update -qq"
+}
+
+# step NAME COMMAND: runs it in the root, and reports whether it passed.
+step() {
+    local log=$fresh/$1.log
+    if in_root "cd ~/rkuinfo && $2" >"$log" 2>&1 </dev/null; then
+        echo "fresh: $1 passed"
+    else
+        status=1
+        tail -n 200 "$log"
+        echo "fresh: $1 FAILED; all of its output is in $log"
+    fi
+    sed -nE 's/^([a-z-]+: +[0-9]+ passed, .*)/fresh: \1/p' "$log"
 }
 
 test_fresh() {
-    local command log status=0
+    local name status=0
     need debootstrap git
+    make_linux_package
     make_root
-    for command in demo test; do
-        grep -q "\\./dev $command\\b" README.md || {
-            echo "README.md does not name ./dev $command" >&2
+    for name in README docs/GUIDE; do
+        step "${name#docs/}" "tests/docs/check.sh run $name.md fresh ~/archive"
+    done
+    for name in demo test; do
+        grep -q "\\./dev $name\\b" README.md || {
+            echo "README.md does not name ./dev $name" >&2
             return 1
         }
-        log=$fresh/$command.log
-        if in_root "cd ~/rkuinfo && ./dev $command" >"$log" 2>&1 </dev/null; then
-            echo "fresh: ./dev $command passed"
-        else
-            status=1
-            tail -n 200 "$log"
-            echo "fresh: ./dev $command FAILED; all of it is in $log"
-        fi
-        sed -nE 's/^([a-z-]+: +[0-9]+ passed, .*)/fresh: \1/p' "$log"
+        step $name "./dev $name"
     done
     return $status
 }
