@@ -1,7 +1,8 @@
-# Holds src/ to the arrows that docs/ARCHITECTURE.md allows, by its includes and by what its object files need of each
-# other.
+# Compares the dependencies between the folders of src/ with those that docs/ARCHITECTURE.md allows: its includes, and the
+# symbols that its object files need of each other.
 
-# "from -> to" of each include and each needed symbol; what several folders define (inline code) belongs to none.
+# Prints "from -> to" for each include and each undefined symbol. A symbol that several folders define is inline code and
+# is left out.
 found_arrows() {
     local objects=$1
     (cd src && grep -HoE '#include "[a-z]+/' -r . | sed -E 's|^\./([a-z]+)/[^:]*:#include "([a-z]+)/|\1 -> \2|')
@@ -29,7 +30,7 @@ check_arrows() {
         while read -r from to; do printf "$from -> %s\n" $to; done)
     forbidden=$(found_arrows build/host/src/CMakeFiles | sed -E '/^([a-z]+) -> \1$/d' | sort -u | grep -vxF "$allowed") ||
         return 0
-    echo "src/ has arrows that docs/ARCHITECTURE.md does not allow:" >&2
+    echo "src/ has dependencies that docs/ARCHITECTURE.md does not allow:" >&2
     echo "$forbidden" >&2
     return 1
 }

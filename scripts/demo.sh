@@ -1,4 +1,4 @@
-# Lays out an application, starts it as a user would and shows what the library tells it.
+# Lays out an application, starts it as a user would and shows what the library reports.
 
 installed=(en-US de-DE fr-FR zh-CN)
 
@@ -41,7 +41,7 @@ show() {
     start "$@" | shorten
 }
 
-# Ten lines of what a program shows, or with --full all.
+# Prints the first ten lines of its input, or with --full all.
 shorten() {
     [ -z "$full" ] || exec cat
     awk 'NR <= 10 { print } END { if (NR > 10) print "... and " NR - 10 " more lines: ./dev demo --full" }'
@@ -96,14 +96,14 @@ run_demo() {
     echo "An application in $app: languages ${installed[*]}; es-ES has a folder but was never installed."
     start installer "${installed[@]}"
 
-    show "A fresh user: the language comes from TARVO.ini, and the tree is made" cad
-    show "What the tree holds" rkuinfo tree product-root
-    show "Another language and profile, once by command line" cad --language fr-FR --profile Work
-    show "Started without arguments: language and profile are remembered" cad
+    show "A new user: the language comes from TARVO.ini, and the tree is created" cad
+    show "The tree" rkuinfo tree product-root
+    show "Another language and profile, from the command line" cad --language fr-FR --profile Work
+    show "Started without arguments: language and profile come from the registry" cad
     printf '\n==== A language that is not installed: the user is asked, and says yes\n     cad --language ja-JP\n'
     answer_yes --language ja-JP
 
-    printf '\n==== Settings of every type are written by one process each, then read by others\n'
+    printf '\n==== One process each writes a setting of every type, then others read them\n'
     start rkuinfo set settings Display/Colors/Background int 2113600
     start rkuinfo set settings Display/Frames int64 -9007199254740993
     start rkuinfo set settings Display/Scale double 1.25
@@ -111,5 +111,5 @@ run_demo() {
     start rkuinfo set settings Display/Title string 'Zeichnung – 图纸'
     show "One of them" rkuinfo get settings Display/Title
     show "All of a key" rkuinfo list settings Display
-    show "And below it" rkuinfo list settings Display/Colors
+    show "Its sub-key" rkuinfo list settings Display/Colors
 }

@@ -1,9 +1,9 @@
-# libc++'s own sources, from Debian's source package: clang-cl's tests need the whole library.
+# Builds libc++ from Debian's source package: the test suite for Visual C++'s ABI needs the whole library.
 
 libcxx_package=llvm-toolchain-19
 
-# Prints the folder src of the sources, fetching them first where they are not there. Apt's lists for it are kept below
-# build/: this machine's own are left as they are.
+# Prints the folder src of the sources, which it downloads once. Apt's lists for this are below build/: those of the
+# machine do not change.
 libcxx_sources() {
     local folder=$PWD/build/libcxx archive
     if [ ! -e "$folder/src/string.cpp" ]; then
@@ -12,7 +12,7 @@ libcxx_sources() {
             >"$folder/sources.list"
         local apt=(apt-get -qq -o "Dir::Etc::SourceList=$folder/sources.list" -o Dir::Etc::SourceParts=- -o
             "Dir::State::Lists=$folder/lists" -o "Dir::Cache=$folder" -o Dir::Cache::archives= -o APT::Sandbox::User=)
-        echo "Fetching the sources of $libcxx_package (about 165 MB)" >&2
+        echo "Downloading the sources of $libcxx_package (about 165 MB)" >&2
         "${apt[@]}" update >&2
         (cd "$folder" && "${apt[@]}" source --download-only "$libcxx_package" >&2)
         archive=$(ls "$folder"/*.orig.tar.*z)
@@ -23,7 +23,7 @@ libcxx_sources() {
     echo "$folder/src"
 }
 
-# Makes the library from them, once.
+# Builds the library once.
 make_libcxx() {
     local libraries=$PWD/build/visual-cpp-libraries
     [ -e "$libraries/libcxx.lib" ] || toolchains/visual-cpp/make-libraries.sh "$libraries" "$(libcxx_sources)"
