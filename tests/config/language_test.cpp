@@ -1,6 +1,8 @@
 // The table of languages and the language resource library.
 #include "support/test.h"
 
+#include "installation/languages.h"
+
 namespace {
 
 TEST(Language, IsFoundByItsNumberAndItsName)
@@ -23,7 +25,7 @@ TEST(Language, IsFoundByItsNumberAndItsName)
                           "Português (Brasil) Русский Türkçe 简体中文 繁體中文 ");
     EXPECT_EQ(globalNames, "Czech German English Spanish French Hungarian Italian Japanese Korean Polish "
                            "Portuguese Russian Turkish Simplified Chinese Traditional Chinese ");
-    for (const long index : {-1L, -2L, 15L, 0x7FFFFFFFL}) {
+    for (const long index : {-1L, -2L, long{uinfo::languageCount}, 0x7FFFFFFFL}) {
         const TarvoLanguage unknown(index);
         EXPECT_EQ(utf8(unknown.shortName()) + utf8(unknown.globalName()), "unknownunknown");
         EXPECT_EQ(unknown.velaLanguage() + unknown.language(), 1033 - 1);
