@@ -189,18 +189,14 @@ LSTATUS meet(int error)
     return vfs->xSetSystemCall(vfs, "pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(+writeOrFail));
 }
 
-LSTATUS limit(__rlimit_resource what, rlim_t most)
-{
-    const rlimit wanted = {most, most};
-    return setrlimit(what, &wanted);
-}
-
 /// Leaves some GB of addresses beside those that are taken, by a sanitizer for one.
 LSTATUS limitMemory(int gigabytes)
 {
     rlim_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
-    return limit(RLIMIT_AS, (pages << 12) + (static_cast<rlim_t>(gigabytes) << 30));
+    const rlim_t most = (pages << 12) + (static_cast<rlim_t>(gigabytes) << 30);
+    const rlimit wanted = {most, most};
+    return setrlimit(RLIMIT_AS, &wanted);
 }
 
 /// Leaves no home but that of the system's list.
@@ -292,7 +288,6 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"meet", meet},
     {"memory", limitMemory},
     {"lose-home", loseHome},
-    {"file-size", [](int kilobytes) { return limit(RLIMIT_FSIZE, static_cast<rlim_t>(kilobytes) << 10); }},
     {"length", [](int n) { return length = static_cast<std::size_t>(n), 0; }},
     {"threads", [](int n) { return inThreads(n, getTwice); }}};
 

@@ -1,5 +1,5 @@
 // The message box and the end of the process.
-#include "registry/store.h"
+#include "database/database.h"
 #include "text.h"
 
 #include <windows.h>
@@ -62,6 +62,6 @@ void ExitProcess(UINT code)
     // left alone, since a thread that waits for input holds its lock.
     std::fflush(stdout);
     std::fflush(stderr);
-    winhost::registry::leaveStore();
+    winhost::database::leave();
     _exit(static_cast<int>(code));
 }

@@ -21,7 +21,6 @@
 #include <atomic>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -42,8 +41,9 @@ enum Kind
     eNew // in memory: what a new file would contain
 };
 
-/// Changes when the path leads to another file or folder, or a file comes to the folder or goes.
-using Listing = std::array<std::int64_t, 7>;
+/// Changes when the path leads to another file or folder, when a file comes to the folder or goes, and when
+/// the folder gets another owner.
+using Listing = std::array<std::int64_t, 6>;
 
 struct Connection
 {
@@ -54,11 +54,9 @@ struct Connection
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
-    LSTATUS whyReadOnly = ERROR_SUCCESS; // why the file is open for reading only
+    LSTATUS whyReadOnly = ERROR_SUCCESS; // of eReadOnly
     std::int32_t generation = 0;         // of the content, without the log
     bool isShared = false;
-    bool isForsaken = false;
-    bool isMoved = false;
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed: it may be used while the process ends
@@ -120,15 +118,27 @@ LSTATUS retry(Work work)
     return status;
 }
 
+/// Closed at the end of its scope. An attempt to open it leaves the cause in errno if it fails.
+struct OwnedFile
+{
+    explicit OwnedFile(const std::string& file, int flags = O_RDONLY)
+        : number(::open(file.c_str(), flags | O_CLOEXEC, S_IRUSR | S_IWUSR))
+    {
+    }
+    ~OwnedFile() { ::close(number); }
+    OwnedFile(const OwnedFile&) = delete;
+    OwnedFile& operator=(const OwnedFile&) = delete;
+
+    const int number;
+};
+
 /// Runs work() while no other process is in here for the same folder, else returns ERROR_LOCK_FAILED.
 template <typename Work>
 LSTATUS alone(const std::string& folder, Work work)
 {
-    const int opened = ::open(folder.c_str(), O_RDONLY | O_CLOEXEC);
-    const bool isBusy = opened >= 0 && flock(opened, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    const LSTATUS status = isBusy ? ERROR_LOCK_FAILED : outcome(work);
-    ::close(opened);
-    return status;
+    const OwnedFile opened(folder);
+    const bool isBusy = flock(opened.number, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    return isBusy ? ERROR_LOCK_FAILED : outcome(work);
 }
 
 // ---- The version
@@ -165,11 +175,15 @@ void hideVersion()
     page = noIndex;
 }
 
-/// From here on contentVersion is that of the open log's index.
+/// From here on contentVersion is that of the open log's index, if SQLite has found room for it.
 void showVersion()
 {
+    struct stat index = {};
+    fstat(descriptor(eIndex), &index);
     const int place = mapped != nullptr ? MAP_FIXED : 0;
-    void* const shown = mmap(mapped, pageSize, PROT_READ, MAP_SHARED | place, descriptor(eIndex), 0);
+    void* const shown = index.st_size < off_t{pageSize}
+                            ? MAP_FAILED
+                            : mmap(mapped, pageSize, PROT_READ, MAP_SHARED | place, descriptor(eIndex), 0);
     if (shown != MAP_FAILED) {
         mapped = shown;
         page =
@@ -182,13 +196,14 @@ void showVersion()
 // A log continues one state of the file. So each state has a random number, its generation, which is SQLite's
 // user_version; and what a log adds to a state has that state's number, too, as the application_id.
 
-/// Returns true if the index is that of a log.
-bool isIndexOf(int log)
+/// Returns true if the index has frames of another log, which was removed while others use it.
+bool isLogReplaced()
 {
     constexpr off_t inLog = 16;
     std::uint64_t salts = 0;
-    return pread(log, &salts, sizeof salts, inLog) == sizeof salts &&
-           salts == numberAt<std::uint64_t>(saltsAt);
+    return numberAt<std::uint32_t>(framesAt) != 0 &&
+           (pread(descriptor(eLog), &salts, sizeof salts, inLog) != sizeof salts ||
+            salts != numberAt<std::uint64_t>(saltsAt));
 }
 
 std::int32_t generationOfFile()
@@ -203,7 +218,7 @@ std::int32_t generationOfFile()
 LSTATUS logStatus()
 {
     const std::uint64_t version = contentVersion();
-    if (numberAt<std::uint32_t>(framesAt) != 0 && !isIndexOf(descriptor(eLog))) {
+    if (isLogReplaced()) {
         return ERROR_LOCK_FAILED;
     }
     own.generation = generationOfFile();
@@ -263,9 +278,8 @@ Listing listing()
     const struct stat file = own.file != own.path ? statusOfFile(own.path) : folder;
     return {static_cast<std::int64_t>(folder.st_dev),
             static_cast<std::int64_t>(folder.st_ino),
-            folder.st_mtim.tv_sec,
-            folder.st_mtim.tv_nsec,
-            folder.st_uid,
+            folder.st_ctim.tv_sec,
+            folder.st_ctim.tv_nsec,
             static_cast<std::int64_t>(file.st_dev),
             static_cast<std::int64_t>(file.st_ino)};
 }
@@ -284,56 +298,47 @@ bool isMoved()
 /// A file system that writes changed data elsewhere would need new room for each change of what is mapped.
 void writeInPlace(const std::string& folder)
 {
-    const int opened = ::open(folder.c_str(), O_RDONLY | O_CLOEXEC);
+    const OwnedFile opened(folder);
     int flags = 0;
-    if (opened >= 0 && ioctl(opened, FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_NOCOW_FL) == 0) {
+    if (ioctl(opened.number, FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_NOCOW_FL) == 0) {
         flags |= FS_NOCOW_FL;
-        ioctl(opened, FS_IOC_SETFLAGS, &flags); // inherited by files that are created in the folder
+        ioctl(opened.number, FS_IOC_SETFLAGS, &flags); // inherited by files that are created in the folder
     }
-    ::close(opened);
 }
 
 LSTATUS createFile()
 {
-    constexpr mode_t fileMode = 0600;
     const std::string folder = folderOf(own.path);
     check(makeFolders(folder) ? ERROR_SUCCESS : statusOfErrno(ERROR_CANTOPEN));
     if (statusOfFile(own.path).st_ino != 0) {
         return ERROR_SUCCESS;
     }
-    check(statusOfFile(folder).st_uid == geteuid() ? ERROR_SUCCESS : ERROR_ACCESS_DENIED);
+    require(statusOfFile(folder).st_uid == geteuid(), ERROR_ACCESS_DENIED);
     writeInPlace(folder);
     return alone(folder, [&] {
         if (statusOfFile(own.path).st_ino == 0) { // no other process was first
             unlink((own.path + suffixes[eLog]).c_str());
             unlink((own.path + suffixes[eIndex]).c_str());
         }
-        const int created = ::open(own.path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, fileMode);
-        const LSTATUS status = created < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
-        ::close(created);
-        return status;
+        const OwnedFile created(own.path, O_RDWR | O_CREAT);
+        return created.number < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
     });
-}
-
-/// A write past the process's file size limit is an error, unless the program wants its signal.
-void ignoreFileSizeSignal()
-{
-    struct sigaction wanted = {};
-    if (sigaction(SIGXFSZ, nullptr, &wanted) == 0 && wanted.sa_handler == SIG_DFL) {
-        wanted.sa_handler = SIG_IGN;
-        sigaction(SIGXFSZ, &wanted, nullptr);
-    }
 }
 
 // ---- The connection
 
-void disconnect()
+/// SQLite writes the log back if that is wanted and no other process has it open.
+void disconnect(bool writesBack = false)
 {
     hideVersion();
     own.statements.clear();
+    expectFiles(&own.file);
+    if (own.database != nullptr) {
+        sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writesBack ? 0 : 1, nullptr);
+    }
     sqlite3_close(std::exchange(own.database, nullptr));
+    expectFiles(nullptr);
     forgetFiles();
-    own.isMoved = false;
 }
 
 /// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
@@ -357,36 +362,6 @@ LSTATUS createTables()
     return schemaStatus();
 }
 
-/// Before SQLite reads the log, creates the log's index and its room on the disk, for a log of 32 MB: it is
-/// written to in memory, where a full disk would be a signal and not an error.
-LSTATUS openLog()
-{
-    constexpr int regionSize = 32768;
-    sqlite3_file* file = nullptr;
-    sqlite3_file_control(own.database, "main", SQLITE_FCNTL_FILE_POINTER, &file);
-    if (file->pMethods->iVersion < 2) { // it cannot share memory
-        return ERROR_CANTOPEN;
-    }
-    const LSTATUS status = outcome([&] {
-        void volatile* index = nullptr;
-        errno = 0;
-        check(statusOf(file->pMethods->xShmMap(file, 0, regionSize, 1, &index)));
-        errno = descriptor(eIndex) >= 0 ? posix_fallocate(descriptor(eIndex), 0, off_t{2} * regionSize) : 0;
-        check(errno != 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS);
-        showVersion();
-        const int log = ::open((own.file + suffixes[eLog]).c_str(), O_RDONLY | O_CLOEXEC);
-        const bool isOthers = numberAt<std::uint32_t>(framesAt) != 0 && !isIndexOf(log);
-        ::close(log);
-        check(isOthers ? ERROR_LOCK_FAILED : run("PRAGMA journal_mode = WAL")); // they will notice
-        showVersion();
-        return ERROR_SUCCESS;
-    });
-    if (status != ERROR_SUCCESS) {
-        file->pMethods->xShmUnmap(file, 0); // SQLite would leave it
-    }
-    return status;
-}
-
 /// In SQLite's form, which has numbers for characters that mean something in it.
 std::string uriOf(const std::string& file, const char* options)
 {
@@ -399,35 +374,50 @@ std::string uriOf(const std::string& file, const char* options)
     return uri + options;
 }
 
-/// Closed again if it fails.
-LSTATUS connect(Kind kind)
+/// Closed again if it fails; ERROR_FILE_NOT_FOUND without tables, unless it creates them.
+LSTATUS connect(Kind kind, bool createsTables)
 {
     constexpr int flags =
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+    const bool isAlone = kind == eReadOnly && statusOfFile(own.file + suffixes[eLog]).st_ino == 0 &&
+                         statusOfFile(own.file + suffixes[eIndex]).st_ino == 0;
+    const std::string uri = kind == eNew        ? ":memory:"
+                            : kind == eWritable ? uriOf(own.file, "?mode=rw")
+                            : isAlone           ? uriOf(own.file, "?mode=ro&immutable=1")
+                                                : uriOf(own.file, "?mode=ro&readonly_shm=1");
     expectFiles(&own.file);
     const LSTATUS status = outcome([&] {
         own.kind = kind;
-        const bool isAlone = statusOfFile(own.file + suffixes[eLog]).st_ino == 0 &&
-                             statusOfFile(own.file + suffixes[eIndex]).st_ino == 0;
-        const std::string uri = kind == eNew        ? ":memory:"
-                                : kind == eWritable ? uriOf(own.file, "?mode=rw")
-                                : isAlone           ? uriOf(own.file, "?mode=ro&immutable=1")
-                                                    : uriOf(own.file, "?mode=ro&readonly_shm=1");
         errno = 0;
         check(statusOf(sqlite3_open_v2(uri.c_str(), &own.database, flags, "unix")));
-        sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
         int keepsLog = 1;
         sqlite3_file_control(own.database, "main", SQLITE_FCNTL_PERSIST_WAL, &keepsLog);
-        check(kind == eWritable ? openLog() : ERROR_SUCCESS);
-        check(run("PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA mmap_size = 0; PRAGMA "
-                  "temp_store "
-                  "= MEMORY; PRAGMA synchronous = NORMAL; PRAGMA journal_size_limit = 4194304"));
-        const LSTATUS found = schemaStatus();
-        check(found == ERROR_FILE_NOT_FOUND && kind != eReadOnly ? createTables() : found);
-        turn += kind == eWritable ? 1 : 0;
-        check(kind != eNew ? logStatus() : ERROR_SUCCESS);
-        own.listing = {};
-        return kind != eNew && isMoved() ? ERROR_LOCK_FAILED : ERROR_SUCCESS;
+        const LSTATUS found = outcome(schemaStatus);
+        if (kind == eWritable) {
+            require(sqlite3_db_readonly(own.database, "main") == 0, ERROR_ACCESS_DENIED);
+            showVersion();
+            require(!isLogReplaced(), ERROR_LOCK_FAILED); // they will notice
+        }
+        const bool isNew = found == ERROR_FILE_NOT_FOUND && createsTables;
+        check(isNew ? ERROR_SUCCESS : found);
+        check(run("PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA mmap_size = 0;"
+                  "PRAGMA temp_store = MEMORY; PRAGMA synchronous = NORMAL;"
+                  "PRAGMA journal_size_limit = 4194304"));
+        if (kind == eWritable) {
+            Query mode("PRAGMA journal_mode = WAL");
+            require(mode.next() && mode.bytes(0) == "wal", ERROR_CANTOPEN); // it needs shared memory
+        }
+        check(isNew ? createTables() : ERROR_SUCCESS);
+        if (kind == eWritable) {
+            showVersion();
+            ++turn;
+        }
+        if (kind != eNew) {
+            check(logStatus());
+            own.listing = {};
+            require(!isMoved(), ERROR_LOCK_FAILED);
+        }
+        return ERROR_SUCCESS;
     });
     expectFiles(nullptr);
     if (status != ERROR_SUCCESS) {
@@ -443,39 +433,28 @@ LSTATUS open(bool forWriting)
 {
     if (own.path.empty()) {
         own.path = dataFolder() + "/winhost/" + content.file;
-        ignoreFileSizeSignal();
     }
-    const LSTATUS created = forWriting ? createFile() : ERROR_SUCCESS;
+    check(forWriting ? createFile() : ERROR_SUCCESS);
+    own.whyReadOnly = ERROR_SUCCESS;
     own.file = resolved(own.path);
     own.folder = folderOf(own.file);
     const struct stat file = statusOfFile(own.file);
     if (file.st_size == 0 && !forWriting && (errno == 0 || errno == ENOENT)) {
-        return connect(eNew);
+        return connect(eNew, true);
     }
-    check(file.st_ino != 0           ? ERROR_SUCCESS
-          : created != ERROR_SUCCESS ? created
-                                     : statusOfErrno(ERROR_CANTOPEN));
+    require(file.st_ino != 0, statusOfErrno(ERROR_CANTOPEN));
     const bool isOthers = file.st_uid != geteuid() || statusOfFile(own.folder).st_uid != geteuid();
-    check(isOthers ? ERROR_ACCESS_DENIED : ERROR_SUCCESS);
-    const int opened = ::open(own.file.c_str(), O_RDWR | O_CLOEXEC);
-    own.whyReadOnly = opened < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
-    constexpr off_t formatAt = 18;
-    char format = 0; // 1 for a database that was never in write-ahead mode: another's, to be left as it is
-    static_cast<void>(pread(opened, &format, 1, formatAt));
-    ::close(opened);
-    check(format == 1 ? ERROR_BADDB : ERROR_SUCCESS);
-    own.whyReadOnly = own.whyReadOnly == ERROR_SUCCESS ? connect(eWritable) : own.whyReadOnly;
-    LSTATUS status = own.whyReadOnly;
+    require(!isOthers, ERROR_ACCESS_DENIED);
+    LSTATUS status = connect(eWritable, forWriting);
     if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
-        status = connect(eReadOnly);
+        own.whyReadOnly = std::exchange(status, connect(eReadOnly, false));
         status = status == ERROR_SUCCESS || status == ERROR_REGISTRY_CORRUPT ? status : own.whyReadOnly;
     }
-    return status;
+    return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Closes what is open. A log that was removed is written back before, and so is one whose file was moved
-/// away.
-LSTATUS closeMoved()
+/// Writes a log back that was removed, and one whose file was moved away.
+LSTATUS saveLog()
 {
     if (own.isShared) {
         run("ROLLBACK");
@@ -487,46 +466,43 @@ LSTATUS closeMoved()
         check(statusOf(
             sqlite3_wal_checkpoint_v2(own.database, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr)));
     }
-    disconnect();
     return ERROR_SUCCESS;
 }
 
-/// Closes a connection whose descriptors or locks are not this process's any more.
-void abandon()
-{
-    abandonFiles(true);
-    disconnect();
-    abandonFiles(false);
-    own.isForsaken = false;
-}
-
-/// For writing, only begin() finds that the files are moved.
 bool isStale(bool forWriting)
 {
     return own.kind == eNew ? forWriting || statusOfFile(own.path).st_size != 0
-           : forWriting     ? own.isMoved || own.whyReadOnly != ERROR_SUCCESS
-                            : isMoved();
+                            : isMoved() || (forWriting && own.whyReadOnly != ERROR_SUCCESS);
 }
 
 /// Makes the connection ready.
 void prepare(bool forWriting)
 {
-    if (own.database != nullptr && own.kind != eNew && (own.isForsaken || areFilesLost())) {
-        abandon();
+    if (areFilesLost()) {
+        disconnect();
     }
     if (own.database == nullptr || isStale(forWriting)) {
         check(retry([&] { // another may be creating the store, or repairing it after a crash
             if (own.database != nullptr && own.kind == eWritable) {
-                check(alone(own.folder, closeMoved));
-            } else if (own.database != nullptr) {
-                disconnect();
+                check(alone(own.folder, saveLog));
             }
+            disconnect();
             return open(forWriting);
         }));
     }
     if (forWriting) { // an error of the disk ends a shared transaction, and so does a fork, or a move
         const bool isLost = own.isShared && sqlite3_get_autocommit(own.database) != 0;
         check(isLost ? ERROR_CANTWRITE : own.whyReadOnly);
+    }
+}
+
+/// Ends a transaction, which an error of the disk may have ended before.
+void undo(bool isWriting)
+{
+    if (own.isShared && isWriting) {
+        run("ROLLBACK TO call; RELEASE call");
+    } else if (!own.isShared) {
+        outcome([] { return Query("ROLLBACK").run(), ERROR_SUCCESS; });
     }
 }
 
@@ -537,8 +513,6 @@ void begin()
     sqlite3_busy_timeout(own.database, 0);
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
-        own.isMoved = isMoved();
-        check(own.isMoved ? ERROR_LOCK_FAILED : ERROR_SUCCESS);
         if (!own.isShared) {
             beginLog();
         }
@@ -546,9 +520,9 @@ void begin()
     });
     sqlite3_busy_timeout(own.database, longestWait.count());
     if (status != ERROR_SUCCESS) {
-        undo(false);
+        undo(true);
+        throw Failure{status};
     }
-    check(status);
 }
 
 } // namespace
@@ -559,44 +533,46 @@ std::uint64_t contentVersion()
     return sum != 0 ? sum + turn : 0;
 }
 
-Lock read()
+Transaction::Transaction(bool isWriting) : m_isWriting(isWriting)
 {
-    Lock lock(own.mutex);
-    prepare(false);
-    if (!own.isShared) {
-        Query("BEGIN").run();
+    if (isWriting) {
+        check(retry([this] { // without the lock while it waits, so that this process's readers need not
+            Lock lock(own.mutex);
+            begin();
+            m_lock = std::move(lock);
+            return ERROR_SUCCESS;
+        }));
+    } else {
+        m_lock = Lock(own.mutex);
+        prepare(false);
+        if (!own.isShared) {
+            Query("BEGIN").run();
+        }
     }
-    return lock;
 }
 
-Lock write()
+Transaction::~Transaction()
 {
-    Lock kept;
-    check(retry([&] { // without the lock while it waits, so that this process's readers need not
-        Lock lock(own.mutex);
-        begin();
-        kept = std::move(lock);
-        return ERROR_SUCCESS;
-    }));
-    return kept;
+    if (!m_isOver) {
+        undo(m_isWriting);
+    }
 }
 
-std::uint64_t commit()
+std::uint64_t Transaction::commit()
 {
     const auto before = numberAt<std::uint32_t>(countAt);
     Query(own.isShared ? "RELEASE call" : "COMMIT").run();
+    m_isOver = true;
     const std::uint64_t version = contentVersion();
     return numberAt<std::uint32_t>(countAt) == before + 1 ? version : 0;
 }
 
-void undo(bool wasReading)
+void Transaction::share()
 {
-    if (own.isShared && !wasReading) {
-        run("ROLLBACK TO call; RELEASE call");
-    } else if (!own.isShared &&
-               sqlite3_get_autocommit(own.database) == 0) { // no error of the disk has ended it
-        outcome([] { return Query("ROLLBACK").run(), ERROR_SUCCESS; });
-    }
+    require(!own.isShared, ERROR_INVALID_PARAMETER);
+    own.isShared = true;
+    m_isOver = true;
+    hideVersion();
 }
 
 Lock hold()
@@ -611,25 +587,23 @@ Lock hold()
 void forsake()
 {
     own.isShared = false;
-    if (own.database != nullptr && own.kind != eNew && !own.isForsaken) {
-        own.isForsaken = true;
-        hideVersion();
-        closeFiles();
-    }
+    hideVersion();
+    loseFiles();
 }
 
-void leave()
+// Run after the destructors of all static objects.
+__attribute__((destructor)) void leave()
 {
     retry([]() -> LSTATUS { // another thread may be in a call, and another process be leaving
         const Lock lock(own.mutex, std::try_to_lock);
-        check(lock.owns_lock() ? ERROR_SUCCESS : ERROR_LOCK_FAILED);
-        if (own.database == nullptr || own.kind != eWritable || own.isForsaken || areFilesLost()) {
+        require(lock.owns_lock(), ERROR_LOCK_FAILED);
+        if (own.database == nullptr || own.kind != eWritable || areFilesLost()) {
             return ERROR_SUCCESS;
         }
         return alone(own.folder, [] {
             const bool isWhole = !own.isShared && !isMoved() && logStatus() == ERROR_SUCCESS;
-            sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, isWhole ? 0 : 1, nullptr);
-            return closeMoved();
+            check(isWhole ? ERROR_SUCCESS : saveLog());
+            return disconnect(isWhole), ERROR_SUCCESS;
         });
     });
 }
@@ -694,13 +668,7 @@ using namespace winhost::database;
 LSTATUS winhostBeginRegistryChanges()
 {
     return outcome([] {
-        const Lock lock = write();
-        if (own.isShared) {
-            undo(false);
-            return ERROR_INVALID_PARAMETER;
-        }
-        own.isShared = true;
-        hideVersion();
+        Transaction(true).share();
         return ERROR_SUCCESS;
     });
 }
@@ -712,13 +680,12 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
         return ERROR_INVALID_PARAMETER;
     }
     const LSTATUS status = outcome([&] {
-        own.isMoved = own.database != nullptr && isMoved();
         prepare(true);
         return run(keep != FALSE ? "COMMIT" : "ROLLBACK");
     });
     own.isShared = false;
     if (own.database != nullptr) {
-        undo(false); // what could not be committed
+        undo(true); // what could not be committed
         showVersion();
     }
     return status;

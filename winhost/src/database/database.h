@@ -20,11 +20,16 @@ struct Failure
     LSTATUS status;
 };
 
-inline void check(LSTATUS status)
+inline void require(bool holds, LSTATUS status = ERROR_REGISTRY_CORRUPT)
 {
-    if (status != ERROR_SUCCESS) {
+    if (!holds) {
         throw Failure{status};
     }
+}
+
+inline void check(LSTATUS status)
+{
+    require(status == ERROR_SUCCESS, status);
 }
 
 /// Returns the result of work(), or what it failed with.
@@ -56,15 +61,27 @@ std::uint64_t contentVersion();
 
 using Lock = std::unique_lock<std::mutex>;
 
-/// Begins a transaction, which the caller ends before it gives up the lock. Reads what a new file would
-/// contain if there is none.
-Lock read();
-/// Creates the file if there is none. Waits some 5 s at most for other writers.
-Lock write();
-/// Ends a transaction for writing. Returns the version of what it left; 0 if that is unknown or others have
-/// written since.
-std::uint64_t commit();
-void undo(bool wasReading);
+/// A transaction, which has the connection to itself. Undone unless it is committed.
+class Transaction
+{
+public:
+    /// For reading, reads what a new file would contain if there is none. For writing, creates the file if
+    /// there is none, and waits some 5 s at most for other writers.
+    explicit Transaction(bool isWriting);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    /// Returns the version of the content that it leaves; 0 if that is unknown or others have written since.
+    std::uint64_t commit();
+    /// Leaves it open, for all changes of the process to be part of it.
+    void share();
+
+private:
+    Lock m_lock;
+    bool m_isWriting;
+    bool m_isOver = false;
+};
 
 /// Returns the lock, which the caller holds until a fork is done. Undoes a shared transaction.
 Lock hold();

@@ -8,35 +8,28 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdarg>
-#include <random>
-#include <utility>
 
 namespace winhost::database {
 
 namespace {
 
-using Identity = std::pair<dev_t, ino_t>; // {} of no file
+std::atomic<int> numbers[std::size(suffixes)] = {-1, -1, -1};
 
-struct Descriptor
-{
-    std::atomic<int> number = -1;
-    Identity opened;
-    off_t mark = 0; // its position, which SQLite does not use, and which no other file has
-};
-Descriptor descriptors[std::size(suffixes)];
+// The position of each of these files, which SQLite does not use, and which no other file has.
+constexpr off_t mark = off_t{0x5707E} << 20;
 
 thread_local const std::string* expected = nullptr;
-thread_local bool isAbandoning = false;
 
 bool isOurs(int file)
 {
-    return std::ranges::any_of(descriptors, [file](const Descriptor& each) { return each.number == file; });
+    return std::ranges::any_of(numbers, [file](int ours) { return ours == file; });
 }
 
-Identity identityOf(int result, const struct stat& found)
+bool isLost(int file)
 {
-    return result == 0 ? Identity(found.st_dev, found.st_ino) : Identity();
+    return lseek(file, 0, SEEK_CUR) != mark;
 }
 
 int openFile(const char* path, int flags, int mode)
@@ -44,11 +37,8 @@ int openFile(const char* path, int flags, int mode)
     const int file = ::open(path, flags, mode);
     for (int which = eContent; expected != nullptr && file >= 0 && which <= eIndex; ++which) {
         if (path == *expected + suffixes[which]) {
-            struct stat found = {};
-            const int result = fstat(file, &found);
-            descriptors[which].opened = identityOf(result, found);
-            descriptors[which].mark = lseek(file, off_t{1} << 40 | std::random_device()(), SEEK_SET);
-            descriptors[which].number = file;
+            lseek(file, mark, SEEK_SET);
+            numbers[which] = file;
         }
     }
     return file;
@@ -56,7 +46,7 @@ int openFile(const char* path, int flags, int mode)
 
 int closeFile(int file)
 {
-    return isAbandoning && isOurs(file) ? 0 : ::close(file);
+    return expected != nullptr && isOurs(file) && isLost(file) ? 0 : ::close(file);
 }
 
 int controlFile(int file, int command, ...)
@@ -69,7 +59,20 @@ int controlFile(int file, int command, ...)
         return fcntl(file, command, argument);
     }
     static_cast<struct flock*>(argument)->l_pid = 0;
-    return isAbandoning ? 0 : fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
+    const bool isUnreachable = expected != nullptr && isLost(file);
+    return isUnreachable ? 0 : fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
+}
+
+/// Allocates whole pages of the log's index, in which SQLite writes one byte each to allocate them: where
+/// blocks are smaller, writing to the rest in memory would be a signal on a full disk, and not an error.
+ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
+{
+    constexpr off_t page = 4096;
+    if (file != numbers[eIndex]) {
+        return pwrite(file, data, size, at);
+    }
+    errno = posix_fallocate(file, at / page * page, page);
+    return errno == 0 ? static_cast<ssize_t>(size) : -1;
 }
 
 template <typename Function>
@@ -87,46 +90,40 @@ void expectFiles(const std::string* file)
         replace("open", openFile);
         replace("close", closeFile);
         replace("fcntl", controlFile);
+        replace("pwrite", writeFile);
+        replace("pwrite64", writeFile);
         return true;
     }();
     expected = areReplaced ? file : nullptr;
 }
 
-void abandonFiles(bool isAbandoned)
-{
-    isAbandoning = isAbandoned;
-}
-
 int descriptor(File file)
 {
-    return descriptors[file].number;
+    return numbers[file];
 }
 
 bool areFilesLost()
 {
-    return std::ranges::any_of(descriptors, [](const Descriptor& each) {
-        return each.number >= 0 && lseek(each.number, 0, SEEK_CUR) != each.mark;
-    });
+    return std::ranges::any_of(numbers, [](int file) { return file >= 0 && isLost(file); });
 }
 
 bool isAtPlace(const std::string& file, File which)
 {
+    struct stat open = {};
     struct stat found = {};
-    const int result = stat((file + suffixes[which]).c_str(), &found);
-    return identityOf(result, found) == descriptors[which].opened;
+    fstat(descriptor(which), &open);
+    stat((file + suffixes[which]).c_str(), &found);
+    return open.st_dev == found.st_dev && open.st_ino == found.st_ino;
 }
 
-void closeFiles()
+void loseFiles()
 {
-    std::ranges::for_each(descriptors, [](const Descriptor& each) { ::close(each.number); });
+    std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
 }
 
 void forgetFiles()
 {
-    for (Descriptor& each : descriptors) {
-        each.number = -1;
-        each.opened = {};
-    }
+    std::ranges::for_each(numbers, [](std::atomic<int>& file) { file = -1; });
 }
 
 } // namespace winhost::database

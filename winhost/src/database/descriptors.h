@@ -1,7 +1,8 @@
 // The descriptors by which SQLite has the store open. A program may close descriptors that are not its own,
-// to become a daemon for one, and SQLite would then write to the files that are opened under their numbers.
-// And a process loses its locks on a file as soon as anything in it closes that file. So SQLite's open, close
-// and fcntl are replaced by functions that know these descriptors, and lock through them only.
+// to become a daemon for example, and SQLite would then write to the files that are opened under their
+// numbers. And a process loses its POSIX locks on a file as soon as any of its code closes that file. So
+// SQLite's open, close and fcntl are replaced by functions that know these descriptors: locks belong to the
+// open file, and a number that is lost is neither closed nor unlocked.
 #pragma once
 
 #include <string>
@@ -16,18 +17,19 @@ enum File
 };
 constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
-/// From here on, what this thread makes SQLite open is taken for these files; null ends that.
+/// From here on, this thread has SQLite open or close the store: files with these names are the store's. Null
+/// ends that.
 void expectFiles(const std::string* file);
-/// Until false, SQLite neither closes nor unlocks these files in this thread.
-void abandonFiles(bool isAbandoned);
 
-/// -1 if the file is not open, or if SQLite shares it with another connection of the process.
+/// Returns -1 if the file is not open, or if SQLite shares it with another connection of the process.
 int descriptor(File file);
-/// Returns true if a number no longer belongs to the file for which it was opened.
+/// Returns true if a number does not belong to the store's file any more.
 bool areFilesLost();
-/// Returns true if the file that is open is the one at the path.
+/// Returns true if the open file is the one at the path, or if there is neither.
 bool isAtPlace(const std::string& file, File which);
-void closeFiles();
+/// Closes the files, which are lost then.
+void loseFiles();
+/// To be called when SQLite has closed the store.
 void forgetFiles();
 
 } // namespace winhost::database

@@ -5,6 +5,7 @@
 
 using namespace winhost;
 using namespace winhost::registry;
+using database::Transaction;
 
 namespace {
 
@@ -12,6 +13,13 @@ namespace {
 TextView nameOf(const wchar_t* text)
 {
     return text != nullptr ? TextView(text) : TextView();
+}
+
+/// Within a Transaction, before the cache is used.
+void follow()
+{
+    const std::lock_guard<std::mutex> lock(memory().mutex);
+    memory().follow(database::contentVersion(), Memory::eOthers);
 }
 
 /// Asks in a key that must have been opened with the rights. use(answer) runs on what there is, with the
@@ -28,7 +36,8 @@ LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
         Answer found;
         if (answer == nullptr) {
             lock.unlock();
-            const Access in(Access::eReading);
+            const Transaction in(false);
+            follow();
             found = find(question);
             answer = &found;
             lock.lock();
@@ -57,14 +66,16 @@ constexpr auto nothing = [] {};
 
 /// Runs work(node) as one transaction, and when that is kept then(), with the memory locked.
 template <typename Work, typename Then = decltype(nothing)>
-LSTATUS change(Access::Purpose purpose, HKEY key, REGSAM needed, Work work, Then then = nothing)
+LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
 {
     return outcome([&] {
         const NodeId node = nodeOf(key, needed);
-        Access in(purpose);
+        Transaction in(true);
+        follow();
         work(node);
-        in.commit();
+        const std::uint64_t version = in.commit();
         const std::lock_guard<std::mutex> lock(memory().mutex);
+        memory().follow(version, what);
         then();
         return ERROR_SUCCESS;
     });
@@ -143,8 +154,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     if (status == ERROR_FILE_NOT_FOUND) { // and another process may be making it
         NodeId made = 0;
         status = change(
-            Access::eChangingKeys, key, 0,
-            [&](NodeId node) { made = createPath(node, nameOf(subKey), isNew); },
+            Memory::eKeys, key, 0, [&](NodeId node) { made = createPath(node, nameOf(subKey), isNew); },
             [&] { *result = memory().open(made, access); });
     }
     if (status == ERROR_SUCCESS) {
@@ -167,7 +177,7 @@ LSTATUS RegDeleteKeyW(HKEY key, LPCWSTR subKey)
     NodeId found = 0;
     const LSTATUS status = findKey(key, 0, subKey, found);
     return status != ERROR_SUCCESS ? status
-                                   : change(Access::eChangingKeys, key, 0, [&](NodeId) { deleteKey(found); });
+                                   : change(Memory::eKeys, key, 0, [&](NodeId) { deleteKey(found); });
 }
 
 LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
@@ -181,7 +191,7 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
     }
     return status != ERROR_SUCCESS && status != ERROR_NO_MORE_ITEMS
                ? status
-               : change(Access::eChangingKeys, key, 0, [&](NodeId) { deleteTree(found, !path.empty()); });
+               : change(Memory::eKeys, key, 0, [&](NodeId) { deleteTree(found, !path.empty()); });
 }
 
 LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LPDWORD reserved,
@@ -211,7 +221,7 @@ LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLength, LPDWORD
     }
     return outcome([&] {
         const NodeId node = nodeOf(key, KEY_QUERY_VALUE);
-        const Access in(Access::eReading);
+        const Transaction in(false);
         const Measure found = measure(node);
         constexpr std::int64_t unit = sizeof(wchar_t);
         give(subKeys, found.subKeys);
@@ -267,8 +277,7 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
         question.node = node;
         written = setValue(node, question.text, type, bytes);
     };
-    return change(Access::eChangingValues, key, KEY_SET_VALUE, set,
-                  [&] { memory().remember(question, written); });
+    return change(Memory::eValues, key, KEY_SET_VALUE, set, [&] { memory().remember(question, written); });
 }
 
 LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)
@@ -276,9 +285,9 @@ LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)
     const TextView name = nameOf(valueName);
     const LSTATUS status =
         ask(key, KEY_SET_VALUE, {Question::eValue, name}, [](const Answer&) { return ERROR_SUCCESS; });
-    return status != ERROR_SUCCESS ? status
-                                   : change(Access::eChangingValues, key, KEY_SET_VALUE,
-                                            [&](NodeId node) { deleteValue(node, name); });
+    return status != ERROR_SUCCESS
+               ? status
+               : change(Memory::eValues, key, KEY_SET_VALUE, [&](NodeId node) { deleteValue(node, name); });
 }
 
 LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LPDWORD reserved, LPDWORD type,

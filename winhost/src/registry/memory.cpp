@@ -2,6 +2,8 @@
 
 #include "registry/names.h"
 
+#include <pthread.h>
+
 #include <functional>
 #include <new>
 #include <utility>
@@ -30,6 +32,31 @@ bool isPath(const Question& question)
 {
     return question.kind == Question::ePath;
 }
+
+// ---- A fork, during which neither lock may be held by a thread that the child does not have
+
+database::Lock held;
+
+void beforeFork()
+{
+    held = database::hold();
+    memory().mutex.lock();
+}
+
+void afterFork()
+{
+    memory().mutex.unlock();
+    // Emptied before it is unlocked, which lets another thread's fork begin.
+    const database::Lock ended = std::move(held);
+}
+
+void afterForkInChild()
+{
+    database::forsake();
+    afterFork();
+}
+
+const int isPrepared = pthread_atfork(beforeFork, afterFork, afterForkInChild);
 
 } // namespace
 
@@ -81,16 +108,25 @@ LSTATUS Memory::close(HKEY key)
     return rootOf(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
+const Memory::Entry* Memory::find(const Question& question)
+{
+    const auto found = m_answers.find(hashOf(question));
+    return found != m_answers.end() && isSame(found->second.question, question) ? &found->second : nullptr;
+}
+
 const Answer* Memory::recall(const Question& question)
 {
     if (m_version == 0 || database::contentVersion() != m_version) {
         return nullptr;
     }
-    const auto found = m_answers.find(hashOf(question));
-    const Entry* const entry = found != m_answers.end() ? &found->second : nullptr;
-    const bool holds = entry != nullptr && entry->epoch == m_epochs[isPath(question) ? 0 : 1] &&
-                       isSame(entry->question, question);
-    return holds ? &entry->answer : nullptr;
+    const Entry* const entry = find(question);
+    return entry != nullptr && entry->epoch == m_epochs[isPath(question) ? 0 : 1] ? &entry->answer : nullptr;
+}
+
+const Answer* Memory::recallOutdated(const Question& question)
+{
+    const Entry* const entry = find(question);
+    return entry != nullptr && entry->epoch >= m_changed ? &entry->answer : nullptr;
 }
 
 void Memory::remember(const Question& question, const Answer& answer)
@@ -116,18 +152,14 @@ void Memory::remember(const Question& question, const Answer& answer)
     }
 }
 
-void Memory::follow(std::uint64_t version)
+void Memory::follow(std::uint64_t version, Change change)
 {
     if (version != m_version) {
-        advance(version, false);
+        m_version = version;
+        m_epochs[0] += change == eValues ? 0 : 1;
+        ++m_epochs[1];
     }
-}
-
-void Memory::advance(std::uint64_t version, bool pathsHold)
-{
-    m_version = version;
-    m_epochs[0] += pathsHold ? 0 : 1;
-    ++m_epochs[1];
+    m_changed = change == eOthers ? m_changed : m_epochs[1];
 }
 
 } // namespace winhost::registry

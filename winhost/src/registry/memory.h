@@ -28,13 +28,19 @@ public:
 
     /// Null when no answer holds.
     const Answer* recall(const Question& question);
-    /// In an Access. Not what was asked while the store changed, and no answer of more than 2,400 bytes.
+    /// Returns what recall does, or what it returned before other processes changed the store.
+    const Answer* recallOutdated(const Question& question);
+    /// In a Transaction. Not what was asked while the store changed, and no answer of more than 2,400 bytes.
     void remember(const Question& question, const Answer& answer);
 
-    /// What was answered under another version holds no more.
-    void follow(std::uint64_t version);
-    /// The version behind a write of this process: paths hold where no key came or went.
-    void advance(std::uint64_t version, bool pathsHold);
+    enum Change
+    {
+        eOthers, ///< of other processes, if there were any
+        eKeys,   ///< of this one
+        eValues  ///< of this one, where no key came or went, so that paths still hold
+    };
+    /// Adopts the version of the content: answers under another hold only as far as the change lets them.
+    void follow(std::uint64_t version, Change change);
 
 private:
     struct Slot
@@ -53,12 +59,14 @@ private:
     };
 
     Slot* find(HKEY key);
+    const Entry* find(const Question& question);
 
     std::vector<Slot> m_slots;
     std::size_t m_closed = 0; // the first; the last one's next is the number of slots
     std::unordered_map<std::uint64_t, Entry> m_answers; // by a hash of the question; 4,096 at most
     std::uint64_t m_version = 0;
     std::uint64_t m_epochs[2] = {1, 1}; // of paths, and of all else
+    std::uint64_t m_changed = 1;        // by this process: the second epoch then
 };
 
 Memory& memory();

@@ -4,7 +4,6 @@
 #include "registry/names.h"
 
 #include <algorithm>
-#include <chrono>
 #include <optional>
 
 namespace winhost::registry {
@@ -19,13 +18,6 @@ std::int64_t sumOf(NodeId owner, std::int64_t number, std::string_view foldedNam
         sum = mix(sum, part);
     }
     return static_cast<std::int64_t>(sum);
-}
-
-void require(bool holds, LSTATUS status = ERROR_REGISTRY_CORRUPT)
-{
-    if (!holds) {
-        throw Failure{status};
-    }
 }
 
 bool isRoot(NodeId node)
@@ -44,11 +36,12 @@ Answer missing(NodeId node, LSTATUS status)
     return {.status = exists(node) ? status : ERROR_KEY_DELETED};
 }
 
-/// True, with the answer, when one is remembered.
-bool isKnown(const Question& question, Answer& answer)
+/// Returns true if an answer is cached, which it copies.
+bool isKnown(const Question& question, Answer& answer,
+             const Answer* (Memory::*recall)(const Question&) = &Memory::recall)
 {
     const std::lock_guard<std::mutex> lock(memory().mutex);
-    const Answer* const known = memory().recall(question);
+    const Answer* const known = (memory().*recall)(question);
     answer = known != nullptr ? *known : answer;
     return known != nullptr;
 }
@@ -140,40 +133,24 @@ Answer findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// Where a thread is in a list. It goes on from there if another process has written since.
-struct Place
-{
-    Question question{Question::ePath};
-    std::string from; // no name before it is less
-    std::uint64_t ownChanges = 0;
-    std::chrono::steady_clock::time_point time;
-};
-
-/// The entry at an index. In a list that is read in order, it and the next ones are found from the one
-/// before, and remembered.
+/// Finds the entry at an index. In a list that is read in order, it and the next ones are found from the one
+/// before, and cached; from there the list goes on after a write of another process, too.
 Answer findAt(const Question& question)
 {
     constexpr std::int64_t readAhead = 64;
-    static thread_local Place place;
-    const auto now = std::chrono::steady_clock::now();
     Question at = question;
     --at.index;
-    Answer before;
-    const bool isNext = question.index != 0 && isKnown(at, before) && before.status == ERROR_SUCCESS;
-    const std::int64_t skipped = std::int64_t{question.index} - place.question.index;
-    const bool isNear = skipped >= 0 && skipped <= readAhead && place.question.kind == question.kind &&
-                        place.question.node == question.node && place.ownChanges == ownChanges &&
-                        now - place.time < std::chrono::seconds(1);
-    const std::string from = isNext ? folded(before.name) + '\0' : isNear ? place.from : "";
+    Answer before{.status = ERROR_NO_MORE_ITEMS};
+    const bool isNext = question.index != 0 && isKnown(at, before);
+    const bool isAfter =
+        (isNext || isKnown(at, before, &Memory::recallOutdated)) && before.status == ERROR_SUCCESS;
+    const std::string from = isAfter ? folded(before.name) + '\0' : "";
     Query query(question.kind == Question::eSubKeyAt
                     ? "SELECT folded, name, id, x'', sum FROM keys WHERE parent = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4"
                     : "SELECT folded, name, type, data, sum FROM vals WHERE key = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4",
-                question.node, from, isNext ? readAhead : 1,
-                isNext   ? 0
-                : isNear ? skipped
-                         : std::int64_t{question.index});
+                question.node, from, isNext ? readAhead : 1, isAfter ? 0 : std::int64_t{question.index});
     std::optional<Answer> first;
     for (std::string last = from; query.next(); last.assign(query.bytes(0)) += '\0') {
         Answer found{.type = static_cast<DWORD>(query.number(2)),
@@ -187,12 +164,23 @@ Answer findAt(const Question& question)
         ++at.index;
         remember(at, found);
         if (!first.has_value()) {
-            place = {question, std::string(query.bytes(0)) + '\0', ownChanges, now};
-            ++place.question.index;
             first = std::move(found);
         }
     }
     return first.has_value() ? *first : missing(question.node, ERROR_NO_MORE_ITEMS);
+}
+
+void createFirstKeys()
+{
+    NodeId id = localMachineId; // numbered alike everywhere: they may be open before there is a file
+    insert(currentUserId, ++id, L"Software");
+    NodeId parent = localMachineId;
+    for (const TextView name : {L"SOFTWARE", L"Microsoft", L"Windows", L"CurrentVersion", L"Uninstall"}) {
+        insert(parent, ++id, name);
+        parent = id;
+    }
+    // No other key has the number of one in another store.
+    Query("INSERT INTO shape VALUES(abs(random() / 4) + ?1)", id).run();
 }
 
 } // namespace
@@ -218,19 +206,6 @@ Measure measure(NodeId node)
     const Measure found{query.number(0), query.number(1), query.number(2), query.number(3), query.number(4)};
     require(found.subKeys + found.values != 0 || exists(node), ERROR_KEY_DELETED);
     return found;
-}
-
-void createFirstKeys()
-{
-    NodeId id = localMachineId; // numbered alike everywhere: they may be open before there is a file
-    insert(currentUserId, ++id, L"Software");
-    NodeId parent = localMachineId;
-    for (const TextView name : {L"SOFTWARE", L"Microsoft", L"Windows", L"CurrentVersion", L"Uninstall"}) {
-        insert(parent, ++id, name);
-        parent = id;
-    }
-    // No other key has the number of one in another store.
-    Query("INSERT INTO shape VALUES(abs(random() / 4) + ?1)", id).run();
 }
 
 NodeId createPath(NodeId start, TextView path, bool& created)
@@ -290,3 +265,16 @@ void deleteTree(NodeId node, bool withItself)
 }
 
 } // namespace winhost::registry
+
+// A key's number is higher than its parent's and is hardly ever used twice; the row of `shape` has the
+// highest that was used: a step at random, since what is undone takes its number back. Names are UTF-16 as
+// they were given; `folded` orders them.
+const winhost::database::Content winhost::database::content = {
+    "registry.db",
+    "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "
+    "NOT NULL,"
+    " sum INTEGER NOT NULL, PRIMARY KEY(parent, folded)) WITHOUT ROWID;"
+    "CREATE TABLE vals(key INTEGER NOT NULL, folded BLOB NOT NULL, name BLOB NOT NULL, type INTEGER NOT NULL,"
+    " data BLOB NOT NULL, sum INTEGER NOT NULL, PRIMARY KEY(key, folded)) WITHOUT ROWID;"
+    "CREATE TABLE shape(last INTEGER NOT NULL)",
+    winhost::registry::createFirstKeys};

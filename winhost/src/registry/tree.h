@@ -1,12 +1,23 @@
-// The registry's keys and values in the store, in an Access. Every function throws a Failure.
+// The registry's keys and values in the store, for use within a Transaction. Every function throws a Failure.
 #pragma once
 
-#include "registry/store.h"
+#include "database/database.h"
 #include "text.h"
 
 #include <string>
 
 namespace winhost::registry {
+
+using database::check;
+using database::Failure;
+using database::outcome;
+using database::Query;
+using database::require;
+
+using NodeId = std::int64_t;
+
+constexpr NodeId currentUserId = 1;
+constexpr NodeId localMachineId = 2;
 
 constexpr std::size_t longestKeyName = 256;
 constexpr std::size_t longestValueName = 16383;
@@ -37,7 +48,8 @@ struct Answer
     Text name = {}; ///< as created; of what has an index, and of a value
 };
 
-/// What is remembered, else what the store has. Not behind a change in the same Access.
+/// Returns the cached answer, otherwise reads the store. Not to be called after a change in the same
+/// Transaction.
 Answer find(const Question& question);
 
 /// How many sub-keys and values a key has, and the most bytes of their names and data.
@@ -51,10 +63,8 @@ struct Measure
 };
 Measure measure(NodeId node);
 
-// ---- Changes, in an Access for them
+// ---- Changes
 
-/// In an empty store.
-void createFirstKeys();
 /// Creates what is missing of the path, and tells whether anything was; gives the key.
 NodeId createPath(NodeId start, TextView path, bool& created);
 /// Gives what a question for the value has as its answer then.
