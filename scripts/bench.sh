@@ -21,25 +21,53 @@ fresh_home() {
     export HOME=$bench_run XDG_DATA_HOME=$bench_run/data XDG_CONFIG_HOME=$bench_run/config
 }
 
-# Prints the instructions that the given number of getValue calls execute, without those in registry functions.
-own_instructions() {
-    valgrind --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect='TarvoConfig::getValue*' \
-        --toggle-collect='Reg*' "$bench/bin/bench_read_loop" "$1" 2>&1 | sed -n 's/.*Collected : //p'
+# loop [TOOL...] STORE OPERATION COUNT: runs bench_loop, in a tool if given, with an empty folder.
+loop() {
+    rm -rf "$bench_run/loop"
+    mkdir "$bench_run/loop"
+    "${@:1:$#-3}" "$bench/bin/bench_loop" "${@: -3}" "$bench_run/loop"
 }
 
-# Prints the number of system calls that a program makes.
+# Prints the instructions that the given number of getValue calls execute, without those in registry functions.
+own_instructions() {
+    loop valgrind --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect='TarvoConfig::getValue*' \
+        --toggle-collect='Reg*' ours read "$1" 2>&1 | sed -n 's/.*Collected : //p'
+}
+
+# cache_misses LEVEL STORE COUNT: prints the D1 or LL misses of reading 1,000 values in turn, for a processor with
+# 32 KB of first-level and 512 KB of last-level cache.
+cache_misses() {
+    loop valgrind --tool=cachegrind --cache-sim=yes --cachegrind-out-file=/dev/null --I1=32768,8,64 --D1=32768,8,64 \
+        --LL=524288,8,64 "$2" turn "$3" 2>&1 | sed -n "s/.*$1 *misses: *\([0-9,]*\).*/\1/p" | tr -d ,
+}
+
+# Prints the number of system calls that a program makes, in all threads.
 calls_of() {
-    strace -o "$bench_run/calls" "$@" && grep -c = "$bench_run/calls"
+    strace -f -o "$bench_run/calls" "$@" >/dev/null && grep -c = "$bench_run/calls"
+}
+
+# Prints the processor time of a durable write in percent of SQLite's: the median of 11 alternating runs.
+write_percent() {
+    for _ in {1..11}; do
+        echo $((100 * $(loop ours write 20000) / $(loop sqlite write 20000)))
+    done | sort -n | sed -n 6p
 }
 
 # Prints the results that are counted, not timed, one "name: value" per line.
 count_all() {
-    local empty client
-    calls_of "$bench/bin/bench_read_loop" 1 >/dev/null # fills the store
+    local empty client level store
+    loop ours read 1 >/dev/null # fills the store
     echo "instructions of the library in one getValue:" \
         $((($(own_instructions 20000) - $(own_instructions 10000)) / 10000))
+    for level in D1 LL; do
+        for store in ours dconf; do
+            echo "$level misses in 1,000 reads in turn, $store:" \
+                $((($(cache_misses $level $store 60000) - $(cache_misses $level $store 30000)) / 30))
+        done
+    done
+    echo "processor time of a durable write, percent of SQLite's: $(write_percent)"
     echo "system calls in 1,000 getValue calls:" \
-        $(($(calls_of "$bench/bin/bench_read_loop" 2000) - $(calls_of "$bench/bin/bench_read_loop" 1000)))
+        $(($(loop calls_of ours read 2000) - $(loop calls_of ours read 1000)))
     empty=$(calls_of "$bench/bin/bench_empty")
     client=$(calls_of "$bench/bin/bench_start")
     echo "system calls of a client's start, beyond an empty program's: $((client - empty))"

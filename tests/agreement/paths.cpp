@@ -72,23 +72,16 @@ TEST(Agreement, OfTheCaseOfUnits)
     });
 }
 
-/// After "*" Wine finds nothing by "?".
-Text pattern(Trace& trace)
-{
-    Text pattern;
-    for (std::uint32_t more = trace.below(6); more > 0; --more) {
-        pattern += trace.word(pattern.ends_with(u'*') ? u".|d|l|*" : u"*|?|?|.|l|x|two|a|sub|t");
-    }
-    return pattern;
-}
-
 void fileCall(Trace& trace, const Text& folder)
 {
     const Text call = trace.word(u"find|access|change folder");
     Text name =
         relativePath(trace, u".|..|sub|Sub|SUB.|a.DLL|A.dll |noext.|locked.TXT|deep|none", u"\\|\\|\\\\|/");
-    name += call == u"find" ? pattern(trace) : Text();
-    name = trace.oneIn(12) ? trace.word(u"|Q:\\x|" + Text(300, u'x')) : name;
+    name += call != u"find" ? u""
+            : name.empty() || name.find_last_of(u"\\/") == name.size() - 1
+                ? trace.word(u"*.dll|*.X|*.txt|*.none")
+                : u"\\*.TXT";
+    name = trace.oneIn(12) && call != u"find" ? trace.word(u"|Q:\\x|" + Text(300, u'x')) : name;
     const Text before = trace.word(u"|||z:|Z:|full|full");
     trace.start(call, before, name);
     name = (before == u"full" ? folder + u"\\" : before) + name;

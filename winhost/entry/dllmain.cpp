@@ -1,14 +1,15 @@
-// Gives a host library the entry point of a Windows one: linked with it, its DllMain is called.
+// The entry point of a host library: calls the DllMain of the library that links it.
 //
 // The library's objects come first on the link line and this file, from an archive, after them. So the object
-// below is made last of the library's static objects and goes first, both in a program's end and in dlclose.
+// below is the last of the library's static objects to be created and the first to be destroyed, both at a
+// program's end and in dlclose.
 #include <windows.h>
 
 #include <dlfcn.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* reserved);
 
-/// The linker is told to look for this name, which brings this file in.
+/// The linker is made to look for this name, which adds this file.
 extern "C" const int winhostDllMain = 0;
 
 namespace {

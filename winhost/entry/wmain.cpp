@@ -1,4 +1,4 @@
-// Gives a host program the wide entry point of a Windows one: linked with it, main calls its wmain.
+// The wide entry point of a host program: main calls its wmain.
 #include "text.h"
 
 #include <algorithm>

@@ -12,10 +12,8 @@
 #define WINAPI
 
 using BYTE = std::uint8_t;
-using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using LONG = std::int32_t;
-using LONGLONG = std::int64_t;
 using ULONGLONG = std::uint64_t;
 using UINT = std::uint32_t;
 using INT = std::int32_t;

@@ -17,52 +17,24 @@ using winhost::FullPath;
 using winhost::Text;
 using winhost::TextView;
 
-/// What a search handle points to. It holds nothing, as there is no second match to ask for, but an owner
-/// that forgets it leaks and one that closes it twice is seen by a sanitizer.
+/// The object of a search handle. It is empty, since there is no second match to return, but a sanitizer sees
+/// an owner that leaks it or closes it twice.
 struct Search
 {
 };
 
-/// A wildcard pattern; dots and stars at its end may also stand for nothing.
-bool matches(TextView pattern, TextView name)
+/// Returns the first entry in alphabetical order whose name ends with a suffix, or "".
+std::string firstMatch(const std::string& folder, TextView suffix, std::error_code& failure)
 {
-    std::size_t p = 0;
-    std::size_t n = 0;
-    std::size_t star = TextView::npos; // the last '*' met, and the name's part that it took
-    std::size_t taken = 0;
-    while (n < name.size()) {
-        if (p < pattern.size() && pattern[p] == L'*') {
-            star = p++;
-            taken = n;
-        } else if (p < pattern.size() &&
-                   (pattern[p] == L'?' || winhost::upcase(pattern[p]) == winhost::upcase(name[n]))) {
-            ++p;
-            ++n;
-        } else if (star != TextView::npos) {
-            p = star + 1;
-            n = ++taken;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of(L".*", p) == TextView::npos;
-}
-
-/// The first entry in alphabetical order that a pattern takes; "" for none.
-std::string firstMatch(const std::string& folder, TextView pattern, std::error_code& failure)
-{
-    for (const char* const own : {".", ".."}) {
-        if (matches(pattern, winhost::fromUtf8(own))) {
-            return own;
-        }
-    }
     std::string first;
     Text firstName;
     for (std::filesystem::directory_iterator entry(folder, failure), end; !failure && entry != end;
          entry.increment(failure)) {
         std::string bytes = entry->path().filename().native();
         Text name = winhost::fromUtf8(bytes);
-        if (matches(pattern, name) && (first.empty() || winhost::compare(name, firstName, true) < 0)) {
+        const std::size_t start = name.size() - std::min(name.size(), suffix.size());
+        if (winhost::equalIgnoringCase(TextView(name).substr(start), suffix) &&
+            (first.empty() || winhost::compare(name, firstName, true) < 0)) {
             first = std::move(bytes);
             firstName = std::move(name);
         }
@@ -95,13 +67,16 @@ HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* found)
     }
     const Text name = std::move(path->components.back());
     path->components.pop_back();
+    if (!name.starts_with(L"*.") || name.find_first_of(L"*?", 1) != TextView::npos) {
+        return noMatch(ERROR_INVALID_NAME);
+    }
     const std::optional<std::string> folder = winhost::findOnHost(*path);
     if (!folder) {
         return noMatch(ERROR_PATH_NOT_FOUND);
     }
     std::error_code failure;
-    const std::string first = firstMatch(*folder, name, failure);
-    if ((first.empty() || first.starts_with('.')) && !winhost::isFolder(*folder)) {
+    const std::string first = firstMatch(*folder, TextView(name).substr(1), failure);
+    if (first.empty() && !winhost::isFolder(*folder)) {
         return noMatch(ERROR_INVALID_NAME);
     }
     if (first.empty()) {

@@ -28,7 +28,7 @@ bool startsWithSeparators(TextView path, std::size_t count)
            std::all_of(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(count), isSeparator);
 }
 
-/// By name; of a component before a separator, as Windows has it, a dot at its end goes.
+/// Resolves "." and ".." by name. Like Windows, removes a dot at the end of a component before a separator.
 void appendComponents(std::vector<Text>& components, TextView path)
 {
     while (!path.empty()) {
@@ -57,7 +57,7 @@ bool exists(const std::string& file)
     return stat(file.c_str(), &status) == 0;
 }
 
-/// The entry of a folder with this name; "" when there is none or the folder cannot be read.
+/// Returns the entry of a folder with this name, or "" if there is none or the folder cannot be read.
 std::string findEntry(const std::string& folder, const Text& name, std::error_code& failure)
 {
     std::string exact = toUtf8(name);

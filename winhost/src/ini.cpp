@@ -1,4 +1,4 @@
-// Private profile (INI) files. A file is read anew on each call, so what was written last is what is seen.
+// Private profile (INI) files. Each call reads the file again, so it sees the last write.
 #include "host_path.h"
 
 #include <windows.h>
@@ -20,7 +20,7 @@ constexpr std::size_t largestFile = std::size_t{1} << 20;
 struct Entry
 {
     TextView key;
-    std::optional<TextView> value; // none when the line has no '='
+    std::optional<TextView> value; // empty if the line has no '='
 };
 
 struct Section
@@ -54,8 +54,8 @@ Text decodeUtf16(std::string_view bytes, std::size_t lowByte)
     return text;
 }
 
-/// A file without a mark is text in UTF-8, or Latin-1 where it is not; one with a zero byte is no text at
-/// all.
+/// Decodes a file without a byte order mark as UTF-8, with invalid bytes as Latin-1; one with a zero byte is
+/// binary and decodes as empty.
 Text decode(std::string_view bytes)
 {
     if (bytes.starts_with("\xFF\xFE")) {
@@ -118,23 +118,14 @@ TextView withoutTrailingBlanks(TextView text)
     return text;
 }
 
-/// Digits behind an optional sign, of another base behind a prefix, modulo 2^32; what follows them is
-/// ignored.
+/// Parses digits after an optional sign, hexadecimal ones after 0x, modulo 2^32. Ignores what follows them.
 UINT parseNumber(TextView text)
 {
     text = trimmed(text);
     const bool isNegative = text.starts_with(L'-');
-    if (isNegative || text.starts_with(L'+')) {
-        text.remove_prefix(1);
-    }
-    UINT base = 10;
-    for (const auto& [prefix, itsBase] : {std::pair<TextView, UINT>{L"0x", 16}, {L"0o", 8}, {L"0b", 2}}) {
-        if (text.starts_with(prefix)) {
-            base = itsBase;
-            text.remove_prefix(prefix.size());
-            break;
-        }
-    }
+    text.remove_prefix(isNegative || text.starts_with(L'+') ? 1 : 0);
+    const UINT base = text.starts_with(L"0x") ? 16 : 10;
+    text.remove_prefix(base == 16 ? 2 : 0);
     UINT number = 0;
     for (const wchar_t unit : text) {
         const std::size_t digit = TextView(L"0123456789ABCDEF").find(winhost::upcase(unit));

@@ -1,4 +1,4 @@
-// What went wrong, in the system's numbers.
+// Errors of the host as the system's error codes.
 #pragma once
 
 #include <windows.h>

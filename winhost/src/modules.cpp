@@ -96,7 +96,7 @@ std::string fileOf(HMODULE module)
     return isHostCode(module) ? hostCodeFile(module) : std::string();
 }
 
-/// A name without an extension gets one; a dot at the end stands for "none" and goes.
+/// Adds ".dll" to a name without an extension; a dot at the end means "none" and is removed.
 Text withExtension(TextView name)
 {
     Text full(name);
@@ -121,7 +121,7 @@ bool hasFolder(TextView name)
     return fileName(name).size() != name.size() || name.find(L':') != TextView::npos;
 }
 
-/// A loaded module by its file name or its full path; null for none.
+/// Finds a loaded module by its file name or its full path; otherwise returns null.
 HMODULE findModule(TextView name)
 {
     if (isSystemName(name)) {
@@ -182,7 +182,8 @@ std::optional<std::string> findModuleFile(TextView name)
     return std::nullopt;
 }
 
-/// False when the module has gone. What was not loaded here needs no count: it stays.
+/// Returns false if the module was unloaded. A module that was not loaded here stays loaded and is not
+/// counted.
 bool addReference(HMODULE module)
 {
     {
@@ -196,8 +197,8 @@ bool addReference(HMODULE module)
     return isHostCode(module);
 }
 
-/// Keeps a new module, or counts one more reference to the same. The loader's own surplus reference then goes
-/// with the parameter, once the guard is free.
+/// Adds a module to the list, or a reference if it is listed. In that case the parameter releases the
+/// loader's own reference, after the guard.
 HMODULE keep(Module module)
 {
     const std::lock_guard<std::mutex> lock(guard);
@@ -368,7 +369,7 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
-    // The executable is known to the loader by no name. What a module's dependencies export is not its own.
+    // The loader knows the executable by no name. Exports of a module's dependencies are not its own.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

@@ -1,4 +1,4 @@
-// What the resource functions need of a module.
+// The data of modules that the resource functions read.
 #pragma once
 
 #include <windows.h>
@@ -8,10 +8,10 @@
 
 namespace winhost {
 
-/// The bytes of a module that was loaded for its resources; null for every other handle.
+/// Returns the bytes of a module that was loaded for its resources; null for every other handle.
 std::shared_ptr<const std::string> resourceFile(HMODULE module);
 
-/// The executable's path on the host.
+/// Returns the executable's path on the host.
 std::string executableFile();
 
 } // namespace winhost

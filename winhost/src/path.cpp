@@ -32,7 +32,7 @@ TextView rootOf(TextView path)
     return path.substr(0, isUnc(path) ? 2 : path.starts_with(L'\\') ? 1 : 0);
 }
 
-/// Works out "." and ".." by name. A relative path that leaves its first folder goes on from the root, and a
+/// Resolves "." and ".." by name. A relative path that leaves its first folder continues from the root, and a
 /// "." at the end stays.
 Text canonical(TextView path)
 {
@@ -75,8 +75,8 @@ Text canonical(TextView path)
     return result;
 }
 
-/// Both parts joined, one alone when the other is empty or more is a full path. One alone is cut to what a
-/// path holds; none when both together do not fit.
+/// Joins both parts, or returns one if the other is empty or `more` is a full path. One part is cut to the
+/// longest path; two that do not fit together return nothing.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

@@ -26,7 +26,7 @@ std::uint32_t read32(Bytes bytes, std::size_t offset)
     return read16(bytes, offset) | read16(bytes, offset + 2) << 16U;
 }
 
-/// What the bytes hold of a range.
+/// Returns the part of a range that lies within the bytes.
 Bytes slice(Bytes bytes, std::size_t offset, std::size_t size)
 {
     if (offset >= bytes.size()) {
@@ -36,7 +36,7 @@ Bytes slice(Bytes bytes, std::size_t offset, std::size_t size)
     return bytes.subspan(offset, size < available ? size : available);
 }
 
-/// The headers of a PE file, and where its sections are.
+/// The headers of a PE file, and its sections.
 class PeHeaders
 {
 public:
@@ -70,7 +70,7 @@ public:
         return {};
     }
 
-    /// The root of the resource directory and all behind it.
+    /// Returns the resource directory from its root to the end of its section.
     Bytes resources() const
     {
         constexpr std::uint32_t magic64 = 0x20B;
@@ -89,8 +89,8 @@ private:
     bool m_isValid;
 };
 
-/// A table of a resource tree: what a number, or no number for the first entry, leads to. The tree has three
-/// levels and is walked as deep, so that a table that leads back to itself does no harm.
+/// Returns the target of the entry with a number, or of the first entry without one, in a table of a resource
+/// tree. The tree has three levels and is read no deeper, so a table that refers to itself is harmless.
 std::optional<std::uint32_t> findEntry(Bytes resources, std::uint32_t table, std::optional<std::uint32_t> id)
 {
     constexpr std::size_t tableHeaderSize = 16;
@@ -115,7 +115,7 @@ std::optional<std::uint32_t> findTable(Bytes resources, std::uint32_t table, std
     return entry && (*entry & tableFlag) != 0 ? std::optional(*entry & ~tableFlag) : std::nullopt;
 }
 
-/// A block is 16 strings, each behind its length.
+/// A block is 16 strings, each after its length.
 Bytes stringOfBlock(Bytes block, std::uint32_t index)
 {
     std::size_t offset = 0;

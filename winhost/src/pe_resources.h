@@ -1,4 +1,4 @@
-// The string table of a PE file, read from its bytes as they are on disk. Any bytes are safe to give.
+// The string table of a PE file, parsed from its bytes as on disk. Any bytes are safe to parse.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +30,7 @@ struct StringResource
 
 bool isPeImage(Bytes file);
 
-/// The string with this number in the first language that has it. A number that its block of 16 leaves out is
+/// Finds the string with a number in the first language that has it. A number that its block of 16 omits is
 /// an empty string.
 StringResource findString(Bytes file, std::uint16_t id);
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What the user typed, without blanks and in lower case; nothing at the end of the input.
+/// Reads a line of input in lower case without blanks. Returns false at the end of the input.
 bool readAnswer(std::string& answer)
 {
     constexpr std::size_t longestKept = 8;

@@ -22,22 +22,11 @@ DWORD errorOf(winhost::StringLookup result)
     }
 }
 
-/// With a size of 0 the caller gets where the string is in the module, not terminated.
-INT giveAddress(winhost::Bytes units, LPWSTR buffer)
-{
-    if (reinterpret_cast<std::uintptr_t>(units.data()) % alignof(wchar_t) != 0) {
-        return 0;
-    }
-    const unsigned char* const address = units.data();
-    std::memcpy(buffer, &address, sizeof(address));
-    return static_cast<INT>(units.size() / sizeof(wchar_t));
-}
-
 } // namespace
 
 INT LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, INT size)
 {
-    if (buffer == nullptr || size < 0) {
+    if (buffer == nullptr || size <= 0) {
         return 0;
     }
     const std::shared_ptr<const std::string> file = winhost::resourceFile(module);
@@ -46,9 +35,6 @@ INT LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, INT size)
     if (string.result != winhost::StringLookup::found) {
         SetLastError(errorOf(string.result));
         return 0;
-    }
-    if (size == 0) {
-        return giveAddress(string.units, buffer);
     }
     winhost::Text text(string.units.size() / sizeof(wchar_t), 0);
     if (!text.empty()) {

@@ -1,4 +1,4 @@
-// The user's folders, as the XDG base directories and user directories give them.
+// The user's folders, by the XDG base directories and user directories.
 #include "host_path.h"
 #include "user_folders.h"
 
@@ -17,7 +17,7 @@ using winhost::xdgFolder;
 constexpr INT folderMask = 0xFF;
 constexpr HRESULT fileNotFound = static_cast<HRESULT>(0x80070002);
 
-/// What user-dirs.dirs assigns: "$HOME/...", or "/...", in quotes; "" when it does not.
+/// Returns the folder that user-dirs.dirs assigns as "$HOME/..." or "/...", in quotes; otherwise "".
 std::string documentsOfUserDirs()
 {
     constexpr std::string_view assignment = "XDG_DOCUMENTS_DIR=\"";

@@ -1,5 +1,5 @@
 // The system's simple upper-case mapping of the Basic Multilingual Plane.
-// Made by asking ntdll's RtlUpcaseUnicodeChar for every unit and joining equal distances into ranges.
+// Generated from the results of ntdll's RtlUpcaseUnicodeChar for every unit.
 #pragma once
 
 #include <cstdint>

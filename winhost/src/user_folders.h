@@ -1,4 +1,4 @@
-// Where the user's files are, as the XDG base directories say.
+// The folders of the user's files, by the XDG base directories.
 #pragma once
 
 #include <string>

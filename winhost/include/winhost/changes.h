@@ -1,15 +1,14 @@
-// One transaction of the registry over many calls. No call of the system: a program that runs on Windows too
-// asks for the functions by name, GetProcAddress(GetModuleHandleW(L"advapi32.dll"), ...), and does without
-// where there are none.
+// One transaction of the registry over many calls. Windows has no such functions: a program that runs there too
+// finds them by name, GetProcAddress(GetModuleHandleW(L"advapi32.dll"), ...), and works without them.
 #pragma once
 
 #include <windows.h>
 
-/// From here on the registry calls of all threads of the process are kept or undone together, and other
-/// processes see none of them; they cannot write, so be quick. ERROR_LOCK_FAILED if another process writes
-/// for 5 s. A second call before the end fails with ERROR_INVALID_PARAMETER.
+/// Begins a transaction of all registry calls of the process, in every thread. Until its end other processes see
+/// none of the changes and cannot write, so it should be short. ERROR_LOCK_FAILED if another process writes for
+/// 5 s; ERROR_INVALID_PARAMETER in a transaction.
 WINHOST_API LSTATUS winhostBeginRegistryChanges();
 
-/// Keeps all that was changed since the beginning, or undoes it. ERROR_CANTWRITE if an error of the disk, or
-/// a fork, has undone it already; ERROR_INVALID_PARAMETER without a beginning.
+/// Commits or undoes the transaction. ERROR_CANTWRITE if it was undone before, by an error of the disk, a fork or
+/// a store that was moved; ERROR_INVALID_PARAMETER without a transaction.
 WINHOST_API LSTATUS winhostEndRegistryChanges(BOOL keep);

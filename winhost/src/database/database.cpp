@@ -38,7 +38,7 @@ enum Kind
 {
     eWritable,
     eReadOnly,
-    eNew // in memory: what a new file would contain
+    eNew // in memory, with the content of a new file
 };
 
 /// Changes when the path leads to another file or folder, when a file comes to the folder or goes, and when
@@ -48,8 +48,8 @@ using Listing = std::array<std::int64_t, 6>;
 struct Connection
 {
     std::mutex mutex;   // of all that follows
-    std::string path;   // of the file, as the user's folders give it
-    std::string file;   // without links
+    std::string path;   // of the file, below the user's data folder
+    std::string file;   // the same without links
     std::string folder; // of that
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
@@ -156,13 +156,13 @@ constexpr std::size_t writtenAt = 24; // in units of 4 bytes: how many frames ar
 constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
-void* mapped = nullptr; // stays where it is while the process lives
+void* mapped = nullptr; // never unmapped, since readers take no lock
 std::atomic<const std::uint64_t*> page = noIndex;
 
 // How often a file was opened: two that have no log begin with the same header.
 std::atomic<std::uint64_t> turn = 0;
 
-/// A number of the header, 0 if there is none.
+/// Returns a number of the header, or 0 without one.
 template <typename Number>
 Number numberAt(std::size_t index)
 {
@@ -241,7 +241,7 @@ void beginLog()
 {
     check(generationOfFile() != own.generation ? logStatus() : ERROR_SUCCESS);
     if (page == noIndex) {
-        showVersion(); // it may have been made only now
+        showVersion(); // a mapping that failed before may succeed
     }
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
         own.generation = generationOfFile(); // which nobody changes now
@@ -295,7 +295,8 @@ bool isMoved()
     return now != own.listing;
 }
 
-/// A file system that writes changed data elsewhere would need new room for each change of what is mapped.
+/// Avoids SIGBUS on a full disk: a file system that writes changed data elsewhere (btrfs) would need new room
+/// for each change of a mapped page.
 void writeInPlace(const std::string& folder)
 {
     const OwnedFile opened(folder);
@@ -332,13 +333,10 @@ void disconnect(bool writesBack = false)
 {
     hideVersion();
     own.statements.clear();
-    expectFiles(&own.file);
     if (own.database != nullptr) {
         sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writesBack ? 0 : 1, nullptr);
     }
-    sqlite3_close(std::exchange(own.database, nullptr));
-    expectFiles(nullptr);
-    forgetFiles();
+    closeDatabase(std::exchange(own.database, nullptr));
 }
 
 /// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.

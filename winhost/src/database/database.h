@@ -1,6 +1,6 @@
 // The SQLite database that all processes of a user share: opened at the first call, and again when the path
-// leads to another file. Knows nothing of what is in it. There is one connection, which a call has to itself
-// while it works.
+// leads to another file. Does not know its tables. There is one connection,
+// which a call locks while it uses it.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ struct sqlite3_stmt;
 
 namespace winhost::database {
 
-/// Thrown by what cannot go on: the result of the call.
+/// Thrown to end a call with this result.
 struct Failure
 {
     LSTATUS status;
@@ -32,7 +32,7 @@ inline void check(LSTATUS status)
     require(status == ERROR_SUCCESS, status);
 }
 
-/// Returns the result of work(), or what it failed with.
+/// Returns the result of work(), or the status that it throws.
 template <typename Work>
 LSTATUS outcome(Work work)
 {
@@ -45,8 +45,8 @@ LSTATUS outcome(Work work)
     }
 }
 
-/// Defined by the user of this module: the name of the file, the tables of a new one, and what adds their
-/// rows.
+/// Defined by the user of this module: the name of the file, the tables of a new one, and the function that
+/// adds their rows.
 struct Content
 {
     const char* file;
@@ -90,11 +90,12 @@ void forsake();
 /// At the end of the process: the last one writes the log back.
 void leave();
 
-/// A prepared statement with its arguments, and the rows that it returns. The SQL must stay where it is.
+/// A prepared statement with its arguments, and the rows that it returns. The SQL must be a literal: its
+/// address is the key under which the statement is cached.
 class Query
 {
 public:
-    /// Bytes among the arguments must stay as they are while the query lives.
+    /// Does not copy bytes among the arguments, which must outlive the query.
     template <typename... Arguments>
     explicit Query(const char* sql, const Arguments&... arguments) : m_statement(prepared(sql))
     {

@@ -21,6 +21,7 @@ std::atomic<int> numbers[std::size(suffixes)] = {-1, -1, -1};
 constexpr off_t mark = off_t{0x5707E} << 20;
 
 thread_local const std::string* expected = nullptr;
+thread_local bool isClosing = false;
 
 bool isOurs(int file)
 {
@@ -46,7 +47,7 @@ int openFile(const char* path, int flags, int mode)
 
 int closeFile(int file)
 {
-    return expected != nullptr && isOurs(file) && isLost(file) ? 0 : ::close(file);
+    return isClosing && isOurs(file) && isLost(file) ? 0 : ::close(file);
 }
 
 int controlFile(int file, int command, ...)
@@ -59,8 +60,8 @@ int controlFile(int file, int command, ...)
         return fcntl(file, command, argument);
     }
     static_cast<struct flock*>(argument)->l_pid = 0;
-    const bool isUnreachable = expected != nullptr && isLost(file);
-    return isUnreachable ? 0 : fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
+    return isClosing && isLost(file) ? 0
+                                     : fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
 }
 
 /// Allocates whole pages of the log's index, in which SQLite writes one byte each to allocate them: where
@@ -121,8 +122,11 @@ void loseFiles()
     std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
 }
 
-void forgetFiles()
+void closeDatabase(sqlite3* database)
 {
+    isClosing = true;
+    sqlite3_close(database);
+    isClosing = false;
     std::ranges::for_each(numbers, [](std::atomic<int>& file) { file = -1; });
 }
 

@@ -7,6 +7,8 @@
 
 #include <string>
 
+struct sqlite3;
+
 namespace winhost::database {
 
 enum File
@@ -17,8 +19,8 @@ enum File
 };
 constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
-/// From here on, this thread has SQLite open or close the store: files with these names are the store's. Null
-/// ends that.
+/// From here on, files that SQLite opens in this thread are the store's if they have these names. Null ends
+/// that.
 void expectFiles(const std::string* file);
 
 /// Returns -1 if the file is not open, or if SQLite shares it with another connection of the process.
@@ -29,7 +31,7 @@ bool areFilesLost();
 bool isAtPlace(const std::string& file, File which);
 /// Closes the files, which are lost then.
 void loseFiles();
-/// To be called when SQLite has closed the store.
-void forgetFiles();
+/// Has SQLite close the database, but not the files that are lost.
+void closeDatabase(sqlite3* database);
 
 } // namespace winhost::database

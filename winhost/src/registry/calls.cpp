@@ -9,7 +9,7 @@ using database::Transaction;
 
 namespace {
 
-/// A terminated text as a name; a null one is empty.
+/// Returns a terminated string as a name; null is empty.
 TextView nameOf(const wchar_t* text)
 {
     return text != nullptr ? TextView(text) : TextView();
@@ -22,7 +22,7 @@ void follow()
     memory().follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Asks in a key that must have been opened with the rights. use(answer) runs on what there is, with the
+/// Finds an answer for a key, which must have been opened with the rights, and runs use(answer) with the
 /// memory locked.
 template <typename Use>
 LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
@@ -64,7 +64,7 @@ NodeId nodeOf(HKEY key, REGSAM needed)
 
 constexpr auto nothing = [] {};
 
-/// Runs work(node) as one transaction, and when that is kept then(), with the memory locked.
+/// Runs work(node) as one transaction, and once it is committed then(), with the memory locked.
 template <typename Work, typename Then = decltype(nothing)>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
 {
@@ -90,7 +90,7 @@ void give(Result* out, Value value)
     }
 }
 
-/// Copies a text with its terminator if there is room for both, and gives its length then.
+/// Copies a string with its terminator and sets its length if there is room for both.
 bool giveText(TextView text, wchar_t* out, DWORD* length)
 {
     if (text.size() >= *length) {
@@ -100,7 +100,7 @@ bool giveText(TextView text, wchar_t* out, DWORD* length)
     return true;
 }
 
-/// Classes are not kept: each is empty. False where there is no room for the terminator.
+/// Returns an empty class, since classes are not stored. False if there is no room for the terminator.
 bool giveNoClass(wchar_t* out, DWORD* length)
 {
     const bool fits = out == nullptr || length == nullptr || giveText({}, out, length);
@@ -108,8 +108,8 @@ bool giveNoClass(wchar_t* out, DWORD* length)
     return fits;
 }
 
-/// Copies a value's data if it fits. A text that is not terminated gets a terminator where there is room for
-/// one; the size does not count it.
+/// Copies a value's data if it fits. Adds a terminator to an unterminated string if there is room for one,
+/// which the size does not count.
 LSTATUS giveData(const Answer& value, BYTE* data, DWORD* size)
 {
     constexpr std::string_view terminator("\0", sizeof(wchar_t));
@@ -151,7 +151,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     }
     LSTATUS status = RegOpenKeyExW(key, subKey, 0, access, result);
     bool isNew = false;
-    if (status == ERROR_FILE_NOT_FOUND) { // and another process may be making it
+    if (status == ERROR_FILE_NOT_FOUND) { // another process may create it meanwhile
         NodeId made = 0;
         status = change(
             Memory::eKeys, key, 0, [&](NodeId node) { made = createPath(node, nameOf(subKey), isNew); },
@@ -185,7 +185,7 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
     const TextView path = nameOf(subKey);
     NodeId found = 0;
     LSTATUS status = findKey(key, path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0, path, found);
-    if (status == ERROR_SUCCESS && path.empty()) { // who has values needs the right to set them, too
+    if (status == ERROR_SUCCESS && path.empty()) { // a key with values needs the right to set them, too
         status = ask(key, 0, {Question::eValueAt},
                      [&](const Answer&) { return memory().resolve(key, KEY_SET_VALUE, found); });
     }
@@ -246,7 +246,7 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
         return ERROR_INVALID_PARAMETER;
     }
     if (data == nullptr) {
-        give(size, 0); // also where there is no value
+        give(size, 0); // also if there is no value
     }
     return ask(key, KEY_QUERY_VALUE, {Question::eValue, nameOf(valueName)}, [&](const Answer& value) {
         give(type, value.type);

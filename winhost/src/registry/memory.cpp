@@ -22,7 +22,7 @@ std::uint64_t hashOf(const Question& question)
     return mix(mix(question.kind, number), std::hash<std::string_view>()(bytesOf(question.text)));
 }
 
-/// By bytes: a comparison of units goes unit by unit.
+/// Compares bytes, which is faster than by units.
 bool isSame(const Question& a, const Question& b)
 {
     return a.kind == b.kind && a.node == b.node && a.index == b.index && bytesOf(a.text) == bytesOf(b.text);
@@ -46,7 +46,7 @@ void beforeFork()
 void afterFork()
 {
     memory().mutex.unlock();
-    // Emptied before it is unlocked, which lets another thread's fork begin.
+    // `held` is empty before the lock is released, which lets another thread's fork begin.
     const database::Lock ended = std::move(held);
 }
 
@@ -67,7 +67,7 @@ NodeId rootOf(HKEY key)
 
 Memory& memory()
 {
-    static Memory* const created = new Memory; // never destroyed: it may be used while the process ends
+    static Memory* const created = new Memory; // never destroyed: destructors of the program may use it
     return *created;
 }
 
@@ -142,13 +142,13 @@ void Memory::remember(const Question& question, const Answer& answer)
     }
     try {
         Entry& entry = m_answers[hash];
-        entry.epoch = 0; // while there is not all of it
+        entry.epoch = 0; // invalid until it is complete
         entry.text = question.text;
         entry.question = question;
         entry.question.text = entry.text;
         entry.answer = answer;
         entry.epoch = m_epochs[isPath(question) ? 0 : 1];
-    } catch (const std::bad_alloc&) { // is not remembered
+    } catch (const std::bad_alloc&) { // it is not cached
     }
 }
 

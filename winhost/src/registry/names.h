@@ -1,4 +1,4 @@
-// Names as the store keeps them, and the sum that each of its records carries.
+// Names as they are stored, and the checksum of each record.
 #pragma once
 
 #include "text.h"
@@ -17,12 +17,12 @@ inline std::string_view bytesOf(TextView text)
 inline Text textOf(std::string_view bytes)
 {
     Text text(bytes.size() / sizeof(wchar_t), 0);
-    bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t)); // null for no bytes
+    bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t)); // may be null if empty
     return text;
 }
 
-/// Equal for names that differ in case only; the order of its bytes is that of the registry. Letters sort as
-/// lower case ones, that is behind '_'.
+/// Returns the same bytes for names that differ in case only, in the order of the registry: letters sort as
+/// lower case, after '_'.
 inline std::string folded(TextView name)
 {
     std::string bytes;
@@ -36,7 +36,7 @@ inline std::string folded(TextView name)
     return bytes;
 }
 
-/// Another number for any change within 8 bytes, and almost surely for any other change.
+/// Returns a different number for any change within 8 bytes, and almost surely for any other change.
 inline std::uint64_t mix(std::uint64_t sum, std::uint64_t word)
 {
     constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;

@@ -30,7 +30,7 @@ bool exists(NodeId node)
     return isRoot(node) || Query("SELECT 1 FROM keys WHERE id = ?1", node).next();
 }
 
-/// What a search in a key without a result means.
+/// Returns the answer of a search that found nothing: that the key is deleted, or the status.
 Answer missing(NodeId node, LSTATUS status)
 {
     return {.status = exists(node) ? status : ERROR_KEY_DELETED};
@@ -52,7 +52,7 @@ void remember(const Question& question, const Answer& answer)
     memory().remember(question, answer);
 }
 
-/// Takes the next component off a path. False at its end.
+/// Removes the next component from a path. Returns false at its end.
 bool takeComponent(TextView& path, TextView& component)
 {
     path.remove_prefix(std::min(path.find_first_not_of(L'\\'), path.size()));
@@ -63,7 +63,8 @@ bool takeComponent(TextView& path, TextView& component)
 
 std::optional<NodeId> findSubKey(NodeId parent, TextView name)
 {
-    require(name.size() <= longestKeyName || !exists(parent), ERROR_INVALID_PARAMETER); // deleted comes first
+    require(name.size() <= longestKeyName || !exists(parent),
+            ERROR_INVALID_PARAMETER); // a deleted key is reported first
     const std::string asked = folded(name);
     Query query("SELECT id, name, sum FROM keys WHERE parent = ?1 AND folded = ?2", parent, asked);
     if (!query.next()) {
@@ -93,7 +94,7 @@ NodeId add(NodeId parent, TextView name)
     return id;
 }
 
-/// Each part of the path that is found is remembered, and may have been.
+/// Uses the cached parts of the path, and caches each part that it finds.
 Answer walk(NodeId start, TextView path, bool* created)
 {
     Answer at{.status = path.starts_with(L'\\') ? ERROR_BAD_PATHNAME : ERROR_SUCCESS, .node = start};
@@ -133,8 +134,9 @@ Answer findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// Finds the entry at an index. In a list that is read in order, it and the next ones are found from the one
-/// before, and cached; from there the list goes on after a write of another process, too.
+/// Finds the entry at an index. If the entry before it is cached, continues after its name and reads ahead.
+/// If only other processes have written since, continues there too: counting from the start would cost more
+/// with each entry.
 Answer findAt(const Question& question)
 {
     constexpr std::int64_t readAhead = 64;
@@ -266,9 +268,9 @@ void deleteTree(NodeId node, bool withItself)
 
 } // namespace winhost::registry
 
-// A key's number is higher than its parent's and is hardly ever used twice; the row of `shape` has the
-// highest that was used: a step at random, since what is undone takes its number back. Names are UTF-16 as
-// they were given; `folded` orders them.
+// A key's number is higher than its parent's and is almost never used twice. `shape` has one row, the highest
+// number so far; each step is random, because undoing a change returns its number. Names are UTF-16, as
+// created; `folded` orders them.
 const winhost::database::Content winhost::database::content = {
     "registry.db",
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "

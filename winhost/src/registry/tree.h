@@ -22,12 +22,12 @@ constexpr NodeId localMachineId = 2;
 constexpr std::size_t longestKeyName = 256;
 constexpr std::size_t longestValueName = 16383;
 
-/// What can be asked again and again.
+/// A question whose answer is cached.
 struct Question
 {
     enum Kind : std::uint32_t
     {
-        ePath,     ///< the key at a path, of components between backslashes; one in front is an error
+        ePath,     ///< the key at a path, of components between backslashes; a leading one is an error
         eValue,    ///< the value of a name
         eSubKeyAt, ///< by index, in the order of names
         eValueAt
@@ -41,18 +41,18 @@ struct Question
 
 struct Answer
 {
-    LSTATUS status = ERROR_SUCCESS; ///< else that there is none, or no such key
+    LSTATUS status = ERROR_SUCCESS; ///< otherwise why there is no answer
     DWORD type = 0;
     NodeId node = 0; ///< of a path
     std::string data = {};
-    Text name = {}; ///< as created; of what has an index, and of a value
+    Text name = {}; ///< as created: of a value, and of an entry by index
 };
 
 /// Returns the cached answer, otherwise reads the store. Not to be called after a change in the same
 /// Transaction.
 Answer find(const Question& question);
 
-/// How many sub-keys and values a key has, and the most bytes of their names and data.
+/// The numbers of a key's sub-keys and values, and the greatest lengths of their names and data in bytes.
 struct Measure
 {
     std::int64_t subKeys = 0;
@@ -65,14 +65,14 @@ Measure measure(NodeId node);
 
 // ---- Changes
 
-/// Creates what is missing of the path, and tells whether anything was; gives the key.
+/// Creates the missing part of the path and reports whether there was one. Returns the key.
 NodeId createPath(NodeId start, TextView path, bool& created);
-/// Gives what a question for the value has as its answer then.
+/// Returns the answer that a question for the value has afterwards.
 Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
 /// ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
 void deleteKey(NodeId node);
-/// Deletes all sub-keys and values, and the key itself where that is wanted.
+/// Deletes all sub-keys and values, and the key itself if wanted.
 void deleteTree(NodeId node, bool withItself);
 
 } // namespace winhost::registry
