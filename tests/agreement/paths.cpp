@@ -20,21 +20,22 @@ using namespace agreement;
 using namespace testing_support;
 
 /// A few components, each with a separator behind it, which the last may have, too.
-Text relativePath(Trace& trace, std::u16string_view components, std::u16string_view separators)
+Text relativePath(Trace& trace, std::u16string_view components, std::u16string_view separators,
+                  std::u16string_view last)
 {
     Text path;
     for (std::uint32_t more = trace.below(5); more > 0; --more) {
         const Text separator = trace.word(separators);
         path += trace.word(components) + separator;
     }
-    return trace.oneIn(8) ? path : path + trace.word(components);
+    return trace.oneIn(8) ? path : path + trace.word(last);
 }
 
 /// A component that begins with ".." and is longer differs; behind a last ".." Wine reads on.
 Text pathText(Trace& trace)
 {
     static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');
-    Text path = relativePath(trace, components, u"\\");
+    Text path = relativePath(trace, components, u"\\", components);
     path = trace.word(u"||\\|Z:\\|c:\\|\\\\srv\\") + path;
     path += path.ends_with(u"..") ? u"\\z" : u"";
     path = trace.oneIn(6) ? trace.word(u"|Z:|Z:b|\\\\srv") : path;
@@ -74,20 +75,17 @@ TEST(Agreement, OfTheCaseOfUnits)
 
 void fileCall(Trace& trace, const Text& folder)
 {
+    constexpr auto names = u".|..|sub|Sub|SUB.|a.DLL|A.dll |noext.|locked.TXT|deep|none";
     const Text call = trace.word(u"find|access|change folder");
-    Text name =
-        relativePath(trace, u".|..|sub|Sub|SUB.|a.DLL|A.dll |noext.|locked.TXT|deep|none", u"\\|\\|\\\\|/");
-    name += call != u"find" ? u""
-            : name.empty() || name.find_last_of(u"\\/") == name.size() - 1
-                ? trace.word(u"*.dll|*.X|*.txt|*.none")
-                : u"\\*.TXT";
-    name = trace.oneIn(12) && call != u"find" ? trace.word(u"|Q:\\x|" + Text(300, u'x')) : name;
+    const bool isSearch = call == u"find";
+    Text name = relativePath(trace, names, u"\\|\\|\\\\|/", isSearch ? u"*.dll|*.X|*.txt|*.none" : names);
+    name = trace.oneIn(12) ? trace.word(isSearch ? u"|Q:\\x" : u"|Q:\\x|" + Text(300, u'x')) : name;
     const Text before = trace.word(u"|||z:|Z:|full|full");
     trace.start(call, before, name);
     name = (before == u"full" ? folder + u"\\" : before) + name;
     SetCurrentDirectoryW(wide(folder));
     SetLastError(ERROR_SUCCESS);
-    if (call == u"find") {
+    if (isSearch) {
         WIN32_FIND_DATAW found = {};
         const HANDLE search = FindFirstFileW(wide(name), &found);
         trace.say(search == INVALID_HANDLE_VALUE ? GetLastError() : 0, utf16(found.cFileName));
