@@ -57,6 +57,7 @@ struct Connection
     LSTATUS whyReadOnly = ERROR_SUCCESS; // of eReadOnly
     std::int32_t generation = 0;         // of the content, without the log
     bool isShared = false;
+    bool isMoved = false; // found in a transaction
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed: it may be used while the process ends
@@ -337,6 +338,7 @@ void disconnect(bool writesBack = false)
         sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writesBack ? 0 : 1, nullptr);
     }
     closeDatabase(std::exchange(own.database, nullptr));
+    own.isMoved = false;
 }
 
 /// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
@@ -470,7 +472,8 @@ LSTATUS saveLog()
 bool isStale(bool forWriting)
 {
     return own.kind == eNew ? forWriting || statusOfFile(own.path).st_size != 0
-                            : isMoved() || (forWriting && own.whyReadOnly != ERROR_SUCCESS);
+           : forWriting     ? own.isMoved || own.whyReadOnly != ERROR_SUCCESS // see begin()
+                            : isMoved();
 }
 
 /// Makes the connection ready.
@@ -511,6 +514,9 @@ void begin()
     sqlite3_busy_timeout(own.database, 0);
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
+        // Not before: another process may have written back a log that was removed, and begun a new one.
+        own.isMoved = isMoved();
+        require(!own.isMoved, ERROR_LOCK_FAILED);
         if (!own.isShared) {
             beginLog();
         }
@@ -678,6 +684,7 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
         return ERROR_INVALID_PARAMETER;
     }
     const LSTATUS status = outcome([&] {
+        own.isMoved = own.database != nullptr && isMoved();
         prepare(true);
         return run(keep != FALSE ? "COMMIT" : "ROLLBACK");
     });

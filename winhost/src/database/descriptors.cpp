@@ -59,9 +59,11 @@ int controlFile(int file, int command, ...)
     if (!isOurs(file) || (command != F_SETLK && command != F_GETLK)) {
         return fcntl(file, command, argument);
     }
+    if (isLost(file)) {
+        return isClosing ? 0 : fcntl(file, command, argument);
+    }
     static_cast<struct flock*>(argument)->l_pid = 0;
-    return isClosing && isLost(file) ? 0
-                                     : fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
+    return fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
 }
 
 /// Allocates whole pages of the log's index, in which SQLite writes one byte each to allocate them: where
@@ -69,7 +71,7 @@ int controlFile(int file, int command, ...)
 ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 {
     constexpr off_t page = 4096;
-    if (file != numbers[eIndex]) {
+    if (size != 1 || file != numbers[eIndex] || isLost(file)) {
         return pwrite(file, data, size, at);
     }
     errno = posix_fallocate(file, at / page * page, page);
