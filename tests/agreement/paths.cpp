@@ -79,7 +79,7 @@ void fileCall(Trace& trace, const Text& folder)
     const Text call = trace.word(u"find|access|change folder");
     const bool isSearch = call == u"find";
     Text name = relativePath(trace, names, u"\\|\\|\\\\|/", isSearch ? u"*.dll|*.X|*.txt|*.none" : names);
-    name = trace.oneIn(12) ? trace.word(isSearch ? u"|Q:\\x" : u"|Q:\\x|" + Text(300, u'x')) : name;
+    name = trace.oneIn(12) ? trace.word(isSearch ? u"|Q:\\*.dll" : u"|Q:\\x|" + Text(300, u'x')) : name;
     const Text before = trace.word(u"|||z:|Z:|full|full");
     trace.start(call, before, name);
     name = (before == u"full" ? folder + u"\\" : before) + name;
