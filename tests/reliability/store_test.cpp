@@ -7,6 +7,7 @@
 #include <deque>
 #include <fcntl.h>
 #include <fstream>
+#include <pwd.h>
 #include <random>
 #include <sqlite3.h>
 #include <sys/mman.h>
@@ -211,6 +212,36 @@ LSTATUS openStore(bool locks)
     return 0;
 }
 
+/// Writes three databases of the program, which get the numbers of the store's files if those are free.
+LSTATUS useDatabases(int)
+{
+    const auto execute = [](const char* sql) {
+        int result = SQLITE_OK;
+        sqlite3* opened[3] = {};
+        for (int i = 0; i < 3; ++i) {
+            sqlite3_open((scratchFolder() / std::to_string(i)).c_str(), &opened[i]);
+            result |= sqlite3_exec(opened[i], sql, nullptr, nullptr, nullptr);
+        }
+        std::for_each(std::begin(opened), std::end(opened), sqlite3_close);
+        return result;
+    };
+    return execute("CREATE TABLE IF NOT EXISTS t(x)") + execute("SELECT x FROM t");
+}
+
+/// Leaves no home but that of the system's list.
+LSTATUS loseHome(int)
+{
+    static std::string home = fs::path(std::getenv("XDG_DATA_HOME")).parent_path().parent_path();
+    static const Patch user = intercept<"getpwuid_r", decltype(getpwuid_r)>(
+        [](auto, auto, passwd* entry, auto, auto, passwd** found) {
+            entry->pw_dir = home.data();
+            *found = entry;
+            return 0;
+        },
+        "libwinhost.so");
+    return unsetenv("HOME") + unsetenv("XDG_DATA_HOME");
+}
+
 LSTATUS refuseMaps(int)
 {
     const auto refuse = [](auto...) { return errno = ENOMEM, MAP_FAILED; };
@@ -235,6 +266,8 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"documents", openDocuments},
     {"open-store", openStore},
     {"refuse-maps", refuseMaps},
+    {"databases", useDatabases},
+    {"lose-home", loseHome},
     {"open-all", openAll},
     {"start", [](int) { return startAcme(); }},
     {"begin", [](int) { return winhostBeginRegistryChanges(); }},
