@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks the installed package.
 #   check.sh install BUILD PREFIX          installs a build tree
-#   check.sh contents PREFIX TARGET LANGUAGE...  compares the files with contents.txt; none names the build folder
+#   check.sh contents PREFIX TARGETS LANGUAGE...  compares the files with contents.txt; none names the build folder
 #   check.sh hardening PREFIX IMPORTS [FLAG]...  checks flags for the Windows loader, and the imported libraries
 #   check.sh reproducible BUILD PRESET FILE...   builds the libraries again in another folder, and compares
 #   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  builds and runs the client in tests/consumer
@@ -25,7 +25,7 @@ install_package() {
 
 check_contents() {
     # shellcheck disable=SC2059 # repeats a path with LANGUAGE for each
-    diff <(awk -v target="$2" 'index($1, target) { print $2 }' "${0%/*}/contents.txt" | while read -r path; do
+    diff <(awk -v targets="[$2]" '$1 ~ targets { print $2 }' "${0%/*}/contents.txt" | while read -r path; do
         printf "${path/LANGUAGE/%s}\n" "${@:3}"
     done | LC_ALL=C sort) <(cd "$1" && find . ! -type d -printf '%P\n' | LC_ALL=C sort) || fail "The package's contents changed."
     ! grep -rlF --exclude='*.pdb' -e "$root" "$1" || fail "These files name the folder that they were built in."
