@@ -1,20 +1,21 @@
 # rkuinfo_deploy(<program> [LANGUAGES <name>...] [COMPANY <name>] [PRODUCT <name>] [INSTALL <folder>])
 #
-# Copies what a program needs to its folder whenever the program is linked: the libraries of its configuration with
-# their .pdb files, with MinGW the C++ runtime, the folders of all languages or of those named, and a TARVO.ini unless
-# the folder has one. That file names the company and the product, by default those of the project and the program.
-# INSTALL makes a rule that installs these files to a folder of the install prefix.
+# Copies to a program's folder, whenever the program is linked, what it needs to start: the libraries of its
+# configuration with their .pdb files, with MinGW the C++ runtime, the folders of all or the given languages, and a
+# TARVO.ini unless the folder has one. That file names the company and the product, by default the project's name and the
+# target's.
+# INSTALL also installs these files to a folder of the install prefix, to which the project installs the program itself.
 function(rkuinfo_deploy program)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "COMPANY;PRODUCT;INSTALL" "LANGUAGES")
   if(ARG_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR
-      "rkuinfo_deploy(${program}): knows LANGUAGES, COMPANY, PRODUCT and INSTALL, not: ${ARG_UNPARSED_ARGUMENTS}")
+      "rkuinfo_deploy(${program}): unknown ${ARG_UNPARSED_ARGUMENTS}: use LANGUAGES, COMPANY, PRODUCT or INSTALL")
   endif()
   if(ARG_KEYWORDS_MISSING_VALUES)
-    message(FATAL_ERROR "rkuinfo_deploy(${program}): nothing behind ${ARG_KEYWORDS_MISSING_VALUES}")
+    message(FATAL_ERROR "rkuinfo_deploy(${program}): ${ARG_KEYWORDS_MISSING_VALUES} has no value")
   endif()
   if(NOT TARGET ${program})
-    message(FATAL_ERROR "rkuinfo_deploy(${program}): there is no such target")
+    message(FATAL_ERROR "rkuinfo_deploy(${program}): the target does not exist")
   endif()
   get_target_property(known RkUInfo::RkUInfo RKUINFO_LANGUAGES)
   get_target_property(folder RkUInfo::RkUInfo RKUINFO_PROGRAM_FOLDER)
@@ -25,7 +26,7 @@ function(rkuinfo_deploy program)
   foreach(language IN LISTS ARG_LANGUAGES)
     if(NOT language IN_LIST known)
       list(JOIN known ", " known)
-      message(FATAL_ERROR "rkuinfo_deploy(${program}): there is no language ${language}, but ${known}")
+      message(FATAL_ERROR "rkuinfo_deploy(${program}): unknown language ${language}: use ${known}")
     endif()
   endforeach()
   if(NOT DEFINED ARG_COMPANY)
@@ -62,7 +63,7 @@ function(rkuinfo_deploy program)
   add_custom_command(TARGET ${program} POST_BUILD ${copies}
     COMMAND ${CMAKE_COMMAND} "-DLIBRARIES=$<JOIN:${libraries},|>" -DINI=${ini} -DFOLDER=${beside}
       -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/RkUInfoBeside.cmake
-    COMMENT "What ${program} needs to start"
+    COMMENT "Copying what ${program} needs to start"
     VERBATIM)
 
   if(DEFINED ARG_INSTALL)
