@@ -80,7 +80,7 @@ run_demo() {
     esac
     demo=$PWD/build/demo/$target
     app=$demo/app
-    echo "Building it in build/$target: three minutes on two processors the first time, seconds later."
+    echo "Building in build/$target: minutes the first time, seconds later."
     build "$target" "${programs[@]}" >"build/demo-build.log" || {
         cat build/demo-build.log >&2
         return 1

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// TarvoLanguage: one of the fifteen user-interface languages.
+// TarvoLanguage: a user-interface language.
 #pragma once
 
 #include "RkUInfo/Export.h"
@@ -8,8 +8,9 @@
 
 #pragma pack(push, 8) // regardless of /Zp
 
-/// Identifies a user-interface language by its index: 0..14, in alphabetical order of the short names, or -1
-/// for the unknown language. Short names ("en-US") are compared ignoring case.
+/// Identifies a user-interface language by its index, or -1 for the unknown language. 0..14 are in
+/// alphabetical order of the short names; newer languages follow. Short names ("en-US") are compared ignoring
+/// case.
 ///
 /// Returned strings belong to the library or to the object. Different objects may be used from several
 /// threads at once; localName() may also be called for one object from several threads.

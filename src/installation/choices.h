@@ -27,7 +27,7 @@ enum class Answer
     tooLong, ///< an argument or a registry value
     otherType,
     unreadable,   ///< the registry value cannot be read
-    notALanguage, ///< the name is not one of the fifteen short names
+    notALanguage, ///< the name is not the short name of a language
     notInstalled, ///< see LanguageChoice::installed
 };
 

@@ -154,8 +154,7 @@ std::string Installation::whyNotWanted() const
 {
     const std::string which =
         utf8(wanted.value()) + ", which " + sourceName(wanted.decision()) + " names, is ";
-    return wanted.decision().answer == uinfo::Answer::notALanguage
-               ? which + "not one of the fifteen languages"
+    return wanted.decision().answer == uinfo::Answer::notALanguage ? which + "not a language"
            : wanted.decision().answer == uinfo::Answer::notInstalled
                ? which + "not installed: " + languages[static_cast<std::size_t>(wanted.language)].whyNot()
                : "";
