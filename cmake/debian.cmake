@@ -1,5 +1,5 @@
-# Debian packages by cpack: the libraries, what a client is built with, and the command-line client with the languages.
-# Needs the install prefix /usr, and CPACK_PACKAGE_CONTACT, which names the maintainer.
+# Debian packages, built by cpack: the libraries, the development files, and the command-line client with the languages.
+# Requires the install prefix /usr, and the maintainer in CPACK_PACKAGE_CONTACT.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS

@@ -1,5 +1,5 @@
-# The libraries under the names that find_package defines, for a project that this one is a part of, and what
-# rkuinfo_deploy copies.
+# For projects that include this one: defines the target names of find_package, and the files that rkuinfo_deploy
+# copies.
 foreach(library RkUInfo RkOsBase)
   add_library(RkUInfo::${library} ALIAS ${library})
 endforeach()
@@ -7,9 +7,9 @@ if(NOT WIN32)
   add_library(RkUInfo::winhost ALIAS winhost)
   set_target_properties(RkUInfo RkOsBase winhost PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "\$ORIGIN") # they stay together wherever a project copies them
+    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "\$ORIGIN") # a project may copy them, but keeps them together
 endif()
-if(MSVC) # whose debugger then shows values
+if(MSVC) # so that the debugger shows values
   target_sources(RkUInfo INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis>)
 endif()
 set_target_properties(RkUInfo PROPERTIES

@@ -1,10 +1,10 @@
-# Install rules. On Windows everything that a program loads is in bin: libraries, programs and language folders. Elsewhere
-# the libraries are in lib, programs and languages in lib/rkuinfo, and bin has a link to the client.
+# Install rules. On Windows everything that a program loads is in bin: libraries, programs and language folders.
+# Elsewhere the libraries are in lib, programs and languages in lib/rkuinfo, and bin has a link to the client.
 # Components: library, development and tool.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Sets <result> to the path that leads from <from> to <to>, two folders of the installation, with <prefix> before it.
+# Sets <result> to <prefix> and the relative path from <from> to <to>, two folders of the installation.
 # An absolute folder does not move with the install prefix, so the path from or to it is absolute.
 function(path_between result from to prefix)
   if(IS_ABSOLUTE "${to}")
@@ -46,7 +46,7 @@ install(TARGETS ${libraries} EXPORT RkUInfoTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${debug}${CMAKE_INSTALL_LIBDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-if(programs) # which find the libraries in the package, and beside a copy in an application's folder
+if(programs) # they find the libraries in the package, and those next to a copy in an application's folder
   set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN;\$ORIGIN/..")
   install(TARGETS ${programs} DESTINATION ${debug}${program_folder} COMPONENT tool)
 endif()
@@ -94,7 +94,7 @@ if(MINGW)
   install(PROGRAMS ${RKUINFO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
 endif()
 
-# All that follows belongs to the developer of a client.
+# The rest is for developers of clients.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/rkosbase/include/

@@ -1,8 +1,8 @@
-# Compares the dependencies between the folders of src/ with those that docs/ARCHITECTURE.md allows: its includes, and the
-# symbols that its object files need of each other.
+# Compares the dependencies between the folders of src/ with those that docs/ARCHITECTURE.md allows: the includes, and
+# the symbols that object files use from each other.
 
-# Prints "from -> to" for each include and each undefined symbol. A symbol that several folders define is inline code and
-# is left out.
+# Prints "from -> to" for each include and each undefined symbol. Omits symbols that several folders define, because
+# those are inline code.
 found_arrows() {
     local objects=$1
     (cd src && grep -HoE '#include "[a-z]+/' -r . | sed -E 's|^\./([a-z]+)/[^:]*:#include "([a-z]+)/|\1 -> \2|')

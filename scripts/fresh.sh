@@ -1,9 +1,10 @@
-# Runs what a newcomer reads, in a bare Debian root: README and GUIDE from the archive, with only the packages that they
-# name, and README's two commands in a clone of what is committed.
+# Runs a newcomer's commands in a bare Debian root: those of README and GUIDE with the archive and only the packages
+# that they name, and README's two commands in a clone of the last commit.
 
 fresh=$PWD/build/fresh
 
-# Runs a command in the root, in a mount namespace of its own, so that nothing stays mounted. Downloaded packages are kept.
+# Runs a command in the root, in a mount namespace of its own, so that nothing stays mounted. Downloaded packages are
+# kept.
 in_root() {
     as_root unshare --mount --propagation private bash -euc '
         mount -t proc proc "$0/root/proc"

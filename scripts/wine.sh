@@ -1,4 +1,4 @@
-# The throw-away Wine prefix below build/, its server and its display.
+# The disposable Wine prefix below build/, its server and its display.
 
 wine_folder=$PWD/build/wine
 wine_program=/usr/lib/wine/wine64
@@ -20,8 +20,8 @@ stop_wine() {
     rm -f "$wine_folder/display"
 }
 
-# Fills the prefix that WINEPREFIX names: by a program and a server that call each other so often that both on one
-# processor take a third of the time.
+# Creates the prefix at WINEPREFIX. The program and the server call each other so often that they need only a third of
+# the time if both run on one processor.
 boot_wine() {
     local log=$wine_folder/boot.log processor
     processor=$(sed -nE 's/^Cpus_allowed_list:\s*([0-9]+).*/\1/p' /proc/self/status)
@@ -29,11 +29,11 @@ boot_wine() {
         cat "$log" >&2
         return 1
     }
-    # As users have it, and not what this Wine calls itself: the library asks.
+    # The version of Windows that users have, not the one that this Wine reports by default: the library reads it.
     "${wine[@]}" winecfg -v win10 >>"$log" 2>&1
-    # Without a window manager each message box would wait for one.
+    # Without this, each message box would wait for a window manager.
     "${wine[@]}" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1
-    wineserver -k || true # and what else was started on that processor
+    wineserver -k || true # also stops everything else that was started on that processor
     touch "$wine_folder/booted"
 }
 
@@ -60,7 +60,7 @@ start_wine() {
     echo ":$number" >"$wine_folder/display"
     trap stop_wine EXIT
     export DISPLAY=:$number WINEPREFIX=$wine_folder/prefix WINEDEBUG=-all
-    export HOME=$wine_folder/home WINEDLLOVERRIDES=winemenubuilder.exe=d # what Wine writes stays in the prefix
+    export HOME=$wine_folder/home WINEDLLOVERRIDES=winemenubuilder.exe=d # keeps Wine's files in the prefix
     mkdir -p "$WINEPREFIX" "$HOME"
     [ -e "$wine_folder/booted" ] || boot_wine
     wineserver -p

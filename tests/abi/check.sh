@@ -61,7 +61,8 @@ refuses() {
     }
 }
 
-# Prints exports.txt as c++filt prints the names of the other ABI, which has no return types and no parameters' const.
+# Prints exports.txt in the form in which c++filt prints names of the GNU ABI: without return types and without const of
+# parameters.
 in_gnu_terms() {
     sed -E "/^RkUInfo_built_for|TarvoConfigException::operator=/d
         s/^const (.*)::\`vftable'/vtable for \1\ntypeinfo for \1/
@@ -76,7 +77,7 @@ exported_names() {
     case $1 in
     *.dll)
         "$2" -p "$1" | awk '
-            /Ordinal\/Name Pointer] Table|Ordinal +RVA +Name/ { in_names = 1; next } # as binutils and as LLVM prints it
+            /Ordinal\/Name Pointer] Table|Ordinal +RVA +Name/ { in_names = 1; next } # of binutils, of LLVM
             NF == 0 { in_names = 0 }
             in_names { print $NF }'
         ;;
@@ -84,7 +85,7 @@ exported_names() {
     esac
 }
 
-# Compares two lists, without their order.
+# Compares two lists, ignoring their order.
 same() {
     diff <(sort -u "$1") <(sort -u "$2")
 }

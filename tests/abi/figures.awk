@@ -1,5 +1,5 @@
-# Converts clang's dumps of record layouts and virtual tables to the table of docs/ABI.md. A virtual destructor counts as
-# one slot, as in Visual C++'s ABI; the GNU ABI has two.
+# Converts clang's dumps of record layouts and virtual tables to the table of docs/ABI.md. A virtual destructor counts
+# as one slot, as in Visual C++'s ABI; the GNU ABI has two.
 BEGIN {
     count = split("TarvoConfig TarvoConfig::ItemIterator TarvoConfig::ValueIterator TarvoLanguage VelaVariant " \
                   "ITarvoProduct TarvoConfigException RkException RkExceptionWithMsg RkErrorStatus RkLocker " \
@@ -36,7 +36,7 @@ slots {
     offset = $1
     sub(/^ *[0-9]+ \|   /, "")
     sub(/vftable pointer/, "vtable pointer")
-    sub(/^(struct|enum) (VelaVariant::)?/, "") # which clang leaves out from 19 on
+    sub(/^(struct|enum) (VelaVariant::)?/, "") # clang 19 and later omits it
     text[name] = text[name] sprintf("  %7d  %s\n", offset, $0)
 }
 END {

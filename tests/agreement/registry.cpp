@@ -1,4 +1,4 @@
-// The registry calls: with each right, hostile names and data, too little room, and handles that are none.
+// The registry calls, with all access rights, hostile names and data, small buffers and invalid handles.
 #include "agreement/trace.h"
 
 #include "support/registry.h"
@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Hostile and often the same. Beyond ASCII the order of names differs where a letter's two cases are far
-/// apart.
+/// Returns a name that is hostile, or one that occurs often. Outside ASCII, the order of names differs for
+/// letters whose two cases are far apart.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -26,7 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// One component that is too long stands alone: a create that fails leaves the keys before it, or not.
+/// Returns a path. A component that is too long is the only one, because systems differ in whether a failed
+/// create keeps the keys above it.
 Text path(Trace& trace)
 {
     Text path = name(trace);
@@ -53,7 +54,7 @@ public:
         makeRoot();
     }
 
-    /// Chooses what any call may need, makes one, and says what it has answered and written.
+    /// Draws the arguments of all calls, makes one call, and records its result and output.
     void call()
     {
         static constexpr REGSAM rights[] = {
@@ -113,14 +114,14 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status = RegDeleteTreeW(handle, wide(subKey)); // differs in what it leaves when it fails
-            status = subKey.empty() ? status != ERROR_SUCCESS : status; // and in which of two errors it gives
+            status = RegDeleteTreeW(handle, wide(subKey)); // differs in the keys left after a failure
+            status = subKey.empty() ? status != ERROR_SUCCESS : status; // and in the error returned
         } else if (call == u"close" && !isRoot) {
             const HKEY closed = key.handle.release();
             status = RegCloseKey(closed);
-            number = DWORD(RegCloseKey(closed)); // later, the system may have given it to another key
+            number = DWORD(RegCloseKey(closed)); // at once, before the system reuses the handle
         } else if (call == u"root") {
-            makeRoot(); // it may have been deleted
+            makeRoot(); // the root may have been deleted
         }
         m_trace.say(status, opened != nullptr, type, number, size, data, length, utf16(text), counts);
         if (opened != nullptr) {
@@ -133,8 +134,9 @@ private:
 
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
-    /// What is set, and the room for what is read, at least a unit: differs. Two more bytes than are set tell
-    /// that no terminator is looked for behind them, which differs, too.
+    /// Returns data to set, which is also the buffer for reads. It has at least one code unit, and two bytes
+    /// more than are set, which are not a terminator: smaller buffers and the search for a terminator after
+    /// the data differ.
     std::vector<BYTE> bytes()
     {
         std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');
@@ -149,7 +151,7 @@ private:
     Key m_keys[12];
 };
 
-TEST(Agreement, OfTheRegistry)
+TEST(Winhost, AgreesWithWineOnRegistryCalls)
 {
     expectAgreement("registry", [](Trace& trace) {
         Registry registry(trace);

@@ -32,7 +32,6 @@ void Trace::addUnits(const Text& units)
     text += " '" + out.str() + '\'';
 }
 
-/// Under stress, of seeds that nothing is stored for: the traces of two systems are to be compared then.
 void expectAgreement(const std::string& area, void (*calls)(Trace& trace))
 {
     const std::string stored = testing_support::readFile(RKUINFO_AGREEMENT "/digests.txt");
@@ -49,7 +48,7 @@ void expectAgreement(const std::string& area, void (*calls)(Trace& trace))
         const std::string row = name + ' ' + std::to_string(digest) + '\n';
         testing_support::writeFile(folder / name, trace.text);
         EXPECT_TRUE(isStress || stored.find(row) != std::string::npos)
-            << row << "is not in digests.txt. To see where: diff -r " << folder.string()
+            << row << "is not in digests.txt. To find the difference, run diff -r " << folder.string()
             << " and the same folder of the other system's build";
     }
 }

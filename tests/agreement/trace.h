@@ -1,7 +1,8 @@
-// Calls of the system at random, and what they answer. A seed makes the same calls on every system, so equal
-// traces mean that the systems agree: digests.txt has what Wine and winhost both give. No expression chooses
-// twice, since compilers differ in what they evaluate first. Where winhost deliberately differs
-// (winhost/README.md) the calls stay away, said there with "differs".
+// Makes random calls of the system and records their results. A seed produces the same calls on every system,
+// so equal traces mean that the systems agree: digests.txt contains the digests of the results that Wine and
+// winhost share. No expression draws two random numbers, because compilers differ in the order of evaluation.
+// The calls avoid deliberate differences of winhost (winhost/README.md); comments mark these places with
+// "differs".
 #pragma once
 
 #include <concepts>
@@ -12,7 +13,7 @@
 
 namespace agreement {
 
-using Text = std::u16string; // of which no library takes the size to be another
+using Text = std::u16string; // 16-bit in every library, unlike std::wstring
 
 inline const wchar_t* wide(const Text& text)
 {
@@ -29,7 +30,7 @@ class Trace
 public:
     explicit Trace(std::uint64_t seed) : m_random(seed * 2654435769U + 1) {}
 
-    /// A number below a limit, the same everywhere.
+    /// Returns a random number below a limit, the same on every system.
     std::uint32_t below(std::size_t limit)
     {
         m_random = m_random * 6364136223846793005U + 1442695040888963407U;
@@ -38,10 +39,10 @@ public:
     bool oneIn(std::size_t many) { return below(many) == 0; }
     auto& oneOf(auto& all) { return all[below(std::size(all))]; }
 
-    /// One of the words that "|" separates.
+    /// Returns one of the words, which "|" separates.
     Text word(std::u16string_view words);
 
-    /// Adds numbers, texts and bytes of a call or of its answer; each call has a line.
+    /// Starts the line of a call with numbers, strings and bytes. say() adds more to that line.
     void start(const Text& call, const auto&... parts)
     {
         text += '\n';
@@ -59,7 +60,8 @@ private:
     std::uint64_t m_random;
 };
 
-/// Holds the traces of some calls, seed by seed, to their stored digests.
+/// Compares the traces of some calls with their stored digests, for several seeds. Under stress, uses seeds
+/// without stored digests, whose traces two systems must compare.
 void expectAgreement(const std::string& area, void (*calls)(Trace& trace));
 
 } // namespace agreement

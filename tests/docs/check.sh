@@ -10,10 +10,10 @@
 #   <!-- body -->         the next block is the body of a function: all of them are compiled as one program, and run
 #   <!-- program -->      the next block is a program: it is compiled and run
 # TARGET is one of:
-#   host      PLACE is a build tree with package/, of which the home gets an archive, and of which a clone consists
+#   host      PLACE is a build tree with package/, from which the home's archive and the clone are made
 #   fresh     PLACE is the archive, and the machine has only the packages that the document installs
 #   windows   PLACE is a build tree; the files are written and <!-- windows --> ```console blocks are run
-# Paths are shown below /home/me, which is as long as the temporary home, so that lines break alike.
+# Paths are shown below /home/me, which is as long as the temporary home, so that lines break at the same places.
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
@@ -22,14 +22,13 @@ fail() {
     exit 1
 }
 
-# exists DOCUMENT PATH: as it stands, or as a file of src/, tests/ or winhost/ that is named from there, perhaps without
-# its ending.
+# exists DOCUMENT PATH: the path may be relative to src/, tests/ or winhost/, and may lack the file's extension.
 exists() {
     local folder
     for folder in "" src/ tests/ winhost/src/ winhost/include/ "$(dirname "$1")/"; do
         [ ! -e "$root/$folder$2" ] && ! compgen -G "$root/$folder$2.*" >/dev/null || return 0
     done
-    [[ $2 =~ ^(build|lib|share)/ ]] # made by ./dev; a package's
+    [[ $2 =~ ^(build|lib|share)/ ]] # folders that ./dev creates, and those of a package
 }
 
 check_links() {
@@ -49,7 +48,7 @@ check_links() {
     return $broken
 }
 
-# A clone and a build take minutes, so ~/rkuinfo is links to this tree, and its build is the one under test.
+# A clone and a build take minutes, so ~/rkuinfo consists of links to this tree and to the build that is tested.
 make_clone() {
     local entry
     mkdir -p rkuinfo/build
@@ -60,7 +59,7 @@ make_clone() {
     [ "$target" = host ] || ln -s "$root/build/wine" rkuinfo/build/wine
 }
 
-# Only a fresh machine is without the packages.
+# Only a fresh machine lacks the packages.
 sudo() {
     [ "$target" != fresh ] || "$@"
 }
@@ -72,7 +71,7 @@ cmake() {
     esac
 }
 
-# Removes what a document's run stored, also in Wine's registry.
+# Removes what a document's commands have stored, also from Wine's registry.
 clean_up() {
     local key
     rm -rf "$home"

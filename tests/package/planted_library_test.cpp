@@ -1,4 +1,4 @@
-// A library that lies in the working directory, as docs/LOADING.md tells of it.
+// A library that is planted in the working directory, as docs/LOADING.md describes.
 #include "support/test.h"
 
 namespace {
@@ -17,7 +17,7 @@ TEST(PlantedLibrary, IsTakenUnlessTheSearchIsRestricted)
         EXPECT_EQ(isTaken(LoadResourceDll(L"Planted.dll")), !isRestricted);
         EXPECT_EQ(isTaken(LoadResourceDllEx(L"Planted.dll", nullptr, 0)), !isRestricted);
     }
-    std::filesystem::current_path(thisProgram().parent_path()); // so that the folder can go
+    std::filesystem::current_path(thisProgram().parent_path()); // so that the folder can be removed
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// Every call that the library makes of the system fails, one at a time, in each error that it can answer.
-// What then is answered is right or tells of the fault, and so does the registry.
+// Makes each call of the library to the system fail, one at a time, with each error that it can return. The
+// result must then be correct or report the failure, and the registry must match the result.
 #include "store/store.h"
 
 #include <io.h>
@@ -15,13 +15,13 @@ namespace {
 
 // ---- Faults
 
-constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // of an allocation, which may be thrown on
+constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // of an allocation; the library may throw
 
-/// The fault of the present run: which one of all errors of all calls.
+/// The fault of the current run: its position among all errors of all calls, and what it was.
 struct Fault
 {
     std::size_t place = SIZE_MAX;
-    std::size_t passed = 0; ///< places
+    std::size_t passed = 0; ///< positions passed in this run
     const char* function = nullptr;
     DWORD error = 0;
 } fault;
@@ -29,7 +29,7 @@ struct Fault
 std::map<std::string, int> injected; ///< how often a function has failed
 std::vector<Patch> patches;
 
-/// Lets fail(error, real, arguments...) answer in a function's place.
+/// Makes fail(error, real, arguments...) replace one call of a function, once for each error.
 template <Name name, typename Signature, typename Fail>
 void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module = libraryModule)
 {
@@ -49,7 +49,7 @@ void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module =
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
 
-// The calls that are made at load and unload alone are not among them.
+/// Makes every function breakable that the library calls after it is loaded and before it is unloaded.
 void breakAll()
 {
     const std::vector<DWORD> registry = {
@@ -75,8 +75,8 @@ void breakAll()
                                                                        LPCWSTR name, auto* reserved,
                                                                        auto* type, BYTE* data, DWORD* size) {
         const DWORD room = data != nullptr ? *size : 0;
-        real(key, name, reserved, type, data, size); // type and size may be told all the same
-        std::fill_n(data, room, BYTE{'?'});          // and anything be in the buffer
+        real(key, name, reserved, type, data, size); // a failed call may set type and size
+        std::fill_n(data, room, BYTE{'?'});          // and write to the buffer
         return error;
     });
     breakable<"RegCloseKey", decltype(RegCloseKey)>({ERROR_INVALID_HANDLE}, closeAndAnswer);
@@ -107,21 +107,21 @@ void breakAll()
 
 // ---- Scenarios
 
-/// What a scenario makes of the registry.
+/// How a scenario writes to the registry.
 enum Writing
 {
-    eAtOnce,     ///< all or, where it fails, nothing
-    eInSteps,    ///< all or, where it fails, some
-    eAsAllowable ///< what can be written, and fails for some of it only
+    eAtOnce,     ///< everything or, on failure, nothing
+    eInSteps,    ///< everything or, on failure, a part
+    eAsAllowable ///< as much as possible, even if it succeeds
 };
 
 struct Scenario
 {
     std::string name;
     std::function<std::string()> run;
-    std::string allowed; ///< outcomes with a fault, such as "5|7"; "*": any
+    std::string allowed; ///< the outcomes on failure, such as "5|7"; "*" for any
     Writing writing = eAtOnce;
-    bool isInTree = true; ///< or in an empty registry
+    bool isInTree = true; ///< false: in an empty registry
 };
 
 void makeTree()
@@ -142,7 +142,7 @@ void makeTree()
     }
 }
 
-/// What the calls of a walk of both kinds give.
+/// Returns the results of all calls of both iterators.
 std::string walk()
 {
     TarvoConfig& config = *velaConfig();
@@ -168,7 +168,7 @@ std::string walk()
     return codes;
 }
 
-/// What a function says that fills a buffer and gives the length.
+/// Returns what a function writes to a buffer, or "failed".
 std::string said(const std::function<unsigned long(wchar_t*)>& function)
 {
     const std::string text = textOf(function);
@@ -198,8 +198,8 @@ std::string outcomeOf(const Scenario& scenario)
 
 using Entries = std::set<std::string>;
 
-/// The keys of the registry and, behind their key, its values. A profile that cannot be read counts as the
-/// default one, which may then be stored.
+/// Splits a tree() into its keys and its values, each value after its key. The default profile counts as
+/// "Work", because it may be stored if the profile cannot be read.
 Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + print(text("Default"));
@@ -213,7 +213,7 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Whether what is in both others is kept, and nothing is there that is in none of them.
+/// Returns whether now has all entries that before and after share, and no entry that neither has.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };
@@ -243,8 +243,8 @@ protected:
         }
     }
 
-    /// Runs a scenario with one fault after the other; the last run, to which no fault came, tells what is
-    /// right.
+    /// Runs a scenario once for each fault, and at last without a fault. Compares all runs with that last
+    /// one.
     void inject(const Scenario& scenario)
     {
         struct Run
@@ -261,7 +261,7 @@ protected:
         const Entries before = entries(prepared);
         for (std::string left = prepared; runs.empty() || fault.function != nullptr;) {
             if (left != prepared) {
-                prepare(scenario); // all its calls are behind the last fault
+                prepare(scenario); // the last fault has passed, so these calls do not fail
             }
             *velaConfig() = m_started;
             fault = {runs.size()};
@@ -281,7 +281,7 @@ protected:
             EXPECT_TRUE(isRight || allowed.starts_with("|*|") ||
                         allowed.find('|' + run.outcome + '|') != std::string::npos);
             EXPECT_EQ(run.stillOpen, 0);
-            // Who is told that a key is not there has nothing to remove.
+            // If the fault is that a key does not exist, there is nothing to remove.
             const bool mayBeInPart = !isRight || run.fault.error == ERROR_FILE_NOT_FOUND;
             if (scenario.writing == eAsAllowable || (scenario.writing == eInSteps && mayBeInPart)) {
                 EXPECT_PRED3(isBetween, run.entries, before, right.entries);
@@ -294,7 +294,7 @@ protected:
     void injectIntoLocations()
     {
         const std::string executable = windowsPath(m_application.program());
-        const std::string profile = profilesKey + "\\Default"; // stored where none can be read
+        const std::string profile = profilesKey + "\\Default"; // stored if none can be read
         const std::string allowed = "failed||-5|RKHelp.exe|" + profile + '|' + profile + "\\Config|" +
                                     executable +
                                     "\\en-US|C:\\Folder\\Acme\\Widget\\2018\\en-US\\Support\\Style.tus";
@@ -302,7 +302,7 @@ protected:
         const auto add = [&](const std::function<std::string()>& run) {
             inject({"location " + std::to_string(++number), run, allowed});
         };
-        // The first is found filled later, and the last makes all folders on the way to it.
+        // The first caches its result; the last composes all parent folders too.
         for (auto* const function :
              {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
               GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
@@ -310,7 +310,7 @@ protected:
               GetUserLocalApplicationDataTemplatePath}) {
             add([function] { return said(function); });
         }
-        for (int call = 0; call < 2; ++call) { // from a library that is not loaded, then is
+        for (int call = 0; call < 2; ++call) { // before and after the library is loaded
             add([] { return utf8(GetCurrentLanguageLocalName()); });
         }
         add([] { return said([](wchar_t* path) { return GetResourceDllPath(path, 1024); }); });
@@ -364,7 +364,7 @@ protected:
         for (const char* const errors : {"7", "1|2", "1|5", "5", "1|5", "1|5", "1|5", "1|5", "1|5"}) {
             add(index++, {L"Inner/n", L"Inner", L"New/n"}, errors);
         }
-        add(eRemoveItem, {L"Inner/n", L"Inner"}, "1|5", 10); // RegDeleteTreeW is looked for, then known
+        add(eRemoveItem, {L"Inner/n", L"Inner"}, "1|5", 10); // looks up RegDeleteTreeW first, then caches it
         add(eGet, {L"Inner/long", L"Inner/bytes", L"Inner/text"}, "1|2");
     }
 
@@ -372,11 +372,12 @@ protected:
     TarvoConfig m_started = Config();
 };
 
-TEST_F(Faults, LeaveEverythingWhole)
+TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
 {
-    // The library finds RegDeleteTreeW by its name: as this, so that the program's own import can fail.
+    // GetProcAddress returns this function for RegDeleteTreeW. It calls the import of this program, which can
+    // fail.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
-    // Below the faults: what must not happen really, and what is to be balanced.
+    // Replaces, below the faults, calls that must not really happen, and counts searches.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
         intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),

@@ -1,11 +1,11 @@
-// The locks, and what is worked out once.
+// Locks, and values that are computed once.
 #include "support/test.h"
 
 #include <future>
 
 namespace {
 
-TEST(Locks, PublishTheTextOfWhoComesFirst)
+TEST(Locks, PublishTheResultOfTheFirstThread)
 {
     const Patch later = pretendExecutable("C:\\Later\\app.exe");
     int held = 0;
@@ -25,7 +25,7 @@ TEST(Locks, PublishTheTextOfWhoComesFirst)
     EXPECT_EQ(held, 0);
 }
 
-TEST(Locks, GiveThreadsThatComeFirstTogetherTheSame) // ThreadSanitizer sees what they share
+TEST(Locks, GiveConcurrentFirstCallersTheSameResult) // ThreadSanitizer checks their accesses
 {
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     std::atomic<int> missing = 8;

@@ -1,6 +1,6 @@
-// Random operations of the store, and the same operations by registry calls on a twin tree. Results,
-// variants, iterators and the number of open keys must agree after each operation, and both trees at the end.
-// Arguments: the number of operations, the seed.
+// Runs random operations of the store, and the same operations as registry calls on a twin tree. Results,
+// variants, iterators and the numbers of open keys must agree after each operation, and both trees at the
+// end. Arguments: the number of operations, the seed.
 #include "support/open_keys.h"
 #include "support/registry.h"
 
@@ -14,7 +14,7 @@
 using namespace testing_support;
 using Items = TarvoConfig::ItemIterator;
 using Values = TarvoConfig::ValueIterator;
-using Codes = std::pair<long, long>; // of the library, and of the registry calls
+using Codes = std::pair<long, long>; // the results of the library and of the registry calls
 
 constexpr long ok = 0, missing = 1, over = 4, failed = 5, tooSmall = 6; // of TarvoConfig::Error
 constexpr TarvoConfig::Path root = TarvoConfig::eSettings;
@@ -134,12 +134,12 @@ struct Walk
             twin = other.twin;
             return {};
         case 2:
-            twin.index += index < twin.count ? 1 : 0; // -1 exceeds each count
+            twin.index += index < twin.count ? 1 : 0; // as unsigned, -1 exceeds every count
             return {real.step(), index < twin.count ? ok : over};
         case 3: return {Call::read(real), isThere ? ::read(twinKey.get(), subKey, valueName) : over};
         case 4: return {Call::write(real), isThere ? setRaw(twinKey.get(), subKey, valueName, twinValue) : isItem && !twinKey ? missing : over};
         default:
-            long length = static_cast<long>(kind) - 4; // room for no character, or for one
+            long length = static_cast<long>(kind) - 4; // room for no character or one, and the terminator
             const long named = static_cast<long>(size) < length ? ok : tooSmall;
             const long code = Call::name(real, given, length);
             return {given[0] == (code == ok ? current[0] : 0) ? code : -1, isThere ? named : over};
