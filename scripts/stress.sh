@@ -18,7 +18,7 @@ run_stress() {
     run_cases 'Faults.*:Storm.*:Store.*:*Script.*:*Disk.*:Host.*' build/host/bin/rkuinfo_tests
     echo '== The same threads under ThreadSanitizer'
     build tsan rkuinfo_tests
-    run_cases 'Locks.*:Storm.Many*' build/tsan/bin/rkuinfo_tests
+    run_cases 'Locks.*:Storm.Concurrent*' build/tsan/bin/rkuinfo_tests
     echo '== The store beside raw registry calls'
     local seed=$RANDOM
     build host store_oracle

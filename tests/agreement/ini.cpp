@@ -1,4 +1,4 @@
-// What is read of INI files.
+// Reading INI files.
 #include "agreement/trace.h"
 
 #include "support/scratch.h"
@@ -12,7 +12,7 @@ namespace {
 using namespace agreement;
 using namespace testing_support;
 
-/// Sections and entries, and what looks like them. Beyond ASCII, which letters' case counts differs.
+/// Returns sections, entries and similar lines. Outside ASCII, the letters whose case matters differ.
 Text lines(Trace& trace)
 {
     Text all;
@@ -28,7 +28,7 @@ Text lines(Trace& trace)
     return all;
 }
 
-/// Without a mark, as UTF-8, or as UTF-16 of either order.
+/// Encodes text without a byte order mark, as UTF-8, or as UTF-16 in either byte order.
 std::string encoded(const Text& text, std::uint32_t encoding)
 {
     if (encoding < 2) {
@@ -57,11 +57,11 @@ void readFile(Trace& trace, const Wide& path)
     const DWORD whole = get(40);
     const DWORD size = trace.below(40);
     trace.start(u"get", section, key, utf16(out), size);
-    trace.say(get(size != whole + 1 ? size : 40)); // differs: in room for no more, Wine cuts a quoted text
+    trace.say(get(size != whole + 1 ? size : 40)); // differs: if a quoted value just fits, Wine cuts it
     trace.say(utf16(out), GetPrivateProfileIntW(wide(section), wide(key), -9, path));
 }
 
-TEST(Agreement, OfIniFiles)
+TEST(Winhost, AgreesWithWineOnIniFiles)
 {
     expectAgreement("ini", [](Trace& trace) {
         for (int file = 0; file < 300; ++file) {

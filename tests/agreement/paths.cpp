@@ -1,4 +1,4 @@
-// Paths as texts and as names of files, and the comparison of texts.
+// Paths as strings and as names of files, and the comparison of strings.
 #include "agreement/trace.h"
 
 #include "support/scratch.h"
@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 using namespace agreement;
 using namespace testing_support;
 
-/// A few components, each with a separator behind it, which the last may have, too.
+/// Returns a few components with a separator after each; the last may lack it.
 Text relativePath(Trace& trace, std::u16string_view components, std::u16string_view separators,
                   std::u16string_view last)
 {
@@ -31,7 +31,8 @@ Text relativePath(Trace& trace, std::u16string_view components, std::u16string_v
     return trace.oneIn(8) ? path : path + trace.word(last);
 }
 
-/// A component that begins with ".." and is longer differs; behind a last ".." Wine reads on.
+/// Returns a path without longer components that begin with "..", which differ, and without ".." at the end,
+/// after which Wine reads past the terminator.
 Text pathText(Trace& trace)
 {
     static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');
@@ -43,7 +44,7 @@ Text pathText(Trace& trace)
     return path;
 }
 
-TEST(Agreement, OfPaths)
+TEST(Winhost, AgreesWithWineOnPaths)
 {
     expectAgreement("paths", [](Trace& trace) {
         for (int call = 0; call < 3000; ++call) {
@@ -58,8 +59,8 @@ TEST(Agreement, OfPaths)
     });
 }
 
-/// Every unit in order, and whether it is the same as the one before.
-TEST(Agreement, OfTheCaseOfUnits)
+/// Sorts all code units, and records for each whether it equals the previous one.
+TEST(Winhost, AgreesWithWineOnTheCaseOfUnits)
 {
     expectAgreement("units", [](Trace& trace) {
         const auto compare = [](wchar_t a, wchar_t b) { return CompareStringOrdinal(&a, 1, &b, 1, TRUE); };
@@ -96,14 +97,14 @@ void fileCall(Trace& trace, const Text& folder)
     } else {
         wchar_t current[1024] = L"?";
         trace.say(SetCurrentDirectoryW(wide(name)));
-        trace.say(name.starts_with(u"Q:") ? 0 : GetLastError()); // differs for a drive that is not there
+        trace.say(name.starts_with(u"Q:") ? 0 : GetLastError()); // differs for a missing drive
         const DWORD room = GetCurrentDirectoryW(0, nullptr) - trace.below(2);
         trace.say(GetCurrentDirectoryW(room, current) - folder.size(), current[0]);
     }
 }
 
-/// In a folder deep enough for any "..".
-TEST(Agreement, OfFiles)
+/// Uses a folder that is deep enough for every "..".
+TEST(Winhost, AgreesWithWineOnFiles)
 {
     const fs::path folder = scratchFolder() / "a" / "b" / fs::path(u"Gr\u00FCn") / "Deep";
     for (const char* const file : {"A.dll", "two.x", "noext", "Sub/sub.txt", "Sub/locked.txt"}) {

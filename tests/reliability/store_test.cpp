@@ -1,4 +1,4 @@
-// The host's store under what may happen to its files, disk and processes.
+// The host's store when its files, its disk or its processes fail.
 #include "support/test.h"
 
 #include <winhost/changes.h>
@@ -22,16 +22,16 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // by the full amounts
+const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // runs in full length
 
-// ---- Steps, which a process is told by name
+// ---- Steps, which a process receives by name
 
-constexpr LSTATUS isWrong = 1; // answered, but not what was set
+constexpr LSTATUS isWrong = 1; // the result of a read that returns other data than was set
 
-int talk = -1; // this process's end, where it is told what to do
+int talk = -1; // this process's end of the socket that sends it steps
 std::size_t length = 5000;
 
-/// Runs call(key, name) for value n; a key has a hundred of them.
+/// Runs call(key, name) for value n; each key has a hundred values.
 template <typename Call>
 LSTATUS onValue(int n, bool makesKey, Call call)
 {
@@ -44,7 +44,7 @@ LSTATUS onValue(int n, bool makesKey, Call call)
     return status != ERROR_SUCCESS ? status : call(opened, Wide(std::to_string(1000 + n % 100)));
 }
 
-/// Sets a value's data: its number, its length and its content, over and over.
+/// Sets a value to its number, its length and then the content, repeated to that length.
 LSTATUS setTo(int n, int content)
 {
     std::vector<int> data(length, content);
@@ -61,7 +61,7 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// A value's status, or its content where that is below 0.
+/// Reads a value and returns its status, or its content if that is negative.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];
@@ -72,7 +72,7 @@ LSTATUS get(int n)
             RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
         const bool isWhole = type == REG_BINARY && data[0] == n && data[1] > 2 &&
                              DWORD(data[1]) == size / 4 && std::equal(data + 3, data + data[1], data + 2);
-        wchar_t any[64] = L"1000"; // as it stays where none is found
+        wchar_t any[64] = L"1000"; // unchanged if there is no such entry
         enumerate(true, key, static_cast<DWORD>(n % 100), any, &room);
         const bool isNamed = utf8(any).size() == 4 && utf8(any).starts_with("10");
         return !isNamed || (answer == ERROR_SUCCESS && !isWhole) ? isWrong : answer;
@@ -80,7 +80,7 @@ LSTATUS get(int n)
     return status == ERROR_SUCCESS ? std::min(data[2], 0) : status;
 }
 
-/// Sets the values below n, until an error.
+/// Sets values 0 to n - 1, up to the first error.
 LSTATUS fill(int n)
 {
     LSTATUS status = ERROR_SUCCESS;
@@ -90,7 +90,7 @@ LSTATUS fill(int n)
     return status;
 }
 
-/// Gets the values below n, and says how many are right and how many wrong.
+/// Reads values 0 to n - 1, and prints how many are right and how many are wrong.
 LSTATUS count(int n)
 {
     std::map<LSTATUS, int> values;
@@ -101,7 +101,8 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
-/// Sets the values 0 to 7, in turn, to minus the next number, until an error; says each number then.
+/// Sets values 0 to 7 in turn, each to the negative of the next number, up to the first error. Prints each
+/// number that was set.
 LSTATUS setOn(int number)
 {
     std::minstd_rand random(static_cast<unsigned>(number));
@@ -126,7 +127,8 @@ LSTATUS inThreads(int count, const std::function<LSTATUS()>& call)
     return result;
 }
 
-/// Eight threads do anything to values in eight keys for some seconds; says how often.
+/// Reads, writes and deletes values in eight keys from eight threads for some seconds. Prints the number of
+/// operations.
 LSTATUS storm(int seconds)
 {
     const auto end = Clock::now() + std::chrono::seconds(seconds);
@@ -150,7 +152,7 @@ LSTATUS storm(int seconds)
     return status;
 }
 
-/// Forks. The child changes the store and ends before this process goes on, or goes on in its place.
+/// Forks. The child either sets a value and exits before this process continues, or continues in its place.
 LSTATUS split(bool childGoesOn)
 {
     int status = 0;
@@ -164,7 +166,7 @@ LSTATUS split(bool childGoesOn)
     return status;
 }
 
-/// Lets the store's next write meet an error, or for 0 wait for ever.
+/// Makes the store's next write fail with an error or, for 0, wait for ever.
 LSTATUS meet(int error)
 {
     static std::optional<int> next;
@@ -182,7 +184,8 @@ LSTATUS meet(int error)
     return vfs->xSetSystemCall(vfs, "pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(+writeOrFail));
 }
 
-/// What a program does to become a daemon; then it has 20 documents open. Returns how many were overwritten.
+/// Closes all descriptors, like a daemon, and opens 20 documents. Returns how many of them have been
+/// overwritten.
 LSTATUS openDocuments(int)
 {
     static std::vector<int> documents;
@@ -199,7 +202,7 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
-/// Opens the store's file and its index as any program may: closes them again, or locks them for ever.
+/// Opens the store's file and its index, like any program may, and closes them again, or locks them for ever.
 LSTATUS openStore(bool locks)
 {
     for (const char* const suffix : {"", "-shm"}) {
@@ -249,7 +252,7 @@ LSTATUS refuseMaps(int)
     return 0;
 }
 
-/// Leaves room for as many more files.
+/// Opens files until only the given number can still be opened.
 LSTATUS openAll(int room)
 {
     int last = 0;
@@ -294,8 +297,8 @@ std::string readLine(int file)
     return text;
 }
 
-/// A new process, with the store in a folder. It takes steps, as "set 1, get 1", and says what they give. It
-/// is to end well, or to be killed.
+/// A new process whose store is in a folder. It runs steps such as "set 1, get 1" and prints their results.
+/// It must exit with 0 unless it is killed.
 class Process
 {
 public:
@@ -318,7 +321,7 @@ public:
     Process& operator=(const Process&) = delete;
     ~Process()
     {
-        shutdown(m_talk, SHUT_RDWR); // seen though later processes hold it, too
+        shutdown(m_talk, SHUT_RDWR); // reaches the process although later processes have inherited the socket
         close(m_talk);
         int status = 0;
         waitpid(m_process, &status, 0);
@@ -395,7 +398,7 @@ void play(const std::string& script)
     }
 }
 
-/// The paragraphs of store_scripts.txt.
+/// Returns the paragraphs of store_scripts.txt.
 std::vector<std::string> scripts()
 {
     std::istringstream lines(readFile(RKUINFO_STORE_SCRIPTS));
@@ -413,7 +416,7 @@ std::vector<std::string> scripts()
 
 using Script = testing::TestWithParam<std::size_t>; // its number, from 0
 
-TEST_P(Script, LeavesAWholeStore)
+TEST_P(Script, LeavesAnIntactStore)
 {
     const auto latest = Clock::now() + std::chrono::seconds(9);
     play(scripts().at(GetParam()) + "; new get 1, set 1 = 0 0");
@@ -424,14 +427,14 @@ INSTANTIATE_TEST_SUITE_P(Played, Script, testing::Range(std::size_t(0), scripts(
 
 // ---- Files
 
-TEST(Store, IsTheUsersAlone)
+TEST(Store, IsPrivateToTheUser)
 {
     const fs::path folder = scratchFolder() / "owned";
     umask(0);
     ASSERT_EQ(Process(folder)("set 1"), "0 ");
     EXPECT_TRUE(shell("! find owned/winhost -type f ! -perm 600 -o -type d ! -perm 700 | grep ."));
     if (!shell("chown 12345 owned/winhost")) {
-        GTEST_SKIP() << "NOT TESTED: giving files away is for root alone";
+        GTEST_SKIP() << "NOT TESTED: only root can change the owner of a file";
     }
     EXPECT_EQ(Process(folder)("get 1, set 1"), "5 5 ");
     ASSERT_TRUE(shell("rm -r owned/winhost && chown 12345 owned"));
@@ -443,7 +446,7 @@ TEST(Store, IsTheUsersAlone)
 
 using Disk = testing::TestWithParam<std::string>;
 
-TEST_P(Disk, FullOrReadOnlyKeepsWhatIsThere)
+TEST_P(Disk, FullOrReadOnlyLosesNoData)
 {
     if (!shell("mkdir disk && " + GetParam())) {
         GTEST_SKIP() << "NOT TESTED: needs root, and mkfs for " << GetParam();
@@ -481,7 +484,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // ---- Other files that winhost reads
 
-TEST(Host, ReadsNoFileWithoutAnEnd)
+TEST(Host, RefusesEndlessFiles)
 {
     const fs::path ini = scratchFolder() / "large.ini";
     const auto read = [&ini] { return GetPrivateProfileIntW(L"s", L"k", 7, Wide(windowsPath(ini))); };
@@ -493,7 +496,7 @@ TEST(Host, ReadsNoFileWithoutAnEnd)
     EXPECT_EQ(read(), 7U);
 }
 
-TEST(Host, LoadsNoLibraryThatIsNone)
+TEST(Host, RefusesFilesThatAreNotLibraries)
 {
     fs::current_path(scratchFolder());
     fs::copy_file(thisProgram().parent_path() / libraryModule, "planted.dll");
@@ -514,7 +517,7 @@ TEST(Host, LoadsNoLibraryThatIsNone)
 
 // ---- Many processes
 
-/// What the values 0 to 7 give when this number was the last.
+/// Returns the results of reading values 0 to 7 after setOn has set them up to this number.
 std::string givenAfter(int last)
 {
     std::string given;
@@ -525,11 +528,11 @@ std::string givenAfter(int last)
     return given;
 }
 
-TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
+TEST(Storm, KilledWriterLosesNoFinishedWrite)
 {
     const fs::path folder = scratchFolder() / "storm";
     const std::string getAll = "get 0, get 1, get 2, get 3, get 4, get 5, get 6, get 7";
-    const Process reader(folder); // all along
+    const Process reader(folder); // runs during the whole test
     const int kills = isStressed ? 600 : 30;
     std::minstd_rand random(2018);
     int finished = 0;
@@ -546,12 +549,12 @@ TEST(Storm, AKilledWriterLeavesEveryWriteWhole)
         ASSERT_EQ(Process(folder)(getAll), given);
     }
     EXPECT_GT(finished, 0);
-    std::cout << kills << " kills, " << finished << " writes, all whole\n";
+    std::cout << kills << " kills, " << finished << " writes, all complete\n";
 }
 
-TEST(Storm, ManyAtOnceDisturbNobody)
+TEST(Storm, ConcurrentProcessesDoNotInterfere)
 {
-    const fs::path folder = std::getenv("XDG_DATA_HOME"); // of this process too
+    const fs::path folder = std::getenv("XDG_DATA_HOME"); // this process uses the same store
     const int seconds = isStressed ? 30 : 1;
     const auto end = Clock::now() + std::chrono::seconds(seconds);
     std::deque<Process> workers;
@@ -567,14 +570,14 @@ TEST(Storm, ManyAtOnceDisturbNobody)
     for (const Process& each : workers) {
         const std::string said = each.said();
         EXPECT_TRUE(said.ends_with(" 0 ")) << said;
-        std::cout << said << "of so many operations of 8 threads\n";
+        std::cout << said << "(operations of 8 threads, status)\n";
     }
-    std::cout << -number << " values handed over\n";
+    std::cout << -number << " values read by another process at once\n";
 }
 
 // ---- Damage
 
-/// Another content at random.
+/// Returns a random change of the bytes.
 std::string damaged(std::string bytes, std::minstd_rand& random)
 {
     constexpr std::size_t size = 4096;
@@ -592,23 +595,23 @@ std::string damaged(std::string bytes, std::minstd_rand& random)
     return bytes;
 }
 
-TEST(Store, NeverAnswersFromADamagedFileWhatIsWrong)
+TEST(Store, NeverReturnsWrongDataFromDamagedFiles)
 {
     const fs::path folder = scratchFolder() / "damaged";
     ASSERT_EQ(Process(folder)("length 120, fill 500, count 500"), "0 0 500 0 0 ");
     Process ended(folder);
     ASSERT_EQ(ended("length 120, fill 250"), "0 0 ");
-    ended.kill(); // so that there is a log
+    ended.kill(); // leaves a log
     std::map<fs::path, std::string> whole;
     for (const auto& entry : fs::directory_iterator(folder / "winhost")) {
         whole[entry.path()] = readFile(entry.path());
     }
-    ASSERT_GT(whole.begin()->second.size(), 200000U); // of the database; its log and the log's index follow
+    ASSERT_GT(whole.begin()->second.size(), 200000U); // the database; its log and the log's index follow
     std::minstd_rand random(2026);
     int allRight = 0;
     const int files = isStressed ? 2000 : 40;
     for (int file = 0; file < files; ++file) {
-        int untilChanged = std::max(file % 5 - 2, 0); // most often the first
+        int untilChanged = std::max(file % 5 - 2, 0); // usually the first
         for (const auto& [path, bytes] : whole) {
             writeFile(path, untilChanged-- == 0 ? damaged(bytes, random) : bytes);
         }

@@ -9,7 +9,7 @@
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* reserved);
 
-/// The linker is made to look for this name, which adds this file.
+/// A linker option requests this name, which adds this file to the library.
 extern "C" const int winhostDllMain = 0;
 
 namespace {

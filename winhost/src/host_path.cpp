@@ -106,7 +106,7 @@ std::optional<FullPath> parsePath(TextView path)
     appendComponents(full.components, path);
     if (!full.mustBeFolder && !full.components.empty()) {
         Text& last = full.components.back();
-        last.resize(last.find_last_not_of(L" .") + 1); // as Windows has it
+        last.resize(last.find_last_not_of(L" .") + 1); // like Windows
         if (last.empty()) {
             full.components.pop_back();
             full.mustBeFolder = true;

@@ -5,7 +5,7 @@
 
 namespace winhost {
 
-/// The system's number of an error of the host's, an errno.
+/// Returns the Windows error code for an errno, or `otherwise` if there is none.
 DWORD errorOf(int hostError, DWORD otherwise);
 
 } // namespace winhost

@@ -55,7 +55,7 @@ HMODULE thisLibrary()
     return handleOf(&guard);
 }
 
-/// Whether a handle is the base of code that is now in the process.
+/// Returns whether a handle is the base of code that is currently loaded.
 bool isHostCode(HMODULE module)
 {
     return module != nullptr && handleOf(module) == module;
@@ -77,7 +77,7 @@ std::string hostCodeFile(HMODULE module)
     return module == executable() || dladdr(module, &info) == 0 ? executableFile() : absolute(info.dli_fname);
 }
 
-// With the guard held.
+// Call with the guard held.
 std::vector<Module>::iterator findLoaded(HMODULE module)
 {
     return std::find_if(loaded.begin(), loaded.end(),
@@ -153,7 +153,7 @@ std::string programFolder()
     return executableFile().substr(0, executableFile().rfind('/') + 1);
 }
 
-/// The folders of the search order: the executable's, the working directory, those of PATH.
+/// Returns the folders of the search order: the executable's, the working directory, those of PATH.
 std::vector<std::string> searchFolders()
 {
     std::vector<std::string> folders = {programFolder(), "."};

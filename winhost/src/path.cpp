@@ -23,7 +23,7 @@ bool hasDrive(TextView path)
     return path.size() >= 2 && path[1] == L':';
 }
 
-/// The part of a path that ".." never removes.
+/// Returns the part of a path that ".." never removes.
 TextView rootOf(TextView path)
 {
     if (hasDrive(path)) {

@@ -10,8 +10,8 @@ namespace {
 constexpr std::uint32_t stringTableType = 6;
 constexpr std::uint32_t stringsPerBlock = 16;
 
-// Reads of little-endian numbers. Outside the bytes all is 0, which is no signature, count or size that leads
-// on.
+// Read little-endian numbers. Outside the bytes they return 0, which as a signature, count or size ends the
+// search.
 
 std::uint32_t read16(Bytes bytes, std::size_t offset)
 {
@@ -52,7 +52,7 @@ public:
 
     bool isValid() const { return m_isValid; }
 
-    /// The bytes from a virtual address to the end of its section, as far as the file has them.
+    /// Returns the bytes from a virtual address to the end of its section, as far as the file contains them.
     Bytes at(std::uint32_t address) const
     {
         constexpr std::size_t sectionHeaderSize = 40;
@@ -115,7 +115,7 @@ std::optional<std::uint32_t> findTable(Bytes resources, std::uint32_t table, std
     return entry && (*entry & tableFlag) != 0 ? std::optional(*entry & ~tableFlag) : std::nullopt;
 }
 
-/// A block is 16 strings, each after its length.
+/// Returns a string of a block, which consists of 16 strings, each after its length.
 Bytes stringOfBlock(Bytes block, std::uint32_t index)
 {
     std::size_t offset = 0;

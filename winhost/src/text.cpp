@@ -55,7 +55,7 @@ Text fromUtf8(std::string_view bytes)
         const std::string_view before = bytes;
         const char32_t point = rkuinfo::detail::takeCodePoint(bytes);
         const auto first = static_cast<unsigned char>(before[0]);
-        const bool isPart = first >= 0x80 && before.size() - bytes.size() == 1; // of no character
+        const bool isPart = first >= 0x80 && before.size() - bytes.size() == 1; // belongs to no character
         rkuinfo::detail::appendCodePoint(text, isPart ? first : point);
     }
     return Text(text.begin(), text.end());

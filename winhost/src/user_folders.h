@@ -5,10 +5,10 @@
 
 namespace winhost {
 
-/// $HOME, else the folder that the system has for the user.
+/// Returns $HOME, otherwise the home folder that the system records for the user.
 std::string homeFolder();
 
-/// An absolute path in the environment, else a folder of the user's home.
+/// Returns the absolute path in an environment variable, otherwise a folder in the user's home.
 std::string xdgFolder(const char* variable, const char* belowHome);
 
 std::string configFolder();

@@ -41,35 +41,35 @@ enum Kind
     eNew // in memory, with the content of a new file
 };
 
-/// Changes when the path leads to another file or folder, when a file comes to the folder or goes, and when
-/// the folder gets another owner.
+/// Changes when the path leads to another file or folder, when a file is added to the folder or removed, and
+/// when the folder's owner changes.
 using Listing = std::array<std::int64_t, 6>;
 
 struct Connection
 {
-    std::mutex mutex;   // of all that follows
-    std::string path;   // of the file, below the user's data folder
-    std::string file;   // the same without links
-    std::string folder; // of that
+    std::mutex mutex;   // protects all other members
+    std::string path;   // the store's file below the user's data folder
+    std::string file;   // path with links resolved
+    std::string folder; // the folder of file
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
-    LSTATUS whyReadOnly = ERROR_SUCCESS; // of eReadOnly
-    std::int32_t generation = 0;         // of the content, without the log
+    LSTATUS whyReadOnly = ERROR_SUCCESS; // the reason for eReadOnly
+    std::int32_t generation = 0;         // of the file, without the log
     bool isShared = false;
-    bool isMoved = false; // found in a transaction
+    bool isMoved = false; // set when a transaction finds that the file was moved
     Listing listing{};
 };
-Connection& own = *new Connection; // never destroyed: it may be used while the process ends
+Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
 
-/// For an error of the system. ENOENT and ENOTDIR would read as if a key were missing.
+/// Converts errno. ENOENT and ENOTDIR become otherwise, because their codes would mean a missing key.
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
     const bool hasNoPlace = errno == ENOENT || errno == ENOTDIR;
     return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(otherwise)));
 }
 
-/// For a result of SQLite. The system's error, which it does not always report, is still in errno.
+/// Converts a result of SQLite. If that does not contain the system's error, errno still does.
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
@@ -100,9 +100,10 @@ LSTATUS run(const std::string& sql)
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longestWait{5000};
-std::atomic<Clock::time_point> hopeless = Clock::time_point(); // until when nobody waits again
+std::atomic<Clock::time_point> hopeless = Clock::time_point(); // until this time nobody waits
 
-/// Runs work() again while it fails with ERROR_LOCK_FAILED: for 5 s, but not soon after that was in vain.
+/// Repeats work() while it fails with ERROR_LOCK_FAILED, for at most 5 s. Does not wait if that has failed
+/// within the last 10 s.
 template <typename Work>
 LSTATUS retry(Work work)
 {
@@ -119,7 +120,7 @@ LSTATUS retry(Work work)
     return status;
 }
 
-/// Closed at the end of its scope. An attempt to open it leaves the cause in errno if it fails.
+/// A file that is closed at the end of its scope. If it cannot be opened, errno contains the cause.
 struct OwnedFile
 {
     explicit OwnedFile(const std::string& file, int flags = O_RDONLY)
@@ -133,7 +134,8 @@ struct OwnedFile
     const int number;
 };
 
-/// Runs work() while no other process is in here for the same folder, else returns ERROR_LOCK_FAILED.
+/// Runs work() unless another process is running this function for the same folder; in that case returns
+/// ERROR_LOCK_FAILED.
 template <typename Work>
 LSTATUS alone(const std::string& folder, Work work)
 {
@@ -144,39 +146,39 @@ LSTATUS alone(const std::string& folder, Work work)
 
 // ---- The version
 //
-// The header of the write-ahead log's index, which all processes share in memory and every commit changes. It
-// is an interface of SQLite's: https://www.sqlite.org/walformat.html. There is no version if it has another
-// format.
+// The version is in the header of the write-ahead log's index, which all processes share in memory and every
+// commit changes. SQLite documents its format: https://www.sqlite.org/walformat.html. If the format differs,
+// there is no version.
 
 constexpr std::uint32_t indexFormat = 3007000;
-constexpr std::size_t saltsAt = 4;    // in units of 8 bytes: the log's
-constexpr std::size_t sumAt = 5;      // in units of 8 bytes: the header's sum of itself
-constexpr std::size_t framesAt = 4;   // in units of 4 bytes: how many the log has
+constexpr std::size_t saltsAt = 4;    // in units of 8 bytes: the log's salts
+constexpr std::size_t sumAt = 5;      // in units of 8 bytes: the header's checksum
+constexpr std::size_t framesAt = 4;   // in units of 4 bytes: the frames in the log
 constexpr std::size_t countAt = 14;   // in units of 4 bytes: in the second copy, written before the first
-constexpr std::size_t writtenAt = 24; // in units of 4 bytes: how many frames are in the file, too
+constexpr std::size_t writtenAt = 24; // in units of 4 bytes: the frames that are also in the file
 constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
-void* mapped = nullptr; // never unmapped, since readers take no lock
+void* mapped = nullptr; // never unmapped, because readers do not lock
 std::atomic<const std::uint64_t*> page = noIndex;
 
-// How often a file was opened: two that have no log begin with the same header.
+// The number of files opened so far: two files without a log have the same header.
 std::atomic<std::uint64_t> turn = 0;
 
-/// Returns a number of the header, or 0 without one.
+/// Returns a number from the header, or 0 if there is no header.
 template <typename Number>
 Number numberAt(std::size_t index)
 {
     return __atomic_load_n(reinterpret_cast<const Number*>(page.load()) + index, __ATOMIC_ACQUIRE);
 }
 
-/// From here on contentVersion returns 0.
+/// Makes contentVersion return 0.
 void hideVersion()
 {
     page = noIndex;
 }
 
-/// From here on contentVersion is that of the open log's index, if SQLite has found room for it.
+/// Makes contentVersion read the index of the open log, if SQLite could allocate one.
 void showVersion()
 {
     struct stat index = {};
@@ -194,10 +196,10 @@ void showVersion()
 
 // ---- The log
 //
-// A log continues one state of the file. So each state has a random number, its generation, which is SQLite's
-// user_version; and what a log adds to a state has that state's number, too, as the application_id.
+// A log continues one state of the file. So each state has a random number, its generation, in SQLite's
+// user_version, and each transaction in a log records the generation that it continues, in application_id.
 
-/// Returns true if the index has frames of another log, which was removed while others use it.
+/// Returns true if the index describes another log, which was removed while other processes use it.
 bool isLogReplaced()
 {
     constexpr off_t inLog = 16;
@@ -215,7 +217,8 @@ std::int32_t generationOfFile()
     return static_cast<std::int32_t>(__builtin_bswap32(number));
 }
 
-/// ERROR_REGISTRY_CORRUPT for a log of another file; ERROR_LOCK_FAILED while others use one that was removed.
+/// Returns ERROR_REGISTRY_CORRUPT if the log belongs to another file, and ERROR_LOCK_FAILED while other
+/// processes use a log that was removed.
 LSTATUS logStatus()
 {
     const std::uint64_t version = contentVersion();
@@ -237,7 +240,7 @@ LSTATUS setGeneration(std::int32_t last)
                "; PRAGMA user_version = " + std::to_string(next));
 }
 
-/// In a transaction for writing.
+/// Starts a new generation if the next write starts a new log. Call it in a transaction for writing.
 void beginLog()
 {
     check(generationOfFile() != own.generation ? logStatus() : ERROR_SUCCESS);
@@ -245,7 +248,7 @@ void beginLog()
         showVersion(); // a mapping that failed before may succeed
     }
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
-        own.generation = generationOfFile(); // which nobody changes now
+        own.generation = generationOfFile(); // nobody can change it now
         check(setGeneration(own.generation));
     }
 }
@@ -257,14 +260,15 @@ std::string folderOf(const std::string& file)
     return file.substr(0, file.rfind('/'));
 }
 
-/// Without links, so that SQLite has the log and its index at the same place.
+/// Returns the path with links resolved, so that SQLite creates the log and its index next to the file
+/// itself.
 std::string resolved(const std::string& file)
 {
     const std::unique_ptr<char, decltype(&std::free)> path(realpath(file.c_str(), nullptr), &std::free);
     return path != nullptr ? path.get() : file;
 }
 
-/// All 0, with the cause in errno, if there is no such file.
+/// Returns the status of a file. If there is none, all members are 0 and errno contains the cause.
 struct stat statusOfFile(const std::string& file)
 {
     struct stat found = {};
@@ -291,13 +295,13 @@ bool isMoved()
     const Listing now = listing();
     if (now != own.listing && isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
         isAtPlace(own.file, eIndex) && resolved(own.path) == own.file) {
-        own.listing = now; // another file came or went
+        own.listing = now; // an unrelated file was added or removed
     }
     return now != own.listing;
 }
 
-/// Avoids SIGBUS on a full disk: a file system that writes changed data elsewhere (btrfs) would need new room
-/// for each change of a mapped page.
+/// Switches off copy-on-write (btrfs), which would need new space for each change of a mapped page: on a full
+/// disk that raises SIGBUS.
 void writeInPlace(const std::string& folder)
 {
     const OwnedFile opened(folder);
@@ -329,7 +333,7 @@ LSTATUS createFile()
 
 // ---- The connection
 
-/// SQLite writes the log back if that is wanted and no other process has it open.
+/// Closes the database. If writesBack is true, SQLite writes the log back unless another process has it open.
 void disconnect(bool writesBack = false)
 {
     hideVersion();
@@ -341,7 +345,7 @@ void disconnect(bool writesBack = false)
     own.isMoved = false;
 }
 
-/// ERROR_FILE_NOT_FOUND for an empty file, ERROR_BADDB for another's.
+/// Returns ERROR_FILE_NOT_FOUND for an empty file and ERROR_BADDB for other tables than this store's.
 LSTATUS schemaStatus()
 {
     Query all("SELECT group_concat(sql, ';') FROM sqlite_schema WHERE sql NOTNULL");
@@ -349,20 +353,20 @@ LSTATUS schemaStatus()
     return found.empty() ? ERROR_FILE_NOT_FOUND : found == content.schema ? ERROR_SUCCESS : ERROR_BADDB;
 }
 
-/// In an empty file.
+/// Creates the tables in an empty file.
 LSTATUS createTables()
 {
     check(run("BEGIN IMMEDIATE"));
     if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // no other process was first
         check(run(content.schema));
         content.fill();
-        check(setGeneration(0)); // SQLite's for an empty file
+        check(setGeneration(0)); // an empty file has generation 0
     }
     check(run("COMMIT"));
     return schemaStatus();
 }
 
-/// In SQLite's form, which has numbers for characters that mean something in it.
+/// Returns a URI for SQLite with every character percent-encoded.
 std::string uriOf(const std::string& file, const char* options)
 {
     std::string uri = "file:";
@@ -374,7 +378,8 @@ std::string uriOf(const std::string& file, const char* options)
     return uri + options;
 }
 
-/// Closed again if it fails; ERROR_FILE_NOT_FOUND without tables, unless it creates them.
+/// Opens the database, and closes it again on failure. Returns ERROR_FILE_NOT_FOUND if it has no tables and
+/// createsTables is false.
 LSTATUS connect(Kind kind, bool createsTables)
 {
     constexpr int flags =
@@ -396,7 +401,7 @@ LSTATUS connect(Kind kind, bool createsTables)
         if (kind == eWritable) {
             require(sqlite3_db_readonly(own.database, "main") == 0, ERROR_ACCESS_DENIED);
             showVersion();
-            require(!isLogReplaced(), ERROR_LOCK_FAILED); // they will notice
+            require(!isLogReplaced(), ERROR_LOCK_FAILED); // until its users have noticed
         }
         const bool isNew = found == ERROR_FILE_NOT_FOUND && createsTables;
         check(isNew ? ERROR_SUCCESS : found);
@@ -428,7 +433,7 @@ LSTATUS connect(Kind kind, bool createsTables)
     return ERROR_SUCCESS;
 }
 
-/// For writing if that is possible.
+/// Opens the store, for writing if possible. Creates it only if forWriting is true.
 LSTATUS open(bool forWriting)
 {
     if (own.path.empty()) {
@@ -453,7 +458,7 @@ LSTATUS open(bool forWriting)
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Writes a log back that was removed, and one whose file was moved away.
+/// Writes the log back if it was removed or if its file was moved away.
 LSTATUS saveLog()
 {
     if (own.isShared) {
@@ -483,7 +488,7 @@ void prepare(bool forWriting)
         disconnect();
     }
     if (own.database == nullptr || isStale(forWriting)) {
-        check(retry([&] { // another may be creating the store, or repairing it after a crash
+        check(retry([&] { // another process may be creating the store, or recovering it after a crash
             if (own.database != nullptr && own.kind == eWritable) {
                 check(alone(own.folder, saveLog));
             }
@@ -491,13 +496,13 @@ void prepare(bool forWriting)
             return open(forWriting);
         }));
     }
-    if (forWriting) { // an error of the disk ends a shared transaction, and so does a fork, or a move
+    if (forWriting) { // disk errors, forks and moves of the file undo a shared transaction
         const bool isLost = own.isShared && sqlite3_get_autocommit(own.database) != 0;
         check(isLost ? ERROR_CANTWRITE : own.whyReadOnly);
     }
 }
 
-/// Ends a transaction, which an error of the disk may have ended before.
+/// Undoes a transaction, unless a disk error already has.
 void undo(bool isWriting)
 {
     if (own.isShared && isWriting) {
@@ -507,14 +512,14 @@ void undo(bool isWriting)
     }
 }
 
-/// Does not wait for other writers.
+/// Begins a transaction for writing, without waiting for other writers.
 void begin()
 {
     prepare(true);
     sqlite3_busy_timeout(own.database, 0);
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
-        // Not before: another process may have written back a log that was removed, and begun a new one.
+        // Not earlier, because another process may have written back a removed log and started a new one.
         own.isMoved = isMoved();
         require(!own.isMoved, ERROR_LOCK_FAILED);
         if (!own.isShared) {
@@ -540,7 +545,7 @@ std::uint64_t contentVersion()
 Transaction::Transaction(bool isWriting) : m_isWriting(isWriting)
 {
     if (isWriting) {
-        check(retry([this] { // without the lock while it waits, so that this process's readers need not
+        check(retry([this] { // waits without the lock, so that readers in this process can continue
             Lock lock(own.mutex);
             begin();
             m_lock = std::move(lock);
@@ -595,10 +600,10 @@ void forsake()
     loseFiles();
 }
 
-// Run after the destructors of all static objects.
+// Runs after the destructors of all static objects.
 __attribute__((destructor)) void leave()
 {
-    retry([]() -> LSTATUS { // another thread may be in a call, and another process be leaving
+    retry([]() -> LSTATUS { // another thread may be in a call, and another process may be exiting too
         const Lock lock(own.mutex, std::try_to_lock);
         require(lock.owns_lock(), ERROR_LOCK_FAILED);
         if (own.database == nullptr || own.kind != eWritable || areFilesLost()) {
@@ -690,7 +695,7 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
     });
     own.isShared = false;
     if (own.database != nullptr) {
-        undo(true); // what could not be committed
+        undo(true); // if the commit failed
         showVersion();
     }
     return status;

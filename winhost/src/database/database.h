@@ -1,6 +1,6 @@
-// The SQLite database that all processes of a user share: opened at the first call, and again when the path
-// leads to another file. Does not know its tables. There is one connection,
-// which a call locks while it uses it.
+// The SQLite database that all processes of a user share. It is opened by the first call, and again when the
+// path leads to another file. The process has one connection, which a call locks while it uses it. This
+// module does not know the tables.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ struct sqlite3_stmt;
 
 namespace winhost::database {
 
-/// Thrown to end a call with this result.
+/// Thrown to return this result from a call.
 struct Failure
 {
     LSTATUS status;
@@ -45,8 +45,8 @@ LSTATUS outcome(Work work)
     }
 }
 
-/// Defined by the user of this module: the name of the file, the tables of a new one, and the function that
-/// adds their rows.
+/// Defined by the user of this module: the file's name, the tables of a new file, and the function that adds
+/// their rows.
 struct Content
 {
     const char* file;
@@ -55,26 +55,27 @@ struct Content
 };
 extern const Content content;
 
-/// Identifies the content: unchanged as long as no process has written. 0 if it is unknown. Takes no lock and
-/// makes no system call.
+/// Returns a number that identifies the content: it is unchanged as long as no process has written, and 0 if
+/// unknown. Does not lock and makes no system call.
 std::uint64_t contentVersion();
 
 using Lock = std::unique_lock<std::mutex>;
 
-/// A transaction, which has the connection to itself. Undone unless it is committed.
+/// A transaction, which locks the connection. It is undone unless it is committed.
 class Transaction
 {
 public:
-    /// For reading, reads what a new file would contain if there is none. For writing, creates the file if
-    /// there is none, and waits some 5 s at most for other writers.
+    /// If there is no file, a transaction for reading sees the content of a new file, and one for writing
+    /// creates the file. The latter waits about 5 s at most for other writers.
     explicit Transaction(bool isWriting);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
-    /// Returns the version of the content that it leaves; 0 if that is unknown or others have written since.
+    /// Returns the version of the committed content; 0 if that is unknown or another process has written
+    /// since.
     std::uint64_t commit();
-    /// Leaves it open, for all changes of the process to be part of it.
+    /// Leaves the transaction open, so that it includes all further changes of the process.
     void share();
 
 private:
@@ -87,7 +88,7 @@ private:
 Lock hold();
 /// In the child of a fork: leaves the connection to the parent.
 void forsake();
-/// At the end of the process: the last one writes the log back.
+/// Closes the store when the process exits. The last process writes the log back.
 void leave();
 
 /// A prepared statement with its arguments, and the rows that it returns. The SQL must be a literal: its
@@ -95,7 +96,7 @@ void leave();
 class Query
 {
 public:
-    /// Does not copy bytes among the arguments, which must outlive the query.
+    /// Arguments that are bytes are not copied and must outlive the query.
     template <typename... Arguments>
     explicit Query(const char* sql, const Arguments&... arguments) : m_statement(prepared(sql))
     {
@@ -105,13 +106,13 @@ public:
     Query(const Query&) = delete;
     Query& operator=(const Query&) = delete;
 
-    /// False after the last row.
+    /// Moves to the next row. Returns false after the last one.
     bool next();
-    /// For a statement without rows.
+    /// Runs a statement that returns no rows.
     void run();
 
     std::int64_t number(int column) const;
-    std::string_view bytes(int column) const; ///< until the next row
+    std::string_view bytes(int column) const; ///< valid until the next row
 
 private:
     static sqlite3_stmt* prepared(const char* sql);

@@ -17,7 +17,7 @@ namespace {
 
 std::atomic<int> numbers[std::size(suffixes)] = {-1, -1, -1};
 
-// The position of each of these files, which SQLite does not use, and which no other file has.
+// The position of each of these files: SQLite does not use it, and no other file has it.
 constexpr off_t mark = off_t{0x5707E} << 20;
 
 thread_local const std::string* expected = nullptr;
@@ -66,8 +66,9 @@ int controlFile(int file, int command, ...)
     return fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
 }
 
-/// Allocates whole pages of the log's index, in which SQLite writes one byte each to allocate them: where
-/// blocks are smaller, writing to the rest in memory would be a signal on a full disk, and not an error.
+/// Allocates pages of the log's index as a whole. SQLite allocates a page by writing one byte of it; if
+/// blocks are smaller than pages, a write to the rest of the mapped page would raise a signal on a full disk,
+/// instead of failing.
 ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 {
     constexpr off_t page = 4096;

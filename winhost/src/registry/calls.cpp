@@ -15,15 +15,15 @@ TextView nameOf(const wchar_t* text)
     return text != nullptr ? TextView(text) : TextView();
 }
 
-/// Within a Transaction, before the cache is used.
+/// Adopts the store's version. Call it in a Transaction before using the cache.
 void follow()
 {
     const std::lock_guard<std::mutex> lock(memory().mutex);
     memory().follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Finds an answer for a key, which must have been opened with the rights, and runs use(answer) with the
-/// memory locked.
+/// Finds an answer for a key, which must have been opened with the needed rights, and calls use(answer) with
+/// the memory locked.
 template <typename Use>
 LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {
@@ -64,7 +64,7 @@ NodeId nodeOf(HKEY key, REGSAM needed)
 
 constexpr auto nothing = [] {};
 
-/// Runs work(node) as one transaction, and once it is committed then(), with the memory locked.
+/// Runs work(node) in a transaction and, after the commit, then(). The memory is locked.
 template <typename Work, typename Then = decltype(nothing)>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
 {
@@ -81,7 +81,7 @@ LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then the
     });
 }
 
-/// Fills an optional result.
+/// Stores a result if its pointer is not null.
 template <typename Result, typename Value>
 void give(Result* out, Value value)
 {
@@ -100,7 +100,8 @@ bool giveText(TextView text, wchar_t* out, DWORD* length)
     return true;
 }
 
-/// Returns an empty class, since classes are not stored. False if there is no room for the terminator.
+/// Returns the empty string as the class, because classes are not stored. Returns false if there is no room
+/// for it.
 bool giveNoClass(wchar_t* out, DWORD* length)
 {
     const bool fits = out == nullptr || length == nullptr || giveText({}, out, length);
@@ -108,8 +109,8 @@ bool giveNoClass(wchar_t* out, DWORD* length)
     return fits;
 }
 
-/// Copies a value's data if it fits. Adds a terminator to an unterminated string if there is room for one,
-/// which the size does not count.
+/// Copies a value's data if it fits. Terminates an unterminated string if there is room; the size does not
+/// include that terminator.
 LSTATUS giveData(const Answer& value, BYTE* data, DWORD* size)
 {
     constexpr std::string_view terminator("\0", sizeof(wchar_t));
@@ -151,7 +152,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     }
     LSTATUS status = RegOpenKeyExW(key, subKey, 0, access, result);
     bool isNew = false;
-    if (status == ERROR_FILE_NOT_FOUND) { // another process may create it meanwhile
+    if (status == ERROR_FILE_NOT_FOUND) { // another process may create it at the same time
         NodeId made = 0;
         status = change(
             Memory::eKeys, key, 0, [&](NodeId node) { made = createPath(node, nameOf(subKey), isNew); },
@@ -185,7 +186,7 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
     const TextView path = nameOf(subKey);
     NodeId found = 0;
     LSTATUS status = findKey(key, path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0, path, found);
-    if (status == ERROR_SUCCESS && path.empty()) { // a key with values needs the right to set them, too
+    if (status == ERROR_SUCCESS && path.empty()) { // a key with values also needs the right to set them
         status = ask(key, 0, {Question::eValueAt},
                      [&](const Answer&) { return memory().resolve(key, KEY_SET_VALUE, found); });
     }
@@ -246,7 +247,7 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
         return ERROR_INVALID_PARAMETER;
     }
     if (data == nullptr) {
-        give(size, 0); // also if there is no value
+        give(size, 0); // even if there is no value
     }
     return ask(key, KEY_QUERY_VALUE, {Question::eValue, nameOf(valueName)}, [&](const Answer& value) {
         give(type, value.type);

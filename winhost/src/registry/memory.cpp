@@ -33,7 +33,7 @@ bool isPath(const Question& question)
     return question.kind == Question::ePath;
 }
 
-// ---- A fork, during which neither lock may be held by a thread that the child does not have
+// ---- Fork: both locks are held, since the child has no other thread that could release them
 
 database::Lock held;
 
@@ -46,7 +46,7 @@ void beforeFork()
 void afterFork()
 {
     memory().mutex.unlock();
-    // `held` is empty before the lock is released, which lets another thread's fork begin.
+    // Empties `held` before the lock is released, because another thread's fork may then begin.
     const database::Lock ended = std::move(held);
 }
 
@@ -67,7 +67,7 @@ NodeId rootOf(HKEY key)
 
 Memory& memory()
 {
-    static Memory* const created = new Memory; // never destroyed: destructors of the program may use it
+    static Memory* const created = new Memory; // never destroyed: the program's destructors may use it
     return *created;
 }
 
@@ -148,7 +148,7 @@ void Memory::remember(const Question& question, const Answer& answer)
         entry.question.text = entry.text;
         entry.answer = answer;
         entry.epoch = m_epochs[isPath(question) ? 0 : 1];
-    } catch (const std::bad_alloc&) { // it is not cached
+    } catch (const std::bad_alloc&) { // the answer is not cached
     }
 }
 

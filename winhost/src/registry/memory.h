@@ -1,6 +1,6 @@
-// The state of the process under one lock: the keys that it has open, and a cache of the store's answers. An
-// answer is valid while the version of the content is the one under which it was read; a write of this
-// process keeps the answers that it cannot have changed.
+// The state of the process, under one lock: its open keys, and a cache of the store's answers. An answer is
+// valid while the content has the version under which the answer was read; a write of this process keeps the
+// answers that it cannot have changed.
 #pragma once
 
 #include "registry/tree.h"
@@ -11,35 +11,36 @@
 
 namespace winhost::registry {
 
-/// 0 for a key that is not predefined.
+/// Returns the node of a predefined key; 0 for any other key.
 NodeId rootOf(HKEY key);
 
 class Memory
 {
 public:
     Memory() { m_answers.max_load_factor(0.25F); }
-    std::mutex mutex; // of all that follows
+    std::mutex mutex; // protects all other members
 
     /// Returns ERROR_INVALID_HANDLE, or ERROR_ACCESS_DENIED if the key was opened without a needed right.
     LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node);
-    /// Returns the same number again after 2^32 others at the earliest, so that a closed handle is detected.
+    /// Returns a new handle. Reuses a number only after 2^32 others, so that closed handles are detected.
     HKEY open(NodeId node, REGSAM access);
     LSTATUS close(HKEY key);
 
-    /// Returns null if no answer is valid.
+    /// Returns the cached answer; null if none is valid.
     const Answer* recall(const Question& question);
-    /// Returns what recall does, or what it returned before other processes changed the store.
+    /// Does the same, but also returns an answer that only changes of other processes have invalidated.
     const Answer* recallOutdated(const Question& question);
-    /// Caches an answer, in a Transaction: not if the store has changed, nor if it has more than 2,400 bytes.
+    /// Caches an answer, unless the store has changed or the answer has more than 2,400 bytes. Call it in a
+    /// Transaction.
     void remember(const Question& question, const Answer& answer);
 
     enum Change
     {
-        eOthers, ///< of other processes, if there were any
-        eKeys,   ///< of this one
-        eValues  ///< of this one, to values only, so that paths stay valid
+        eOthers, ///< by other processes, if any
+        eKeys,   ///< by this process
+        eValues  ///< by this process, of values only, so that paths stay valid
     };
-    /// Adopts the version of the content, and invalidates the answers that the change may have changed.
+    /// Adopts a new version of the content and invalidates the answers that the change may affect.
     void follow(std::uint64_t version, Change change);
 
 private:
@@ -62,11 +63,11 @@ private:
     const Entry* find(const Question& question);
 
     std::vector<Slot> m_slots;
-    std::size_t m_closed = 0; // the first of a list that ends with the number of slots
+    std::size_t m_closed = 0; // the first closed slot of a linked list; the number of slots ends it
     std::unordered_map<std::uint64_t, Entry> m_answers; // by a hash of the question; 4,096 at most
     std::uint64_t m_version = 0;
-    std::uint64_t m_epochs[2] = {1, 1}; // of paths, and of all else
-    std::uint64_t m_changed = 1;        // by this process: the second epoch then
+    std::uint64_t m_epochs[2] = {1, 1}; // of paths, and of all other answers
+    std::uint64_t m_changed = 1;        // the second epoch when this process last wrote
 };
 
 Memory& memory();

@@ -21,8 +21,8 @@ inline Text textOf(std::string_view bytes)
     return text;
 }
 
-/// Returns the same bytes for names that differ in case only, in the order of the registry: letters sort as
-/// lower case, after '_'.
+/// Returns bytes that are equal for names that differ only in case, and that sort like the registry: letters
+/// as lower case, after '_'.
 inline std::string folded(TextView name)
 {
     std::string bytes;
@@ -36,7 +36,7 @@ inline std::string folded(TextView name)
     return bytes;
 }
 
-/// Returns a different number for any change within 8 bytes, and almost surely for any other change.
+/// Returns a checksum that differs for any change within 8 bytes, and almost certainly for any other change.
 inline std::uint64_t mix(std::uint64_t sum, std::uint64_t word)
 {
     constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;

@@ -30,13 +30,14 @@ bool exists(NodeId node)
     return isRoot(node) || Query("SELECT 1 FROM keys WHERE id = ?1", node).next();
 }
 
-/// Returns the answer of a search that found nothing: that the key is deleted, or the status.
+/// Returns the answer of a search that found nothing: ERROR_KEY_DELETED if the key is deleted, otherwise the
+/// status.
 Answer missing(NodeId node, LSTATUS status)
 {
     return {.status = exists(node) ? status : ERROR_KEY_DELETED};
 }
 
-/// Returns true if an answer is cached, which it copies.
+/// Copies the cached answer; returns false if there is none.
 bool isKnown(const Question& question, Answer& answer,
              const Answer* (Memory::*recall)(const Question&) = &Memory::recall)
 {
@@ -52,7 +53,7 @@ void remember(const Question& question, const Answer& answer)
     memory().remember(question, answer);
 }
 
-/// Removes the next component from a path. Returns false at its end.
+/// Removes the next component from a path. Returns false at the end.
 bool takeComponent(TextView& path, TextView& component)
 {
     path.remove_prefix(std::min(path.find_first_not_of(L'\\'), path.size()));
@@ -71,7 +72,7 @@ std::optional<NodeId> findSubKey(NodeId parent, TextView name)
         return {};
     }
     const NodeId found = query.number(0);
-    require(found > parent); // else the tree may contain itself
+    require(found > parent); // otherwise the tree might contain a cycle
     require(sumOf(parent, found, asked, query.bytes(1), {}) == query.number(2));
     return found;
 }
@@ -94,7 +95,7 @@ NodeId add(NodeId parent, TextView name)
     return id;
 }
 
-/// Uses the cached parts of the path, and caches each part that it finds.
+/// Follows a path. Uses the cached parts of it, and caches each part that it finds.
 Answer walk(NodeId start, TextView path, bool* created)
 {
     Answer at{.status = path.starts_with(L'\\') ? ERROR_BAD_PATHNAME : ERROR_SUCCESS, .node = start};
@@ -134,9 +135,8 @@ Answer findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// Finds the entry at an index. If the entry before it is cached, continues after its name and reads ahead.
-/// If only other processes have written since, continues there too: counting from the start would cost more
-/// with each entry.
+/// Finds the entry at an index. If the entry before it is cached, continues after its name and reads ahead,
+/// even if other processes have written since: counting from the start would cost more with each entry.
 Answer findAt(const Question& question)
 {
     constexpr std::int64_t readAhead = 64;
@@ -174,14 +174,14 @@ Answer findAt(const Question& question)
 
 void createFirstKeys()
 {
-    NodeId id = localMachineId; // numbered alike everywhere: they may be open before there is a file
+    NodeId id = localMachineId; // fixed numbers, because roots can be open before a file exists
     insert(currentUserId, ++id, L"Software");
     NodeId parent = localMachineId;
     for (const TextView name : {L"SOFTWARE", L"Microsoft", L"Windows", L"CurrentVersion", L"Uninstall"}) {
         insert(parent, ++id, name);
         parent = id;
     }
-    // No other key has the number of one in another store.
+    // Numbers start at random, so that keys in different stores have different numbers.
     Query("INSERT INTO shape VALUES(abs(random() / 4) + ?1)", id).run();
 }
 
@@ -268,9 +268,9 @@ void deleteTree(NodeId node, bool withItself)
 
 } // namespace winhost::registry
 
-// A key's number is higher than its parent's and is almost never used twice. `shape` has one row, the highest
-// number so far; each step is random, because undoing a change returns its number. Names are UTF-16, as
-// created; `folded` orders them.
+// A key's number is higher than its parent's and is almost never reused. The one row of `shape` has the
+// highest number so far; it grows by random steps, because undoing a change frees its number. Names are
+// UTF-16, as created; `folded` orders them.
 const winhost::database::Content winhost::database::content = {
     "registry.db",
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "

@@ -1,4 +1,4 @@
-// The registry's keys and values in the store, for use within a Transaction. Every function throws a Failure.
+// The registry's keys and values in the store. Call these functions in a Transaction; they throw Failure.
 #pragma once
 
 #include "database/database.h"
@@ -41,14 +41,14 @@ struct Question
 
 struct Answer
 {
-    LSTATUS status = ERROR_SUCCESS; ///< otherwise why there is no answer
+    LSTATUS status = ERROR_SUCCESS; ///< if it failed, the reason; the other members are then unset
     DWORD type = 0;
     NodeId node = 0; ///< of a path
     std::string data = {};
     Text name = {}; ///< as created: of a value, and of an entry by index
 };
 
-/// Returns the cached answer, otherwise reads the store. Not to be called after a change in the same
+/// Returns the cached answer, otherwise reads the store. Do not call this after a change in the same
 /// Transaction.
 Answer find(const Question& question);
 
@@ -65,14 +65,14 @@ Measure measure(NodeId node);
 
 // ---- Changes
 
-/// Creates the missing part of the path and reports whether there was one. Returns the key.
+/// Creates the missing part of a path, and sets created if any part was missing. Returns the key.
 NodeId createPath(NodeId start, TextView path, bool& created);
-/// Returns the answer that a question for the value has afterwards.
+/// Sets a value and returns the answer to a later question for it.
 Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
-/// ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
+/// Deletes a key; throws ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
 void deleteKey(NodeId node);
-/// Deletes all sub-keys and values, and the key itself if wanted.
+/// Deletes all sub-keys and values and, if withItself is true, the key.
 void deleteTree(NodeId node, bool withItself);
 
 } // namespace winhost::registry
