@@ -9,9 +9,9 @@ import sys
 from pathlib import Path
 
 GROUPS = {
-    "windows.jsonl": "Windows, compared with the registry calls",
-    "host.jsonl": "host, compared with the registry calls",
-    "peers.jsonl": "host, compared with other stores",
+    "windows.jsonl": "Windows, against the registry calls",
+    "host.jsonl": "host, against the registry calls",
+    "peers.jsonl": "host, against other stores",
     "process.jsonl": "host, a whole process",
     "tool.jsonl": "rkuinfo, four times the input",
 }
