@@ -30,8 +30,8 @@ struct StringResource
 
 bool isPeImage(Bytes file);
 
-/// Finds the string with a number in the first language that has it. A number that its block of 16 omits is
-/// an empty string.
+/// Finds the string with a number in the first language that has its block of 16 strings. The string is empty
+/// if the block leaves it out.
 StringResource findString(Bytes file, std::uint16_t id);
 
 } // namespace winhost

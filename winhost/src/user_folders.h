@@ -15,7 +15,7 @@ std::string configFolder();
 std::string dataFolder();
 
 /// Creates a folder and its missing parents. Returns false, with the cause in errno, if one cannot be
-/// created, or would be created in a folder of another user, whom it would lock out.
+/// created. Creates none in a folder of another user, who could not write to it.
 bool makeFolders(const std::string& folder);
 
 } // namespace winhost

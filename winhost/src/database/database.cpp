@@ -289,7 +289,7 @@ Listing listing()
             static_cast<std::int64_t>(file.st_ino)};
 }
 
-/// Returns true if the path does not lead to the open files any more.
+/// Returns true if the path no longer leads to the open files.
 bool isMoved()
 {
     const Listing now = listing();
