@@ -16,7 +16,7 @@ fail() {
     exit 1
 }
 
-# Moves what it installed: a package works in any folder.
+# Moves the installed files, because a package must work in any folder.
 install_package() {
     rm -rf "$2" "$2.installed"
     cmake --install "$1" --prefix "$2.installed" >/dev/null
@@ -62,7 +62,7 @@ check_reproducible() {
     rm -rf "$again"
     mkdir -p "$source"
     if [ "$preset" = visual-cpp ]; then
-        source=$root # clang-cl names what is in an anonymous namespace by the path of its source
+        source=$root # clang-cl derives names in anonymous namespaces from the path of the source
     else
         tar -C "$root" --exclude=./build --exclude=./.git --exclude=./tests -cf - . | tar -C "$source" -xf -
     fi
@@ -73,7 +73,7 @@ check_reproducible() {
     done
 }
 
-# A home for what the client stores.
+# A home for the client's settings.
 new_home() {
     export HOME=$1/home XDG_DATA_HOME=$1/home/data XDG_CONFIG_HOME=$1/home/config
     mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
