@@ -117,7 +117,7 @@ debian_packages() {
     need debootstrap git
     make_debian_packages && make_root && as_root cp build/package/*.deb "$fresh/root/root/" && in_root '
         cd /root
-        apt-get update -qq && apt-get install -qq -y --no-install-recommends ./*.deb g++ cmake ninja-build &&
+        apt-get install -qq -y ./*.deb g++ cmake ninja-build &&
             cmake -G Ninja -S /usr/share/doc/librkuinfo-dev/examples/hello -B hello && cmake --build hello &&
             [ "$(hello/hello)" = "start 1" ] && [ "$(rkuinfo --program hello get settings Starts)" = 1 ] &&
             apt-get purge -qq -y librkuinfo2018 && ! ls -d /usr/lib/*/*rkuinfo* /usr/bin/rkuinfo &&

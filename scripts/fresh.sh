@@ -27,7 +27,6 @@ make_root() {
         as_root tee "$fresh/root/etc/apt/sources.list" >/dev/null
     echo 'APT::Install-Recommends "false";' | as_root tee "$fresh/root/etc/apt/apt.conf.d/named-only" >/dev/null
     as_root git -c advice.detachedHead=false clone -q --no-hardlinks "file://$PWD" "$fresh/root/root/rkuinfo"
-    as_root cp build/package/rkuinfo-*-linux.tar.gz "$fresh/root/root/archive"
     in_root "apt-get update -qq"
 }
 
@@ -49,6 +48,7 @@ test_fresh() {
     need debootstrap git
     make_linux_package
     make_root
+    as_root cp build/package/rkuinfo-*-linux.tar.gz "$fresh/root/root/archive"
     for name in README docs/GUIDE; do
         step "${name#docs/}" "tests/docs/check.sh run $name.md fresh ~/archive"
     done
