@@ -1,5 +1,5 @@
 // Reads files like "rkuinfo import", in both formats, without writing to the registry. A tree that was read
-// must survive a round trip through either format.
+// must survive a round trip through JSON.
 #include "input.h"
 
 #include "transfer/transfer.h"
@@ -13,9 +13,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         edit(tree, isRegFile(bytes) ? fromRegFile("input", bytes, root) : fromJsonFile("input", bytes, root));
         Tree again;
         edit(again, fromJsonFile("again", documentText(toJson(tree)), root));
-        require(compare(tree, again).empty());
-        again.clear();
-        edit(again, fromRegFile("again", toRegFile(root, tree), root));
         require(compare(tree, again).empty());
     } catch (const Failure& failure) {
         require(std::string_view(failure.what()).find("again") != 0);

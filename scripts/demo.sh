@@ -97,7 +97,7 @@ run_demo() {
     start installer "${installed[@]}"
 
     show "A new user: the language comes from TARVO.ini, and the tree is created" cad
-    show "The tree" rkuinfo tree product-root
+    show "The tree" rkuinfo list product-root --recursive
     show "Another language and profile, from the command line" cad --language fr-FR --profile Work
     show "Started without arguments: language and profile come from the registry" cad
     printf '\n==== A language that is not installed: the user is asked, and says yes\n     cad --language ja-JP\n'

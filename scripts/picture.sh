@@ -27,7 +27,7 @@ run() {
     run --language en-US provision
     run set settings Display/Colors/Background int 0x204060
     run set settings Display/Title string Zeichnung
-    run --language en-US tree settings
+    run --language en-US list settings --recursive
 } | sed -e "s,Z:[^ ]*${home##*/},Z:\\\\home\\\\me,g" | awk -v columns="$columns" '
     BEGIN {
         style[1] = "h"; style[31] = "r"; style[32] = "g"; style[36] = "c"; style[90] = "q"

@@ -1,5 +1,5 @@
-// rkuinfo, run as the real program by the transcripts in cases/, each in an empty registry and an
-// application's folder of its own. cases/README describes them.
+// Runs the program rkuinfo by the transcripts in cases/, each in an empty registry and in an application's
+// folder of its own. cases/README describes them.
 #include "support/test.h"
 
 #include <cstring>
@@ -17,17 +17,7 @@ void replaceAll(std::string& text, const std::string& from, const std::string& t
     }
 }
 
-/// {k*300} is so many of them.
-std::string expanded(std::string text)
-{
-    const std::regex many(R"(\{(.)\*([0-9]+)\})");
-    for (std::smatch match; std::regex_search(text, match, many);) {
-        text.replace(match[0].first, match[0].second, std::stoul(match[2]), *match[1].first);
-    }
-    return text;
-}
-
-/// As a shell splits them, without expansions: a word may stand in single quotation marks.
+/// Splits a line as a shell does: a word may stand in single quotation marks. Expands nothing.
 std::vector<std::string> words(const std::string& line)
 {
     std::vector<std::string> all;
@@ -38,8 +28,8 @@ std::vector<std::string> words(const std::string& line)
     return all;
 }
 
-/// The lines up to the next that has a meaning of its own.
-std::string answer(std::istringstream& lines)
+/// Takes the lines up to the next that begins with #, $ or @.
+std::string takeOutput(std::istringstream& lines)
 {
     std::string all;
     for (std::string line; !std::strchr("#$@", lines.peek()) && std::getline(lines, line);) {
@@ -48,7 +38,7 @@ std::string answer(std::istringstream& lines)
     return all;
 }
 
-/// A line "..." of what is expected stands for any lines.
+/// In what is expected, a line "..." stands for any lines.
 bool matches(const std::string& expected, const std::string& actual)
 {
     const std::regex special(R"([.^$|()\[\]{}*+?\\])");
@@ -68,7 +58,7 @@ private:
         wchar_t path[MAX_PATH];
         SHGetSpecialFolderPathW(nullptr, path, CSIDL_APPDATA, TRUE); // makes it
         SHGetSpecialFolderPathW(nullptr, path, CSIDL_LOCAL_APPDATA, TRUE);
-        std::string text = expanded(readFile(m_file));
+        std::string text = readFile(m_file);
         replaceAll(text, "{app}", windowsPath(m_application.folder()));
         replaceAll(text, "{company}", m_company);
         replaceAll(text, "{ESC}", "\x1b");
@@ -77,7 +67,7 @@ private:
             if (line.starts_with('@')) {
                 prepare(words(line), lines);
             } else if (line.starts_with('$')) {
-                run(line.substr(2), answer(lines));
+                run(line.substr(2), takeOutput(lines));
             }
         }
     }
@@ -99,8 +89,6 @@ private:
             setRaw(HKEY_CURRENT_USER, asked.at(1), asked.at(2), value);
         } else if (what == "@remove") {
             std::filesystem::remove_all(m_application.folder() / asked.at(1));
-        } else if (what == "@unnamed") {
-            m_names.clear();
         } else {
             ASSERT_TRUE(what == "@file" || what == "@utf16") << what;
             std::string text;
@@ -116,7 +104,7 @@ private:
     void run(const std::string& command, const std::string& expected)
     {
         std::vector<std::string> all = words(command);
-        all.insert(all.begin(), m_names.begin(), m_names.end());
+        all.insert(all.begin(), {"--company", m_company, "--product", "Widget"}); // of which later ones win
         const std::string before = tree(HKEY_CURRENT_USER, "Software\\Acme");
         const ChildResult result = runProgram(m_program, all, {m_application.folder(), ""});
         std::string actual = result.output + result.errors;
@@ -138,7 +126,6 @@ private:
     const Application m_application{m_file.stem().string()};
     const std::filesystem::path m_program = m_application.addProgram("rkuinfo");
     const std::string m_company = companyFromOutside("Acme");
-    std::vector<std::string> m_names = {"--company", m_company, "--product", "Widget"}; ///< a rebranded one
 };
 
 const bool registered = [] {

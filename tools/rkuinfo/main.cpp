@@ -6,30 +6,22 @@
 #include <exception>
 #include <new>
 
-namespace {
-
-int run(int argc, wchar_t** argv)
-{
-    std::vector<std::string> words;
-    for (int i = 1; i < argc; ++i) {
-        words.push_back(utf8(argv[i]));
-    }
-    const int exitCode = runCommandLine(words);
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw Failure("the output cannot be written");
-    }
-    return exitCode;
-}
-
-} // namespace
-
 extern "C" int wmain(int argc, wchar_t** argv)
 {
     prepareProcess();
     std::string sentence = "out of memory"; // allocated in advance, because reporting must not allocate
     int exitCode = exitFailed;
     try {
-        return run(argc, argv);
+        std::vector<std::string> words;
+        for (int i = 1; i < argc; ++i) {
+            words.push_back(utf8(argv[i]));
+        }
+        exitCode = runCommandLine(words);
+        if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+            return exitCode;
+        }
+        sentence = "the output cannot be written";
+        exitCode = exitFailed;
     } catch (const Failure& failure) {
         sentence = failure.what();
         exitCode = failure.exitCode;

@@ -1,11 +1,6 @@
-// A command is a file of this folder, with its words, its help and what it does, and a line of
-// CMakeLists.txt:
-//
-//     void greet(Session& session) { print("hello " + session["NAME"]); }
-//     const Command greetCommand("greet", "NAME [--json]", "Print a greeting", "", greet);
-//
-// Its words are rows of the table in command_line.cpp; those in brackets may be left out. Command lines are
-// read, and help, man page and completions are made, by both.
+// A command is a file of this folder with its words, its help and its function, and a line of CMakeLists.txt:
+// CONTRIBUTING.md has an example. Its words are rows of the table in command_line.cpp; those in brackets are
+// optional. The parser, the help, the man page and the completions are generated from both.
 #pragma once
 
 #include "model/installation.h"
@@ -24,10 +19,10 @@ struct Command
     /// Sorted by name.
     static std::vector<Command>& all();
 
-    std::string_view name;
-    std::string_view words;
-    std::string_view summary;
-    std::string_view more; ///< of the help
+    std::string name;
+    std::string words;
+    std::string summary;
+    std::string more; ///< the end of its help
     void (*run)(Session&);
 };
 
@@ -41,22 +36,23 @@ void printEither(const Session& session, const Table& table, const Json& json);
 /// In the order of TarvoConfig::Path.
 std::vector<std::string> subtreeNames();
 
-/// The key that SUBTREE and KEY name, or that of the value that SUBTREE and VALUE name.
+/// The key that SUBTREE and KEY name, or the value that SUBTREE and VALUE, or KEY and --value, name.
 struct Place
 {
-    Text subtree; ///< the path of the subtree's own key
-    Text key;     ///< below it; empty for that key itself
-    Text value;   ///< its name
+    Text subtree;              ///< the path of the subtree's own key
+    Text key;                  ///< below it; empty for that key itself
+    std::optional<Text> value; ///< its name
 
     /// Throws for a path that no application could use.
     Place(const Session& session, const Installation& installation);
 
     Text path() const { return joinedKey(subtree, key); }
-    /// Opens the key; throws when it does not exist.
-    Key open(unsigned long access = KEY_READ) const;
-    /// Throws that what the session names does not exist, and which key was looked in.
+    /// Reads the key as readTree does; throws if it does not exist.
+    Tree tree(bool isDeep = true, Losses* losses = nullptr) const;
+    /// Throws that it does not exist, with its whole path.
     [[noreturn]] void failNotFound() const;
-
-private:
-    std::string m_words;
 };
+
+/// Returns the row of a key or value in a listing. People see its path below the listed key; programs read
+/// the path of its key below the subtree, its name, its type and its data.
+std::vector<Cell> rowOf(const Place& place, const Name& name, const Value& value, bool isForPeople);

@@ -1,5 +1,5 @@
-// The table of all words and options. The parser of command lines is made from it and the list of commands;
-// the man page and what shells complete are made from the parser. The only file that sees CLI11, which takes
+// The table of all words and options. The parser of command lines is built from it and the list of commands;
+// the man page and the completions are generated from the parser. No other file includes CLI11, which takes
 // long to compile.
 #include "commands/command.h"
 
@@ -8,14 +8,13 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cstdio>
+#include <functional>
 #include <sstream>
 
 namespace {
 
 using Names = std::vector<std::string>;
-
-constexpr const char* programName = "rkuinfo";
-constexpr const char* purpose = "Shows and changes what RkUInfo knows about the program in this folder.";
 
 /// A word or an option of a command line.
 struct Parameter
@@ -26,22 +25,24 @@ struct Parameter
     Names (*choices)(); ///< null when every word is accepted
 };
 
-Names languageNames()
+template <typename Rows, typename NameOf>
+Names namesOf(const Rows& rows, NameOf nameOf)
 {
     Names names;
-    for (const uinfo::Language& record : uinfo::languages) {
-        names.push_back(utf8(record.shortName));
+    for (const auto& row : rows) {
+        names.emplace_back(std::invoke(nameOf, row));
     }
     return names;
 }
 
-Names commandNames()
+Names languageNames()
 {
-    Names names;
-    for (const Command& command : Command::all()) {
-        names.emplace_back(command.name);
-    }
-    return names;
+    return namesOf(uinfo::languages, [](const uinfo::Language& record) { return utf8(record.shortName); });
+}
+
+Names typeNames()
+{
+    return namesOf(valueTypes, &ValueType::name);
 }
 
 // clang-format off
@@ -54,7 +55,6 @@ constexpr Parameter parameterTable[] = {
     {"--columns",   "N",      "lay out tables for this width, from 40 to 1000", nullptr},
     {"--color",     "WHEN",   "always, never, or auto: on a terminal", [] { return Names{"always", "never", "auto"}; }},
     // Those before are common to all commands.
-    {"COMMAND",     "", "a command", commandNames},
     {"SUBTREE",     "", "product-root ... user-config, see rkuinfo --help", subtreeNames},
     {"KEY",         "", "a key below it, with / or \\ between names", nullptr},
     {"VALUE",       "", "a value: KEY/NAME, or its NAME alone", nullptr},
@@ -62,10 +62,8 @@ constexpr Parameter parameterTable[] = {
     {"DATA",        "", "the new data; after -- if it begins with -", nullptr},
     {"TEXT",        "", "a part of a name or of data, or a number", nullptr},
     {"--as",        "TYPE",   "print the bytes as this type: double", typeNames},
-    {"--default",   "DATA",   "print this when there is no such value", nullptr},
     {"--value",     "NAME",   "remove only this value; \"\" is the default value", nullptr},
     {"--file",      "FILE",   "use a file instead of the standard stream", nullptr},
-    {"--format",    "FORMAT", "json, or reg for the Windows registry editor", [] { return Names{"json", "reg"}; }},
     {"--json",      "", "print JSON", nullptr},
     {"--recursive", "", "also list everything below", nullptr},
     {"--origin",    "", "print where the names come from", nullptr},
@@ -101,180 +99,108 @@ void add(CLI::App& app, const Parameter& parameter, bool isRequired)
     }
 }
 
-/// Makes it the parser of this program.
-void describe(CLI::App& app)
+class Parser : public CLI::App
 {
-    app.require_subcommand(1)->fallthrough()->allow_windows_style_options(
-        false); // a KEY may begin with a slash
-    app.set_help_flag("-h,--help", "print this help");
-    app.set_version_flag("-V,--version",
+public:
+    Parser() : App("Shows and changes what RkUInfo knows about the program in this folder.", "rkuinfo")
+    {
+        require_subcommand(1)->fallthrough()->allow_windows_style_options(false); // a KEY may begin with a /
+        set_help_flag("-h,--help", "print this help");
+        set_version_flag("-V,--version",
                          "rkuinfo " + utf8(GetVelaProgramVersionString()) + ' ' +
                              utf8(GetServicePackageVersionString()),
                          "print the version");
-    app.get_formatter()->column_width(22);
-    for (const auto& [label, word] :
-         {std::pair("REQUIRED", ""), {"SUBCOMMAND", "COMMAND"}, {"Positionals", "Words"}}) {
-        app.get_formatter()->label(label, word);
-    }
-    app.footer("Options may stand before or after the command.\n"
+        get_formatter()->column_width(22);
+        for (const auto& [label, word] :
+             {std::pair("REQUIRED", ""), {"SUBCOMMAND", "COMMAND"}, {"Positionals", "Words"}}) {
+            get_formatter()->label(label, word);
+        }
+        footer("Options may stand before or after the command.\n"
                "SUBTREE is product-root, version-root, language-root, profiles-root,\n"
                "current-profile, applications, recent-file-list, settings or user-config.\n"
                "Only use and provision record the names that options give.\n"
                "Exit code: 0; 1 when something is not found, different or wrong; 2 for a wrong\n"
                "command line.");
-    for (const Parameter* each = parameterTable; each->name[0] == '-'; ++each) {
-        add(app, *each, false);
-    }
-    for (const Command& command : Command::all()) {
-        CLI::App* const added = app.add_subcommand(std::string(command.name), std::string(command.summary));
-        added->group("Commands")->footer(std::string(command.more));
-        std::istringstream words{std::string(command.words)};
-        for (std::string word; words >> word;) {
-            const bool isRequired = word[0] != '[';
-            add(*added, *parameterNamed(isRequired ? word : word.substr(1, word.size() - 2)), isRequired);
+        for (const Parameter* each = parameterTable; each->name[0] == '-'; ++each) {
+            add(*this, *each, false);
+        }
+        for (const Command& command : Command::all()) {
+            App* const added = add_subcommand(command.name, command.summary);
+            added->group("Commands")->footer(command.more);
+            std::istringstream words(command.words);
+            for (std::string word; words >> word;) {
+                const bool isRequired = word[0] != '[';
+                add(*added, *parameterNamed(isRequired ? word : word.substr(1, word.size() - 2)), isRequired);
+            }
         }
     }
-}
 
-/// Those of the program, and those and the words of the command that was parsed.
-std::vector<const CLI::Option*> optionsOf(const CLI::App& app)
-{
-    std::vector<const CLI::Option*> options = app.get_options();
-    for (const CLI::App* command : app.get_subcommands()) {
-        std::ranges::copy(command->get_options(), std::back_inserter(options));
-    }
-    return options;
-}
+    void parseWords(const Names& words) { parse(Names(words.rbegin(), words.rend())); } // the last one first
 
-/// What was parsed of a command line.
-Session parsed(const CLI::App& app)
-{
-    Session session;
-    for (const CLI::Option* option : optionsOf(app)) {
-        if (option->count() > 0) {
-            session.given[option->get_name()] = option->results().back();
+    /// Returns those of the program, and those and the words of the command that was parsed.
+    std::vector<const CLI::Option*> options() const
+    {
+        std::vector<const CLI::Option*> options = get_options();
+        for (const App* command : get_subcommands()) {
+            std::ranges::copy(command->get_options(), std::back_inserter(options));
         }
+        return options;
     }
-    return session;
-}
 
-void parse(CLI::App& app, const Names& words)
-{
-    app.parse(Names(words.rbegin(), words.rend())); // CLI11 wants the last one first
-}
-
-/// CLI11's own sentence about words that are not expected differs between its versions.
-std::string explain(const CLI::App& app, const CLI::ParseError& error)
-{
-    const Names unknown = app.remaining(true);
-    const auto first = std::ranges::find_if(unknown, [](const std::string& word) { return word != "--"; });
-    const bool hasCommand = !app.get_subcommands().empty();
-    return (first == unknown.end()
-                ? error.what()
-                : '\'' + *first + (hasCommand ? "' is not expected" : "' is not a command")) +
-           "; see rkuinfo " + (hasCommand ? "help " + app.get_subcommands().front()->get_name() : "--help");
-}
-
-void help(Session& session)
-{
-    CLI::App app(purpose, programName);
-    describe(app);
-    print(session.has("COMMAND") ? app.get_subcommand(session["COMMAND"])->help(programName) : app.help());
-}
-
-const Command helpCommand("help", "[COMMAND]", "Print the help of a command", "", help);
-
-// ---- Completion and man page
-
-/// The keys right below the part of a path up to its last separator, and the values for a VALUE.
-Names paths(Session session, const std::string& word, bool withValues)
-{
-    const std::string above = word.substr(0, word.find_last_of("/\\") + 1);
-    session.given["KEY"] = above;
-    const Key key = Place(session, Installation(session)).open();
-    Names found;
-    for (const Text& name : key.keys()) {
-        found.push_back(above + utf8(name) + '/');
+    /// CLI11's own sentence about words that are not expected differs between its versions.
+    std::string explain(const CLI::ParseError& error) const
+    {
+        const Names unknown = remaining(true);
+        const auto first = std::ranges::find_if(unknown, [](const auto& word) { return word != "--"; });
+        const std::string command =
+            get_subcommands().empty() ? "" : get_subcommands().front()->get_name() + ' ';
+        return (first == unknown.end()
+                    ? error.what()
+                    : '\'' + *first + (command.empty() ? "' is not a command" : "' is not expected")) +
+               "; see rkuinfo " + command + "--help";
     }
-    for (const Value& value : withValues ? key.values() : std::vector<Value>()) {
-        found.push_back(above + utf8(value.name));
-    }
-    return found;
-}
+};
 
-/// Prints what may stand in place of the last word, one a line. The first word is "complete" itself.
-void complete(const Names& words)
+/// Prints the commands, options or subtrees that may stand in place of the last word, one a line.
+void complete(Names words)
 {
-    const std::string last = words.size() > 1 ? words.back() : "";
-    Names before(words.begin() + 1, std::max(words.begin() + 1, words.end() - 1));
-    const Parameter* next = before.empty() ? nullptr : parameterNamed(before.back());
-    const bool isValue = next != nullptr && *next->value != 0; // of the option before it
-    before.resize(before.size() - (isValue ? 1 : 0));
-    CLI::App app(purpose, programName);
-    describe(app);
+    const std::string last = words.back();
+    words.pop_back();
+    const Parameter* const before = words.empty() ? nullptr : parameterNamed(words.back());
+    if (before != nullptr && *before->value != 0) {
+        return; // the value of an option
+    }
+    Parser parser;
     try {
-        parse(app, before);
-    } catch (const CLI::ParseError&) { // what is missing follows
+        parser.parseWords(words);
+    } catch (const CLI::ParseError&) { // about what is missing
     }
-    Names found;
-    if (!isValue) {
-        const std::vector<const CLI::Option*> options = optionsOf(app);
-        const auto open = std::ranges::find_if(
-            options, [](const CLI::Option* each) { return each->get_positional() && each->count() == 0; });
-        next = open == options.end() ? nullptr : parameterNamed((*open)->get_name());
-    }
-    const std::string_view name = next != nullptr ? next->name : "";
-    if (!isValue && last.starts_with('-')) {
-        std::ranges::transform(optionsOf(app), std::back_inserter(found),
-                               [](const CLI::Option* each) { return each->get_name(); });
-    } else if (!isValue && app.get_subcommands().empty()) {
-        found = commandNames();
-    } else if (next != nullptr && next->choices != nullptr) {
-        found = next->choices();
-    } else if (name == "KEY" || name == "VALUE") {
-        found = paths(parsed(app), last, name == "VALUE");
+    Names found = parser.get_subcommands().empty() ? namesOf(Command::all(), &Command::name) : Names();
+    for (const CLI::Option* option : parser.options()) {
+        if (last.starts_with('-')) {
+            found.push_back(option->get_name());
+        } else if (option->get_name() == "SUBTREE" && option->count() == 0) {
+            found = subtreeNames();
+        }
     }
     for (const std::string& each : found) {
-        if (each.starts_with(last) && shown(each) == each) {
+        if (each.starts_with(last)) {
             print(each);
         }
     }
 }
 
-std::string roff(std::string_view text)
-{
-    std::string out;
-    for (const char each : text) {
-        out += each == '\\' ? "\\e" : each == '-' ? "\\-" : std::string(1, each);
-    }
-    return out;
-}
-
-void printManualItems(const CLI::App& app)
-{
-    for (const CLI::Option* option : app.get_options()) {
-        if (option != app.get_help_ptr() || app.get_parent() == nullptr) {
-            print(".TP\n.B \"" + roff(option->get_name(false, true) + ' ' + option->get_type_name()) +
-                  "\"\n" + roff(option->get_description()));
-        }
-    }
-}
-
+/// Prints the middle of the man page: every help.
 void printManual()
 {
-    CLI::App app(purpose, programName);
-    describe(app);
-    print(".SH OPTIONS\nThese may stand before or after the command.");
-    printManualItems(app);
-    print(".SH COMMANDS");
-    for (const Command& each : Command::all()) {
-        print(".SS \"" + roff(each.name) + ' ' + roff(each.words) + "\"\n" + roff(each.summary) + ".\n" +
-              roff(each.more));
-        printManualItems(*app.get_subcommand(std::string(each.name)));
+    Parser parser;
+    print(parser.help());
+    for (const Command& command : Command::all()) {
+        print(parser.get_subcommand(command.name)->help("rkuinfo"));
     }
 }
 
-/// The key as the library accepts it: with \ for /, and none at its ends.
+/// Returns the key as the library accepts it: with \ for /, and none at its ends.
 Text normalised(const std::string& key)
 {
     Text path = utf16(key);
@@ -301,36 +227,39 @@ std::vector<Command>& Command::all()
 int runCommandLine(const std::vector<std::string>& words)
 {
     const std::string first = words.empty() ? "" : words.front();
-    if (first == "complete") {
-        complete(words);
+    if (first == "complete" && words.size() > 1) {
+        complete(Names(words.begin() + 1, words.end()));
         return 0;
     }
     if (first == "manual") {
         printManual();
         return 0;
     }
-    CLI::App app(purpose, programName);
-    describe(app);
+    Parser parser;
     try {
-        parse(app, words);
-    } catch (const CLI::CallForHelp&) {
-        print(app.help());
-        return 0;
-    } catch (const CLI::CallForVersion& version) {
-        print(version.what());
-        return 0;
+        parser.parseWords(words);
     } catch (const CLI::ParseError& error) {
-        throw Failure(explain(app, error), exitUsage);
+        std::ostringstream out;
+        if (parser.exit(error, out, out) != 0) {
+            throw Failure(parser.explain(error), {}, exitUsage);
+        }
+        std::fputs(out.str().c_str(), stdout); // the help or the version
+        return 0;
     }
-    Session session = parsed(app);
-    std::ranges::find(Command::all(), app.get_subcommands().front()->get_name(), &Command::name)
+    Session session;
+    for (const CLI::Option* option : parser.options()) {
+        if (option->count() > 0) {
+            session.given[option->get_name()] = option->results().back();
+        }
+    }
+    std::ranges::find(Command::all(), parser.get_subcommands().front()->get_name(), &Command::name)
         ->run(session);
     return session.exitCode;
 }
 
 void printEither(const Session& session, const Table& table, const Json& json)
 {
-    session.has("--json") ? print(documentText(json)) : table.print(session.layout());
+    session.has("--json") ? print(documentText(json)) : printTable(table, session.layout());
 }
 
 std::vector<std::string> subtreeNames()
@@ -341,9 +270,6 @@ std::vector<std::string> subtreeNames()
 
 Place::Place(const Session& session, const Installation& installation)
 {
-    for (const char* const word : {"SUBTREE", "KEY", "VALUE", "--value"}) {
-        m_words += session[word].empty() ? "" : (m_words.empty() ? "" : " ") + session[word];
-    }
     const Names names = subtreeNames();
     const auto number = std::ranges::find(names, session["SUBTREE"]) - names.begin();
     subtree = installation.path(static_cast<TarvoConfig::Path>(number));
@@ -351,23 +277,25 @@ Place::Place(const Session& session, const Installation& installation)
     if (session.has("VALUE")) {
         value = lastName(key);
         key = parentKey(key);
+    } else if (session.has("--value")) {
+        value = utf16(session["--value"]);
     }
-    if (!isUsablePath(path()) || value.size() > longestValueName) {
-        throw Failure(m_words +
-                      ": a path has at most 1020 characters, the name of a key 255 and of a value 1023");
+    if (!isUsablePath(path()) || (value && value->size() > longestValueName)) {
+        throw Failure("a path has at most 1020 characters, the name of a key 255 and of a value 1023");
     }
 }
 
-Key Place::open(unsigned long access) const
+Tree Place::tree(bool isDeep, Losses* losses) const
 {
-    std::optional<Key> found = Key::find(path(), access);
-    if (!found) {
+    Tree tree = readTree(path(), isDeep, losses);
+    if (tree.empty()) {
         failNotFound();
     }
-    return std::move(*found);
+    return tree;
 }
 
 void Place::failNotFound() const
 {
-    throw Failure(m_words + ": not found (looked in HKEY_CURRENT_USER\\" + utf8(path()) + ')');
+    const std::string name = !value ? "" : '\\' + (value->empty() ? "(default)" : utf8(*value));
+    throw Failure("HKEY_CURRENT_USER\\" + utf8(path()) + name + ": not found");
 }

@@ -1,4 +1,4 @@
-// rkuinfo doctor. Codes and severities are a contract, which the man page lists.
+// rkuinfo doctor. Its codes and severities are a contract, which the man page lists.
 #include "commands/command.h"
 
 #include "installation/names.h"
@@ -15,7 +15,7 @@ struct Finding
 {
     std::string code;
     bool isError;
-    std::vector<std::string> subjects; ///< findings that only differ in them are one
+    std::vector<std::string> subjects; ///< of findings that only differ in them
     std::string problem;
     std::string remedy;
 };
@@ -27,14 +27,9 @@ public:
 
     std::vector<Finding> examine()
     {
-        if (const std::optional<Trouble> trouble = registryTrouble()) {
-            add(error, "registry", "registry", trouble->problem, trouble->remedy);
+        if (!passes("registry", "registry", [] { keyExists(rkuinfo::text(L"Software")); })) {
             checkWritable({}); // its owner may be the cause
             return m_findings; // nothing else can be known
-        }
-        if (const std::string file = earlierRegistry(); !file.empty()) {
-            add(note, "earlier-registry", file, "a registry of an earlier version, which is not read",
-                "export it by the rkuinfo of that version, import the file, and remove it");
         }
         const Text folder = m_session.has("--program") ? fullFolder(m_session["--program"])
                                                        : rkuinfo::text(GetVelaProgramPath);
@@ -48,7 +43,10 @@ public:
             });
         }
         for (const std::string& loss : m_losses) {
-            add(error, "tree-damaged", "registry", loss, salvage());
+            add(error, "tree-damaged", "registry", loss,
+                "save what can be read: " + command("export product-root --salvage --file saved.json") +
+                    ", then remove the tree and restore it: " + command("rm product-root --all") + " and " +
+                    command("import product-root --file saved.json"));
         }
         return m_findings;
     }
@@ -67,7 +65,25 @@ private:
         }
     }
 
-    /// A command line that acts on the same installation, in another language if one is named.
+    /// Makes a check that throws into a finding. Returns whether it did not throw.
+    template <typename Check>
+    bool passes(const char* code, const std::string& subject, const Check& check)
+    {
+        try {
+            check();
+            return true;
+        } catch (const Failure& failure) {
+            add(error, code, subject, failure.problem, failure.remedy);
+            return false;
+        }
+    }
+
+    void checkWritable(const Text& key)
+    {
+        passes("tree-unwritable", key.empty() ? "registry" : utf8(key), [&] { requireWritable(key); });
+    }
+
+    /// Returns a command line that acts on the same installation, in another language if one is named.
     std::string command(const std::string& words, const std::string& language = {}) const
     {
         Session session = m_session;
@@ -75,13 +91,6 @@ private:
             session.given["--language"] = language;
         }
         return session.commandLine(words);
-    }
-
-    std::string salvage() const
-    {
-        return "save what can be read: " + command("export product-root --salvage --file saved.json") +
-               ", then remove the tree and restore it: " + command("rm product-root --all") + " and " +
-               command("import product-root --file saved.json");
     }
 
     // ---- INI files
@@ -104,11 +113,7 @@ private:
                 "replace it, or allow the user to read it");
             return false;
         }
-        const bool isWide = bytes->starts_with("\xff\xfe") || bytes->starts_with("\xfe\xff");
-        if (bytes->find('[') == std::string::npos || (!isWide && bytes->find('\0') != std::string::npos)) {
-            add(error, "ini-garbled", utf8(path), "not an INI file: it has no section",
-                "write it again, as plain text with the section [" + utf8(uinfo::productSection) + ']');
-        } else if (bytes->starts_with("\xef\xbb\xbf")) {
+        if (bytes->starts_with("\xef\xbb\xbf")) {
             add(error, "ini-mark", utf8(path),
                 "it begins with a UTF-8 mark: Windows ignores its first section",
                 "save it without the mark, or as UTF-16");
@@ -119,42 +124,27 @@ private:
     void checkIni(const Installation& installation)
     {
         const std::string section = '[' + utf8(uinfo::productSection) + ']';
-        const std::string file = utf8(uinfo::tarvoIni) + ": ";
         const auto entry = [&](const wchar_t* key) {
-            return installation.iniText(uinfo::tarvoIni, uinfo::productSection, key);
+            return installation.iniText(uinfo::productSection, key);
         };
         const Text id = entry(uinfo::localeIdKey);
-        const bool hasCompany = !entry(uinfo::companyNameKey).empty();
-        const bool hasProduct = !entry(uinfo::productNameKey).empty();
-        const bool isEmpty = id.empty() && !hasCompany && !hasProduct;
         const Text path = installation.folder + rkuinfo::text(uinfo::tarvoIni);
-        if (exists(path) && (isEmpty || (!hasCompany && !m_session.has("--company")) ||
-                             (!hasProduct && !m_session.has("--product")))) {
-            const std::string key = utf8(hasCompany ? uinfo::productNameKey : uinfo::companyNameKey);
-            add(isEmpty ? error : note, "ini-names", utf8(path),
-                isEmpty ? "it has no section " + section + " that names company or product"
-                        : "it has no " + key + " in " + section + ": the default is used",
-                "write " + key + "= and the name into its section " + section);
-        }
-        const std::string names = '[' + utf8(uinfo::localeNamesSection) + ']';
-        std::vector<Text> ids = {id};
-        for (const LanguageState& state : installation.languages) {
-            ids.push_back(utf16(std::to_string(state.record.lcid)));
-        }
-        ids.erase(std::remove(ids.begin() + 1, ids.end(), id), ids.end());
-        for (const Text& each : ids) {
-            const Text name =
-                installation.iniText(uinfo::tarvoIni, uinfo::localeNamesSection, rkuinfo::Argument(each));
-            if (name.empty() && each == id && !id.empty()) {
-                add(error, "locale-unmapped",
-                    file + section + ' ' + utf8(uinfo::localeIdKey) + '=' + utf8(id),
-                    "the number is not mapped to a language",
-                    "add " + utf8(id) + "=xx-XX to its section " + names);
-            } else if (!name.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(name))) {
-                add(error, "locale-mapping", file + names + ' ' + utf8(each) + '=' + utf8(name),
-                    "the name is not that of a language",
-                    "write one of the fifteen short names, such as en-US");
+        const bool isEmpty =
+            id.empty() && entry(uinfo::companyNameKey).empty() && entry(uinfo::productNameKey).empty();
+        for (const auto& [option, key] :
+             {std::pair("--company", uinfo::companyNameKey), {"--product", uinfo::productNameKey}}) {
+            if (exists(path) && entry(key).empty() && (isEmpty || !m_session.has(option))) {
+                add(isEmpty ? error : note, "ini-names", utf8(path),
+                    "it has no " + utf8(key) + " in a section " + section + ": the default is used",
+                    "write " + utf8(key) + "= and the name into that section");
             }
+        }
+        const Text language = installation.iniText(uinfo::localeNamesSection, rkuinfo::Argument(id));
+        if (!id.empty() && !TarvoLanguage::isValidShortName(rkuinfo::Argument(language))) {
+            add(error, "locale-unmapped", utf8(path),
+                utf8(uinfo::localeIdKey) + '=' + utf8(id) + " is not mapped to a language",
+                "write " + utf8(id) + "=xx-XX, such as en-US, into its section [" +
+                    utf8(uinfo::localeNamesSection) + ']');
         }
         const Text product = installation.folder + rkuinfo::text(uinfo::productIni);
         if (exists(product) && installation.commandPrefix().empty()) {
@@ -170,21 +160,21 @@ private:
     void checkLanguages(const Installation& installation)
     {
         for (const LanguageState& state : installation.languages) {
+            const auto addFault = [&](const char* code, const std::string& problem,
+                                      const std::string& otherRemedy = "") {
+                add(error, code, state.name(), problem, "install it again" + otherRemedy);
+            };
             const bool hasFolder = state.installed != uinfo::Installed::noFolder;
             const std::string library = "the language's " + utf8(uinfo::languageLibrary);
             if (state.installed == uinfo::Installed::emptyFolder) {
-                add(error, "language-empty", state.name(), "the language's folder has no library",
-                    "install it again, or remove the folder");
+                addFault("language-empty", "the language's folder has no library", ", or remove the folder");
             } else if (hasFolder && !state.hasResources) {
-                add(error, "language-library", state.name(), library + " cannot be loaded",
-                    "install it again");
+                addFault("language-library", library + " cannot be loaded");
             } else if (!state.other.empty()) {
-                add(error, "language-other", state.name(), library + " is of " + state.other,
-                    "install it again");
+                addFault("language-other", library + " is of " + state.other);
             } else if (!hasFolder && state.hasEntry && installation.needsEntries) {
-                add(error, "language-folder", state.name(),
-                    "the language has an uninstall entry and no folder",
-                    "install it again, or remove the entry");
+                addFault("language-folder", "it has an uninstall entry and no folder",
+                         ", or remove the entry");
             }
         }
         if (installation.preferred == uinfo::unknownLanguage) {
@@ -209,6 +199,10 @@ private:
     {
         const std::vector<Origin> origins = installation.origins();
         for (const Origin& used : origins) {
+            if (used.problem == "unreadable") {
+                add(error, "tree-damaged", used.name, used.source + " cannot be read",
+                    "record it again: " + command("use"));
+            }
             for (const Origin& other : origins) {
                 if (used.isUsed && used.name == other.name && !other.value.empty() &&
                     other.source != "the default" && used.source != "the command line" &&
@@ -235,42 +229,29 @@ private:
             }
         }
         const Text product = installation.path(TarvoConfig::eProductRoot);
-        guard(&m_losses, [&] {
-            if (std::optional<Key> key = Key::find(product)) {
-                readTree(std::move(*key), &m_losses);
-            }
-        });
+        guard(&m_losses, [&] { readTree(product, true, &m_losses); });
         checkWritable(product);
-        if (installation.preferred != uinfo::unknownLanguage && installation.whyNotWanted().empty() &&
-            m_losses.empty()) {
+        if (installation.hasLanguage() && m_losses.empty()) {
             checkProfile(installation);
         }
     }
 
-    void checkWritable(const Text& key)
-    {
-        if (const std::optional<Trouble> trouble = writeTrouble(key)) {
-            add(error, "tree-unwritable", key.empty() ? "registry" : utf8(key), trouble->problem,
-                trouble->remedy);
-        }
-    }
-
-    /// The default profile's key comes with its first setting.
+    /// The default profile's key is created with its first setting.
     void checkProfile(const Installation& installation)
     {
         const Text root = installation.path(TarvoConfig::eProfilesRoot);
         const uinfo::Choice choice = installation.profile();
-        const std::string name = utf8(choice.value());
-        if (!Key::find(root)) {
+        const Text name = rkuinfo::text(choice.value());
+        if (!keyExists(root)) {
             add(error, "no-tree", utf8(root), "the user has no such key",
                 m_session.has("--program") ? "start the application once, which creates the user's tree"
                                            : "create the user's tree: " + command("provision"));
         } else if (choice.decision().source == uinfo::Source::builtIn) {
             add(error, "no-profile", utf8(root), "no profile is the current one",
                 "choose one: " + command("use"));
-        } else if (!equalIgnoringCase(utf16(name), rkuinfo::text(uinfo::defaultProfile)) &&
-                   !Key::find(joinedKey(root, utf16(name)))) {
-            add(error, "profile-missing", name, "the current profile has no key",
+        } else if (!equalIgnoringCase(name, rkuinfo::text(uinfo::defaultProfile)) &&
+                   !keyExists(joinedKey(root, name))) {
+            add(error, "profile-missing", utf8(name), "the current profile has no key",
                 "create it: " + command("use"));
         }
     }
@@ -283,21 +264,19 @@ private:
 void doctor(Session& session)
 {
     const std::vector<Finding> findings = Doctor(session).examine();
-    const Layout layout = session.layout();
     Table table;
     Json list = Json::array();
     for (const auto& [code, isError, subjects, problem, remedy] : findings) {
         std::string all;
         for (const std::string& subject : subjects) {
-            all += (all.empty() ? "" : ", ") + shown(subject);
+            all += (all.empty() ? "" : ", ") + subject;
         }
         const Cell severity = {isError ? "error" : "note", isError ? Style::bad : Style::quiet};
-        if (layout.columns) {
-            table.addRow(
-                {severity, {problem.starts_with(all) ? shown(problem) : all + ": " + shown(problem)}});
-            table.addRow({{"remedy", Style::good}, {shown(remedy)}});
+        if (session.layout().columns) {
+            table.push_back({severity, {shown(problem.starts_with(all) ? problem : all + ": " + problem)}});
+            table.push_back({{"remedy", Style::good}, {shown(remedy)}});
         } else {
-            table.addRow({severity, {code}, {all}, {shown(problem)}, {shown(remedy)}});
+            table.push_back({severity, {code}, {shown(all)}, {shown(problem)}, {shown(remedy)}});
         }
         list.push_back({{"code", code},
                         {"severity", severity.text},

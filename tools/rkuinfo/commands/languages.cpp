@@ -17,12 +17,12 @@ void languages(Session& session)
         const std::string library = !state.other.empty()                 ? "library of " + state.other
                                     : isInstalled && !state.hasResources ? "no library to load"
                                                                          : "";
-        table.addRow({{state.name(), Style::name},
-                      {shown(state.localName.value_or(rkuinfo::text(state.record.globalName)))},
-                      {isInstalled ? "installed" : state.whyNot(), isBroken      ? Style::bad
-                                                                   : isInstalled ? Style::good
-                                                                                 : Style::quiet},
-                      {library, Style::bad}});
+        table.push_back({{state.name(), Style::name},
+                         {shown(state.localName.value_or(rkuinfo::text(state.record.globalName)))},
+                         {isInstalled ? "installed" : state.whyNot(), isBroken      ? Style::bad
+                                                                      : isInstalled ? Style::good
+                                                                                    : Style::quiet},
+                         {library, Style::bad}});
         list.push_back({{"language", state.name()},
                         {"id", state.record.lcid},
                         {"name", utf8(state.record.globalName)},

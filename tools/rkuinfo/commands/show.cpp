@@ -7,158 +7,134 @@ namespace {
 
 using rkuinfo::Argument;
 
-/// Describes one installation. The library's own functions return the same to the program that asks them.
-class Report
+Json textJson(const Text& text)
 {
-public:
-    Report(const Installation& installation, const Layout& layout)
-        : m_of(installation),
-          m_language(installation.chosenLanguage()),
-          m_name(m_language.record.shortName),
-          m_isForPeople(layout.columns.has_value())
-    {
-        addIdentity();
-        addProgram();
-        addFolders("roaming", rkuinfo::text(GetUserApplicationDataPath));
-        addFolders("local", rkuinfo::text(GetUserLocalApplicationDataPath));
-        addRegistry();
+    return text.empty() ? Json() : toJson(text);
+}
+
+Json placeJson(const Text& path, bool isThere)
+{
+    return {{"path", textJson(path)}, {"exists", isThere}};
+}
+
+Json fileJson(const Text& path)
+{
+    return placeJson(path, exists(path));
+}
+
+Json identity(const Installation& of)
+{
+    const LanguageState& language = of.chosenLanguage();
+    wchar_t stamp[64] = {};
+    GetVerNum(stamp, 64, false);
+    return {{"company", textJson(rkuinfo::text(of.company.value()))},
+            {"product", textJson(rkuinfo::text(of.product.value()))},
+            {"product-type", uinfo::productType(of.product.value())},
+            {"version", textJson(rkuinfo::text(GetVelaProgramVersionString()))},
+            {"service-pack", textJson(rkuinfo::text(GetServicePackageVersionString()))},
+            {"build", textJson(rkuinfo::text(stamp))},
+            {"language", language.name()},
+            {"language-name", utf8(language.record.globalName)},
+            {"local-name", textJson(language.localName.value_or(Text()))},
+            {"language-id", language.record.lcid},
+            {"profile", textJson(rkuinfo::text(of.profile().value()))},
+            {"command-prefix", textJson(of.commandPrefix())}};
+}
+
+Json program(const Installation& of)
+{
+    const Text cache = of.folder + rkuinfo::text(uinfo::userDataCache);
+    return {{"program-folder", fileJson(of.folder)},
+            {"resources", fileJson(of.chosenLanguage().folder)},
+            {"help-viewer", fileJson(of.folder + rkuinfo::text(uinfo::helpViewer))},
+            {"user-data-cache", fileJson(cache)},
+            {"language-cache", fileJson(joinedKey(cache, of.language()))}};
+}
+
+Json folders(const Installation& of, bool isRoaming)
+{
+    using enum uinfo::UserFolder;
+    const Text applicationData =
+        rkuinfo::text(isRoaming ? GetUserApplicationDataPath : GetUserLocalApplicationDataPath);
+    const auto append = [&](uinfo::BoundedText& path, uinfo::UserFolder folder) {
+        return path.append(Argument(applicationData)) &&
+               uinfo::appendUserFolder(path, folder,
+                                       {of.company.value(), of.product.value(), Argument(of.language())});
+    };
+    Json json = {{"application-data", fileJson(applicationData)}};
+    const auto add = [&](const char* name, uinfo::UserFolder folder) {
+        json[name] = fileJson(Installation::composed([&](auto& path) { return append(path, folder); }));
+    };
+    add("company", company);
+    add("product", product);
+    add("version", version);
+    add("language", language);
+    if (!isRoaming) {
+        add("template", templates);
+        return json;
     }
+    add("support", support);
+    add("plotters", plotters);
+    add("crash-report", crashReport);
+    add("printstyle", printstyle);
+    const std::optional<Text> stored = of.storedPath(TarvoConfig::eUserConfig, uinfo::styleFileValue);
+    json["ui-style"] = fileJson(stored ? *stored : Installation::composed([&](auto& path) {
+        return append(path, support) && uinfo::appendStyleFile(path);
+    }));
+    return json;
+}
 
-    const Table& table() const { return m_table; }
-    const Json& json() const { return m_json; }
-
-private:
-    void begin(const char* section)
-    {
-        m_section = section;
-        m_table.addHeading(section);
+Json registry(const Installation& of)
+{
+    Json json;
+    const auto add = [&](const std::string& name, const Text& path) {
+        json[name] = placeJson(path, keyExists(path));
+    };
+    std::int32_t number = 0;
+    for (const std::string& name : subtreeNames()) {
+        add(name, of.path(static_cast<TarvoConfig::Path>(number++)));
     }
-
-    void add(const std::string& name, const Text& value, const Json& json, bool isMissing = false)
-    {
-        const bool isQuiet = isMissing || value.empty();
-        m_table.addRow(
-            {{(m_isForPeople ? "" : m_section + '.') + name, Style::name}, // programs need it to be unique
-             {isMissing ? "missing" : "", Style::quiet},
-             {value.empty() ? "(none)" : shown(value), isQuiet ? Style::quiet : Style::plain}});
-        m_json[m_section][name] = json;
-    }
-
-    void addText(const char* name, const Text& value)
-    {
-        add(name, value, value.empty() ? Json() : toJson(value));
-    }
-
-    void addNumber(const char* name, long number) { add(name, utf16(std::to_string(number)), number); }
-
-    void addPlace(const std::string& name, const Text& path, bool isThere)
-    {
-        add(name, path, {{"path", path.empty() ? Json() : toJson(path)}, {"exists", isThere}}, !isThere);
-    }
-
-    void addFile(const char* name, const Text& path) { addPlace(name, path, exists(path)); }
-
-    void addIdentity()
-    {
-        begin("identity");
-        wchar_t stamp[64] = {};
-        GetVerNum(stamp, 64, false);
-        addText("company", rkuinfo::text(m_of.company.value()));
-        addText("product", rkuinfo::text(m_of.product.value()));
-        addNumber("product-type", uinfo::productType(m_of.product.value()));
-        addText("version", rkuinfo::text(GetVelaProgramVersionString()));
-        addText("service-pack", rkuinfo::text(GetServicePackageVersionString()));
-        addText("build", rkuinfo::text(stamp));
-        addText("language", m_of.language());
-        addText("language-name", rkuinfo::text(m_language.record.globalName));
-        addText("local-name", m_language.localName.value_or(Text()));
-        addNumber("language-id", m_language.record.lcid);
-        addText("profile", rkuinfo::text(m_of.profile().value()));
-        addText("command-prefix", m_of.commandPrefix());
-    }
-
-    void addProgram()
-    {
-        begin("program");
-        const Text cache = m_of.folder + rkuinfo::text(uinfo::userDataCache);
-        addFile("program-folder", m_of.folder);
-        addFile("resources", m_language.folder);
-        addFile("help-viewer", m_of.folder + rkuinfo::text(uinfo::helpViewer));
-        addFile("user-data-cache", cache);
-        addFile("language-cache", joinedKey(cache, m_of.language()));
-    }
-
-    void addFolders(const char* section, const Text& applicationData)
-    {
-        using enum uinfo::UserFolder;
-        begin(section);
-        const bool isRoaming = m_section == "roaming";
-        const auto folderOf = [&](uinfo::BoundedText& path, uinfo::UserFolder folder) {
-            return path.append(Argument(applicationData)) &&
-                   uinfo::appendUserFolder(path, folder,
-                                           {m_of.company.value(), m_of.product.value(), m_name});
-        };
-        const auto add = [&](const char* name, uinfo::UserFolder folder) {
-            addFile(name, m_of.composed([&](auto& path) { return folderOf(path, folder); }));
-        };
-        addFile("application-data", applicationData);
-        add("company", company);
-        add("product", product);
-        add("version", version);
-        add("language", language);
-        if (!isRoaming) {
-            add("template", templates);
-            return;
-        }
-        add("support", support);
-        add("plotters", plotters);
-        add("crash-report", crashReport);
-        add("printstyle", printstyle);
-        const std::optional<Text> stored = m_of.storedPath(TarvoConfig::eUserConfig, uinfo::styleFileValue);
-        addFile("ui-style", stored ? *stored : m_of.composed([&](auto& path) {
-            return folderOf(path, support) && uinfo::appendStyleFile(path);
-        }));
-    }
-
-    void addRegistry()
-    {
-        begin("registry");
-        const auto addKey = [this](const std::string& name, const Text& path) {
-            addPlace(name, path, Key::find(path).has_value());
-        };
-        std::int32_t number = 0;
-        for (const std::string& name : subtreeNames()) {
-            addKey(name, m_of.path(static_cast<TarvoConfig::Path>(number++)));
-        }
-        addKey("profile-config", m_of.composed([this](auto& key) {
-            return key.append(Argument(m_of.path(TarvoConfig::eCurrentProfile))) &&
+    add("profile-config", Installation::composed([&](auto& key) {
+            return key.append(Argument(of.path(TarvoConfig::eCurrentProfile))) &&
                    uinfo::appendProfileConfig(key);
         }));
-        addText("custom-resources",
-                m_of.storedPath(TarvoConfig::eCurrentProfile, uinfo::customResourcesValue).value_or(Text()));
+    json["custom-resources"] =
+        textJson(of.storedPath(TarvoConfig::eCurrentProfile, uinfo::customResourcesValue).value_or(Text()));
+    return json;
+}
+
+/// Makes a row of each member; its name is unique for programs.
+Table tableOf(const Json& json, bool isForPeople)
+{
+    Table table;
+    for (const auto& [section, members] : json.items()) {
+        table.push_back({{section, Style::heading}});
+        for (const auto& [name, member] : members.items()) {
+            const bool isMissing = member.is_object() && !member.value("exists", true);
+            const Json& value = member.is_object() ? member.value("path", member) : member;
+            const std::string text = value.is_null()     ? "(none)"
+                                     : value.is_string() ? value.get<std::string>()
+                                                         : value.dump();
+            table.push_back({{(isForPeople ? "" : section + '.') + name, Style::name},
+                             {isMissing ? "missing" : "", Style::quiet},
+                             {shown(text), isMissing || value.is_null() ? Style::quiet : Style::plain}});
+        }
     }
+    return table;
+}
 
-    const Installation& m_of;
-    const LanguageState& m_language;
-    const wchar_t* m_name; ///< of the language
-    const bool m_isForPeople;
-    std::string m_section;
-    Table m_table;
-    Json m_json;
-};
-
-/// What start-up asks for each name, and what it hears.
+/// Prints the sources of each name in the order in which start-up reads them.
 void showOrigins(const Session& session, const std::vector<Origin>& origins)
 {
     Table table;
     Json json;
     for (const auto& [name, source, value, problem, isUsed] : origins) {
-        table.addRow({{name, Style::name},
-                      {source},
-                      {isUsed ? "used" : problem, isUsed ? Style::good : Style::quiet},
-                      {shown(value), isUsed ? Style::plain : Style::quiet}});
+        table.push_back({{name, Style::name},
+                         {source},
+                         {isUsed ? "used" : problem, isUsed ? Style::good : Style::quiet},
+                         {shown(value), isUsed ? Style::plain : Style::quiet}});
         json[name].push_back({{"source", source},
-                              {"value", value.empty() ? Json() : toJson(value)},
+                              {"value", textJson(value)},
                               {"problem", problem.empty() ? Json() : Json(problem)},
                               {"used", isUsed}});
     }
@@ -172,14 +148,18 @@ void show(Session& session)
         showOrigins(session, installation.origins());
         return;
     }
-    const Report report(installation, session.layout());
-    printEither(session, report.table(), report.json());
+    const Json json = {{"identity", identity(installation)},
+                       {"program", program(installation)},
+                       {"roaming", folders(installation, true)},
+                       {"local", folders(installation, false)},
+                       {"registry", registry(installation)}};
+    printEither(session, tableOf(json, session.layout().columns.has_value()), json);
 }
 
 const Command showCommand({"show", "[--origin] [--json]",
                            "Show the names in use, and where folders, files and keys are",
-                           "What does not exist is marked as missing. --origin prints what each source\n"
-                           "says: the first with a name is used.",
+                           "What does not exist is marked as missing. --origin prints every source of each\n"
+                           "name: start-up uses the first that has one.",
                            show});
 
 } // namespace

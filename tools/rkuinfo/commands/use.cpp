@@ -13,14 +13,15 @@ void use(Session& session)
     const Text profiles = installation.path(TarvoConfig::eProfilesRoot);
     const Text profile = rkuinfo::text(installation.profile().value());
     const auto record = [](const Text& key, const wchar_t* name, const wchar_t* text) {
-        Key::make(key).set(textValue(rkuinfo::text(name), rkuinfo::text(text)));
+        const Value value = textValue(rkuinfo::text(name), rkuinfo::text(text));
+        carryOut(key, {{{{}, value.name}, nullptr, &value}});
     };
     record(installation.companyRoot, uinfo::currentProductValue, installation.product.value());
     record(installation.path(TarvoConfig::eVersionRoot), uinfo::currentLanguageValue,
            Argument(installation.language()));
     record(profiles, L"", Argument(profile));
-    if (session.has("--profile")) {
-        Key::make(joinedKey(profiles, profile));
+    if (const Value none; session.has("--profile")) {
+        carryOut(profiles, {{{profile}, nullptr, &none}});
     }
     print(shown(utf8(installation.product.value())) + ' ' + utf8(installation.language()) + ' ' +
           shown(profile));
@@ -32,7 +33,7 @@ void provision(Session& session)
     if (session.has("--program")) {
         throw Failure("provision starts the library, which only knows the folder of its own program: run the "
                       "rkuinfo in that folder",
-                      exitUsage);
+                      {}, exitUsage);
     }
     const Argument company(utf16(session["--company"]));
     const Argument product(utf16(session["--product"]));
@@ -44,8 +45,7 @@ void provision(Session& session)
     }
     const Text root = rkuinfo::text(GetRegistryProductNameRootKey);
     if (CreateConfigReg() != TarvoConfig::eOk) {
-        Key::make(root); // throws why
-        throw Failure(shown(root) + ": not created");
+        throw Failure(utf8(root) + ": not created: see rkuinfo doctor");
     }
     print(shown(root));
 }

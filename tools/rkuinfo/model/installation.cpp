@@ -6,8 +6,6 @@
 #include "store/codec.h"
 #include "transfer/transfer.h"
 
-#include <windows.h>
-
 #include <io.h>
 
 #include <cstdlib>
@@ -57,37 +55,33 @@ Text checkedFolder(const Session& session)
     const std::string named = session["--program"];
     Text folder = named.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(named);
     if (folder.empty()) {
-        throw Failure("'" + named + "' is not a folder", exitUsage);
+        throw Failure("'" + named + "' is not a folder", {}, exitUsage);
     }
-    if (const std::optional<Trouble> trouble = registryTrouble()) {
-        throw Failure(trouble->problem + (trouble->remedy.empty() ? "" : "; " + trouble->remedy));
-    }
+    keyExists(rkuinfo::text(L"Software")); // throws why the registry cannot be read
     return folder;
-}
-
-uinfo::Choice checked(uinfo::Choice choice)
-{
-    if (!choice.isMade()) {
-        throw Failure("--company and --product have at most 254 characters", exitUsage);
-    }
-    return choice;
 }
 
 std::string sourceName(const uinfo::Finding& finding)
 {
-    const std::string value =
-        finding.name == nullptr || *finding.name == 0 ? "default value" : utf8(finding.name);
+    const std::string value = uinfo::isEmpty(finding.name) ? "default value" : utf8(finding.name);
     return finding.source == Source::argument   ? "the command line"
            : finding.source == Source::registry ? "the registry (" + value + ')'
            : finding.source == Source::iniFile  ? utf8(uinfo::tarvoIni) + " (" + value + ')'
                                                 : "the default";
 }
 
-std::string problemOf(uinfo::Answer answer)
+/// Returns why a source's name is not used. The library reads a key that cannot be opened as an absent value.
+std::string problemOf(const uinfo::Finding& finding, const Text& key)
 {
     constexpr const char* words[] = {
         "",           "absent",         "empty",        "too long", "of another type",
         "unreadable", "not a language", "not installed"};
+    uinfo::Answer answer = finding.answer;
+    Losses losses;
+    guard(&losses, [&] { keyExists(key); });
+    if (finding.source == Source::registry && !losses.empty()) {
+        answer = uinfo::Answer::unreadable;
+    }
     return words[static_cast<std::size_t>(answer)];
 }
 
@@ -133,14 +127,17 @@ Installation::Installation(const Session& session)
       m_languageName(utf16(session["--language"])),
       m_profileName(utf16(session["--profile"])),
       folder(rkuinfo::text(m_folder)),
-      company(checked(uinfo::chooseCompany(m_companyName, m_folder))),
+      company(uinfo::chooseCompany(m_companyName, m_folder)),
       companyRoot(composed([this](auto& key) { return uinfo::appendCompanyRoot(key, company.value()); })),
-      product(checked(uinfo::chooseProduct(m_productName, Argument(companyRoot), m_folder))),
+      product(uinfo::chooseProduct(m_productName, Argument(companyRoot), m_folder)),
       needsEntries(uinfo::isDefaultProduct(company.value(), product.value())),
       wanted(uinfo::chooseLanguage(m_languageName, Argument(path(TarvoConfig::eVersionRoot)), m_folder,
                                    needsEntries)),
       preferred(uinfo::preferredLanguage(m_folder, needsEntries))
 {
+    if (!company.isMade() || !product.isMade()) {
+        throw Failure("--company and --product have at most 254 characters", {}, exitUsage);
+    }
     for (const uinfo::Language& record : uinfo::languages) {
         LanguageState state = {record, folder + rkuinfo::text(record.shortName),
                                uinfo::installed(m_folder, record, needsEntries)};
@@ -206,9 +203,9 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // Each source is asked while those before it have nothing to say.
-    const auto ask = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
-                         const auto& choose) {
+    // Each source is read without those before it.
+    const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
+                          const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {
             const auto choice = choose(source == Source::argument ? given : nullptr,
                                        Argument(source <= Source::registry ? root : rkuinfo::text(nowhere)),
@@ -220,24 +217,24 @@ std::vector<Origin> Installation::origins() const
             if (last != nullptr) {
                 all.push_back({name, sourceName(*last),
                                last == &choice.decision() ? rkuinfo::text(choice.value()) : Text(),
-                               problemOf(last->answer),
+                               problemOf(*last, root),
                                last->answer == uinfo::Answer::chosen && source == used.decision().source});
             }
         }
     };
-    ask("company", company, m_companyName, {}, [](auto* given, const auto& /*root*/, const auto& program) {
+    read("company", company, m_companyName, {}, [](auto* given, const auto& /*root*/, const auto& program) {
         return uinfo::chooseCompany(given, program);
     });
-    ask("product", product, m_productName, companyRoot, uinfo::chooseProduct);
-    ask("language", wanted, m_languageName, path(TarvoConfig::eVersionRoot),
-        [this](auto* given, const auto& root, const auto& program) {
-            return uinfo::chooseLanguage(given, root, program, needsEntries);
-        });
-    if (preferred != uinfo::unknownLanguage && whyNotWanted().empty()) {
-        ask("profile", profile(), m_profileName, path(TarvoConfig::eProfilesRoot),
-            [](auto* given, const auto& root, const auto& /*program*/) {
-                return uinfo::chooseProfile(given, root);
-            });
+    read("product", product, m_productName, companyRoot, uinfo::chooseProduct);
+    read("language", wanted, m_languageName, path(TarvoConfig::eVersionRoot),
+         [this](auto* given, const auto& root, const auto& program) {
+             return uinfo::chooseLanguage(given, root, program, needsEntries);
+         });
+    if (hasLanguage()) {
+        read("profile", profile(), m_profileName, path(TarvoConfig::eProfilesRoot),
+             [](auto* given, const auto& root, const auto& /*program*/) {
+                 return uinfo::chooseProfile(given, root);
+             });
     }
     return all;
 }
@@ -254,11 +251,11 @@ std::optional<Text> Installation::storedPath(TarvoConfig::Path subtree, const wc
                                                         : std::nullopt;
 }
 
-Text Installation::iniText(const wchar_t* file, const wchar_t* section, const wchar_t* key) const
+Text Installation::iniText(const wchar_t* section, const wchar_t* key) const
 {
-    wchar_t out[256] = {};
-    return uinfo::readIniText(m_folder, section, key, out, 256, file) == TarvoConfig::eOk ? rkuinfo::text(out)
-                                                                                          : Text();
+    wchar_t text[256] = {};
+    uinfo::readIniText(m_folder, section, key, text, 256, uinfo::tarvoIni);
+    return rkuinfo::text(text);
 }
 
 Text Installation::commandPrefix() const

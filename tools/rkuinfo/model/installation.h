@@ -1,12 +1,11 @@
-// An application's folder and the user's part of the registry: the names that start-up would choose, found
-// out without starting the library, which would record them, ask in a message box, and only knows the
-// process's own folder.
+// An application's folder and the user's part of the registry: the names that start-up would choose. The
+// library is not started for this: it would record them, ask in a message box, and only knows the process's
+// own folder.
 #pragma once
 
 #include "installation/choices.h"
 #include "installation/layout.h"
 #include "model/registry.h"
-#include "text/table.h"
 
 #include <RkUInfo.h>
 
@@ -15,17 +14,17 @@
 #include <string>
 #include <vector>
 
-/// What the command line says.
+/// A parsed command line.
 struct Session
 {
-    std::map<std::string, std::string, std::less<>> given; ///< by the names of the table of words and options
+    std::map<std::string, std::string> given; ///< by the names of the table of words and options
     int exitCode = 0;
 
-    bool has(std::string_view name) const { return given.contains(name); }
-    /// Empty when it is not given.
-    std::string operator[](std::string_view name) const { return has(name) ? given.find(name)->second : ""; }
-    /// A command line of this program for the same installation: "rkuinfo --company Acme doctor". The words
-    /// are quoted for a shell already.
+    bool has(const std::string& name) const { return given.contains(name); }
+    /// Empty if it is not given.
+    std::string operator[](const std::string& name) const { return has(name) ? given.at(name) : ""; }
+    /// Returns a command line of this program for the same installation: "rkuinfo --company Acme doctor". The
+    /// words are quoted for a shell already.
     std::string commandLine(const std::string& words) const;
     Layout layout() const;
 };
@@ -45,7 +44,7 @@ struct LanguageState
     std::string whyNot() const;
 };
 
-/// What a source says about a name when it is asked alone.
+/// A source of a name, whether or not an earlier source decides.
 struct Origin
 {
     std::string name; ///< company, product, language or profile
@@ -65,12 +64,12 @@ public:
     Installation(const Installation&) = delete;
     Installation& operator=(const Installation&) = delete;
 
-    /// What a function of the library composes; throws if the result does not fit.
+    /// Returns what a function of the library composes; throws if the result does not fit.
     static Text composed(const auto& compose)
     {
         uinfo::PathBuffer path;
         if (!compose(path)) {
-            throw Failure("the names make a path of more than 1023 characters", exitUsage);
+            throw Failure("the names make a path of more than 1023 characters", {}, exitUsage);
         }
         return rkuinfo::text(path.text());
     }
@@ -84,23 +83,26 @@ public:
     const std::int32_t preferred;         ///< the installed language that start-up would propose
     std::vector<LanguageState> languages; ///< all fifteen, by index
 
-    /// Why the wanted language cannot be chosen; empty if it can, or if none is wanted.
+    /// Returns why the wanted language cannot be chosen; empty if it can, or if none is wanted.
     std::string whyNotWanted() const;
-    /// Why no language is installed.
+    /// Returns why no language is installed.
     std::string whyNone() const;
-    /// The language that start-up chooses or proposes; throws if there is none.
+    /// Returns whether start-up has a language to choose or propose.
+    bool hasLanguage() const { return preferred != uinfo::unknownLanguage && whyNotWanted().empty(); }
+    /// Returns that language; throws if there is none.
     const LanguageState& chosenLanguage() const;
     Text language() const { return rkuinfo::text(chosenLanguage().record.shortName); }
     uinfo::Choice profile() const;
     Text path(TarvoConfig::Path subtree) const;
 
-    /// In the order in which start-up asks them.
+    /// Returns all sources in the order in which start-up reads them.
     std::vector<Origin> origins() const;
 
-    /// A path that is stored as a setting, empty if an application cannot use it; nothing if none is stored.
+    /// Returns a path that is stored as a setting, empty if an application cannot use it; nothing if none is
+    /// stored.
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
-    /// An entry of an INI file in the folder, at most capacity - 2 characters.
-    Text iniText(const wchar_t* file, const wchar_t* section, const wchar_t* key) const;
+    /// Returns the start of an entry of TARVO.ini, at most 254 characters.
+    Text iniText(const wchar_t* section, const wchar_t* key) const;
     /// Empty unless product.ini has both numbers.
     Text commandPrefix() const;
 };

@@ -1,14 +1,15 @@
 #include "model/registry.h"
 
 #include "model/system.h"
+#include "platform/registry_key.h"
 
 #include <algorithm>
+#include <csignal>
 
 namespace {
 
 using rkuinfo::Argument;
-
-constexpr const char* userRoot = "HKEY_CURRENT_USER";
+using uinfo::RegistryKey;
 
 struct Reason
 {
@@ -18,10 +19,7 @@ struct Reason
 };
 
 constexpr Reason reasons[] = {
-    {ERROR_FILE_NOT_FOUND, "not found", ""},
     {ERROR_ACCESS_DENIED, "access is denied", "give the user access to it"},
-    {ERROR_NOT_ENOUGH_MEMORY, "out of memory", "close other programs"},
-    {ERROR_INVALID_PARAMETER, "the name is not allowed", "choose another name"},
     {ERROR_DISK_FULL, "the disk is full", "free space on it"},
     {ERROR_LOCK_FAILED, "locked by another process", "close that process, or try again"},
     {ERROR_FILE_TOO_LARGE, "its file may not grow further", "raise the limit for the size of a file"},
@@ -29,157 +27,287 @@ constexpr Reason reasons[] = {
      "use the rkuinfo of that version"},
     {ERROR_CANTOPEN, "it cannot be opened", "check its folder and the permissions of it"},
     {ERROR_CANTWRITE, "it cannot be written", "check the free space and the permissions of its folder"},
-    {ERROR_REGISTRY_CORRUPT, "the registry is damaged", "save what can be read with export --salvage"},
+    {ERROR_REGISTRY_CORRUPT, "the registry is damaged",
+     "put a backup in its place, or save what export --salvage can read and move it away"},
     {ERROR_REGISTRY_IO_FAILED, "the registry cannot be read or written", "check the disk"},
     {ERROR_KEY_DELETED, "another process has removed it", "try again"},
-    {ERROR_NO_SYSTEM_RESOURCES, "the system is short of resources", "close other programs"},
-    {ERROR_TOO_MANY_OPEN_FILES, "the process has too many files open", "close other programs"},
 };
 
-/// Throws for a status other than success, with what it means.
-void require(LSTATUS status, const Text& path)
+std::string fullName(TextView path)
 {
-    if (status != ERROR_SUCCESS) {
-        const Trouble found = trouble(status, userRoot + ('\\' + utf8(path)));
-        throw Failure(found.problem + (found.remedy.empty() ? "" : "; " + found.remedy));
-    }
+    return "HKEY_CURRENT_USER\\" + utf8(path);
 }
 
-} // namespace
-
-Trouble trouble(LSTATUS status, const std::string& subject)
-{
-    const auto* const found = std::ranges::find(reasons, status, &Reason::status);
-    const bool isKnown = found != std::end(reasons);
-    return {subject + ": " + (isKnown ? std::string(found->words) + ", " : "") + "error " +
-                std::to_string(status) + registryPlace(),
-            isKnown ? found->remedy : ""};
-}
-
-std::optional<Key> Key::open(HKEY parent, const Text& name, unsigned long access, Text path)
+/// Returns no key if it does not exist.
+RegistryKey open(const Text& path, REGSAM access)
 {
     HKEY key = nullptr;
-    const LSTATUS status = RegOpenKeyExW(parent, Argument(name), 0, static_cast<REGSAM>(access), &key);
-    if (status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND) {
-        return std::nullopt;
+    const LSTATUS status = RegOpenKeyExW(HKEY_CURRENT_USER, Argument(path), 0, access, &key);
+    if (status != ERROR_FILE_NOT_FOUND && status != ERROR_PATH_NOT_FOUND) {
+        require(status, fullName(path));
     }
-    require(status, path);
-    return Key(key, std::move(path));
+    return RegistryKey(key);
 }
 
-std::optional<Key> Key::find(const Text& path, unsigned long access)
-{
-    return open(HKEY_CURRENT_USER, path, access, path);
-}
-
-Key Key::make(const Text& path)
-{
-    HKEY key = nullptr;
-    require(RegCreateKeyExW(HKEY_CURRENT_USER, Argument(path), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                            KEY_READ | KEY_WRITE, nullptr, &key, nullptr),
-            path);
-    return {key, path};
-}
-
-std::optional<Key> Key::below(const Text& name) const
-{
-    return open(m_key.get(), name, KEY_READ, joinedKey(m_path, name));
-}
-
-template <typename Call, typename Visit>
-void Key::enumerate(Call call, std::size_t longest, Losses* losses, const Visit& visit) const
-{
-    constexpr std::size_t mostLosses = 1000; // of a store where nothing can be read
-    std::vector<wchar_t> name(longest);      // with its terminator
-    for (DWORD index = 0; losses == nullptr || losses->size() < mostLosses; ++index) {
-        auto length = static_cast<DWORD>(longest);
-        const LSTATUS status =
-            call(m_key.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
-        if (status == ERROR_NO_MORE_ITEMS) {
-            return;
-        }
-        guard(losses, [&] {
-            require(status, m_path);
-            visit(rkuinfo::text(name.data()));
-        });
-    }
-}
-
-std::vector<Text> Key::keys(Losses* losses) const
-{
-    std::vector<Text> names;
-    enumerate(RegEnumKeyExW, 257, losses, [&](const Text& name) { names.push_back(name); });
-    return names;
-}
-
-std::vector<Value> Key::values(Losses* losses) const
-{
-    std::vector<Value> values;
-    enumerate(RegEnumValueW, 16384, losses, [&](const Text& name) {
-        if (std::optional<Value> found = value(name)) {
-            values.push_back(std::move(*found));
-        }
-    });
-    return values;
-}
-
-std::optional<Value> Key::value(const Text& name) const
+std::optional<Value> readValue(const RegistryKey& key, const Text& path, const Text& name)
 {
     const Argument argument(name);
     Value value = {name, REG_NONE, {}};
     DWORD type = REG_NONE;
     DWORD size = 0;
-    LSTATUS status = RegQueryValueExW(m_key.get(), argument, nullptr, &type, nullptr, &size);
+    LSTATUS status =
+        key ? RegQueryValueExW(key.get(), argument, nullptr, &type, nullptr, &size) : ERROR_FILE_NOT_FOUND;
     do { // until no other process changes its length in between
         value.data.resize(size);
         if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
             BYTE none = 0;
-            status = RegQueryValueExW(m_key.get(), argument, nullptr, &type,
+            status = RegQueryValueExW(key.get(), argument, nullptr, &type,
                                       size == 0 ? &none : reinterpret_cast<BYTE*>(value.data.data()), &size);
         }
     } while (status == ERROR_MORE_DATA);
     if (status == ERROR_FILE_NOT_FOUND) {
         return std::nullopt;
     }
-    require(status, joinedKey(m_path, name));
+    require(status, fullName(joinedKey(path, name)));
     value.data.resize(size);
     value.type = type;
     return value;
 }
 
-void Key::set(const Value& value) const
+/// Visits the names of keys or values.
+template <typename Call, typename Visit>
+void enumerate(const RegistryKey& key, const Text& path, Call call, Losses* losses, const Visit& visit)
 {
-    require(RegSetValueExW(m_key.get(), Argument(value.name), 0, static_cast<DWORD>(value.type),
-                           reinterpret_cast<const BYTE*>(value.data.data()),
-                           static_cast<DWORD>(value.data.size())),
-            joinedKey(m_path, value.name));
-}
-
-bool Key::removeValue(const Text& name) const
-{
-    const LSTATUS status = RegDeleteValueW(m_key.get(), Argument(name));
-    require(status == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : status, joinedKey(m_path, name));
-    return status == ERROR_SUCCESS;
-}
-
-void Key::removeKey(const Text& name) const
-{
-    require(RegDeleteTreeW(m_key.get(), Argument(name)), joinedKey(m_path, name));
-}
-
-std::optional<Trouble> registryTrouble()
-{
-    for (HKEY const root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-        HKEY key = nullptr;
-        const LSTATUS status = RegOpenKeyExW(root, L"Software", 0, KEY_READ, &key);
-        if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) {
-            Trouble found = trouble(status, root == HKEY_CURRENT_USER ? userRoot : "HKEY_LOCAL_MACHINE");
-            if (status == ERROR_REGISTRY_CORRUPT) { // nothing can be read
-                found.remedy = "put a backup in its place, or move it away: the next start creates a new one";
-            }
-            return found;
+    constexpr std::size_t mostLosses = 1000; // of a store where nothing can be read
+    std::vector<wchar_t> name(16384);        // the longest name of a value, with its terminator
+    for (DWORD index = 0; losses == nullptr || losses->size() < mostLosses; ++index) {
+        auto length = static_cast<DWORD>(name.size());
+        const LSTATUS status =
+            call(key.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
+        if (status == ERROR_NO_MORE_ITEMS) {
+            return;
         }
-        RegCloseKey(key);
+        guard(losses, [&] {
+            require(status, fullName(path));
+            visit(rkuinfo::text(name.data()));
+        });
     }
-    return std::nullopt;
+}
+
+void readKey(Tree& tree, const Text& root, const Text& path, bool isDeep, Losses* losses)
+{
+    const Text whole = joinedKey(root, path);
+    if (!isUsablePath(whole)) {
+        throw Failure("keys are nested deeper than an application can read, in " +
+                      utf8(joinedKey(root, path.substr(0, path.find(separator)))));
+    }
+    const RegistryKey key = open(whole, KEY_READ);
+    if (!key) {
+        return;
+    }
+    tree.try_emplace({path});
+    enumerate(key, whole, RegEnumValueW, losses, [&](const Text& name) {
+        if (std::optional<Value> value = readValue(key, whole, name)) {
+            tree.insert_or_assign({path, name}, std::move(*value));
+        }
+    });
+    showProgress("read", tree.size());
+    std::vector<Text> below;
+    enumerate(key, whole, RegEnumKeyExW, losses,
+              [&](const Text& name) { below.push_back(joinedKey(path, name)); });
+    for (const Text& each : below) {
+        if (isDeep) {
+            guard(losses, [&] { readKey(tree, root, each, isDeep, losses); });
+        } else {
+            tree.try_emplace({each});
+        }
+    }
+}
+
+volatile std::sig_atomic_t isInterrupted = 0;
+
+/// As an application sees it: a text ends at its terminator, and a number may be stored with fewer bytes.
+bool sameData(const Value& a, const Value& b)
+{
+    return a.type == b.type && (a.data == b.data || (typeOf(a) != nullptr && typeOf(a) == typeOf(b) &&
+                                                     dataText(a) == dataText(b)));
+}
+
+/// Adds a key and those above it.
+void touch(Tree& tree, TextView path)
+{
+    while (tree.try_emplace({Text(path)}).second && !path.empty()) {
+        path = parentKey(path);
+    }
+}
+
+void eraseKey(Tree& tree, const Text& key)
+{
+    auto at = tree.lower_bound({key});
+    while (at != tree.end() && equalIgnoringCase(TextView(at->first.key).substr(0, key.size()), key) &&
+           (at->first.key.size() == key.size() || at->first.key[key.size()] == separator)) {
+        at = tree.erase(at);
+    }
+}
+
+/// The values of a key follow each other, so it is opened once.
+class Writer
+{
+public:
+    explicit Writer(const Text& root) : m_root(root) {}
+
+    /// Null removes the key or value.
+    void write(const Name& name, const Value* value)
+    {
+        const bool isKeyRemoval = name.isKey() && value == nullptr;
+        const Text path = joinedKey(m_root, name.key);
+        const Text opened(isKeyRemoval ? parentKey(path) : path);
+        if (!m_key || m_path != opened) {
+            m_key = value != nullptr ? create(opened) : open(opened, KEY_ALL_ACCESS);
+            m_path = opened;
+        }
+        LSTATUS status = ERROR_SUCCESS;
+        if (isKeyRemoval && m_key) {
+            status = RegDeleteTreeW(m_key.get(), Argument(lastName(path)));
+        } else if (!name.isKey() && value != nullptr) {
+            status = RegSetValueExW(m_key.get(), Argument(*name.value), 0, static_cast<DWORD>(value->type),
+                                    reinterpret_cast<const BYTE*>(value->data.data()),
+                                    static_cast<DWORD>(value->data.size()));
+        } else if (!name.isKey() && m_key) {
+            status = RegDeleteValueW(m_key.get(), Argument(*name.value));
+        }
+        if (value != nullptr || status != ERROR_FILE_NOT_FOUND) { // removed by another process
+            require(status, fullName(joinedKey(path, name.value.value_or(Text()))));
+        }
+    }
+
+private:
+    static RegistryKey create(const Text& path)
+    {
+        HKEY key = nullptr;
+        require(RegCreateKeyExW(HKEY_CURRENT_USER, Argument(path), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                KEY_WRITE, nullptr, &key, nullptr),
+                fullName(path));
+        return RegistryKey(key);
+    }
+
+    const Text& m_root;
+    Text m_path;
+    RegistryKey m_key;
+};
+
+} // namespace
+
+void require(LSTATUS status, const std::string& subject)
+{
+    if (status != ERROR_SUCCESS) {
+        const auto* const found = std::ranges::find(reasons, status, &Reason::status);
+        const bool isKnown = found != std::end(reasons);
+        throw Failure(subject + ": " + (isKnown ? std::string(found->words) + ", " : "") + "error " +
+                          std::to_string(status) + registryPlace(),
+                      isKnown ? found->remedy : "");
+    }
+}
+
+bool keyExists(const Text& path)
+{
+    return static_cast<bool>(open(path, KEY_READ));
+}
+
+std::optional<Value> readValue(const Text& path, const Text& name)
+{
+    return readValue(open(path, KEY_READ), path, name);
+}
+
+bool isUsablePath(TextView path)
+{
+    constexpr std::size_t longestPath = 1020;
+    constexpr std::size_t longestName = 255;
+    bool isUsable = path.size() <= longestPath;
+    for (; isUsable && !path.empty(); path = parentKey(path)) {
+        isUsable =
+            lastName(path).size() <= longestName && !lastName(path).empty() && path.front() != separator;
+    }
+    return isUsable;
+}
+
+bool LessName::operator()(const Name& left, const Name& right) const
+{
+    for (TextView a = left.key, b = right.key; !a.empty() || !b.empty();) {
+        const std::size_t endA = std::min(a.find(separator), a.size());
+        const std::size_t endB = std::min(b.find(separator), b.size());
+        if (const int order = compareIgnoringCase(a.substr(0, endA), b.substr(0, endB)); order != 0) {
+            return order < 0;
+        }
+        a.remove_prefix(std::min(endA + 1, a.size()));
+        b.remove_prefix(std::min(endB + 1, b.size()));
+    }
+    return !right.isKey() && (left.isKey() || compareIgnoringCase(*left.value, *right.value) < 0);
+}
+
+Tree readTree(const Text& path, bool isDeep, Losses* losses)
+{
+    Tree tree;
+    readKey(tree, path, {}, isDeep, losses);
+    finishProgress();
+    return tree;
+}
+
+void edit(Tree& tree, const std::vector<Edit>& edits)
+{
+    for (const Edit& each : edits) {
+        if (!each.isRemoval) {
+            touch(tree, each.name.key);
+            tree[each.name] = each.value;
+        } else if (each.name.isKey()) {
+            eraseKey(tree, each.name.key);
+        } else {
+            tree.erase(each.name);
+        }
+    }
+}
+
+std::vector<Change> compare(const Tree& before, const Tree& after)
+{
+    std::map<Name, std::pair<const Value*, const Value*>, LessName> both;
+    for (const auto& [name, value] : after) {
+        both[name].second = &value;
+    }
+    for (const auto& [name, value] : before) {
+        both[name].first = &value;
+    }
+    std::vector<Change> found;
+    for (const auto& [name, values] : both) {
+        if (values.first == nullptr || values.second == nullptr || !sameData(*values.first, *values.second)) {
+            found.push_back({name, values.first, values.second});
+        }
+    }
+    return found;
+}
+
+void carryOut(const Text& root, const std::vector<Change>& changes)
+{
+    std::signal(SIGINT, [](int /*signal*/) { isInterrupted = 1; }); // Ctrl-C undoes what was done
+    Writer writer(root);
+    std::size_t done = 0;
+    try {
+        for (; done < changes.size(); ++done) {
+            if (isInterrupted != 0) {
+                throw Failure("interrupted");
+            }
+            writer.write(changes[done].name, changes[done].after);
+            showProgress("wrote", done + 1);
+        }
+        finishProgress();
+    } catch (const Failure& failure) {
+        const std::string why = failure.what();
+        try {
+            for (; done > 0 && !hasTransactions(); --done) {
+                writer.write(changes[done - 1].name, changes[done - 1].before);
+            }
+        } catch (const Failure& second) {
+            throw Failure(why + "; a part was written and could not be undone: " + second.what());
+        }
+        throw Failure(why + "; nothing was changed");
+    }
 }

@@ -1,5 +1,6 @@
 // The current user's registry by its own calls: they return why something is refused, which the library does
-// not.
+// not. A key with everything below it is a tree in memory: export writes it, import reads it, diff compares
+// it.
 //
 // Commands that look read the registry here, without starting the library: start-up records in the registry
 // what it chose, and looking must change nothing, even when it is interrupted or run twice at a time.
@@ -7,10 +8,11 @@
 
 #include "text/text.h"
 
-#include <memory>
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
-#include <type_traits>
+#include <string_view>
 #include <vector>
 
 #include <windows.h>
@@ -23,10 +25,55 @@ struct Value
     std::string data;
 };
 
-/// What could not be read, and why.
+/// A type of value: what set accepts, get prints, search finds and JSON contains.
+struct ValueType
+{
+    std::string_view name;
+    unsigned long registryType;
+    std::size_t least; ///< bytes, and the most, that an application reads as it
+    std::size_t most;
+    bool isJsonNumber;     ///< in JSON a number, otherwise a string
+    std::string_view word; ///< what a word has to be
+    std::optional<std::string> (*parse)(
+        std::string_view word); ///< returns the data; nothing for a wrong word
+    std::string (*print)(const Value& value);
+
+    /// Whether the stored value can be printed as this type.
+    bool fits(const Value& value) const;
+};
+
+extern const std::vector<ValueType> valueTypes;
+/// Null when there is no such type.
+const ValueType* typeNamed(std::string_view name);
+/// The type that an application reads the value as; null when it cannot.
+const ValueType* typeOf(const Value& value);
+
+/// A number, the bytes in hexadecimal, or the text; of a value that applications cannot read, its bytes.
+std::string dataText(const Value& value);
+/// The text of a REG_SZ, up to its first null character.
+Text textOf(const Value& value);
+std::string hexText(std::string_view bytes);
+std::optional<std::string> bytesFromHex(std::string_view word);
+Value textValue(const Text& name, const Text& text);
+
+template <typename Number>
+Number numberOf(const Value& value)
+{
+    Number number = 0;
+    value.data.copy(reinterpret_cast<char*>(&number), sizeof number);
+    return number;
+}
+
+template <typename Number>
+std::string bytesOf(Number number)
+{
+    return {reinterpret_cast<const char*>(&number), sizeof number};
+}
+
+/// Sentences about what could not be read.
 using Losses = std::vector<std::string>;
 
-/// Reads something; with losses, appends to them why it cannot be read instead of throwing it.
+/// Reads something. With losses, appends the problem to them instead of throwing it.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {
@@ -36,53 +83,69 @@ void guard(Losses* losses, const Read& read)
         if (losses == nullptr) {
             throw;
         }
-        losses->push_back(failure.what());
+        losses->push_back(failure.problem);
     }
 }
 
-/// A key of the current user. Every operation throws the system's reason when it is refused.
-class Key
+/// Throws for a status other than success, with its meaning and the place of the registry.
+void require(LSTATUS status, const std::string& subject);
+
+// The functions for keys of the current user throw the system's reason if the registry refuses something.
+
+bool keyExists(const Text& path);
+/// Returns nothing if there is no such key or value.
+std::optional<Value> readValue(const Text& path, const Text& name);
+
+/// The limit for a name that an application can read.
+constexpr std::size_t longestValueName = 1023;
+
+/// Returns whether an application can read the key of a path: at most 1020 characters, with names of 1 to
+/// 255.
+bool isUsablePath(TextView path);
+
+/// A key below the tree's own, whose path is empty, or a value of one.
+struct Name
 {
-public:
-    static std::optional<Key> find(const Text& path, unsigned long access = KEY_READ);
-    /// Opens a key for writing; creates it with everything above it.
-    static Key make(const Text& path);
+    Text key;
+    std::optional<Text> value = std::nullopt;
 
-    /// The names of the keys right below. With losses, appends to them instead of throwing, and continues.
-    std::vector<Text> keys(Losses* losses = nullptr) const;
-    std::vector<Value> values(Losses* losses = nullptr) const;
-    std::optional<Value> value(const Text& name) const;
-
-    void set(const Value& value) const;
-    /// Returns false when there is no such value.
-    bool removeValue(const Text& name) const;
-    /// Removes a key right below this one with everything below it.
-    void removeKey(const Text& name) const;
-
-    /// Opens a key right below this one.
-    std::optional<Key> below(const Text& name) const;
-
-private:
-    struct Close
-    {
-        void operator()(HKEY key) const { RegCloseKey(key); }
-    };
-
-    Key(HKEY key, Text path) : m_key(key), m_path(std::move(path)) {}
-    template <typename Call, typename Visit>
-    void enumerate(Call call, std::size_t longest, Losses* losses, const Visit& visit) const;
-    static std::optional<Key> open(HKEY parent, const Text& name, unsigned long access, Text path);
-
-    std::unique_ptr<std::remove_pointer_t<HKEY>, Close> m_key;
-    Text m_path;
+    bool isKey() const { return !value.has_value(); }
 };
 
-struct Trouble
+/// Ignores case. A key precedes its values, and these precede the keys below it.
+struct LessName
 {
-    std::string problem;
-    std::string remedy;
+    bool operator()(const Name& a, const Name& b) const;
 };
-/// Why one of the two roots cannot be opened; nothing when both can.
-std::optional<Trouble> registryTrouble();
-/// What a status of the registry means, and where the registry is.
-Trouble trouble(LSTATUS status, const std::string& subject);
+
+/// A key is an empty value.
+using Tree = std::map<Name, Value, LessName>;
+
+/// Reads a key and the names of the keys right below it, or everything below it; nothing if it does not
+/// exist. Throws for what cannot be read; with losses, appends to them instead and continues.
+Tree readTree(const Text& path, bool isDeep = true, Losses* losses = nullptr);
+
+/// A step of a file: stores a value or creates a key, or removes one.
+struct Edit
+{
+    Name name;
+    Value value = {};
+    bool isRemoval = false;
+};
+
+/// Makes the changes of a file in a tree in memory.
+void edit(Tree& tree, const std::vector<Edit>& edits);
+
+/// A difference of two trees, which have to outlive it. Null stands for no such key or value.
+struct Change
+{
+    Name name;
+    const Value* before;
+    const Value* after;
+};
+
+std::vector<Change> compare(const Tree& before, const Tree& after);
+
+/// Makes the changes below a key. If one is refused or the user interrupts it, throws why; undoes those
+/// before it on a system without transactions, elsewhere leaves that to the caller's transaction.
+void carryOut(const Text& root, const std::vector<Change>& changes);

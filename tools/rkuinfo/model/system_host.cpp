@@ -1,7 +1,6 @@
 #include "model/system.h"
 
 #include "model/registry.h"
-#include "text/text.h"
 
 #include <winhost/changes.h>
 
@@ -87,59 +86,46 @@ std::string registryPlace()
     return ", in " + registryFolder();
 }
 
-std::string earlierRegistry()
+void requireWritable(const Text& /*key*/)
 {
-    const std::string file = registryFolder() + "/data.mdb";
-    return access(file.c_str(), F_OK) == 0 ? file : "";
-}
-
-std::optional<Trouble> writeTrouble(const Text& /*key*/)
-{
-    std::string folder = registryFolder();
-    std::vector<std::string> needed;
-    for (const char* const end : {"", "-wal", "-shm"}) {
-        needed.push_back(folder + "/registry.db" + end);
-    }
+    const std::string registry = registryFolder();
+    std::string folder = registry;
     while (folder.size() > 1 && access(folder.c_str(), F_OK) != 0) {
         folder.erase(std::max<std::size_t>(folder.rfind('/'), 1)); // it would be created there
     }
-    needed.push_back(folder);
-    for (const std::string& file : needed) {
+    const std::string store = registry + "/registry.db";
+    for (const std::string& file : {store, store + "-wal", store + "-shm", folder}) {
         struct stat found = {};
         if (stat(file.c_str(), &found) != 0) {
             continue;
         }
         const int failure = access(file.c_str(), W_OK) == 0 ? 0 : errno;
-        const bool isOthers = found.st_uid != geteuid() && file.starts_with(registryFolder());
-        if (isOthers || (failure != 0 && failure != EROFS && found.st_uid != geteuid())) {
-            return Trouble{file + " belongs to another user, number " + std::to_string(found.st_uid),
-                           "give it to this user: sudo chown -R " + std::to_string(geteuid()) + ' ' +
-                               shellWord(folder)};
+        if (failure == EROFS) {
+            throw Failure(file + " cannot be written: its file system is read-only",
+                          "mount the file system for writing");
+        }
+        if (found.st_uid != geteuid() && (failure != 0 || file.starts_with(registry))) {
+            throw Failure(file + " belongs to another user, number " + std::to_string(found.st_uid),
+                          "give it to this user: sudo chown -R " + std::to_string(geteuid()) + ' ' +
+                              shellWord(folder));
         }
         if (failure != 0) {
-            return Trouble{file + " cannot be written" +
-                               (failure == EROFS ? ": its file system is read-only" : ""),
-                           failure == EROFS ? "mount the file system for writing"
-                                            : "allow it: chmod -R u+rwX " + shellWord(folder)};
+            throw Failure(file + " cannot be written", "allow it: chmod -R u+rwX " + shellWord(folder));
         }
     }
-    return std::nullopt;
 }
 
 void inTransaction(const std::function<void()>& change)
 {
-    if (const LSTATUS status = winhostBeginRegistryChanges(); status != ERROR_SUCCESS) {
-        throw Failure(trouble(status, "the registry cannot be changed").problem + "; nothing was changed");
-    }
+    constexpr const char* refused = "the registry was not changed";
+    require(winhostBeginRegistryChanges(), refused);
     try {
         change();
     } catch (...) {
         winhostEndRegistryChanges(FALSE);
         throw;
     }
-    if (winhostEndRegistryChanges(TRUE) != ERROR_SUCCESS) {
-        throw Failure("the registry cannot be written" + registryPlace() + "; nothing was changed");
-    }
+    require(winhostEndRegistryChanges(TRUE), refused);
 }
 
 bool hasTransactions()

@@ -1,12 +1,11 @@
 #include "model/system.h"
 
-#include "model/registry.h"
-
 #include <windows.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <io.h>
 
 namespace {
@@ -47,21 +46,17 @@ std::optional<std::size_t> terminalColumns()
 
 bool errorsGoToTerminal()
 {
-    DWORD mode = 0;
-    return GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != FALSE;
+    return _isatty(_fileno(stderr)) != 0; // true for NUL too, where nothing shows
 }
 
 Text fullFolder(const std::string& name)
 {
-    wchar_t path[1024] = {};
-    const DWORD length = GetFullPathNameW(utf16(name).c_str(), 1023, path, nullptr);
-    const DWORD attributes =
-        length == 0 || length >= 1023 ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(path);
-    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+    std::error_code failure;
+    const auto folder = std::filesystem::absolute(utf16(name), failure).make_preferred();
+    if (failure || !std::filesystem::is_directory(folder, failure)) {
         return {};
     }
-    Text folder = path;
-    return folder.ends_with(L'\\') ? folder : folder + L'\\';
+    return folder.native().ends_with(separator) ? folder.native() : folder.native() + separator;
 }
 
 std::string nativePath(const Text& path)
@@ -100,28 +95,20 @@ std::string registryPlace()
     return "";
 }
 
-std::string earlierRegistry()
-{
-    return "";
-}
-
-std::optional<Trouble> writeTrouble(const Text& key)
+void requireWritable(const Text& key)
 {
     HKEY opened = nullptr;
-    const LSTATUS status = RegOpenKeyExW(HKEY_CURRENT_USER, key.c_str(), 0, KEY_READ | KEY_WRITE, &opened);
-    if (status == ERROR_SUCCESS) {
-        RegCloseKey(opened);
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, key.c_str(), 0, KEY_READ | KEY_WRITE, &opened) ==
+        ERROR_ACCESS_DENIED) {
+        throw Failure("HKEY_CURRENT_USER\\" + utf8(key) + " cannot be written",
+                      "give the user full control of the key in the registry editor");
     }
-    return status == ERROR_ACCESS_DENIED
-               ? std::optional(Trouble{"HKEY_CURRENT_USER\\" + shown(key) + " cannot be written",
-                                       "give the user full control of the key in the registry editor"})
-               : std::nullopt;
+    RegCloseKey(opened);
 }
 
-// The system's own transactions of the registry are deprecated, and missing in Wine.
 void inTransaction(const std::function<void()>& change)
 {
-    change();
+    change(); // the system's own transactions of the registry are deprecated, and missing in Wine
 }
 
 bool hasTransactions()

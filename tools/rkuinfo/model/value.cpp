@@ -1,4 +1,4 @@
-#include "model/value.h"
+#include "model/registry.h"
 
 #include <algorithm>
 #include <charconv>
@@ -30,7 +30,7 @@ std::optional<std::string> parse(std::string_view word)
 }
 
 template <typename Number>
-std::string print(const Value& value)
+std::string numberText(const Value& value)
 {
     char text[32];
     return {text, std::to_chars(text, text + sizeof text, numberOf<Number>(value)).ptr};
@@ -41,54 +41,38 @@ std::optional<std::string> parseBinary(std::string_view word)
     return word.empty() ? std::nullopt : bytesFromHex(word); // an application stores no empty one
 }
 
+} // namespace
+
 // The first type that fits a stored value is the one that an application reads it as.
-constexpr ValueType types[] = {
-    {"int", REG_DWORD, 0, 4, true,
-     "a whole number from -2147483648 to 2147483647, or 0x and hexadecimal digits", parse<std::int32_t>,
-     print<std::int32_t>},
-    {"int64", REG_QWORD, 0, 8, true,
-     "a whole number from -9223372036854775808 to 9223372036854775807, or 0x and hexadecimal digits",
-     parse<std::int64_t>, print<std::int64_t>},
+const std::vector<ValueType> valueTypes = {
+    {"int", REG_DWORD, 0, 4, true, "a whole number of 32 bits, such as -7 or 0x204060", parse<std::int32_t>,
+     numberText<std::int32_t>},
+    {"int64", REG_QWORD, 0, 8, true, "a whole number of 64 bits, such as -7 or 0x204060", parse<std::int64_t>,
+     numberText<std::int64_t>},
     {"binary", REG_BINARY, 0, SIZE_MAX, false, "one or more bytes in hexadecimal, such as 00ff10",
      parseBinary, [](const Value& value) { return hexText(value.data); }},
-    {"double", REG_BINARY, 8, 8, true, "a number such as 1.25", parse<double>, print<double>},
+    {"double", REG_BINARY, 8, 8, true, "a number such as 1.25", parse<double>, numberText<double>},
     {"string", REG_SZ, 0, SIZE_MAX, false, "text",
      [](std::string_view word) { return std::optional(textValue({}, utf16(word)).data); },
      [](const Value& value) { return utf8(textOf(value)); }},
 };
-
-} // namespace
 
 bool ValueType::fits(const Value& value) const
 {
     return value.type == registryType && value.data.size() >= least && value.data.size() <= most;
 }
 
-std::span<const ValueType> valueTypes()
-{
-    return types;
-}
-
-std::vector<std::string> typeNames()
-{
-    std::vector<std::string> names;
-    for (const ValueType& type : types) {
-        names.emplace_back(type.name);
-    }
-    return names;
-}
-
 const ValueType* typeNamed(std::string_view name)
 {
-    const auto* const found = std::ranges::find(types, name, &ValueType::name);
-    return found == std::end(types) ? nullptr : found;
+    const auto found = std::ranges::find(valueTypes, name, &ValueType::name);
+    return found == valueTypes.end() ? nullptr : &*found;
 }
 
 const ValueType* typeOf(const Value& value)
 {
-    const auto* const found =
-        std::ranges::find_if(types, [&](const ValueType& type) { return type.fits(value); });
-    return found == std::end(types) ? nullptr : found;
+    const auto found =
+        std::ranges::find_if(valueTypes, [&](const ValueType& type) { return type.fits(value); });
+    return found == valueTypes.end() ? nullptr : &*found;
 }
 
 std::string dataText(const Value& value)

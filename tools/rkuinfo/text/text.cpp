@@ -5,46 +5,32 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdio>
 
 namespace {
 
-struct Block
-{
-    char32_t first;
-    char32_t last;
-};
-
-/// What terminals draw two columns wide.
-constexpr std::array wideBlocks = {Block{0x1100, 0x115F},  Block{0x2E80, 0xA4CF},   Block{0xAC00, 0xD7A3},
-                                   Block{0xF900, 0xFAFF},  Block{0xFE30, 0xFE6F},   Block{0xFF00, 0xFF60},
-                                   Block{0xFFE0, 0xFFE6},  Block{0x1F300, 0x1F64F}, Block{0x1F900, 0x1F9FF},
-                                   Block{0x20000, 0x3FFFD}};
-
-/// Controls of both sets, lone surrogates, and what is invisible or changes the direction of text.
-constexpr std::array hiddenBlocks = {Block{0, 0x1F},        Block{0x7F, 0x9F},     Block{0x061C, 0x061C},
-                                     Block{0x200B, 0x200F}, Block{0x2028, 0x202E}, Block{0x2060, 0x206F},
-                                     Block{0xD800, 0xDFFF}, Block{0xFEFF, 0xFEFF}};
-
-template <std::size_t Size>
-bool isIn(const std::array<Block, Size>& blocks, char32_t point)
-{
-    return std::ranges::any_of(
-        blocks, [point](const Block& block) { return point >= block.first && point <= block.last; });
-}
-
-std::size_t width(char32_t point)
-{
-    const bool isCombining = point >= 0x300 && point < 0x370;
-    return isIn(wideBlocks, point) ? 2 : isCombining ? 0 : 1;
-}
-
 const wchar_t* wide(TextView text)
 {
     return reinterpret_cast<const wchar_t*>(text.data()); // of the same size on every target
 }
+
+template <std::size_t Count>
+bool isIn(const char32_t (&blocks)[Count][2], char32_t point)
+{
+    return std::ranges::any_of(
+        blocks, [point](const char32_t* block) { return point >= block[0] && point <= block[1]; });
+}
+
+/// Controls of both sets, lone surrogates, and what is invisible or changes the direction of text.
+constexpr char32_t hiddenBlocks[][2] = {{0, 0x1F},        {0x7F, 0x9F},     {0x061C, 0x061C},
+                                        {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F},
+                                        {0xD800, 0xDFFF}, {0xFEFF, 0xFEFF}};
+
+/// Characters that terminals draw two columns wide.
+constexpr char32_t wideBlocks[][2] = {
+    {0x1100, 0x115F}, {0x2E80, 0xA4CF}, {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},
+    {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
 
 bool isProgressShown = false;
 
@@ -72,13 +58,11 @@ TextView lastName(TextView path)
 
 bool isValid(TextView text)
 {
-    while (!text.empty()) {
-        const char32_t point = rkuinfo::detail::takeCodePoint(text);
-        if (point >= 0xD800 && point < 0xE000) {
-            return false;
-        }
+    char32_t point = 0;
+    while (!text.empty() && (point < 0xD800 || point > 0xDFFF)) {
+        point = rkuinfo::detail::takeCodePoint(text);
     }
-    return true;
+    return point < 0xD800 || point > 0xDFFF;
 }
 
 std::string hexDigits(std::uint32_t number, int count)
@@ -90,12 +74,12 @@ std::string hexDigits(std::uint32_t number, int count)
     return digits;
 }
 
-std::string shown(std::string_view text, char kept)
+std::string shown(std::string_view text, char32_t kept)
 {
     std::string out;
     while (!text.empty()) {
         const char32_t point = rkuinfo::detail::takeCodePoint(text);
-        if (isIn(hiddenBlocks, point) && (kept == 0 || point != static_cast<unsigned char>(kept))) {
+        if (isIn(hiddenBlocks, point) && (point != kept || kept == 0)) {
             out += "\\u" + hexDigits(point, 4);
         } else {
             rkuinfo::detail::appendCodePoint(out, point);
@@ -109,15 +93,6 @@ std::string shown(TextView text)
     return shown(utf8(text));
 }
 
-std::size_t displayWidth(std::string_view bytes)
-{
-    std::size_t columns = 0;
-    while (!bytes.empty()) {
-        columns += width(rkuinfo::detail::takeCodePoint(bytes));
-    }
-    return columns;
-}
-
 int compareIgnoringCase(TextView a, TextView b)
 {
     return CompareStringOrdinal(wide(a), static_cast<int>(a.size()), wide(b), static_cast<int>(b.size()),
@@ -127,15 +102,11 @@ int compareIgnoringCase(TextView a, TextView b)
 
 bool containsIgnoringCase(TextView text, TextView part)
 {
-    for (; text.size() >= part.size(); text.remove_prefix(1)) {
-        if (equalIgnoringCase(text.substr(0, part.size()), part)) {
-            return true;
-        }
-        if (text.empty()) {
-            break;
-        }
+    bool isFound = false;
+    for (std::size_t i = 0; !isFound && i + part.size() <= text.size(); ++i) {
+        isFound = equalIgnoringCase(text.substr(i, part.size()), part);
     }
-    return false;
+    return isFound;
 }
 
 void print(std::string_view line)
@@ -151,18 +122,15 @@ void printError(std::string_view sentence)
     std::fputs(("rkuinfo: " + shown(sentence) + '\n').c_str(), stderr);
 }
 
-void showProgress(const char* what, std::size_t done, std::size_t total)
+void showProgress(const char* what, std::size_t done)
 {
     using Clock = std::chrono::steady_clock;
     static const bool isTerminal = errorsGoToTerminal();
     static Clock::time_point next;
-    if (isTerminal && (done == total || Clock::now() >= next)) {
+    if (isTerminal && Clock::now() >= next) {
         next = Clock::now() + std::chrono::milliseconds(250);
         isProgressShown = true;
         std::fprintf(stderr, "\r%s %zu", what, done);
-        if (total > 0) {
-            std::fprintf(stderr, " of %zu", total);
-        }
     }
 }
 
@@ -170,4 +138,108 @@ void finishProgress()
 {
     std::fputs(isProgressShown ? "\r\x1b[K" : "", stderr);
     isProgressShown = false;
+}
+
+// ---- Tables
+
+namespace {
+
+constexpr std::size_t gap = 2;        // before each column
+constexpr std::size_t narrowest = 20; // a narrower column is not folded
+
+std::size_t width(char32_t point)
+{
+    const bool isCombining = point >= 0x300 && point < 0x370;
+    return isIn(wideBlocks, point) ? 2 : isCombining ? 0 : 1;
+}
+
+/// Returns the columns that a UTF-8 text takes on a terminal.
+std::size_t displayWidth(std::string_view bytes)
+{
+    std::size_t columns = 0;
+    while (!bytes.empty()) {
+        columns += width(rkuinfo::detail::takeCodePoint(bytes));
+    }
+    return columns;
+}
+
+std::string styled(const Layout& layout, std::string_view text, Style style)
+{
+    return layout.coloured && !text.empty() && style != Style::plain
+               ? "\x1b[" + std::to_string(static_cast<int>(style)) + 'm' + std::string(text) + "\x1b[0m"
+               : std::string(text);
+}
+
+/// Takes the first line that fits a width off a text: up to its last separator, else all that fits.
+std::string_view takeLine(std::string_view& text, std::size_t room)
+{
+    std::size_t end = 0;
+    std::size_t lastSeparator = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        const bool isSeparator = rest[0] == '\\' || rest[0] == ' ';
+        const std::size_t columns = width(rkuinfo::detail::takeCodePoint(rest));
+        if (columns > room) {
+            break;
+        }
+        room -= columns;
+        end = text.size() - rest.size();
+        lastSeparator = isSeparator ? end : lastSeparator;
+    }
+    const std::size_t taken = end == text.size() || lastSeparator == 0 ? end : lastSeparator;
+    const std::string_view line = text.substr(0, taken);
+    text.remove_prefix(taken);
+    return line.substr(0, line.find_last_not_of(' ') + 1);
+}
+
+std::vector<std::size_t> columnWidths(const Table& table)
+{
+    std::vector<std::size_t> widths;
+    for (const std::vector<Cell>& row : table) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+            widths[i] = std::max(widths[i], displayWidth(row[i].text));
+        }
+    }
+    return widths;
+}
+
+void printAligned(const std::vector<Cell>& row, const std::vector<std::size_t>& widths, const Layout& layout)
+{
+    std::string line(gap, ' ');
+    std::size_t start = gap;
+    for (std::size_t i = 0; i + 1 < row.size(); ++i) {
+        line += styled(layout, row[i].text, row[i].style) +
+                std::string(widths[i] - displayWidth(row[i].text) + gap, ' ');
+        start += widths[i] + gap;
+    }
+    const std::size_t room = *layout.columns > start + narrowest ? *layout.columns - start : SIZE_MAX;
+    std::string_view rest = row.back().text;
+    do {
+        line += styled(layout, takeLine(rest, room), row.back().style);
+        print(std::string_view(line).substr(0, line.find_last_not_of(' ') + 1));
+        line.assign(start, ' ');
+    } while (!rest.empty());
+}
+
+void printSeparated(const std::vector<Cell>& row)
+{
+    std::string line = row[0].text;
+    for (std::size_t i = 1; i < row.size(); ++i) {
+        line += '\t' + row[i].text;
+    }
+    print(line);
+}
+
+} // namespace
+
+void printTable(const Table& table, const Layout& layout)
+{
+    const std::vector<std::size_t> widths = columnWidths(table);
+    for (const std::vector<Cell>& row : table) {
+        if (row.size() == 1 && layout.columns) {
+            print(styled(layout, row[0].text, row[0].style));
+        } else if (row.size() > 1) {
+            layout.columns ? printAligned(row, widths, layout) : printSeparated(row);
+        }
+    }
 }

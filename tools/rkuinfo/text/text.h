@@ -4,9 +4,11 @@
 #include <RkUInfo.hpp>
 
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 using rkuinfo::Text;
 using rkuinfo::TextView;
@@ -15,26 +17,23 @@ using rkuinfo::utf8;
 
 constexpr Text::value_type separator = '\\';
 
-/// The path of a key below another one. Either may be empty.
+/// Returns the path of a key below another one. Either may be empty.
 Text joinedKey(TextView key, TextView name);
-/// A path up to its last separator; empty for a single name.
+/// Returns a path up to its last separator; empty for a single name.
 TextView parentKey(TextView path);
-/// The last name of a path.
+/// Returns the last name of a path.
 TextView lastName(TextView path);
 
-/// Whether the text is valid UTF-16: it has no lone surrogate.
+/// Returns whether the text is valid UTF-16: it has no lone surrogate.
 bool isValid(TextView text);
 
-/// The lowest so many hexadecimal digits of a number.
+/// Returns the lowest digits of a number in hexadecimal.
 std::string hexDigits(std::uint32_t number, int count);
 
-/// Replaces what a terminal would obey instead of drawing by \uXXXX: control characters, bidirectional marks
+/// Replaces by \uXXXX what a terminal would obey instead of drawing: control characters, bidirectional marks
 /// and lone surrogates, but not the character kept. JSON stays the same JSON.
-std::string shown(std::string_view text, char kept = 0);
+std::string shown(std::string_view text, char32_t kept = 0);
 std::string shown(TextView text);
-
-/// The columns that a UTF-8 text takes on a terminal.
-std::size_t displayWidth(std::string_view bytes);
 
 /// Less than 0, 0 or more than 0, as the registry orders names.
 int compareIgnoringCase(TextView a, TextView b);
@@ -47,15 +46,20 @@ bool containsIgnoringCase(TextView text, TextView part);
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
-/// Ends a command with one sentence for the user.
+/// Ends a command with one sentence for the user: the problem, and the remedy after a semicolon.
 class Failure : public std::runtime_error
 {
 public:
-    explicit Failure(const std::string& sentence, int code = exitFailed)
-        : std::runtime_error(sentence), exitCode(code)
+    explicit Failure(const std::string& why, const std::string& whatToDo = {}, int code = exitFailed)
+        : std::runtime_error(whatToDo.empty() ? why : why + "; " + whatToDo),
+          problem(why),
+          remedy(whatToDo),
+          exitCode(code)
     {
     }
 
+    const std::string problem;
+    const std::string remedy;
     const int exitCode;
 };
 
@@ -63,7 +67,39 @@ public:
 void print(std::string_view line);
 /// Prints a sentence on standard error, after everything that was printed before.
 void printError(std::string_view sentence);
-/// Shows on a terminal how far a long operation is, four times a second; a total of 0 is unknown.
-void showProgress(const char* what, std::size_t done, std::size_t total = 0);
+/// Shows on a terminal how far a long operation is, four times a second.
+void showProgress(const char* what, std::size_t done);
 /// Erases it.
 void finishProgress();
+
+struct Layout
+{
+    std::optional<std::size_t> columns; ///< without a value, cells are separated by tabs
+    bool coloured = false;
+};
+
+/// The number of the terminal's sequence ESC [ number m.
+enum class Style
+{
+    plain = 0,
+    heading = 1,
+    bad = 31, ///< what is wrong, or removed
+    good = 32,
+    name = 36,
+    quiet = 90, ///< also for what is merely absent
+};
+
+struct Cell
+{
+    std::string text;
+    Style style = Style::plain;
+};
+
+/// A row of a single cell is a heading, which only people get. Each column is as wide as its widest cell, up
+/// to a third of the terminal; a row continues below a wider cell. The last column is folded at the right
+/// edge.
+using Table = std::vector<std::vector<Cell>>;
+
+/// Prints rows for people, aligned and coloured, with the last column folded at the right edge; for programs,
+/// with a tab between the cells.
+void printTable(const Table& table, const Layout& layout);

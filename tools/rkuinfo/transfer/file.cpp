@@ -9,7 +9,6 @@
 #include <fstream>
 #include <random>
 #include <sstream>
-#include <type_traits>
 
 namespace {
 
@@ -17,13 +16,10 @@ namespace fs = std::filesystem;
 
 fs::path filePath(const std::string& name)
 {
-    if constexpr (std::is_same_v<Text, fs::path::string_type>) {
-        return utf16(name); // without a conversion, which would throw at a lone surrogate
-    }
-    return name;
+    return std::u8string(name.begin(), name.end());
 }
 
-/// By C's own call: std::cin treats an error like the end.
+/// By C's own call: std::cin reports an error as the end.
 std::string allOfInput()
 {
     std::string bytes;
@@ -99,11 +95,10 @@ std::optional<std::string> readSmallFile(const std::string& file)
     if (!fs::is_regular_file(path, failure) || fs::file_size(path, failure) > most || failure) {
         return std::nullopt;
     }
-    try {
-        return readFile(file);
-    } catch (const Failure&) {
-        return std::nullopt;
-    }
+    Losses losses;
+    std::optional<std::string> bytes;
+    guard(&losses, [&] { bytes = readFile(file); });
+    return bytes;
 }
 
 void writeFile(const std::string& file, std::string_view bytes)

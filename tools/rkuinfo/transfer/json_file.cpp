@@ -1,7 +1,6 @@
 #include "transfer/transfer.h"
 
 #include <algorithm>
-#include <set>
 
 namespace {
 
@@ -19,10 +18,9 @@ Text textFrom(const Json& json)
 {
     Text text;
     if (json.is_object()) {
-        for (const Json& unit : json.at(unitsMember)) {
-            text += static_cast<Text::value_type>(unit.get<std::uint16_t>());
-            require(unit == static_cast<std::uint16_t>(text.back()), "not a UTF-16 code unit");
-        }
+        const auto bytes = bytesFromHex(json.at(unitsMember).get<std::string>());
+        require(bytes.has_value(), "not bytes in hexadecimal");
+        text = textOf({{}, REG_SZ, *bytes});
     } else {
         text = utf16(json.get<std::string>());
     }
@@ -34,58 +32,61 @@ Value valueFrom(const Json& json)
 {
     const Json& type = json.at("type");
     const Json& data = json.at("value");
+    const ValueType* const known = type.is_string() ? typeNamed(type.get<std::string>()) : nullptr;
+    require(known != nullptr || type.is_number(), "not a type");
     Value value = {textFrom(json.at("name")), REG_SZ, {}};
     require(value.name.size() <= longestValueName, "the name of a value has at most 1023 characters");
+    value.type = known != nullptr ? known->registryType : type.get<std::uint32_t>();
     std::optional<std::string> bytes;
-    if (type.is_number()) {
-        value.type = type.get<std::uint32_t>();
-        bytes = bytesFromHex(data.get<std::string>());
-    } else {
-        const ValueType* const known = typeNamed(type.get<std::string>());
-        require(known != nullptr, "not a type");
-        value.type = known->registryType;
-        if (value.type == REG_SZ) {
-            bytes = textValue({}, textFrom(data)).data;
-        } else if (known->isJsonNumber == data.is_number()) {
-            const std::string word = data.is_number() ? data.dump() : data.get<std::string>();
-            bytes = word.empty() ? word : known->parse(word);
-        }
+    if (known != nullptr && value.type == REG_SZ) {
+        bytes = textValue({}, textFrom(data)).data;
+    } else if (data.is_number() == (known != nullptr && known->isJsonNumber)) {
+        const std::string word = data.is_number() ? data.dump() : data.get<std::string>();
+        bytes = known == nullptr || word.empty() ? bytesFromHex(word) : known->parse(word);
     }
     require(bytes.has_value(), "not a value of its type");
     value.data = *bytes;
     return value;
 }
 
-struct Pending
+/// Reads a key and those below it. The place is for messages.
+void readKey(const Json& json, const Text& root, const Text& path, std::vector<Edit>& edits,
+             std::string& place)
 {
-    const Json* json;
-    Text path;
-};
-
-/// Reads a key, and appends those below it to what is still to be read.
-void readKey(const Text& root, const Pending& key, std::vector<Pending>& pending,
-             std::set<Name, LessName>& names, std::vector<Edit>& edits, std::string& place)
-{
-    require(isUsablePath(joinedKey(root, key.path)),
-            "a path has at most 1020 characters, the name of a key 255");
-    require(names.insert({key.path, std::nullopt}).second, "the key occurs twice");
-    edits.push_back({{key.path, std::nullopt}, {}});
-    const std::string keyPlace = place;
+    const std::string key = path.empty() ? "the key itself" : "key " + utf8(path);
+    place = key;
+    require(isUsablePath(joinedKey(root, path)), "a path has at most 1020 characters, the name of a key 255");
+    require(json.at("values").is_array() && json.at("keys").is_array(), "values and keys have to be arrays");
+    edits.push_back({{path}});
     std::size_t number = 0;
-    for (const Json& json : key.json->at("values")) {
-        place = keyPlace + ", value " + std::to_string(++number);
-        Value value = valueFrom(json);
-        require(names.insert({key.path, value.name}).second, "a value occurs twice");
-        edits.push_back({{key.path, value.name}, std::move(value)});
+    for (const Json& each : json.at("values")) {
+        place = key + ", value " + std::to_string(++number);
+        const Value value = valueFrom(each);
+        edits.push_back({{path, value.name}, value});
     }
-    place = keyPlace + ", keys";
-    const Json& keys = key.json->at("keys");
-    require(keys.is_array() && key.json->at("values").is_array(), "not arrays");
-    for (auto each = keys.rbegin(); each != keys.rend(); ++each) { // the first is read next
-        const Text name = textFrom(each->at("name"));
+    for (const Json& each : json.at("keys")) {
+        place = key + ", keys";
+        const Text name = textFrom(each.at("name"));
         require(!name.empty() && name.find(separator) == Text::npos, "not the name of a key");
-        pending.push_back({&*each, joinedKey(key.path, name)});
+        readKey(each, root, joinedKey(path, name), edits, place);
     }
+}
+
+/// Appends the members of the first key, and continues after what is below it.
+void appendKey(Json& json, Tree::const_iterator& at, const Tree::const_iterator& end)
+{
+    const Text path = at->first.key;
+    Json values = Json::array();
+    Json keys = Json::array();
+    for (++at; at != end && !at->first.isKey(); ++at) {
+        values.push_back(toNamedJson(at->second));
+    }
+    while (at != end && equalIgnoringCase(parentKey(at->first.key), path)) {
+        keys.push_back({{"name", toJson(lastName(at->first.key))}});
+        appendKey(keys.back(), at, end);
+    }
+    json["values"] = std::move(values);
+    json["keys"] = std::move(keys);
 }
 
 } // namespace
@@ -95,11 +96,7 @@ Json toJson(TextView text)
     if (isValid(text)) {
         return utf8(text);
     }
-    Json units = Json::array();
-    for (const auto unit : text) {
-        units.push_back(static_cast<std::uint16_t>(unit));
-    }
-    return {{unitsMember, units}};
+    return {{unitsMember, hexText(textValue({}, Text(text)).data)}};
 }
 
 Json toJson(const Value& value)
@@ -120,26 +117,9 @@ Json toNamedJson(const Value& value)
 
 Json toJson(const Tree& tree, Json header)
 {
-    std::vector<Json> open; // the keys from the tree's own to the last one, whose keys are not complete
-    const auto closeTo = [&open](std::size_t depth) {
-        while (open.size() > depth) {
-            Json key = std::move(open.back());
-            open.pop_back();
-            open.back()["keys"].push_back(std::move(key));
-        }
-    };
-    for (const auto& [name, value] : tree) {
-        if (!name.isKey()) {
-            open.back()["values"].push_back(toNamedJson(value));
-            continue;
-        }
-        closeTo(name.key.empty() ? 0 : static_cast<std::size_t>(std::ranges::count(name.key, separator)) + 1);
-        open.push_back(name.key.empty() ? std::move(header) : Json{{"name", toJson(lastName(name.key))}});
-        open.back()["values"] = Json::array();
-        open.back()["keys"] = Json::array();
-    }
-    closeTo(1);
-    return std::move(open.front());
+    auto at = tree.begin();
+    appendKey(header, at, tree.end());
+    return header;
 }
 
 std::string documentText(const Json& json)
@@ -150,19 +130,12 @@ std::string documentText(const Json& json)
 std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes, const Text& root)
 {
     std::vector<Edit> edits;
-    std::set<Name, LessName> names;
     std::string place = "the document";
     try {
         const Json json = Json::parse(bytes);
         require(json.value("format", newestFormat) <= newestFormat,
                 "the file is of a newer version of rkuinfo");
-        std::vector<Pending> pending = {{&json, {}}};
-        while (!pending.empty()) {
-            const Pending next = std::move(pending.back());
-            pending.pop_back();
-            place = next.path.empty() ? "the key itself" : "key " + utf8(next.path);
-            readKey(root, next, pending, names, edits, place);
-        }
+        readKey(json, root, {}, edits, place);
     } catch (const Json::exception& error) {
         const std::string what = error.what(); // "[the parser's name for it] ..."
         throw Failure(file + ": " + place + ": " + what.substr(what.find(']') + 2));

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <iterator>
 
 namespace {
 
@@ -14,66 +13,6 @@ constexpr std::string_view shortRoot = "HKCU\\";
 constexpr std::string_view mark = "\xff\xfe";
 constexpr const char* blanks = " \t\r";
 
-// ---- Writing
-
-std::string quoted(const std::string& text)
-{
-    std::string out = "\"";
-    for (const char c : text) {
-        out += c == '"' || c == '\\' ? "\\" : "";
-        out += c;
-    }
-    return out + '"';
-}
-
-/// Whether a quoted string gives the value back: not with the end of a line in it or without its terminator.
-bool isPlainText(const Value& value)
-{
-    const Text text = textOf(value);
-    return value.type == REG_SZ && value.data == textValue({}, text).data && isValid(text) &&
-           text.find_first_of(utf16("\r\n")) == Text::npos;
-}
-
-void checkName(const Text& name)
-{
-    if (name.find_first_of(utf16("\r\n")) != Text::npos) {
-        throw Failure("the name '" + shown(name) +
-                      "' has several lines, which a .reg file cannot contain: use --format json");
-    }
-}
-
-void appendValue(std::string& out, const Value& value)
-{
-    checkName(value.name);
-    std::string line = (value.name.empty() ? "@" : quoted(utf8(value.name))) + '=';
-    if (isPlainText(value)) {
-        out += line + quoted(utf8(textOf(value))) + "\r\n";
-        return;
-    }
-    if (value.type == REG_DWORD && value.data.size() == sizeof(std::uint32_t)) {
-        out += line + "dword:" + hexDigits(numberOf<std::uint32_t>(value), 8) + "\r\n";
-        return;
-    }
-    std::string type = hexDigits(static_cast<std::uint32_t>(value.type), 8);
-    type.erase(0, std::min(type.find_first_not_of('0'), type.size() - 1));
-    line += value.type == REG_BINARY ? "hex:" : "hex(" + type + "):";
-    out += line;
-    constexpr std::size_t widest = 76; // columns, as the editor writes it
-    std::size_t column = line.size();
-    for (std::size_t i = 0; i < value.data.size(); ++i) {
-        if (column > widest) {
-            out += "\\\r\n  ";
-            column = 2;
-        }
-        out += hexDigits(static_cast<unsigned char>(value.data[i]), 2);
-        out += i + 1 < value.data.size() ? "," : "";
-        column += 3;
-    }
-    out += "\r\n";
-}
-
-// ---- Reading
-
 std::string textOfFile(const std::string& bytes)
 {
     Text text((bytes.size() - mark.size()) / sizeof(wchar_t), 0);
@@ -81,7 +20,7 @@ std::string textOfFile(const std::string& bytes)
     return utf8(text);
 }
 
-/// One pass over the file. What is still to be read of a line is taken off its front.
+/// One pass over the file. What has been read of a line is taken off its front.
 class Reader
 {
 public:
@@ -111,17 +50,22 @@ private:
         }
     }
 
+    /// Reads a line with those that continue it after a backslash at its end.
     bool nextLine()
     {
-        if (m_rest.empty()) {
-            return false;
+        m_joined.clear();
+        bool isRead = false;
+        for (bool continues = true; continues && !m_rest.empty(); isRead = true) {
+            ++m_number;
+            std::string_view line = m_rest.substr(0, m_rest.find('\n'));
+            m_rest.remove_prefix(std::min(line.size() + 1, m_rest.size()));
+            line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
+            line = line.substr(0, line.find_last_not_of(blanks) + 1);
+            continues = line.ends_with('\\') && !line.starts_with(';');
+            m_joined += line.substr(0, line.size() - (continues ? 1 : 0));
         }
-        ++m_number;
-        m_line = m_rest.substr(0, m_rest.find('\n'));
-        m_rest.remove_prefix(std::min(m_line.size() + 1, m_rest.size()));
-        m_line.remove_prefix(std::min(m_line.find_first_not_of(blanks), m_line.size()));
-        m_line = m_line.substr(0, m_line.find_last_not_of(blanks) + 1);
-        return true;
+        m_line = m_joined;
+        return isRead;
     }
 
     /// Takes a word off the line if it begins with it.
@@ -209,19 +153,11 @@ private:
         m_edits.push_back({{m_key, value.name}, std::move(value), isRemoval});
     }
 
-    /// Continues after a backslash at the end of a line.
     std::string takeBytes()
     {
-        std::string digits;
-        bool continues = true;
-        while (continues) {
-            continues = m_line.ends_with('\\');
-            m_line.remove_suffix(continues ? 1 : 0);
-            std::ranges::copy_if(m_line, std::back_inserter(digits),
-                                 [](char c) { return c != ',' && c != ' ' && c != '\t'; });
-            m_line = {};
-            continues = continues && nextLine();
-        }
+        std::string digits(m_line);
+        std::erase_if(digits, [](char each) { return each == ',' || each == ' ' || each == '\t'; });
+        m_line = {};
         const std::optional<std::string> bytes = bytesFromHex(digits);
         require(bytes.has_value(), "not bytes in hexadecimal");
         return *bytes;
@@ -231,6 +167,7 @@ private:
     const std::string m_text;
     const Text& m_root;
     std::string_view m_rest = m_text;
+    std::string m_joined;
     std::string_view m_line;
     std::size_t m_number = 0; ///< of the line
     Text m_key;
@@ -243,22 +180,6 @@ private:
 bool isRegFile(const std::string& bytes)
 {
     return bytes.starts_with(mark);
-}
-
-std::string toRegFile(const Text& root, const Tree& tree)
-{
-    std::string lines = std::string(firstLine) + "\r\n";
-    for (const auto& [name, value] : tree) {
-        if (name.isKey()) {
-            const Text key = joinedKey(root, name.key);
-            checkName(key);
-            lines += "\r\n[" + std::string(longRoot) + utf8(key) + "]\r\n";
-        } else {
-            appendValue(lines, value);
-        }
-    }
-    const Text units = utf16(lines + "\r\n");
-    return std::string(mark) + std::string(reinterpret_cast<const char*>(units.data()), units.size() * 2);
 }
 
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root)

@@ -1,8 +1,7 @@
 // Files that subtrees are exchanged in: their bytes, JSON and the Windows registry editor's format.
 #pragma once
 
-#include "model/tree.h"
-#include "model/value.h"
+#include "model/registry.h"
 
 #include <nlohmann/json.hpp>
 
@@ -37,8 +36,7 @@ std::string documentText(const Json& json);
 /// the reason, also for what no application could use.
 std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes, const Text& root);
 
-/// Throws for a name of several lines, which the format cannot contain.
-std::string toRegFile(const Text& root, const Tree& tree);
+// Files of the Windows registry editor are only read: on Windows it writes them itself.
 bool isRegFile(const std::string& bytes);
 /// The same; every key in the file has to be at or below root. Throws with the line.
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root);
