@@ -22,7 +22,7 @@ struct Command
     std::string name;
     std::string words;
     std::string summary;
-    std::string more; ///< the end of its help
+    std::string more; ///< printed at the end of its help
     void (*run)(Session&);
 };
 
@@ -33,7 +33,7 @@ int runCommandLine(const std::vector<std::string>& words);
 /// Prints the table, or with --json the JSON.
 void printEither(const Session& session, const Table& table, const Json& json);
 
-/// In the order of TarvoConfig::Path.
+/// Returns them in the order of TarvoConfig::Path.
 std::vector<std::string> subtreeNames();
 
 /// The key that SUBTREE and KEY name, or the value that SUBTREE and VALUE, or KEY and --value, name.

@@ -20,9 +20,9 @@ using Names = std::vector<std::string>;
 struct Parameter
 {
     const char* name;  ///< "--file" for an option, "KEY" for a word
-    const char* value; ///< "FILE", what follows an option; empty for a flag and a word
+    const char* value; ///< follows an option, such as "FILE"; empty for a flag and a word
     const char* help;
-    Names (*choices)(); ///< null when every word is accepted
+    Names (*choices)(); ///< null if every word is accepted
 };
 
 template <typename Rows, typename NameOf>
@@ -54,7 +54,7 @@ constexpr Parameter parameterTable[] = {
     {"--profile",   "NAME",   "use this profile", nullptr},
     {"--columns",   "N",      "lay out tables for this width, from 40 to 1000", nullptr},
     {"--color",     "WHEN",   "always, never, or auto: on a terminal", [] { return Names{"always", "never", "auto"}; }},
-    // Those before are common to all commands.
+    // The options above are common to all commands.
     {"SUBTREE",     "", "product-root ... user-config, see rkuinfo --help", subtreeNames},
     {"KEY",         "", "a key below it, with / or \\ between names", nullptr},
     {"VALUE",       "", "a value: KEY/NAME, or its NAME alone", nullptr},
@@ -74,7 +74,7 @@ constexpr Parameter parameterTable[] = {
 };
 // clang-format on
 
-/// Null when the table has no such row.
+/// Returns null if the table has no such row.
 const Parameter* parameterNamed(const std::string& name)
 {
     const auto* const found = std::ranges::find(parameterTable, name, &Parameter::name);
@@ -137,7 +137,7 @@ public:
 
     void parseWords(const Names& words) { parse(Names(words.rbegin(), words.rend())); } // the last one first
 
-    /// Returns those of the program, and those and the words of the command that was parsed.
+    /// Returns the options of the program, and the options and words of the parsed command.
     std::vector<const CLI::Option*> options() const
     {
         std::vector<const CLI::Option*> options = get_options();
@@ -147,7 +147,8 @@ public:
         return options;
     }
 
-    /// CLI11's own sentence about words that are not expected differs between its versions.
+    /// Words the error itself where the sentences of CLI11's versions differ: for words that are not
+    /// expected.
     std::string explain(const CLI::ParseError& error) const
     {
         const Names unknown = remaining(true);
@@ -190,13 +191,13 @@ void complete(Names words)
     }
 }
 
-/// Prints the middle of the man page: every help.
+/// Prints the middle of the man page: the help of the program and, with a heading each, of its commands.
 void printManual()
 {
     Parser parser;
     print(parser.help());
     for (const Command& command : Command::all()) {
-        print(parser.get_subcommand(command.name)->help("rkuinfo"));
+        print(".SS " + command.name + '\n' + parser.get_subcommand(command.name)->help("rkuinfo"));
     }
 }
 

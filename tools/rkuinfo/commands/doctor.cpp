@@ -15,7 +15,7 @@ struct Finding
 {
     std::string code;
     bool isError;
-    std::vector<std::string> subjects; ///< of findings that only differ in them
+    std::vector<std::string> subjects; ///< several if findings differ only in them
     std::string problem;
     std::string remedy;
 };
@@ -65,7 +65,7 @@ private:
         }
     }
 
-    /// Makes a check that throws into a finding. Returns whether it did not throw.
+    /// Runs a check, and adds a finding if it throws. Returns whether it did not.
     template <typename Check>
     bool passes(const char* code, const std::string& subject, const Check& check)
     {
@@ -135,7 +135,7 @@ private:
              {std::pair("--company", uinfo::companyNameKey), {"--product", uinfo::productNameKey}}) {
             if (exists(path) && entry(key).empty() && (isEmpty || !m_session.has(option))) {
                 add(isEmpty ? error : note, "ini-names", utf8(path),
-                    "it has no " + utf8(key) + " in a section " + section + ": the default is used",
+                    "it has no " + utf8(key) + " in a section " + section,
                     "write " + utf8(key) + "= and the name into that section");
             }
         }
@@ -201,7 +201,7 @@ private:
         for (const Origin& used : origins) {
             if (used.problem == "unreadable") {
                 add(error, "tree-damaged", used.name, used.source + " cannot be read",
-                    "record it again: " + command("use"));
+                    "put a backup of the registry in its place" + registryPlace());
             }
             for (const Origin& other : origins) {
                 if (used.isUsed && used.name == other.name && !other.value.empty() &&

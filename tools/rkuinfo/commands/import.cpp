@@ -51,7 +51,7 @@ struct Comparison
     std::vector<Change> changes;
 };
 
-/// Data that differs is two rows.
+/// Prints two rows for data that differs.
 void printChanges(const Session& session, const Place& place, const std::vector<Change>& changes)
 {
     Table table;

@@ -1,4 +1,4 @@
-// rkuinfo show.
+// rkuinfo show and languages.
 #include "commands/command.h"
 
 #include "installation/names.h"
@@ -156,10 +156,52 @@ void show(Session& session)
     printEither(session, tableOf(json, session.layout().columns.has_value()), json);
 }
 
+void languages(Session& session)
+{
+    const Installation installation(session);
+    Table table;
+    Json list = Json::array();
+    for (const LanguageState& state : installation.languages) {
+        const bool isInstalled = state.installed == uinfo::Installed::yes;
+        const std::string library = !state.other.empty()                 ? "library of " + state.other
+                                    : isInstalled && !state.hasResources ? "no library to load"
+                                                                         : "";
+        const bool isBroken = !library.empty() || state.installed == uinfo::Installed::emptyFolder;
+        table.push_back({{state.name(), Style::name},
+                         {shown(state.localName.value_or(rkuinfo::text(state.record.globalName)))},
+                         {isInstalled ? "installed" : state.whyNot(), isBroken      ? Style::bad
+                                                                      : isInstalled ? Style::good
+                                                                                    : Style::quiet},
+                         {library, Style::bad}});
+        list.push_back({{"language", state.name()},
+                        {"id", state.record.lcid},
+                        {"name", utf8(state.record.globalName)},
+                        {"local-name", textJson(state.localName.value_or(Text()))},
+                        {"folder", toJson(state.folder)},
+                        {"uninstall-entry", state.hasEntry},
+                        {"resource-library", state.hasResources},
+                        {"library-language", state.other.empty() ? Json() : Json(state.other)},
+                        {"installed", isInstalled},
+                        {"why-not", isInstalled ? Json() : Json(state.whyNot())}});
+    }
+    printEither(session, table,
+                {{"company", toJson(rkuinfo::text(installation.company.value()))},
+                 {"product", toJson(rkuinfo::text(installation.product.value()))},
+                 {"needs-uninstall-entries", installation.needsEntries},
+                 {"wanted", textJson(rkuinfo::text(installation.wanted.value()))},
+                 {"languages", list}});
+}
+
 const Command showCommand({"show", "[--origin] [--json]",
                            "Show the names in use, and where folders, files and keys are",
                            "What does not exist is marked as missing. --origin prints every source of each\n"
                            "name: start-up uses the first that has one.",
                            show});
+
+const Command
+    languagesCommand({"languages", "[--json]", "List which languages are installed, and why others are not",
+                      "A language is installed if its folder beside the program has a library and, for\n"
+                      "the default product, its installer's uninstall entry exists.",
+                      languages});
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "commands/command.h"
 
 #include "installation/names.h"
+#include "model/system.h"
 
 namespace {
 
@@ -12,17 +13,19 @@ void use(Session& session)
     const Installation installation(session);
     const Text profiles = installation.path(TarvoConfig::eProfilesRoot);
     const Text profile = rkuinfo::text(installation.profile().value());
-    const auto record = [](const Text& key, const wchar_t* name, const wchar_t* text) {
-        const Value value = textValue(rkuinfo::text(name), rkuinfo::text(text));
-        carryOut(key, {{{{}, value.name}, nullptr, &value}});
+    Tree names;
+    const auto record = [&names](const Text& key, const wchar_t* value, const Text& text) {
+        const Text name = rkuinfo::text(value);
+        names[{key, name}] = textValue(name, text);
     };
-    record(installation.companyRoot, uinfo::currentProductValue, installation.product.value());
+    record(installation.companyRoot, uinfo::currentProductValue, rkuinfo::text(installation.product.value()));
     record(installation.path(TarvoConfig::eVersionRoot), uinfo::currentLanguageValue,
-           Argument(installation.language()));
-    record(profiles, L"", Argument(profile));
-    if (const Value none; session.has("--profile")) {
-        carryOut(profiles, {{{profile}, nullptr, &none}});
+           installation.language());
+    record(profiles, L"", profile);
+    if (session.has("--profile")) {
+        names.try_emplace({joinedKey(profiles, profile)});
     }
+    inTransaction([&names] { carryOut({}, compare({}, names)); });
     print(shown(utf8(installation.product.value())) + ' ' + utf8(installation.language()) + ' ' +
           shown(profile));
 }
@@ -45,7 +48,9 @@ void provision(Session& session)
     }
     const Text root = rkuinfo::text(GetRegistryProductNameRootKey);
     if (CreateConfigReg() != TarvoConfig::eOk) {
-        throw Failure(utf8(root) + ": not created: see rkuinfo doctor");
+        const Value none;
+        carryOut(root, {{{}, nullptr, &none}}); // throws why
+        throw Failure(utf8(root) + ": not created");
     }
     print(shown(root));
 }

@@ -23,7 +23,7 @@ struct FreeModule
     void operator()(HINSTANCE module) const { FreeLibrary(module); }
 };
 
-/// Whether a library's bytes have the directory of a resource in that language.
+/// Returns whether a library has a resource in that language, by the bytes of its directory.
 bool hasLanguage(const std::string& library, const uinfo::Language& language)
 {
     return library.find(std::string("\0\0\1\0", 4) + bytesOf(language.lcid)) != std::string::npos;
@@ -39,8 +39,8 @@ void readResources(LanguageState& state)
     const std::unique_ptr<HINSTANCE__, FreeModule> module(
         LoadLibraryExW(Argument(library), nullptr, LOAD_LIBRARY_AS_DATAFILE));
     wchar_t name[64] = {};
-    state.hasResources = module != nullptr;
     if (module && LoadStringW(module.get(), state.record.localNameId, name, 63) > 0) {
+        state.hasResources = true;
         state.localName = rkuinfo::text(name);
     }
     for (const uinfo::Language& language : uinfo::languages) {
@@ -175,7 +175,7 @@ const LanguageState& Installation::chosenLanguage() const
         throw Failure(whyNone());
     }
     if (const std::string why = whyNotWanted(); !why.empty()) {
-        throw Failure(why + "; name an installed language with --language");
+        throw Failure(why, "name an installed language with --language");
     }
     return languages[static_cast<std::size_t>(wanted.isMade() ? wanted.language : preferred)];
 }

@@ -34,17 +34,17 @@ struct LanguageState
     const uinfo::Language& record;
     Text folder;
     uinfo::Installed installed;
-    bool hasEntry = false;                        ///< of its installer, which only the default product needs
-    bool hasResources = false;                    ///< its library can be read
+    bool hasEntry = false;     ///< the uninstall entry, which only the default product needs
+    bool hasResources = false; ///< its library can be read
     std::optional<Text> localName = std::nullopt; ///< in the language itself
-    std::string other = {}; ///< the language that its library is of, if it is another one
+    std::string other = {};                       ///< the language of its library, if it is another one
 
     std::string name() const { return utf8(record.shortName); }
     /// Empty for an installed language.
     std::string whyNot() const;
 };
 
-/// A source of a name, whether or not an earlier source decides.
+/// What one source has for a name.
 struct Origin
 {
     std::string name; ///< company, product, language or profile
@@ -95,7 +95,7 @@ public:
     uinfo::Choice profile() const;
     Text path(TarvoConfig::Path subtree) const;
 
-    /// Returns all sources in the order in which start-up reads them.
+    /// Returns the sources of each name, in the order in which start-up reads them.
     std::vector<Origin> origins() const;
 
     /// Returns a path that is stored as a setting, empty if an application cannot use it; nothing if none is

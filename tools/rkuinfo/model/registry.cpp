@@ -57,7 +57,7 @@ std::optional<Value> readValue(const RegistryKey& key, const Text& path, const T
     DWORD size = 0;
     LSTATUS status =
         key ? RegQueryValueExW(key.get(), argument, nullptr, &type, nullptr, &size) : ERROR_FILE_NOT_FOUND;
-    do { // until no other process changes its length in between
+    do { // again if another process has changed the length
         value.data.resize(size);
         if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
             BYTE none = 0;
@@ -126,7 +126,8 @@ void readKey(Tree& tree, const Text& root, const Text& path, bool isDeep, Losses
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
-/// As an application sees it: a text ends at its terminator, and a number may be stored with fewer bytes.
+/// Compares as an application does: a text ends at its terminator, and a number may be stored with fewer
+/// bytes.
 bool sameData(const Value& a, const Value& b)
 {
     return a.type == b.type && (a.data == b.data || (typeOf(a) != nullptr && typeOf(a) == typeOf(b) &&

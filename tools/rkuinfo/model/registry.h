@@ -1,9 +1,9 @@
-// The current user's registry by its own calls: they return why something is refused, which the library does
-// not. A key with everything below it is a tree in memory: export writes it, import reads it, diff compares
-// it.
+// The current user's registry by the system's calls: they return why something is refused, which the library
+// does not. A key with everything below it is a tree in memory: export writes it, import reads it, diff
+// compares it.
 //
-// Commands that look read the registry here, without starting the library: start-up records in the registry
-// what it chose, and looking must change nothing, even when it is interrupted or run twice at a time.
+// Commands that only look read the registry here and do not start the library: start-up would record the
+// names that it chose.
 #pragma once
 
 #include "text/text.h"
@@ -30,39 +30,32 @@ struct ValueType
 {
     std::string_view name;
     unsigned long registryType;
-    std::size_t least; ///< bytes, and the most, that an application reads as it
+    std::size_t least; ///< bytes of a value that an application reads as this type
     std::size_t most;
     bool isJsonNumber;     ///< in JSON a number, otherwise a string
-    std::string_view word; ///< what a word has to be
+    std::string_view word; ///< how a word of this type looks
     std::optional<std::string> (*parse)(
         std::string_view word); ///< returns the data; nothing for a wrong word
     std::string (*print)(const Value& value);
 
-    /// Whether the stored value can be printed as this type.
+    /// Returns whether the stored value can be printed as this type.
     bool fits(const Value& value) const;
 };
 
 extern const std::vector<ValueType> valueTypes;
-/// Null when there is no such type.
+/// Returns null if there is no such type.
 const ValueType* typeNamed(std::string_view name);
-/// The type that an application reads the value as; null when it cannot.
+/// Returns the type that an application reads the value as; null if it cannot read it.
 const ValueType* typeOf(const Value& value);
 
-/// A number, the bytes in hexadecimal, or the text; of a value that applications cannot read, its bytes.
+/// Returns a number, the bytes in hexadecimal, or the text; the bytes of a value that applications cannot
+/// read.
 std::string dataText(const Value& value);
-/// The text of a REG_SZ, up to its first null character.
+/// Returns the text of a REG_SZ, up to its first null character.
 Text textOf(const Value& value);
 std::string hexText(std::string_view bytes);
 std::optional<std::string> bytesFromHex(std::string_view word);
 Value textValue(const Text& name, const Text& text);
-
-template <typename Number>
-Number numberOf(const Value& value)
-{
-    Number number = 0;
-    value.data.copy(reinterpret_cast<char*>(&number), sizeof number);
-    return number;
-}
 
 template <typename Number>
 std::string bytesOf(Number number)
@@ -70,7 +63,7 @@ std::string bytesOf(Number number)
     return {reinterpret_cast<const char*>(&number), sizeof number};
 }
 
-/// Sentences about what could not be read.
+/// Sentences about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
 /// Reads something. With losses, appends the problem to them instead of throwing it.
@@ -96,7 +89,7 @@ bool keyExists(const Text& path);
 /// Returns nothing if there is no such key or value.
 std::optional<Value> readValue(const Text& path, const Text& name);
 
-/// The limit for a name that an application can read.
+/// The longest name that an application can read.
 constexpr std::size_t longestValueName = 1023;
 
 /// Returns whether an application can read the key of a path: at most 1020 characters, with names of 1 to
@@ -118,7 +111,7 @@ struct LessName
     bool operator()(const Name& a, const Name& b) const;
 };
 
-/// A key is an empty value.
+/// A key has an empty value.
 using Tree = std::map<Name, Value, LessName>;
 
 /// Reads a key and the names of the keys right below it, or everything below it; nothing if it does not

@@ -1,4 +1,4 @@
-// What each system does in its own way.
+// Functions that differ between the systems.
 #pragma once
 
 #include "text/text.h"
@@ -8,11 +8,11 @@
 #include <optional>
 #include <string>
 
-/// Loads libraries only from the program's and the system's folder; lets every byte pass unchanged through
-/// the standard streams, and makes a console understand colours and UTF-8 until the process ends.
+/// Restricts the loading of libraries to the program's and the system's folder, makes the standard streams
+/// binary, and lets a console understand colours and UTF-8 until the process exits.
 void prepareProcess();
 
-/// Returns the width of the terminal that standard output is; nothing when it is not a terminal.
+/// Returns the width of the terminal that standard output is; nothing if it is not a terminal.
 std::optional<std::size_t> terminalColumns();
 bool errorsGoToTerminal();
 
@@ -20,7 +20,7 @@ bool errorsGoToTerminal();
 /// anything else.
 Text fullFolder(const std::string& name);
 
-/// Converts a path of that kind for C++'s own streams.
+/// Converts such a path for the streams of C++.
 std::string nativePath(const Text& path);
 
 /// Quotes a word so that the system's shells read it back unchanged, without expanding anything in it.
@@ -35,7 +35,7 @@ std::string registryPlace();
 /// Throws why the user cannot write to a key, and what to do. Changes nothing.
 void requireWritable(const Text& key);
 
-/// Makes changes to the registry: all of them are stored or, if it throws or the process ends, none. On a
-/// system without transactions each is stored at once. Throws if they cannot be stored.
+/// Makes changes to the registry. If they throw or the process terminates, none is stored; on a system
+/// without transactions each is stored at once. Throws if they cannot be stored.
 void inTransaction(const std::function<void()>& change);
 bool hasTransactions();

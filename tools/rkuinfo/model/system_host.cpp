@@ -99,18 +99,22 @@ void requireWritable(const Text& /*key*/)
         if (stat(file.c_str(), &found) != 0) {
             continue;
         }
-        const int failure = access(file.c_str(), W_OK) == 0 ? 0 : errno;
-        if (failure == EROFS) {
+        if (access(file.c_str(), W_OK) != 0 && errno == EROFS) {
             throw Failure(file + " cannot be written: its file system is read-only",
                           "mount the file system for writing");
         }
-        if (found.st_uid != geteuid() && (failure != 0 || file.starts_with(registry))) {
+        const bool isRegistry = folder == registry;
+        if (found.st_uid != geteuid()) { // nothing is written for another user, not even by root
             throw Failure(file + " belongs to another user, number " + std::to_string(found.st_uid),
-                          "give it to this user: sudo chown -R " + std::to_string(geteuid()) + ' ' +
-                              shellWord(folder));
+                          std::string("run rkuinfo as that user, or ") +
+                              (isRegistry ? "give it to this one: sudo chown -R "
+                                          : "create a folder for this one: sudo install -d -o ") +
+                              std::to_string(geteuid()) + ' ' + shellWord(registry));
         }
-        if (failure != 0) {
-            throw Failure(file + " cannot be written", "allow it: chmod -R u+rwX " + shellWord(folder));
+        if (access(file.c_str(), W_OK) != 0) {
+            throw Failure(file + " cannot be written", std::string("allow it: chmod ") +
+                                                           (isRegistry ? "-R " : "") + "u+rwX " +
+                                                           shellWord(folder));
         }
     }
 }

@@ -32,8 +32,10 @@ std::optional<std::string> parse(std::string_view word)
 template <typename Number>
 std::string numberText(const Value& value)
 {
+    Number number = 0;
+    value.data.copy(reinterpret_cast<char*>(&number), sizeof number);
     char text[32];
-    return {text, std::to_chars(text, text + sizeof text, numberOf<Number>(value)).ptr};
+    return {text, std::to_chars(text, text + sizeof text, number).ptr};
 }
 
 std::optional<std::string> parseBinary(std::string_view word)

@@ -170,7 +170,7 @@ std::string styled(const Layout& layout, std::string_view text, Style style)
                : std::string(text);
 }
 
-/// Takes the first line that fits a width off a text: up to its last separator, else all that fits.
+/// Removes from a text the first line that fits: up to its last separator, else as much as fits.
 std::string_view takeLine(std::string_view& text, std::size_t room)
 {
     std::size_t end = 0;

@@ -21,7 +21,7 @@ constexpr Text::value_type separator = '\\';
 Text joinedKey(TextView key, TextView name);
 /// Returns a path up to its last separator; empty for a single name.
 TextView parentKey(TextView path);
-/// Returns the last name of a path.
+/// Returns the part of a path after its last separator.
 TextView lastName(TextView path);
 
 /// Returns whether the text is valid UTF-16: it has no lone surrogate.
@@ -35,7 +35,7 @@ std::string hexDigits(std::uint32_t number, int count);
 std::string shown(std::string_view text, char32_t kept = 0);
 std::string shown(TextView text);
 
-/// Less than 0, 0 or more than 0, as the registry orders names.
+/// Returns a number below, equal to or above 0, in the order of names in the registry.
 int compareIgnoringCase(TextView a, TextView b);
 inline bool equalIgnoringCase(TextView a, TextView b)
 {
@@ -69,7 +69,7 @@ void print(std::string_view line);
 void printError(std::string_view sentence);
 /// Shows on a terminal how far a long operation is, four times a second.
 void showProgress(const char* what, std::size_t done);
-/// Erases it.
+/// Erases what showProgress printed.
 void finishProgress();
 
 struct Layout
@@ -95,9 +95,7 @@ struct Cell
     Style style = Style::plain;
 };
 
-/// A row of a single cell is a heading, which only people get. Each column is as wide as its widest cell, up
-/// to a third of the terminal; a row continues below a wider cell. The last column is folded at the right
-/// edge.
+/// A row of a single cell is a heading, which only people see.
 using Table = std::vector<std::vector<Cell>>;
 
 /// Prints rows for people, aligned and coloured, with the last column folded at the right edge; for programs,

@@ -19,7 +19,7 @@ fs::path filePath(const std::string& name)
     return std::u8string(name.begin(), name.end());
 }
 
-/// By C's own call: std::cin reports an error as the end.
+/// Uses fread, because std::cin reports an error as the end.
 std::string allOfInput()
 {
     std::string bytes;
@@ -41,7 +41,8 @@ bool write(const fs::path& path, std::string_view bytes)
     return !out.fail();
 }
 
-/// Replaces what links lead to. The new file has a name that nobody can have guessed, and is not left behind.
+/// Follows links. The new file has a random name, so that nobody can create it first, and is removed on
+/// failure.
 bool replace(const fs::path& path, std::string_view bytes)
 {
     std::error_code failure;

@@ -49,7 +49,7 @@ Value valueFrom(const Json& json)
     return value;
 }
 
-/// Reads a key and those below it. The place is for messages.
+/// Reads a key and those below it. Sets `place` for messages.
 void readKey(const Json& json, const Text& root, const Text& path, std::vector<Edit>& edits,
              std::string& place)
 {
@@ -72,7 +72,7 @@ void readKey(const Json& json, const Text& root, const Text& path, std::vector<E
     }
 }
 
-/// Appends the members of the first key, and continues after what is below it.
+/// Appends the members of the key at `at`, and moves that past everything below it.
 void appendKey(Json& json, Tree::const_iterator& at, const Tree::const_iterator& end)
 {
     const Text path = at->first.key;

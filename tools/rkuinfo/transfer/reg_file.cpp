@@ -13,14 +13,18 @@ constexpr std::string_view shortRoot = "HKCU\\";
 constexpr std::string_view mark = "\xff\xfe";
 constexpr const char* blanks = " \t\r";
 
+/// The registry editor writes UTF-16; other editors save the file as UTF-8.
 std::string textOfFile(const std::string& bytes)
 {
+    if (!bytes.starts_with(mark)) {
+        return bytes;
+    }
     Text text((bytes.size() - mark.size()) / sizeof(wchar_t), 0);
     bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t), mark.size());
     return utf8(text);
 }
 
-/// One pass over the file. What has been read of a line is taken off its front.
+/// Reads the file in one pass, and removes from the front of a line what has been read.
 class Reader
 {
 public:
@@ -68,7 +72,7 @@ private:
         return isRead;
     }
 
-    /// Takes a word off the line if it begins with it.
+    /// Removes a word from the front of the line. Returns false if the line does not begin with it.
     bool take(std::string_view word)
     {
         const bool isThere = m_line.starts_with(word);
@@ -76,7 +80,7 @@ private:
         return isThere;
     }
 
-    /// Takes a hexadecimal number of at most eight digits off the line.
+    /// Removes a hexadecimal number of at most eight digits from the front of the line.
     std::uint32_t takeNumber(const char* what)
     {
         std::uint32_t number = 0;
@@ -179,7 +183,7 @@ private:
 
 bool isRegFile(const std::string& bytes)
 {
-    return bytes.starts_with(mark);
+    return bytes.starts_with(mark) || bytes.starts_with(firstLine);
 }
 
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root)

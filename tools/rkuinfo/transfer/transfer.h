@@ -1,4 +1,4 @@
-// Files that subtrees are exchanged in: their bytes, JSON and the Windows registry editor's format.
+// Files that contain subtrees: their bytes, JSON and the Windows registry editor's format.
 #pragma once
 
 #include "model/registry.h"
@@ -10,33 +10,33 @@
 #include <string_view>
 #include <vector>
 
-/// Whether a file is a standard stream: "-", or no name.
+/// Returns whether the name of a file stands for a standard stream: "-", or nothing.
 bool isStream(const std::string& file);
 std::string readFile(const std::string& file);
-/// Reads a regular file of at most 1 MiB; nothing for what is not one, and without waiting for a pipe.
+/// Reads a regular file of at most 1 MiB; returns nothing for anything else, and does not wait for a pipe.
 std::optional<std::string> readSmallFile(const std::string& file);
-/// Writes a new file beside it and puts that in its place with the same permissions, so that it exists whole
-/// or as it was; writes straight into what is not a regular file, such as a device.
+/// Writes a new file with the same permissions and renames it, so that the file is either new or as it was.
+/// Writes directly into anything but a regular file, such as a device.
 void writeFile(const std::string& file, std::string_view bytes);
 
-// JSON is without loss; the man page describes it. A text that is not valid UTF-16 is {"utf16": [numbers]},
-// since JSON has no other way to write a lone surrogate.
+// JSON contains everything; the man page describes it. A string that is not valid UTF-16 is {"utf16": "bytes
+// in hexadecimal"}, because JSON cannot contain a lone surrogate.
 using Json = nlohmann::ordered_json;
 
 Json toJson(TextView text);
-/// {"type", "value"}.
+/// Returns {"type", "value"}.
 Json toJson(const Value& value);
-/// {"name", "type", "value"}.
+/// Returns {"name", "type", "value"}.
 Json toNamedJson(const Value& value);
 /// Appends {"values": [...], "keys": [{"name", "values", "keys"}...]} to the members of a header.
 Json toJson(const Tree& tree, Json header = Json::object());
-/// The text of a document, without a character that a terminal would obey.
+/// Returns the text of a document, without a character that a terminal would obey.
 std::string documentText(const Json& json);
-/// Reads what a file does to a key of that path below HKEY_CURRENT_USER. Throws with the key in the file and
-/// the reason, also for what no application could use.
+/// Reads the changes that a file makes to the key `root`. Throws with the key in the file and the reason,
+/// also for names that no application could use.
 std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes, const Text& root);
 
-// Files of the Windows registry editor are only read: on Windows it writes them itself.
+// Files of the Windows registry editor are only read: the editor writes them.
 bool isRegFile(const std::string& bytes);
-/// The same; every key in the file has to be at or below root. Throws with the line.
+/// Does the same. Every key in the file has to be `root` or below it. Throws with the line.
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root);
