@@ -110,9 +110,7 @@ private:
         std::string actual = result.output + result.errors;
         actual += result.exitCode == 0 ? "" : '[' + std::to_string(result.exitCode) + "]\n";
         replaceAll(actual, "--company \"" + m_company + '"', "--company Acme"); // has to be quoted
-        std::string inJson = m_company;
-        replaceAll(inJson, "\\", "\\\\");
-        replaceAll(actual, inJson, "Acme");
+        replaceAll(actual, std::regex_replace(m_company, std::regex(R"(\\)"), R"(\\)"), "Acme"); // in JSON
         replaceAll(actual, m_company, "Acme");
         EXPECT_TRUE(matches(expected, actual))
             << m_file.string() << ": $ " << command + '\n' + actual + "---- expected\n" + expected;

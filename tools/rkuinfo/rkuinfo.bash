@@ -1,10 +1,5 @@
-# bash completion of rkuinfo, which itself knows what may follow
+# bash completion of rkuinfo: the program prints the words
 _rkuinfo() {
-    local word
-    COMPREPLY=()
-    while IFS= read -r word; do
-        COMPREPLY+=("$(printf %q "$word")")
-    done < <("${COMP_WORDS[0]}" complete "${COMP_WORDS[@]:1:COMP_CWORD}" 2>/dev/null)
-    [[ ${COMPREPLY[0]-} != */ ]] || compopt -o nospace 2>/dev/null
+    mapfile -t COMPREPLY < <("${COMP_WORDS[0]}" complete "${COMP_WORDS[@]:1:COMP_CWORD}" 2>/dev/null)
 }
 complete -o default -F _rkuinfo rkuinfo rkuinfo.exe

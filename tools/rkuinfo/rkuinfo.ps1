@@ -1,4 +1,4 @@
-# PowerShell completion of rkuinfo, which itself knows what may follow: put ". FOLDER\rkuinfo.ps1" into your $PROFILE.
+# PowerShell completion of rkuinfo; the program prints the words. Put ". FOLDER\rkuinfo.ps1" into your $PROFILE.
 Register-ArgumentCompleter -Native -CommandName rkuinfo, rkuinfo.exe -ScriptBlock {
     param($word, $line, $position)
     $words = @($line.CommandElements | Select-Object -Skip 1 | Where-Object { $_.Extent.EndOffset -lt $position } |

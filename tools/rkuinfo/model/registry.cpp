@@ -79,17 +79,16 @@ template <typename Call, typename Visit>
 void enumerate(const RegistryKey& key, const Text& path, Call call, Losses* losses, const Visit& visit)
 {
     constexpr std::size_t mostLosses = 1000; // of a store where nothing can be read
-    std::vector<wchar_t> name(16384);        // the longest name of a value, with its terminator
+    wchar_t name[16384];                     // the longest name of a value, with its terminator
     for (DWORD index = 0; losses == nullptr || losses->size() < mostLosses; ++index) {
-        auto length = static_cast<DWORD>(name.size());
-        const LSTATUS status =
-            call(key.get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
+        DWORD length = std::size(name);
+        const LSTATUS status = call(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr);
         if (status == ERROR_NO_MORE_ITEMS) {
             return;
         }
         guard(losses, [&] {
             require(status, fullName(path));
-            visit(rkuinfo::text(name.data()));
+            visit(rkuinfo::text(name));
         });
     }
 }
