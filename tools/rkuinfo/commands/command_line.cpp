@@ -192,12 +192,14 @@ void complete(Names words)
 }
 
 /// Prints the middle of the man page: the help of the program and, with a heading each, of its commands.
+/// There, .eo makes a backslash an ordinary character.
 void printManual()
 {
     Parser parser;
     print(parser.help());
     for (const Command& command : Command::all()) {
-        print(".SS " + command.name + '\n' + parser.get_subcommand(command.name)->help("rkuinfo"));
+        print(".ec\n.SS " + command.name + "\n.nf\n.eo\n" +
+              parser.get_subcommand(command.name)->help("rkuinfo"));
     }
 }
 
