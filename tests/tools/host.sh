@@ -73,6 +73,11 @@ expect 1 rkuinfo get settings before
 cp "$app/intact.db" "$registry"
 expect 'bytes to read: 151' script -qec "$app/rkuinfo --company Acme --product Widget import settings --file $app/file.json" /dev/null
 
+cp "$app/en-US/RkUInfoRes.dll" "$app/own.dll"
+cp "$1/bin/de-DE/RkUInfoRes.dll" "$app/en-US"
+expect $'language-other\ten-US\tthe language\'s RkUInfoRes.dll is of de-DE' rkuinfo doctor
+expect $'installed\tlibrary of de-DE' rkuinfo languages
+cp "$app/own.dll" "$app/en-US/RkUInfoRes.dll"
 mkdir "$app/fr-FR"
 expect $'\e[31mempty' script -qec "$app/rkuinfo languages" /dev/null
 for quiet in NO_COLOR=1 TERM=dumb; do

@@ -17,8 +17,8 @@ TEST(RkuinfoOnWindows, UndoesAnImportThatIsRefused)
     const std::string before = tree(HKEY_CURRENT_USER, settings);
     writeFile(
         application.folder() / "file.json",
-        R"({"values": [{"name": "int", "type": "int", "value": 2}, {"name": "new", "type": "int", "value": 2}],
-            "keys": [{"name": "Volatile", "values": [], "keys": [{"name": "B", "values": [], "keys": []}]}]})");
+        R"({"keys": [{"name": "Volatile", "values": [], "keys": [{"name": "B", "values": [], "keys": []}]}],
+                  "values": [{"name": "int", "type": "int", "value": 2}]})");
     const ChildResult result = runProgram(application.addProgram("rkuinfo"),
                                           {"--company", companyFromOutside("Acme"), "--product", "Widget",
                                            "import", "settings", "--file", "file.json"},
