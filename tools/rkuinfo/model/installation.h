@@ -81,7 +81,7 @@ public:
     const bool needsEntries; ///< the default product
     const uinfo::LanguageChoice wanted;
     const std::int32_t preferred;         ///< the installed language that start-up would propose
-    std::vector<LanguageState> languages; ///< all fifteen, by index
+    std::vector<LanguageState> languages; ///< all, by index
 
     /// Returns why the wanted language cannot be chosen; empty if it can, or if none is wanted.
     std::string whyNotWanted() const;
