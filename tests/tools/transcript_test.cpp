@@ -40,8 +40,7 @@ std::string takeOutput(std::istringstream& lines)
 /// In what is expected, a line "..." stands for any lines.
 bool matches(const std::string& expected, const std::string& actual)
 {
-    const std::regex special(R"([.^$|()\[\]{}*+?\\])");
-    std::string pattern = std::regex_replace('\n' + expected, special, R"(\$&)");
+    std::string pattern = std::regex_replace('\n' + expected, std::regex(R"([.^$|()\[\]{}*+?\\])"), R"(\$&)");
     replaceAll(pattern, "\n\\.\\.\\.\n", "\n(?:.*\n)*");
     return std::regex_match('\n' + actual, std::regex(pattern));
 }
@@ -73,34 +72,33 @@ private:
 
     void prepare(const std::vector<std::string>& asked, std::istringstream& lines)
     {
-        const std::string& what = asked.front();
-        if (what == "@language") {
+        if (asked[0] == "@language") {
             m_application.addLanguage(asked.at(1));
-        } else if (what == "@registry") { // KEY NAME TYPE DATA-IN-HEXADECIMAL
+        } else if (asked[0] == "@registry") { // KEY NAME TYPE DATA-IN-HEXADECIMAL
             RawValue value = {static_cast<DWORD>(std::stoul(asked.at(3))), ""};
             for (std::size_t i = 0; i + 1 < asked.at(4).size(); i += 2) {
                 value.bytes += static_cast<char>(std::stoi(asked.at(4).substr(i, 2), nullptr, 16));
             }
             setRaw(HKEY_CURRENT_USER, asked.at(1), asked.at(2), value);
-        } else if (what == "@remove") {
+        } else if (asked[0] == "@remove") {
             std::filesystem::remove_all(m_application.folder() / asked.at(1));
         } else {
-            ASSERT_TRUE(what == "@file" || what == "@utf16") << what;
+            ASSERT_TRUE(asked[0] == "@file" || asked[0] == "@utf16") << asked[0];
             std::string text;
             for (std::string row; std::getline(lines, row) && row != "@end";) {
                 text += row + "\r\n";
             }
             const Wide wide(text);
             writeFile(m_application.folder() / asked.at(1),
-                      what == "@file" ? text : "\xff\xfe" + wide.bytes().substr(0, 2 * wide.length()));
+                      asked[0] == "@file" ? text : "\xff\xfe" + wide.bytes().substr(0, 2 * wide.length()));
         }
     }
 
     void run(const std::string& command, const std::string& expected)
     {
-        std::vector<std::string> all = words(command);
-        all.insert(all.begin(), {"--company", m_company, "--product", "Widget"}); // of which later ones win
         const std::string before = tree(HKEY_CURRENT_USER, "Software\\Acme");
+        // Of options that are given twice, the later one counts.
+        const auto all = words("--company '" + m_company + "' --product Widget " + command);
         const ChildResult result = runProgram(m_program, all, {m_application.folder(), ""});
         std::string actual = result.output + result.errors;
         actual += result.exitCode == 0 ? "" : '[' + std::to_string(result.exitCode) + "]\n";
