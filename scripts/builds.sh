@@ -16,7 +16,7 @@ row() {
     fi
 }
 
-# Not in another project: the library, its languages and one of the examples, without warnings.
+# Builds this project by itself: the library, the languages and one example, without warnings.
 alone() {
     local folder=${*: -1}
     cmake -S . -B "$folder" -DRKUINFO_TESTS=OFF -DCMAKE_COMPILE_WARNING_AS_ERROR=ON "${@:1:$#-1}" &&
@@ -27,7 +27,7 @@ no_build_type() {
     alone -G Ninja "$1" && grep -q -e '-O2 -g' "$1/build.ninja"
 }
 
-# Each configuration's folder has the program and the languages.
+# Checks that each configuration's folder contains the program and the languages.
 several_configurations() {
     local folder=${*: -1} configuration
     alone -G 'Ninja Multi-Config' "$@" &&
@@ -45,8 +45,8 @@ guest_starts() {
     [ "$(HOME=$1/home XDG_DATA_HOME='' "${run[@]}" | tr -d '\r')" = 3 ]
 }
 
-# As a part of a project: its program starts from the build folder, and without that folder when it is installed. CMake
-# refuses an unknown language.
+# Builds a project that includes this one: its program starts from the build folder and, once installed, without it.
+# CMake refuses an unknown language.
 guest() {
     local folder=${*: -1}
     local build=$folder/build options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
@@ -78,8 +78,8 @@ installed() {
         cmake --build "$folder" --target uninstall
 }
 
-# One package with the libraries for both of Visual C++'s runtimes: a client is linked with those of its own runtime, or
-# CMake reports that they are missing.
+# Builds one package with the libraries for both of Visual C++'s runtimes: a client is linked with those of its own
+# runtime, or CMake reports that they are missing.
 both_runtimes() {
     local folder=$1 client=$1/consumer configuration
     local toolchain=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/visual-cpp.cmake
@@ -103,14 +103,14 @@ both_runtimes() {
         cmp "$client/Debug/RkUInfo.pdb" "$folder/package/debug/bin/RkUInfo.pdb"
 }
 
-# The same sources produce the same libraries. ./dev package checks this for MinGW's.
+# Checks that the same sources produce the same libraries. ./dev package does this for MinGW's.
 reproducible() {
     build visual-cpp RkUInfo &&
         tests/package/check.sh reproducible "$PWD/build/visual-cpp" visual-cpp bin/RkOsBase.dll bin/RkUInfo.dll \
             bin/RkOsBase.pdb bin/RkUInfo.pdb lib/RkOsBase.lib lib/RkUInfo.lib
 }
 
-# The Debian packages, installed in a bare root: a program is built with them, and starts without them.
+# Installs the Debian packages in a bare root, builds a program with them, and starts it without them.
 debian_packages() {
     source scripts/package.sh
     source scripts/fresh.sh

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The picture of the README, docs/rkuinfo.svg, from what rkuinfo prints in the demo's application:
+# Prints README's picture, docs/rkuinfo.svg, of the output of rkuinfo in the demo's application:
 #   scripts/picture.sh [COLUMNS] >docs/rkuinfo.svg
 # ./dev demo lays that application out. Colours follow the reader's dark or light scheme.
 set -euo pipefail
@@ -12,7 +12,7 @@ cp build/host/bin/rkuinfo "$home/cad"
 export HOME=$home XDG_DATA_HOME=$home/.local/share XDG_CONFIG_HOME=$home/.config
 mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
 cd "$home/cad"
-rm -r zh-CN # not every viewer has its letters, and then no columns
+rm -r zh-CN # viewers without its characters misalign the columns
 ./installer en-US fr-FR
 
 run() {

@@ -10,7 +10,7 @@ mkdir "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
 registry=$XDG_DATA_HOME/winhost/registry.db
 failed=0
 
-# EXPECTED COMMAND...: its output contains that.
+# EXPECTED COMMAND...: the output must contain EXPECTED.
 expect() {
     local expected=$1 actual
     shift
@@ -40,7 +40,7 @@ without_memory() (
     echo "exit code $?"
 )
 
-# Root may read everything unless it gives that right up.
+# Root can read everything unless it drops that capability.
 without_rights() {
     local drop=()
     [ "$(id -u)" -ne 0 ] || drop=(setpriv --bounding-set -dac_override,-dac_read_search)

@@ -37,7 +37,7 @@ std::string takeOutput(std::istringstream& lines)
     return all;
 }
 
-/// In what is expected, a line "..." stands for any lines.
+/// Compares two outputs. A line "..." in `expected` matches any lines.
 bool matches(const std::string& expected, const std::string& actual)
 {
     std::string pattern = std::regex_replace('\n' + expected, std::regex(R"([.^$|()\[\]{}*+?\\])"), R"(\$&)");
@@ -54,7 +54,7 @@ private:
     void TestBody() override
     {
         wchar_t path[MAX_PATH];
-        SHGetSpecialFolderPathW(nullptr, path, CSIDL_APPDATA, TRUE); // makes it
+        SHGetSpecialFolderPathW(nullptr, path, CSIDL_APPDATA, TRUE); // creates it
         SHGetSpecialFolderPathW(nullptr, path, CSIDL_LOCAL_APPDATA, TRUE);
         std::string text = readFile(m_file);
         replaceAll(text, "{app}", windowsPath(m_application.folder()));

@@ -25,9 +25,9 @@ extern "C" int wmain(int argc, wchar_t** argv)
     } catch (const Failure& failure) {
         sentence = failure.what();
         exitCode = failure.exitCode;
-    } catch (RkException* exception) { // thrown without memory; by pointer, as the whole family is
+    } catch (RkException* exception) { // memory is exhausted; the whole family is thrown by pointer
         delete exception;
-    } catch (const std::bad_alloc&) { // the sentence is there
+    } catch (const std::bad_alloc&) { // prints the sentence that was allocated in advance
     } catch (const std::exception& exception) {
         sentence = exception.what();
     }

@@ -12,7 +12,7 @@
 
 struct Command
 {
-    /// Adds it to all().
+    /// Adds the command to all().
     Command(std::string_view name, std::string_view words, std::string_view summary, std::string_view more,
             void (*run)(Session&));
 
@@ -33,7 +33,7 @@ int runCommandLine(const std::vector<std::string>& words);
 /// Prints the table, or with --json the JSON.
 void printEither(const Session& session, const Table& table, const Json& json);
 
-/// Returns them in the order of TarvoConfig::Path.
+/// Returns the names of the subtrees, in the order of TarvoConfig::Path.
 std::vector<std::string> subtreeNames();
 
 /// The key that SUBTREE and KEY name, or the value that SUBTREE and VALUE, or KEY and --value, name.
@@ -49,10 +49,10 @@ struct Place
     Text path() const { return joinedKey(subtree, key); }
     /// Reads the key as readTree does; throws if it does not exist.
     Tree tree(bool isDeep = true, Losses* losses = nullptr) const;
-    /// Throws that it does not exist, with its whole path.
+    /// Throws a Failure that says with the whole path that the place does not exist.
     [[noreturn]] void failNotFound() const;
 };
 
-/// Returns the row of a key or value in a listing. People see its path below the listed key; programs read
-/// the path of its key below the subtree, its name, its type and its data.
+/// Returns the row of a key or value in a listing. For people it has the path below the listed key; for
+/// programs the path of the key below the subtree, the name, the type and the data.
 std::vector<Cell> rowOf(const Place& place, const Name& name, const Value& value, bool isForPeople);

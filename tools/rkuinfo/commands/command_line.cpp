@@ -135,7 +135,10 @@ public:
         }
     }
 
-    void parseWords(const Names& words) { parse(Names(words.rbegin(), words.rend())); } // the last one first
+    void parseWords(const Names& words)
+    {
+        parse(Names(words.rbegin(), words.rend()));
+    } // CLI11 expects the last word first
 
     /// Returns the options of the program, and the options and words of the parsed command.
     std::vector<const CLI::Option*> options() const
@@ -147,8 +150,7 @@ public:
         return options;
     }
 
-    /// Words the error itself where the sentences of CLI11's versions differ: for words that are not
-    /// expected.
+    /// Returns the message of an error. That for unexpected words is not CLI11's, whose versions differ.
     std::string explain(const CLI::ParseError& error) const
     {
         const Names unknown = remaining(true);
@@ -162,7 +164,7 @@ public:
     }
 };
 
-/// Prints the commands, options or subtrees that may stand in place of the last word, one a line.
+/// Prints the commands, options or subtrees that can replace the last word, one per line.
 void complete(Names words)
 {
     const std::string last = words.back();
@@ -203,7 +205,7 @@ void printManual()
     }
 }
 
-/// Returns the key as the library accepts it: with \ for /, and none at its ends.
+/// Replaces / with \ in a key and removes separators at its ends, like the library.
 Text normalised(const std::string& key)
 {
     Text path = utf16(key);

@@ -29,7 +29,7 @@ public:
     {
         if (!passes("registry", "registry", [] { keyExists(rkuinfo::text(L"Software")); })) {
             checkWritable({}); // its owner may be the cause
-            return m_findings; // nothing else can be known
+            return m_findings; // all other checks need the registry
         }
         const Text folder = m_session.has("--program") ? fullFolder(m_session["--program"])
                                                        : rkuinfo::text(GetVelaProgramPath);
@@ -65,7 +65,7 @@ private:
         }
     }
 
-    /// Runs a check, and adds a finding if it throws. Returns whether it did not.
+    /// Runs a check. If it throws, adds a finding and returns false.
     template <typename Check>
     bool passes(const char* code, const std::string& subject, const Check& check)
     {
@@ -95,7 +95,7 @@ private:
 
     // ---- INI files
 
-    /// Returns whether the file can be read without danger, or does not exist.
+    /// Returns whether the file is safe to read, or does not exist.
     bool checkIniFile(const Text& folder, const wchar_t* name)
     {
         const Text path = folder + rkuinfo::text(name);

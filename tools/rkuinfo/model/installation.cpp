@@ -57,7 +57,7 @@ Text checkedFolder(const Session& session)
     if (folder.empty()) {
         throw Failure("'" + named + "' is not a folder", {}, exitUsage);
     }
-    keyExists(rkuinfo::text(L"Software")); // throws why the registry cannot be read
+    keyExists(rkuinfo::text(L"Software")); // throws if the registry cannot be read
     return folder;
 }
 

@@ -21,7 +21,7 @@ struct Session
     int exitCode = 0;
 
     bool has(const std::string& name) const { return given.contains(name); }
-    /// Empty if it is not given.
+    /// Returns the value of a parameter; empty if it is not given.
     std::string operator[](const std::string& name) const { return has(name) ? given.at(name) : ""; }
     /// Returns a command line of this program for the same installation: "rkuinfo --company Acme doctor". The
     /// words are quoted for a shell already.
@@ -44,7 +44,7 @@ struct LanguageState
     std::string whyNot() const;
 };
 
-/// What one source has for a name.
+/// The name in one source.
 struct Origin
 {
     std::string name; ///< company, product, language or profile
@@ -76,7 +76,7 @@ public:
 
     const Text folder; ///< with a backslash at its end
     const uinfo::Choice company;
-    const Text companyRoot; ///< its key
+    const Text companyRoot; ///< the key of the company
     const uinfo::Choice product;
     const bool needsEntries; ///< the default product
     const uinfo::LanguageChoice wanted;
@@ -103,7 +103,7 @@ public:
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
     /// Returns the start of an entry of TARVO.ini, at most 254 characters.
     Text iniText(const wchar_t* section, const wchar_t* key) const;
-    /// Empty unless product.ini has both numbers.
+    /// Returns the prefix of architecture commands; empty unless product.ini has both of its numbers.
     Text commandPrefix() const;
 };
 

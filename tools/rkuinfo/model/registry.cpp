@@ -38,7 +38,7 @@ std::string fullName(TextView path)
     return "HKEY_CURRENT_USER\\" + utf8(path);
 }
 
-/// Returns no key if it does not exist.
+/// Opens a key. The result holds none if the key does not exist.
 RegistryKey open(const Text& path, REGSAM access)
 {
     HKEY key = nullptr;
@@ -78,7 +78,7 @@ std::optional<Value> readValue(const RegistryKey& key, const Text& path, const T
 template <typename Call, typename Visit>
 void enumerate(const RegistryKey& key, const Text& path, Call call, Losses* losses, const Visit& visit)
 {
-    constexpr std::size_t mostLosses = 1000; // of a store where nothing can be read
+    constexpr std::size_t mostLosses = 1000; // ends the listing of an unreadable store
     wchar_t name[16384];                     // the longest name of a value, with its terminator
     for (DWORD index = 0; losses == nullptr || losses->size() < mostLosses; ++index) {
         DWORD length = std::size(name);
@@ -125,7 +125,7 @@ void readKey(Tree& tree, const Text& root, const Text& path, bool isDeep, Losses
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
-/// Compares as an application does: a text ends at its terminator, and a number may be stored with fewer
+/// Compares data like an application: a string ends at its terminator, and a number may be stored in fewer
 /// bytes.
 bool sameData(const Value& a, const Value& b)
 {
@@ -156,7 +156,7 @@ class Writer
 public:
     explicit Writer(const Text& root) : m_root(root) {}
 
-    /// Null removes the key or value.
+    /// Stores a value; removes the value or key if `value` is null.
     void write(const Name& name, const Value* value)
     {
         const bool isKeyRemoval = name.isKey() && value == nullptr;
@@ -287,7 +287,7 @@ std::vector<Change> compare(const Tree& before, const Tree& after)
 
 void carryOut(const Text& root, const std::vector<Change>& changes)
 {
-    std::signal(SIGINT, [](int /*signal*/) { isInterrupted = 1; }); // Ctrl-C undoes what was done
+    std::signal(SIGINT, [](int /*signal*/) { isInterrupted = 1; }); // Ctrl-C undoes all changes
     Writer writer(root);
     std::size_t done = 0;
     try {

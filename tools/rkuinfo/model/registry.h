@@ -63,7 +63,7 @@ std::string bytesOf(Number number)
     return {reinterpret_cast<const char*>(&number), sizeof number};
 }
 
-/// Sentences about keys and values that could not be read.
+/// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
 /// Reads something. With losses, appends the problem to them instead of throwing it.
@@ -118,7 +118,7 @@ using Tree = std::map<Name, Value, LessName>;
 /// exist. Throws for what cannot be read; with losses, appends to them instead and continues.
 Tree readTree(const Text& path, bool isDeep = true, Losses* losses = nullptr);
 
-/// A step of a file: stores a value or creates a key, or removes one.
+/// A change that a file makes: stores a value, creates a key, or removes one of them.
 struct Edit
 {
     Name name;
@@ -139,6 +139,6 @@ struct Change
 
 std::vector<Change> compare(const Tree& before, const Tree& after);
 
-/// Makes the changes below a key. If one is refused or the user interrupts it, throws why; undoes those
-/// before it on a system without transactions, elsewhere leaves that to the caller's transaction.
+/// Makes the changes below a key. If one is refused or the user interrupts it, throws the reason. The changes
+/// made before are then undone: here on a system without transactions, otherwise by the caller's transaction.
 void carryOut(const Text& root, const std::vector<Change>& changes);

@@ -29,10 +29,10 @@ std::string shellWord(const std::string& word);
 /// Returns the folder for the user's application data, roaming or local, where the system looks for it.
 std::string userFolder(bool isRoaming);
 
-/// For messages about the registry: ", in FOLDER"; empty if the system has no single place for it.
+/// Returns ", in FOLDER" for messages about the registry; empty if the system does not keep it in one folder.
 std::string registryPlace();
 
-/// Throws why the user cannot write to a key, and what to do. Changes nothing.
+/// Throws the reason and a fix if the user cannot write to a key. Changes nothing.
 void requireWritable(const Text& key);
 
 /// Makes changes to the registry. If they throw or the process terminates, none is stored; on a system

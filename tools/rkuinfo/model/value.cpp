@@ -40,7 +40,7 @@ std::string numberText(const Value& value)
 
 std::optional<std::string> parseBinary(std::string_view word)
 {
-    return word.empty() ? std::nullopt : bytesFromHex(word); // an application stores no empty one
+    return word.empty() ? std::nullopt : bytesFromHex(word); // applications cannot store an empty one
 }
 
 } // namespace

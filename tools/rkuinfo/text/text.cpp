@@ -22,7 +22,8 @@ bool isIn(const char32_t (&blocks)[Count][2], char32_t point)
         blocks, [point](const char32_t* block) { return point >= block[0] && point <= block[1]; });
 }
 
-/// Controls of both sets, lone surrogates, and what is invisible or changes the direction of text.
+/// Control characters of both sets, lone surrogates, invisible characters and those that change the direction
+/// of text.
 constexpr char32_t hiddenBlocks[][2] = {{0, 0x1F},        {0x7F, 0x9F},     {0x061C, 0x061C},
                                         {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F},
                                         {0xD800, 0xDFFF}, {0xFEFF, 0xFEFF}};
@@ -170,7 +171,7 @@ std::string styled(const Layout& layout, std::string_view text, Style style)
                : std::string(text);
 }
 
-/// Removes from a text the first line that fits: up to its last separator, else as much as fits.
+/// Removes from a text the longest first line that fits: up to the last separator, otherwise as much as fits.
 std::string_view takeLine(std::string_view& text, std::size_t room)
 {
     std::size_t end = 0;

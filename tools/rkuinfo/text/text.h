@@ -67,7 +67,7 @@ public:
 void print(std::string_view line);
 /// Prints a sentence on standard error, after everything that was printed before.
 void printError(std::string_view sentence);
-/// Shows on a terminal how far a long operation is, four times a second.
+/// Prints the progress of a long operation on a terminal, four times a second.
 void showProgress(const char* what, std::size_t done);
 /// Erases what showProgress printed.
 void finishProgress();

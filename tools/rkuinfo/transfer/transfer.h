@@ -15,8 +15,8 @@ bool isStream(const std::string& file);
 std::string readFile(const std::string& file);
 /// Reads a regular file of at most 1 MiB; returns nothing for anything else, and does not wait for a pipe.
 std::optional<std::string> readSmallFile(const std::string& file);
-/// Writes a new file with the same permissions and renames it, so that the file is either new or as it was.
-/// Writes directly into anything but a regular file, such as a device.
+/// Writes a new file with the same permissions and renames it, so that the file is either completely replaced
+/// or unchanged. Writes directly to anything but a regular file, such as a device.
 void writeFile(const std::string& file, std::string_view bytes);
 
 // JSON contains everything; the man page describes it. A string that is not valid UTF-16 is {"utf16": "bytes
@@ -38,5 +38,5 @@ std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes
 
 // Files of the Windows registry editor are only read: the editor writes them.
 bool isRegFile(const std::string& bytes);
-/// Does the same. Every key in the file has to be `root` or below it. Throws with the line.
+/// Does the same. Every key in the file must be `root` or below it. Throws with the line and the reason.
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root);
