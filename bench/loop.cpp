@@ -39,9 +39,9 @@ Operation of(bench::Peer& peer, const std::string& what)
 
 } // namespace
 
-/// Arguments: "ours", "dconf" or "sqlite"; "read", "turn" (1,000 values) or "write"; how often; an empty
-/// folder.
-int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): the end of a measurement
+/// Arguments: the store ("ours", "dconf", "sqlite"), the operation ("read", "turn" for 1,000 values in turn,
+/// "write"), the number of repetitions, and an empty folder.
+int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 4, "reading the arguments");
     const std::string store = argv[1], what = argv[2];

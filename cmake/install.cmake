@@ -71,8 +71,8 @@ if(RKUINFO_TOOLS)
   install(FILES ${tool}/rkuinfo.ps1 DESTINATION ${CMAKE_INSTALL_DATADIR}/rkuinfo COMPONENT tool)
 endif()
 
-# Debug information, in a file beside each library.
-option(RKUINFO_SPLIT_DEBUG "Move debug information into files of its own at install, and strip the programs" ${WIN32})
+# Debug information, in a separate file next to each library.
+option(RKUINFO_SPLIT_DEBUG "Move debug information to separate files, and strip the programs, at install" ${WIN32})
 if(MSVC)
   install(FILES $<TARGET_PDB_FILE:RkUInfo> $<TARGET_PDB_FILE:RkOsBase>
     DESTINATION ${debug}${CMAKE_INSTALL_BINDIR} COMPONENT development OPTIONAL)

@@ -3,7 +3,7 @@
 
 fresh=$PWD/build/fresh
 
-# Runs a command in the root, in a mount namespace of its own, so that nothing stays mounted. Downloaded packages are
+# Runs a command in the root, in a separate mount namespace, so that nothing stays mounted. Downloaded packages are
 # kept.
 in_root() {
     as_root unshare --mount --propagation private bash -euc '

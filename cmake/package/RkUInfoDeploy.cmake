@@ -2,9 +2,9 @@
 #
 # Copies to a program's folder, whenever the program is linked, what it needs to start: the libraries of its
 # configuration with their .pdb files, with MinGW the C++ runtime, the folders of all or the given languages, and a
-# TARVO.ini unless the folder has one. That file names the company and the product, by default the project's name and the
-# target's.
-# INSTALL also installs these files to a folder of the install prefix, to which the project installs the program itself.
+# TARVO.ini unless the folder has one. That file names the company and the product, by default the project's name and
+# the target's. INSTALL also installs these files to a folder of the install prefix, to which the project installs the
+# program itself.
 function(rkuinfo_deploy program)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "COMPANY;PRODUCT;INSTALL" "LANGUAGES")
   if(ARG_UNPARSED_ARGUMENTS)
@@ -77,8 +77,8 @@ function(rkuinfo_deploy program)
   endif()
 endfunction()
 
-# Writes an INI file that Windows reads in every locale: ASCII as it is, anything else as UTF-16 with its mark. CMake
-# itself cannot write a null byte.
+# Writes an INI file that Windows reads in every locale: in ASCII if possible, otherwise in UTF-16 with a byte order
+# mark. CMake itself cannot write a null byte.
 function(rkuinfo_write_ini file text)
   string(HEX "${text}" bytes)
   if(bytes MATCHES "^([0-7].)*$")

@@ -1,4 +1,4 @@
-# Sets RkUInfo_TOOLCHAIN, in which a package and the project that uses it have to agree.
+# Sets RkUInfo_TOOLCHAIN, which must be the same in a package and in the project that uses it.
 if(MSVC)
   set(RkUInfo_TOOLCHAIN "Visual C++ ${MSVC_CXX_ARCHITECTURE_ID}")
 elseif(MINGW)

@@ -85,7 +85,7 @@ for quiet in NO_COLOR=1 TERM=dumb; do
 done
 rm -r "$app/fr-FR"
 
-# The remedies of doctor work when they are pasted.
+# The remedies that doctor prints work when they are pasted into the shell.
 follow_advice() {
     rkuinfo "$@" | grep -oE 'rkuinfo --company [^,]*(json|--all|use)' | sed 's/ and /\n/g' | (cd "$app" && PATH=$app:$PATH && sh)
     rkuinfo doctor

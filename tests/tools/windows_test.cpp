@@ -3,8 +3,8 @@
 
 namespace {
 
-/// A key of a volatile one, which lasts until the system restarts, has to be volatile too: creating another
-/// kind is refused.
+/// The import is refused because a key below a volatile one, which exists until the system restarts, must be
+/// volatile too.
 TEST(RkuinfoOnWindows, UndoesAnImportThatIsRefused)
 {
     const Application application("RkuinfoOnWindows");

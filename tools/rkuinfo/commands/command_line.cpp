@@ -176,7 +176,7 @@ void complete(Names words)
     Parser parser;
     try {
         parser.parseWords(words);
-    } catch (const CLI::ParseError&) { // about what is missing
+    } catch (const CLI::ParseError&) { // the command line is not complete yet
     }
     Names found = parser.get_subcommands().empty() ? namesOf(Command::all(), &Command::name) : Names();
     for (const CLI::Option* option : parser.options()) {

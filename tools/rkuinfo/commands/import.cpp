@@ -90,12 +90,11 @@ void diff(Session& session)
 
 const Command exportCommand("export", "SUBTREE [KEY] [--file] [--salvage]",
                             "Write a key with everything below it to a file", "", exportTree);
-const Command
-    importCommand({"import", "SUBTREE [KEY] [--file] [--replace] [--dry-run]",
-                   "Write the contents of an export or a .reg file into a key",
-                   "A value that exists stays unless the file has one of its name, or --replace is\n"
-                   "given. An import is done whole or not at all.",
-                   importTree});
+const Command importCommand({"import", "SUBTREE [KEY] [--file] [--replace] [--dry-run]",
+                             "Write the contents of an export or a .reg file into a key",
+                             "Existing values are kept unless the file has a value of the same name, or\n"
+                             "--replace is given. An import is complete or changes nothing.",
+                             importTree});
 const Command diffCommand({"diff", "SUBTREE [KEY] [--file]", "Compare a key with a file",
                            "- is in the key, + in the file. Exit code 1 when something differs.", diff});
 

@@ -150,7 +150,7 @@ void eraseKey(Tree& tree, const Text& key)
     }
 }
 
-/// The values of a key follow each other, so it is opened once.
+/// Opens each key only once, because the changes of a key's values follow each other.
 class Writer
 {
 public:

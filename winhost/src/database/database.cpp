@@ -62,7 +62,7 @@ struct Connection
 };
 Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
 
-/// Converts errno. ENOENT and ENOTDIR become otherwise, because their codes would mean a missing key.
+/// Converts errno. Returns `otherwise` for ENOENT and ENOTDIR, whose codes would mean a missing key.
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
     const bool hasNoPlace = errno == ENOENT || errno == ENOTDIR;
@@ -401,7 +401,7 @@ LSTATUS connect(Kind kind, bool createsTables)
         if (kind == eWritable) {
             require(sqlite3_db_readonly(own.database, "main") == 0, ERROR_ACCESS_DENIED);
             showVersion();
-            require(!isLogReplaced(), ERROR_LOCK_FAILED); // until its users have noticed
+            require(!isLogReplaced(), ERROR_LOCK_FAILED); // its users have not noticed yet
         }
         const bool isNew = found == ERROR_FILE_NOT_FOUND && createsTables;
         check(isNew ? ERROR_SUCCESS : found);
