@@ -12,7 +12,7 @@ namespace {
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns sections, entries and similar lines. Outside ASCII, the letters whose case matters differ.
+/// Returns sections, entries and similar lines. Outside ASCII, systems differ in which letters ignore case.
 Text lines(Trace& trace)
 {
     Text all;

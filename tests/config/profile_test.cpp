@@ -60,7 +60,7 @@ TEST(Subtrees, HaveKeyPathsAfterStartUp)
     const std::string product(254, 'p');
     for (std::size_t length = 200; length <= 245; ++length) {
         const std::string company(length, 'c');
-        Config config; // repetitions of the product step bring its root to lengths that no names give
+        Config config; // repeating the product step makes the root longer than names alone can
         ASSERT_EQ(config.initial(Wide(company), Wide(product), L"en-US", nullptr), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), length <= 244 ? eOk : eInvalidInput);

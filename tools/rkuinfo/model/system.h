@@ -32,7 +32,7 @@ std::string userFolder(bool isRoaming);
 /// Returns ", in FOLDER" for messages about the registry; empty if the system does not keep it in one folder.
 std::string registryPlace();
 
-/// Throws the reason and a fix if the user cannot write to a key. Changes nothing.
+/// Throws a Failure with the reason and a fix if the user cannot write to a key. Changes nothing.
 void requireWritable(const Text& key);
 
 /// Makes changes to the registry. If they throw or the process terminates, none is stored; on a system
