@@ -28,7 +28,7 @@ public:
     std::vector<Finding> examine()
     {
         if (!passes("registry", "registry", [] { keyExists(rkuinfo::text(L"Software")); })) {
-            checkWritable({}); // its owner may be the cause
+            passes("tree-unwritable", "registry", [] { requireWritable({}); }); // its owner may be the cause
             return m_findings; // all other checks need the registry
         }
         const Text folder = m_session.has("--program") ? fullFolder(m_session["--program"])
@@ -76,11 +76,6 @@ private:
             add(error, code, subject, failure.problem, failure.remedy);
             return false;
         }
-    }
-
-    void checkWritable(const Text& key)
-    {
-        passes("tree-unwritable", key.empty() ? "registry" : utf8(key), [&] { requireWritable(key); });
     }
 
     /// Returns a command line that acts on the same installation, in another language if one is named.
@@ -230,7 +225,7 @@ private:
         }
         const Text product = installation.path(TarvoConfig::eProductRoot);
         guard(&m_losses, [&] { readTree(product, true, &m_losses); });
-        checkWritable(product);
+        passes("tree-unwritable", utf8(product), [&] { requireWritable(product); });
         if (installation.hasLanguage() && m_losses.empty()) {
             checkProfile(installation);
         }
@@ -273,7 +268,8 @@ void doctor(Session& session)
         }
         const Cell severity = {isError ? "error" : "note", isError ? Style::bad : Style::quiet};
         if (session.layout().columns) {
-            table.push_back({severity, {shown(problem.starts_with(all) ? problem : all + ": " + problem)}});
+            all = problem.starts_with(all) ? problem : all.append(": ").append(problem);
+            table.push_back({severity, {shown(all)}});
             table.push_back({{"remedy", Style::good}, {shown(remedy)}});
         } else {
             table.push_back({severity, {code}, {shown(all)}, {shown(problem)}, {shown(remedy)}});

@@ -115,9 +115,10 @@ Table tableOf(const Json& json, bool isForPeople)
             const std::string text = value.is_null()     ? "(none)"
                                      : value.is_string() ? value.get<std::string>()
                                                          : value.dump();
-            table.push_back({{(isForPeople ? "" : section + '.') + name, Style::name},
-                             {isMissing ? "missing" : "", Style::quiet},
-                             {shown(text), isMissing || value.is_null() ? Style::quiet : Style::plain}});
+            table.push_back(
+                {{isForPeople ? name : std::string(section).append(".").append(name), Style::name},
+                 {isMissing ? "missing" : "", Style::quiet},
+                 {shown(text), isMissing || value.is_null() ? Style::quiet : Style::plain}});
         }
     }
     return table;
