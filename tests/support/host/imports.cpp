@@ -6,6 +6,7 @@
 #include <sys/mman.h>
 
 #include <cstdint>
+#include <cstring>
 #include <map>
 #include <set>
 
@@ -18,9 +19,10 @@ std::vector<void**> importSlots(const char* module, const char* function)
     constexpr std::uintptr_t page = 4096;
     static std::set<void**> bound;
     std::vector<void**> slots;
-    void* const handle = dlopen(module, RTLD_LAZY | RTLD_NOLOAD);
-    link_map* loaded = nullptr;
-    dlinfo(handle, RTLD_DI_LINKMAP, &loaded);
+    link_map* loaded = _r_debug.r_map; // first the program; dlopen would need the name with its version
+    while (module != nullptr && std::strstr(loaded->l_name, module) == nullptr) {
+        loaded = loaded->l_next;
+    }
     std::map<Elf64_Sxword, std::uintptr_t> entries;
     for (const ElfW(Dyn)* at = loaded->l_ld; at->d_tag != DT_NULL; ++at) {
         entries[at->d_tag] = at->d_un.d_val;
@@ -40,13 +42,11 @@ std::vector<void**> importSlots(const char* module, const char* function)
                 slots.push_back(reinterpret_cast<void**>(address));
                 if (bound.insert(slots.back())
                         .second) { // it may point to the lazy binder, which would overwrite a patch
-                    void* const real = dlsym(RTLD_DEFAULT, symbol);
-                    *slots.back() = real != nullptr ? real : dlsym(handle, symbol);
+                    *slots.back() = dlsym(RTLD_DEFAULT, symbol);
                 }
             }
         }
     }
-    dlclose(handle);
     return slots;
 }
 
