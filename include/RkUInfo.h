@@ -82,8 +82,8 @@ RKUINFO_API const wchar_t* GetServicePackageVersionString();
 // "The program" is the process's executable. Sizes include the terminator. No function here checks that a
 // file exists. A joined path must fit MAX_PATH (260).
 
-/// Writes the program folder with its trailing backslash. buffer must hold its length + 1 characters; a
-/// smaller one is unchanged. The folder is cached after the first success.
+/// Writes the program folder with its trailing backslash. buffer must have room for the path's length + 1
+/// characters; a smaller buffer is left unchanged. The folder is cached after the first success.
 RKUINFO_API unsigned long GetProgramPath(wchar_t* buffer, unsigned long size);
 /// Calls GetProgramPath with a size of 1023.
 RKUINFO_API unsigned long GetVelaProgramPath(wchar_t* const buffer);
@@ -96,8 +96,9 @@ RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
 RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
 /// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
-/// Writes the current language's resource folder, without trailing backslash. buffer must hold its length + 3
-/// characters and also the executable's path. After a failure it may contain part of a path.
+/// Writes the current language's resource folder, without trailing backslash. buffer must have room for the
+/// path's length + 3 characters, and for the executable's path, which is written to it first. After a failure
+/// it may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
 /// Does the same for any folder in the program folder.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
@@ -107,8 +108,8 @@ RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t*
 RKUINFO_API HINSTANCE__* LoadResourceDll(const wchar_t* fileName);
 /// Does the same by LoadLibraryExW, passing file and flags unchanged.
 RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long flags);
-/// Writes the path of "RKHelp.exe" in the program folder. buffer must hold its length + 2 characters; a
-/// smaller one is unchanged.
+/// Writes the path of "RKHelp.exe" in the program folder. buffer must have room for the path's length + 2
+/// characters; a smaller buffer is left unchanged.
 RKUINFO_API long GetHelpFilePath(wchar_t* buffer, long size);
 
 // ---- Per-user folders ---------------------------------------------------------------------------

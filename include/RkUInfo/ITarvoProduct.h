@@ -34,7 +34,7 @@ public:
     /// Returns "4.0".
     virtual const wchar_t* productVersionTag() = 0;
     /// Returns the path of "UserDataCache" in the program folder, without trailing backslash, cached after
-    /// the first success; empty until then, and if it has more than 259 characters.
+    /// the first success. Until then, or if the path has more than 259 characters, the result is empty.
     virtual const wchar_t* userDataCachePath() = 0;
 
     // Three 32-bit integers that client modules share; initially -1, 0 and 1. If long has 64 bits, a setter

@@ -94,14 +94,14 @@ public:
                       VelaVariant::VarType type, const wchar_t* fileName);
 
     /// Returns 1 if the key exists and can be opened for reading, otherwise 0. Ignores one leading separator
-    /// and does not normalise the rest. Root and sub-path together may have 1020 characters.
+    /// and does not normalise the rest. The root and the sub-path together can have at most 1020 characters.
     int isItemExist(Path path, const wchar_t* item);
 
-    /// Reads the value that the last component of valuePath names; the part before it is the sub-path. Root
-    /// and sub-path together may have 1020 characters. The stored type decides the type of value: REG_SZ
-    /// becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure value is unchanged.
-    /// Throws a RkErrorStatus* with code 6 if memory is exhausted; value is then unchanged or has no block,
-    /// see VelaVariant's setters.
+    /// Reads the value that the last component of valuePath names; the part before it is the sub-path. The
+    /// root and the sub-path together can have at most 1020 characters. The stored type determines the type
+    /// of value: REG_SZ becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure
+    /// value is unchanged. Throws a RkErrorStatus* with code 6 if memory is exhausted; value is then
+    /// unchanged or has no block, see VelaVariant's setters.
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;
     /// Splits valuePath in the same way and writes the value like addValue.
@@ -115,7 +115,8 @@ public:
     ///         results of ItemIterator::name
     Error setValue(ItemIterator& item, const wchar_t* valueName, const VelaVariant& value) const;
 
-    /// Opens a key for writing, or creates it. Root and sub-path together may have 1021 characters.
+    /// Opens a key for writing, or creates it. The root and the sub-path together can have at most 1021
+    /// characters.
     /// @return eOk, eInvalidInput, eRegistryError
     Error addItem(Path path, const wchar_t* item);
     /// Writes a value: eInt as REG_DWORD, eInt64 as REG_QWORD, eDouble and eBinary as REG_BINARY, eString as
@@ -123,19 +124,19 @@ public:
     /// addItem.
     /// @return eOk, eInvalidInput, eNotFound (the key can be neither opened nor created), eRegistryError
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
-    /// Removes a key and everything below it; null or empty means the subtree's own key. Root and parent part
-    /// together may have 1021 characters. If the system has no RegDeleteTreeW, keys are removed one by one,
-    /// children first; a path of more than 519 characters below the parent then causes eRegistryError, and
-    /// keys that have been removed stay removed.
+    /// Removes a key and everything below it; null or empty means the subtree's own key. The root and the
+    /// parent part together can have at most 1021 characters. If the system has no RegDeleteTreeW, keys are
+    /// removed one by one, children first; a path of more than 519 characters below the parent then causes
+    /// eRegistryError, and keys that have been removed stay removed.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
     /// Removes a value. Same limit as addItem.
-    /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (a missing value included)
+    /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (also if the value is missing)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
     /// Positions an iterator on the first sub-key (or value) of a key, which it opens with full access.
     /// Clears the iterator first without closing its key: to reuse an iterator, first assign a
-    /// default-constructed one to it. Root and sub-path together may have 1021 characters.
+    /// default-constructed one to it. The root and the sub-path together can have at most 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError; cleared unless eOk
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);

@@ -23,8 +23,8 @@ TarvoConfig::Error readIniText(const wchar_t* programFolder, const wchar_t* sect
 TarvoConfig::Error readIniNumber(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
                                  long& out, const wchar_t* fileName);
 
-/// Composes the prefix of architecture commands. Returns false unless product.ini contains both of its
-/// numbers.
+/// Composes the prefix of the names of architecture commands, "S{MajorVer}{ProductId}_". Returns false unless
+/// product.ini contains both numbers.
 bool readCommandPrefix(const wchar_t* programFolder, BoundedText& prefix);
 
 } // namespace uinfo
