@@ -182,8 +182,8 @@ std::optional<std::string> findModuleFile(TextView name)
     return std::nullopt;
 }
 
-/// Returns false if the module was unloaded. A module that was not loaded here stays loaded and is not
-/// counted.
+/// Adds a reference to a module. A module that was not loaded here is never unloaded, so its references are
+/// not counted. Returns false if the module was unloaded.
 bool addReference(HMODULE module)
 {
     {

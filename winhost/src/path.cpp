@@ -32,8 +32,8 @@ TextView rootOf(TextView path)
     return path.substr(0, isUnc(path) ? 2 : path.starts_with(L'\\') ? 1 : 0);
 }
 
-/// Resolves "." and ".." by name. A relative path that leaves its first folder continues from the root, and a
-/// "." at the end stays.
+/// Resolves "." and ".." by name. Once ".." has removed the first component of a relative path, the result
+/// starts at the root. A "." at the end is kept.
 Text canonical(TextView path)
 {
     if (path.empty()) {

@@ -162,7 +162,8 @@ constexpr std::uint64_t noIndex[writtenAt] = {};
 void* mapped = nullptr; // never unmapped, because readers do not lock
 std::atomic<const std::uint64_t*> page = noIndex;
 
-// The number of files opened so far: two files without a log have the same header.
+// The number of files opened so far. It is part of the version, because two files without a log have the same
+// header.
 std::atomic<std::uint64_t> turn = 0;
 
 /// Returns a number from the header, or 0 if there is no header.
@@ -196,8 +197,9 @@ void showVersion()
 
 // ---- The log
 //
-// A log continues one state of the file. So each state has a random number, its generation, in SQLite's
-// user_version, and each transaction in a log records the generation that it continues, in application_id.
+// A log may be applied only to the state of the file on which it builds. Therefore each state has a random
+// number, its generation, in SQLite's user_version, and each transaction in a log records the generation on
+// which it builds, in application_id.
 
 /// Returns true if the index describes another log, which was removed while other processes use it.
 bool isLogReplaced()
@@ -481,7 +483,8 @@ bool isStale(bool forWriting)
                             : isMoved();
 }
 
-/// Makes the connection ready.
+/// Opens the database, unless a usable connection exists. Throws if forWriting is true and it cannot be
+/// written.
 void prepare(bool forWriting)
 {
     if (areFilesLost()) {

@@ -269,8 +269,8 @@ void deleteTree(NodeId node, bool withItself)
 } // namespace winhost::registry
 
 // A key's number is higher than its parent's and is almost never reused. The one row of `shape` has the
-// highest number so far; it grows by random steps, because undoing a change frees its number. Names are
-// UTF-16, as created; `folded` orders them.
+// highest number so far; it grows by random steps, because undoing a change frees its number. `name` is the
+// UTF-16 name as created; `folded` is its form by which names are found and sorted, ignoring case.
 const winhost::database::Content winhost::database::content = {
     "registry.db",
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "
