@@ -1,6 +1,7 @@
-// A command is a file of this folder with its words, its help and its function, and a line of CMakeLists.txt:
-// CONTRIBUTING.md has an example. Its words are rows of the table in command_line.cpp; those in brackets are
-// optional. The parser, the help, the man page and the completions are generated from both.
+// A command is one file in this folder, which contains its syntax, help and function, and one line of
+// CMakeLists.txt; CONTRIBUTING.md has an example. Each word of the syntax is a row of the table in
+// command_line.cpp; words in brackets are optional. The parser, the help, the man page and the completions
+// are generated from the commands and that table.
 #pragma once
 
 #include "model/installation.h"

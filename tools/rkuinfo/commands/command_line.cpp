@@ -118,7 +118,7 @@ public:
         footer("Options may stand before or after the command.\n"
                "SUBTREE is product-root, version-root, language-root, profiles-root,\n"
                "current-profile, applications, recent-file-list, settings or user-config.\n"
-               "Only use and provision record the names that options give.\n"
+               "Only the commands use and provision record the names given as options.\n"
                "Exit code: 0; 1 when something is not found, different or wrong; 2 for a wrong\n"
                "command line.");
         for (const Parameter* each = parameterTable; each->name[0] == '-'; ++each) {
@@ -150,7 +150,8 @@ public:
         return options;
     }
 
-    /// Returns the message of an error. That for unexpected words is not CLI11's, whose versions differ.
+    /// Returns the message of an error. The message for unexpected words is composed here, because CLI11's
+    /// differs between versions.
     std::string explain(const CLI::ParseError& error) const
     {
         const Names unknown = remaining(true);

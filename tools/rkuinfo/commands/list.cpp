@@ -56,8 +56,8 @@ const Command listCommand("list", "SUBTREE [KEY] [--recursive] [--json]", "List 
                           "", list);
 const Command
     searchCommand({"search", "SUBTREE TEXT [KEY]", "Find keys and values by name or data",
-                   "A number also finds what set stores for it, such as 0x204060 or 2.5. Exit code 1\n"
-                   "when nothing is found.",
+                   "If TEXT is a number, such as 0x204060 or 2.5, values equal to it are found too.\n"
+                   "Exit code 1 when nothing is found.",
                    search});
 
 } // namespace

@@ -1,4 +1,4 @@
-// rkuinfo use and provision: the commands that record the names that options give.
+// rkuinfo use and provision: the commands that record the names given as options.
 #include "commands/command.h"
 
 #include "installation/names.h"

@@ -103,7 +103,8 @@ public:
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
     /// Returns the start of an entry of TARVO.ini, at most 254 characters.
     Text iniText(const wchar_t* section, const wchar_t* key) const;
-    /// Returns the prefix of architecture commands; empty unless product.ini has both of its numbers.
+    /// Returns the prefix of the names of architecture commands; empty unless product.ini contains its two
+    /// numbers.
     Text commandPrefix() const;
 };
 

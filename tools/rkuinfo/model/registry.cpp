@@ -28,7 +28,7 @@ constexpr Reason reasons[] = {
     {ERROR_CANTOPEN, "it cannot be opened", "check its folder and the permissions of it"},
     {ERROR_CANTWRITE, "it cannot be written", "check the free space and the permissions of its folder"},
     {ERROR_REGISTRY_CORRUPT, "the registry is damaged",
-     "put a backup in its place, or save what export --salvage can read and move it away"},
+     "restore a backup, or save what export --salvage can read and then move the damaged file away"},
     {ERROR_REGISTRY_IO_FAILED, "the registry cannot be read or written", "check the disk"},
     {ERROR_KEY_DELETED, "another process has removed it", "try again"},
 };
@@ -125,8 +125,8 @@ void readKey(Tree& tree, const Text& root, const Text& path, bool isDeep, Losses
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
-/// Compares data like an application: a string ends at its terminator, and a number may be stored in fewer
-/// bytes.
+/// Compares data as an application would: a string ends at its terminator, and a number may be stored in
+/// fewer bytes.
 bool sameData(const Value& a, const Value& b)
 {
     return a.type == b.type && (a.data == b.data || (typeOf(a) != nullptr && typeOf(a) == typeOf(b) &&

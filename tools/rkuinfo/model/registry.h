@@ -33,9 +33,9 @@ struct ValueType
     std::size_t least; ///< bytes of a value that an application reads as this type
     std::size_t most;
     bool isJsonNumber;     ///< in JSON a number, otherwise a string
-    std::string_view word; ///< how a word of this type looks
+    std::string_view word; ///< what a word of this type looks like
     std::optional<std::string> (*parse)(
-        std::string_view word); ///< returns the data; nothing for a wrong word
+        std::string_view word); ///< returns the data; nothing if the word is invalid
     std::string (*print)(const Value& value);
 
     /// Returns whether the stored value can be printed as this type.

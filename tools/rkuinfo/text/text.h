@@ -1,4 +1,5 @@
-// Text, and how a command prints and fails. The library uses UTF-16, the command line and the output UTF-8.
+// Functions for text, and for the output and the errors of commands. The library uses UTF-16, the command
+// line and the output UTF-8.
 #pragma once
 
 #include <RkUInfo.hpp>

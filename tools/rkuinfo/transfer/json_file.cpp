@@ -24,7 +24,7 @@ Text textFrom(const Json& json)
     } else {
         text = utf16(json.get<std::string>());
     }
-    require(text.find(Text::value_type()) == Text::npos, "a text has a null character");
+    require(text.find(Text::value_type()) == Text::npos, "a string contains a null character");
     return text;
 }
 

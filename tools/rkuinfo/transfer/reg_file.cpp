@@ -100,7 +100,7 @@ private:
             out += m_line[i];
         }
         require(m_line.starts_with('"') && i < m_line.size(), "no quotation mark before or after a text");
-        require(out.find('\0') == std::string::npos, "a text has a null character");
+        require(out.find('\0') == std::string::npos, "a string contains a null character");
         m_line.remove_prefix(i + 1);
         return utf16(out);
     }
