@@ -198,8 +198,8 @@ std::string outcomeOf(const Scenario& scenario)
 
 using Entries = std::set<std::string>;
 
-/// Splits a tree() into its keys and its values, each value after its key. The default profile counts as
-/// "Work", because it may be stored if the profile cannot be read.
+/// Splits the result of tree() into one entry for each key and each value; an entry begins with its key. The
+/// default profile counts as "Work", because it may be stored if the profile cannot be read.
 Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + print(text("Default"));

@@ -22,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // runs in full length
+const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // runs at full length
 
 // ---- Steps, which a process receives by name
 
@@ -61,7 +61,7 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// Reads a value and returns its status, or its content if that is negative.
+/// Reads a value. Returns the status or, if the read succeeds and the content is negative, the content.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];

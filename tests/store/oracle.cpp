@@ -51,8 +51,8 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a value as another program may do, and makes both values a copy of a variant whose block records no
-/// size.
+/// Stores a value in both trees, as another program might. Then makes `value` a copy of a variant whose block
+/// records no size, and clears `twinValue` to match.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);

@@ -14,13 +14,12 @@ namespace testing_support {
 extern const char* const libraryModule;
 inline constexpr const char* programModule = nullptr;
 
-/// Returns whether a symbol is this undecorated name ("malloc") or decorates this function, whatever its
-/// arguments
-/// ("velaConfig", "RkLocker::lock", "RkLocker::~RkLocker").
+/// Returns true if a symbol is this undecorated name ("malloc") or decorates this function, whatever its
+/// arguments ("velaConfig", "RkLocker::lock", "RkLocker::~RkLocker").
 bool isNameOf(std::string_view symbol, std::string_view function);
 
-/// Makes the slots writable in which a loaded module stores the address of an imported function, which is
-/// named as for isNameOf(), and returns them.
+/// Returns the slots in which a loaded module stores the address of an imported function, and makes them
+/// writable. The function is named as for isNameOf().
 std::vector<void**> importSlots(const char* module, const char* function);
 
 /// A function's name as a template argument, so that each replaced function has separate state.

@@ -13,8 +13,8 @@ void shareWithChildren(const char* variable, const std::string& value);
 void joinHome();
 void leaveHome();
 
-/// Returns the name by which a program whose registry is not redirected finds a company of this process's
-/// registry.
+/// Returns the company name that a program whose registry is not redirected must use to find one of this
+/// process's companies.
 std::string companyFromOutside(const std::string& company);
 
 } // namespace testing_support

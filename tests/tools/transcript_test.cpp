@@ -16,7 +16,7 @@ void replaceAll(std::string& text, const std::string& from, const std::string& t
     }
 }
 
-/// Splits a line as a shell does: a word may stand in single quotation marks. Expands nothing.
+/// Splits a line as a shell does: a word may be enclosed in single quotes. Expands nothing.
 std::vector<std::string> words(const std::string& line)
 {
     std::vector<std::string> all;
@@ -97,7 +97,7 @@ private:
     void run(const std::string& command, const std::string& expected)
     {
         const std::string before = tree(HKEY_CURRENT_USER, "Software\\Acme");
-        // Of options that are given twice, the later one counts.
+        // If an option is given twice, the last one counts.
         const auto all = words("--company '" + m_company + "' --product Widget " + command);
         const ChildResult result = runProgram(m_program, all, {m_application.folder(), ""});
         std::string actual = result.output + result.errors;

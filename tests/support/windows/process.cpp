@@ -56,7 +56,7 @@ void joinHome()
     const std::string folders = R"(Software\Microsoft\Windows\CurrentVersion\Explorer\FolderDescriptions)";
     const OwnedKey described = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + "\\Machine\\" + folders);
     RegCopyTreeW(HKEY_LOCAL_MACHINE, Wide(folders),
-                 described.get()); // Windows resolves known folders by them
+                 described.get()); // Windows uses them to resolve known folders
     redirect(HKEY_LOCAL_MACHINE, "Machine");
     redirect(HKEY_CURRENT_USER, "User"); // last: both keys are below the real root
 }
