@@ -24,7 +24,7 @@ inline TarvoConfig& start()
     return *velaConfig();
 }
 
-/// The value path "Display/Setting" and a number of six digits.
+/// The value path "Display/Setting" followed by a six-digit number.
 struct SettingPath
 {
     explicit SettingPath(int number)

@@ -1,4 +1,5 @@
-// A client that only starts up; with an argument it also creates its tree and prints its private memory.
+// A client that only starts up; with an argument it also creates its tree and prints its private memory
+// usage.
 #include "memory.h"
 #include "settings.h"
 

@@ -1,4 +1,5 @@
-# Copies the MinGW runtime's DLLs next to the programs, without their debug information, which is nine tenths of them.
+# Copies the MinGW runtime's DLLs next to the programs, without their debug information, which makes up nine tenths of
+# their size.
 set(RKUINFO_RUNTIME_DLLS "")
 foreach(dll libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll}

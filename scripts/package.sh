@@ -26,7 +26,7 @@ make_linux_package() {
     echo "build/package/$name.tar.gz"
 }
 
-# With the flags and the layout of Debian's own packages. Stops at what lintian calls an error.
+# Builds Debian packages with the flags and the layout of Debian's own. Stops if lintian reports an error.
 make_debian_packages() {
     need dpkg-dev lintian
     need_for host OFF

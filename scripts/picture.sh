@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Prints README's picture, docs/rkuinfo.svg, of the output of rkuinfo in the demo's application:
+# Prints the README's picture, docs/rkuinfo.svg, which shows the output of rkuinfo for the demo application:
 #   scripts/picture.sh [COLUMNS] >docs/rkuinfo.svg
-# ./dev demo lays that application out. Colours follow the reader's dark or light scheme.
+# ./dev demo creates that application. Colours follow the reader's dark or light scheme.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 columns=${1:-80}

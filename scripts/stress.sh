@@ -1,4 +1,4 @@
-# Runs the reliability tests in full length, which takes a few minutes.
+# Runs the reliability tests at full length, which takes a few minutes.
 
 # run_cases FILTER PROGRAM...: runs each case in a separate process, like ctest.
 run_cases() {

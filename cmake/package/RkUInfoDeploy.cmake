@@ -1,10 +1,10 @@
 # rkuinfo_deploy(<program> [LANGUAGES <name>...] [COMPANY <name>] [PRODUCT <name>] [INSTALL <folder>])
 #
-# Copies to a program's folder, whenever the program is linked, what it needs to start: the libraries of its
-# configuration with their .pdb files, with MinGW the C++ runtime, the folders of all or the given languages, and a
-# TARVO.ini unless the folder has one. That file names the company and the product, by default the project's name and
-# the target's. INSTALL also installs these files to a folder of the install prefix, to which the project installs the
-# program itself.
+# Each time a program is linked, copies the files that it needs to start to its folder: the libraries of its
+# configuration with their .pdb files; with MinGW, the C++ runtime; the folders of all languages, or of those after
+# LANGUAGES; and a TARVO.ini, unless the folder already contains one. That file names the company and the product, which
+# default to the project's name and the target's. INSTALL also installs these files to a folder of the install prefix,
+# where the project must install the program itself.
 function(rkuinfo_deploy program)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "COMPANY;PRODUCT;INSTALL" "LANGUAGES")
   if(ARG_UNPARSED_ARGUMENTS)
