@@ -483,8 +483,8 @@ bool isStale(bool forWriting)
                             : isMoved();
 }
 
-/// Opens the database, unless a usable connection exists. Throws if forWriting is true and it cannot be
-/// written.
+/// Opens the database, unless a usable connection exists. Throws if that fails, or if forWriting is true and
+/// the database cannot be written.
 void prepare(bool forWriting)
 {
     if (areFilesLost()) {
