@@ -60,7 +60,7 @@ private:
         });
         if (alike == m_findings.end()) {
             m_findings.push_back({code, isError, {subject}, problem, remedy});
-        } else {
+        } else if (alike->subjects.back() != subject) {
             alike->subjects.push_back(subject);
         }
     }

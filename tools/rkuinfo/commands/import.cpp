@@ -3,6 +3,7 @@
 
 #include "model/system.h"
 
+#include <algorithm>
 #include <ctime>
 
 namespace {
@@ -21,6 +22,7 @@ void exportTree(Session& session)
                          {"language", installation.hasLanguage() ? toJson(installation.language()) : Json()},
                          {"date", today}};
     writeFile(session["--file"], documentText(toJson(tree, header)) + '\n');
+    losses.erase(std::ranges::unique(losses).begin(), losses.end()); // one for each child of a damaged key
     for (const std::string& loss : losses) {
         printError("not exported: " + loss);
         session.exitCode = exitFailed;

@@ -22,7 +22,7 @@ void use(Session& session)
     record(installation.path(TarvoConfig::eVersionRoot), uinfo::currentLanguageValue,
            installation.language());
     record(profiles, L"", profile);
-    if (session.has("--profile")) {
+    if (session.has("--profile") || !equalIgnoringCase(profile, rkuinfo::text(uinfo::defaultProfile))) {
         names.try_emplace({joinedKey(profiles, profile)});
     }
     inTransaction([&names] { carryOut({}, compare({}, names)); });

@@ -66,14 +66,14 @@ std::string bytesOf(Number number)
 /// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
-/// Reads something. With losses, appends the problem to them instead of throwing it.
+/// Reads something. With losses, appends a problem to them; only a wrong command line is thrown.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {
     try {
         read();
     } catch (const Failure& failure) {
-        if (losses == nullptr) {
+        if (losses == nullptr || failure.exitCode == exitUsage) {
             throw;
         }
         losses->push_back(failure.problem);

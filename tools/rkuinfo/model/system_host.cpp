@@ -4,6 +4,7 @@
 
 #include <winhost/changes.h>
 
+#include <pwd.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -76,9 +77,9 @@ std::string userFolder(bool isRoaming)
 {
     const char* const folder = std::getenv(isRoaming ? "XDG_CONFIG_HOME" : "XDG_DATA_HOME");
     const char* const home = std::getenv("HOME");
-    return folder != nullptr && *folder == '/'
-               ? folder
-               : std::string(home != nullptr ? home : "") + (isRoaming ? "/.config" : "/.local/share");
+    const passwd* const user = getpwuid(getuid());
+    const std::string start = home != nullptr && *home == '/' ? home : user != nullptr ? user->pw_dir : "/";
+    return folder != nullptr && *folder == '/' ? folder : start + (isRoaming ? "/.config" : "/.local/share");
 }
 
 std::string registryPlace()
