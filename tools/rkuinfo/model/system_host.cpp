@@ -14,15 +14,6 @@
 #include <cstdlib>
 #include <filesystem>
 
-namespace {
-
-std::string registryFolder()
-{
-    return userFolder(false) + "/winhost";
-}
-
-} // namespace
-
 void prepareProcess() {}
 
 std::optional<std::size_t> terminalColumns()
@@ -84,12 +75,12 @@ std::string userFolder(bool isRoaming)
 
 std::string registryPlace()
 {
-    return ", in " + registryFolder();
+    return ", in " + userFolder(false) + "/winhost";
 }
 
 void requireWritable(const Text& /*key*/)
 {
-    const std::string registry = registryFolder();
+    const std::string registry = userFolder(false) + "/winhost";
     std::string folder = registry;
     while (folder.size() > 1 && access(folder.c_str(), F_OK) != 0) {
         folder.erase(std::max<std::size_t>(folder.rfind('/'), 1)); // it would be created there
