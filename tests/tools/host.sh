@@ -49,6 +49,7 @@ without_rights() {
 
 expect $'rkuinfo: the output cannot be written\nexit code 1' onto_full_disk show
 expect $'rkuinfo: out of memory\nexit code 1' without_memory
+expect "$app cannot be read" rkuinfo import settings --file "$app"
 expect "create it: mkdir $app/none" env XDG_CONFIG_HOME="$app/none" "$app/rkuinfo" doctor
 expect settings "$app/rkuinfo" complete --product X get se
 expect $'--file\n--replace' "$app/rkuinfo" complete import settings --

@@ -79,10 +79,10 @@ std::string readFile(const std::string& file)
     if (isStream(file)) {
         return allOfInput();
     }
-    const std::ifstream in(filePath(file), std::ios::binary);
+    std::ifstream in(filePath(file), std::ios::binary);
     std::ostringstream bytes;
-    bytes << in.rdbuf();
-    if (!in.is_open() || bytes.bad()) {
+    bytes << in.rdbuf(); // stops early, without a sign, when a read fails or memory ends
+    if (!in.is_open() || in.peek() != std::ifstream::traits_type::eof() || in.bad()) {
         throw Failure(file + " cannot be read");
     }
     return std::move(bytes).str();
