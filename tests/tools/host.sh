@@ -98,6 +98,8 @@ expect $'tree-damaged\tregistry\tHKEY_CURRENT_USER\\Software\\Acme\\Widget\\' rk
 expect '"code": "tree-damaged"' rkuinfo doctor --json
 expect 'not exported: HKEY_CURRENT_USER' rkuinfo export product-root --salvage --file "$app/part.json"
 expect 'nothing is wrong' follow_advice doctor
+touch "$XDG_DATA_HOME/winhost/data.mdb"
+expect $'note\tearlier-registry\t'"$XDG_DATA_HOME/winhost/data.mdb" rkuinfo doctor
 expect "--profile '\$(touch x)\`' use" rkuinfo --profile '$(touch x)`' doctor
 rm "$app/TARVO.ini" && mkfifo "$app/TARVO.ini"
 expect $'ini-unreadable\t' timeout 10 "$app/rkuinfo" doctor

@@ -31,6 +31,11 @@ public:
             passes("tree-unwritable", "registry", [] { requireWritable({}); }); // its owner may be the cause
             return m_findings; // all other checks need the registry
         }
+        const std::string earlier = userFolder(false) + "/winhost/data.mdb"; // only on the host
+        if (exists(utf16("Z:" + earlier))) {
+            add(note, "earlier-registry", earlier, "a registry of an earlier version, which is not read",
+                "export it with the rkuinfo of that version, import the file, and remove it");
+        }
         const Text folder = m_session.has("--program") ? fullFolder(m_session["--program"])
                                                        : rkuinfo::text(GetVelaProgramPath);
         if (checkIniFile(folder, uinfo::tarvoIni) && checkIniFile(folder, uinfo::productIni)) {
