@@ -22,7 +22,7 @@ void exportTree(Session& session)
                          {"language", installation.hasLanguage() ? toJson(installation.language()) : Json()},
                          {"date", today}};
     writeFile(session["--file"], documentText(toJson(tree, header)) + '\n');
-    losses.erase(std::ranges::unique(losses).begin(), losses.end()); // one for each child of a damaged key
+    losses.erase(std::unique(losses.begin(), losses.end()), losses.end()); // one for each child of a key
     for (const std::string& loss : losses) {
         printError("not exported: " + loss);
         session.exitCode = exitFailed;
