@@ -5,8 +5,8 @@
 
 namespace uinfo {
 
-/// Returns the library, which the first call loads from the current language's folder; null while that fails.
-/// May be called from any thread.
+/// Returns the library, or null while it cannot be loaded. Loads it once, like LoadResourceDll; the call
+/// after a failure tries again. May be called from any thread.
 HINSTANCE languageResources();
 
 /// Unloads the library if it is loaded.

@@ -60,7 +60,6 @@ TarvoConfig::Error TarvoConfig::initLanguageName(const wchar_t* language)
         m_language = TarvoLanguage(choice.language);
     }
     if (m_language.language() < 0) {
-        SetLastError(ERROR_SUCCESS);
         const std::int32_t installed = uinfo::preferredLanguage(folder.text(), needsEntry);
         if (installed < 0 && GetLastError() == ERROR_TOO_MANY_OPEN_FILES) {
             return eRegistryError; // languages may be installed

@@ -72,9 +72,13 @@ Installed installed(const wchar_t* programFolder, const Language& language, bool
 
 std::int32_t preferredLanguage(const wchar_t* programFolder, bool needsEntry)
 {
+    SetLastError(ERROR_SUCCESS);
     for (const Language& language : preferenceOrder) {
         if (installed(programFolder, language, needsEntry) == Installed::yes) {
             return findLanguage(language.shortName);
+        }
+        if (GetLastError() == ERROR_TOO_MANY_OPEN_FILES) {
+            break; // the others would fail for the same reason
         }
     }
     return unknownLanguage;

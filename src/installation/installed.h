@@ -34,6 +34,7 @@ Installed languageFolder(const wchar_t* programFolder, const wchar_t* shortName)
 Installed installed(const wchar_t* programFolder, const Language& language, bool needsEntry);
 
 /// Returns the index of the first installed language in the order of preference, otherwise unknownLanguage.
+/// If too many files are open to find out, the thread's last error is ERROR_TOO_MANY_OPEN_FILES.
 std::int32_t preferredLanguage(const wchar_t* programFolder, bool needsEntry);
 
 } // namespace uinfo

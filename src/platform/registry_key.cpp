@@ -7,7 +7,11 @@ namespace uinfo {
 RegistryKey RegistryKey::open(HKEY parent, const wchar_t* path, REGSAM access)
 {
     HKEY key = nullptr;
-    return RegistryKey(RegOpenKeyExW(parent, path, 0, access, &key) == ERROR_SUCCESS ? key : nullptr);
+    const LSTATUS status = RegOpenKeyExW(parent, path, 0, access, &key);
+    if (status != ERROR_SUCCESS) {
+        SetLastError(static_cast<DWORD>(status));
+    }
+    return RegistryKey(status == ERROR_SUCCESS ? key : nullptr);
 }
 
 RegistryKey RegistryKey::openOrCreate(HKEY parent, const wchar_t* path)

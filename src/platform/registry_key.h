@@ -16,7 +16,7 @@ public:
     RegistryKey() = default;
     explicit RegistryKey(HKEY key) : m_key(key) {}
 
-    /// Opens a key. The result holds no key if that fails.
+    /// Opens a key. If that fails, the result holds no key, and the thread's last error is the reason.
     static RegistryKey open(HKEY parent, const wchar_t* path, REGSAM access);
     /// Opens a key for writing, or creates it with every missing parent. The result holds no key if both
     /// fail.
