@@ -53,12 +53,6 @@ TEST(Language, LoadsItsLocalNameOncePerObject)
     copy = TarvoLanguage(-1L);
     EXPECT_EQ(utf8(copy.localName()), "Unknown");
     EXPECT_EQ(asked, 3);
-    std::string names;
-    for (long index = 0; index < 15; ++index) {
-        names += utf8(TarvoLanguage(index).localName()) + ' ';
-    }
-    EXPECT_EQ(names, "Czech German English Spanish French Hungarian Italian Japanese Korean Polish "
-                     "Portuguese (Brazil) Russian Turkish Chinese (Simplified) Chinese (Traditional) ");
     EXPECT_EQ(utf8(GetCurrentLanguageLocalName()) + utf8(GetCurrentLanguageGlobalName()), "EnglishEnglish");
 }
 

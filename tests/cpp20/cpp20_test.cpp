@@ -112,14 +112,14 @@ TEST(ModuleExample, RemembersItsPalettes)
                          "\r\nLocaleId=" + (onHost ? "1031" : "1033") +
                          "\r\n[LocaleIdLangName]\r\n1031=de-DE\r\n1033=en-US\r\n");
     for (const char* const refusal : {"", "perhaps\nno\n"}) {
-        EXPECT_TRUE(!onHost || runProgram(program, {}, {{}, refusal}).exitCode == 1);
+        EXPECT_TRUE(!onHost || runProgram(program, {}, refusal).exitCode == 1);
     }
-    const ChildResult result = runProgram(program, {}, {{}, " Yes\n"});
+    const ChildResult result = runProgram(program, {}, " Yes\n");
     EXPECT_EQ(result.output, "at most 8 palettes\n");
     EXPECT_TRUE(!onHost || result.errors.starts_with("TARVO: The input language is not")) << result.errors;
-    EXPECT_EQ(runProgram(program, {}, {{}, "y"}).output, "at most 9 palettes\n"
-                                                         "Layers: 240 x 600 at 20, 80\n"
-                                                         "Properties: 300 x 900 at 1600, 80\n");
+    EXPECT_EQ(runProgram(program, {}, "y").output, "at most 9 palettes\n"
+                                                   "Layers: 240 x 600 at 20, 80\n"
+                                                   "Properties: 300 x 900 at 1600, 80\n");
 }
 
 } // namespace

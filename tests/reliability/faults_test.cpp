@@ -360,7 +360,7 @@ protected:
                 inject({operation.name + ' ' + utf8(path), run, errors, inSteps ? eInSteps : eAtOnce});
             }
         };
-        int index = eExists;
+        int index = 0;
         for (const char* const errors : {"7", "1|2", "1|5", "5", "1|5", "1|5", "1|5", "1|5", "1|5"}) {
             add(index++, {L"Inner/n", L"Inner", L"New/n"}, errors);
         }

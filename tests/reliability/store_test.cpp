@@ -72,7 +72,7 @@ LSTATUS get(int n)
             RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
         const bool isWhole = type == REG_BINARY && data[0] == n && data[1] > 2 &&
                              DWORD(data[1]) == size / 4 && std::equal(data + 3, data + data[1], data + 2);
-        wchar_t any[64] = L"1000"; // unchanged if there is no such entry
+        wchar_t any[64] = L"1000"; // unchanged if the index is past the last value
         enumerate(true, key, static_cast<DWORD>(n % 100), any, &room);
         const bool isNamed = utf8(any).size() == 4 && utf8(any).starts_with("10");
         return !isNamed || (answer == ERROR_SUCCESS && !isWhole) ? isWrong : answer;

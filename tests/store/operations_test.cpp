@@ -49,7 +49,7 @@ TEST_F(Operations, AcceptOnlyKnownSubtreesAndPathsUpToTheirLimit)
             EXPECT_EQ(accepts(eSettings, std::string(length, 'x')), fits && !operation.last.empty());
             EXPECT_EQ(accepts(eSettings, std::string(length, '/')), fits && cuts);
         }
-        EXPECT_FALSE(accepts(TarvoConfig::eCurrentProfile, "Item")); // there is no profile
+        EXPECT_FALSE(accepts(TarvoConfig::eCurrentProfile, "Item")); // no profile is recorded
         EXPECT_FALSE(accepts(static_cast<TarvoConfig::Path>(9), "Item"));
     }
 }
@@ -63,8 +63,8 @@ TEST_F(Operations, RemoveKeyByKeyBeforeWindows8)
         makeKey(HKEY_CURRENT_USER, settings + "\\T\\first");
         makeKey(HKEY_CURRENT_USER, settings + '\\' + longest + std::string(length - longest.size(), 'z'));
         EXPECT_EQ(m_config.removeItem(eSettings, L"T"), length == 519 ? eOk : TarvoConfig::eRegistryError);
-        EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + "\\T\\first"),
-                  ""); // a failure does not restore removed keys
+        // A failure does not restore removed keys.
+        EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + "\\T\\first"), "");
         EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + '\\' + longest).empty(), length != 520);
     }
     EXPECT_EQ(m_config.removeItem(eSettings, L"None"), eOk);

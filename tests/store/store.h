@@ -49,7 +49,7 @@ struct Operation
 };
 
 // The indexes of some of them.
-inline constexpr int eExists = 0, eGet = 1, eRemoveItem = 5;
+inline constexpr int eGet = 1, eRemoveItem = 5;
 
 template <typename Iterator>
 Error find(TarvoConfig& config, TarvoConfig::Path root, LPCWSTR path, VelaVariant&)

@@ -16,19 +16,12 @@ struct ChildResult
     std::string errors; ///< of stderr
 };
 
-struct ChildOptions
-{
-    std::filesystem::path workingFolder; ///< empty: that of this process
-    std::string input;                   ///< what is typed
-};
-
-/// Runs a program and waits until it exits.
+/// Runs a program in its folder, with this standard input, and waits until it exits.
 ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-                       const ChildOptions& options = {});
+                       const std::string& input = {});
 
 /// The part of runProgram that differs by target: stdin is the file "in" of the scratch folder, and stdout
 /// and stderr go to "out" and "err" there. Returns the exit code.
-int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-               const std::filesystem::path& workingFolder);
+int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments);
 
 } // namespace testing_support

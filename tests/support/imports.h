@@ -15,7 +15,7 @@ extern const char* const libraryModule;
 inline constexpr const char* programModule = nullptr;
 
 /// Returns true if a symbol is this undecorated name ("malloc") or decorates this function, whatever its
-/// arguments ("velaConfig", "RkLocker::lock", "RkLocker::~RkLocker").
+/// arguments ("velaConfig", "RkLocker::lock").
 bool isNameOf(std::string_view symbol, std::string_view function);
 
 /// Returns the slots in which a loaded module stores the address of an imported function, and makes them

@@ -39,8 +39,8 @@ LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
     if (!value) {
         return ERROR_SUCCESS;
     }
-    const std::string data =
-        value->bytes + "##"; // else the system may find a terminator after the string, and store it
+    // Otherwise the system may find a terminator after the string, and store it.
+    const std::string data = value->bytes + "##";
     return RegSetValueExW(key.get(), Wide(name), 0, value->type, reinterpret_cast<const BYTE*>(data.data()),
                           static_cast<DWORD>(value->bytes.size()));
 }

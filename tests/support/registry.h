@@ -54,7 +54,8 @@ LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* leng
 
 /// Prints a value's type and bytes, as tree() does after the name.
 std::string print(const RawValue& value);
-/// Prints a key and everything below it, one key or value per line. Empty if there is no such key.
+/// Prints a key and everything below it, one key or value per line. Returns an empty string if the key does
+/// not exist.
 std::string tree(HKEY root, const std::string& path);
 
 /// Marks a language as installed for the default product.

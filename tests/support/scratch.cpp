@@ -55,8 +55,8 @@ Application::Application(std::string_view folderName)
     fs::create_directories(m_folder);
     fs::create_hard_link(thisProgram(), m_program);
     for (const auto& entry : fs::directory_iterator(thisProgram().parent_path())) {
-        if (entry.path().extension() ==
-            ".dll") { // on the host, programs find their libraries by their build path
+        // On the host, programs find their libraries by their build path.
+        if (entry.path().extension() == ".dll") {
             fs::create_hard_link(entry.path(), m_folder / entry.path().filename());
         }
     }

@@ -99,7 +99,7 @@ private:
         const std::string before = tree(HKEY_CURRENT_USER, "Software\\Acme");
         // If an option is given twice, the last one counts.
         const auto all = words("--company '" + m_company + "' --product Widget " + command);
-        const ChildResult result = runProgram(m_program, all, {m_application.folder(), ""});
+        const ChildResult result = runProgram(m_program, all);
         std::string actual = result.output + result.errors;
         actual += result.exitCode == 0 ? "" : '[' + std::to_string(result.exitCode) + "]\n";
         replaceAll(actual, "--company \"" + m_company + '"', "--company Acme"); // has to be quoted

@@ -21,8 +21,7 @@ TEST(RkuinfoOnWindows, UndoesAnImportThatIsRefused)
                   "values": [{"name": "int", "type": "int", "value": 2}]})");
     const ChildResult result = runProgram(application.addProgram("rkuinfo"),
                                           {"--company", companyFromOutside("Acme"), "--product", "Widget",
-                                           "import", "settings", "--file", "file.json"},
-                                          {application.folder(), {}});
+                                           "import", "settings", "--file", "file.json"});
     EXPECT_NE(result.errors.find("error 1021; nothing was changed"), std::string::npos) << result.errors;
     EXPECT_EQ(tree(HKEY_CURRENT_USER, settings), before);
 }

@@ -31,8 +31,7 @@ std::string companyFromOutside(const std::string& company)
     return company; // the registry is a file of the redirected home
 }
 
-int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-               const std::filesystem::path& workingFolder)
+int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments)
 {
     std::vector<char*> argv = {const_cast<char*>(program.c_str())};
     for (const std::string& argument : arguments) {
@@ -44,7 +43,7 @@ int runOnFiles(const std::filesystem::path& program, const std::vector<std::stri
         dup2(open((scratchFolder() / "in").c_str(), O_RDONLY), STDIN_FILENO);
         dup2(creat((scratchFolder() / "out").c_str(), 0600), STDOUT_FILENO);
         dup2(creat((scratchFolder() / "err").c_str(), 0600), STDERR_FILENO);
-        if (chdir(workingFolder.c_str()) == 0) {
+        if (chdir(program.parent_path().c_str()) == 0) {
             execv(argv[0], argv.data());
         }
         _exit(127);

@@ -73,8 +73,7 @@ std::string companyFromOutside(const std::string& company)
     return ownPath() + "\\User\\Software\\" + company;
 }
 
-int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments,
-               const std::filesystem::path& workingFolder)
+int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments)
 {
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
@@ -89,7 +88,7 @@ int runOnFiles(const std::filesystem::path& program, const std::vector<std::stri
     const Wide command(line);
     PROCESS_INFORMATION child = {};
     CreateProcessW(nullptr, const_cast<wchar_t*>(+command), nullptr, nullptr, TRUE, 0, nullptr,
-                   Wide(windowsPath(workingFolder)), &startup, &child);
+                   Wide(windowsPath(program.parent_path())), &startup, &child);
     WaitForSingleObject(child.hProcess, INFINITE);
     DWORD exitCode = 127; // if it cannot be started
     GetExitCodeProcess(child.hProcess, &exitCode);
