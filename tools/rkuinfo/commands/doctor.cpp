@@ -102,7 +102,7 @@ private:
         if (!exists(path)) {
             if (name == uinfo::tarvoIni) {
                 add(note, "ini-missing", utf8(path),
-                    "there is no such file: names come from the registry and defaults",
+                    "the file, which can name company and product, is missing",
                     "write one if the application has its own names");
             }
             return true;
