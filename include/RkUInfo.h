@@ -26,22 +26,25 @@ RKUINFO_API TarvoConfig* velaConfig();
 /// - company: "TARVO.ini" [Product] CompanyName; "Norvik"
 /// - product: "CurProduct" under Software\{company}; "TARVO.ini" [Product] ProductName; "TARVO"
 /// - language (a short name such as "en-US"): "CurVer" under the version root; "TARVO.ini" [Product] LocaleId
-///   mapped by [LocaleIdLangName]; the first installed language, if the user agrees in a message box
+///   mapped by [LocaleIdLangName]. If the name found is not an installed language, even if it was given as
+///   argument, the next source is not tried: a message box asks whether to use the first installed language
 /// - profile: the current profile that the profiles key names
 ///
 /// A profile argument replaces a different profile that the profiles key names. Start-up records its choices
 /// only in keys that exist; CreateConfigReg creates the keys. If the language argument is unknown, no
 /// language is installed, or the user declines the proposed language, the process exits with code 1 after a
 /// message box.
-/// @return eOk, also after an earlier success; eInvalidInput if company or product has 255 or more
-///         characters, if a path does not fit, or after an earlier failure; eRegistryError if the language's
-///         folder cannot be read
+/// @return eOk (after an earlier success at once, the arguments are then ignored); eInvalidInput if company
+/// or
+///         product has 255 or more characters, if a path does not fit, or after an earlier failure;
+///         eRegistryError if the language's folder cannot be read, or if too many files are open to look for
+///         the installed languages
 RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product,
                                               const wchar_t* language, const wchar_t* profile);
 
 /// Creates the current user's product tree and records version, language and profile in it. Call it after
-/// InitVelaConfig; calling it again keeps the current profile. A start-up profile of 127 characters or more
-/// is stored whole but cannot be read back: the next look-up of the current profile replaces it with
+/// InitVelaConfig. A current profile that is already stored is kept. A start-up profile of 127 characters or
+/// more is stored whole but cannot be read back: the next look-up of the current profile replaces it with
 /// "Default". Throws a RkErrorStatus* if memory is exhausted.
 /// @return eOk, or eRegistryError if the product key does not exist afterwards
 RKUINFO_API TarvoConfig::Error CreateConfigReg();
@@ -159,8 +162,9 @@ RKUINFO_API unsigned long GetCustomResFileName(wchar_t* const buffer);
 
 // ---- UI style and user data cache ---------------------------------------------------------------
 
-/// Writes the path that is stored in Settings\UserConfig\Config as UIStyle, at most 1022 characters, or, if
-/// none is stored, the path of Style.tus in the roaming Support folder.
+/// Writes the value UIStyle of Settings\UserConfig\Config, at most 1022 characters. Returns 0 if the value is
+/// empty, longer or not a string. If getValue cannot read it, writes the path of Style.tus in the roaming
+/// Support folder.
 RKUINFO_API unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer);
 /// Returns ITarvoProduct::userDataCachePath; may be empty, never null.
 RKUINFO_API const wchar_t* GetVelaUserDataCachePath();

@@ -247,8 +247,7 @@ TarvoConfig::Error readName(ReadName read, Text& name)
 } // namespace detail
 
 /// The entries of one key, as a single-pass range that cannot be copied or moved. Entries that are added
-/// during the walk may be missed. If the key cannot be opened, the range is empty and error() returns the
-/// reason.
+/// during the walk may be missed. If findItem fails, the range is empty and error() returns the reason.
 template <typename Cursor>
 class Range
 {

@@ -20,7 +20,7 @@ bool record(const uinfo::Language& language)
     return key && key.setString(L"UninstallString", L"uninstall.exe");
 }
 
-/// Returns true also if there is no such entry.
+/// Deletes the language's uninstall entry. Returns true if the entry does not exist afterwards.
 bool remove(const uinfo::Language& language)
 {
     uinfo::PathBuffer path;

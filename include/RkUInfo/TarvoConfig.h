@@ -35,7 +35,7 @@ public:
         eNotFound = 1,        ///< a name is missing, or a key, value, INI file or entry does not exist
         eWrongType = 2,       ///< the type is not supported, or the value has another type
         eInvalidIterator = 4, ///< the iterator holds no key or is past its end
-        eRegistryError = 5,   ///< the registry refused; at start-up: the language's folder cannot be read
+        eRegistryError = 5,   ///< the registry refused; see InitVelaConfig for start-up
         eBufferTooSmall = 6,  ///< the required length is returned
         eInvalidInput = 7,    ///< a name or path exceeds its limit, or an earlier step is missing
     };
@@ -94,7 +94,8 @@ public:
                       VelaVariant::VarType type, const wchar_t* fileName);
 
     /// Returns 1 if the key exists and can be opened for reading, otherwise 0. Ignores one leading separator
-    /// and does not normalise the rest. The root and the sub-path together can have at most 1020 characters.
+    /// and does not normalise the rest. The root and the sub-path together, including the ignored separator,
+    /// can have at most 1020 characters.
     int isItemExist(Path path, const wchar_t* item);
 
     /// Reads the value that the last component of valuePath names; the part before it is the sub-path. The
@@ -156,7 +157,8 @@ protected:
     /// Reads at most outChars - 2 characters. If the file cannot be read, out is unchanged.
     Error readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out, unsigned long outChars,
                         const wchar_t* fileName);
-    /// Reads a number; a missing key reads as -1. Returns eNotFound if the number is negative.
+    /// Sets out to the number, or to -1 for a missing key; returns eNotFound if that is negative. If the file
+    /// cannot be read, out is unchanged.
     Error readIniInt(const wchar_t* section, const wchar_t* key, long& out, const wchar_t* fileName);
     bool isInitTARVOProduct();
 

@@ -17,7 +17,7 @@
 class RKUINFO_API TarvoLanguage
 {
 public:
-    /// Accepts an index of -1..14; any other value means the unknown language.
+    /// Any value other than the index of a language means the unknown language.
     TarvoLanguage(long lang);
     /// Looks up a short name; a null, empty or unknown name means the unknown language.
     TarvoLanguage(const wchar_t* shortName);

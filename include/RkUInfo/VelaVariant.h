@@ -147,8 +147,9 @@ public:
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
     /// Allocates a block with uninitialised data, which the caller releases by free. A size of 1 or more is
-    /// the number of data bytes, whatever the type; otherwise the type determines it (eNull: returns null).
-    /// Throws code 3 for a type without a fixed size, and code 6 if the allocation fails.
+    /// the number of data bytes, whatever the type. For a size of 0 or less the type determines it: returns
+    /// null for eNull, allocates the fixed size of eInt, eInt64 and eDouble, and throws code 3 for any other
+    /// type. Throws code 6 if the allocation fails.
     static void* allocBlock(VarType type, std::int32_t size)
     {
         if (size > 0) {

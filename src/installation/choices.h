@@ -39,13 +39,13 @@ struct Finding
     Answer answer;
 };
 
-/// A name, and the sources that were read, the last of which decided.
+/// A name, and the sources that were read, of which the last one decided if any did.
 struct Choice
 {
     /// Returns the deciding source's name, even if it was refused; empty if no source has a name.
     const wchar_t* value() const { return given != nullptr ? given : text.text(); }
     bool isMade() const { return decision().answer == Answer::chosen; }
-    /// Returns the result of the source that decided.
+    /// Returns the result of the last source that was read.
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
@@ -71,8 +71,10 @@ struct LanguageChoice : Choice
 };
 
 /// Chooses the argument, otherwise the language in the registry, otherwise that in TARVO.ini. The first
-/// source that has a name decides, even if that name is refused. There is no built-in language: see
-/// preferredLanguage. needsEntry says whether an installed language needs an uninstall entry.
+/// source that contains a name decides, even if the name is not that of an installed language; a stored value
+/// that is empty, not a REG_SZ or longer than 6 characters is no name. If no language is chosen,
+/// preferredLanguage() returns the one to propose. With needsEntry, a language only counts as installed if it
+/// has an uninstall entry.
 LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoot,
                               const wchar_t* programFolder, bool needsEntry);
 

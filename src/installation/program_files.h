@@ -19,7 +19,8 @@ unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long
 /// false if that fails or the result does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);
 
-/// Composes the path of a file in a resource folder. Returns false if it does not fit.
+/// Composes the path of a file in a resource folder. Returns false if a name is empty, the executable's path
+/// cannot be read, or the result does not fit.
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path);
 
 /// Calls load with the path of a file in a resource folder and, if that returns null, with the file's bare

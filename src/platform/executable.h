@@ -13,7 +13,8 @@ bool executablePath(wchar_t* out, unsigned long size);
 /// Reads the executable's folder in the same way, with its last separator; on failure out is empty.
 bool executableFolder(BoundedText& out, unsigned long size);
 
-/// Does the same, but accepts a truncated path and preserves the thread's last error.
+/// Like executableFolder, but accepts a truncated path and preserves the thread's last error. On failure the
+/// content of out is unspecified.
 bool executableFolderOrCut(BoundedText& out, unsigned long size);
 
 } // namespace uinfo

@@ -79,7 +79,7 @@ public:
         return parts.keyLength == 0 || join(parts.key, parts.keyLength, limit);
     }
 
-    /// Sets the path to a root and a normalised sub-path, if any, within the limit of writes.
+    /// Sets the path to a root and the client's sub-path, which it normalises, within the limit of writes.
     bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
 
     const wchar_t* text() const { return m_path.text(); }
