@@ -42,7 +42,6 @@ bool tryStored(Choice& choice, const wchar_t* key, const wchar_t* valueName, std
     const RegistryKey opened = RegistryKey::open(HKEY_CURRENT_USER, key, KEY_READ);
     const Answer answer =
         valueName != nullptr ? uinfo::readName(opened, valueName, name) : uinfo::readProfile(opened, name);
-    choice.text.measure();
     return note(choice, Source::registry, valueName, answer);
 }
 
@@ -51,7 +50,6 @@ bool tryIniEntry(Choice& choice, const wchar_t* folder, const wchar_t* section, 
 {
     const bool isFound = uinfo::readIniText(folder, section, key, choice.text.data(), capacity,
                                             uinfo::tarvoIni) == TarvoConfig::eOk;
-    choice.text.measure();
     return note(choice, Source::iniFile, key, isFound ? Answer::chosen : Answer::absent);
 }
 
@@ -124,7 +122,7 @@ LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoo
         !tryStored(choice, versionRoot, currentLanguageValue, storedLanguageCapacity) &&
         tryIniEntry(choice, programFolder, productSection, localeIdKey, iniLanguageCapacity)) {
         const auto localeId = choice.text;
-        tryIniEntry(choice, programFolder, localeNamesSection, localeId.text(), iniLanguageCapacity);
+        tryIniEntry(choice, programFolder, localeNamesSection, localeId.data(), iniLanguageCapacity);
         choice.found[choice.count - 1].name = localeNamesSection;
     }
     if (choice.isMade()) {

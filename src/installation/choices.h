@@ -6,6 +6,7 @@
 #include "platform/registry_key.h"
 #include "platform/text.h"
 
+#include <array>
 #include <cstdint>
 #include <span>
 
@@ -43,14 +44,14 @@ struct Finding
 struct Choice
 {
     /// Returns the deciding source's name, even if it was refused; empty if no source has a name.
-    const wchar_t* value() const { return given != nullptr ? given : text.text(); }
+    const wchar_t* value() const { return given != nullptr ? given : text.data(); }
     bool isMade() const { return decision().answer == Answer::chosen; }
     /// Returns the result of the last source that was read.
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
     const wchar_t* given = nullptr; ///< an argument or a built-in name, not copied; otherwise null
-    TextBuffer<nameCapacity + 1> text;
+    std::array<wchar_t, nameCapacity + 1> text = {};
     Finding found[4];
     std::size_t count = 0;
 };
