@@ -50,26 +50,27 @@ struct Connection
     std::mutex mutex;   // protects all other members
     std::string path;   // the store's file below the user's data folder
     std::string file;   // path with links resolved
-    std::string folder; // the folder of file
+    std::string folder; // the folder that contains `file`
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
     LSTATUS whyReadOnly = ERROR_SUCCESS; // the reason for eReadOnly
-    std::int32_t generation = 0;         // of the file, without the log
+    std::int32_t generation = 0;         // of the file itself, not of the log
     bool isShared = false;
     bool isMoved = false; // set when a transaction finds that the file was moved
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
 
-/// Converts errno. Returns `otherwise` for ENOENT and ENOTDIR, whose codes would mean a missing key.
+/// Converts errno. Returns `otherwise` for ENOENT and ENOTDIR, because their Windows codes would report a
+/// missing key.
 LSTATUS statusOfErrno(LSTATUS otherwise)
 {
     const bool hasNoPlace = errno == ENOENT || errno == ENOTDIR;
     return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(otherwise)));
 }
 
-/// Converts a result of SQLite. If that does not contain the system's error, errno still does.
+/// Converts a result of SQLite. Uses errno for SQLITE_CANTOPEN and SQLITE_IOERR, which do not name the cause.
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
@@ -100,10 +101,10 @@ LSTATUS run(const std::string& sql)
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longestWait{5000};
-std::atomic<Clock::time_point> hopeless = Clock::time_point(); // until this time nobody waits
+std::atomic<Clock::time_point> hopeless = Clock::time_point(); // no call waits before this time
 
-/// Repeats work() while it fails with ERROR_LOCK_FAILED, for at most 5 s. Does not wait if that has failed
-/// within the last 10 s.
+/// Repeats work() while it fails with ERROR_LOCK_FAILED, for at most 5 s. Does not wait if the previous call
+/// returned ERROR_LOCK_FAILED less than 10 s ago.
 template <typename Work>
 LSTATUS retry(Work work)
 {
@@ -148,22 +149,22 @@ LSTATUS alone(const std::string& folder, Work work)
 //
 // The version is in the header of the write-ahead log's index, which all processes share in memory and every
 // commit changes. SQLite documents its format: https://www.sqlite.org/walformat.html. If the format differs,
-// there is no version.
+// the version is 0.
 
 constexpr std::uint32_t indexFormat = 3007000;
-constexpr std::size_t saltsAt = 4;    // in units of 8 bytes: the log's salts
-constexpr std::size_t sumAt = 5;      // in units of 8 bytes: the header's checksum
-constexpr std::size_t framesAt = 4;   // in units of 4 bytes: the frames in the log
-constexpr std::size_t countAt = 14;   // in units of 4 bytes: in the second copy, written before the first
-constexpr std::size_t writtenAt = 24; // in units of 4 bytes: the frames that are also in the file
+constexpr std::size_t saltsAt = 4;    // offset in 8-byte units: the log's salts
+constexpr std::size_t sumAt = 5;      // offset in 8-byte units: the header's checksum
+constexpr std::size_t framesAt = 4;   // offset in 4-byte units: the number of frames in the log
+constexpr std::size_t countAt = 14;   // offset in 4-byte units: the second header's change counter
+constexpr std::size_t writtenAt = 24; // offset in 4-byte units: the number of frames copied to the file
 constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
 void* mapped = nullptr; // never unmapped, because readers do not lock
 std::atomic<const std::uint64_t*> page = noIndex;
 
-// The number of files opened so far. It is part of the version, because two files without a log have the same
-// header.
+// The number of files opened so far, which is part of the version because two files without a log have the
+// same header.
 std::atomic<std::uint64_t> turn = 0;
 
 /// Returns a number from the header, or 0 if there is no header.
@@ -250,7 +251,7 @@ void beginLog()
         showVersion(); // a mapping that failed before may succeed
     }
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
-        own.generation = generationOfFile(); // nobody can change it now
+        own.generation = generationOfFile(); // the transaction keeps other processes from changing it
         check(setGeneration(own.generation));
     }
 }
@@ -270,7 +271,7 @@ std::string resolved(const std::string& file)
     return path != nullptr ? path.get() : file;
 }
 
-/// Returns the status of a file. If there is none, all members are 0 and errno contains the cause.
+/// Returns the status of a file. On failure all members are 0 and errno contains the cause.
 struct stat statusOfFile(const std::string& file)
 {
     struct stat found = {};
@@ -324,7 +325,7 @@ LSTATUS createFile()
     require(statusOfFile(folder).st_uid == geteuid(), ERROR_ACCESS_DENIED);
     writeInPlace(folder);
     return alone(folder, [&] {
-        if (statusOfFile(own.path).st_ino == 0) { // no other process was first
+        if (statusOfFile(own.path).st_ino == 0) { // no other process has created it
             unlink((own.path + suffixes[eLog]).c_str());
             unlink((own.path + suffixes[eIndex]).c_str());
         }
@@ -347,7 +348,7 @@ void disconnect(bool writesBack = false)
     own.isMoved = false;
 }
 
-/// Returns ERROR_FILE_NOT_FOUND for an empty file and ERROR_BADDB for other tables than this store's.
+/// Returns ERROR_FILE_NOT_FOUND for an empty file and ERROR_BADDB if the tables are not this store's.
 LSTATUS schemaStatus()
 {
     Query all("SELECT group_concat(sql, ';') FROM sqlite_schema WHERE sql NOTNULL");
@@ -359,7 +360,7 @@ LSTATUS schemaStatus()
 LSTATUS createTables()
 {
     check(run("BEGIN IMMEDIATE"));
-    if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // no other process was first
+    if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // no other process has created them
         check(run(content.schema));
         content.fill();
         check(setGeneration(0)); // an empty file has generation 0
@@ -403,7 +404,7 @@ LSTATUS connect(Kind kind, bool createsTables)
         if (kind == eWritable) {
             require(sqlite3_db_readonly(own.database, "main") == 0, ERROR_ACCESS_DENIED);
             showVersion();
-            require(!isLogReplaced(), ERROR_LOCK_FAILED); // its users have not noticed yet
+            require(!isLogReplaced(), ERROR_LOCK_FAILED); // other processes still use the removed log
         }
         const bool isNew = found == ERROR_FILE_NOT_FOUND && createsTables;
         check(isNew ? ERROR_SUCCESS : found);
@@ -412,7 +413,7 @@ LSTATUS connect(Kind kind, bool createsTables)
                   "PRAGMA journal_size_limit = 4194304"));
         if (kind == eWritable) {
             Query mode("PRAGMA journal_mode = WAL");
-            require(mode.next() && mode.bytes(0) == "wal", ERROR_CANTOPEN); // it needs shared memory
+            require(mode.next() && mode.bytes(0) == "wal", ERROR_CANTOPEN); // WAL mode needs shared memory
         }
         check(isNew ? createTables() : ERROR_SUCCESS);
         if (kind == eWritable) {
@@ -522,7 +523,7 @@ void begin()
     sqlite3_busy_timeout(own.database, 0);
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
-        // Not earlier, because another process may have written back a removed log and started a new one.
+        // Checked within the transaction, because until it begins another process may replace the log.
         own.isMoved = isMoved();
         require(!own.isMoved, ERROR_LOCK_FAILED);
         if (!own.isShared) {

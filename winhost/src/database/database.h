@@ -1,5 +1,5 @@
-// The SQLite database that all processes of a user share. It is opened by the first call, and again when the
-// path leads to another file. The process has one connection, which a call locks while it uses it. This
+// The SQLite database that all processes of a user share. The first call opens the database; later calls
+// reopen it when the path leads to another file. The process has one connection, which each call locks. This
 // module does not know the tables.
 #pragma once
 
@@ -66,7 +66,7 @@ class Transaction
 {
 public:
     /// If there is no file, a transaction for reading sees the content of a new file, and one for writing
-    /// creates the file. The latter waits about 5 s at most for other writers.
+    /// creates the file. A transaction for writing waits for other writers, for about 5 s at most.
     explicit Transaction(bool isWriting);
     ~Transaction();
     Transaction(const Transaction&) = delete;
