@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A key with a given number of values, which is filled on first use. Its name is "Scale" and that number.
+/// A key with a given number of values, which is filled on first use. Named "Scale" followed by the number.
 class Key
 {
 public:

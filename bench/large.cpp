@@ -21,7 +21,7 @@ using bench::require;
 
 constexpr int valuesPerKey = 10;
 
-/// A value path such as "Large100000/Key012345/Value7", in a tree with the number of keys that its name says.
+/// A value path such as "Large100000/Key012345/Value7"; the tree's name contains its number of keys.
 class Path
 {
 public:
@@ -90,7 +90,7 @@ double processorTime()
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }
 
-/// Returns the cost of a step of work, which performs the given number of steps: the median of several runs.
+/// Runs work, which performs the given number of steps, several times. Returns the median time per step.
 double cost(int steps, const std::function<void()>& work)
 {
     std::array<double, 9> times{};

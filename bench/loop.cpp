@@ -1,5 +1,5 @@
-// Repeats one operation of the library or of another store, for tools that count what it costs. Prints its
-// processor time in nanoseconds.
+// Repeats one operation of the library or of another store, to be run under a tool such as valgrind. Prints
+// the processor time of the operation in nanoseconds.
 #include "peers/peers.h"
 
 #include "settings.h"

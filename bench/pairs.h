@@ -1,6 +1,6 @@
-// Compares two functions that alternate several thousand times a second, so that other load on the machine
-// affects both. The result is the median of the ratios of neighbouring runs. Google Benchmark, which
-// growth.cpp uses, only interleaves whole repetitions and is not packaged for MinGW.
+// Compares two functions by alternating between them several thousand times a second, so that other load on
+// the machine affects both. The result is the median of the ratios of neighbouring runs. Google Benchmark,
+// which growth.cpp uses, only interleaves whole repetitions and is not packaged for MinGW.
 #pragma once
 
 #include <cstdio>
@@ -14,13 +14,13 @@ struct Pair
 {
     std::string row;
     std::string against;
-    double limit = 0; // of ours / other; 0 for none
+    double limit = 0; // upper limit of ours / other; 0: no limit
     std::function<void()> ours;
     std::function<void()> other;
-    double differenceLimit = 0; // of ours - other, in nanoseconds; 0 for none
+    double differenceLimit = 0; // upper limit of ours - other in nanoseconds; 0: no limit
 };
 
-/// Measures the pairs whose row contains the string only, and writes a JSON object per line. Times are in
+/// Measures the pairs whose row contains `only`, and writes one JSON object per line. Times are in
 /// nanoseconds; ours, other, ratio and difference are separate medians.
 void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& only);
 

@@ -1,4 +1,4 @@
-// Compares the time that a client needs to start up and exit with that of an empty program.
+// Compares how long a client and an empty program take to start and exit.
 #include "pairs.h"
 
 #include <spawn.h>
@@ -19,7 +19,7 @@ void run(const std::string& program)
 
 } // namespace
 
-/// Arguments: the file for the results, and the folder of the two programs.
+/// Arguments: the file for the results, and the folder that contains the two programs.
 int main(int argc, char** argv)
 {
     bench::require(argc > 2, "reading the arguments");

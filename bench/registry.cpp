@@ -97,7 +97,7 @@ void walk(TarvoConfig& config)
     require(count == bench::entryCount, "walk");
 }
 
-/// Makes the registry calls of walk: key enumerates; value enumerates again for the name, and queries it.
+/// Makes the registry calls of walk: for each value, RegEnumValueW twice and a query.
 void walkBare()
 {
     HKEY key = bench::openKey(bench::displayKey, KEY_ALL_ACCESS);
@@ -145,7 +145,7 @@ void createBare()
 
 } // namespace
 
-/// Arguments: the file for the results, and optionally a part of the names of the rows to measure.
+/// Arguments: the file for the results, and optionally a string that selects the rows whose names contain it.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     TarvoConfig& config = bench::startWithSettings();

@@ -1,4 +1,4 @@
-// The configuration that the benchmarks use: start-up is done, and a group of settings exists.
+// Starts the configuration that the benchmarks use, and creates a group of settings in it.
 #pragma once
 
 #include "pairs.h"
@@ -55,7 +55,7 @@ private:
     std::size_t m_next = 0;
 };
 
-/// Starts up, and fills Display unless an earlier run has.
+/// Starts up, and fills Display unless an earlier run has filled it.
 inline TarvoConfig& startWithSettings()
 {
     TarvoConfig& config = start();

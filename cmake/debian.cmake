@@ -1,4 +1,4 @@
-# Debian packages, built by cpack: the libraries, the development files, and the command-line client with the languages.
+# Debian packages, built by cpack: the libraries, the development files, and the command-line client with its languages.
 # Requires the install prefix /usr, and the maintainer in CPACK_PACKAGE_CONTACT.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
@@ -12,7 +12,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY >=)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${RKUINFO_PROGRAM_FOLDER}) # where it finds the libraries for the client
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${RKUINFO_PROGRAM_FOLDER}) # searched for the client's libraries
 
 set(library librkuinfo${PROJECT_VERSION_MAJOR})
 set(same_version "(= ${PROJECT_VERSION})")

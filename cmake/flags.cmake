@@ -11,7 +11,7 @@ else()
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wcast-align -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2)
 endif()
-# Keeps paths of the build machine out of the files. If both maps match, the later one applies.
+# Keeps paths of the build machine out of the compiled files. If both maps match, the later one applies.
 set(path_maps -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
 if(NOT MSVC)
   list(APPEND flags ${path_maps})
@@ -25,7 +25,7 @@ target_compile_options(rkuinfo_flags INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:${flag
 if(WIN32)
   target_compile_definitions(rkuinfo_flags INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN)
 endif()
-# On Windows: 64-bit address randomisation, no execution of data, and reproducible files.
+# On Windows: 64-bit address space layout randomisation, data execution prevention, and reproducible files.
 if(MSVC)
   target_link_options(rkuinfo_flags INTERFACE
     /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT /guard:cf /Brepro /INCREMENTAL:NO /PDBALTPATH:%_PDB%)
@@ -44,7 +44,7 @@ if(RKUINFO_SANITIZE)
   target_link_options(rkuinfo_flags INTERFACE -fsanitize=${RKUINFO_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
     target_compile_options(rkuinfo_flags INTERFACE -fno-sanitize=function) # GetProcAddress returns functions without their type
-    if(RKUINFO_SANITIZE MATCHES "^address") # shared, like GCC's: the tests replace the malloc that programs import
+    if(RKUINFO_SANITIZE MATCHES "^address") # shared, because the tests replace the malloc that programs import
       execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so
         OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
       cmake_path(GET runtime PARENT_PATH folder)

@@ -1,5 +1,5 @@
-# For projects that include this one: defines the target names of find_package, and the files that rkuinfo_deploy
-# copies.
+# For projects that include this one: defines the targets that find_package would define, and the files that
+# rkuinfo_deploy copies.
 foreach(library RkUInfo RkOsBase)
   add_library(RkUInfo::${library} ALIAS ${library})
 endforeach()
@@ -7,7 +7,7 @@ if(NOT WIN32)
   add_library(RkUInfo::winhost ALIAS winhost)
   set_target_properties(RkUInfo RkOsBase winhost PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "\$ORIGIN") # a project may copy them, but keeps them together
+    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "\$ORIGIN") # a project may copy the libraries, but only together
 endif()
 if(MSVC) # so that the debugger shows values
   target_sources(RkUInfo INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis>)

@@ -4,7 +4,7 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Sets <result> to <prefix> and the relative path from <from> to <to>, two folders of the installation.
+# Sets <result> to <prefix> followed by the relative path from <from> to <to>; both are folders of the installation.
 # An absolute folder does not move with the install prefix, so the path from or to it is absolute.
 function(path_between result from to prefix)
   if(IS_ABSOLUTE "${to}")
@@ -34,7 +34,7 @@ endif()
 add_custom_target(shipped)
 add_dependencies(shipped ${libraries} ${programs} langpacks)
 
-# Visual C++ has a separate C runtime for Debug, so a package may have the libraries twice.
+# Visual C++ has a separate C runtime for Debug, so a package may contain the libraries twice.
 set(debug "")
 if(MSVC)
   set(RKUINFO_DEBUG_PREFIX debug/ CACHE STRING "Folder of Debug's bin and lib in the install prefix: empty, or with a final /")
@@ -46,7 +46,7 @@ install(TARGETS ${libraries} EXPORT RkUInfoTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${debug}${CMAKE_INSTALL_LIBDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-if(programs) # they find the libraries in the package, and those next to a copy in an application's folder
+if(programs) # a program finds the libraries in its own folder and, in the package, one folder up
   set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN;\$ORIGIN/..")
   install(TARGETS ${programs} DESTINATION ${debug}${program_folder} COMPONENT tool)
 endif()
@@ -89,7 +89,7 @@ elseif(RKUINFO_SPLIT_DEBUG)
   install(SCRIPT ${PROJECT_SOURCE_DIR}/cmake/split-debug.cmake)
 endif()
 
-# The C++ runtime of MinGW. Visual C++'s has its own installer.
+# The C++ runtime of MinGW. Visual C++'s runtime has its own installer.
 if(MINGW)
   install(PROGRAMS ${RKUINFO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
 endif()

@@ -1,4 +1,4 @@
-# Removes the files that MANIFEST lists, and those of the project's folders that are then empty.
+# Removes the files that MANIFEST lists, and then the project's folders that are empty.
 if(NOT EXISTS ${MANIFEST})
   message(FATAL_ERROR "Nothing to uninstall: ${MANIFEST} does not exist")
 endif()

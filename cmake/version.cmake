@@ -1,4 +1,4 @@
-# Adds a version resource with the facts in src/installation/build_facts.h to a Windows library.
+# Adds a version resource to a Windows library; the values are those in src/installation/build_facts.h.
 enable_language(RC)
 
 function(add_version_resource library description)

@@ -1,4 +1,4 @@
-// Looks up any names in INI files of any content.
+// Looks up arbitrary names in INI files with arbitrary content.
 #include "input.h"
 
 #include <sys/mman.h>

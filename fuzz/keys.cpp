@@ -1,4 +1,4 @@
-// Builds key paths from any names of company, product and profile and any client path.
+// Builds key paths from arbitrary company, product and profile names and arbitrary client paths.
 #include "input.h"
 
 #include "store/key_path.h"

@@ -1,4 +1,4 @@
-// Finds strings in language libraries of any content.
+// Finds strings in language libraries with arbitrary content.
 #include "input.h"
 
 #include "pe_resources.h"

@@ -21,7 +21,7 @@ fresh_home() {
     export HOME=$bench_run XDG_DATA_HOME=$bench_run/data XDG_CONFIG_HOME=$bench_run/config
 }
 
-# loop [TOOL...] STORE OPERATION COUNT: runs bench_loop, in a tool if given, with an empty folder.
+# loop [TOOL...] STORE OPERATION COUNT: runs bench_loop with an empty folder, under TOOL if given.
 loop() {
     rm -rf "$bench_run/loop"
     mkdir "$bench_run/loop"
@@ -100,8 +100,8 @@ bench_table() {
     bench/report.py table "$bench"
 }
 
-# Measures how costs grow. The stores are in memory, so that the disk does not hide growth. Filling them takes half a
-# minute.
+# Measures how costs grow. The stores are in memory, so that the disk does not hide growth. Filling the stores takes
+# half a minute.
 bench_scale() {
     build_bench host "$bench"
     fresh_home
@@ -115,7 +115,7 @@ bench_scale() {
         in_store large bench_large measure 100000 >>"$bench/large.txt"
     done
     XDG_DATA_HOME=$stores/large count_memory large "$bench/bin/bench_large" 100000 >"$bench/memory.txt"
-    "$bench/bin/bench_large" bulk 0 >>"$bench/memory.txt" # on the disk
+    "$bench/bin/bench_large" bulk 0 >>"$bench/memory.txt" # with the store on the disk
     in_store big bench_large big "$bench/big.jsonl"
     for size in 10 1000 100000 1000000; do
         in_store "growth$size" bench_growth --benchmark_filter="/$size\$" --benchmark_repetitions=9 \

@@ -45,15 +45,15 @@ guest_starts() {
     [ "$(HOME=$1/home XDG_DATA_HOME='' "${run[@]}" | tr -d '\r')" = 3 ]
 }
 
-# Builds a project that includes this one: its program starts from the build folder and, once installed, without it.
-# CMake refuses an unknown language.
+# Builds a project that includes this one. Checks that its program starts from the build folder and, once installed,
+# without that folder, and that CMake refuses an unknown language.
 guest() {
     local folder=${*: -1}
     local build=$folder/build options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
     cmake -S tests/guest -B "$build" "${options[@]}" && cmake --build "$build" || return 1
     # Windows would read UTF-8 as the ANSI code page; Wine and winhost read both correctly.
     [ "$(od -An -tx1 -N2 "$build/TARVO.ini")" = ' ff fe' ] || return 1
-    ! find "$folder" -name RkUInfoRes.dll | grep -v 'en-US\|de-DE' || return 1 # only these are built
+    ! find "$folder" -name RkUInfoRes.dll | grep -v 'en-US\|de-DE' || return 1 # the project's only languages
     guest_starts "$build" && cmake --install "$build" --prefix "$folder/package" || return 1
     ! cmake -S tests/guest -B "$build" -DGUEST_LANGUAGES=xx-XX 2>"$folder/refused" &&
         tr -s ' \n' ' ' <"$folder/refused" | grep 'xx-XX.* cs-CZ, de-DE, en-US' || return 1
@@ -103,7 +103,7 @@ both_runtimes() {
         cmp "$client/Debug/RkUInfo.pdb" "$folder/package/debug/bin/RkUInfo.pdb"
 }
 
-# Checks that the same sources produce the same libraries. ./dev package does this for MinGW's.
+# Checks that the same sources produce the same libraries. ./dev package checks the libraries of MinGW.
 reproducible() {
     build visual-cpp RkUInfo &&
         tests/package/check.sh reproducible "$PWD/build/visual-cpp" visual-cpp bin/RkOsBase.dll bin/RkUInfo.dll \

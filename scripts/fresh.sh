@@ -1,5 +1,5 @@
-# Runs a newcomer's commands in a bare Debian root: those of README and GUIDE with the archive and only the packages
-# that they name, and README's two commands in a clone of the last commit.
+# Runs the documents' commands in a bare Debian root, as a newcomer would. The commands of README and GUIDE run with the
+# archive and only the packages that they name; README's two ./dev commands run in a clone of the last commit.
 
 fresh=$PWD/build/fresh
 

@@ -2,8 +2,8 @@
 
 libcxx_package=llvm-toolchain-19
 
-# Prints the folder src of the sources, which it downloads once. Apt's lists for this are below build/: those of the
-# machine do not change.
+# Downloads the sources of libc++ once, and prints their folder src. Apt's package lists for the download are below
+# build/, so the lists of the machine do not change.
 libcxx_sources() {
     local folder=$PWD/build/libcxx archive
     if [ ! -e "$folder/src/string.cpp" ]; then

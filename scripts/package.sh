@@ -1,7 +1,8 @@
-# Makes the packages that ship, in build/package/. The same files produce the same archive, and the same sources the same
-# Windows libraries.
+# Builds the packages that ship, in build/package/. The same files produce the same archive, and the same sources the
+# same Windows libraries.
 
-# stage PRESET SUFFIX: builds and installs a preset in the folder $name, and sets $files. Their times are the commit's.
+# stage PRESET SUFFIX: builds and installs a preset in the folder $name, and sets $files. The time of each file is that
+# of the last commit.
 stage() {
     local preset=$1 version time
     build "$preset" shipped
@@ -26,7 +27,7 @@ make_linux_package() {
     echo "build/package/$name.tar.gz"
 }
 
-# Builds Debian packages with the flags and the layout of Debian's own. Stops if lintian reports an error.
+# Builds Debian packages with the flags and the layout that Debian itself uses. Stops if lintian reports an error.
 make_debian_packages() {
     need dpkg-dev lintian
     need_for host OFF

@@ -24,8 +24,8 @@ need() {
     }
 }
 
-# need_for PRESET [ON|OFF]: what it is built with, by default with the tests. Each target's language libraries are made by
-# MinGW's binutils.
+# need_for PRESET [ON|OFF]: installs what a build of the preset needs; OFF omits the tests. For every target, MinGW's
+# binutils build the language libraries.
 need_for() {
     local preset=$1 packages=(cmake ninja-build libcli11-dev nlohmann-json3-dev)
     case $preset in

@@ -12,7 +12,7 @@ cp build/host/bin/rkuinfo "$home/cad"
 export HOME=$home XDG_DATA_HOME=$home/.local/share XDG_CONFIG_HOME=$home/.config
 mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
 cd "$home/cad"
-rm -r zh-CN # viewers without its characters misalign the columns
+rm -r zh-CN # viewers without a Chinese font would misalign the columns
 ./installer en-US fr-FR
 
 run() {

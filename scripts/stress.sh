@@ -4,7 +4,7 @@
 run_cases() {
     local filter=$1 case suite=''
     shift
-    while read -r case _; do # a parameter may follow the case
+    while read -r case _; do # a case may be followed by its parameter
         case $case in
         *.) suite=$case ;;
         *) RKUINFO_STRESS=1 "$@" --gtest_brief=1 --gtest_filter="$suite$case" </dev/null ;;
@@ -29,7 +29,7 @@ run_stress() {
     build windows agreement_tests store_oracle
     start_wine
     toolchains/run-wine.sh build/windows/bin/store_oracle.exe 100000 "$seed"
-    rm -rf build/{host,windows}/agreement # traces of other seeds
+    rm -rf build/{host,windows}/agreement # contains traces of runs with other seeds
     run_cases '*' build/host/bin/agreement_tests
     run_cases '*' toolchains/run-wine.sh build/windows/bin/agreement_tests.exe
     diff -r build/host/agreement build/windows/agreement

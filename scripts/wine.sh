@@ -4,7 +4,7 @@ wine_folder=$PWD/build/wine
 wine_program=/usr/lib/wine/wine64
 # Wine maps a page at 0x7ffe0000 into every process and exits if the heap, whose address is random, already covers it.
 wine=(setarch --addr-no-randomize "$wine_program")
-"${wine[@]:0:2}" true 2>/dev/null || wine=("$wine_program") # some containers forbid it
+"${wine[@]:0:2}" true 2>/dev/null || wine=("$wine_program") # some containers forbid setarch
 
 wine_version() {
     "$wine_program" --version
@@ -29,11 +29,11 @@ boot_wine() {
         cat "$log" >&2
         return 1
     }
-    # The version of Windows that users have, not the one that this Wine reports by default: the library reads it.
+    # The library reads the version of Windows. This Wine reports by default a version that users do not have.
     "${wine[@]}" winecfg -v win10 >>"$log" 2>&1
     # Without this, each message box would wait for a window manager.
     "${wine[@]}" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1
-    wineserver -k || true # also stops everything else that was started on that processor
+    wineserver -k || true # also stops Wine's processes that are bound to the processor
     touch "$wine_folder/booted"
 }
 

@@ -16,10 +16,10 @@ public:
     virtual ~Peer() = default;
     /// Reads one integer.
     virtual int read() = 0;
-    /// Reads the next of the other integers; returns 0 if this is not measured.
+    /// Reads the next of the other entries. Returns 0 if this operation is not measured for the peer.
     virtual int readNext() { return 0; }
-    /// Writes the integer so that it outlives the process. Returns false on failure or if this is not
-    /// measured.
+    /// Writes the integer so that it outlives the process. Returns false on failure, or if this operation
+    /// is not measured for the peer.
     virtual bool write(int) { return false; }
 };
 

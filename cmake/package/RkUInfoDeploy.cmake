@@ -2,7 +2,7 @@
 #
 # Each time a program is linked, copies the files that it needs to start to its folder: the libraries of its
 # configuration with their .pdb files; with MinGW, the C++ runtime; the folders of all languages, or of those after
-# LANGUAGES; and a TARVO.ini, unless the folder already contains one. That file names the company and the product, which
+# LANGUAGES; and a TARVO.ini, unless the folder already contains one. TARVO.ini names the company and the product, which
 # default to the project's name and the target's. INSTALL also installs these files to a folder of the install prefix,
 # where the project must install the program itself.
 function(rkuinfo_deploy program)

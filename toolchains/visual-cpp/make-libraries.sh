@@ -35,12 +35,12 @@ make_libraries() {
     cp "$work/ole32.lib" "$work/uuid.lib"
     cp "$work/user32.lib" "$work/winspool.lib"
 
-    # After --, because clang-cl would read a path such as /work/... as the option /w.
+    # The -- is needed because clang-cl would read a path such as /work/... as the option /w.
     for name in start dll dllmain main wmain statics guards heap; do
         "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/runtime/$name.cpp"
     done
     "${compile[@]}" /std:c++20 /W4 /WX /GR- "/Fo$work/" -- "$here/runtime/type_info.cpp"
-    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # relative names keep it reproducible
+    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # relative names keep the library reproducible
     "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/libcxx/few.cpp"
     (cd "$work" && llvm-lib-19 /nologo /out:few.lib few.obj)
 }

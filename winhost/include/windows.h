@@ -1,5 +1,5 @@
 // The Win32 declarations that the library, its examples, tools and tests use, for hosts that are not Windows.
-// Names, values, widths and contracts are those of the system; see ../README.md for the differences.
+// Names, values, widths and contracts are those of Windows; see ../README.md for the differences.
 #pragma once
 
 #include <cstddef>

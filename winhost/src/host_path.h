@@ -21,7 +21,7 @@ struct FullPath
 std::optional<FullPath> parsePath(TextView path);
 
 /// Finds the host file of a path: each component by its exact name, otherwise ignoring case. Returns nothing
-/// and sets the last error if there is none.
+/// and sets the last error if no file matches.
 std::optional<std::string> findOnHost(const FullPath& path);
 std::optional<std::string> findOnHost(TextView path);
 
@@ -35,7 +35,7 @@ bool isFolder(const std::string& hostFile);
 
 /// Reads the first bytes of a regular file, or returns nothing and sets the last error.
 std::optional<std::string> readStart(const std::string& hostFile, std::size_t size);
-/// Reads a whole file; ERROR_FILE_TOO_LARGE if it is longer than that.
+/// Reads a whole file; fails with ERROR_FILE_TOO_LARGE if it has more than `most` bytes.
 std::optional<std::string> readFile(const std::string& hostFile, std::size_t most);
 
 } // namespace winhost

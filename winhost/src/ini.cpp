@@ -70,8 +70,8 @@ Text decode(std::string_view bytes)
     return bytes.find('\0') == std::string_view::npos ? winhost::fromUtf8(bytes) : Text();
 }
 
-/// Entries before the first section go to one without a name. A line that opens a section and does not close
-/// it is an entry.
+/// Puts entries before the first section in a section without a name. A line that begins with '[' and
+/// contains no ']' is an entry.
 std::vector<Section> parse(TextView text)
 {
     std::vector<Section> sections(1);
@@ -118,7 +118,8 @@ TextView withoutTrailingBlanks(TextView text)
     return text;
 }
 
-/// Parses digits after an optional sign, hexadecimal ones after 0x, modulo 2^32. Ignores what follows them.
+/// Parses digits after an optional sign, as hexadecimal after 0x, modulo 2^32. Ignores the rest of the
+/// text.
 UINT parseNumber(TextView text)
 {
     text = trimmed(text);

@@ -1,4 +1,4 @@
-// Errors of the host as the system's error codes.
+// Converts the host's errors to Windows error codes.
 #pragma once
 
 #include <windows.h>

@@ -197,8 +197,8 @@ bool addReference(HMODULE module)
     return isHostCode(module);
 }
 
-/// Adds a module to the list, or a reference if it is listed. In that case the parameter releases the
-/// loader's own reference, after the guard.
+/// Adds a module to the list. If the module is already listed, adds a reference to the entry instead; the
+/// parameter then releases the loader's reference after the guard is unlocked.
 HMODULE keep(Module module)
 {
     const std::lock_guard<std::mutex> lock(guard);
@@ -243,7 +243,7 @@ HMODULE loadFile(const std::string& file, bool forDataOnly, bool mayRun)
     if (bytes && !isHostFile && !bytes->starts_with("MZ")) {
         return fail(ERROR_BAD_EXE_FORMAT);
     }
-    if (bytes && !isHostFile) { // a mapped file could be cut by others while it is in use
+    if (bytes && !isHostFile) { // not mapped, because another process could truncate the file
         bytes = readFile(file, largest);
     }
     if (!bytes) {
@@ -343,7 +343,7 @@ BOOL FreeLibrary(HMODULE module)
         SetLastError(ERROR_INVALID_HANDLE);
         return FALSE;
     }
-    Module last; // closed without the guard: the module's own code may load and free others
+    Module last; // closed with the guard unlocked, because the module's code may load modules
     {
         const std::lock_guard<std::mutex> lock(guard);
         const auto found = findLoaded(module);
@@ -369,7 +369,7 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
-    // The loader knows the executable by no name. Exports of a module's dependencies are not its own.
+    // The loader has no name for the executable. dlsym also finds exports of a module's dependencies.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

@@ -1,4 +1,4 @@
-// PathAppendW and PathRemoveFileSpecW. A forward slash is an ordinary character to both.
+// PathAppendW and PathRemoveFileSpecW, which treat a forward slash as an ordinary character.
 #include "text.h"
 
 #include <shlwapi.h>
@@ -75,8 +75,8 @@ Text canonical(TextView path)
     return result;
 }
 
-/// Joins both parts, or returns one if the other is empty or `more` is a full path. One part is cut to the
-/// longest path; two that do not fit together return nothing.
+/// Joins both parts, or returns one if the other is empty or `more` is a full path. Truncates a single part
+/// to the longest path, but returns nothing if the joined path is too long.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

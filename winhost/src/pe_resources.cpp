@@ -10,8 +10,8 @@ namespace {
 constexpr std::uint32_t stringTableType = 6;
 constexpr std::uint32_t stringsPerBlock = 16;
 
-// Read little-endian numbers. Outside the bytes they return 0, which as a signature, count or size ends the
-// search.
+// Read little-endian numbers. Past the end of the bytes these functions return 0; a signature, count or size
+// of 0 ends the search.
 
 std::uint32_t read16(Bytes bytes, std::size_t offset)
 {
@@ -89,8 +89,9 @@ private:
     bool m_isValid;
 };
 
-/// Returns the target of the entry with a number, or of the first entry without one, in a table of a resource
-/// tree. The tree has three levels and is read no deeper, so a table that refers to itself is harmless.
+/// Returns the target of the entry with the given id, or of the first entry if id is empty, in a table of a
+/// resource tree. The tree has three levels and is read no deeper, so a table that refers to itself is
+/// harmless.
 std::optional<std::uint32_t> findEntry(Bytes resources, std::uint32_t table, std::optional<std::uint32_t> id)
 {
     constexpr std::size_t tableHeaderSize = 16;
@@ -115,7 +116,7 @@ std::optional<std::uint32_t> findTable(Bytes resources, std::uint32_t table, std
     return entry && (*entry & tableFlag) != 0 ? std::optional(*entry & ~tableFlag) : std::nullopt;
 }
 
-/// Returns a string of a block, which consists of 16 strings, each after its length.
+/// Returns a string of a block. A block consists of 16 strings, each preceded by its length.
 Bytes stringOfBlock(Bytes block, std::uint32_t index)
 {
     std::size_t offset = 0;

@@ -30,8 +30,8 @@ struct StringResource
 
 bool isPeImage(Bytes file);
 
-/// Finds the string with a number in the first language that has its block of 16 strings. The string is empty
-/// if the block leaves it out.
+/// Finds the string with the given id in the first language that has its block of 16 strings. The string is
+/// empty if the block does not define it.
 StringResource findString(Bytes file, std::uint16_t id);
 
 } // namespace winhost

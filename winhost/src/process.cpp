@@ -1,4 +1,4 @@
-// The message box and the end of the process.
+// MessageBoxW and ExitProcess.
 #include "database/database.h"
 #include "text.h"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Reads a line of input in lower case without blanks. Returns false at the end of the input.
+/// Reads a line of input in lower case, without its blanks. Returns false at the end of the input.
 bool readAnswer(std::string& answer)
 {
     constexpr std::size_t longestKept = 8;

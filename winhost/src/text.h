@@ -6,8 +6,8 @@
 
 namespace winhost {
 
-// The generic traits: those of std::wstring call the C library's wide functions, which assume the host's own
-// wchar_t.
+// Uses the generic traits, because those of std::wstring call the C library's wide functions, which assume
+// the host's own wchar_t.
 struct UnitTraits : __gnu_cxx::char_traits<wchar_t>
 {
 };
@@ -17,7 +17,8 @@ using TextView = std::basic_string_view<wchar_t, UnitTraits>;
 /// Returns a UTF-16 unit in upper case, by the table of the system's ordinal comparison.
 wchar_t upcase(wchar_t unit);
 
-/// Returns a number less than, equal to or greater than 0: the order of the units, or of their upper case.
+/// Compares code units, in upper case if ignoreCase is true. Returns a number less than, equal to or greater
+/// than 0.
 int compare(TextView a, TextView b, bool ignoreCase);
 
 inline bool equalIgnoringCase(TextView a, TextView b)

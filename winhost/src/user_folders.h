@@ -15,7 +15,7 @@ std::string configFolder();
 std::string dataFolder();
 
 /// Creates a folder and its missing parents. Returns false, with the cause in errno, if one cannot be
-/// created. Creates none in a folder of another user, who could not write to it.
+/// created. Creates nothing in another user's folder, because that user could not write to the new folder.
 bool makeFolders(const std::string& folder);
 
 } // namespace winhost

@@ -1,4 +1,4 @@
-// Wine's windows.h declares the functions that libc++ uses from this header.
+// Includes windows.h, in which Wine declares the functions of this header that libc++ uses.
 #pragma once
 
 #include <windows.h>

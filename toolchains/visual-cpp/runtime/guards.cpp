@@ -1,5 +1,5 @@
 // The run-time checks of compiled code: the stack's cookie and pages, and the targets of indirect calls.
-// Windows' loader replaces the last check with its own; Wine's does not.
+// Windows' loader replaces the check of indirect calls with its own; Wine's loader does not.
 #include <windows.h>
 
 extern "C" {

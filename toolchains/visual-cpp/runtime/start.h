@@ -11,7 +11,7 @@ extern "C" {
 /// Constructs the module's static objects. Returns false if a C initialiser fails.
 bool startModule();
 
-/// Destroys them in reverse order.
+/// Destroys the module's static objects in reverse order.
 void endModule();
 
 int __cdecl _crt_atexit(void(__cdecl* function)());

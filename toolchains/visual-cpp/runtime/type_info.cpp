@@ -1,6 +1,5 @@
-// The virtual table of type_info, to which every type descriptor refers. It is compiled separately and
-// without RTTI, because type descriptors in the same source would refer to it by another name than clang
-// gives it.
+// The virtual table of type_info, to which every type descriptor refers. Compiled separately and without
+// RTTI: clang gives the table a name that type descriptors in the same source do not use.
 #include <typeinfo>
 
 static volatile int destroyed;

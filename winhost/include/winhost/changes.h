@@ -4,11 +4,11 @@
 
 #include <windows.h>
 
-/// Begins a transaction of all registry calls of the process, in every thread. Until its end other processes
-/// see none of the changes and cannot write, so it should be short. ERROR_LOCK_FAILED if another process
-/// writes for 5 s; ERROR_INVALID_PARAMETER in a transaction.
+/// Begins a transaction of all registry calls of the process, in every thread. Until it ends, other processes
+/// see none of the changes and cannot write, so it should be short. Returns ERROR_LOCK_FAILED if another
+/// process writes for 5 s, and ERROR_INVALID_PARAMETER if a transaction has already begun.
 WINHOST_API LSTATUS winhostBeginRegistryChanges();
 
-/// Commits or undoes the transaction. ERROR_CANTWRITE if it was undone before, by an error of the disk, a
-/// fork or a store that was moved; ERROR_INVALID_PARAMETER without a transaction.
+/// Commits or undoes the transaction. Returns ERROR_CANTWRITE if a disk error, a fork or a move of the store
+/// has already undone it, and ERROR_INVALID_PARAMETER if no transaction has begun.
 WINHOST_API LSTATUS winhostEndRegistryChanges(BOOL keep);

@@ -64,7 +64,7 @@ NodeId nodeOf(HKEY key, REGSAM needed)
 
 constexpr auto nothing = [] {};
 
-/// Runs work(node) in a transaction and, after the commit, then(). The memory is locked.
+/// Runs work(node) in a transaction and, after the commit, then() with the memory locked.
 template <typename Work, typename Then = decltype(nothing)>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
 {

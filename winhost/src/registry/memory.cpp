@@ -22,7 +22,7 @@ std::uint64_t hashOf(const Question& question)
     return mix(mix(question.kind, number), std::hash<std::string_view>()(bytesOf(question.text)));
 }
 
-/// Compares bytes, which is faster than by units.
+/// Compares the texts as bytes, which is faster than comparing code units.
 bool isSame(const Question& a, const Question& b)
 {
     return a.kind == b.kind && a.node == b.node && a.index == b.index && bytesOf(a.text) == bytesOf(b.text);

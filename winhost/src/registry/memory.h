@@ -36,9 +36,9 @@ public:
 
     enum Change
     {
-        eOthers, ///< by other processes, if any
-        eKeys,   ///< by this process
-        eValues  ///< by this process, of values only, so that paths stay valid
+        eOthers, ///< a change by other processes, if there was one
+        eKeys,   ///< a change by this process that may create or delete keys
+        eValues  ///< a change by this process of values only: cached paths stay valid
     };
     /// Adopts a new version of the content and invalidates the answers that the change may affect.
     void follow(std::uint64_t version, Change change);
@@ -46,7 +46,7 @@ public:
 private:
     struct Slot
     {
-        std::uintptr_t handle; // the last one: its turn in the upper half, its index times 4 in the lower
+        std::uintptr_t handle; // the last handle: upper half a counter, lower half the slot's index times 4
         NodeId node;           // 0: closed
         REGSAM access;
         std::size_t nextClosed;
@@ -66,8 +66,8 @@ private:
     std::size_t m_closed = 0; // the first closed slot of a linked list; the number of slots ends it
     std::unordered_map<std::uint64_t, Entry> m_answers; // by a hash of the question; 4,096 at most
     std::uint64_t m_version = 0;
-    std::uint64_t m_epochs[2] = {1, 1}; // of paths, and of all other answers
-    std::uint64_t m_changed = 1;        // the second epoch when this process last wrote
+    std::uint64_t m_epochs[2] = {1, 1}; // current epochs: for paths, and for all other answers
+    std::uint64_t m_changed = 1;        // the value of m_epochs[1] after this process's last write
 };
 
 Memory& memory();

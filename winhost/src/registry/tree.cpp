@@ -95,7 +95,7 @@ NodeId add(NodeId parent, TextView name)
     return id;
 }
 
-/// Follows a path. Uses the cached parts of it, and caches each part that it finds.
+/// Follows a path. Uses the cached parts of the path, and caches each part that it finds.
 Answer walk(NodeId start, TextView path, bool* created)
 {
     Answer at{.status = path.starts_with(L'\\') ? ERROR_BAD_PATHNAME : ERROR_SUCCESS, .node = start};

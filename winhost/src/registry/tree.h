@@ -27,9 +27,9 @@ struct Question
 {
     enum Kind : std::uint32_t
     {
-        ePath,     ///< the key at a path, of components between backslashes; a leading one is an error
-        eValue,    ///< the value of a name
-        eSubKeyAt, ///< by index, in the order of names
+        ePath,     ///< the key at a path with backslashes as separators; a leading backslash is an error
+        eValue,    ///< the value with the given name
+        eSubKeyAt, ///< the sub-key at an index, in the order of names
         eValueAt
     };
 
@@ -45,7 +45,7 @@ struct Answer
     DWORD type = 0;
     NodeId node = 0; ///< of a path
     std::string data = {};
-    Text name = {}; ///< as created: of a value, and of an entry by index
+    Text name = {}; ///< the original spelling of the name; unset for a path
 };
 
 /// Returns the cached answer, otherwise reads the store. Do not call this after a change in the same
