@@ -21,24 +21,24 @@
 /// Returns the configuration object; never null.
 RKUINFO_API TarvoConfig* velaConfig();
 
-/// Runs start-up. Call it once per process, before other threads use the library. A null or empty argument is
-/// replaced by the first of these that is available:
+/// Performs start-up: determines company, product, language and profile. Call it once per process, before
+/// other threads use the library. A null or empty argument is replaced by the first of these that is
+/// available:
 /// - company: "TARVO.ini" [Product] CompanyName; "Norvik"
 /// - product: "CurProduct" under Software\{company}; "TARVO.ini" [Product] ProductName; "TARVO"
 /// - language (a short name such as "en-US"): "CurVer" under the version root; "TARVO.ini" [Product] LocaleId
-///   mapped by [LocaleIdLangName]. If the name found is not an installed language, even if it was given as
-///   argument, the next source is not tried: a message box asks whether to use the first installed language
-/// - profile: the current profile that the profiles key names
+///   mapped by [LocaleIdLangName]. The first name found decides; if it is not an installed language, or no
+///   name is found, a message box asks whether to use the first installed language
+/// - profile: the current profile, which the profiles key stores
 ///
-/// A profile argument replaces a different profile that the profiles key names. Start-up records its choices
+/// A profile argument replaces a different current profile in the profiles key. Start-up records its choices
 /// only in keys that exist; CreateConfigReg creates the keys. If the language argument is unknown, no
 /// language is installed, or the user declines the proposed language, the process exits with code 1 after a
 /// message box.
-/// @return eOk (after an earlier success at once, the arguments are then ignored); eInvalidInput if company
-/// or
-///         product has 255 or more characters, if a path does not fit, or after an earlier failure;
-///         eRegistryError if the language's folder cannot be read, or if too many files are open to look for
-///         the installed languages
+/// @return eOk, also if start-up has already succeeded (the arguments are then ignored); eInvalidInput if
+///         company or product has 255 or more characters, if a path does not fit, or after an earlier
+///         failure; eRegistryError if the language's folder cannot be read, or if too many files are open to
+///         look for the installed languages
 RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product,
                                               const wchar_t* language, const wchar_t* profile);
 
@@ -69,14 +69,15 @@ RKUINFO_API const wchar_t* GetVelaArchitectrueCommandNamePrefix();
 RKUINFO_API const wchar_t* GetVelaProgramVersionString();
 /// Returns the LCID of a short name, 1033 for an unknown name, 0 for null or empty.
 RKUINFO_API long GetVelaLanguageIdByShortName(const wchar_t* shortName);
-/// Returns the LCID of the current language, 1033 before start-up.
+/// Returns the LCID of the current language, or 1033 before start-up.
 RKUINFO_API long GetCurrentVelaLanguageId();
-/// Returns the product name, "TARVO" before start-up; never null.
+/// Returns the product name, or "TARVO" before start-up; never null.
 RKUINFO_API const wchar_t* GetCurrentProductName();
 /// Writes the build stamp, bare (21 characters) or as VERNUM = "..." (32 characters). size includes the
 /// terminator; if it is too small, the empty string is written.
 RKUINFO_API void GetVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
-/// Writes the resource version number in the same way. It is empty: "" or VERNUM = "" (11 characters).
+/// Writes the resource version number like GetVerNum. The number is empty: the result is "" or VERNUM = ""
+/// (11 characters).
 RKUINFO_API void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
 /// Returns "SP2".
 RKUINFO_API const wchar_t* GetServicePackageVersionString();
@@ -93,9 +94,9 @@ RKUINFO_API unsigned long GetVelaProgramPath(wchar_t* const buffer);
 /// Writes the executable's file name without extension into buffer, which must hold 1023 characters. Returns
 /// 0 if the executable's path cannot be read or does not fit.
 RKUINFO_API unsigned long GetVelaProgramName(wchar_t* const buffer);
-/// Returns TarvoLanguage::shortName of the current language, "unknown" before start-up.
+/// Returns TarvoLanguage::shortName of the current language, or "unknown" before start-up.
 RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
-/// Returns TarvoLanguage::globalName of the current language, "unknown" before start-up.
+/// Returns TarvoLanguage::globalName of the current language, or "unknown" before start-up.
 RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
 /// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
@@ -103,13 +104,13 @@ RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
 /// path's length + 3 characters, and for the executable's path, which is written to it first. After a failure
 /// it may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
-/// Does the same for any folder in the program folder.
+/// Writes the path of folderName in the program folder; buffer and size are as for the overload above.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
 /// Loads a library from the current language's folder or, if that fails, by its bare name in the system's
 /// search order. The search includes the working directory and PATH: as its first step, an application should
 /// restrict it with SetDefaultDllDirectories (docs/LOADING.md). The caller frees the handle.
 RKUINFO_API HINSTANCE__* LoadResourceDll(const wchar_t* fileName);
-/// Does the same by LoadLibraryExW, passing file and flags unchanged.
+/// Works like LoadResourceDll, but calls LoadLibraryExW with file and flags.
 RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long flags);
 /// Writes the path of "RKHelp.exe" in the program folder. buffer must have room for the path's length + 2
 /// characters; a smaller buffer is left unchanged.
@@ -117,8 +118,8 @@ RKUINFO_API long GetHelpFilePath(wchar_t* buffer, long size);
 
 // ---- Per-user folders ---------------------------------------------------------------------------
 // Each function writes a path of at most 1021 characters; none creates a folder. Every path except the last
-// ends with a backslash. After a failure buffer contains the levels that fit. The odd spellings are part of
-// the interface.
+// ends with a backslash. After a failure, buffer contains as many leading levels of the path as fit. The odd
+// spellings are part of the interface.
 
 RKUINFO_API unsigned long GetUserApplicationDataPath(wchar_t* const buffer);             ///< {roaming}\ .
 RKUINFO_API unsigned long GetUserApplicationDataComanyPath(wchar_t* const buffer);       ///< + {company}\ .
@@ -146,8 +147,8 @@ RKUINFO_API unsigned long GetRegistryVersionRootKey(wchar_t* const buffer);
 RKUINFO_API unsigned long GetVelaRegistryLanguageRootKey(wchar_t* const buffer);
 RKUINFO_API unsigned long GetRegistryProfilesRootKey(wchar_t* const buffer);
 RKUINFO_API unsigned long GetVelaRegistryCurrentProfileRootKey(wchar_t* const buffer);
-/// Writes {current profile}\Config. If that has more than 1021 characters, writes only the profile's key path
-/// and returns 0.
+/// Writes {current profile}\Config. If the path has more than 1021 characters, writes only the profile's key
+/// path and returns 0.
 RKUINFO_API unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* const buffer);
 
 // ---- Current profile ----------------------------------------------------------------------------
@@ -163,8 +164,8 @@ RKUINFO_API unsigned long GetCustomResFileName(wchar_t* const buffer);
 // ---- UI style and user data cache ---------------------------------------------------------------
 
 /// Writes the value UIStyle of Settings\UserConfig\Config, at most 1022 characters. Returns 0 if the value is
-/// empty, longer or not a string. If getValue cannot read it, writes the path of Style.tus in the roaming
-/// Support folder.
+/// empty, too long or not a string. If getValue cannot read the value, writes the path of Style.tus in the
+/// roaming Support folder.
 RKUINFO_API unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer);
 /// Returns ITarvoProduct::userDataCachePath; may be empty, never null.
 RKUINFO_API const wchar_t* GetVelaUserDataCachePath();

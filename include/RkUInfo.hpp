@@ -39,8 +39,8 @@ inline Text text(unsigned long (*function)(wchar_t*))
     return function(buffer) > 0 ? text(buffer) : Text();
 }
 
-/// A string argument: a literal (L"..."), to which it points, or a Text, which it copies. Null or empty means
-/// the key itself or its default value. A string ends at its first null character.
+/// A string argument: stores a pointer to a literal (L"..."), but copies a Text. Null or empty means the key
+/// itself or its default value. A string ends at its first null character.
 class Argument
 {
 public:
@@ -59,7 +59,7 @@ public:
 
 private:
     const wchar_t* m_literal = nullptr;
-    std::vector<wchar_t> m_copy; // terminated; empty for a literal
+    std::vector<wchar_t> m_copy; // the terminated copy of a Text; empty for a literal
 };
 
 // ---- Errors ------------------------------------------------------------------------------------------
@@ -191,8 +191,8 @@ inline VelaVariant variant(const Bytes& value)
 
 // ---- Settings ----------------------------------------------------------------------------------------
 
-/// Reads a setting by its value path, such as "Display/Colors/Back". Returns std::nullopt if it does not
-/// exist or has another type; error is then set to the reason, and otherwise cleared.
+/// Reads a setting by its value path, such as "Display/Colors/Back". Returns std::nullopt and sets error if
+/// the setting cannot be read or has another type; otherwise clears error.
 template <typename T>
 std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath, std::error_code& error)
 {
@@ -216,7 +216,7 @@ std::optional<T> get(TarvoConfig::Path path, const Argument& valuePath)
     return get<T>(path, valuePath, ignored);
 }
 
-/// Writes a setting; creates its key if needed. Empty Bytes write no value.
+/// Writes a setting; creates its key if needed. Empty Bytes are not stored.
 template <typename T>
 [[nodiscard]] std::error_code set(TarvoConfig::Path path, const Argument& valuePath, const T& value)
 {
@@ -232,7 +232,7 @@ template <typename T>
 
 namespace detail {
 
-/// Reads a name by an iterator's function, which fills a buffer and sets its length.
+/// Reads a name with read, which calls an iterator's name() or key().
 template <typename ReadName>
 TarvoConfig::Error readName(ReadName read, Text& name)
 {
@@ -300,7 +300,7 @@ struct Value
 {
     Text name;
     VelaVariant data;
-    std::error_code error; ///< why the name or the data could not be read
+    std::error_code error; ///< set if the name or the data could not be read
 
     template <Setting T>
     std::optional<T> as() const
@@ -349,7 +349,7 @@ struct ValueCursor
 
 } // namespace detail
 
-/// Returns the names of the keys below a key; null means the subtree's own key.
+/// Returns the names of a key's sub-keys; null means the subtree's own key.
 inline Range<detail::ItemCursor> items(TarvoConfig::Path path, const Argument& item = {})
 {
     return {path, item};

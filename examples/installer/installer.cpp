@@ -39,7 +39,7 @@ void printName(std::ostream& out, const wchar_t* name)
 }
 
 /// Returns whether each name is a language and, if needFolders is true, has its folder next to this program.
-/// Reports the first that fails.
+/// Prints an error for the first name that fails.
 bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
 {
     for (const wchar_t* const name : names) {

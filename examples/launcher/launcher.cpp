@@ -1,5 +1,5 @@
-// An application's start-up, as a template: reads names from the command line, calls InitVelaConfig, creates
-// the user's tree and then does its work, which is to print the program's names and folders.
+// A template for an application's start-up: reads names from the command line, calls InitVelaConfig, creates
+// the user's tree and prints the program's names and folders.
 #include "loading/loading.h"
 
 #include <RkUInfo.hpp>
@@ -14,10 +14,9 @@ namespace {
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
-/// The words of a command line.
 using Words = std::span<wchar_t* const>;
 
-/// A name that is not given stays null; the library then chooses it.
+/// The names from the command line. The library chooses a name that is null.
 struct Names
 {
     const wchar_t* company = nullptr;
@@ -26,7 +25,7 @@ struct Names
     const wchar_t* profile = nullptr;
 };
 
-/// Returns where an option's value is stored; null for an unknown option.
+/// Returns the member that stores an option's value; null for an unknown option.
 const wchar_t** placeOf(const std::string& option, Names& names)
 {
     if (option == "--company") {
@@ -101,7 +100,7 @@ extern "C" int wmain(int argc, wchar_t** argv)
     loadLibrariesSafely();
     try {
         return run(Words(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0));
-    } catch (RkException* exception) { // memory is exhausted; the whole family is thrown by pointer
+    } catch (RkException* exception) { // thrown by pointer if memory is exhausted
         std::cerr << rkuinfo::utf8(exception->className()) << ' ' << exception->code() << '\n';
         delete exception;
         return exitFailed;

@@ -1,6 +1,7 @@
-// The first step of a program.
+// Makes loading libraries safe; every example program calls this function first.
 #pragma once
 
-/// Restricts the search for libraries to the program's and the system's folder; docs/LOADING.md explains why.
-/// Does nothing on Linux, where no code of a library that is loaded by name runs.
+/// Restricts the search for libraries to the program folder and the system folder; docs/LOADING.md explains
+/// why. Does nothing on Linux, where a library found by its bare name can run code only from the program
+/// folder.
 void loadLibrariesSafely();

@@ -16,7 +16,7 @@ void printPalette(const Palette& palette)
               << ", " << at.top << '\n';
 }
 
-/// Moves windows, like a user. Returns false if that cannot be saved.
+/// Saves new window positions, as if the user had moved the palettes. Returns false if saving fails.
 bool arrangePalettes()
 {
     for (const Palette& palette : {Palette{rkuinfo::text(L"Layers"), {20, 80, 240, 600}},

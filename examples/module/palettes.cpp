@@ -56,7 +56,7 @@ std::vector<Palette> savedPalettes()
 
 std::int32_t paletteLimit()
 {
-    // Read on each call, because another process may have changed it; this takes microseconds.
+    // Reads the limit on each call, because another process may have changed it; a read takes microseconds.
     return rkuinfo::get<std::int32_t>(settings, L"Palettes\\Limit").value_or(defaultLimit);
 }
 

@@ -15,7 +15,7 @@
 #define PALETTES_API __declspec(dllimport)
 #endif
 
-/// The position of a window, stored as these bytes. If the fields change, change the value name too.
+/// The position and size of a window, stored byte for byte. If the fields change, change the value name too.
 struct WindowLayout
 {
     std::int32_t left;
@@ -24,7 +24,7 @@ struct WindowLayout
     std::int32_t height;
 };
 
-/// Can be passed between modules because all of them share one C++ runtime.
+/// A tool palette. Modules can exchange palettes because all modules share one C++ runtime.
 struct Palette
 {
     rkuinfo::Text name;

@@ -18,8 +18,8 @@
 
 // Modules free heap blocks that other modules have allocated, so all modules of a process must share one C
 // runtime. The library exports a function whose name identifies the runtime it was built for, and each object
-// file of a client makes the linker look for that name. A program that does not link with the library defines
-// RKUINFO_NOT_LINKED.
+// file of a client makes the linker look for that name. A program that does not link with the library must
+// define RKUINFO_NOT_LINKED.
 #if defined(_MSC_VER)
 #if !defined(_NATIVE_WCHAR_T_DEFINED)
 #error "RkUInfo exports functions that take wchar_t: compile without /Zc:wchar_t-"
@@ -42,6 +42,6 @@
 #endif
 #endif
 
-// The handle types of <windows.h>, named without including it.
+// The handle types of <windows.h>, declared without including that header.
 struct HKEY__;
 struct HINSTANCE__;

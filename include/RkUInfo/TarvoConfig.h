@@ -12,19 +12,19 @@ namespace uinfo {
 class ConfigAccess;
 }
 
-#pragma pack(push, 8) // regardless of /Zp
+#pragma pack(push, 8) // makes the layout independent of /Zp
 
 /// The process-wide object that stores company, product, language and user profile, and through which clients
 /// read and change the user's configuration tree under HKEY_CURRENT_USER.
 ///
 /// The launcher calls InitVelaConfig before any other thread uses the object; afterwards its fields are only
-/// read, and every operation may be called from any thread. Until then the names are the built-in defaults,
-/// and every operation on the tree returns eInvalidInput (isItemExist: 0).
+/// read, and every operation may be called from any thread. Before the call the names are the built-in
+/// defaults. Until start-up succeeds, every operation on the tree returns eInvalidInput (isItemExist: 0).
 ///
 /// An item is a registry key; a value is a registry value in an item. An operation addresses an item by a
 /// Path and a sub-path with '/' or '\' as separators; a null or empty sub-path means the Path's own key. A
-/// null or empty value name means the default value. A path of 1024 characters or more yields eInvalidInput
-/// (isItemExist: 0); the registry limits value names that are separate arguments.
+/// null or empty value name means the default value. A path of 1024 characters or more causes eInvalidInput
+/// (isItemExist: 0). A value name that is a separate argument is limited only by the registry.
 class RKUINFO_API TarvoConfig
 {
 public:
@@ -35,9 +35,9 @@ public:
         eNotFound = 1,        ///< a name is missing, or a key, value, INI file or entry does not exist
         eWrongType = 2,       ///< the type is not supported, or the value has another type
         eInvalidIterator = 4, ///< the iterator holds no key or is past its end
-        eRegistryError = 5,   ///< the registry refused; see InitVelaConfig for start-up
+        eRegistryError = 5,   ///< a registry operation failed; see InitVelaConfig for start-up
         eBufferTooSmall = 6,  ///< the required length is returned
-        eInvalidInput = 7,    ///< a name or path exceeds its limit, or an earlier step is missing
+        eInvalidInput = 7,    ///< a name or path exceeds its limit, or start-up has not succeeded
     };
 
     /// The named subtrees of the registry tree, relative to HKEY_CURRENT_USER.
@@ -69,19 +69,19 @@ public:
     /// Returns 0 in every state, for binary compatibility: use the result of InitVelaConfig instead.
     int isInitialized() const;
 
-    /// Returns the current language, the unknown language before start-up.
+    /// Returns the current language, or the unknown language before start-up.
     const TarvoLanguage& language() const;
-    /// Returns the product name, "TARVO" before start-up; never null.
+    /// Returns the product name, or "TARVO" before start-up; never null.
     const wchar_t* productName() const;
-    /// Returns the company name, "NORVIK" before start-up; never null.
+    /// Returns the company name, or "NORVIK" before start-up; never null.
     const wchar_t* companyName() const;
-    /// Returns the profile argument of start-up, "Default" if there was none; never null.
+    /// Returns the profile argument of start-up, or "Default" if there was none; never null.
     const wchar_t* profileNameCmdLineInfo() const;
 
     /// Writes the key path of a subtree into out, which holds 1024 characters. Writes the empty string before
     /// start-up, for a value outside the enum, for a path of more than 1023 characters, and for
     /// eCurrentProfile without a profiles key. For eCurrentProfile, stores "Default" as the current profile
-    /// if the profiles key names none.
+    /// if no name is stored.
     void getRegRootPath(Path path, wchar_t* const out) const;
 
     /// Reads an entry of an INI file in the program folder.
@@ -102,10 +102,10 @@ public:
     /// root and the sub-path together can have at most 1020 characters. The stored type determines the type
     /// of value: REG_SZ becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure
     /// value is unchanged. Throws a RkErrorStatus* with code 6 if memory is exhausted; value is then
-    /// unchanged or has no block, see VelaVariant's setters.
+    /// unchanged or has no block (see VelaVariant's setters).
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;
-    /// Splits valuePath in the same way and writes the value like addValue.
+    /// Splits valuePath like getValue and writes the value like addValue.
     Error setValue(Path path, const wchar_t* valuePath, const VelaVariant& value);
 
     /// Reads a value of the iterator's current sub-key.
@@ -121,8 +121,8 @@ public:
     /// @return eOk, eInvalidInput, eRegistryError
     Error addItem(Path path, const wchar_t* item);
     /// Writes a value: eInt as REG_DWORD, eInt64 as REG_QWORD, eDouble and eBinary as REG_BINARY, eString as
-    /// REG_SZ. The key is created if needed; an eNull and an empty eBinary write no value. Same limit as
-    /// addItem.
+    /// REG_SZ. The key is created if needed; no value is written for an eNull or an empty eBinary. The path
+    /// can be as long as in addItem.
     /// @return eOk, eInvalidInput, eNotFound (the key can be neither opened nor created), eRegistryError
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
     /// Removes a key and everything below it; null or empty means the subtree's own key. The root and the
@@ -131,13 +131,13 @@ public:
     /// eRegistryError, and keys that have been removed stay removed.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
-    /// Removes a value. Same limit as addItem.
+    /// Removes a value. The path can be as long as in addItem.
     /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (also if the value is missing)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
-    /// Positions an iterator on the first sub-key (or value) of a key, which it opens with full access.
-    /// Clears the iterator first without closing its key: to reuse an iterator, first assign a
-    /// default-constructed one to it. The root and the sub-path together can have at most 1021 characters.
+    /// Opens a key with full access and positions an iterator on its first sub-key (or value). The iterator
+    /// is cleared first, without closing its key: to reuse an iterator, first assign a default-constructed
+    /// one to it. The root and the sub-path together can have at most 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError; cleared unless eOk
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);
@@ -157,8 +157,8 @@ protected:
     /// Reads at most outChars - 2 characters. If the file cannot be read, out is unchanged.
     Error readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out, unsigned long outChars,
                         const wchar_t* fileName);
-    /// Sets out to the number, or to -1 for a missing key; returns eNotFound if that is negative. If the file
-    /// cannot be read, out is unchanged.
+    /// Sets out to the number, or to -1 for a missing key; returns eNotFound if the number is negative. If
+    /// the file cannot be read, out is unchanged.
     Error readIniInt(const wchar_t* section, const wchar_t* key, long& out, const wchar_t* fileName);
     bool isInitTARVOProduct();
 
@@ -185,7 +185,8 @@ protected:
 private:
     friend class uinfo::ConfigAccess;
 
-    wchar_t* m_productName; // this and the next two: array-allocated, null until known
+    // The three names are array-allocated, and null until known.
+    wchar_t* m_productName;
     wchar_t* m_companyName;
     wchar_t* m_profileNameCmdLineInfo;
     TarvoLanguage m_language;
@@ -196,10 +197,10 @@ private:
 
 /// Walks the sub-keys of one key: call findItem, then name() and step() for as long as both return eOk.
 ///
-/// The iterator walks by index into the live key, up to the count that findItem has read. It keeps the key
-/// open until it is destroyed or assigned to. A copy has the same index and count and opens the key again; if
-/// that fails, for example because the key has been removed, it holds no key. Different iterators may be used
-/// from several threads at once.
+/// The iterator walks by index into the live key, up to the count that findItem has read. The key stays open
+/// until the iterator is destroyed or assigned to. A copy has the same index and count and opens the key
+/// again; if the key cannot be opened, for example because it has been removed, the copy holds no key.
+/// Different iterators may be used from several threads at once.
 class TarvoConfig::ItemIterator
 {
 public:
@@ -230,7 +231,7 @@ private:
     std::uint32_t m_maxClassLength;
 };
 
-/// Walks the values of one key like an ItemIterator, with key() for the value's name.
+/// Walks the values of one key like an ItemIterator, but with key() instead of name().
 class TarvoConfig::ValueIterator
 {
 public:

@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#pragma pack(push, 8) // regardless of /Zp
+#pragma pack(push, 8) // makes the layout independent of /Zp
 
 /// Reports that a client could not set up or use the configuration, and whether the process should exit.
 /// Thrown by pointer; the catcher deletes it.
@@ -21,7 +21,7 @@ public:
     TarvoConfigException(const TarvoConfigException& other);
     ~TarvoConfigException() override;
 
-    /// Returns the constructor's exitProcess: not 0 if the process should exit.
+    /// Returns the constructor's exitProcess: non-zero if the process should exit.
     int isExitProcess() const;
 
 private:

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-#pragma pack(push, 8) // regardless of /Zp
+#pragma pack(push, 8) // makes the layout independent of /Zp
 
 /// Identifies a user-interface language by its index, or -1 for the unknown language. 0..14 are in
 /// alphabetical order of the short names; newer languages follow. Short names ("en-US") are compared ignoring

@@ -17,7 +17,7 @@ using Text = std::u16string;
 #endif
 using TextView = std::basic_string_view<Text::value_type>;
 
-/// Copies a string of the library; null becomes the empty string.
+/// Copies a terminated string; null becomes the empty string.
 inline Text text(const wchar_t* source)
 {
     Text copy;
@@ -44,7 +44,8 @@ inline char32_t takeCodePoint(TextView& source)
     return point;
 }
 
-/// Does the same with UTF-8; returns U+FFFD for a byte that does not start a character.
+/// Removes the first code point from UTF-8 text that is not empty, and returns it, or U+FFFD for a byte that
+/// does not start a character.
 inline char32_t takeCodePoint(std::string_view& source)
 {
     const auto lead = static_cast<unsigned char>(source[0]);
@@ -92,7 +93,7 @@ inline std::string utf8(TextView source)
     return bytes;
 }
 
-/// Converts a string of the library; null becomes the empty string.
+/// Converts a terminated string to UTF-8; null becomes the empty string.
 inline std::string utf8(const wchar_t* source)
 {
     return utf8(TextView(text(source)));

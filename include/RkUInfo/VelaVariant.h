@@ -36,7 +36,7 @@ public:
 
     VelaVariant() noexcept : m_type(eNull), m_data(nullptr) {}
 
-    /// Duplicates the block. Throws status code 6 if it cannot be allocated.
+    /// Duplicates the block. Throws status code 6 if the allocation fails.
     VelaVariant(const VelaVariant& other) : m_type(other.m_type), m_data(duplicate(other.m_data)) {}
 
     /// Moves the block; the source becomes eNull.
@@ -46,7 +46,7 @@ public:
         other.m_data = nullptr;
     }
 
-    /// Copies like the copy constructor; the target is unchanged if that throws.
+    /// Copies like the copy constructor; the target is unchanged if the copy throws.
     VelaVariant& operator=(const VelaVariant& other)
     {
         if (this != &other) {
@@ -70,16 +70,16 @@ public:
 
     VarType type() const noexcept { return m_type; }
 
-    /// Stores in place if the object already is an eInt with a block; otherwise allocates a new block. If
-    /// that throws (code 6), the old block has been released and the type is unchanged.
+    /// Stores in place if the object already is an eInt with a block; otherwise allocates a new block. Throws
+    /// code 6 if the allocation fails; the old block has then been released, and the type is unchanged.
     void setInt(std::int32_t value) { setFixed(eInt, value); }
-    /// Does the same for eInt64.
+    /// Stores an eInt64 like setInt.
     void setInt64(std::int64_t value) { setFixed(eInt64, value); }
-    /// Does the same for eDouble.
+    /// Stores an eDouble like setInt.
     void setDouble(double value) { setFixed(eDouble, value); }
 
     /// Copies a terminated string; null counts as empty. Throws code 3 for a string of 1,073,741,823
-    /// characters or more, and code 6 if the allocation fails; the object then is an eString without a block.
+    /// characters or more, and code 6 if the allocation fails; the object is then an eString without a block.
     /// The string may be in this object's block.
     void setString(const wchar_t* text)
     {
@@ -106,7 +106,7 @@ public:
     }
 
     /// Copies size bytes, which may be in this object's block. The object becomes an eBinary, without a block
-    /// if data is null, size is 0 or this throws. Throws code 3 for a negative size and code 6 if the
+    /// if data is null, size is 0 or the function throws. Throws code 3 for a negative size and code 6 if the
     /// allocation fails.
     void setBinary(const void* data, std::int32_t size)
     {
@@ -128,7 +128,8 @@ public:
     std::int64_t getInt64() const noexcept { return getFixed<std::int64_t>(eInt64); }
     double getDouble() const noexcept { return getFixed<double>(eDouble); }
 
-    /// Returns the string, never null; it belongs to this object and is valid until its next change.
+    /// Returns the string, never null; it belongs to this object and is valid until the object is changed or
+    /// destroyed.
     const wchar_t* getString() const noexcept
     {
         if (m_type != eString || !hasBlock()) {
@@ -137,7 +138,8 @@ public:
         return reinterpret_cast<const wchar_t*>(m_data + headerSize);
     }
 
-    /// Returns the data, which has blockSize() - 4 bytes, or null if there is none.
+    /// Returns the data, which has blockSize() - 4 bytes, or null if the object is not an eBinary with a
+    /// block.
     const void* getBinary() const noexcept
     {
         return m_type == eBinary && hasBlock() ? m_data + headerSize : nullptr;
@@ -147,9 +149,9 @@ public:
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
     /// Allocates a block with uninitialised data, which the caller releases by free. A size of 1 or more is
-    /// the number of data bytes, whatever the type. For a size of 0 or less the type determines it: returns
-    /// null for eNull, allocates the fixed size of eInt, eInt64 and eDouble, and throws code 3 for any other
-    /// type. Throws code 6 if the allocation fails.
+    /// the number of data bytes, whatever the type. For a size of 0 or less, returns null for eNull,
+    /// allocates the fixed size of eInt, eInt64 and eDouble, and throws code 3 for any other type. Throws
+    /// code 6 if the allocation fails.
     static void* allocBlock(VarType type, std::int32_t size)
     {
         if (size > 0) {
@@ -262,7 +264,7 @@ private:
 
 #pragma pack(pop)
 
-// Defined outside the pragma, which g++ would also apply to the type information of the thrown pointer.
+// Defined after pack(pop), because g++ would also pack the type information of the thrown pointer.
 inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
 {
     RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);

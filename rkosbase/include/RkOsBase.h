@@ -17,7 +17,7 @@
 #define RKOSBASE_API __attribute__((visibility("default")))
 #endif
 
-#pragma pack(push, 8) // regardless of /Zp
+#pragma pack(push, 8) // makes the layout independent of /Zp
 
 namespace Vela {
 
@@ -46,9 +46,9 @@ public:
     RkException& operator=(const RkException& other);
     virtual ~RkException();
 
-    /// Returns the message for the user, here the context text; never null.
+    /// Returns the message for the user, which in this class is the context text; never null.
     virtual const wchar_t* description() const;
-    /// Returns the status code; 0 unless a derived class has one.
+    /// Returns the status code; 0 unless a derived class overrides this function.
     virtual std::int32_t code() const;
     /// Returns the name of the class.
     virtual const wchar_t* className() const;
@@ -118,7 +118,7 @@ private:
     void* m_mutex;
 };
 
-/// The interface of a crash recorder. It has no virtual destructor, so that recordException is the fourth
+/// The interface of a crash recorder. The destructor is not virtual, so that recordException is the fourth
 /// slot for every compiler.
 class VelaCrashRecorder
 {
@@ -136,7 +136,7 @@ protected:
     ~VelaCrashRecorder() = default;
 };
 
-/// Returns the process's crash recorder, or null if none is installed. Safe from any thread.
+/// Returns the process's crash recorder, or null if none is installed. May be called from any thread.
 RKOSBASE_API VelaCrashRecorder* velaGetCrashRecorder();
 
 /// Installs a crash recorder, or removes it if null, and returns the previous one. The caller keeps ownership

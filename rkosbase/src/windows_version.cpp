@@ -21,7 +21,7 @@ using GetSystemVersion = LONG(WINAPI*)(SystemVersion*);
 
 SystemVersion systemVersion()
 {
-    SystemVersion version = {sizeof version, 10, 0, 0, 0, {}}; // kept if RtlGetVersion does not exist
+    SystemVersion version = {sizeof version, 10, 0, 0, 0, {}}; // the result if RtlGetVersion does not exist
     if (const HMODULE ntdll = GetModuleHandleW(L"ntdll.dll")) {
         const auto getSystemVersion = reinterpret_cast<GetSystemVersion>(
             reinterpret_cast<void*>(GetProcAddress(ntdll, "RtlGetVersion")));

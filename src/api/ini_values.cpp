@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Empty until both numbers of the prefix have been read.
+/// The cached command prefix; empty until both of its numbers have been read.
 wchar_t architecturePrefix[64];
 
 } // namespace

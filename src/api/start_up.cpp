@@ -31,7 +31,7 @@ void recordCurrentProduct(const TarvoConfig& config)
     }
 }
 
-/// Returns the stored profile name or, if none can be read, that of start-up, whatever its length.
+/// Returns the stored profile name, or start-up's profile name if the stored name cannot be read.
 VelaVariant currentProfile(const TarvoConfig& config)
 {
     wchar_t stored[uinfo::provisionedProfileCapacity];

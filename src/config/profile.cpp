@@ -48,7 +48,8 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
     delete[] std::exchange(m_profileNameCmdLineInfo, uinfo::duplicate(profile));
     profile = m_profileNameCmdLineInfo; // the argument may point to the string that was just deleted
 
-    uinfo::PathBuffer key; // not from getRegRootPath, which returns nothing before start-up is complete
+    // getRegRootPath cannot be used: before start-up is complete it writes the empty string.
+    uinfo::PathBuffer key;
     if (isEmpty(m_versionRootPath) ||
         !uinfo::appendSubtree(key, eProfilesRoot, {m_rootPath, m_versionRootPath, m_language.shortName()})) {
         return eOk;

@@ -11,13 +11,13 @@ using uinfo::Choice;
 using uinfo::RegistryKey;
 using uinfo::Source;
 
-constexpr std::size_t longestName = uinfo::nameCapacity - 1; // of an argument
+constexpr std::size_t longestName = uinfo::nameCapacity - 1; // limit of a company or product argument
 constexpr std::size_t storedNameCapacity = uinfo::nameCapacity + 1;
 constexpr std::size_t storedLanguageCapacity = 8;
 constexpr unsigned long iniNameCapacity = uinfo::nameCapacity; // 253 characters are read
 constexpr unsigned long iniLanguageCapacity = 7;               // 5 characters are read
 
-// Each try function reads one source, records the result, and returns whether that source decides.
+// Each function named try... reads one source, records the result, and returns whether that source decides.
 
 bool note(Choice& choice, Source source, const wchar_t* name, Answer answer)
 {

@@ -25,7 +25,7 @@ enum class Answer
     chosen,
     absent,  ///< no argument, key, value, file or entry; an empty argument or INI entry counts as absent
     empty,   ///< an empty registry value
-    tooLong, ///< an argument or a registry value
+    tooLong, ///< the argument or registry value exceeds its limit
     otherType,
     unreadable,   ///< the registry value cannot be read
     notALanguage, ///< the name is not the short name of a language
@@ -36,14 +36,16 @@ enum class Answer
 struct Finding
 {
     Source source;
-    const wchar_t* name; ///< of the registry value, INI key or INI section; null for any other source
+    const wchar_t* name; ///< name of the registry value, INI key or INI section; null for any other source
     Answer answer;
 };
 
-/// A name, and the sources that were read, of which the last one decided if any did.
+/// The name that was chosen, if any, and the result of each source that was read. Reading stops at the source
+/// that decides.
 struct Choice
 {
-    /// Returns the deciding source's name, even if it was refused; empty if no source has a name.
+    /// Returns the name found in the source that decided, even if that name was refused; empty if no source
+    /// contains a name.
     const wchar_t* value() const { return given != nullptr ? given : text.data(); }
     bool isMade() const { return decision().answer == Answer::chosen; }
     /// Returns the result of the last source that was read.
@@ -62,7 +64,7 @@ struct Choice
 /// 255 characters or more.
 Choice chooseCompany(const wchar_t* argument, const wchar_t* programFolder);
 
-/// Does the same, but tries the registry before TARVO.ini.
+/// Works like chooseCompany, but tries the registry before TARVO.ini.
 Choice chooseProduct(const wchar_t* argument, const wchar_t* companyRoot, const wchar_t* programFolder);
 
 struct LanguageChoice : Choice
@@ -71,11 +73,11 @@ struct LanguageChoice : Choice
     Installed installed = Installed::noFolder; ///< set if the language is known
 };
 
-/// Chooses the argument, otherwise the language in the registry, otherwise that in TARVO.ini. The first
+/// Chooses the argument, otherwise the language in the registry, otherwise the one in TARVO.ini. The first
 /// source that contains a name decides, even if the name is not that of an installed language; a stored value
-/// that is empty, not a REG_SZ or longer than 6 characters is no name. If no language is chosen,
-/// preferredLanguage() returns the one to propose. With needsEntry, a language only counts as installed if it
-/// has an uninstall entry.
+/// that is empty, not a REG_SZ or longer than 6 characters does not count as a name. If no language is
+/// chosen, preferredLanguage() returns the one to propose. If needsEntry is true, a language counts as
+/// installed only if it has an uninstall entry.
 LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoot,
                               const wchar_t* programFolder, bool needsEntry);
 
@@ -85,13 +87,13 @@ Choice chooseProfile(const wchar_t* argument, const wchar_t* profilesRoot);
 /// Reads the current profile's name, whatever the type of the registry value.
 Answer readProfile(const RegistryKey& profiles, BoundedText& name);
 
-/// Reads a registry value, which must be a REG_SZ. If key holds no key, the value counts as absent.
+/// Reads a registry value, which must be a REG_SZ. Returns Answer::absent if key is not open.
 Answer readName(const RegistryKey& key, const wchar_t* valueName, BoundedText& name);
 
 /// Returns whether the names are those of the default product, whose languages need an uninstall entry.
 bool isDefaultProduct(const wchar_t* company, const wchar_t* product);
 
-/// See ITarvoProduct::productType.
+/// Returns the product type of a product name, as ITarvoProduct::productType does.
 std::int32_t productType(const wchar_t* product);
 
 } // namespace uinfo

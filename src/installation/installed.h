@@ -9,7 +9,7 @@
 namespace uinfo {
 
 /// Appends the key path of a language pack's uninstall entry, relative to HKEY_LOCAL_MACHINE. Returns false
-/// if it does not fit.
+/// if the path does not fit.
 bool appendUninstallKey(BoundedText& path, const Language& language);
 
 /// Returns whether an uninstall entry exists, given its GUID or the language of the pack.
@@ -24,17 +24,17 @@ enum class Installed
     noEntry,     ///< the uninstall entry is missing
 };
 
-// programFolder ends with a separator. If it is empty, because it is unknown, no language is installed.
+// programFolder ends with a separator. If programFolder is empty, no language counts as installed.
 
 /// Returns yes if the folder shortName exists and contains a DLL, otherwise noFolder or emptyFolder. The name
 /// need not be that of a language.
 Installed languageFolder(const wchar_t* programFolder, const wchar_t* shortName);
 
-/// Returns yes if the language is installed, otherwise the first part that is missing.
+/// Returns yes if the language is installed, otherwise the first reason why it is not.
 Installed installed(const wchar_t* programFolder, const Language& language, bool needsEntry);
 
 /// Returns the index of the first installed language in the order of preference, otherwise unknownLanguage.
-/// If too many files are open to find out, the thread's last error is ERROR_TOO_MANY_OPEN_FILES.
+/// If the search fails because too many files are open, the thread's last error is ERROR_TOO_MANY_OPEN_FILES.
 std::int32_t preferredLanguage(const wchar_t* programFolder, bool needsEntry);
 
 } // namespace uinfo

@@ -11,7 +11,7 @@ struct Language
     const wchar_t* shortName;
     const wchar_t* globalName;
     std::int32_t lcid;
-    unsigned localNameId; ///< in RkUInfoRes.dll
+    unsigned localNameId; ///< ID of the string in RkUInfoRes.dll
     int preference;       ///< start-up proposes the installed language with the lowest number
 };
 

@@ -96,7 +96,7 @@ bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVari
     if (read != TarvoConfig::eOk) {
         return false;
     }
-    // A value of another type has no string, and one that is too long is not appended.
+    // getString() returns the empty string for another type, and append() rejects a string that is too long.
     static_cast<void>(path.append(stored.getString(), longestStoredPath));
     return true;
 }

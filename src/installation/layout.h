@@ -7,8 +7,8 @@
 
 namespace uinfo {
 
-// Each function appends to its first argument. If the result does not fit, it returns false and may have
-// appended a part.
+// Each function appends to its first argument. A function whose result does not fit returns false and may
+// have appended part of it.
 
 bool appendCompanyRoot(BoundedText& key, const wchar_t* company);
 bool appendProductRoot(BoundedText& key, const wchar_t* companyRoot, const wchar_t* product);
@@ -53,9 +53,8 @@ enum class UserFolder
 /// Extends path, an application data folder that ends with a separator, level by level. Stops before the
 /// first level that would exceed 1021 characters.
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names);
-/// Sets path to a path that is stored as a setting; read is the result of getValue. Sets it to the empty
-/// string for a value that is not a string or has more than 1022 characters. Returns false if read is not
-/// eOk.
+/// Sets path to the string in stored, or to the empty string if stored is not a string or has more than 1022
+/// characters. Returns false if read, the result of getValue, is not eOk; path is then empty.
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored);
 
 /// Appends the default UI style file to the roaming Support folder.

@@ -16,7 +16,7 @@ const wchar_t* programFolder();
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
 /// Appends the path of a file or folder next to the executable, whose path each call reads again. Returns
-/// false if that fails or the result does not fit.
+/// false if the executable's path cannot be read or the result does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);
 
 /// Composes the path of a file in a resource folder. Returns false if a name is empty, the executable's path

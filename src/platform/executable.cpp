@@ -29,7 +29,7 @@ bool executableFolderOrCut(BoundedText& out, unsigned long size)
 {
     const DWORD errorBefore = GetLastError();
     const DWORD written = GetModuleFileNameW(GetModuleHandleW(nullptr), out.data(), static_cast<DWORD>(size));
-    SetLastError(errorBefore); // some systems clear it on success
+    SetLastError(errorBefore); // some systems clear the last error on success
     if (written == 0) {
         return false;
     }

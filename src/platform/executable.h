@@ -10,7 +10,7 @@ namespace uinfo {
 /// truncation.
 bool executablePath(wchar_t* out, unsigned long size);
 
-/// Reads the executable's folder in the same way, with its last separator; on failure out is empty.
+/// Reads the executable's folder, including the last separator, like executablePath; on failure out is empty.
 bool executableFolder(BoundedText& out, unsigned long size);
 
 /// Like executableFolder, but accepts a truncated path and preserves the thread's last error. On failure the

@@ -5,7 +5,7 @@
 
 namespace uinfo {
 
-/// Appends a name by PathAppendW. Returns false if the result would have more than longest characters or
+/// Appends a name with PathAppendW. Returns false if the result would have more than longest characters or
 /// exceed MAX_PATH.
 [[nodiscard]] bool joinPath(BoundedText& folder, const wchar_t* name, std::size_t longest = anyLength);
 

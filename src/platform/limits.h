@@ -1,4 +1,4 @@
-// The limits of names and paths, in characters. A capacity includes the terminator, a longest length does
+// The limits on names and paths, in characters. A capacity includes the terminator; a longest length does
 // not.
 #pragma once
 
@@ -8,7 +8,7 @@ namespace uinfo {
 
 inline constexpr std::size_t pathCapacity = 1024;         ///< every key path and file path
 inline constexpr unsigned long modulePathCapacity = 1023; ///< for the executable's path
-inline constexpr std::size_t iniTextCapacity = 1023;      ///< a typed INI string; 1021 characters are read
+inline constexpr std::size_t iniTextCapacity = 1023;      ///< a string of getIniValue: 1021 characters
 inline constexpr std::size_t longestStoredPath = 1022;    ///< a path that is stored as a setting
 inline constexpr std::size_t longestIniPath = 1022;       ///< program folder and file name
 inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, style file, user data cache folder

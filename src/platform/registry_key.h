@@ -16,19 +16,18 @@ public:
     RegistryKey() = default;
     explicit RegistryKey(HKEY key) : m_key(key) {}
 
-    /// Opens a key. If that fails, the result holds no key, and the thread's last error is the reason.
+    /// Opens a key. On failure the result holds no key, and the thread's last error is the reason.
     static RegistryKey open(HKEY parent, const wchar_t* path, REGSAM access);
-    /// Opens a key for writing, or creates it with every missing parent. The result holds no key if both
-    /// fail.
+    /// Opens a key for writing, or creates it with every missing parent. On failure the result holds no key.
     static RegistryKey openOrCreate(HKEY parent, const wchar_t* path);
 
     explicit operator bool() const { return m_key != nullptr; }
     HKEY get() const { return m_key.get(); }
     HKEY release() { return m_key.release(); }
 
-    /// Reads a value of any type as a string. Offers the system one character less than the capacity of out,
-    /// so that the string is terminated whatever is stored. An odd last byte counts as a character. On
-    /// failure, such as ERROR_MORE_DATA for a value that is too long, out is empty.
+    /// Reads a value of any type as a string. Leaves one character of out free for a terminator, because the
+    /// stored data may lack one. An odd last byte counts as a character. On failure, such as ERROR_MORE_DATA
+    /// for a value that is too long, out is empty.
     LSTATUS queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
     /// Writes a REG_SZ value, including the terminator.
     bool setString(const wchar_t* valueName, const wchar_t* text) const;

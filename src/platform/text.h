@@ -1,4 +1,4 @@
-// Bounded strings, and a few functions for wide strings. Those of the C runtime cannot be used, because on
+// Bounded strings, and a few functions for wide strings. The C runtime's functions cannot be used, because on
 // Linux they expect a 32-bit wchar_t.
 #pragma once
 
@@ -50,7 +50,7 @@ public:
     {
         return appendAt(m_length, text, count, longest);
     }
-    /// Appends a backslash and a string, or nothing.
+    /// Appends a backslash and a string, or nothing if they do not fit.
     [[nodiscard]] bool appendComponent(const wchar_t* text, std::size_t longest = anyLength)
     {
         return appendComponentPart(text, uinfo::length(text), longest);

@@ -10,9 +10,9 @@
 
 namespace uinfo {
 
-/// Returns cache. If it is empty, calls fill(BoundedText&) first and caches the result if fill returns true.
-/// May be called from any thread: a filled cache never changes and is read without a lock; threads that find
-/// it empty each call fill, and the first result is kept.
+/// Returns cache. If the cache is empty, calls fill(BoundedText&) first and caches the result if fill returns
+/// true. May be called from any thread: a filled cache never changes and is read without a lock; threads that
+/// find it empty each call fill, and the first result is kept.
 template <std::size_t Capacity, typename Fill>
 const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
 {

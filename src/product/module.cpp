@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Created and destroyed by DllMain, which runs after the static objects are constructed and before they are
-/// destroyed, so that the configuration object outlives this one.
+/// DllMain creates the product object after the static objects are constructed and destroys it before they
+/// are destroyed, so that the configuration object outlives it.
 constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace
@@ -23,7 +23,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*
 {
     if (reason == DLL_PROCESS_ATTACH) {
         product.emplace();
-        // The result is ignored: this fails if the runtime uses thread-local storage, as MinGW's does.
+        // The result is ignored: the call fails if the runtime uses thread-local storage, as MinGW's does.
         DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH) {
         uinfo::releaseLanguageResources();

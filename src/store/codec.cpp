@@ -14,8 +14,8 @@ struct FreeBlock
     void operator()(void* block) const { std::free(block); }
 };
 
-/// The buffer for the second query. VelaVariant allocates it, so that exhausted memory is reported as for a
-/// value.
+/// The buffer for the second query. VelaVariant allocates the buffer, so that a failure throws the same
+/// exception as a setter.
 class Temporary
 {
 public:

@@ -9,7 +9,7 @@ wchar_t* turnSlashes(wchar_t* text)
 {
     for (;; ++text) {
         if (*text > L'/') {
-            continue; // nearly every character
+            continue; // most characters
         }
         if (*text == L'/') {
             *text = L'\\';
@@ -19,7 +19,7 @@ wchar_t* turnSlashes(wchar_t* text)
     }
 }
 
-/// Does the same as trimBackslashes for a string whose end is known, and updates end.
+/// Works like trimBackslashes, but for a string whose end is known, and updates end.
 wchar_t* trim(wchar_t* text, wchar_t*& end)
 {
     while (*text == L'\\') {

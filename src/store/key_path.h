@@ -22,7 +22,7 @@ wchar_t* splitKeyPath(wchar_t*& text);
 class ClientPath
 {
 public:
-    /// Copies a path. Returns false if it has 1024 characters or more. Null counts as empty.
+    /// Copies a path. Returns false if the path has 1024 characters or more. Null counts as empty.
     bool assign(const wchar_t* path)
     {
         m_isEmpty = isEmpty(path);
@@ -62,7 +62,8 @@ private:
 class KeyPath
 {
 public:
-    /// Sets the path to a subtree's root. Returns false if there is none.
+    /// Sets the path to a subtree's root. Returns false if the root is not known, for example before
+    /// start-up.
     bool assignRoot(const TarvoConfig& config, TarvoConfig::Path root);
 
     /// Appends '\' and a sub-path, which may be empty. Returns false if root and sub-path exceed the limit.

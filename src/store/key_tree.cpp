@@ -52,7 +52,7 @@ int deleteTreeAt(HKEY parent, BoundedText& path)
     for (;;) {
         wchar_t child[MAX_PATH];
         DWORD childLength = MAX_PATH;
-        // Always index 0, because each child is removed before the next is read.
+        // The index is always 0, because each child is removed before the next is read.
         if (RegEnumKeyExW(key.get(), 0, child, &childLength, nullptr, nullptr, nullptr, nullptr) !=
             ERROR_SUCCESS) {
             break;

@@ -10,7 +10,7 @@ namespace uinfo {
 /// removed before a failure stay removed.
 int deleteKeyTree(HKEY parent, const wchar_t* subKey);
 
-/// Removes the tree by RegDeleteTreeW if velaGetWindowsVersion() returns 8 or more and the system has that
+/// Removes the tree with RegDeleteTreeW if velaGetWindowsVersion() returns 8 or more and the system has that
 /// function, otherwise like deleteKeyTree.
 bool removeKeyTree(HKEY parent, const wchar_t* subKey);
 
