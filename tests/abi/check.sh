@@ -2,7 +2,7 @@
 # Compares docs/ABI.md with the public headers, and exports.txt with the library.
 #   check.sh figures CLANG...             this clang dumps the layouts and slots of docs/ABI.md
 #   check.sh client COMPILER...           a C++14 client that asserts every figure compiles without a warning
-#   check.sh refused COMPILER...          the headers say why they cannot be compiled with some options
+#   check.sh refused COMPILER...          the headers refuse unsupported compiler options with a clear message
 #   check.sh exports LIBRARY NM|OBJDUMP   the library exports every name of exports.txt and no other
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -61,8 +61,7 @@ refuses() {
     }
 }
 
-# Prints exports.txt in the form in which c++filt prints names of the GNU ABI: without return types and without const of
-# parameters.
+# Prints exports.txt in c++filt's notation for the GNU ABI: without return types and without the const of parameters.
 in_gnu_terms() {
     sed -E "/^RkUInfo_built_for|TarvoConfigException::operator=/d
         s/^const (.*)::\`vftable'/vtable for \1\ntypeinfo for \1/
@@ -77,7 +76,8 @@ exported_names() {
     case $1 in
     *.dll)
         "$2" -p "$1" | awk '
-            /Ordinal\/Name Pointer] Table|Ordinal +RVA +Name/ { in_names = 1; next } # of binutils, of LLVM
+            # The headings of binutils and of LLVM.
+            /Ordinal\/Name Pointer] Table|Ordinal +RVA +Name/ { in_names = 1; next }
             NF == 0 { in_names = 0 }
             in_names { print $NF }'
         ;;

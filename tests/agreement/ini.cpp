@@ -12,7 +12,8 @@ namespace {
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns sections, entries and similar lines. Outside ASCII, systems differ in which letters ignore case.
+/// Returns random lines that are or resemble sections and entries. Non-ASCII letters occur in one case only,
+/// because systems disagree about their other case.
 Text lines(Trace& trace)
 {
     Text all;
@@ -57,7 +58,7 @@ void readFile(Trace& trace, const Wide& path)
     const DWORD whole = get(40);
     const DWORD size = trace.below(40);
     trace.start(u"get", section, key, utf16(out), size);
-    trace.say(get(size != whole + 1 ? size : 40)); // differs: if a quoted value just fits, Wine cuts it
+    trace.say(get(size != whole + 1 ? size : 40)); // differs: Wine truncates a quoted value that just fits
     trace.say(utf16(out), GetPrivateProfileIntW(wide(section), wide(key), -9, path));
 }
 

@@ -1,4 +1,4 @@
-// Paths as strings and as names of files, and the comparison of strings.
+// Path strings, file names and the comparison of strings.
 #include "agreement/trace.h"
 
 #include "support/scratch.h"
@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns a few components with a separator after each; the last may lack it.
+/// Returns up to four components, each with a separator after it, and usually a last component without one.
 Text relativePath(Trace& trace, std::u16string_view components, std::u16string_view separators,
                   std::u16string_view last)
 {
@@ -31,8 +31,8 @@ Text relativePath(Trace& trace, std::u16string_view components, std::u16string_v
     return trace.oneIn(8) ? path : path + trace.word(last);
 }
 
-/// Returns a path without longer components that begin with "..", which differ, and without ".." at the end,
-/// after which Wine reads past the terminator.
+/// Returns a random path. No component continues after an initial "..", because systems differ there, and
+/// no path ends with "..", because Wine then reads past the terminator.
 Text pathText(Trace& trace)
 {
     static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');
@@ -97,7 +97,7 @@ void fileCall(Trace& trace, const Text& folder)
     } else {
         wchar_t current[1024] = L"?";
         trace.say(SetCurrentDirectoryW(wide(name)));
-        trace.say(name.starts_with(u"Q:") ? 0 : GetLastError()); // differs for a missing drive
+        trace.say(name.starts_with(u"Q:") ? 0 : GetLastError()); // the error differs for a missing drive
         const DWORD room = GetCurrentDirectoryW(0, nullptr) - trace.below(2);
         trace.say(GetCurrentDirectoryW(room, current) - folder.size(), current[0]);
     }

@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns a name that is hostile, or one that occurs often. Outside ASCII, the order of names differs for
-/// letters whose two cases are far apart.
+/// Returns a hostile or a common name. The two cases of each non-ASCII letter have close code units, because
+/// systems order other letters differently.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -26,8 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path. A component that is too long is the only one, because systems differ in whether a failed
-/// create keeps the keys above it.
+/// Returns a path. A component of more than 256 characters is always the whole path, because systems differ
+/// in whether a failed RegCreateKeyExW leaves the keys above it.
 Text path(Trace& trace)
 {
     Text path = name(trace);
@@ -54,7 +54,7 @@ public:
         makeRoot();
     }
 
-    /// Draws the arguments of all calls, makes one call, and records its result and output.
+    /// Chooses random arguments for all calls, makes one call, and records its result and output.
     void call()
     {
         static constexpr REGSAM rights[] = {
@@ -91,21 +91,21 @@ public:
 
         if (call == u"create") {
             status = RegCreateKeyExW(handle, wide(subKey), 0, nullptr, 0, access, nullptr, &opened, &number);
-            number = subKey.empty() ? 0 : number; // differs
+            number = subKey.empty() ? 0 : number; // differs for an empty path
         } else if (call == u"open") {
             status = RegOpenKeyExW(handle, subKey.empty() ? nullptr : wide(subKey), 0, access, &opened);
         } else if (call == u"set") {
             status = RegSetValueExW(handle, value, 0, type, out, size - 2);
         } else if (call == u"query") {
             status = RegQueryValueExW(handle, value, nullptr, &type, out, number == 0 ? nullptr : &size);
-            size = status == ERROR_INVALID_HANDLE ? 0 : size; // differs
+            size = status == ERROR_INVALID_HANDLE ? 0 : size; // differs for an invalid handle
         } else if (call == u"sub-key") {
             size /= 2; // characters
             status = RegEnumKeyExW(handle, number, text, &length, nullptr, reinterpret_cast<wchar_t*>(out),
                                    &size, nullptr);
         } else if (call == u"value") {
             status = RegEnumValueW(handle, number, text, &length, nullptr, &type, out, &size);
-        } else if (call == u"info" && (key.access & KEY_QUERY_VALUE) != 0) { // differs without that right
+        } else if (call == u"info" && (key.access & KEY_QUERY_VALUE) != 0) { // differs without query access
             status = RegQueryInfoKeyW(handle, text, &length, nullptr, &counts[0], &counts[1], &counts[2],
                                       &counts[3], &counts[4], &counts[5], nullptr, nullptr);
         } else if (call == u"delete value") {
@@ -114,12 +114,12 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status = RegDeleteTreeW(handle, wide(subKey)); // differs in the keys left after a failure
-            status = subKey.empty() ? status != ERROR_SUCCESS : status; // and in the error returned
+            status = RegDeleteTreeW(handle, wide(subKey));              // a failure leaves different keys
+            status = subKey.empty() ? status != ERROR_SUCCESS : status; // the error differs for an empty path
         } else if (call == u"close" && !isRoot) {
             const HKEY closed = key.handle.release();
             status = RegCloseKey(closed);
-            number = DWORD(RegCloseKey(closed)); // at once, before the system reuses the handle
+            number = DWORD(RegCloseKey(closed)); // before the system can reuse the handle
         } else if (call == u"root") {
             makeRoot(); // the root may have been deleted
         }
@@ -134,9 +134,9 @@ private:
 
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
-    /// Returns data to set, which is also the buffer for reads. It has at least one code unit, and two bytes
-    /// more than are set, which are not a terminator: smaller buffers and the search for a terminator after
-    /// the data differ.
+    /// Returns data to set, which is also the buffer for reads. The buffer has at least one code unit,
+    /// because results differ for smaller buffers. Its last two bytes are "zz" and are not set, because
+    /// systems differ in whether they look for a terminator after the data.
     std::vector<BYTE> bytes()
     {
         std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');

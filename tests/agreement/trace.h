@@ -1,8 +1,8 @@
-// Makes random calls of the system and records their results. A seed produces the same calls on every system,
+// Makes random calls to the system and records their results. A seed produces the same calls on every system,
 // so equal traces mean that the systems agree: digests.txt contains the digests of the results that Wine and
 // winhost share. No expression draws two random numbers, because compilers differ in the order of evaluation.
-// The calls avoid deliberate differences of winhost (winhost/README.md); comments mark these places with
-// "differs".
+// The calls avoid deliberate differences of winhost (winhost/README.md); comments that contain "differ" mark
+// these places.
 #pragma once
 
 #include <concepts>
@@ -13,7 +13,7 @@
 
 namespace agreement {
 
-using Text = std::u16string; // 16-bit in every library, unlike std::wstring
+using Text = std::u16string; // std::wstring needs a 32-bit wchar_t in some libraries
 
 inline const wchar_t* wide(const Text& text)
 {
@@ -39,7 +39,7 @@ public:
     bool oneIn(std::size_t many) { return below(many) == 0; }
     auto& oneOf(auto& all) { return all[below(std::size(all))]; }
 
-    /// Returns one of the words, which "|" separates.
+    /// Returns one of the words in a list separated by "|".
     Text word(std::u16string_view words);
 
     /// Starts the line of a call with numbers, strings and bytes. say() adds more to that line.

@@ -26,7 +26,7 @@ TEST(CreateConfigReg, CreatesTheTreeOnce)
     const std::string before = tree(HKEY_CURRENT_USER, "Software");
     EXPECT_EQ(CreateConfigReg(), eRegistryError) << "before start-up";
     EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), before);
-    const std::string profile(300, 'p'); // longer than a name that is read back
+    const std::string profile(300, 'p'); // too long to be read back as a profile name
     ASSERT_EQ(startAcme(Wide(profile)), eOk);
     const std::string expected = provisioned(profile, true);
     for (int call = 0; call < 3; ++call) {

@@ -60,7 +60,7 @@ TEST(Subtrees, HaveKeyPathsAfterStartUp)
     const std::string product(254, 'p');
     for (std::size_t length = 200; length <= 245; ++length) {
         const std::string company(length, 'c');
-        Config config; // repeating the product step makes the root longer than names alone can
+        Config config; // repeating the product step appends the name again, for a longer root
         ASSERT_EQ(config.initial(Wide(company), Wide(product), L"en-US", nullptr), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), length <= 244 ? eOk : eInvalidInput);
@@ -77,7 +77,8 @@ TEST(Profile, IsReplacedByThatOfTheCommandLine)
     const std::string n126(126, 'n');
     const std::string n127 = n126 + 'n';
     const std::string n511(511, 'n');
-    // The stored value; the name read, empty if "Default" is returned and stored; whether "Work" replaces it.
+    // The stored value; the name read, empty if "Default" is returned and stored instead; whether an argument
+    // "Work" replaces the stored value.
     const std::tuple<std::optional<RawValue>, std::string, bool> rows[] = {
         {std::nullopt, "", false},
         {text(""), "", false},

@@ -20,7 +20,7 @@ struct Row
     const wchar_t* argument = nullptr;
     std::optional<RawValue> stored = {};
     std::string iniText = {};
-    std::string becomes = {}; ///< the language; empty: the user answers no, and the process exits
+    std::string becomes = {}; ///< the language, or empty if the process exits
     std::string shown = {};
     std::vector<std::string> installed = {"en-US", "fr-FR", "zh-CN"};
 };
@@ -125,8 +125,8 @@ TEST(StartUp, KeepsWhatItResolvedBeforeAFailure)
     {
         std::string company, product;
         Error error;
-        std::string state; ///< not rolled back
-        Error second;      ///< returned by the next start
+        std::string state; ///< after the failure, which rolls nothing back
+        Error second;      ///< the result of another start
     } rows[] = {
         {tooLong, "Widget", eInvalidInput, "NORVIK TARVO unknown Default 0 ", eOk}, // no company is set
         {"Acme", tooLong, eInvalidInput, "Acme TARVO unknown Default 0 ", eInvalidInput},

@@ -30,7 +30,7 @@ void useStore()
           "a setting by the C++20 header");
 }
 
-/// Catches an exception of the module by this class.
+/// Calls a function and returns the exception of this class that it throws, or null.
 template <typename Exception>
 Exception* caught(void (*throwing)())
 {

@@ -1,4 +1,4 @@
-// A program that is not linked with the library, which a module loads and unloads with itself.
+// A program that is not linked with the library. It loads and unloads the module, and the library with it.
 #define RKUINFO_NOT_LINKED
 #include "consumer.h"
 

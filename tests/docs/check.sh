@@ -3,7 +3,7 @@
 #   check.sh links DOCUMENT...              each relative link and each path in backticks exists; so does each ./dev command
 #   check.sh run DOCUMENT TARGET PLACE      runs what a document shows, in a temporary home, and compares
 #
-# What is run on Linux:
+# These blocks are run on Linux:
 #   ```console            commands after "$ ", continued after "> ", and their output; a line "..." matches any lines, and
 #                         if it is the only one, the command must succeed
 #   <!-- file: PATH -->   the next block is written to that file of the home
@@ -13,7 +13,7 @@
 #   host      PLACE is a build tree with package/, from which the home's archive and the clone are made
 #   fresh     PLACE is the archive, and the machine has only the packages that the document installs
 #   windows   PLACE is a build tree; the files are written and <!-- windows --> ```console blocks are run
-# Paths are shown below /home/me, which is as long as the temporary home, so that lines break at the same places.
+# Documents show /home/me for the temporary home, whose path has the same length, so that lines break at the same places.
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
@@ -59,7 +59,7 @@ make_clone() {
     [ "$target" = host ] || ln -s "$root/build/wine" rkuinfo/build/wine
 }
 
-# Only a fresh machine lacks the packages.
+# Only a fresh machine lacks the packages that a document installs.
 sudo() {
     [ "$target" != fresh ] || "$@"
 }
@@ -127,7 +127,7 @@ run_transcript() {
     check_step
 }
 
-# Compiles a program against the package and runs it in an application's folder, with English.
+# Compiles a program against the package and runs it in an application's folder that contains English.
 run_program() {
     local app=$home/$2
     mkdir -p "$app"

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Prints the answer of each source, without an absent argument, then the chosen name or "-".
+/// Prints what each source contains, except an absent argument, then the chosen name or "-".
 std::string print(const uinfo::Choice& choice)
 {
     constexpr const char* answers[] = {

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Checks the installed package.
 #   check.sh install BUILD PREFIX          installs a build tree
-#   check.sh contents PREFIX TARGETS LANGUAGE...  compares the files with contents.txt; none names the build folder
+#   check.sh contents PREFIX TARGETS LANGUAGE...  compares the files with contents.txt; none may name the build folder
 #   check.sh hardening PREFIX IMPORTS [FLAG]...  checks flags for the Windows loader, and the imported libraries
-#   check.sh reproducible BUILD PRESET FILE...   builds the libraries again in another folder, and compares
+#   check.sh reproducible BUILD PRESET FILE...   builds the libraries again in another folder, and compares them
 #   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  builds and runs the client in tests/consumer
-#   check.sh pkgconfig PREFIX WORK         builds its module and the module's loader without CMake, and runs them
+#   check.sh pkgconfig PREFIX WORK         builds the client's module and loader without CMake, and runs them
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 mode=$1

@@ -1,4 +1,4 @@
-// The version resource of the libraries, as the system's version call reads it.
+// The version resource of the libraries, read by GetFileVersionInfoW.
 #include "support/test.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// INI files and the user's folders, as far as the random calls of tests/agreement do not test them.
+// INI files and the user's folders, where the random calls of tests/agreement do not reach.
 #include "support/test.h"
 
 #include <shlobj.h>
@@ -18,9 +18,8 @@ std::string iniValue(const fs::path& file, LPCWSTR key)
 TEST(WineIniFile, IsReadAtAnyLength)
 {
     const fs::path file = scratchFolder() / "big.ini";
-    const std::string line =
-        std::string(70'000, 'x') + // then the first character of each UTF-8 length, and the last
-        "\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
+    const std::string line = std::string(70'000, 'x') + // followed by U+0080, U+0800, U+10000 and U+10FFFF
+                             "\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
     writeFile(file, "\xEF\xBB\xBF[s]\n" + std::string(900'000, ';') + "\nline=" + line + "\nend=1");
     EXPECT_EQ(iniValue(file, L"line"), line);
     EXPECT_EQ(iniValue(file, L"end"), "1");
@@ -45,7 +44,7 @@ TEST(GetFolderPath, ReturnsAbsolutePathsAndCreatesOnRequest)
     EXPECT_EQ(roaming.substr(1, 2) + local.substr(1, 2), ":\\:\\");
     EXPECT_NE(roaming, local);
     EXPECT_EQ(userFolder(0x77), "invalid");
-    const fs::path folder = scratchFolder() / "documents" / "deep"; // set as each target does
+    const fs::path folder = scratchFolder() / "documents" / "deep"; // set below for Windows and for the host
     setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
            "Personal", {REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
     shareWithChildren("XDG_DOCUMENTS_DIR", folder.string() + "//");

@@ -53,7 +53,7 @@ TEST(LoadLibrary, LoadsCodeOnceAndFindsItsOwnFunctions)
     EXPECT_EQ(GetModuleHandleW(Wide(libraryModule)), module);
     EXPECT_EQ(fileNameOf(module), windowsPath(inBin(libraryModule)));
     EXPECT_EQ(stringOf(module, englishId).substr(0, 3), "0 #");
-    EXPECT_EQ(GetProcAddress(module, "malloc"), nullptr); // another module exports it
+    EXPECT_EQ(GetProcAddress(module, "malloc"), nullptr); // exported by another module
     EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
     EXPECT_NE(FreeLibrary(module), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"no such module"), nullptr);
@@ -83,14 +83,14 @@ TEST(LoadLibrary, FindsResourceFilesOrReportsWhy)
             EXPECT_EQ(GetLastError(), error);
             EXPECT_EQ(stringOf(module, englishId) == "7 English 0", error == 0);
             EXPECT_EQ(FreeLibrary(module) != FALSE, error == 0);
-            EXPECT_EQ(FreeLibrary(module), FALSE); // not loaded any more
+            EXPECT_EQ(FreeLibrary(module), FALSE); // no longer loaded
         }
     }
 
     fs::current_path(folder);
     const HMODULE found = LoadLibraryW(L"pack");
     fs::current_path(scratchFolder());
-    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // it is loaded, although the search no longer finds it
+    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // already loaded, though no longer in the search path
     EXPECT_NE(FreeLibrary(found), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
     EXPECT_NE(FreeLibrary(found), FALSE);

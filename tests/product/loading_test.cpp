@@ -5,7 +5,7 @@
 
 namespace {
 
-// The decorated names of each compiler.
+// Function names as each compiler decorates them.
 #ifdef _MSC_VER
 constexpr char startUp[] = "?InitVelaConfig@@YA?AW4Error@TarvoConfig@@PEB_W000@Z";
 constexpr char shortName[] = "?GetCurrentLanguageShortName@@YAPEB_WXZ";

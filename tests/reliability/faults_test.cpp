@@ -1,5 +1,6 @@
-// Makes each call of the library to the system fail, one at a time, with each error that it can return. The
-// result must then be correct or report the failure, and the registry must match the result.
+// Makes each call from the library to the system fail, one at a time, with each error that the call can
+// return. The library's result must then be correct or report the failure, and the registry must match the
+// result.
 #include "store/store.h"
 
 #include <io.h>
@@ -15,13 +16,14 @@ namespace {
 
 // ---- Faults
 
-constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // of an allocation; the library may throw
+constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // for a failed allocation, which may make the library throw
 
-/// The fault of the current run: its position among all errors of all calls, and what it was.
+/// The fault of the current run. `place` is its number among all errors of all calls; `function` is null if
+/// no call fails.
 struct Fault
 {
     std::size_t place = SIZE_MAX;
-    std::size_t passed = 0; ///< positions passed in this run
+    std::size_t passed = 0; ///< errors of the calls so far in this run
     const char* function = nullptr;
     DWORD error = 0;
 } fault;
@@ -29,7 +31,7 @@ struct Fault
 std::map<std::string, int> injected; ///< how often a function has failed
 std::vector<Patch> patches;
 
-/// Makes fail(error, real, arguments...) replace one call of a function, once for each error.
+/// Lets fail(error, real, arguments...) replace any single call of a function, once for each error.
 template <Name name, typename Signature, typename Fail>
 void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module = libraryModule)
 {
@@ -49,7 +51,7 @@ void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module =
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
 
-/// Makes every function breakable that the library calls after it is loaded and before it is unloaded.
+/// Calls breakable() for every function that the library calls between its loading and its unloading.
 void breakAll()
 {
     const std::vector<DWORD> registry = {
@@ -76,7 +78,7 @@ void breakAll()
                                                                        auto* type, BYTE* data, DWORD* size) {
         const DWORD room = data != nullptr ? *size : 0;
         real(key, name, reserved, type, data, size); // a failed call may set type and size
-        std::fill_n(data, room, BYTE{'?'});          // and write to the buffer
+        std::fill_n(data, room, BYTE{'?'});          // a failed call may overwrite the buffer
         return error;
     });
     breakable<"RegCloseKey", decltype(RegCloseKey)>({ERROR_INVALID_HANDLE}, closeAndAnswer);
@@ -107,21 +109,21 @@ void breakAll()
 
 // ---- Scenarios
 
-/// How a scenario writes to the registry.
+/// What a scenario may write to the registry.
 enum Writing
 {
-    eAtOnce,     ///< everything or, on failure, nothing
-    eInSteps,    ///< everything or, on failure, a part
-    eAsAllowable ///< as much as possible, even if it succeeds
+    eAtOnce,     ///< everything, or nothing on failure
+    eInSteps,    ///< everything, or a part on failure
+    eAsAllowable ///< a part, even on success
 };
 
 struct Scenario
 {
     std::string name;
     std::function<std::string()> run;
-    std::string allowed; ///< the outcomes on failure, such as "5|7"; "*" for any
+    std::string allowed; ///< outcomes allowed on failure, such as "5|7"; "*" allows any
     Writing writing = eAtOnce;
-    bool isInTree = true; ///< false: in an empty registry
+    bool isInTree = true; ///< starts with makeTree()'s tree, otherwise with an empty registry
 };
 
 void makeTree()
@@ -198,8 +200,8 @@ std::string outcomeOf(const Scenario& scenario)
 
 using Entries = std::set<std::string>;
 
-/// Splits the result of tree() into one entry for each key and each value; an entry begins with its key. The
-/// default profile counts as "Work", because it may be stored if the profile cannot be read.
+/// Splits the result of tree() into one entry for each key and each value; an entry begins with its key.
+/// Replaces the profile "Default" by "Work", because the default may be stored if the profile cannot be read.
 Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + print(text("Default"));
@@ -213,7 +215,8 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Returns whether now has all entries that before and after share, and no entry that neither has.
+/// Returns whether `now` contains every entry that `before` and `after` share, and only entries of
+/// these two.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };
@@ -243,8 +246,8 @@ protected:
         }
     }
 
-    /// Runs a scenario once for each fault, and at last without a fault. Compares all runs with that last
-    /// one.
+    /// Runs a scenario once with each fault, then once without a fault, and compares all runs with the run
+    /// without a fault.
     void inject(const Scenario& scenario)
     {
         struct Run
@@ -261,7 +264,7 @@ protected:
         const Entries before = entries(prepared);
         for (std::string left = prepared; runs.empty() || fault.function != nullptr;) {
             if (left != prepared) {
-                prepare(scenario); // the last fault has passed, so these calls do not fail
+                prepare(scenario); // the previous fault is used up, so these calls do not fail
             }
             *velaConfig() = m_started;
             fault = {runs.size()};
@@ -281,7 +284,8 @@ protected:
             EXPECT_TRUE(isRight || allowed.starts_with("|*|") ||
                         allowed.find('|' + run.outcome + '|') != std::string::npos);
             EXPECT_EQ(run.stillOpen, 0);
-            // If the fault is that a key does not exist, there is nothing to remove.
+            // After ERROR_FILE_NOT_FOUND the library finds nothing to remove, so a removal may succeed in
+            // part.
             const bool mayBeInPart = !isRight || run.fault.error == ERROR_FILE_NOT_FOUND;
             if (scenario.writing == eAsAllowable || (scenario.writing == eInSteps && mayBeInPart)) {
                 EXPECT_PRED3(isBetween, run.entries, before, right.entries);
@@ -294,7 +298,7 @@ protected:
     void injectIntoLocations()
     {
         const std::string executable = windowsPath(m_application.program());
-        const std::string profile = profilesKey + "\\Default"; // stored if none can be read
+        const std::string profile = profilesKey + "\\Default"; // used if no profile can be read
         const std::string allowed = "failed||-5|RKHelp.exe|" + profile + '|' + profile + "\\Config|" +
                                     executable +
                                     "\\en-US|C:\\Folder\\Acme\\Widget\\2018\\en-US\\Support\\Style.tus";
@@ -302,7 +306,7 @@ protected:
         const auto add = [&](const std::function<std::string()>& run) {
             inject({"location " + std::to_string(++number), run, allowed});
         };
-        // The first caches its result; the last composes all parent folders too.
+        // The first function caches its result; the last function also composes all parent folders.
         for (auto* const function :
              {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
               GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
@@ -364,7 +368,7 @@ protected:
         for (const char* const errors : {"7", "1|2", "1|5", "5", "1|5", "1|5", "1|5", "1|5", "1|5"}) {
             add(index++, {L"Inner/n", L"Inner", L"New/n"}, errors);
         }
-        add(eRemoveItem, {L"Inner/n", L"Inner"}, "1|5", 10); // looks up RegDeleteTreeW first, then caches it
+        add(eRemoveItem, {L"Inner/n", L"Inner"}, "1|5", 10); // the first call caches RegDeleteTreeW's address
         add(eGet, {L"Inner/long", L"Inner/bytes", L"Inner/text"}, "1|2");
     }
 
@@ -374,10 +378,11 @@ protected:
 
 TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
 {
-    // GetProcAddress returns this function for RegDeleteTreeW. It calls the import of this program, which can
-    // fail.
+    // GetProcAddress returns this function for RegDeleteTreeW. The function calls this program's import of
+    // RegDeleteTreeW, which can be made to fail.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
-    // Replaces, below the faults, calls that must not really happen, and counts searches.
+    // These replacements lie below the faults: they stub out calls that must not reach the system, and count
+    // open searches.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
         intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),

@@ -25,7 +25,7 @@ TEST(Locks, PublishTheResultOfTheFirstThread)
     EXPECT_EQ(held, 0);
 }
 
-TEST(Locks, GiveConcurrentFirstCallersTheSameResult) // ThreadSanitizer checks their accesses
+TEST(Locks, GiveConcurrentFirstCallersTheSameResult) // ThreadSanitizer reports data races here
 {
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     std::atomic<int> missing = 8;

@@ -22,13 +22,13 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // runs at full length
+const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // selects the long runs
 
-// ---- Steps, which a process receives by name
+// ---- Steps that a child process runs by name
 
-constexpr LSTATUS isWrong = 1; // the result of a read that returns other data than was set
+constexpr LSTATUS isWrong = 1; // the result of a read that returns wrong data
 
-int talk = -1; // this process's end of the socket that sends it steps
+int talk = -1; // this process's end of the socket for steps and their results
 std::size_t length = 5000;
 
 /// Runs call(key, name) for value n; each key has a hundred values.
@@ -44,7 +44,7 @@ LSTATUS onValue(int n, bool makesKey, Call call)
     return status != ERROR_SUCCESS ? status : call(opened, Wide(std::to_string(1000 + n % 100)));
 }
 
-/// Sets a value to its number, its length and then the content, repeated to that length.
+/// Sets value n to an array of `length` numbers: n, the length, and `content` in all others.
 LSTATUS setTo(int n, int content)
 {
     std::vector<int> data(length, content);
@@ -61,7 +61,7 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// Reads a value. Returns the status or, if the read succeeds and the content is negative, the content.
+/// Reads value n. Returns the error, or the content if it is negative, or 0.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];
@@ -72,7 +72,7 @@ LSTATUS get(int n)
             RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
         const bool isWhole = type == REG_BINARY && data[0] == n && data[1] > 2 &&
                              DWORD(data[1]) == size / 4 && std::equal(data + 3, data + data[1], data + 2);
-        wchar_t any[64] = L"1000"; // unchanged if the index is past the last value
+        wchar_t any[64] = L"1000"; // stays valid if no value has this index
         enumerate(true, key, static_cast<DWORD>(n % 100), any, &room);
         const bool isNamed = utf8(any).size() == 4 && utf8(any).starts_with("10");
         return !isNamed || (answer == ERROR_SUCCESS && !isWhole) ? isWrong : answer;
@@ -80,7 +80,7 @@ LSTATUS get(int n)
     return status == ERROR_SUCCESS ? std::min(data[2], 0) : status;
 }
 
-/// Sets values 0 to n - 1, up to the first error.
+/// Sets values 0 to n - 1; stops at the first error.
 LSTATUS fill(int n)
 {
     LSTATUS status = ERROR_SUCCESS;
@@ -90,7 +90,7 @@ LSTATUS fill(int n)
     return status;
 }
 
-/// Reads values 0 to n - 1, and prints how many are right and how many are wrong.
+/// Reads values 0 to n - 1, and prints how many are correct and how many are wrong.
 LSTATUS count(int n)
 {
     std::map<LSTATUS, int> values;
@@ -101,8 +101,8 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
-/// Sets values 0 to 7 in turn, each to the negative of the next number, up to the first error. Prints each
-/// number that was set.
+/// Sets values 0 to 7 in turn, each to the next negative number, until a call fails. Prints each number
+/// without its sign.
 LSTATUS setOn(int number)
 {
     std::minstd_rand random(static_cast<unsigned>(number));
@@ -152,7 +152,8 @@ LSTATUS storm(int seconds)
     return status;
 }
 
-/// Forks. The child either sets a value and exits before this process continues, or continues in its place.
+/// Forks. If `childGoesOn`, the child continues and the parent waits for it to exit. Otherwise the child sets
+/// a value and exits before the parent continues.
 LSTATUS split(bool childGoesOn)
 {
     int status = 0;
@@ -166,7 +167,7 @@ LSTATUS split(bool childGoesOn)
     return status;
 }
 
-/// Makes the store's next write fail with an error or, for 0, wait for ever.
+/// Makes the store's next write fail with an error or, if `error` is 0, hang.
 LSTATUS meet(int error)
 {
     static std::optional<int> next;
@@ -184,7 +185,7 @@ LSTATUS meet(int error)
     return vfs->xSetSystemCall(vfs, "pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(+writeOrFail));
 }
 
-/// Closes all descriptors, like a daemon, and opens 20 documents. Returns how many of them have been
+/// Closes all descriptors, like a daemon, and opens 20 documents. Returns how many documents have been
 /// overwritten.
 LSTATUS openDocuments(int)
 {
@@ -202,7 +203,8 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
-/// Opens the store's file and its index, like any program may, and closes them again, or locks them for ever.
+/// Opens the store's file and its index, as any program may, and either closes both or locks them until the
+/// process exits.
 LSTATUS openStore(bool locks)
 {
     for (const char* const suffix : {"", "-shm"}) {
@@ -215,7 +217,7 @@ LSTATUS openStore(bool locks)
     return 0;
 }
 
-/// Writes three databases of the program, which get the numbers of the store's files if those are free.
+/// Writes three databases of the program itself, which get the store's descriptor numbers if those are free.
 LSTATUS useDatabases(int)
 {
     const auto execute = [](const char* sql) {
@@ -231,7 +233,7 @@ LSTATUS useDatabases(int)
     return execute("CREATE TABLE IF NOT EXISTS t(x)") + execute("SELECT x FROM t");
 }
 
-/// Leaves no home but that of the system's list.
+/// Unsets the variables that name the home, so that only the user database names it.
 LSTATUS loseHome(int)
 {
     static std::string home = fs::path(std::getenv("XDG_DATA_HOME")).parent_path().parent_path();
@@ -297,8 +299,8 @@ std::string readLine(int file)
     return text;
 }
 
-/// A new process whose store is in a folder. It runs steps such as "set 1, get 1" and prints their results.
-/// It must exit with 0 unless it is killed.
+/// A new process with its store in a folder. The process runs steps such as "set 1, get 1" and prints their
+/// results. The process must exit with 0 unless the test kills it.
 class Process
 {
 public:
@@ -321,7 +323,8 @@ public:
     Process& operator=(const Process&) = delete;
     ~Process()
     {
-        shutdown(m_talk, SHUT_RDWR); // reaches the process although later processes have inherited the socket
+        // Later processes have inherited the socket, so close() is not enough.
+        shutdown(m_talk, SHUT_RDWR);
         close(m_talk);
         int status = 0;
         waitpid(m_process, &status, 0);
@@ -367,7 +370,7 @@ bool shell(const std::string& command)
     return std::system(there.c_str()) == 0;
 }
 
-// ---- What happens to a store
+// ---- Scripts
 
 void play(const std::string& script)
 {
@@ -414,7 +417,7 @@ std::vector<std::string> scripts()
     return all;
 }
 
-using Script = testing::TestWithParam<std::size_t>; // its number, from 0
+using Script = testing::TestWithParam<std::size_t>; // the script's number, from 0
 
 TEST_P(Script, LeavesAnIntactStore)
 {
@@ -517,7 +520,7 @@ TEST(Host, RefusesFilesThatAreNotLibraries)
 
 // ---- Many processes
 
-/// Returns the results of reading values 0 to 7 after setOn has set them up to this number.
+/// Returns what reads of values 0 to 7 must return after setOn has set the number `last`.
 std::string givenAfter(int last)
 {
     std::string given;
@@ -577,7 +580,7 @@ TEST(Storm, ConcurrentProcessesDoNotInterfere)
 
 // ---- Damage
 
-/// Returns a random change of the bytes.
+/// Returns the bytes with one random change.
 std::string damaged(std::string bytes, std::minstd_rand& random)
 {
     constexpr std::size_t size = 4096;
@@ -606,12 +609,12 @@ TEST(Store, NeverReturnsWrongDataFromDamagedFiles)
     for (const auto& entry : fs::directory_iterator(folder / "winhost")) {
         whole[entry.path()] = readFile(entry.path());
     }
-    ASSERT_GT(whole.begin()->second.size(), 200000U); // the database; its log and the log's index follow
+    ASSERT_GT(whole.begin()->second.size(), 200000U); // the database; its log and the index of the log follow
     std::minstd_rand random(2026);
     int allRight = 0;
     const int files = isStressed ? 2000 : 40;
     for (int file = 0; file < files; ++file) {
-        int untilChanged = std::max(file % 5 - 2, 0); // usually the first
+        int untilChanged = std::max(file % 5 - 2, 0); // damages the database in three of five cases
         for (const auto& [path, bytes] : whole) {
             writeFile(path, untilChanged-- == 0 ? damaged(bytes, random) : bytes);
         }

@@ -30,7 +30,7 @@ TEST_F(Operations, AcceptOnlyKnownSubtreesAndPathsUpToTheirLimit)
             VelaVariant value;
             return operation.call(m_config, from, Wide(path), value) != TarvoConfig::eInvalidInput;
         };
-        const bool cuts = operation.name != "isItemExist"; // it cuts separators from the ends
+        const bool cuts = operation.name != "isItemExist"; // only isItemExist keeps separators at the ends
         for (const std::string separator : {"", "/"}) {
             const std::size_t limit = operation.limit - (cuts ? 0 : separator.size());
             for (const std::size_t length : {limit, limit + 1}) {
@@ -44,7 +44,7 @@ TEST_F(Operations, AcceptOnlyKnownSubtreesAndPathsUpToTheirLimit)
                           length == limit);
             }
         }
-        for (const std::size_t length : {1023u, 1024u}) { // of the argument
+        for (const std::size_t length : {1023u, 1024u}) { // lengths of the whole argument
             const bool fits = length == 1023;
             EXPECT_EQ(accepts(eSettings, std::string(length, 'x')), fits && !operation.last.empty());
             EXPECT_EQ(accepts(eSettings, std::string(length, '/')), fits && cuts);
@@ -59,7 +59,7 @@ TEST_F(Operations, RemoveKeyByKeyBeforeWindows8)
     const Patch version = pretendVersion(7);
     const std::string longest = "T\\" + std::string(250, 'x') + "\\" + std::string(250, 'y') + "\\";
     makeKey(HKEY_CURRENT_USER, settings + "\\Top");
-    for (const std::size_t length : {519u, 520u}) { // the longest path that can be removed, and one more
+    for (const std::size_t length : {519u, 520u}) { // the longest path that can be removed, and a longer one
         makeKey(HKEY_CURRENT_USER, settings + "\\T\\first");
         makeKey(HKEY_CURRENT_USER, settings + '\\' + longest + std::string(length - longest.size(), 'z'));
         EXPECT_EQ(m_config.removeItem(eSettings, L"T"), length == 519 ? eOk : TarvoConfig::eRegistryError);
@@ -68,7 +68,7 @@ TEST_F(Operations, RemoveKeyByKeyBeforeWindows8)
         EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + '\\' + longest).empty(), length != 520);
     }
     EXPECT_EQ(m_config.removeItem(eSettings, L"None"), eOk);
-    const Patch newer = pretendVersion(8); // removes the whole tree by one call, which has no such limit
+    const Patch newer = pretendVersion(8); // Windows 8 removes a tree in one call, without this limit
     EXPECT_EQ(m_config.removeItem(eSettings, L"T"), eOk);
     EXPECT_EQ(m_config.removeItem(eSettings, L"\\/"), TarvoConfig::eNotFound);
     EXPECT_NE(tree(HKEY_CURRENT_USER, settings + "\\Top"), "");

@@ -1,6 +1,6 @@
-// Runs random operations of the store, and the same operations as registry calls on a twin tree. Results,
-// variants, iterators and the numbers of open keys must agree after each operation, and both trees at the
-// end. Arguments: the number of operations, the seed.
+// Runs random store operations, and repeats each by registry calls on a twin tree. Results, variants,
+// iterators and the numbers of open keys must agree after each operation, and both trees at the end.
+// Arguments: the number of operations, the seed.
 #include "support/open_keys.h"
 #include "support/registry.h"
 
@@ -16,7 +16,7 @@ using Items = TarvoConfig::ItemIterator;
 using Values = TarvoConfig::ValueIterator;
 using Codes = std::pair<long, long>; // the results of the library and of the registry calls
 
-constexpr long ok = 0, missing = 1, over = 4, failed = 5, tooSmall = 6; // of TarvoConfig::Error
+constexpr long ok = 0, missing = 1, over = 4, failed = 5, tooSmall = 6; // values of TarvoConfig::Error
 constexpr TarvoConfig::Path root = TarvoConfig::eSettings;
 const std::string realRoot = "Software\\Oracle\\Thing\\2018\\en-US\\Settings";
 const std::string twinRoot = "Software\\Mirror\\Thing\\2018\\en-US\\Settings";
@@ -24,9 +24,9 @@ const HKEY user = HKEY_CURRENT_USER;
 TarvoConfig& config = *velaConfig();
 VelaVariant value; // read by one operation and written by the next
 std::optional<RawValue> twinValue;
-std::string path, key, name, whole; // the argument; split into key and name; and all of it as a key
+std::string path, key, name, whole; // the argument, its key, its value name, and the whole argument as a key
 
-/// Converts a variant to the value that the registry stores for it; empty if its block records no bytes.
+/// Returns the registry value that stores a variant, or nothing if the variant's block records no bytes.
 std::optional<RawValue> rawOf(const VelaVariant& variant)
 {
     static constexpr DWORD types[] = {REG_NONE, REG_DWORD, REG_QWORD, REG_BINARY, REG_BINARY, REG_SZ};
@@ -51,8 +51,8 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a value in both trees, as another program might. Then makes `value` a copy of a variant whose block
-/// records no size, and clears `twinValue` to match.
+/// Stores a registry value in both trees, as another program might. Also replaces `value` by a copy of a
+/// variant whose block records no size, and clears `twinValue` to match.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);
@@ -83,7 +83,7 @@ Codes operate(unsigned long kind)
     // clang-format on
 }
 
-/// The calls whose names differ by the kind of iterator.
+/// Common names for the calls that differ between the two kinds of iterator.
 struct Call
 {
     static long name(const Items& it, wchar_t* out, long& size) { return it.name(out, size); }
@@ -94,7 +94,7 @@ struct Call
     static long write(Values& it) { return it.setValue(value); }
 };
 
-/// The fields of an iterator, in its layout.
+/// The fields of an iterator, in memory order.
 struct Fields
 {
     HKEY key;
@@ -108,7 +108,7 @@ template <typename Iterator>
 struct Walk
 {
     Iterator real;
-    Fields twin = {nullptr, -1, 0, 0, 0}; // without its key
+    Fields twin = {nullptr, -1, 0, 0, 0}; // the key is in twinKey
     OwnedKey twinKey;
 
     Codes operate(unsigned long kind, const Walk& other)
@@ -139,7 +139,7 @@ struct Walk
         case 3: return {Call::read(real), isThere ? ::read(twinKey.get(), subKey, valueName) : over};
         case 4: return {Call::write(real), isThere ? setRaw(twinKey.get(), subKey, valueName, twinValue) : isItem && !twinKey ? missing : over};
         default:
-            long length = static_cast<long>(kind) - 4; // room for no character or one, and the terminator
+            long length = static_cast<long>(kind) - 4; // 1 or 2, including the terminator
             const long named = static_cast<long>(size) < length ? ok : tooSmall;
             const long code = Call::name(real, given, length);
             return {given[0] == (code == ok ? current[0] : 0) ? code : -1, isThere ? named : over};
@@ -147,7 +147,7 @@ struct Walk
         // clang-format on
     }
 
-    /// Returns the number of its open keys, or -9 if it differs from its twin.
+    /// Returns how many keys the iterator has open, or -9 if the iterator differs from its twin.
     int keys() const
     {
         Fields fields;

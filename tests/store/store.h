@@ -1,4 +1,4 @@
-// What the tests of the configuration store share.
+// Shared by the tests of the configuration store.
 #pragma once
 
 #include "support/test.h"
@@ -39,16 +39,16 @@ inline std::string describe(const VelaVariant& v)
         [=](auto, auto*...) { return version; });
 }
 
-/// An operation on a path. isItemExist returns eInvalidInput here instead of 0.
+/// An operation on a path. For isItemExist, `call` returns eInvalidInput instead of 0.
 struct Operation
 {
     std::string name;
-    std::size_t limit; ///< of root and sub-path together
-    std::string last;  ///< what the argument has after the sub-path
+    std::size_t limit; ///< the maximum length of root and sub-path together
+    std::string last;  ///< the end of the argument, after the sub-path
     Error (*call)(TarvoConfig&, TarvoConfig::Path, LPCWSTR, VelaVariant&);
 };
 
-// The indexes of some of them.
+// Indexes into `operations`.
 inline constexpr int eGet = 1, eRemoveItem = 5;
 
 template <typename Iterator>

@@ -3,14 +3,14 @@
 
 namespace {
 
-/// Sets a type, without a block.
+/// Sets the type of a variant that has no block.
 void setType(VelaVariant& v, std::int32_t type)
 {
     v = VelaVariant();
     std::memcpy(static_cast<void*>(&v), &type, sizeof type);
 }
 
-/// A value, what describe() prints of it, and how it is stored, if it is.
+/// A variant, what describe() prints for it, and the registry value, if the variant can be stored.
 const struct Sample
 {
     void (*set)(VelaVariant&);
@@ -33,8 +33,7 @@ const struct Sample
     {[](auto& v) { v.setString(nullptr); }, "5/6 0 0 0 '' -", text("")},
 };
 
-/// Counts and fills the blocks that this program allocates; the allocation with the number in `refused`
-/// fails.
+/// Counts and fills the blocks that this program allocates. Allocation number `refused` fails.
 struct Blocks
 {
     int count = 0, refused = 0;
@@ -102,7 +101,7 @@ TEST(Variant, AcceptsEveryValueAfterEveryOther)
             checkAfter(before, after);
         }
     }
-    VelaVariant v; // set from its own block
+    VelaVariant v; // assigned from its own block below
     v.setString(L"abc");
     v.setString(v.getString() + 1);
     EXPECT_EQ(describe(v), "5/10 0 0 0 'bc' -");
@@ -114,7 +113,7 @@ TEST(Variant, AcceptsEveryValueAfterEveryOther)
 TEST(Variant, AllocatesABlockOfItsTypesSizeOrThrows)
 {
     constexpr int rows[][4] = {
-        // type, size; the size that the block records, the code thrown
+        // the type and size requested; the size in the block and the code thrown
         {0, 0, 0, 0},  {0, -1, 0, 0}, {1, -7, 8, 0},        {2, 0, 12, 0},
         {3, 0, 12, 0}, {4, 0, 0, 3},  {5, -1, 0, 3},        {6, 0, 0, 3},
         {0, 1, 5, 0},  {1, 3, 7, 0},  {4, INT32_MAX, 0, 6}, {4, INT32_MAX - 3, 0, 6},
@@ -131,7 +130,7 @@ TEST(Variant, AllocatesABlockOfItsTypesSizeOrThrows)
     }
 }
 
-// ---- The value in the registry
+// ---- Stored values
 
 class StoredValues : public StoreTest
 {
@@ -167,7 +166,7 @@ TEST_F(StoredValues, SetTheTypeOfTheVariant)
     const std::string abc = text("abc").bytes;
     const std::pair<RawValue, std::string> rows[] = {
         {{REG_SZ, abc + abc}, "5/12 0 0 0 'abc' -"},
-        {{REG_SZ, abc.substr(0, 5)}, "5/12 0 0 0 'abc' -"}, // half a character at the end
+        {{REG_SZ, abc.substr(0, 5)}, "5/12 0 0 0 'abc' -"}, // ends within a code unit
         {{REG_SZ, abc.substr(0, 4)}, "5/10 0 0 0 'ab' -"},  // no terminator
         {{REG_SZ, ""}, "5/6 0 0 0 '' -"},
         {{REG_BINARY, ""}, "4/0 0 0 0 '' -"},

@@ -20,8 +20,8 @@ struct ChildResult
 ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                        const std::string& input = {});
 
-/// The part of runProgram that differs by target: stdin is the file "in" of the scratch folder, and stdout
-/// and stderr go to "out" and "err" there. Returns the exit code.
+/// Runs a program with the file "in" of the scratch folder as stdin, and with "out" and "err" as stdout and
+/// stderr. Returns the exit code.
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments);
 
 } // namespace testing_support

@@ -18,8 +18,8 @@ public:
     using TarvoConfig::refreshLanguageName, TarvoConfig::refreshProductName;
 };
 
-/// Starts as a rebranded product, whose languages need no uninstall entry. The key path of its language is
-/// Software\Acme\Widget\2018\en-US.
+/// Starts as Acme's Widget, a rebranded product, so that languages need no uninstall entries. The language's
+/// key path is then Software\Acme\Widget\2018\en-US.
 inline TarvoConfig::Error startAcme(const wchar_t* profile = nullptr)
 {
     return InitVelaConfig(L"Acme", L"Widget", L"en-US", profile);

@@ -14,12 +14,12 @@ namespace testing_support {
 extern const char* const libraryModule;
 inline constexpr const char* programModule = nullptr;
 
-/// Returns true if a symbol is this undecorated name ("malloc") or decorates this function, whatever its
+/// Returns whether a symbol is a function's undecorated name ("malloc") or its decorated name with any
 /// arguments ("velaConfig", "RkLocker::lock").
 bool isNameOf(std::string_view symbol, std::string_view function);
 
-/// Returns the slots in which a loaded module stores the address of an imported function, and makes them
-/// writable. The function is named as for isNameOf().
+/// Returns the slots in which a loaded module stores the address of an imported function, and makes the slots
+/// writable. `function` is matched by isNameOf().
 std::vector<void**> importSlots(const char* module, const char* function);
 
 /// A function's name as a template argument, so that each replaced function has separate state.
@@ -29,19 +29,19 @@ struct Name
     char text[32] = {};
 };
 
-/// Whether operator new is part of each module and calls the malloc that the module imports, as in Visual
+/// True if operator new is part of each module and calls the malloc that the module imports, as in Visual
 /// C++.
 #ifdef _MSC_VER
 inline constexpr bool hasOwnHeapOperators = true;
 #else
 inline constexpr bool hasOwnHeapOperators = false;
 #endif
-/// The imported function that allocates arrays.
+/// The import that new[] calls.
 inline constexpr const char* arrayNew = hasOwnHeapOperators ? "malloc"
                                         : sizeof(long) == 8 ? "_Znam"
                                                             : "_Znay";
 
-/// Restores the function when it is destroyed.
+/// Restores the replaced function on destruction.
 using Patch = std::shared_ptr<void>;
 
 template <Name name, typename Handler, typename Result, typename... Arguments>
@@ -65,7 +65,8 @@ Patch replaceImport(const char* module, Handler handler, Result (*)(Arguments...
         active = before;
         delete state;
     });
-    for (void** const slot : slots) { // last: it may be malloc, which the lines above call
+    // This loop must be last, because a slot may be malloc's, and the lines above call malloc.
+    for (void** const slot : slots) {
         *slot = reinterpret_cast<void*>(call);
     }
     return patch;

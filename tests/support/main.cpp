@@ -1,5 +1,5 @@
-// The main function of every test program. Start-up happens once per process, so it runs one case, in an
-// empty scratch folder, home and registry.
+// The main function of every test program. A process runs a single case, because start-up happens once per
+// process. The case starts with an empty scratch folder, home and registry.
 #include "support/isolation.h"
 
 #include <gtest/gtest.h>

@@ -9,7 +9,7 @@
 
 namespace testing_support {
 
-/// Counts from its construction on.
+/// Counts the keys that are opened and closed during its lifetime.
 class OpenKeys
 {
 public:

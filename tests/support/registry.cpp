@@ -39,7 +39,7 @@ LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
     if (!value) {
         return ERROR_SUCCESS;
     }
-    // Otherwise the system may find a terminator after the string, and store it.
+    // Without "##", the system may find a terminator after the string and store the terminator too.
     const std::string data = value->bytes + "##";
     return RegSetValueExW(key.get(), Wide(name), 0, value->type, reinterpret_cast<const BYTE*>(data.data()),
                           static_cast<DWORD>(value->bytes.size()));
@@ -83,7 +83,7 @@ std::string tree(HKEY root, const std::string& path)
 {
     const OwnedKey key = openKey(root, path);
     std::string lines = key == nullptr ? "" : '[' + path + "]\n";
-    constexpr DWORD size = 16384; // of the longest name
+    constexpr DWORD size = 16384; // fits the longest name
     static wchar_t name[size];
     for (const bool values : {true, false}) {
         for (DWORD i = 0, length = size; enumerate(values, key.get(), i, name, &length) == ERROR_SUCCESS;

@@ -44,7 +44,7 @@ inline LSTATUS setRaw(HKEY root, const std::string& path, const std::string& nam
 {
     return setRaw(root, path, name, std::optional(value));
 }
-/// Replaces a key by one with only this value, or with none.
+/// Replaces a key by a new one that contains only this value, or nothing.
 void remakeKey(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name);
@@ -52,7 +52,7 @@ std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::st
 /// Calls RegEnumValueW or RegEnumKeyExW for a name.
 LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* length);
 
-/// Prints a value's type and bytes, as tree() does after the name.
+/// Prints a value's type and bytes in the format of tree().
 std::string print(const RawValue& value);
 /// Prints a key and everything below it, one key or value per line. Returns an empty string if the key does
 /// not exist.

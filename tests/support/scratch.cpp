@@ -40,7 +40,7 @@ std::string readFile(const fs::path& file)
 
 fs::path thisProgram()
 {
-    constexpr std::size_t drive = onHost ? 2 : 0; // winhost puts one before each path
+    constexpr std::size_t drive = onHost ? 2 : 0; // winhost adds "Z:" to each path
     wchar_t path[1024] = {};
     GetModuleFileNameW(nullptr, path, 1024);
     std::string text = utf8(path);
@@ -55,7 +55,7 @@ Application::Application(std::string_view folderName)
     fs::create_directories(m_folder);
     fs::create_hard_link(thisProgram(), m_program);
     for (const auto& entry : fs::directory_iterator(thisProgram().parent_path())) {
-        // On the host, programs find their libraries by their build path.
+        // On the host, programs find libraries by their paths in the build tree.
         if (entry.path().extension() == ".dll") {
             fs::create_hard_link(entry.path(), m_folder / entry.path().filename());
         }
@@ -73,7 +73,7 @@ void Application::addLanguage(std::string_view shortName) const
 {
     const fs::path library = fs::path(shortName) / "RkUInfoRes.dll";
     fs::create_directories(m_folder / shortName);
-    // No link: a file that another process has loaded cannot be removed by any of its names.
+    // A copy, because Windows cannot remove any link to a file that another process has loaded.
     fs::copy_file(thisProgram().replace_filename(library), m_folder / library);
 }
 

@@ -7,13 +7,13 @@
 
 namespace testing_support {
 
-/// Whether this is the host build.
+/// True in the host build.
 inline constexpr bool onHost = std::filesystem::path::preferred_separator == '/';
 
-/// The folder of this process and its children, removed when the process ends.
+/// The folder of this process and its children, removed when the process exits.
 const std::filesystem::path& scratchFolder();
 
-/// Returns a path in the spelling of Windows, in UTF-8.
+/// Converts a path to a Windows path in UTF-8.
 std::string windowsPath(const std::filesystem::path& path);
 
 /// Writes a file and creates its folder.

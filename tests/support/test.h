@@ -29,15 +29,15 @@ inline void PrintTo(const RawValue& value, std::ostream* stream)
     *stream << value.type << ' ' << testing::PrintToString(value.bytes);
 }
 
-/// Key paths after startAcme(). Not inline, so that they exist before the constants that a file builds from
-/// them.
+/// Key paths after startAcme(). The constants are not inline, so that they are initialised before the
+/// constants that a file builds from them.
 const std::string acmeKey = "Software\\Acme";
 const std::string languageRoot = acmeKey + "\\Widget\\2018\\en-US";
 const std::string profilesKey = languageRoot + "\\Profiles";
 const std::string settings = languageRoot + "\\Settings";
 
 /// Returns what a function writes into a buffer of 1024 characters that starts with "?", and checks the
-/// length that it returns. If that is 0, the result starts with "failed: ".
+/// length that the function returns. If the length is 0, the result starts with "failed: ".
 template <typename Function>
 std::string textOf(Function function)
 {
@@ -65,7 +65,7 @@ public:
     ~KeyCounter() { EXPECT_EQ(stillOpen(), 0); }
 };
 
-/// Replaces the path of the executable that the library reads; if empty, reading it fails.
+/// Replaces the executable path that the library reads. An empty path makes reading fail.
 [[nodiscard]] inline Patch pretendExecutable(const std::string& pretended)
 {
     const auto answer = [path = Wide(pretended)](auto, HMODULE module, LPWSTR out, DWORD size) -> DWORD {

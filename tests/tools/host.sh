@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# States that only a shell of the host can create: a full disk, no memory, no rights, a terminal, a damaged store.
+# Tests rkuinfo in states that only a shell can create: a full disk, no memory, no rights, a terminal, a damaged store.
 #   host.sh BUILD
 set -u
 app=$(mktemp -d)
@@ -62,7 +62,7 @@ mkdir -p "$app/damaged/winhost"
 printf 'no registry' >"$app/damaged/winhost/registry.db"
 expect $'registry\tHKEY_CURRENT_USER\\Software: the registry is damaged' env XDG_DATA_HOME="$app/damaged" "$app/rkuinfo" doctor
 
-# An import that is refused after its first values: the registry has no number left for the second new key.
+# The import fails after its first values, because the registry has no free number for the second new key.
 rkuinfo provision >/dev/null
 rkuinfo set settings before int 1
 cp "$registry" "$app/intact.db"
@@ -86,7 +86,7 @@ for quiet in NO_COLOR=1 TERM=dumb; do
 done
 rm -r "$app/fr-FR"
 
-# The remedies that doctor prints work when they are pasted into the shell.
+# The commands that doctor suggests work when they are pasted into the shell.
 follow_advice() {
     rkuinfo "$@" | grep -oE 'rkuinfo --company [^,]*(json|--all|use)' | sed 's/ and /\n/g' | (cd "$app" && PATH=$app:$PATH && sh)
     rkuinfo doctor
@@ -114,9 +114,9 @@ expect $'tree-unwritable\t' without_rights "$app/rkuinfo" doctor
 chmod -R u+w "$XDG_DATA_HOME"
 if [ "$(id -u)" -eq 0 ]; then
     chown -R 1234 "$XDG_DATA_HOME/winhost"
-    expect 'belongs to another user, number 1234' rkuinfo doctor
+    expect 'belongs to the user with ID 1234' rkuinfo doctor
     chown -R 0 "$XDG_DATA_HOME/winhost"
 fi
 damage 'CREATE TABLE more(a)'
-expect 'the registry is of a newer version' rkuinfo doctor
+expect 'written by a newer version' rkuinfo doctor
 exit $failed

@@ -3,8 +3,7 @@
 
 namespace {
 
-/// The import is refused because a key below a volatile one, which exists until the system restarts, must be
-/// volatile too.
+/// The import fails because it creates a permanent key below a volatile one, which Windows refuses.
 TEST(RkuinfoOnWindows, UndoesAnImportThatIsRefused)
 {
     const Application application("RkuinfoOnWindows");

@@ -25,7 +25,7 @@ extern "C" int wmain(int argc, wchar_t** argv)
     } catch (const Failure& failure) {
         sentence = failure.what();
         exitCode = failure.exitCode;
-    } catch (RkException* exception) { // memory is exhausted; the whole family is thrown by pointer
+    } catch (RkException* exception) { // the library throws by pointer when memory is exhausted
         delete exception;
     } catch (const std::bad_alloc&) { // prints the sentence that was allocated in advance
     } catch (const std::exception& exception) {

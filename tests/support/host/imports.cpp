@@ -19,7 +19,7 @@ std::vector<void**> importSlots(const char* module, const char* function)
     constexpr std::uintptr_t page = 4096;
     static std::set<void**> bound;
     std::vector<void**> slots;
-    link_map* loaded = _r_debug.r_map; // first the program; dlopen would need the name with its version
+    link_map* loaded = _r_debug.r_map; // starts with the program; dlopen would need the versioned file name
     while (module != nullptr && std::strstr(loaded->l_name, module) == nullptr) {
         loaded = loaded->l_next;
     }
@@ -32,7 +32,7 @@ std::vector<void**> importSlots(const char* module, const char* function)
     for (const auto& [table, size] : {std::pair{DT_JMPREL, DT_PLTRELSZ}, std::pair{DT_RELA, DT_RELASZ}}) {
         const auto* const first = reinterpret_cast<const Elf64_Rela*>(entries[table]);
         const std::uintptr_t unnamed =
-            table == DT_RELA ? entries[DT_RELACOUNT] : 0; // those that name no symbol come first
+            table == DT_RELA ? entries[DT_RELACOUNT] : 0; // relocations without a symbol come first
         for (const Elf64_Rela* at = first + unnamed; at < first + entries[size] / sizeof *at; ++at) {
             const auto type = ELF64_R_TYPE(at->r_info);
             const char* const symbol = names + symbols[ELF64_R_SYM(at->r_info)].st_name;
@@ -40,7 +40,7 @@ std::vector<void**> importSlots(const char* module, const char* function)
                 const std::uintptr_t address = loaded->l_addr + at->r_offset;
                 mprotect(reinterpret_cast<void*>(address & ~(page - 1)), page, PROT_READ | PROT_WRITE);
                 slots.push_back(reinterpret_cast<void**>(address));
-                // It may point to the lazy binder, which would overwrite a patch.
+                // Until it is bound, a slot may point to the lazy binder, which would overwrite a patch.
                 if (bound.insert(slots.back()).second) {
                     *slots.back() = dlsym(RTLD_DEFAULT, symbol);
                 }

@@ -21,7 +21,7 @@ std::string ownPath()
 void redirect(HKEY root, const std::string& name)
 {
     const OwnedKey key = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + '\\' + name);
-    makeKey(key.get(), "Software"); // every real root has it
+    makeKey(key.get(), "Software"); // exists in every real root
     RegOverridePredefKey(root, key.get());
 }
 
@@ -48,7 +48,7 @@ void shareWithChildren(const char* variable, const std::string& value)
 
 void joinHome()
 {
-    // A crash reports its exception and exits, without a debugger.
+    // After a crash, prints the exception and exits without starting a debugger.
     SetUnhandledExceptionFilter([](EXCEPTION_POINTERS* crash) -> LONG {
         std::fprintf(stderr, "crashed by exception %lX\n", crash->ExceptionRecord->ExceptionCode);
         return EXCEPTION_EXECUTE_HANDLER;
@@ -56,9 +56,9 @@ void joinHome()
     const std::string folders = R"(Software\Microsoft\Windows\CurrentVersion\Explorer\FolderDescriptions)";
     const OwnedKey described = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + "\\Machine\\" + folders);
     RegCopyTreeW(HKEY_LOCAL_MACHINE, Wide(folders),
-                 described.get()); // Windows uses them to resolve known folders
+                 described.get()); // Windows resolves known folders by these descriptions
     redirect(HKEY_LOCAL_MACHINE, "Machine");
-    redirect(HKEY_CURRENT_USER, "User"); // last: both keys are below the real root
+    redirect(HKEY_CURRENT_USER, "User"); // this call must be last: both keys are below the real root
 }
 
 void leaveHome()
@@ -90,7 +90,7 @@ int runOnFiles(const std::filesystem::path& program, const std::vector<std::stri
     CreateProcessW(nullptr, const_cast<wchar_t*>(+command), nullptr, nullptr, TRUE, 0, nullptr,
                    Wide(windowsPath(program.parent_path())), &startup, &child);
     WaitForSingleObject(child.hProcess, INFINITE);
-    DWORD exitCode = 127; // if it cannot be started
+    DWORD exitCode = 127; // if the program cannot be started
     GetExitCodeProcess(child.hProcess, &exitCode);
     for (const HANDLE handle :
          {startup.hStdInput, startup.hStdOutput, startup.hStdError, child.hProcess, child.hThread}) {

@@ -1,6 +1,6 @@
-// The table of all words and options. The parser of command lines is built from it and the list of commands;
-// the man page and the completions are generated from the parser. No other file includes CLI11, which takes
-// long to compile.
+// The table of all words and options. The parser of command lines is built from this table and the list of
+// commands; the man page and the completions are generated from the parser. No other file includes CLI11,
+// which takes long to compile.
 #include "commands/command.h"
 
 #include "installation/languages.h"
@@ -19,8 +19,8 @@ using Names = std::vector<std::string>;
 /// A word or an option of a command line.
 struct Parameter
 {
-    const char* name;  ///< "--file" for an option, "KEY" for a word
-    const char* value; ///< follows an option, such as "FILE"; empty for a flag and a word
+    const char* name;  ///< such as "--file" for an option or "KEY" for a word
+    const char* value; ///< the label of an option's value, such as "FILE"; empty for a flag or a word
     const char* help;
     Names (*choices)(); ///< null if every word is accepted
 };
@@ -49,14 +49,14 @@ Names typeNames()
 constexpr Parameter parameterTable[] = {
     {"--program",   "FOLDER", "look at the application in this folder", nullptr},
     {"--company",   "NAME",   "use this company's keys and folders", nullptr},
-    {"--product",   "NAME",   "use this product's", nullptr},
-    {"--language",  "xx-XX",  "use this language's, such as en-US", languageNames},
+    {"--product",   "NAME",   "use this product's keys and folders", nullptr},
+    {"--language",  "xx-XX",  "use this language, such as en-US", languageNames},
     {"--profile",   "NAME",   "use this profile", nullptr},
     {"--columns",   "N",      "lay out tables for this width, from 40 to 1000", nullptr},
     {"--color",     "WHEN",   "always, never, or auto: on a terminal", [] { return Names{"always", "never", "auto"}; }},
     // The options above are common to all commands.
     {"SUBTREE",     "", "product-root ... user-config, see rkuinfo --help", subtreeNames},
-    {"KEY",         "", "a key below it, with / or \\ between names", nullptr},
+    {"KEY",         "", "a key below the subtree, with / or \\ between names", nullptr},
     {"VALUE",       "", "a value: KEY/NAME, or its NAME alone", nullptr},
     {"TYPE",        "", "int, int64, double, binary or string", typeNames},
     {"DATA",        "", "the new data; after -- if it begins with -", nullptr},
@@ -69,7 +69,7 @@ constexpr Parameter parameterTable[] = {
     {"--origin",    "", "print where the names come from", nullptr},
     {"--all",       "", "remove the subtree's own key", nullptr},
     {"--dry-run",   "", "only print what would change", nullptr},
-    {"--replace",   "", "also remove what the file does not have", nullptr},
+    {"--replace",   "", "also remove what the file does not contain", nullptr},
     {"--salvage",   "", "skip what cannot be read, and list it", nullptr},
 };
 // clang-format on
@@ -194,8 +194,8 @@ void complete(Names words)
     }
 }
 
-/// Prints the middle of the man page: the help of the program and, with a heading each, of its commands.
-/// There, .eo makes a backslash an ordinary character.
+/// Prints the middle of the man page: the help of the program, then the help of each command under a heading.
+/// In the page, .eo makes a backslash an ordinary character.
 void printManual()
 {
     Parser parser;
@@ -287,7 +287,7 @@ Place::Place(const Session& session, const Installation& installation)
         value = utf16(session["--value"]);
     }
     if (!isUsablePath(path()) || (value && value->size() > longestValueName)) {
-        throw Failure("a path has at most 1020 characters, the name of a key 255 and of a value 1023");
+        throw Failure("a path may have at most 1020 characters, a key name 255 and a value name 1023");
     }
 }
 

@@ -1,4 +1,4 @@
-// rkuinfo doctor. Its codes and severities are a contract, which the man page lists.
+// rkuinfo doctor. Scripts rely on its codes and severities, which the man page lists.
 #include "commands/command.h"
 
 #include "installation/names.h"
@@ -15,7 +15,7 @@ struct Finding
 {
     std::string code;
     bool isError;
-    std::vector<std::string> subjects; ///< several if findings differ only in them
+    std::vector<std::string> subjects; ///< more than one if findings differ only in the subject
     std::string problem;
     std::string remedy;
 };
@@ -28,7 +28,7 @@ public:
     std::vector<Finding> examine()
     {
         if (!passes("registry", "registry", [] { keyExists(rkuinfo::text(L"Software")); })) {
-            passes("tree-unwritable", "registry", [] { requireWritable({}); }); // its owner may be the cause
+            passes("tree-unwritable", "registry", [] { requireWritable({}); }); // this may find the cause
             return m_findings; // all other checks need the registry
         }
         const std::string earlier = userFolder(false) + "/winhost/data.mdb"; // only on the host
@@ -70,7 +70,7 @@ private:
         }
     }
 
-    /// Runs a check. If it throws, adds a finding and returns false.
+    /// Runs a check. If the check throws, adds a finding and returns false.
     template <typename Check>
     bool passes(const char* code, const std::string& subject, const Check& check)
     {
@@ -115,7 +115,7 @@ private:
         }
         if (bytes->starts_with("\xef\xbb\xbf")) {
             add(error, "ini-mark", utf8(path),
-                "it begins with a UTF-8 mark: Windows ignores its first section",
+                "it begins with a UTF-8 byte order mark, so Windows ignores its first section",
                 "save it without the mark, or as UTF-16");
         }
         return true;
@@ -156,7 +156,8 @@ private:
 
     // ---- Languages
 
-    /// A folder without an uninstall entry is not a fault: packages contain all languages, installers choose.
+    /// A folder without an uninstall entry is not a fault, because packages contain all languages and an
+    /// installer registers only some.
     void checkLanguages(const Installation& installation)
     {
         for (const LanguageState& state : installation.languages) {
@@ -173,7 +174,7 @@ private:
             } else if (!state.other.empty()) {
                 addFault("language-other", library + " is of " + state.other);
             } else if (!hasFolder && state.hasEntry && installation.needsEntries) {
-                addFault("language-folder", "it has an uninstall entry and no folder",
+                addFault("language-folder", "it has an uninstall entry but no folder",
                          ", or remove the entry");
             }
         }
@@ -189,7 +190,7 @@ private:
                 "install it, or choose another: " + command("use", proposed));
         } else if (!installation.wanted.isMade()) {
             add(note, "language-asked", proposed,
-                "nothing names a language: start-up proposes this one, and ends if it "
+                "no language is chosen: start-up proposes this one, and exits if it "
                 "cannot ask the user",
                 "choose one: " + command("use", proposed));
         }
@@ -294,6 +295,6 @@ void doctor(Session& session)
 
 const Command doctorCommand("doctor", "[--json]",
                             "Find what is wrong with the installation, and how to fix it",
-                            "Exit code 1 when there is an error, 0 for notes.", doctor);
+                            "Exit code: 1 if there is an error, 0 if there are only notes.", doctor);
 
 } // namespace

@@ -14,8 +14,8 @@ void get(Session& session)
     }
     const ValueType* const type = session.has("--as") ? typeNamed(session["--as"]) : typeOf(*value);
     if (type == nullptr || !type->fits(*value)) {
-        throw Failure(session["VALUE"] + " is stored as another type than " +
-                      (type == nullptr ? "applications read" : std::string(type->name)));
+        throw Failure(session["VALUE"] + " is not stored as " +
+                      (type == nullptr ? "a type that applications read" : std::string(type->name)));
     }
     const std::string text = type->print(*value);
     print(session.has("--json") ? documentText(toJson(*value)) : terminalColumns() ? shown(text) : text);
@@ -50,7 +50,7 @@ const Command getCommand("get", "SUBTREE VALUE [--as] [--json]", "Print a value"
                          "An application stores a double as eight bytes: --as double prints it as a number.",
                          get);
 const Command setCommand("set", "SUBTREE VALUE TYPE DATA", "Store a value, and create its key",
-                         "Binary data is in hexadecimal; an integer may be, after 0x.", set);
+                         "Binary data is in hexadecimal. A hexadecimal integer begins with 0x.", set);
 const Command rmCommand("rm", "SUBTREE [KEY] [--value] [--all]",
                         "Remove a key with everything below it, or a value", "", rm);
 

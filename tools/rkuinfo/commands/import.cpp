@@ -22,7 +22,7 @@ void exportTree(Session& session)
                          {"language", installation.hasLanguage() ? toJson(installation.language()) : Json()},
                          {"date", today}};
     writeFile(session["--file"], documentText(toJson(tree, header)) + '\n');
-    losses.erase(std::unique(losses.begin(), losses.end()), losses.end()); // one for each child of a key
+    losses.erase(std::unique(losses.begin(), losses.end()), losses.end()); // a listing may repeat its error
     for (const std::string& loss : losses) {
         printError("not exported: " + loss);
         session.exitCode = exitFailed;
@@ -95,7 +95,7 @@ const Command exportCommand("export", "SUBTREE [KEY] [--file] [--salvage]",
 const Command importCommand({"import", "SUBTREE [KEY] [--file] [--replace] [--dry-run]",
                              "Write the contents of an export or a .reg file into a key",
                              "Existing values are kept unless the file has a value of the same name, or\n"
-                             "--replace is given. An import is complete or changes nothing.",
+                             "--replace is given. An import that fails changes nothing.",
                              importTree});
 const Command diffCommand({"diff", "SUBTREE [KEY] [--file]", "Compare a key with a file",
                            "- is in the key, + in the file. Exit code 1 when something differs.", diff});

@@ -103,7 +103,7 @@ Json registry(const Installation& of)
     return json;
 }
 
-/// Makes a row of each member; its name is unique for programs.
+/// Returns one row per member. In rows for programs, the section precedes the name to make the name unique.
 Table tableOf(const Json& json, bool isForPeople)
 {
     Table table;
@@ -195,8 +195,8 @@ void languages(Session& session)
 
 const Command showCommand({"show", "[--origin] [--json]",
                            "Show the names in use, and where folders, files and keys are",
-                           "What does not exist is marked as missing. --origin prints every source of each\n"
-                           "name: start-up uses the first that has one.",
+                           "What does not exist is marked as missing. --origin prints all sources of each\n"
+                           "name, in order of precedence.",
                            show});
 
 const Command

@@ -30,13 +30,11 @@ void use(Session& session)
           shown(profile));
 }
 
-/// The only command that starts the library: the tree is what an application creates.
+/// provision is the only command that starts the library, so that it creates the same tree as an application.
 void provision(Session& session)
 {
     if (session.has("--program")) {
-        throw Failure("provision starts the library, which only knows the folder of its own program: run the "
-                      "rkuinfo in that folder",
-                      {}, exitUsage);
+        throw Failure("provision does not accept --program: run the rkuinfo in that folder", {}, exitUsage);
     }
     const Argument company(utf16(session["--company"]));
     const Argument product(utf16(session["--product"]));
@@ -56,7 +54,7 @@ void provision(Session& session)
 }
 
 const Command useCommand("use", "", "Choose product, language and profile of the next start",
-                         "Those that no option names stay. A profile that does not exist is created.", use);
+                         "Names not given stay the same. A profile that does not exist is created.", use);
 const Command provisionCommand("provision", "", "Create the current user's tree, as an application does",
                                "Starts the library, which records product, language and profile.", provision);
 

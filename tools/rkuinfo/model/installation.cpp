@@ -23,7 +23,7 @@ struct FreeModule
     void operator()(HINSTANCE module) const { FreeLibrary(module); }
 };
 
-/// Returns whether a library has a resource in that language, by the bytes of its directory.
+/// Returns whether the bytes of a library contain a resource directory entry for the language.
 bool hasLanguage(const std::string& library, const uinfo::Language& language)
 {
     return library.find(std::string("\0\0\1\0", 4) + bytesOf(language.lcid)) != std::string::npos;
@@ -203,14 +203,14 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // Each source is read without those before it.
+    // Reads each source separately, by a choice that ignores the sources before it.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {
             const auto choice = choose(source == Source::argument ? given : nullptr,
                                        Argument(source <= Source::registry ? root : rkuinfo::text(nowhere)),
                                        Argument(source <= Source::iniFile ? folder : Text()));
-            const uinfo::Finding* last = nullptr; // of this source
+            const uinfo::Finding* last = nullptr; // the last finding of this source
             for (const uinfo::Finding& finding : choice.findings()) {
                 last = finding.source == source ? &finding : last;
             }

@@ -1,6 +1,6 @@
-// An application's folder and the user's part of the registry: the names that start-up would choose. The
-// library is not started for this: it would record them, ask in a message box, and only knows the process's
-// own folder.
+// Finds the names that start-up would choose, from an application's folder and the user's part of the
+// registry. The library is not started for this, because start-up records the names, may show a message box,
+// and always uses the process's own folder.
 #pragma once
 
 #include "installation/choices.h"
@@ -17,14 +17,14 @@
 /// A parsed command line.
 struct Session
 {
-    std::map<std::string, std::string> given; ///< by the names of the table of words and options
+    std::map<std::string, std::string> given; ///< parameter values by name, such as "--file"
     int exitCode = 0;
 
     bool has(const std::string& name) const { return given.contains(name); }
-    /// Returns the value of a parameter; empty if it is not given.
+    /// Returns the value of a parameter, or "" if the parameter is not given.
     std::string operator[](const std::string& name) const { return has(name) ? given.at(name) : ""; }
-    /// Returns a command line of this program for the same installation: "rkuinfo --company Acme doctor". The
-    /// words are quoted for a shell already.
+    /// Returns a command line of this program for the same installation: "rkuinfo --company Acme doctor".
+    /// `words` must already be quoted for a shell.
     std::string commandLine(const std::string& words) const;
     Layout layout() const;
 };
@@ -34,17 +34,17 @@ struct LanguageState
     const uinfo::Language& record;
     Text folder;
     uinfo::Installed installed;
-    bool hasEntry = false;     ///< the uninstall entry, which only the default product needs
-    bool hasResources = false; ///< its library can be read
-    std::optional<Text> localName = std::nullopt; ///< in the language itself
-    std::string other = {};                       ///< the language of its library, if it is another one
+    bool hasEntry = false;     ///< whether the uninstall entry exists, which only the default product needs
+    bool hasResources = false; ///< whether the resource library can be read
+    std::optional<Text> localName = std::nullopt; ///< the language's name in the language itself
+    std::string other = {};                       ///< the library's language if it is a different one
 
     std::string name() const { return utf8(record.shortName); }
-    /// Empty for an installed language.
+    /// Returns why the language is not installed; empty if it is.
     std::string whyNot() const;
 };
 
-/// The name in one source.
+/// A name that one source contains.
 struct Origin
 {
     std::string name; ///< company, product, language or profile
@@ -76,20 +76,20 @@ public:
 
     const Text folder; ///< with a backslash at its end
     const uinfo::Choice company;
-    const Text companyRoot; ///< the key of the company
+    const Text companyRoot; ///< the company's key
     const uinfo::Choice product;
-    const bool needsEntries; ///< the default product
+    const bool needsEntries; ///< true for the default product
     const uinfo::LanguageChoice wanted;
     const std::int32_t preferred;         ///< the installed language that start-up would propose
-    std::vector<LanguageState> languages; ///< all, by index
+    std::vector<LanguageState> languages; ///< all known languages, by index
 
-    /// Returns why the wanted language cannot be chosen; empty if it can, or if none is wanted.
+    /// Returns why the wanted language cannot be chosen; empty if it can, or if no language is wanted.
     std::string whyNotWanted() const;
     /// Returns why no language is installed.
     std::string whyNone() const;
     /// Returns whether start-up has a language to choose or propose.
     bool hasLanguage() const { return preferred != uinfo::unknownLanguage && whyNotWanted().empty(); }
-    /// Returns that language; throws if there is none.
+    /// Returns the language that start-up would choose or propose; throws if there is none.
     const LanguageState& chosenLanguage() const;
     Text language() const { return rkuinfo::text(chosenLanguage().record.shortName); }
     uinfo::Choice profile() const;
@@ -98,8 +98,8 @@ public:
     /// Returns the sources of each name, in the order in which start-up reads them.
     std::vector<Origin> origins() const;
 
-    /// Returns a path that is stored as a setting, empty if an application cannot use it; nothing if none is
-    /// stored.
+    /// Returns the path stored in a setting: empty if an application cannot use the path, std::nullopt if the
+    /// setting does not exist.
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
     /// Returns the start of an entry of TARVO.ini, at most 254 characters.
     Text iniText(const wchar_t* section, const wchar_t* key) const;

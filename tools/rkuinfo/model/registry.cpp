@@ -20,12 +20,12 @@ struct Reason
 
 constexpr Reason reasons[] = {
     {ERROR_ACCESS_DENIED, "access is denied", "give the user access to it"},
-    {ERROR_DISK_FULL, "the disk is full", "free space on it"},
+    {ERROR_DISK_FULL, "the disk is full", "free some space"},
     {ERROR_LOCK_FAILED, "locked by another process", "close that process, or try again"},
-    {ERROR_FILE_TOO_LARGE, "its file may not grow further", "raise the limit for the size of a file"},
-    {ERROR_BADDB, "the registry is of a newer version of RkUInfo, or not a registry",
+    {ERROR_FILE_TOO_LARGE, "its file cannot grow further", "raise the file size limit"},
+    {ERROR_BADDB, "the file was written by a newer version of RkUInfo, or is not a registry",
      "use the rkuinfo of that version"},
-    {ERROR_CANTOPEN, "it cannot be opened", "check its folder and the permissions of it"},
+    {ERROR_CANTOPEN, "it cannot be opened", "check its folder and permissions"},
     {ERROR_CANTWRITE, "it cannot be written", "check the free space and the permissions of its folder"},
     {ERROR_REGISTRY_CORRUPT, "the registry is damaged",
      "restore a backup, or save what export --salvage can read and then move the damaged file away"},
@@ -38,7 +38,7 @@ std::string fullName(TextView path)
     return "HKEY_CURRENT_USER\\" + utf8(path);
 }
 
-/// Opens a key. The result holds none if the key does not exist.
+/// Opens a key. The result is empty if the key does not exist.
 RegistryKey open(const Text& path, REGSAM access)
 {
     HKEY key = nullptr;
@@ -57,7 +57,7 @@ std::optional<Value> readValue(const RegistryKey& key, const Text& path, const T
     DWORD size = 0;
     LSTATUS status =
         key ? RegQueryValueExW(key.get(), argument, nullptr, &type, nullptr, &size) : ERROR_FILE_NOT_FOUND;
-    do { // again if another process has changed the length
+    do { // repeats if another process has changed the length
         value.data.resize(size);
         if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
             BYTE none = 0;
@@ -74,12 +74,12 @@ std::optional<Value> readValue(const RegistryKey& key, const Text& path, const T
     return value;
 }
 
-/// Visits the names of keys or values.
+/// Calls `visit` with the name of each sub-key or value.
 template <typename Call, typename Visit>
 void enumerate(const RegistryKey& key, const Text& path, Call call, Losses* losses, const Visit& visit)
 {
-    constexpr std::size_t mostLosses = 1000; // ends the listing of an unreadable store
-    wchar_t name[16384];                     // the longest name of a value, with its terminator
+    constexpr std::size_t mostLosses = 1000; // stops an endless listing of a damaged store
+    wchar_t name[16384];                     // fits the longest value name and its terminator
     for (DWORD index = 0; losses == nullptr || losses->size() < mostLosses; ++index) {
         DWORD length = std::size(name);
         const LSTATUS status = call(key.get(), index, name, &length, nullptr, nullptr, nullptr, nullptr);
@@ -97,7 +97,7 @@ void readKey(Tree& tree, const Text& root, const Text& path, bool isDeep, Losses
 {
     const Text whole = joinedKey(root, path);
     if (!isUsablePath(whole)) {
-        throw Failure("keys are nested deeper than an application can read, in " +
+        throw Failure("keys are nested too deep for applications to read, in " +
                       utf8(joinedKey(root, path.substr(0, path.find(separator)))));
     }
     const RegistryKey key = open(whole, KEY_READ);
@@ -133,7 +133,7 @@ bool sameData(const Value& a, const Value& b)
                                                      dataText(a) == dataText(b)));
 }
 
-/// Adds a key and those above it.
+/// Adds a key and all keys above it.
 void touch(Tree& tree, TextView path)
 {
     while (tree.try_emplace({Text(path)}).second && !path.empty()) {
@@ -150,13 +150,13 @@ void eraseKey(Tree& tree, const Text& key)
     }
 }
 
-/// Opens each key only once, because the changes of a key's values follow each other.
+/// Keeps the last key open, because consecutive changes often belong to the same key.
 class Writer
 {
 public:
     explicit Writer(const Text& root) : m_root(root) {}
 
-    /// Stores a value; removes the value or key if `value` is null.
+    /// Creates a key or stores a value; removes the key or value if `value` is null.
     void write(const Name& name, const Value* value)
     {
         const bool isKeyRemoval = name.isKey() && value == nullptr;
@@ -176,7 +176,7 @@ public:
         } else if (!name.isKey() && m_key) {
             status = RegDeleteValueW(m_key.get(), Argument(*name.value));
         }
-        if (value != nullptr || status != ERROR_FILE_NOT_FOUND) { // removed by another process
+        if (value != nullptr || status != ERROR_FILE_NOT_FOUND) { // another process may have removed it
             require(status, fullName(joinedKey(path, name.value.value_or(Text()))));
         }
     }

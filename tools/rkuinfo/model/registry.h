@@ -1,9 +1,9 @@
-// The current user's registry by the system's calls: they return why something is refused, which the library
-// does not. A key with everything below it is a tree in memory: export writes it, import reads it, diff
-// compares it.
+// The current user's registry, accessed through the system's calls, which report why they fail; the library's
+// functions do not. A key with everything below it is a tree in memory: export writes it, import reads it,
+// diff compares it.
 //
-// Commands that only look read the registry here and do not start the library: start-up would record the
-// names that it chose.
+// Commands that change nothing read the registry here and do not start the library, because start-up would
+// record the names that it chose.
 #pragma once
 
 #include "text/text.h"
@@ -25,15 +25,15 @@ struct Value
     std::string data;
 };
 
-/// A type of value: what set accepts, get prints, search finds and JSON contains.
+/// A type of value, for the commands set, get and search and for JSON.
 struct ValueType
 {
     std::string_view name;
     unsigned long registryType;
-    std::size_t least; ///< bytes of a value that an application reads as this type
+    std::size_t least; ///< minimum and maximum size in bytes that applications read as this type
     std::size_t most;
     bool isJsonNumber;     ///< in JSON a number, otherwise a string
-    std::string_view word; ///< what a word of this type looks like
+    std::string_view word; ///< describes a valid word, for messages
     std::optional<std::string> (*parse)(
         std::string_view word); ///< returns the data; nothing if the word is invalid
     std::string (*print)(const Value& value);
@@ -45,11 +45,10 @@ struct ValueType
 extern const std::vector<ValueType> valueTypes;
 /// Returns null if there is no such type.
 const ValueType* typeNamed(std::string_view name);
-/// Returns the type that an application reads the value as; null if it cannot read it.
+/// Returns the type that an application reads the value as; null if no application can read the value.
 const ValueType* typeOf(const Value& value);
 
-/// Returns a number, the bytes in hexadecimal, or the text; the bytes of a value that applications cannot
-/// read.
+/// Returns the data as get prints it, or in hexadecimal if applications cannot read the value.
 std::string dataText(const Value& value);
 /// Returns the text of a REG_SZ, up to its first null character.
 Text textOf(const Value& value);
@@ -66,7 +65,8 @@ std::string bytesOf(Number number)
 /// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
-/// Reads something. With losses, appends a problem to them; only a wrong command line is thrown.
+/// Calls `read`. If `losses` is not null, a Failure is appended to it instead of thrown, unless the command
+/// line is wrong.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {
@@ -80,23 +80,24 @@ void guard(Losses* losses, const Read& read)
     }
 }
 
-/// Throws for a status other than success, with its meaning and the place of the registry.
+/// Throws a Failure unless the status is success, with the meaning of the status and the location of the
+/// registry.
 void require(LSTATUS status, const std::string& subject);
 
-// The functions for keys of the current user throw the system's reason if the registry refuses something.
+// The functions below act on the current user's keys, and throw a Failure with the system's reason on error.
 
 bool keyExists(const Text& path);
-/// Returns nothing if there is no such key or value.
+/// Returns nothing if the key or value does not exist.
 std::optional<Value> readValue(const Text& path, const Text& name);
 
-/// The longest name that an application can read.
+/// The longest value name that an application can read.
 constexpr std::size_t longestValueName = 1023;
 
 /// Returns whether an application can read the key of a path: at most 1020 characters, with names of 1 to
 /// 255.
 bool isUsablePath(TextView path);
 
-/// A key below the tree's own, whose path is empty, or a value of one.
+/// The name of a key or value in a tree. The tree's own key has an empty path.
 struct Name
 {
     Text key;
@@ -111,11 +112,12 @@ struct LessName
     bool operator()(const Name& a, const Name& b) const;
 };
 
-/// A key has an empty value.
+/// Maps names to values; a key is mapped to an empty Value.
 using Tree = std::map<Name, Value, LessName>;
 
-/// Reads a key and the names of the keys right below it, or everything below it; nothing if it does not
-/// exist. Throws for what cannot be read; with losses, appends to them instead and continues.
+/// Reads a key with the names of its sub-keys or, if `isDeep`, with everything below the key. Returns an
+/// empty tree if the key does not exist. Throws a Failure if something cannot be read; if `losses` is not
+/// null, appends the problem to `losses` instead and continues.
 Tree readTree(const Text& path, bool isDeep = true, Losses* losses = nullptr);
 
 /// A change that a file makes: stores a value, creates a key, or removes one of them.
@@ -126,10 +128,11 @@ struct Edit
     bool isRemoval = false;
 };
 
-/// Makes the changes of a file in a tree in memory.
+/// Applies the changes of a file to a tree in memory.
 void edit(Tree& tree, const std::vector<Edit>& edits);
 
-/// A difference of two trees, which have to outlive it. Null stands for no such key or value.
+/// A difference between two trees, which must outlive the Change. A null pointer means that the key or value
+/// does not exist.
 struct Change
 {
     Name name;
@@ -139,6 +142,7 @@ struct Change
 
 std::vector<Change> compare(const Tree& before, const Tree& after);
 
-/// Makes the changes below a key. If one is refused or the user interrupts it, throws the reason. The changes
-/// made before are then undone: here on a system without transactions, otherwise by the caller's transaction.
+/// Applies changes below a key. Throws a Failure if a change is refused or the user presses Ctrl-C. Earlier
+/// changes are then undone: by this function on a system without transactions, otherwise by the caller's
+/// transaction.
 void carryOut(const Text& root, const std::vector<Change>& changes);

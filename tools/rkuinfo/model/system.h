@@ -16,11 +16,10 @@ void prepareProcess();
 std::optional<std::size_t> terminalColumns();
 bool errorsGoToTerminal();
 
-/// Returns the full path of a folder as the system's calls accept it, with a backslash at its end; empty for
-/// anything else.
+/// Returns the full Windows path of a folder, with a backslash at its end; empty if `name` is not a folder.
 Text fullFolder(const std::string& name);
 
-/// Converts such a path for the streams of C++.
+/// Converts a Windows path to one that C++ streams accept.
 std::string nativePath(const Text& path);
 
 /// Quotes a word so that the system's shells read it back unchanged, without expanding anything in it.
@@ -29,13 +28,14 @@ std::string shellWord(const std::string& word);
 /// Returns the folder for the user's application data, roaming or local, where the system looks for it.
 std::string userFolder(bool isRoaming);
 
-/// Returns ", in FOLDER" for messages about the registry; empty if the system does not keep it in one folder.
+/// Returns ", in FOLDER" for messages about the registry; empty if the registry is not in a single folder.
 std::string registryPlace();
 
-/// Throws a Failure with the reason and a fix if the user cannot write to a key. Changes nothing.
+/// Throws a Failure with the reason and what to do if the user cannot write to a key. Changes nothing.
 void requireWritable(const Text& key);
 
-/// Makes changes to the registry. If they throw or the process terminates, none is stored; on a system
-/// without transactions each is stored at once. Throws if they cannot be stored.
+/// Calls `change` in a transaction: if `change` throws or the process terminates, none of its changes is
+/// stored. Throws a Failure if the changes cannot be stored. On a system without transactions, each change is
+/// stored at once.
 void inTransaction(const std::function<void()>& change);
 bool hasTransactions();

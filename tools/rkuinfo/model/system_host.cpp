@@ -22,7 +22,7 @@ std::optional<std::size_t> terminalColumns()
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) {
         return std::nullopt;
     }
-    constexpr std::size_t usual = 80; // of a terminal that does not report it
+    constexpr std::size_t usual = 80; // assumed if the terminal does not report its width
     return size.ws_col > 0 ? size.ws_col : usual;
 }
 
@@ -46,7 +46,7 @@ Text fullFolder(const std::string& name)
 
 std::string nativePath(const Text& path)
 {
-    std::string name = utf8(path).substr(2); // without its drive
+    std::string name = utf8(path).substr(2); // without the drive
     std::ranges::replace(name, '\\', '/');
     return name;
 }
@@ -83,7 +83,7 @@ void requireWritable(const Text& /*key*/)
     const std::string registry = userFolder(false) + "/winhost";
     std::string folder = registry;
     while (folder.size() > 1 && access(folder.c_str(), F_OK) != 0) {
-        folder.erase(std::max<std::size_t>(folder.rfind('/'), 1)); // it would be created there
+        folder.erase(std::max<std::size_t>(folder.rfind('/'), 1)); // the registry would be created there
     }
     const std::string store = registry + "/registry.db";
     for (const std::string& file : {store, store + "-wal", store + "-shm", folder}) {
@@ -96,15 +96,15 @@ void requireWritable(const Text& /*key*/)
                           "mount the file system for writing");
         }
         const bool isRegistry = folder == registry;
-        if (found.st_uid != geteuid()) { // nothing is written for another user, not even by root
-            throw Failure(file + " belongs to another user, number " + std::to_string(found.st_uid),
+        if (found.st_uid != geteuid()) { // winhost never writes another user's files, not even as root
+            throw Failure(file + " belongs to the user with ID " + std::to_string(found.st_uid),
                           std::string("run rkuinfo as that user, or ") +
-                              (isRegistry ? "give it to this one: sudo chown -R "
-                                          : "create a folder for this one: sudo install -d -o ") +
+                              (isRegistry ? "change the owner: sudo chown -R "
+                                          : "create a folder for this user: sudo install -d -o ") +
                               std::to_string(geteuid()) + ' ' + shellWord(registry));
         }
         if (access(file.c_str(), W_OK) != 0) {
-            throw Failure(file + " cannot be written", std::string("allow it: chmod ") +
+            throw Failure(file + " cannot be written", std::string("allow writing: chmod ") +
                                                            (isRegistry ? "-R " : "") + "u+rwX " +
                                                            shellWord(folder));
         }

@@ -46,7 +46,7 @@ std::optional<std::size_t> terminalColumns()
 
 bool errorsGoToTerminal()
 {
-    return _isatty(_fileno(stderr)) != 0; // true for NUL too, where nothing shows
+    return _isatty(_fileno(stderr)) != 0; // also true for NUL, whose output nobody sees
 }
 
 Text fullFolder(const std::string& name)
@@ -64,8 +64,9 @@ std::string nativePath(const Text& path)
     return utf8(path);
 }
 
-/// For PowerShell and cmd: in double quotes both read everything but $, ` and quotation marks, of which
-/// PowerShell knows four; cmd reads the ` before a $ as a part of the name, which then is not found.
+/// Quotes for PowerShell and cmd. Inside double quotes, both keep all characters but $, ` and quotation
+/// marks, of which PowerShell has four. In cmd, a word that contains $ or ` is misread, because cmd keeps
+/// the ` that escapes the character.
 std::string shellWord(const std::string& word)
 {
     constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.:/\\";
@@ -108,7 +109,7 @@ void requireWritable(const Text& key)
 
 void inTransaction(const std::function<void()>& change)
 {
-    change(); // the system's own transactions of the registry are deprecated, and missing in Wine
+    change(); // Windows deprecates registry transactions, and Wine lacks them
 }
 
 bool hasTransactions()

@@ -15,7 +15,7 @@ std::optional<Number> parseNumber(std::string_view word, Base... base)
     return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 
-/// Accepts decimal digits, or the bits in hexadecimal after 0x.
+/// Accepts a decimal number, or the bits of an integer in hexadecimal after 0x.
 template <typename Number>
 std::optional<std::string> parse(std::string_view word)
 {
@@ -40,12 +40,12 @@ std::string numberText(const Value& value)
 
 std::optional<std::string> parseBinary(std::string_view word)
 {
-    return word.empty() ? std::nullopt : bytesFromHex(word); // applications cannot store an empty one
+    return word.empty() ? std::nullopt : bytesFromHex(word); // applications cannot store empty data
 }
 
 } // namespace
 
-// The first type that fits a stored value is the one that an application reads it as.
+// An application reads a stored value as the first type that fits.
 const std::vector<ValueType> valueTypes = {
     {"int", REG_DWORD, 0, 4, true, "a whole number of 32 bits, such as -7 or 0x204060", parse<std::int32_t>,
      numberText<std::int32_t>},

@@ -12,7 +12,7 @@ namespace {
 
 const wchar_t* wide(TextView text)
 {
-    return reinterpret_cast<const wchar_t*>(text.data()); // of the same size on every target
+    return reinterpret_cast<const wchar_t*>(text.data()); // wchar_t has 16 bits on every target
 }
 
 template <std::size_t Count>
@@ -145,8 +145,8 @@ void finishProgress()
 
 namespace {
 
-constexpr std::size_t gap = 2;        // before each column
-constexpr std::size_t narrowest = 20; // a narrower column is not folded
+constexpr std::size_t gap = 2;        // spaces before each column
+constexpr std::size_t narrowest = 20; // a last column narrower than this is not folded
 
 std::size_t width(char32_t point)
 {
@@ -154,7 +154,7 @@ std::size_t width(char32_t point)
     return isIn(wideBlocks, point) ? 2 : isCombining ? 0 : 1;
 }
 
-/// Returns the columns that a UTF-8 text takes on a terminal.
+/// Returns the number of terminal columns that UTF-8 text occupies.
 std::size_t displayWidth(std::string_view bytes)
 {
     std::size_t columns = 0;
@@ -171,7 +171,8 @@ std::string styled(const Layout& layout, std::string_view text, Style style)
                : std::string(text);
 }
 
-/// Removes from a text the longest first line that fits: up to the last separator, otherwise as much as fits.
+/// Removes the longest first line that fits from the text, and returns the line. A line ends after the last
+/// separator that fits, or at the edge if no separator fits.
 std::string_view takeLine(std::string_view& text, std::size_t room)
 {
     std::size_t end = 0;

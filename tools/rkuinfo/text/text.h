@@ -18,7 +18,7 @@ using rkuinfo::utf8;
 
 constexpr Text::value_type separator = '\\';
 
-/// Returns the path of a key below another one. Either may be empty.
+/// Joins a key path and a name below it. Either argument may be empty.
 Text joinedKey(TextView key, TextView name);
 /// Returns a path up to its last separator; empty for a single name.
 TextView parentKey(TextView path);
@@ -31,12 +31,12 @@ bool isValid(TextView text);
 /// Returns the lowest digits of a number in hexadecimal.
 std::string hexDigits(std::uint32_t number, int count);
 
-/// Replaces by \uXXXX what a terminal would obey instead of drawing: control characters, bidirectional marks
-/// and lone surrogates, but not the character kept. JSON stays the same JSON.
+/// Replaces characters that a terminal may interpret, such as control characters, bidirectional marks and
+/// lone surrogates, by \uXXXX, except `kept`. JSON text keeps its meaning.
 std::string shown(std::string_view text, char32_t kept = 0);
 std::string shown(TextView text);
 
-/// Returns a number below, equal to or above 0, in the order of names in the registry.
+/// Compares two names in the order of the registry. Returns a negative number, 0 or a positive number.
 int compareIgnoringCase(TextView a, TextView b);
 inline bool equalIgnoringCase(TextView a, TextView b)
 {
@@ -47,7 +47,7 @@ bool containsIgnoringCase(TextView text, TextView part);
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
-/// Ends a command with one sentence for the user: the problem, and the remedy after a semicolon.
+/// Ends a command with one sentence for the user: the problem and, after a semicolon, what to do.
 class Failure : public std::runtime_error
 {
 public:
@@ -75,19 +75,19 @@ void finishProgress();
 
 struct Layout
 {
-    std::optional<std::size_t> columns; ///< without a value, cells are separated by tabs
+    std::optional<std::size_t> columns; ///< if not set, cells are separated by tabs
     bool coloured = false;
 };
 
-/// The number of the terminal's sequence ESC [ number m.
+/// Text styles, by their numbers in the terminal's sequence ESC [ number m.
 enum class Style
 {
     plain = 0,
     heading = 1,
-    bad = 31, ///< what is wrong, or removed
+    bad = 31, ///< for errors and removed rows
     good = 32,
     name = 36,
-    quiet = 90, ///< also for what is merely absent
+    quiet = 90, ///< for notes and missing items
 };
 
 struct Cell
@@ -96,9 +96,9 @@ struct Cell
     Style style = Style::plain;
 };
 
-/// A row of a single cell is a heading, which only people see.
+/// A row with a single cell is a heading, which output for programs omits.
 using Table = std::vector<std::vector<Cell>>;
 
-/// Prints rows for people, aligned and coloured, with the last column folded at the right edge; for programs,
-/// with a tab between the cells.
+/// Prints rows. For people, aligns and colours the cells and folds the last column at the right edge; for
+/// programs, separates the cells by tabs.
 void printTable(const Table& table, const Layout& layout);

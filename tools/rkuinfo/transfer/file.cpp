@@ -19,7 +19,7 @@ fs::path filePath(const std::string& name)
     return std::u8string(name.begin(), name.end());
 }
 
-/// Uses fread, because std::cin reports an error as the end.
+/// Uses fread, because std::cin reports an error as the end of the input.
 std::string allOfInput()
 {
     std::string bytes;
@@ -81,7 +81,7 @@ std::string readFile(const std::string& file)
     }
     std::ifstream in(filePath(file), std::ios::binary);
     std::ostringstream bytes;
-    bytes << in.rdbuf(); // stops early, without a sign, when a read fails or memory ends
+    bytes << in.rdbuf(); // stops without an error if a read fails or memory runs out
     if (!in.is_open() || in.peek() != std::ifstream::traits_type::eof() || in.bad()) {
         throw Failure(file + " cannot be read");
     }

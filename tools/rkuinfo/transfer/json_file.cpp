@@ -35,7 +35,7 @@ Value valueFrom(const Json& json)
     const ValueType* const known = type.is_string() ? typeNamed(type.get<std::string>()) : nullptr;
     require(known != nullptr || type.is_number(), "not a type");
     Value value = {textFrom(json.at("name")), REG_SZ, {}};
-    require(value.name.size() <= longestValueName, "the name of a value has at most 1023 characters");
+    require(value.name.size() <= longestValueName, "a value name may have at most 1023 characters");
     value.type = known != nullptr ? known->registryType : type.get<std::uint32_t>();
     std::optional<std::string> bytes;
     if (known != nullptr && value.type == REG_SZ) {
@@ -49,14 +49,14 @@ Value valueFrom(const Json& json)
     return value;
 }
 
-/// Reads a key and those below it. Sets `place` for messages.
+/// Reads a key and everything below it. Sets `place` to the current position, for messages.
 void readKey(const Json& json, const Text& root, const Text& path, std::vector<Edit>& edits,
              std::string& place)
 {
     const std::string key = path.empty() ? "the key itself" : "key " + utf8(path);
     place = key;
-    require(isUsablePath(joinedKey(root, path)), "a path has at most 1020 characters, the name of a key 255");
-    require(json.at("values").is_array() && json.at("keys").is_array(), "values and keys have to be arrays");
+    require(isUsablePath(joinedKey(root, path)), "a path may have at most 1020 characters, a key name 255");
+    require(json.at("values").is_array() && json.at("keys").is_array(), "values and keys must be arrays");
     edits.push_back({{path}});
     std::size_t number = 0;
     for (const Json& each : json.at("values")) {
@@ -72,7 +72,7 @@ void readKey(const Json& json, const Text& root, const Text& path, std::vector<E
     }
 }
 
-/// Appends the members of the key at `at`, and moves that past everything below it.
+/// Appends the members of the key at `at`, and advances `at` past everything below that key.
 void appendKey(Json& json, Tree::const_iterator& at, const Tree::const_iterator& end)
 {
     const Text path = at->first.key;
@@ -134,10 +134,10 @@ std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes
     try {
         const Json json = Json::parse(bytes);
         require(json.value("format", newestFormat) <= newestFormat,
-                "the file is of a newer version of rkuinfo");
+                "the file was written by a newer version of rkuinfo");
         readKey(json, root, {}, edits, place);
     } catch (const Json::exception& error) {
-        const std::string what = error.what(); // "[the parser's name for it] ..."
+        const std::string what = error.what(); // begins with the parser's name for the error in brackets
         throw Failure(file + ": " + place + ": " + what.substr(what.find(']') + 2));
     } catch (const Failure& failure) {
         throw Failure(file + ": " + place + ": " + failure.what());

@@ -24,7 +24,7 @@ std::string textOfFile(const std::string& bytes)
     return utf8(text);
 }
 
-/// Reads the file in one pass, and removes from the front of a line what has been read.
+/// Reads the file in one pass. Each function removes what it has read from the front of the line.
 class Reader
 {
 public:
@@ -54,7 +54,7 @@ private:
         }
     }
 
-    /// Reads a line with those that continue it after a backslash at its end.
+    /// Reads a line, and joins it with the next line while it ends with a backslash.
     bool nextLine()
     {
         m_joined.clear();
@@ -99,7 +99,7 @@ private:
             i += m_line[i] == '\\' && i + 1 < m_line.size() ? 1U : 0U;
             out += m_line[i];
         }
-        require(m_line.starts_with('"') && i < m_line.size(), "no quotation mark before or after a text");
+        require(m_line.starts_with('"') && i < m_line.size(), "no quotation mark before or after a string");
         require(out.find('\0') == std::string::npos, "a string contains a null character");
         m_line.remove_prefix(i + 1);
         return utf16(out);
@@ -112,7 +112,7 @@ private:
                 "not the name of a key in brackets");
         m_key = keyBelowRoot(utf16(m_line.substr(0, m_line.size() - 1)));
         m_hasKey = !isRemoval;
-        require(!isRemoval || !m_key.empty(), "it removes the key that is imported into: use rm");
+        require(!isRemoval || !m_key.empty(), "a file cannot remove the key it is imported into: use rm");
         m_edits.push_back({{m_key, std::nullopt}, {}, isRemoval});
     }
 
@@ -126,14 +126,14 @@ private:
         const bool isRoot = equalIgnoringCase(path, m_root);
         require(isRoot || equalIgnoringCase(path.substr(0, m_root.size() + 1), m_root + separator),
                 utf8(name) + " is not below " + utf8(m_root) +
-                    ": name its company, product and language by options, and its subtree");
-        require(isUsablePath(path), "a path has at most 1020 characters, the name of a key 1 to 255");
+                    ": name the subtree, company, product and language of this key");
+        require(isUsablePath(path), "a path may have at most 1020 characters, a key name 1 to 255");
         return path.substr(m_root.size() + (isRoot ? 0 : 1));
     }
 
     void readValue()
     {
-        require(m_hasKey, "a value that belongs to no key");
+        require(m_hasKey, "the value does not belong to a key");
         Value value;
         value.name = take("@") ? Text() : takeQuoted();
         require(take("=") && value.name.size() <= longestValueName, "not the name of a value followed by =");
@@ -147,7 +147,7 @@ private:
         } else {
             value.type = take("hex:") ? REG_BINARY : REG_NONE;
             if (value.type == REG_NONE) {
-                require(take("hex("), "not a \"text\", dword:, hex: or hex(type):");
+                require(take("hex("), "not a \"string\", dword:, hex: or hex(type):");
                 value.type = takeNumber("registry type");
                 require(take("):"), "not a registry type followed by ):");
             }
@@ -173,7 +173,7 @@ private:
     std::string_view m_rest = m_text;
     std::string m_joined;
     std::string_view m_line;
-    std::size_t m_number = 0; ///< of the line
+    std::size_t m_number = 0; ///< the line number
     Text m_key;
     bool m_hasKey = false; ///< values may follow
     std::vector<Edit> m_edits;

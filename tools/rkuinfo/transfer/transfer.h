@@ -1,4 +1,4 @@
-// Files that contain subtrees: their bytes, JSON and the Windows registry editor's format.
+// Files that contain subtrees: access to files, JSON and the format of the Windows registry editor.
 #pragma once
 
 #include "model/registry.h"
@@ -10,17 +10,17 @@
 #include <string_view>
 #include <vector>
 
-/// Returns whether the name of a file stands for a standard stream: "-", or nothing.
+/// Returns whether a file name stands for a standard stream: "-" or an empty name.
 bool isStream(const std::string& file);
 std::string readFile(const std::string& file);
-/// Reads a regular file of at most 1 MiB; returns nothing for anything else, and does not wait for a pipe.
+/// Reads a regular file of at most 1 MiB. Returns nothing for any other file, and never blocks on a pipe.
 std::optional<std::string> readSmallFile(const std::string& file);
 /// Writes a new file with the same permissions and renames it, so that the file is either completely replaced
 /// or unchanged. Writes directly to anything but a regular file, such as a device.
 void writeFile(const std::string& file, std::string_view bytes);
 
-// JSON contains everything; the man page describes it. A string that is not valid UTF-16 is {"utf16": "bytes
-// in hexadecimal"}, because JSON cannot contain a lone surrogate.
+// The JSON format represents every value; the man page describes it. A string that is not valid UTF-16 is
+// {"utf16": "bytes in hexadecimal"}, because JSON cannot contain a lone surrogate.
 using Json = nlohmann::ordered_json;
 
 Json toJson(TextView text);
@@ -30,13 +30,14 @@ Json toJson(const Value& value);
 Json toNamedJson(const Value& value);
 /// Appends {"values": [...], "keys": [{"name", "values", "keys"}...]} to the members of a header.
 Json toJson(const Tree& tree, Json header = Json::object());
-/// Returns the text of a document, without a character that a terminal would obey.
+/// Returns the text of a document, in which characters that a terminal may interpret are escaped.
 std::string documentText(const Json& json);
-/// Reads the changes that a file makes to the key `root`. Throws with the key in the file and the reason,
-/// also for names that no application could use.
+/// Returns the changes that a file makes to the key `root`. Throws a Failure that names the key in the file
+/// and the reason, also for names that no application can use.
 std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes, const Text& root);
 
-// Files of the Windows registry editor are only read: the editor writes them.
+// Files of the Windows registry editor can be read but not written.
 bool isRegFile(const std::string& bytes);
-/// Does the same. Every key in the file must be `root` or below it. Throws with the line and the reason.
+/// Returns the changes that a registry editor file makes to the key `root`. Every key in the file must be
+/// `root` or below it. Throws a Failure that names the line and the reason.
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root);
