@@ -52,6 +52,8 @@ TEST_F(Operations, AcceptOnlyKnownSubtreesAndPathsUpToTheirLimit)
         EXPECT_FALSE(accepts(TarvoConfig::eCurrentProfile, "Item")); // no profile is recorded
         EXPECT_FALSE(accepts(static_cast<TarvoConfig::Path>(9), "Item"));
     }
+    const Wide tooLong(std::string(257, 'k') + "\\n"); // no key has such a name
+    EXPECT_EQ(m_config.setValue(eSettings, tooLong, {}), TarvoConfig::eNotFound);
 }
 
 TEST_F(Operations, RemoveKeyByKeyBeforeWindows8)
