@@ -175,22 +175,22 @@ bool isFolder(const std::string& hostFile)
 
 std::optional<std::string> readStart(const std::string& hostFile, std::size_t size)
 {
-    std::optional<std::string> bytes;
     const int file =
         ::open(hostFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); // a fifo would wait for a writer
+    const DWORD reason = errorOf(file < 0 ? errno : 0, ERROR_ACCESS_DENIED);
+    std::string start;
+    ssize_t length = -1;
     struct stat status = {};
-    if (file < 0) {
-        SetLastError(errorOf(errno, ERROR_ACCESS_DENIED));
-    } else if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
-        std::string start(std::min(size, static_cast<std::size_t>(status.st_size)), '\0');
-        const ssize_t length = ::read(file, start.data(), start.size());
-        start.resize(static_cast<std::size_t>(std::max(length, ssize_t{0})));
-        bytes = std::move(start);
-    } else {
-        SetLastError(ERROR_ACCESS_DENIED);
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+        start.resize(std::min(size, static_cast<std::size_t>(status.st_size)));
+        length = ::read(file, start.data(), start.size());
     }
     ::close(file);
-    return bytes;
+    if (length < 0) {
+        return fail(reason);
+    }
+    start.resize(static_cast<std::size_t>(length));
+    return start;
 }
 
 std::optional<std::string> readFile(const std::string& hostFile, std::size_t most)

@@ -333,7 +333,7 @@ HMODULE LoadLibraryExW(LPCWSTR name, HANDLE /*file*/, DWORD flags)
     if (!file) {
         return fail((flags & LOAD_LIBRARY_AS_DATAFILE) != 0 ? ERROR_FILE_NOT_FOUND : ERROR_MOD_NOT_FOUND);
     }
-    const bool mayRun = isFullPath(fullName) || file->starts_with(programFolder());
+    const bool mayRun = isFullPath(fullName) || file == findOnHost(windowsPath(programFolder()) + fullName);
     return loadFile(absolute(*file), (flags & dataFlags) != 0, mayRun);
 }
 

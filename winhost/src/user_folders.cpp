@@ -44,8 +44,8 @@ bool makeFolders(const std::string& folder)
 {
     constexpr mode_t folderMode = 0700;
     struct stat found = {};
-    if (stat(folder.c_str(), &found) == 0 || errno != ENOENT) {
-        errno = S_ISDIR(found.st_mode) ? 0 : errno != 0 ? errno : ENOTDIR;
+    errno = stat(folder.c_str(), &found) != 0 ? errno : S_ISDIR(found.st_mode) ? 0 : ENOTDIR;
+    if (errno != ENOENT) {
         return errno == 0;
     }
     const std::string above = folder.substr(0, std::max(folder.find_last_of('/'), std::size_t{1}));
