@@ -36,8 +36,7 @@ public:
             add(note, "earlier-registry", earlier, "a registry of an earlier version, which is not read",
                 "export it with the rkuinfo of that version, import the file, and remove it");
         }
-        const Text folder = m_session.has("--program") ? fullFolder(m_session["--program"])
-                                                       : rkuinfo::text(GetVelaProgramPath);
+        const Text folder = m_session.programFolder();
         if (checkIniFile(folder, uinfo::tarvoIni) && checkIniFile(folder, uinfo::productIni)) {
             guard(&m_losses, [this] {
                 const Installation installation(m_session);

@@ -50,17 +50,6 @@ void readResources(LanguageState& state)
     }
 }
 
-Text checkedFolder(const Session& session)
-{
-    const std::string named = session["--program"];
-    Text folder = named.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(named);
-    if (folder.empty()) {
-        throw Failure("'" + named + "' is not a folder", {}, exitUsage);
-    }
-    keyExists(rkuinfo::text(L"Software")); // throws if the registry cannot be read
-    return folder;
-}
-
 std::string sourceName(const uinfo::Finding& finding)
 {
     const std::string value = uinfo::isEmpty(finding.name) ? "default value" : utf8(finding.name);
@@ -96,6 +85,16 @@ std::string Session::commandLine(const std::string& words) const
     return line + words;
 }
 
+Text Session::programFolder() const
+{
+    const std::string named = (*this)["--program"];
+    Text folder = named.empty() ? rkuinfo::text(GetVelaProgramPath) : fullFolder(named);
+    if (folder.empty()) {
+        throw Failure("'" + named + "' is not a folder", {}, exitUsage);
+    }
+    return folder;
+}
+
 Layout Session::layout() const
 {
     const std::optional<std::size_t> terminal = terminalColumns();
@@ -121,7 +120,7 @@ std::string LanguageState::whyNot() const
 }
 
 Installation::Installation(const Session& session)
-    : m_folder(checkedFolder(session)),
+    : m_folder(session.programFolder()),
       m_companyName(utf16(session["--company"])),
       m_productName(utf16(session["--product"])),
       m_languageName(utf16(session["--language"])),
@@ -135,6 +134,7 @@ Installation::Installation(const Session& session)
                                    needsEntries)),
       preferred(uinfo::preferredLanguage(m_folder, needsEntries))
 {
+    keyExists(rkuinfo::text(L"Software")); // throws if the registry cannot be read
     if (!company.isMade() || !product.isMade()) {
         throw Failure("--company and --product have at most 254 characters", {}, exitUsage);
     }

@@ -26,6 +26,8 @@ struct Session
     /// Returns a command line of this program for the same installation: "rkuinfo --company Acme doctor".
     /// `words` must already be quoted for a shell.
     std::string commandLine(const std::string& words) const;
+    /// Returns the folder of the program to look at, with a backslash at its end; throws if there is none.
+    Text programFolder() const;
     Layout layout() const;
 };
 
