@@ -76,11 +76,9 @@ HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* found)
     }
     std::error_code failure;
     const std::string first = firstMatch(*folder, TextView(name).substr(1), failure);
-    if (first.empty() && !winhost::isFolder(*folder)) {
-        return noMatch(ERROR_INVALID_NAME);
-    }
     if (first.empty()) {
-        return noMatch(winhost::errorOf(failure.value(), ERROR_FILE_NOT_FOUND));
+        return noMatch(winhost::isFolder(*folder) ? winhost::errorOf(failure.value(), ERROR_FILE_NOT_FOUND)
+                                                  : ERROR_INVALID_NAME);
     }
     if (found != nullptr) {
         winhost::copyText(winhost::fromUtf8(first), found->cFileName, MAX_PATH);

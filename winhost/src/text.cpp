@@ -20,10 +20,7 @@ wchar_t upcase(wchar_t unit)
     const CaseRange* const next =
         std::upper_bound(std::begin(caseRanges), std::end(caseRanges), number,
                          [](std::uint16_t value, const CaseRange& range) { return value < range.first; });
-    if (next == std::begin(caseRanges)) {
-        return unit;
-    }
-    const CaseRange& range = *std::prev(next);
+    const CaseRange& range = *std::prev(next); // the first one is below 0x80
     const bool inRange = number <= range.last && (number - range.first) % range.stride == 0;
     return inRange ? static_cast<wchar_t>(number + range.delta) : unit;
 }

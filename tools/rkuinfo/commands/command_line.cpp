@@ -135,10 +135,8 @@ public:
         }
     }
 
-    void parseWords(const Names& words)
-    {
-        parse(Names(words.rbegin(), words.rend()));
-    } // CLI11 expects the last word first
+    /// Reverses the words, because CLI11 expects the last one first.
+    void parseWords(const Names& words) { parse(Names(words.rbegin(), words.rend())); }
 
     /// Returns the options of the program, and the options and words of the parsed command.
     std::vector<const CLI::Option*> options() const
