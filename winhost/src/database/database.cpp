@@ -6,8 +6,6 @@
 
 #include <winhost/changes.h>
 
-#include <sqlite3.h>
-
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/file.h>
@@ -17,7 +15,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
@@ -27,6 +24,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -42,8 +40,8 @@ enum Kind
 };
 
 /// Changes when the path leads to another file or folder, when a file is added to the folder or removed, and
-/// when the folder's owner changes.
-using Listing = std::array<std::int64_t, 6>;
+/// when the folder's owner changes. Without values, if the files are not at the path.
+using Listing = std::tuple<dev_t, ino_t, time_t, long, dev_t, ino_t>;
 
 struct Connection
 {
@@ -57,7 +55,6 @@ struct Connection
     LSTATUS whyReadOnly = ERROR_SUCCESS; // the reason for eReadOnly
     std::int32_t generation = 0;         // of the file itself, not of the log
     bool isShared = false;
-    bool isMoved = false; // set when a transaction finds that the file was moved
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
@@ -160,8 +157,8 @@ constexpr std::size_t writtenAt = 24; // offset in 4-byte units: the number of f
 constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
-void* mapped = nullptr; // never unmapped, because readers do not lock
-std::atomic<const std::uint64_t*> page = noIndex;
+void* mapped = nullptr;                           // never unmapped, because readers do not lock
+std::atomic<const std::uint64_t*> page = noIndex; // with that, the version is unknown
 
 // The number of files opened so far, which is part of the version because two files without a log have the
 // same header.
@@ -172,12 +169,6 @@ template <typename Number>
 Number numberAt(std::size_t index)
 {
     return __atomic_load_n(reinterpret_cast<const Number*>(page.load()) + index, __ATOMIC_ACQUIRE);
-}
-
-/// Makes contentVersion return 0.
-void hideVersion()
-{
-    page = noIndex;
 }
 
 /// Makes contentVersion read the index of the open log, if SQLite could allocate one.
@@ -258,11 +249,6 @@ void beginLog()
 
 // ---- Files
 
-std::string folderOf(const std::string& file)
-{
-    return file.substr(0, file.rfind('/'));
-}
-
 /// Returns the path with links resolved, so that SQLite creates the log and its index next to the file
 /// itself.
 std::string resolved(const std::string& file)
@@ -284,23 +270,20 @@ Listing listing()
 {
     const struct stat folder = statusOfFile(own.folder);
     const struct stat file = own.file != own.path ? statusOfFile(own.path) : folder;
-    return {static_cast<std::int64_t>(folder.st_dev),
-            static_cast<std::int64_t>(folder.st_ino),
-            folder.st_ctim.tv_sec,
-            folder.st_ctim.tv_nsec,
-            static_cast<std::int64_t>(file.st_dev),
-            static_cast<std::int64_t>(file.st_ino)};
+    return {folder.st_dev,          folder.st_ino, folder.st_ctim.tv_sec,
+            folder.st_ctim.tv_nsec, file.st_dev,   file.st_ino};
 }
 
 /// Returns true if the path no longer leads to the open files.
 bool isMoved()
 {
     const Listing now = listing();
-    if (now != own.listing && isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
-        isAtPlace(own.file, eIndex) && resolved(own.path) == own.file) {
-        own.listing = now; // an unrelated file was added or removed
+    if (now != own.listing) { // unless a file of another program was added or removed
+        const bool isAt = isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
+                          isAtPlace(own.file, eIndex) && resolved(own.path) == own.file;
+        own.listing = isAt ? now : Listing();
     }
-    return now != own.listing;
+    return own.listing == Listing();
 }
 
 /// Switches off copy-on-write (btrfs), which would need new space for each change of a mapped page: on a full
@@ -317,7 +300,7 @@ void writeInPlace(const std::string& folder)
 
 LSTATUS createFile()
 {
-    const std::string folder = folderOf(own.path);
+    const std::string folder = own.path.substr(0, own.path.rfind('/'));
     check(makeFolders(folder) ? ERROR_SUCCESS : statusOfErrno(ERROR_CANTOPEN));
     if (statusOfFile(own.path).st_ino != 0) {
         return ERROR_SUCCESS;
@@ -339,13 +322,12 @@ LSTATUS createFile()
 /// Closes the database. If writesBack is true, SQLite writes the log back unless another process has it open.
 void disconnect(bool writesBack = false)
 {
-    hideVersion();
+    page = noIndex;
     own.statements.clear();
     if (own.database != nullptr) {
         sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writesBack ? 0 : 1, nullptr);
     }
     closeDatabase(std::exchange(own.database, nullptr));
-    own.isMoved = false;
 }
 
 /// Returns ERROR_FILE_NOT_FOUND for an empty file and ERROR_BADDB if the tables are not this store's.
@@ -425,15 +407,14 @@ LSTATUS connect(Kind kind, bool createsTables)
             own.listing = {};
             require(!isMoved(), ERROR_LOCK_FAILED);
         }
+        sqlite3_busy_timeout(own.database, longestWait.count());
         return ERROR_SUCCESS;
     });
     expectFiles(nullptr);
     if (status != ERROR_SUCCESS) {
         disconnect();
-        return status;
     }
-    sqlite3_busy_timeout(own.database, longestWait.count());
-    return ERROR_SUCCESS;
+    return status;
 }
 
 /// Opens the store, for writing if possible. Creates it only if forWriting is true.
@@ -445,14 +426,13 @@ LSTATUS open(bool forWriting)
     check(forWriting ? createFile() : ERROR_SUCCESS);
     own.whyReadOnly = ERROR_SUCCESS;
     own.file = resolved(own.path);
-    own.folder = folderOf(own.file);
+    own.folder = own.file.substr(0, own.file.rfind('/'));
     const struct stat file = statusOfFile(own.file);
     if (file.st_size == 0 && !forWriting && (errno == 0 || errno == ENOENT)) {
         return connect(eNew, true);
     }
     require(file.st_ino != 0, statusOfErrno(ERROR_CANTOPEN));
-    const bool isOthers = file.st_uid != geteuid() || statusOfFile(own.folder).st_uid != geteuid();
-    require(!isOthers, ERROR_ACCESS_DENIED);
+    require(file.st_uid == geteuid() && statusOfFile(own.folder).st_uid == geteuid(), ERROR_ACCESS_DENIED);
     LSTATUS status = connect(eWritable, forWriting);
     if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
         own.whyReadOnly = std::exchange(status, connect(eReadOnly, false));
@@ -480,7 +460,7 @@ LSTATUS saveLog()
 bool isStale(bool forWriting)
 {
     return own.kind == eNew ? forWriting || statusOfFile(own.path).st_size != 0
-           : forWriting     ? own.isMoved || own.whyReadOnly != ERROR_SUCCESS // see begin()
+           : forWriting     ? own.listing == Listing() || own.whyReadOnly != ERROR_SUCCESS // see begin()
                             : isMoved();
 }
 
@@ -524,8 +504,7 @@ void begin()
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
         // Checked within the transaction, because until it begins another process may replace the log.
-        own.isMoved = isMoved();
-        require(!own.isMoved, ERROR_LOCK_FAILED);
+        require(!isMoved(), ERROR_LOCK_FAILED);
         if (!own.isShared) {
             beginLog();
         }
@@ -585,7 +564,7 @@ void Transaction::share()
     require(!own.isShared, ERROR_INVALID_PARAMETER);
     own.isShared = true;
     m_isOver = true;
-    hideVersion();
+    page = noIndex;
 }
 
 Lock hold()
@@ -600,7 +579,7 @@ Lock hold()
 void forsake()
 {
     own.isShared = false;
-    hideVersion();
+    page = noIndex;
     loseFiles();
 }
 
@@ -621,28 +600,12 @@ __attribute__((destructor)) void leave()
     });
 }
 
-Query::~Query()
-{
-    sqlite3_reset(m_statement);
-}
-
 bool Query::next()
 {
     errno = 0;
     const int result = sqlite3_step(m_statement);
     check(statusOf(result));
     return result == SQLITE_ROW;
-}
-
-void Query::run()
-{
-    while (next()) {
-    }
-}
-
-std::int64_t Query::number(int column) const
-{
-    return sqlite3_column_int64(m_statement, column);
 }
 
 std::string_view Query::bytes(int column) const
@@ -693,7 +656,7 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
         return ERROR_INVALID_PARAMETER;
     }
     const LSTATUS status = outcome([&] {
-        own.isMoved = own.database != nullptr && isMoved();
+        isMoved(); // if so, prepare() opens the store at the path
         prepare(true);
         return run(keep != FALSE ? "COMMIT" : "ROLLBACK");
     });

@@ -3,14 +3,13 @@
 // module does not know the tables.
 #pragma once
 
+#include <sqlite3.h>
 #include <windows.h>
 
 #include <cstdint>
 #include <mutex>
 #include <new>
 #include <string_view>
-
-struct sqlite3_stmt;
 
 namespace winhost::database {
 
@@ -69,8 +68,6 @@ public:
     /// creates the file. A transaction for writing waits for other writers, for about 5 s at most.
     explicit Transaction(bool isWriting);
     ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
 
     /// Returns the version of the committed content; 0 if that is unknown or another process has written
     /// since.
@@ -102,16 +99,16 @@ public:
     {
         (bind(arguments), ...);
     }
-    ~Query();
+    ~Query() { sqlite3_reset(m_statement); }
     Query(const Query&) = delete;
     Query& operator=(const Query&) = delete;
 
     /// Moves to the next row. Returns false after the last one.
     bool next();
     /// Runs a statement that returns no rows.
-    void run();
+    void run() { require(!next()); }
 
-    std::int64_t number(int column) const;
+    std::int64_t number(int column) const { return sqlite3_column_int64(m_statement, column); }
     std::string_view bytes(int column) const; ///< valid until the next row
 
 private:
