@@ -58,7 +58,7 @@ HANDLE noMatch(DWORD error)
 
 HANDLE FindFirstFileW(LPCWSTR pattern, WIN32_FIND_DATAW* found)
 {
-    std::optional<FullPath> path = winhost::parsePath(pattern == nullptr ? TextView() : TextView(pattern));
+    std::optional<FullPath> path = winhost::parsePath(winhost::viewOf(pattern));
     if (!path) {
         return INVALID_HANDLE_VALUE;
     }
@@ -99,8 +99,7 @@ BOOL FindClose(HANDLE search)
 int _waccess(const wchar_t* path, int mode)
 {
     constexpr unsigned writeAccess = 2;
-    const std::optional<std::string> file =
-        winhost::findOnHost(path == nullptr ? TextView() : TextView(path));
+    const std::optional<std::string> file = winhost::findOnHost(winhost::viewOf(path));
     struct stat status = {};
     if (!file || stat(file->c_str(), &status) != 0) {
         errno = ENOENT;

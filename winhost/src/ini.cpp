@@ -146,10 +146,8 @@ DWORD GetPrivateProfileStringW(LPCWSTR section, LPCWSTR key, LPCWSTR defaultText
     if (out == nullptr || size == 0) {
         return 0;
     }
-    const TextView fallback =
-        withoutTrailingBlanks(defaultText == nullptr ? TextView() : TextView(defaultText));
-    const std::optional<std::string> file =
-        winhost::findOnHost(fileName == nullptr ? TextView() : TextView(fileName));
+    const TextView fallback = withoutTrailingBlanks(winhost::viewOf(defaultText));
+    const std::optional<std::string> file = winhost::findOnHost(winhost::viewOf(fileName));
     const std::optional<std::string> bytes = file ? winhost::readFile(*file, largestFile) : std::nullopt;
     if (bytes) {
         SetLastError(ERROR_SUCCESS);

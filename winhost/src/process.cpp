@@ -51,7 +51,7 @@ INT MessageBoxW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type)
 {
     constexpr UINT buttonMask = 0xF;
     std::string message = winhost::toUtf8(caption == nullptr ? L"Error" : caption);
-    message += ": " + winhost::toUtf8(text == nullptr ? L"" : text) + '\n';
+    message += ": " + winhost::toUtf8(winhost::viewOf(text)) + '\n';
     std::fputs(message.c_str(), stderr);
     return (type & buttonMask) == MB_YESNO ? askYesOrNo() : IDOK;
 }

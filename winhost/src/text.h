@@ -14,6 +14,12 @@ struct UnitTraits : __gnu_cxx::char_traits<wchar_t>
 using Text = std::basic_string<wchar_t, UnitTraits>;
 using TextView = std::basic_string_view<wchar_t, UnitTraits>;
 
+/// Returns a terminated string; null is empty.
+inline TextView viewOf(const wchar_t* text)
+{
+    return text != nullptr ? TextView(text) : TextView();
+}
+
 /// Returns a UTF-16 unit in upper case, by the table of the system's ordinal comparison.
 wchar_t upcase(wchar_t unit);
 

@@ -9,12 +9,6 @@ using database::Transaction;
 
 namespace {
 
-/// Returns a terminated string as a name; null is empty.
-TextView nameOf(const wchar_t* text)
-{
-    return text != nullptr ? TextView(text) : TextView();
-}
-
 /// Adopts the store's version. Call it in a Transaction before using the cache.
 void follow()
 {
@@ -138,7 +132,7 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY resu
         return ERROR_INVALID_PARAMETER;
     }
     *result = nullptr;
-    return ask(key, 0, {Question::ePath, nameOf(subKey)}, [&](const Answer& found) {
+    return ask(key, 0, {Question::ePath, viewOf(subKey)}, [&](const Answer& found) {
         *result = found.node == rootOf(key) ? key : memory().open(found.node, access);
         return ERROR_SUCCESS;
     });
@@ -155,7 +149,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     if (status == ERROR_FILE_NOT_FOUND) { // another process may create it at the same time
         NodeId made = 0;
         status = change(
-            Memory::eKeys, key, 0, [&](NodeId node) { made = createPath(node, nameOf(subKey), isNew); },
+            Memory::eKeys, key, 0, [&](NodeId node) { made = createPath(node, viewOf(subKey), isNew); },
             [&] { *result = memory().open(made, access); });
     }
     if (status == ERROR_SUCCESS) {
@@ -183,7 +177,7 @@ LSTATUS RegDeleteKeyW(HKEY key, LPCWSTR subKey)
 
 LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
 {
-    const TextView path = nameOf(subKey);
+    const TextView path = viewOf(subKey);
     NodeId found = 0;
     LSTATUS status = findKey(key, path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0, path, found);
     if (status == ERROR_SUCCESS && path.empty()) { // a key with values also needs the right to set them
@@ -249,7 +243,7 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
     if (data == nullptr) {
         give(size, 0); // even if there is no value
     }
-    return ask(key, KEY_QUERY_VALUE, {Question::eValue, nameOf(valueName)}, [&](const Answer& value) {
+    return ask(key, KEY_QUERY_VALUE, {Question::eValue, viewOf(valueName)}, [&](const Answer& value) {
         give(type, value.type);
         return giveData(value, data, size);
     });
@@ -260,7 +254,7 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
     if (data == nullptr && size != 0) {
         return ERROR_NOACCESS;
     }
-    Question question{Question::eValue, nameOf(valueName)};
+    Question question{Question::eValue, viewOf(valueName)};
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     bool isThere = false;
     const LSTATUS status = ask(key, KEY_SET_VALUE, question, [&](const Answer& value) {
@@ -283,7 +277,7 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
 
 LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)
 {
-    const TextView name = nameOf(valueName);
+    const TextView name = viewOf(valueName);
     const LSTATUS status =
         ask(key, KEY_SET_VALUE, {Question::eValue, name}, [](const Answer&) { return ERROR_SUCCESS; });
     return status != ERROR_SUCCESS

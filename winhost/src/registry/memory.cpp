@@ -1,7 +1,5 @@
 #include "registry/memory.h"
 
-#include "registry/names.h"
-
 #include <pthread.h>
 
 #include <functional>

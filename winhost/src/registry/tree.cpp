@@ -1,7 +1,6 @@
 #include "registry/tree.h"
 
 #include "registry/memory.h"
-#include "registry/names.h"
 
 #include <algorithm>
 #include <optional>
@@ -9,6 +8,28 @@
 namespace winhost::registry {
 
 namespace {
+
+Text textOf(std::string_view bytes)
+{
+    Text text(bytes.size() / sizeof(wchar_t), 0);
+    bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t)); // may be null if empty
+    return text;
+}
+
+/// Returns bytes that are equal for names that differ only in case, and that sort like the registry: letters
+/// as lower case, after '_'.
+std::string folded(TextView name)
+{
+    std::string bytes;
+    bytes.reserve(name.size() * sizeof(wchar_t));
+    for (const wchar_t each : name) {
+        const wchar_t upper = upcase(each);
+        const unsigned unit = upper >= L'A' && upper <= L'Z' ? upper + (L'a' - L'A') : upper;
+        bytes += static_cast<char>(unit >> 8);
+        bytes += static_cast<char>(unit & 0xFF);
+    }
+    return bytes;
+}
 
 std::int64_t sumOf(NodeId owner, std::int64_t number, std::string_view foldedName, std::string_view name,
                    std::string_view data)

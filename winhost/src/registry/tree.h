@@ -4,7 +4,9 @@
 #include "database/database.h"
 #include "text.h"
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace winhost::registry {
 
@@ -74,5 +76,31 @@ void deleteValue(NodeId node, TextView name);
 void deleteKey(NodeId node);
 /// Deletes all sub-keys and values and, if withItself is true, the key.
 void deleteTree(NodeId node, bool withItself);
+
+// ---- Bytes as they are stored
+
+inline std::string_view bytesOf(TextView text)
+{
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
+}
+
+/// Returns a checksum that differs for any change within 8 bytes, and almost certainly for any other change.
+inline std::uint64_t mix(std::uint64_t sum, std::uint64_t word)
+{
+    constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
+    sum = (sum ^ word) * odd;
+    return sum ^ (sum >> 32);
+}
+
+inline std::uint64_t mix(std::uint64_t sum, std::string_view bytes)
+{
+    sum = mix(sum, bytes.size());
+    for (std::size_t at = 0; at <= bytes.size(); at += sizeof sum) {
+        std::uint64_t word = 0;
+        bytes.copy(reinterpret_cast<char*>(&word), sizeof word, at);
+        sum = mix(sum, word);
+    }
+    return sum;
+}
 
 } // namespace winhost::registry
