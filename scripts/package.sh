@@ -27,7 +27,8 @@ make_linux_package() {
     echo "build/package/$name.tar.gz"
 }
 
-# Builds Debian packages with the flags and the layout that Debian itself uses. Stops if lintian reports an error.
+# Builds Debian packages with the flags and the layout that Debian itself uses. Stops if lintian reports an error; ./dev
+# test builds calls this where set -e has no effect.
 make_debian_packages() {
     need dpkg-dev lintian
     need_for host OFF
@@ -37,12 +38,11 @@ make_debian_packages() {
         CXXFLAGS+=" $CPPFLAGS"
         cmake --preset host -B build/debian -DCMAKE_INSTALL_PREFIX=/usr -DCMAKE_INSTALL_DOCDIR=share/doc/librkuinfo-dev \
             -DRKUINFO_TESTS=OFF -DRKUINFO_SPLIT_DEBUG=OFF -DCPACK_PACKAGE_CONTACT="$(git log -1 --format='%an <%ae>')" >build/debian-configure.log
-    )
-    cmake --build build/debian --target shipped
+    ) || return
+    cmake --build build/debian --target shipped || return
     rm -f build/package/*.deb
-    (cd build/debian && SOURCE_DATE_EPOCH=$(git log -1 --format=%ct) cpack >../debian-cpack.log && mv ./*.deb ../package/)
-    lintian --allow-root build/package/*.deb
-    ls build/package/*.deb
+    (cd build/debian && SOURCE_DATE_EPOCH=$(git log -1 --format=%ct) cpack >../debian-cpack.log && mv ./*.deb ../package/) || return
+    lintian --allow-root build/package/*.deb && ls build/package/*.deb
 }
 
 make_packages() {
