@@ -24,8 +24,7 @@ bool isSeparator(wchar_t unit)
 
 bool startsWithSeparators(TextView path, std::size_t count)
 {
-    return path.size() >= count &&
-           std::all_of(path.begin(), path.begin() + static_cast<std::ptrdiff_t>(count), isSeparator);
+    return path.size() >= count && std::ranges::all_of(path.substr(0, count), isSeparator);
 }
 
 /// Resolves "." and ".." by name. Like Windows, removes a dot at the end of a component before a separator.

@@ -80,8 +80,7 @@ std::string hostCodeFile(HMODULE module)
 // Call with the guard held.
 std::vector<Module>::iterator findLoaded(HMODULE module)
 {
-    return std::find_if(loaded.begin(), loaded.end(),
-                        [module](const Module& m) { return m.handle == module; });
+    return std::ranges::find(loaded, module, &Module::handle);
 }
 
 std::string fileOf(HMODULE module)
@@ -112,8 +111,7 @@ bool isSystemName(TextView name)
 {
     constexpr TextView systemNames[] = {L"kernel32.dll", L"advapi32.dll", L"user32.dll", L"shell32.dll",
                                         L"shlwapi.dll"};
-    return std::any_of(std::begin(systemNames), std::end(systemNames),
-                       [name](TextView system) { return equalIgnoringCase(system, name); });
+    return std::ranges::any_of(systemNames, [name](auto system) { return equalIgnoringCase(system, name); });
 }
 
 bool hasFolder(TextView name)
@@ -137,8 +135,7 @@ HMODULE findModule(TextView name)
         return executable();
     }
     const std::lock_guard<std::mutex> lock(guard);
-    const auto found =
-        std::find_if(loaded.begin(), loaded.end(), [&](const Module& m) { return isIt(m.file); });
+    const auto found = std::ranges::find_if(loaded, isIt, &Module::file);
     return found != loaded.end() ? found->handle : nullptr;
 }
 
@@ -202,7 +199,7 @@ bool addReference(HMODULE module)
 HMODULE keep(Module module)
 {
     const std::lock_guard<std::mutex> lock(guard);
-    const auto found = std::find_if(loaded.begin(), loaded.end(), [&module](const Module& m) {
+    const auto found = std::ranges::find_if(loaded, [&module](const Module& m) {
         return m.bytes && module.bytes ? m.file == module.file : m.handle == module.handle;
     });
     if (found == loaded.end()) {

@@ -139,23 +139,20 @@ StringResource findString(Bytes file, std::uint16_t id)
     const PeHeaders headers(file);
     const Bytes resources = headers.isValid() ? headers.resources() : Bytes();
     if (resources.empty()) {
-        return {StringLookup::noResources, {}};
+        return {ERROR_RESOURCE_DATA_NOT_FOUND, {}};
     }
     const std::optional<std::uint32_t> blocks = findTable(resources, 0, stringTableType);
     if (!blocks) {
-        return {StringLookup::noStringTable, {}};
+        return {ERROR_RESOURCE_TYPE_NOT_FOUND, {}};
     }
     const std::optional<std::uint32_t> languages = findTable(resources, *blocks, id / stringsPerBlock + 1);
-    if (!languages) {
-        return {StringLookup::noBlock, {}};
-    }
-    const std::optional<std::uint32_t> data = findEntry(resources, *languages, std::nullopt);
+    const auto data = languages ? findEntry(resources, *languages, std::nullopt) : std::nullopt;
     if (!data) {
-        return {StringLookup::noBlock, {}};
+        return {ERROR_RESOURCE_NAME_NOT_FOUND, {}};
     }
     const Bytes block =
         slice(headers.at(read32(resources, *data)), 0, read32(resources, *data + std::size_t{4}));
-    return {StringLookup::found, stringOfBlock(block, id % stringsPerBlock)};
+    return {ERROR_SUCCESS, stringOfBlock(block, id % stringsPerBlock)};
 }
 
 } // namespace winhost

@@ -1,6 +1,8 @@
 // The string table of a PE file, parsed from its bytes as on disk. Any bytes are safe to parse.
 #pragma once
 
+#include <windows.h>
+
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -14,17 +16,9 @@ inline Bytes asBytes(std::string_view text)
     return {reinterpret_cast<const unsigned char*>(text.data()), text.size()};
 }
 
-enum class StringLookup
-{
-    found,
-    noResources,
-    noStringTable,
-    noBlock,
-};
-
 struct StringResource
 {
-    StringLookup result;
+    DWORD error; // ERROR_SUCCESS, or what is missing
     Bytes units; // UTF-16, little endian
 };
 

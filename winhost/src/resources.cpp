@@ -8,22 +8,6 @@
 #include <cstdint>
 #include <cstring>
 
-namespace {
-
-DWORD errorOf(winhost::StringLookup result)
-{
-    switch (result) {
-    case winhost::StringLookup::noResources:
-        return ERROR_RESOURCE_DATA_NOT_FOUND;
-    case winhost::StringLookup::noStringTable:
-        return ERROR_RESOURCE_TYPE_NOT_FOUND;
-    default:
-        return ERROR_RESOURCE_NAME_NOT_FOUND;
-    }
-}
-
-} // namespace
-
 INT LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, INT size)
 {
     if (buffer == nullptr || size <= 0) {
@@ -32,8 +16,8 @@ INT LoadStringW(HINSTANCE module, UINT id, LPWSTR buffer, INT size)
     const std::shared_ptr<const std::string> file = winhost::resourceFile(module);
     const winhost::Bytes bytes = file ? winhost::asBytes(*file) : winhost::Bytes();
     const winhost::StringResource string = winhost::findString(bytes, static_cast<std::uint16_t>(id));
-    if (string.result != winhost::StringLookup::found) {
-        SetLastError(errorOf(string.result));
+    if (string.error != ERROR_SUCCESS) {
+        SetLastError(string.error);
         return 0;
     }
     winhost::Text text(string.units.size() / sizeof(wchar_t), 0);

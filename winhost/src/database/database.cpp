@@ -126,8 +126,7 @@ struct OwnedFile
     {
     }
     ~OwnedFile() { ::close(number); }
-    OwnedFile(const OwnedFile&) = delete;
-    OwnedFile& operator=(const OwnedFile&) = delete;
+    OwnedFile(const OwnedFile&) = delete; // nor assigned, because of its constant
 
     const int number;
 };
