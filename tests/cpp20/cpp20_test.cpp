@@ -75,7 +75,7 @@ TEST(Cpp20, WalksItemsAndValues)
 {
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     setRaw(HKEY_CURRENT_USER, settingsKey, "", text("default"));
-    setRaw(HKEY_CURRENT_USER, settingsKey, "List", {REG_MULTI_SZ, std::string(4, '\0')});
+    setRaw(HKEY_CURRENT_USER, settingsKey, "List", RawValue{REG_MULTI_SZ, std::string(4, '\0')});
     setRaw(HKEY_CURRENT_USER, settingsKey, "Number", dword(7));
     setRaw(HKEY_CURRENT_USER, settingsKey, std::string(1100, 'n'), dword(8));
     makeKey(HKEY_CURRENT_USER, settingsKey + "\\One");

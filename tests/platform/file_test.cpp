@@ -46,7 +46,7 @@ TEST(GetFolderPath, ReturnsAbsolutePathsAndCreatesOnRequest)
     EXPECT_EQ(userFolder(0x77), "invalid");
     const fs::path folder = scratchFolder() / "documents" / "deep"; // set below for Windows and for the host
     setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
-           "Personal", {REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
+           "Personal", RawValue{REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
     shareWithChildren("XDG_DOCUMENTS_DIR", folder.string() + "//");
     EXPECT_EQ(userFolder(CSIDL_PERSONAL), "failed");
     EXPECT_EQ(userFolder(CSIDL_PERSONAL | CSIDL_FLAG_CREATE), windowsPath(folder));

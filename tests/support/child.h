@@ -1,4 +1,4 @@
-// Processes that a test starts.
+// The process of a test, in a separate home and registry, and the processes that it starts.
 #pragma once
 
 #include "support/scratch.h"
@@ -23,5 +23,17 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
 /// Runs a program with the file "in" of the scratch folder as stdin, and with "out" and "err" as stdout and
 /// stderr. Returns the exit code.
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments);
+
+/// Sets an environment variable, which the children of this process inherit.
+void shareWithChildren(const char* variable, const std::string& value);
+
+/// Redirects this process to an empty home and registry. leaveHome() removes their parts outside the scratch
+/// folder.
+void joinHome();
+void leaveHome();
+
+/// Returns the company name by which a program that uses the real registry finds one of this process's
+/// companies.
+std::string companyFromOutside(const std::string& company);
 
 } // namespace testing_support

@@ -1,6 +1,6 @@
 // The main function of every test program. A process runs a single case, because start-up happens once per
 // process. The case starts with an empty scratch folder, home and registry.
-#include "support/isolation.h"
+#include "support/child.h"
 
 #include <gtest/gtest.h>
 

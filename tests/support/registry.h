@@ -40,10 +40,6 @@ void removeKey(HKEY root, const std::string& path);
 /// Creates the key if necessary and sets the value, if one is given. An empty name is the default value.
 LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);
-inline LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name, const RawValue& value)
-{
-    return setRaw(root, path, name, std::optional(value));
-}
 /// Replaces a key by a new one that contains only this value, or nothing.
 void remakeKey(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);

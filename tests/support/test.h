@@ -4,7 +4,6 @@
 #include "support/child.h"
 #include "support/config.h"
 #include "support/imports.h"
-#include "support/isolation.h"
 #include "support/open_keys.h"
 #include "support/registry.h"
 #include "support/scratch.h"

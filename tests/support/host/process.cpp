@@ -1,6 +1,5 @@
 // The home of a test process, and its children.
 #include "support/child.h"
-#include "support/isolation.h"
 
 #include <cstdlib>
 #include <fcntl.h>

@@ -1,7 +1,6 @@
 // The registry of a test process, and its children. Both roots of the registry are redirected to separate
 // keys below the real HKEY_CURRENT_USER.
 #include "support/child.h"
-#include "support/isolation.h"
 #include "support/registry.h"
 
 #include <cstdio>

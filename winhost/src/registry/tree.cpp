@@ -16,8 +16,8 @@ Text textOf(std::string_view bytes)
     return text;
 }
 
-/// Returns bytes that are equal for names that differ only in case, and that sort like the registry: letters
-/// as lower case, after '_'.
+/// Returns bytes that are equal for names that differ only in case, and that sort in the registry's order, in
+/// which ASCII letters count as lower case and follow '_'.
 std::string folded(TextView name)
 {
     std::string bytes;
