@@ -36,8 +36,8 @@ std::string hexDigits(std::uint32_t number, int count);
 std::string shown(std::string_view text, char32_t kept = 0);
 std::string shown(TextView text);
 
-/// Compares two names, which the registry treats as the same if the result is 0. Returns a negative number, 0 or
-/// a positive number.
+/// Compares two names, which the registry treats as the same if the result is 0. Returns a negative number, 0
+/// or a positive number.
 int compareIgnoringCase(TextView a, TextView b);
 inline bool equalIgnoringCase(TextView a, TextView b)
 {
