@@ -109,7 +109,7 @@ public:
     RkLocker(const RkLocker&) = delete;
     RkLocker& operator=(const RkLocker&) = delete;
 
-    /// Waits for the lock. Not recursive: a thread that already holds it deadlocks.
+    /// Acquires the lock, waiting if necessary. A thread that already holds the lock deadlocks.
     void lock();
     /// Releases the lock, which this thread must hold.
     void unlock();
@@ -118,8 +118,8 @@ private:
     void* m_mutex;
 };
 
-/// The interface of a crash recorder. The destructor is not virtual, so that recordException is the fourth
-/// slot for every compiler.
+/// The interface of a crash recorder. The destructor is not virtual: a virtual destructor would move
+/// recordException out of the fourth virtual slot with some compilers.
 class VelaCrashRecorder
 {
 public:
@@ -143,8 +143,8 @@ RKOSBASE_API VelaCrashRecorder* velaGetCrashRecorder();
 /// and must remove the recorder before destroying it.
 RKOSBASE_API VelaCrashRecorder* velaSetCrashRecorder(VelaCrashRecorder* recorder);
 
-/// Returns the major version of the running Windows: 10 on Windows 10 and 11, 8 on Windows 8 and 8.1, which
-/// report 6.2 and 6.3. Each pointer that is not null receives a part of the reported version.
+/// Returns the major version of the running Windows: 10 on Windows 10 and 11, and 8 on Windows 8 and 8.1.
+/// Stores the version numbers that Windows reports, such as 6.2 on Windows 8. A pointer may be null.
 RKOSBASE_API int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned long* build);
 
 #pragma pack(pop)

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The cached command prefix; empty until both of its numbers have been read.
+/// The cached command prefix; empty until it has been read successfully.
 wchar_t architecturePrefix[64];
 
 } // namespace

@@ -13,8 +13,8 @@ public:
     /// The single instance, which velaConfig() returns.
     static TarvoConfig& instance() { return TarvoConfig::_sg_tarvo_config; }
 
-    /// Appends a subtree's key path to key, which must be empty. Returns false if TarvoConfig::getRegRootPath
-    /// would write the empty string.
+    /// Sets key, which must be empty, to the key path of a subtree. Returns false if
+    /// TarvoConfig::getRegRootPath would write the empty string.
     static bool appendRoot(const TarvoConfig& config, TarvoConfig::Path path, BoundedText& key);
 };
 

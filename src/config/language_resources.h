@@ -5,8 +5,8 @@
 
 namespace uinfo {
 
-/// Returns the library, or null while it cannot be loaded. Loads the library once, like LoadResourceDll;
-/// after a failure the next call tries again. May be called from any thread.
+/// Returns the library, or null if it cannot be loaded. The first call loads the library and searches the
+/// same places as LoadResourceDll. After a failure the next call tries again. May be called from any thread.
 HINSTANCE languageResources();
 
 /// Unloads the library if it is loaded.

@@ -19,7 +19,7 @@ using uinfo::RegistryKey;
 
 constexpr UINT failureExitCode = 1;
 
-/// The program folder, which each step reads again; empty if it cannot be read.
+/// The program folder, not cached; empty if it cannot be read.
 class ProgramFolder : public uinfo::PathBuffer
 {
 public:
@@ -62,7 +62,7 @@ TarvoConfig::Error TarvoConfig::initLanguageName(const wchar_t* language)
     if (m_language.language() < 0) {
         const std::int32_t installed = uinfo::preferredLanguage(folder.text(), needsEntry);
         if (installed < 0 && GetLastError() == ERROR_TOO_MANY_OPEN_FILES) {
-            return eRegistryError; // the search failed, so languages may be installed
+            return eRegistryError; // the search failed; languages may still be installed
         }
         if (installed < 0) {
             refuseToStart(productName(), L"Could't find any installed languages!");

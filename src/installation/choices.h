@@ -60,8 +60,8 @@ struct Choice
 
 // A choice points to its argument, which must outlive it.
 
-/// Chooses the argument, otherwise the name in TARVO.ini, otherwise the built-in name. Refuses an argument of
-/// 255 characters or more.
+/// Chooses the first name that exists: the argument, the name in TARVO.ini, or the built-in name. Refuses an
+/// argument of 255 characters or more.
 Choice chooseCompany(const wchar_t* argument, const wchar_t* programFolder);
 
 /// Works like chooseCompany, but tries the registry before TARVO.ini.
@@ -73,15 +73,14 @@ struct LanguageChoice : Choice
     Installed installed = Installed::noFolder; ///< set if the language is known
 };
 
-/// Chooses the argument, otherwise the language in the registry, otherwise the one in TARVO.ini. The first
-/// source that contains a name decides, even if the name is not that of an installed language; a stored value
-/// that is empty, not a REG_SZ or longer than 6 characters does not count as a name. If no language is
-/// chosen, preferredLanguage() returns the one to propose. If needsEntry is true, a language counts as
-/// installed only if it has an uninstall entry.
+/// Reads the argument, the registry and TARVO.ini in this order. The first source that contains a name
+/// decides, even if no language of that name is installed. A registry value does not count as a name if it is
+/// empty, not a REG_SZ or longer than 6 characters. If no language is chosen, preferredLanguage() returns the
+/// one to propose. If needsEntry is true, a language counts as installed only if it has an uninstall entry.
 LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoot,
                               const wchar_t* programFolder, bool needsEntry);
 
-/// Chooses the argument, otherwise the profile in the registry, otherwise the built-in one.
+/// Chooses the first profile that exists: the argument, the one in the registry, or the built-in one.
 Choice chooseProfile(const wchar_t* argument, const wchar_t* profilesRoot);
 
 /// Reads the current profile's name, whatever the type of the registry value.
@@ -90,7 +89,7 @@ Answer readProfile(const RegistryKey& profiles, BoundedText& name);
 /// Reads a registry value, which must be a REG_SZ. Returns Answer::absent if key is not open.
 Answer readName(const RegistryKey& key, const wchar_t* valueName, BoundedText& name);
 
-/// Returns whether the names are those of the default product, whose languages need an uninstall entry.
+/// Returns whether company and product name the default product. Only its languages need an uninstall entry.
 bool isDefaultProduct(const wchar_t* company, const wchar_t* product);
 
 /// Returns the product type of a product name, as ITarvoProduct::productType does.

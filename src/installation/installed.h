@@ -26,14 +26,14 @@ enum class Installed
 
 // programFolder ends with a separator. If programFolder is empty, no language counts as installed.
 
-/// Returns yes if the folder shortName exists and contains a DLL, otherwise noFolder or emptyFolder. The name
-/// need not be that of a language.
+/// Returns yes if the folder shortName exists and contains a DLL; noFolder or emptyFolder if not. Accepts any
+/// folder name.
 Installed languageFolder(const wchar_t* programFolder, const wchar_t* shortName);
 
 /// Returns yes if the language is installed, otherwise the first reason why it is not.
 Installed installed(const wchar_t* programFolder, const Language& language, bool needsEntry);
 
-/// Returns the index of the first installed language in the order of preference, otherwise unknownLanguage.
+/// Returns the index of the most preferred installed language, or unknownLanguage if it finds none.
 /// If the search fails because too many files are open, the thread's last error is ERROR_TOO_MANY_OPEN_FILES.
 std::int32_t preferredLanguage(const wchar_t* programFolder, bool needsEntry);
 

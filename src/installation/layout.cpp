@@ -96,7 +96,7 @@ bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVari
     if (read != TarvoConfig::eOk) {
         return false;
     }
-    // getString() returns the empty string for another type, and append() rejects a string that is too long.
+    // getString() returns the empty string for a value that is not a string. append() rejects a long string.
     static_cast<void>(path.append(stored.getString(), longestStoredPath));
     return true;
 }

@@ -22,7 +22,8 @@ struct RegistryNames
     const wchar_t* language;
 };
 
-/// Also returns false for eCurrentProfile, which appendProfile composes, and for a value outside the enum.
+/// Also returns false for eCurrentProfile, because appendProfile composes its path, and for a value outside
+/// the enum.
 bool appendSubtree(BoundedText& key, TarvoConfig::Path path, const RegistryNames& names);
 /// Appends a profile's key to the profiles root.
 bool appendProfile(BoundedText& profilesRoot, const wchar_t* profile);
@@ -50,11 +51,11 @@ enum class UserFolder
     templates,
 };
 
-/// Extends path, an application data folder that ends with a separator, level by level. Stops before the
-/// first level that would exceed 1021 characters.
+/// Appends the levels of a user folder to path, which must be an application data folder with a trailing
+/// separator. Stops before the first level that would exceed 1021 characters.
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names);
 /// Sets path to the string in stored, or to the empty string if stored is not a string or has more than 1022
-/// characters. Returns false if read, the result of getValue, is not eOk; path is then empty.
+/// characters. `read` is the result of getValue; if it is not eOk, returns false and clears path.
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored);
 
 /// Appends the default UI style file to the roaming Support folder.

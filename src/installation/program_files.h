@@ -15,8 +15,8 @@ const wchar_t* programFolder();
 /// Returns 0 if fewer than two characters would remain unused; buffer may then contain part of a path.
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
-/// Appends the path of a file or folder next to the executable, whose path each call reads again. Returns
-/// false if the executable's path cannot be read or the result does not fit.
+/// Appends the path of a file or folder next to the executable. Does not cache the executable's path. Returns
+/// false if that path cannot be read or the result does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);
 
 /// Composes the path of a file in a resource folder. Returns false if a name is empty, the executable's path

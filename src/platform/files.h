@@ -1,4 +1,4 @@
-// Joins paths and checks files through the system's functions.
+// Joins paths and checks whether files exist.
 #pragma once
 
 #include "platform/text.h"

@@ -25,9 +25,9 @@ public:
     HKEY get() const { return m_key.get(); }
     HKEY release() { return m_key.release(); }
 
-    /// Reads a value of any type as a string. Leaves one character of out free for a terminator, because the
-    /// stored data may lack one. An odd last byte counts as a character. On failure, such as ERROR_MORE_DATA
-    /// for a value that is too long, out is empty.
+    /// Reads a value of any type as a string. Reads at most out.capacity() - 1 characters, because the
+    /// stored data may lack a terminator. An odd last byte counts as a character. On failure, such as
+    /// ERROR_MORE_DATA for a value that is too long, out is empty.
     LSTATUS queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
     /// Writes a REG_SZ value, including the terminator.
     bool setString(const wchar_t* valueName, const wchar_t* text) const;

@@ -18,7 +18,7 @@ inline bool isEmpty(const wchar_t* text)
 /// Returns the number of characters before the terminator; 0 for null.
 std::size_t length(const wchar_t* text);
 
-/// Compares two strings ignoring case, like the system compares names. Null equals the empty string.
+/// Compares two strings ignoring case, as the system compares names. Null equals the empty string.
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 
 /// Returns an array-allocated copy, which the caller owns; null for null.

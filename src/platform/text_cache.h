@@ -11,8 +11,8 @@
 namespace uinfo {
 
 /// Returns cache. If the cache is empty, calls fill(BoundedText&) first and caches the result if fill returns
-/// true. May be called from any thread: a filled cache never changes and is read without a lock; threads that
-/// find it empty each call fill, and the first result is kept.
+/// true. May be called from any thread, so several threads may call fill at once; the first result is cached.
+/// A filled cache never changes and is read without a lock.
 template <std::size_t Capacity, typename Fill>
 const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
 {

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// DllMain creates the product object after the static objects are constructed and destroys it before they
-/// are destroyed, so that the configuration object outlives it.
+/// The product object. DllMain creates it after all static objects and destroys it first, because it uses the
+/// static configuration object.
 constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace

@@ -17,7 +17,8 @@ namespace {
 
 constexpr std::size_t longestHelpPath = 509; // 511 minus the terminator and an unused character
 
-/// Leaves the user data cache folder, because a process's working directory cannot be removed.
+/// Changes to the documents folder if the working directory is the user data cache folder, because nobody can
+/// remove a folder that is the working directory of a process.
 void fixWorkingDirectory()
 {
     uinfo::PathBuffer cacheFolder;

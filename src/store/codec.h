@@ -11,8 +11,8 @@ namespace uinfo {
 /// type determines the type of value. On failure value is unchanged.
 TarvoConfig::Error readValueFromKey(HKEY key, const wchar_t* valueName, VelaVariant& value);
 
-/// Writes a value of a key that is open for setting values. Writes nothing and returns eOk for an eNull, an
-/// unknown type and an empty eBinary.
+/// Writes a value of a key that is open for setting values. Writes nothing and returns eOk if value is eNull,
+/// an empty eBinary or of an unknown type.
 TarvoConfig::Error writeValueToKey(HKEY key, const wchar_t* valueName, const VelaVariant& value);
 
 } // namespace uinfo

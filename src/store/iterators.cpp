@@ -61,7 +61,8 @@ RegistryKey openAgain(HKEY key)
     return key != nullptr ? RegistryKey::open(key, nullptr, KEY_ALL_ACCESS) : RegistryKey();
 }
 
-/// Copies the name of an entry. length is the capacity of buffer; it receives the capacity needed.
+/// Copies the name of an entry. On entry, length is the capacity of buffer. Sets length to the capacity
+/// needed.
 template <typename Enumerate>
 Error enumerateName(Enumerate enumerate, HKEY key, std::int32_t index, wchar_t* buffer, long& length)
 {

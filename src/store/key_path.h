@@ -10,12 +10,13 @@ namespace uinfo {
 /// Replaces every '/' with '\' in place and returns its argument.
 wchar_t* toBackslashes(wchar_t* text);
 
-/// Removes trailing backslashes in place and returns the string after the leading ones; null for null or
-/// empty.
+/// Removes trailing backslashes in place and returns a pointer past the leading backslashes. Returns null if
+/// text is null or empty.
 wchar_t* trimBackslashes(wchar_t* text);
 
-/// Normalises text and splits it at its last backslash, in place: sets text to the part before it, or to
-/// null, and returns the part after it. Returns null and leaves text unchanged if it is null or empty.
+/// Normalises text and splits it at its last backslash, in place. Returns the part after that backslash, and
+/// sets text to the part before it, or to null if there is no backslash. If text is null or empty, returns
+/// null and does not change text.
 wchar_t* splitKeyPath(wchar_t*& text);
 
 /// A copy of a client's path, which normalise() and split() change in place.
@@ -35,7 +36,7 @@ public:
     /// Returns the whole path without leading and trailing separators; null if it is empty.
     const wchar_t* normalise() { return trimBackslashes(toBackslashes(m_text)); }
 
-    /// The key part, null for the subtree's own key, and the name after it, null for a key's default value.
+    /// The two parts of a path. A null key means the subtree's own key; a null name means the default value.
     struct Parts
     {
         const wchar_t* key;
@@ -66,7 +67,8 @@ public:
     /// start-up.
     bool assignRoot(const TarvoConfig& config, TarvoConfig::Path root);
 
-    /// Appends '\' and a sub-path, which may be empty. Returns false if root and sub-path exceed the limit.
+    /// Appends '\' and a sub-path, which may be empty. Returns false if root and sub-path together
+    /// exceed the limit.
     bool join(const wchar_t* subPath, std::size_t limit) { return join(subPath, length(subPath), limit); }
     bool join(const wchar_t* subPath, std::size_t count, std::size_t limit)
     {
@@ -80,7 +82,8 @@ public:
         return parts.keyLength == 0 || join(parts.key, parts.keyLength, limit);
     }
 
-    /// Sets the path to a root and the client's sub-path, which it normalises, within the limit of writes.
+    /// Sets the path to a root and the normalised sub-path. Returns false if the path exceeds the limit for
+    /// writes.
     bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
 
     const wchar_t* text() const { return m_path.text(); }

@@ -33,7 +33,7 @@ DeleteTree systemDeleteTree()
     return known;
 }
 
-/// The fallback for systems older than Windows 8, and for any without RegDeleteTreeW.
+/// Removes a key and its sub-keys on systems that are older than Windows 8 or lack RegDeleteTreeW.
 int deleteTreeAt(HKEY parent, BoundedText& path)
 {
     if (RegDeleteKeyW(parent, path.text()) == ERROR_SUCCESS) {
