@@ -21,7 +21,7 @@ using bench::require;
 
 constexpr int valuesPerKey = 10;
 
-/// A value path such as "Large100000/Key012345/Value7"; the tree's name contains its number of keys.
+/// A value path such as "Large100000/Key012345/Value7". The tree "Large100000" has 100,000 keys.
 class Path
 {
 public:
@@ -236,7 +236,7 @@ private:
 /// Prints how many milliseconds operations on 10,000 keys and values take.
 void bulk(TarvoConfig& config)
 {
-    constexpr int keys = 1000; // of ten values
+    constexpr int keys = 1000; // with ten values each
     const auto timed = [](const char* what, const std::function<void()>& work) {
         const auto start = std::chrono::steady_clock::now();
         work();
@@ -262,7 +262,7 @@ constexpr wchar_t bigPath[] = L"Big/Value";
 constexpr wchar_t bigName[] = L"Value";
 constexpr wchar_t bigKey[] = L"Software\\Acme\\Widget\\2018\\en-US\\Settings\\Big";
 
-/// Returns 1 MB that differs on each call.
+/// Returns 1 MB of data, which differs on each call.
 const std::vector<BYTE>& bigData()
 {
     static std::vector<BYTE> data(std::size_t{1} << 20);
@@ -322,9 +322,10 @@ void checkBig(TarvoConfig& config)
 
 } // namespace
 
-/// "fill KEYS" creates the tree. "measure KEYS" prints the nanoseconds of a read in sequence, a read in
-/// random order, a step of a walk and two selects. "bulk 0" prints the cost of many changes. "memory KEYS"
-/// reads the whole tree and prints the memory used. "big FILE" measures values of 1 MB.
+/// "fill KEYS" creates the tree. "measure KEYS" prints four times in nanoseconds: reading one value in
+/// sequential order, reading one value in random order, one step of a walk, and two SQL SELECTs. "bulk 0"
+/// prints the cost of many changes. "memory KEYS" reads the whole tree and prints the memory used. "big FILE"
+/// measures values of 1 MB.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 2, "reading the arguments");

@@ -6,8 +6,8 @@
 
 namespace bench {
 
-/// Prints two numbers in kilobytes: the pages that this process has written, which are private, and the
-/// mapped pages of the store's file, which processes share and the system can reclaim.
+/// Prints two numbers in kilobytes: the private pages that this process has written, and the mapped pages of
+/// the store's file. Processes share the mapped pages, and the system can reclaim them.
 inline void printMemory()
 {
     std::FILE* const pages = std::fopen("/proc/self/smaps", "r");

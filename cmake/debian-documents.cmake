@@ -1,5 +1,5 @@
-# Runs in cpack before it builds the Debian packages: adds the documents that Debian requires in each, and compresses
-# them and the manual page.
+# cpack runs this script before it builds the Debian packages. It adds the documents that Debian requires in each
+# package, and compresses the changelogs and the manual page.
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(copyright "")
 foreach(text LICENSE licenses/cli11.txt licenses/nlohmann-json.txt)

@@ -5,7 +5,7 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 # Sets <result> to <prefix> followed by the relative path from <from> to <to>; both are folders of the installation.
-# An absolute folder does not move with the install prefix, so the path from or to it is absolute.
+# If one of the folders is absolute, it does not move with the install prefix, so the resulting path is absolute.
 function(path_between result from to prefix)
   if(IS_ABSOLUTE "${to}")
     set(${result} "${to}" PARENT_SCOPE)

@@ -1,6 +1,6 @@
 # Moves the debug information of each installed library into a separate file next to it, where debuggers look for it,
 # and strips the programs. Parameters: OBJCOPY; LIBRARIES and PROGRAMS, absolute or relative to the install prefix.
-set(ENV{SOURCE_DATE_EPOCH} 0) # otherwise objcopy writes the current time into the file
+set(ENV{SOURCE_DATE_EPOCH} 0) # keeps objcopy from writing the current time into the file
 list(TRANSFORM LIBRARIES REPLACE "^[^/].*" "${CMAKE_INSTALL_PREFIX}/\\0")
 list(TRANSFORM PROGRAMS REPLACE "^[^/].*" "${CMAKE_INSTALL_PREFIX}/\\0")
 

@@ -31,21 +31,21 @@ RKUINFO_API TarvoConfig* velaConfig();
 ///   name is found, a message box asks whether to use the first installed language
 /// - profile: the current profile, which the profiles key stores
 ///
-/// A profile argument replaces a different current profile in the profiles key. Start-up records its choices
-/// only in keys that exist; CreateConfigReg creates the keys. If the language argument is unknown, no
-/// language is installed, or the user declines the proposed language, the process exits with code 1 after a
-/// message box.
+/// If the profiles key stores a current profile, and a different profile argument is passed, start-up stores
+/// the argument instead. Start-up records its choices only in keys that exist; CreateConfigReg creates the
+/// keys. If the language argument is unknown, no language is installed, or the user declines the proposed
+/// language, the process exits with code 1 after a message box.
 /// @return eOk, also if start-up has already succeeded (the arguments are then ignored); eInvalidInput if
 ///         company or product has 255 or more characters, if a path does not fit, or after an earlier
-///         failure; eRegistryError if the language's folder cannot be read, or if too many files are open to
-///         look for the installed languages
+///         failure; eRegistryError if the language's folder cannot be read, or if the search for installed
+///         languages fails because too many files are open
 RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product,
                                               const wchar_t* language, const wchar_t* profile);
 
 /// Creates the current user's product tree and records version, language and profile in it. Call it after
-/// InitVelaConfig. A current profile that is already stored is kept. A start-up profile of 127 characters or
-/// more is stored whole but cannot be read back: the next look-up of the current profile replaces it with
-/// "Default". Throws a RkErrorStatus* if memory is exhausted.
+/// InitVelaConfig. If a current profile is already stored, it stays the current profile. A start-up profile
+/// of 127 characters or more is stored whole but cannot be read back: the next look-up of the current profile
+/// replaces it with "Default". Throws a RkErrorStatus* if memory is exhausted.
 /// @return eOk, or eRegistryError if the product key does not exist afterwards
 RKUINFO_API TarvoConfig::Error CreateConfigReg();
 
@@ -54,10 +54,10 @@ RKUINFO_API ITarvoProduct* velaGetProduct();
 
 // ---- INI values ---------------------------------------------------------------------------------
 
-/// Reads an entry of "TARVO.ini" like TarvoConfig::getIniValue. Returns 1 if value was set, otherwise 0.
+/// Calls TarvoConfig::getIniValue for "TARVO.ini". Returns 1 if value was set, otherwise 0.
 RKUINFO_API int GetVelaIniConfigValue(const wchar_t* section, const wchar_t* key, VelaVariant& value,
                                       VelaVariant::VarType type);
-/// Returns "TARVO.ini" [PartnerOEM] MergeTitle, or defaultValue if it is missing or negative.
+/// Returns "TARVO.ini" [PartnerOEM] MergeTitle, or defaultValue if the entry is missing or negative.
 RKUINFO_API long GetVelaIniOEMMergeTitleValue(long defaultValue);
 /// Returns "S{MajorVer}{ProductId}_" from "product.ini" [Product], cached after the first success; empty
 /// until then.
@@ -76,8 +76,8 @@ RKUINFO_API const wchar_t* GetCurrentProductName();
 /// Writes the build stamp, bare (21 characters) or as VERNUM = "..." (32 characters). size includes the
 /// terminator; if it is too small, the empty string is written.
 RKUINFO_API void GetVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
-/// Writes the resource version number like GetVerNum. The number is empty: the result is "" or VERNUM = ""
-/// (11 characters).
+/// Writes the resource version number in the format of GetVerNum. The number is always empty: the result is
+/// "" or VERNUM = "" (11 characters).
 RKUINFO_API void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
 /// Returns "SP2".
 RKUINFO_API const wchar_t* GetServicePackageVersionString();
@@ -101,8 +101,8 @@ RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
 /// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
 /// Writes the current language's resource folder, without trailing backslash. buffer must have room for the
-/// path's length + 3 characters, and for the executable's path, which is written to it first. After a failure
-/// it may contain part of a path.
+/// path's length + 3 characters. It must also have room for the executable's path, which the function writes
+/// first. After a failure, buffer may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
 /// Writes the path of folderName in the program folder; buffer and size are as for the overload above.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);

@@ -232,7 +232,7 @@ template <typename T>
 
 namespace detail {
 
-/// Reads a name with read, which calls an iterator's name() or key().
+/// Reads a name by calling the given function, which calls an iterator's name() or key().
 template <typename ReadName>
 TarvoConfig::Error readName(ReadName read, Text& name)
 {

@@ -1,4 +1,5 @@
-# Builds the library as other people do: each kind of CMake build, installed, and as a part of another project.
+# Builds the library in the ways that other people do: with each kind of CMake build, installed, and as part of another
+# project.
 
 builds=$PWD/build/builds
 
@@ -37,7 +38,7 @@ several_configurations() {
         done
 }
 
-# guest_starts FOLDER: runs the program of that folder, for a user who has no settings.
+# guest_starts FOLDER: runs the program in that folder, for a user who has no settings.
 guest_starts() {
     local run=("$1/guest")
     [ ! -e "$1/guest.exe" ] || run=(toolchains/run-wine.sh "$1/guest.exe")
@@ -45,8 +46,8 @@ guest_starts() {
     [ "$(HOME=$1/home XDG_DATA_HOME='' "${run[@]}" | tr -d '\r')" = 3 ]
 }
 
-# Builds a project that includes this one. Checks that its program starts from the build folder and, once installed,
-# without that folder, and that CMake refuses an unknown language.
+# Builds a project that includes this one. Checks that the project's program starts from the build folder, that the
+# installed program starts after the build folder has been removed, and that CMake rejects an unknown language.
 guest() {
     local folder=${*: -1}
     local build=$folder/build options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
@@ -78,8 +79,8 @@ installed() {
         cmake --build "$folder" --target uninstall
 }
 
-# Builds one package with the libraries for both of Visual C++'s runtimes: a client is linked with those of its own
-# runtime, or CMake reports that they are missing.
+# Builds one package with the libraries for both of Visual C++'s runtimes. Checks that a client is linked with the
+# libraries for its own runtime, and that the compiler reports if these are not installed.
 both_runtimes() {
     local folder=$1 client=$1/consumer configuration
     local toolchain=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/visual-cpp.cmake

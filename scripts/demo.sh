@@ -22,7 +22,7 @@ lay_out() {
     printf '[Product]\r\nMajorVer=2\r\nProductId=5\r\n' >"$app/product.ini"
 }
 
-# Runs a program of the application's folder.
+# Runs a program in the application's folder.
 start() {
     local program=$app/$1$suffix
     shift
@@ -41,7 +41,7 @@ show() {
     start "$@" | shorten
 }
 
-# Prints the first ten lines of its input, or with --full all.
+# Prints the first ten lines of its input; with --full, prints all lines.
 shorten() {
     [ -z "$full" ] || exec cat
     awk 'NR <= 10 { print } END { if (NR > 10) print "... and " NR - 10 " more lines: ./dev demo --full" }'

@@ -1,5 +1,6 @@
 # Runs the documents' commands in a bare Debian root, as a newcomer would. The commands of README and GUIDE run with the
-# archive and only the packages that they name; README's two ./dev commands run in a clone of the last commit.
+# archive and only the Debian packages that the documents name. README's two ./dev commands run in a clone of the last
+# commit.
 
 fresh=$PWD/build/fresh
 
@@ -30,7 +31,7 @@ make_root() {
     in_root "apt-get update -qq"
 }
 
-# step NAME COMMAND: runs it in the root, and reports whether it passed.
+# step NAME COMMAND: runs the command in the root, and reports whether the command passed.
 step() {
     local log=$fresh/$1.log
     if in_root "cd ~/rkuinfo && $2" >"$log" 2>&1 </dev/null; then

@@ -1,5 +1,5 @@
-# Builds the packages that ship, in build/package/. The same files produce the same archive, and the same sources the
-# same Windows libraries.
+# Builds the packages that ship, in build/package/. The same installed files always produce the same archive. The same
+# sources always produce the same Windows libraries.
 
 # stage PRESET SUFFIX: builds and installs a preset in the folder $name, and sets $files. The time of each file is that
 # of the last commit.
@@ -27,8 +27,8 @@ make_linux_package() {
     echo "build/package/$name.tar.gz"
 }
 
-# Builds Debian packages with the flags and the layout that Debian itself uses. Stops if lintian reports an error; ./dev
-# test builds calls this where set -e has no effect.
+# Builds Debian packages with the flags and the layout that Debian itself uses. Checks each error explicitly, because
+# set -e has no effect if ./dev test builds calls this function.
 make_debian_packages() {
     need dpkg-dev lintian
     need_for host OFF

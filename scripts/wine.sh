@@ -20,8 +20,8 @@ stop_wine() {
     rm -f "$wine_folder/display"
 }
 
-# Creates the prefix at WINEPREFIX. The program and the server call each other so often that they need only a third of
-# the time if both run on one processor.
+# Creates the prefix at WINEPREFIX. wineboot and the server call each other so often that running both on one processor
+# takes only a third of the time.
 boot_wine() {
     local log=$wine_folder/boot.log processor
     processor=$(sed -nE 's/^Cpus_allowed_list:\s*([0-9]+).*/\1/p' /proc/self/status)
@@ -33,7 +33,7 @@ boot_wine() {
     "${wine[@]}" winecfg -v win10 >>"$log" 2>&1
     # Without this, each message box would wait for a window manager.
     "${wine[@]}" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1
-    wineserver -k || true # also stops Wine's processes that are bound to the processor
+    wineserver -k || true # stops the processes that taskset has bound to one processor
     touch "$wine_folder/booted"
 }
 

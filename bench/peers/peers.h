@@ -16,7 +16,8 @@ public:
     virtual ~Peer() = default;
     /// Reads one integer.
     virtual int read() = 0;
-    /// Reads the next of the other entries. Returns 0 if this operation is not measured for the peer.
+    /// Cycles through the entries that read() does not use, and reads one per call. Returns 0 if this
+    /// operation is not measured for the peer.
     virtual int readNext() { return 0; }
     /// Writes the integer so that it outlives the process. Returns false on failure, or if this operation
     /// is not measured for the peer.

@@ -1,5 +1,5 @@
-// SQLite with prepared statements and, like the registry of winhost, a write-ahead log whose commits do not
-// wait for the disk.
+// SQLite with prepared statements and a write-ahead log. Commits do not wait for the disk, as in the registry
+// of winhost.
 #include "peers.h"
 
 #include <sqlite3.h>

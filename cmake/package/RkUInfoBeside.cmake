@@ -1,4 +1,4 @@
-# Copies to FOLDER the .pdb files of LIBRARIES that exist, and INI unless FOLDER already contains a TARVO.ini.
+# Copies the existing .pdb files of LIBRARIES to FOLDER. Also copies INI, unless FOLDER already contains a TARVO.ini.
 string(REPLACE "|" ";" LIBRARIES "${LIBRARIES}")
 list(TRANSFORM LIBRARIES REPLACE "\\.[^./]*$" ".pdb")
 foreach(symbols IN LISTS LIBRARIES)

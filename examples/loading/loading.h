@@ -2,6 +2,5 @@
 #pragma once
 
 /// Restricts the search for libraries to the program folder and the system folder; docs/LOADING.md explains
-/// why. Does nothing on Linux, where a library found by its bare name can run code only from the program
-/// folder.
+/// why. Does nothing on Linux: a bare name there loads code only from the program folder.
 void loadLibrariesSafely();

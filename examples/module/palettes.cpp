@@ -21,7 +21,8 @@ rkuinfo::Text layoutPath(const rkuinfo::Text& name)
     return rkuinfo::text(L"Palettes\\") + name + rkuinfo::text(L"\\Layout");
 }
 
-/// Returns nothing if the size differs: an older version or another program may have stored the bytes.
+/// Returns std::nullopt if the bytes do not have the size of a layout. An older version or another program
+/// may have stored them.
 std::optional<WindowLayout> layoutFrom(const rkuinfo::Bytes& bytes)
 {
     WindowLayout layout = {};

@@ -19,12 +19,13 @@ class ConfigAccess;
 ///
 /// The launcher calls InitVelaConfig before any other thread uses the object; afterwards its fields are only
 /// read, and every operation may be called from any thread. Before the call the names are the built-in
-/// defaults. Until start-up succeeds, every operation on the tree returns eInvalidInput (isItemExist: 0).
+/// defaults. Until start-up succeeds, operations on the tree return eInvalidInput, and isItemExist returns 0.
 ///
 /// An item is a registry key; a value is a registry value in an item. An operation addresses an item by a
 /// Path and a sub-path with '/' or '\' as separators; a null or empty sub-path means the Path's own key. A
-/// null or empty value name means the default value. A path of 1024 characters or more causes eInvalidInput
-/// (isItemExist: 0). A value name that is a separate argument is limited only by the registry.
+/// null or empty value name means the default value. For a path of 1024 characters or more, operations return
+/// eInvalidInput, and isItemExist returns 0. Only the registry limits a value name that is a separate
+/// argument.
 class RKUINFO_API TarvoConfig
 {
 public:
@@ -57,7 +58,7 @@ public:
     class ItemIterator;
     class ValueIterator;
 
-    /// Copies the strings too.
+    /// Creates a deep copy, with copies of the strings.
     TarvoConfig(const TarvoConfig& other);
     TarvoConfig& operator=(const TarvoConfig& other);
     ~TarvoConfig();
@@ -105,15 +106,15 @@ public:
     /// unchanged or has no block (see VelaVariant's setters).
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;
-    /// Splits valuePath like getValue and writes the value like addValue.
+    /// Writes a value as addValue does. Splits valuePath as getValue does.
     Error setValue(Path path, const wchar_t* valuePath, const VelaVariant& value);
 
     /// Reads a value of the iterator's current sub-key.
-    /// @return the results of getValue by path, or those of ItemIterator::name
+    /// @return a result of getValue by path, or an error of ItemIterator::name
     Error getValue(const ItemIterator& item, const wchar_t* valueName, VelaVariant& value) const;
     /// Writes a value of the iterator's current sub-key.
-    /// @return eOk, eNotFound (no key, or it cannot be opened for writing), eRegistryError, or the
-    ///         results of ItemIterator::name
+    /// @return eOk, eNotFound (the iterator has no key, or the sub-key cannot be opened for writing),
+    ///         eRegistryError, or an error of ItemIterator::name
     Error setValue(ItemIterator& item, const wchar_t* valueName, const VelaVariant& value) const;
 
     /// Opens a key for writing, or creates it. The root and the sub-path together can have at most 1021
@@ -125,20 +126,21 @@ public:
     /// can be as long as in addItem.
     /// @return eOk, eInvalidInput, eNotFound (the key can be neither opened nor created), eRegistryError
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
-    /// Removes a key and everything below it; null or empty means the subtree's own key. The root and the
-    /// parent part together can have at most 1021 characters. If the system has no RegDeleteTreeW, keys are
-    /// removed one by one, children first; a path of more than 519 characters below the parent then causes
-    /// eRegistryError, and keys that have been removed stay removed.
+    /// Removes a key and everything below it; a null or empty item means the subtree's own key. The root and
+    /// the parent's path together can have at most 1021 characters. If the system has no RegDeleteTreeW, keys
+    /// are removed one by one, children first. A path of more than 519 characters below the parent then
+    /// causes eRegistryError, and keys that have already been removed are not restored.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
     /// Removes a value. The path can be as long as in addItem.
     /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (also if the value is missing)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
-    /// Opens a key with full access and positions an iterator on its first sub-key (or value). The iterator
-    /// is cleared first, without closing its key: to reuse an iterator, first assign a default-constructed
-    /// one to it. The root and the sub-path together can have at most 1021 characters.
-    /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError; cleared unless eOk
+    /// Opens a key with full access and positions an iterator on its first sub-key (or value). Overwrites the
+    /// iterator without closing its key: to reuse an iterator, first assign a default-constructed one to it.
+    /// On failure, the iterator has no key. The root and the sub-path together can have at most 1021
+    /// characters.
+    /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);
 
@@ -175,8 +177,9 @@ protected:
 
     // Profile.
     Error initProfileName(const wchar_t* profile);
-    /// Reads the current profile name from the key profilesKey, or from the profiles root if that is null or
-    /// empty, into out, which holds 128 characters. If no profile is named, stores and returns "Default".
+    /// Writes the current profile name into out, which holds 128 characters. Reads the name from the key
+    /// profilesKey. A null or empty profilesKey means the profiles root. If the key names no profile, stores
+    /// and returns "Default".
     Error getCurrentProfileNameFromReg(wchar_t* const out, const wchar_t* profilesKey) const;
 
     /// The single instance.
@@ -197,9 +200,9 @@ private:
 
 /// Walks the sub-keys of one key: call findItem, then name() and step() for as long as both return eOk.
 ///
-/// The iterator walks by index into the live key, up to the count that findItem has read. The key stays open
-/// until the iterator is destroyed or assigned to. A copy has the same index and count and opens the key
-/// again; if the key cannot be opened, for example because it has been removed, the copy holds no key.
+/// The iterator walks the live key by index, up to the count that findItem has read. The key stays open until
+/// the iterator is destroyed or assigned to. A copy has the same index and count and opens the key again; if
+/// the key cannot be opened, for example because it has been removed, the copy holds no key.
 /// Different iterators may be used from several threads at once.
 class TarvoConfig::ItemIterator
 {
@@ -231,7 +234,7 @@ private:
     std::uint32_t m_maxClassLength;
 };
 
-/// Walks the values of one key like an ItemIterator, but with key() instead of name().
+/// Walks the values of one key. Behaves like an ItemIterator, but has key() instead of name().
 class TarvoConfig::ValueIterator
 {
 public:
@@ -240,15 +243,15 @@ public:
     ValueIterator(const ValueIterator& other) : ValueIterator() { *this = other; }
     RKUINFO_API ValueIterator& operator=(const ValueIterator& other);
 
-    /// Copies the name of the current value like ItemIterator::name.
+    /// Copies the name of the current value; see ItemIterator::name for the parameters and results.
     RKUINFO_API Error key(wchar_t* buffer, long& length) const;
-    /// Reads the current value like TarvoConfig::getValue.
-    /// @return eOk, eNotFound, eWrongType, or the results of key()
+    /// Reads the current value; TarvoConfig::getValue describes the types.
+    /// @return eOk, eNotFound, eWrongType, or an error of key()
     RKUINFO_API Error value(VelaVariant& out) const;
-    /// Writes the current value under its name like TarvoConfig::addValue.
-    /// @return eOk, eRegistryError, or the results of key()
+    /// Overwrites the current value; TarvoConfig::addValue describes the types.
+    /// @return eOk, eRegistryError, or an error of key()
     RKUINFO_API Error setValue(const VelaVariant& v);
-    /// Moves to the next index like ItemIterator::step.
+    /// Moves to the next index; see ItemIterator::step.
     RKUINFO_API Error step() const;
 
 private:

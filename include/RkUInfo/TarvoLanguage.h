@@ -39,8 +39,8 @@ public:
     const wchar_t* globalName() const;
     /// Returns the language's name as the loaded "RkUInfoRes.dll" translates it, at most 62 characters; null
     /// while the library or its string cannot be loaded. The first call that finds the library loads it for
-    /// the whole process; until then each call searches again, like LoadResourceDll. The string is loaded
-    /// once per object and valid until the object is destroyed or assigned to.
+    /// the whole process; until then each call searches again, in the same places as LoadResourceDll. The
+    /// string is loaded once per object and valid until the object is destroyed or assigned to.
     const wchar_t* localName() const;
 
     /// Returns the index of a short name; -1 for null, empty or unknown names.

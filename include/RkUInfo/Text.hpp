@@ -29,7 +29,8 @@ inline Text text(const wchar_t* source)
 
 namespace detail {
 
-/// Removes the first code point, or a lone surrogate, from a string that is not empty, and returns it.
+/// Removes and returns the first code point of a string that is not empty. A lone surrogate counts as a code
+/// point.
 inline char32_t takeCodePoint(TextView& source)
 {
     const auto isAt = [&](std::size_t at, char32_t kind) {
@@ -44,8 +45,8 @@ inline char32_t takeCodePoint(TextView& source)
     return point;
 }
 
-/// Removes the first code point from UTF-8 text that is not empty, and returns it, or U+FFFD for a byte that
-/// does not start a character.
+/// Removes and returns the first code point of UTF-8 text that is not empty. Removes only one byte and
+/// returns U+FFFD if the text does not start with a valid character.
 inline char32_t takeCodePoint(std::string_view& source)
 {
     const auto lead = static_cast<unsigned char>(source[0]);

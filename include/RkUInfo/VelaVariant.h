@@ -14,13 +14,13 @@
 /// A value: nothing, a 32-bit or 64-bit integer, a double, bytes or a wide string.
 ///
 /// The data is in one block allocated by malloc and released by free: a 32-bit recorded size (data bytes
-/// plus the 4 of this field), then the data. A block that records less than 4 counts as no block. Every
-/// module that exchanges variants with the library must share its C runtime heap and this layout: 12 bytes,
-/// with the pointer right after the type.
+/// plus the 4 of this field), then the data. A block with a recorded size of less than 4 is ignored. Every
+/// module that exchanges variants with the library must use the library's C runtime heap and this layout: 12
+/// bytes, with the pointer right after the type.
 ///
-/// Getters never convert: a getter of another type returns 0, the empty string or null. A failure is thrown
-/// as a pointer to a RkErrorStatus on the heap, which is first passed to the process's crash recorder; the
-/// catcher deletes it. A copy has a separate block. An object may be used by only one thread at a time.
+/// Getters never convert: a getter of another type returns 0, the empty string or null. On failure, a
+/// function allocates a RkErrorStatus, passes it to the process's crash recorder and throws a pointer to it;
+/// the catcher deletes it. A copy has a separate block. An object may be used by only one thread at a time.
 class VelaVariant
 {
 public:
@@ -73,9 +73,9 @@ public:
     /// Stores in place if the object already is an eInt with a block; otherwise allocates a new block. Throws
     /// code 6 if the allocation fails; the old block has then been released, and the type is unchanged.
     void setInt(std::int32_t value) { setFixed(eInt, value); }
-    /// Stores an eInt64 like setInt.
+    /// Stores an eInt64; see setInt for the allocation and its failure.
     void setInt64(std::int64_t value) { setFixed(eInt64, value); }
-    /// Stores an eDouble like setInt.
+    /// Stores an eDouble; see setInt for the allocation and its failure.
     void setDouble(double value) { setFixed(eDouble, value); }
 
     /// Copies a terminated string; null counts as empty. Throws code 3 for a string of 1,073,741,823
@@ -105,7 +105,7 @@ public:
         }
     }
 
-    /// Copies size bytes, which may be in this object's block. The object becomes an eBinary, without a block
+    /// Copies size bytes, which may be in this object's block. The object becomes an eBinary; it has no block
     /// if data is null, size is 0 or the function throws. Throws code 3 for a negative size and code 6 if the
     /// allocation fails.
     void setBinary(const void* data, std::int32_t size)
@@ -138,8 +138,8 @@ public:
         return reinterpret_cast<const wchar_t*>(m_data + headerSize);
     }
 
-    /// Returns the data, which has blockSize() - 4 bytes, or null if the object is not an eBinary with a
-    /// block.
+    /// Returns the data, or null if the object is not an eBinary with a block. The data has blockSize() - 4
+    /// bytes.
     const void* getBinary() const noexcept
     {
         return m_type == eBinary && hasBlock() ? m_data + headerSize : nullptr;
@@ -264,7 +264,7 @@ private:
 
 #pragma pack(pop)
 
-// Defined after pack(pop), because g++ would also pack the type information of the thrown pointer.
+// Defined after pack(pop). Before pack(pop), g++ would also pack the type information of the thrown pointer.
 inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
 {
     RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);
