@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Compares docs/ABI.md with the public headers, and exports.txt with the library.
-#   check.sh figures CLANG...             this clang dumps the layouts and slots of docs/ABI.md
-#   check.sh client COMPILER...           a C++14 client that asserts every figure compiles without a warning
-#   check.sh refused COMPILER...          the headers refuse unsupported compiler options with a clear message
-#   check.sh exports LIBRARY NM|OBJDUMP   the library exports every name of exports.txt and no other
+#   check.sh figures CLANG...             compares the layouts and slots of docs/ABI.md with those that clang dumps
+#   check.sh client COMPILER...           compiles a C++14 client that asserts every figure; warnings are errors
+#   check.sh refused COMPILER...          checks that the headers clearly reject unsupported compiler options
+#   check.sh exports LIBRARY NM|OBJDUMP   checks that the library exports exactly the names in exports.txt
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$here/../..
@@ -76,7 +76,7 @@ exported_names() {
     case $1 in
     *.dll)
         "$2" -p "$1" | awk '
-            # The headings of binutils and of LLVM.
+            # binutils and LLVM print different headings.
             /Ordinal\/Name Pointer] Table|Ordinal +RVA +Name/ { in_names = 1; next }
             NF == 0 { in_names = 0 }
             in_names { print $NF }'

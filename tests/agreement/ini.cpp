@@ -12,8 +12,8 @@ namespace {
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns random lines that are or resemble sections and entries. Non-ASCII letters occur in one case only,
-/// because systems disagree about their other case.
+/// Returns random sections and entries, some of them malformed. Each non-ASCII letter occurs in only one
+/// case, because systems differ in whether the other case is equal.
 Text lines(Trace& trace)
 {
     Text all;

@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns up to four components, each with a separator after it, and usually a last component without one.
+/// Returns up to four components, each followed by a separator, and in most cases a last component.
 Text relativePath(Trace& trace, std::u16string_view components, std::u16string_view separators,
                   std::u16string_view last)
 {
@@ -31,8 +31,8 @@ Text relativePath(Trace& trace, std::u16string_view components, std::u16string_v
     return trace.oneIn(8) ? path : path + trace.word(last);
 }
 
-/// Returns a random path. No component continues after an initial "..", because systems differ there, and
-/// no path ends with "..", because Wine then reads past the terminator.
+/// Returns a random path. No component consists of ".." and further characters, because systems differ for
+/// such components. No path ends with "..", because Wine then reads past the terminator.
 Text pathText(Trace& trace)
 {
     static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');

@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns a hostile or a common name. The two cases of each non-ASCII letter have close code units, because
-/// systems order other letters differently.
+/// Returns a hostile or a common name. If a non-ASCII letter has two cases, their code units are close,
+/// because systems sort other letters differently.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -26,8 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path. A component of more than 256 characters is always the whole path, because systems differ
-/// in whether a failed RegCreateKeyExW leaves the keys above it.
+/// Returns a path. A component of more than 256 characters is always the only one. RegCreateKeyExW fails for
+/// such a component, and systems differ in whether it first creates the keys above the component.
 Text path(Trace& trace)
 {
     Text path = name(trace);
@@ -114,7 +114,7 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status = RegDeleteTreeW(handle, wide(subKey));              // a failure leaves different keys
+            status = RegDeleteTreeW(handle, wide(subKey));              // after a failure, the keys differ
             status = subKey.empty() ? status != ERROR_SUCCESS : status; // the error differs for an empty path
         } else if (call == u"close" && !isRoot) {
             const HKEY closed = key.handle.release();
@@ -134,9 +134,9 @@ private:
 
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
-    /// Returns data to set, which is also the buffer for reads. The buffer has at least one code unit,
-    /// because results differ for smaller buffers. Its last two bytes are "zz" and are not set, because
-    /// systems differ in whether they look for a terminator after the data.
+    /// Returns a buffer with the data to store; reads overwrite the buffer. The buffer has at least one code
+    /// unit, because results differ for smaller buffers. Its last two bytes, "zz", are not stored. They
+    /// ensure that no terminator follows the data, because systems differ in whether they look for one there.
     std::vector<BYTE> bytes()
     {
         std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');

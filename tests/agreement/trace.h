@@ -1,8 +1,8 @@
-// Makes random calls to the system and records their results. A seed produces the same calls on every system,
-// so equal traces mean that the systems agree: digests.txt contains the digests of the results that Wine and
-// winhost share. No expression draws two random numbers, because compilers differ in the order of evaluation.
-// The calls avoid deliberate differences of winhost (winhost/README.md); comments that contain "differ" mark
-// these places.
+// Makes random calls to the system and records their results in a trace. A seed produces the same calls on
+// every system. If the traces of two systems are equal, the systems agree. digests.txt contains the digests
+// of the traces that Wine and winhost must both produce. No expression draws two random numbers, because
+// compilers differ in the order of evaluation. The calls avoid the deliberate differences between winhost and
+// Windows (winhost/README.md). Comments that contain "differ" mark the places that avoid a difference.
 #pragma once
 
 #include <concepts>
@@ -39,10 +39,10 @@ public:
     bool oneIn(std::size_t many) { return below(many) == 0; }
     auto& oneOf(auto& all) { return all[below(std::size(all))]; }
 
-    /// Returns one of the words in a list separated by "|".
+    /// Returns a random word of a list, whose words are separated by "|".
     Text word(std::u16string_view words);
 
-    /// Starts the line of a call with numbers, strings and bytes. say() adds more to that line.
+    /// Starts the line of a call. The parts are numbers, strings and bytes; say() appends more parts.
     void start(const Text& call, const auto&... parts)
     {
         text += '\n';
@@ -60,8 +60,8 @@ private:
     std::uint64_t m_random;
 };
 
-/// Compares the traces of some calls with their stored digests, for several seeds. Under stress, uses seeds
-/// without stored digests, whose traces two systems must compare.
+/// Compares the traces of some calls with their stored digests, for several seeds. If RKUINFO_STRESS is set,
+/// uses seeds without stored digests and only writes the traces to files, to be compared between two systems.
 void expectAgreement(const std::string& area, void (*calls)(Trace& trace));
 
 } // namespace agreement

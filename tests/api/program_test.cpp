@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Calls a path function with a buffer of this size, like textOf().
+/// Returns textOf() of a path function, for a buffer of `size` characters.
 template <typename Size>
 std::string pathOf(Size (*function)(wchar_t*, Size), int size)
 {

@@ -5,7 +5,7 @@ namespace {
 
 using enum TarvoConfig::Error;
 
-/// Returns the tree that a successful call creates, built by registry calls, and removes it again.
+/// Returns the tree that a successful call must create. Builds the tree by registry calls, and removes it.
 std::string provisioned(const std::string& profile, bool withCurrentProduct)
 {
     removeKey(HKEY_CURRENT_USER, acmeKey);

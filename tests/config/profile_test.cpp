@@ -18,7 +18,7 @@ const std::pair<TarvoConfig::Path, unsigned long (*)(wchar_t*)> getters[] = {
     {eProfilesRoot, GetRegistryProfilesRootKey},
     {eCurrentProfile, GetVelaRegistryCurrentProfileRootKey}};
 
-/// Checks the key path of each subtree, which is empty if it would exceed 1023 characters.
+/// Checks the key path of each subtree. A key path that would have more than 1023 characters must be empty.
 void expectLayout(const std::string& productRoot)
 {
     const std::string language = productRoot + "\\2018\\en-US";
@@ -60,7 +60,7 @@ TEST(Subtrees, HaveKeyPathsAfterStartUp)
     const std::string product(254, 'p');
     for (std::size_t length = 200; length <= 245; ++length) {
         const std::string company(length, 'c');
-        Config config; // repeating the product step appends the name again, for a longer root
+        Config config; // each product step appends the name, which makes a longer root
         ASSERT_EQ(config.initial(Wide(company), Wide(product), L"en-US", nullptr), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), length <= 244 ? eOk : eInvalidInput);
@@ -77,8 +77,8 @@ TEST(Profile, IsReplacedByThatOfTheCommandLine)
     const std::string n126(126, 'n');
     const std::string n127 = n126 + 'n';
     const std::string n511(511, 'n');
-    // The stored value; the name read, empty if "Default" is returned and stored instead; whether an argument
-    // "Work" replaces the stored value.
+    // The stored value, the name that is read, and whether the argument "Work" replaces the stored value. If
+    // the name is empty, "Default" is returned and stored.
     const std::tuple<std::optional<RawValue>, std::string, bool> rows[] = {
         {std::nullopt, "", false},
         {text(""), "", false},

@@ -8,7 +8,7 @@ namespace {
 
 using enum TarvoConfig::Error;
 
-// Message boxes: the style, MB_OK | MB_ICONERROR or MB_YESNO | MB_ICONQUESTION, and the text.
+// The style and the text of each message box. 16 is MB_OK | MB_ICONERROR; 36 is MB_YESNO | MB_ICONQUESTION.
 constexpr char invalidName[] =
     "16 The input initial language name is not a valid short language name.The program will exit.";
 constexpr char noneInstalled[] = "16 Could't find any installed languages!";
@@ -135,7 +135,7 @@ TEST(StartUp, KeepsWhatItResolvedBeforeAFailure)
     int asked = 0;
     const Patch vanishing = intercept<"_waccess", decltype(_waccess)>([&](auto real, auto* path, int mode) {
         EXPECT_EQ(mode, 4) << "not a test for reading";
-        return ++asked == 2 ? -1 : real(path, mode); // present when the language is chosen, gone afterwards
+        return ++asked == 2 ? -1 : real(path, mode); // present only when the language is chosen
     });
     for (const auto& row : rows) {
         SCOPED_TRACE(row.state);

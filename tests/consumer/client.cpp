@@ -30,7 +30,7 @@ void useStore()
           "a setting by the C++20 header");
 }
 
-/// Calls a function and returns the exception of this class that it throws, or null.
+/// Calls a function and returns the `Exception*` that it throws, or null if it throws nothing.
 template <typename Exception>
 Exception* caught(void (*throwing)())
 {

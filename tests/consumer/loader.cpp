@@ -1,4 +1,5 @@
-// A program that is not linked with the library. It loads and unloads the module, and the library with it.
+// A program that is not linked with the library. It loads and unloads the module. The library is loaded and
+// unloaded with the module.
 #define RKUINFO_NOT_LINKED
 #include "consumer.h"
 

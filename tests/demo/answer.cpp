@@ -1,4 +1,4 @@
-// Answers Yes to the next message box with this caption, for the demonstration without a user.
+// Answers Yes to the next message box with the given caption, so that the demonstration runs without a user.
 #include <windows.h>
 
 #include <cstdio>

@@ -28,7 +28,7 @@ exists() {
     for folder in "" src/ tests/ winhost/src/ winhost/include/ "$(dirname "$1")/"; do
         [ ! -e "$root/$folder$2" ] && ! compgen -G "$root/$folder$2.*" >/dev/null || return 0
     done
-    [[ $2 =~ ^(build|lib|share)/ ]] # folders that ./dev creates, and those of a package
+    [[ $2 =~ ^(build|lib|share)/ ]] # folders of a build or a package
 }
 
 check_links() {
@@ -59,7 +59,7 @@ make_clone() {
     [ "$target" = host ] || ln -s "$root/build/wine" rkuinfo/build/wine
 }
 
-# Only a fresh machine lacks the packages that a document installs.
+# Runs the command only on a fresh machine. Other machines already have the packages that a document installs.
 sudo() {
     [ "$target" != fresh ] || "$@"
 }
@@ -71,7 +71,7 @@ cmake() {
     esac
 }
 
-# Removes what a document's commands have stored, also from Wine's registry.
+# Removes everything that a document's commands stored, including keys in Wine's registry.
 clean_up() {
     local key
     rm -rf "$home"
@@ -82,7 +82,7 @@ clean_up() {
     done
 }
 
-# Writes each block to a file NUMBER, its kind and its line to NUMBER.kind.
+# Writes each block to a file named NUMBER, and the block's kind and line number to NUMBER.kind.
 split_blocks() {
     awk -v folder="$2" '
         /^```/ && file == "" {
@@ -127,7 +127,7 @@ run_transcript() {
     check_step
 }
 
-# Compiles a program against the package and runs it in an application's folder that contains English.
+# Compiles a program with the package's library, and runs it in a folder that contains the English resources.
 run_program() {
     local app=$home/$2
     mkdir -p "$app"

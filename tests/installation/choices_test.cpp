@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Prints what each source contains, except an absent argument, then the chosen name or "-".
+/// Prints what each source contains, and then the chosen name or "-". Omits the argument if it is absent.
 std::string print(const uinfo::Choice& choice)
 {
     constexpr const char* answers[] = {

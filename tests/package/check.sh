@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Checks the installed package.
 #   check.sh install BUILD PREFIX          installs a build tree
-#   check.sh contents PREFIX TARGETS LANGUAGE...  compares the files with contents.txt; none may name the build folder
+#   check.sh contents PREFIX TARGETS LANGUAGE...  compares the files with contents.txt; none may contain the build path
 #   check.sh hardening PREFIX IMPORTS [FLAG]...  checks flags for the Windows loader, and the imported libraries
 #   check.sh reproducible BUILD PRESET FILE...   builds the libraries again in another folder, and compares them
 #   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  builds and runs the client in tests/consumer

@@ -1,4 +1,4 @@
-// INI files and the user's folders, where the random calls of tests/agreement do not reach.
+// Tests of INI files and the user's folders that the random calls of tests/agreement do not cover.
 #include "support/test.h"
 
 #include <shlobj.h>

@@ -90,7 +90,7 @@ TEST(LoadLibrary, FindsResourceFilesOrReportsWhy)
     fs::current_path(folder);
     const HMODULE found = LoadLibraryW(L"pack");
     fs::current_path(scratchFolder());
-    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // already loaded, though no longer in the search path
+    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // already loaded, but no longer in the search path
     EXPECT_NE(FreeLibrary(found), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
     EXPECT_NE(FreeLibrary(found), FALSE);

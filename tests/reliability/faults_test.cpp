@@ -1,6 +1,6 @@
 // Makes each call from the library to the system fail, one at a time, with each error that the call can
-// return. The library's result must then be correct or report the failure, and the registry must match the
-// result.
+// return. The library must then return a correct result or report the failure, and the registry must match
+// the result.
 #include "store/store.h"
 
 #include <io.h>
@@ -17,12 +17,12 @@ namespace {
 
 constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // for a failed allocation, which may make the library throw
 
-/// The fault of the current run. `place` is its number among all errors of all calls; `function` is null if
-/// no call fails.
+/// The fault of the current run. The errors that the calls of a run can return are numbered in the order of
+/// the calls. `place` is the number of the error to inject. `function` is null if no call fails.
 struct Fault
 {
     std::size_t place = SIZE_MAX;
-    std::size_t passed = 0; ///< errors of the calls so far in this run
+    std::size_t passed = 0; ///< how many errors the calls so far can return
     const char* function = nullptr;
     DWORD error = 0;
 } fault;
@@ -30,7 +30,8 @@ struct Fault
 std::map<std::string, int> injected; ///< how often a function has failed
 std::vector<Patch> patches;
 
-/// Lets fail(error, real, arguments...) replace any single call of a function, once for each error.
+/// Patches a function. If the current fault selects one of the function's calls, the patch calls
+/// fail(error, real, arguments...) instead.
 template <Name name, typename Signature, typename Fail>
 void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module = libraryModule)
 {
@@ -108,12 +109,12 @@ void breakAll()
 
 // ---- Scenarios
 
-/// What a scenario may write to the registry.
+/// The changes to the registry that a scenario may make.
 enum Writing
 {
-    eAtOnce,     ///< everything, or nothing on failure
-    eInSteps,    ///< everything, or a part on failure
-    eAsAllowable ///< a part, even on success
+    eAtOnce,     ///< all changes, or none on failure
+    eInSteps,    ///< all changes, or some of them on failure
+    eAsAllowable ///< some of the changes, even on success
 };
 
 struct Scenario
@@ -122,7 +123,7 @@ struct Scenario
     std::function<std::string()> run;
     std::string allowed; ///< outcomes allowed on failure, such as "5|7"; "*" allows any
     Writing writing = eAtOnce;
-    bool isInTree = true; ///< starts with makeTree()'s tree, otherwise with an empty registry
+    bool isInTree = true; ///< whether makeTree() is called before each run
 };
 
 void makeTree()
@@ -199,8 +200,8 @@ std::string outcomeOf(const Scenario& scenario)
 
 using Entries = std::set<std::string>;
 
-/// Splits the result of tree() into one entry for each key and each value; an entry begins with its key.
-/// Replaces the profile "Default" by "Work", because the default may be stored if the profile cannot be read.
+/// Splits the result of tree() into one entry for each key and each value. Each entry begins with its key.
+/// Replaces the profile "Default" by "Work", because a run that cannot read the profile may store "Default".
 Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + print(text("Default"));
@@ -214,8 +215,8 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Returns whether `now` contains every entry that `before` and `after` share, and only entries of
-/// these two.
+/// Returns whether `now` contains every entry that `before` and `after` share, and no entry that both of them
+/// lack.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };
@@ -245,8 +246,7 @@ protected:
         }
     }
 
-    /// Runs a scenario once with each fault, then once without a fault, and compares all runs with the run
-    /// without a fault.
+    /// Runs a scenario once with each fault, then once without a fault. Compares each run with the last.
     void inject(const Scenario& scenario)
     {
         struct Run
@@ -263,7 +263,7 @@ protected:
         const Entries before = entries(prepared);
         for (std::string left = prepared; runs.empty() || fault.function != nullptr;) {
             if (left != prepared) {
-                prepare(scenario); // the previous fault is used up, so these calls do not fail
+                prepare(scenario); // no call fails, because the previous fault is over
             }
             *velaConfig() = m_started;
             fault = {runs.size()};
@@ -283,8 +283,8 @@ protected:
             EXPECT_TRUE(isRight || allowed.starts_with("|*|") ||
                         allowed.find('|' + run.outcome + '|') != std::string::npos);
             EXPECT_EQ(run.stillOpen, 0);
-            // After ERROR_FILE_NOT_FOUND the library finds nothing to remove, so a removal may succeed in
-            // part.
+            // The library takes ERROR_FILE_NOT_FOUND to mean that nothing is left to remove. It may therefore
+            // report success after a partial removal.
             const bool mayBeInPart = !isRight || run.fault.error == ERROR_FILE_NOT_FOUND;
             if (scenario.writing == eAsAllowable || (scenario.writing == eInSteps && mayBeInPart)) {
                 EXPECT_PRED3(isBetween, run.entries, before, right.entries);
@@ -305,7 +305,8 @@ protected:
         const auto add = [&](const std::function<std::string()>& run) {
             inject({"location " + std::to_string(++number), run, allowed});
         };
-        // The first function caches its result; the last function also composes all parent folders.
+        // GetVelaProgramPath caches its result. GetUserLocalApplicationDataTemplatePath also composes all
+        // parent folders.
         for (auto* const function :
              {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
               GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
@@ -313,7 +314,7 @@ protected:
               GetUserLocalApplicationDataTemplatePath}) {
             add([function] { return said(function); });
         }
-        for (int call = 0; call < 2; ++call) { // before and after the library is loaded
+        for (int call = 0; call < 2; ++call) { // before and after the language library is loaded
             add([] { return utf8(GetCurrentLanguageLocalName()); });
         }
         add([] { return said([](wchar_t* path) { return GetResourceDllPath(path, 1024); }); });
@@ -380,8 +381,8 @@ TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
     // GetProcAddress returns this function for RegDeleteTreeW. The function calls this program's import of
     // RegDeleteTreeW, which can be made to fail.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
-    // These replacements lie below the faults: they stub out calls that must not reach the system, and count
-    // open searches.
+    // Calls without a fault reach these replacements. They stub out calls that must not reach the system, and
+    // count open searches.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
         intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),

@@ -42,7 +42,7 @@ LSTATUS onValue(int n, bool makesKey, Call call)
     return status != ERROR_SUCCESS ? status : call(opened, Wide(std::to_string(1000 + n % 100)));
 }
 
-/// Sets value n to an array of `length` numbers: n, the length, and `content` in all others.
+/// Sets value n to `length` numbers: n, then `length`, then `content` repeatedly.
 LSTATUS setTo(int n, int content)
 {
     std::vector<int> data(length, content);
@@ -59,7 +59,8 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// Reads value n. Returns the error, or the content if it is negative, or 0.
+/// Reads value n. Returns an error if the read fails, the content if it is negative, and 0 in all other
+/// cases.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];
@@ -70,7 +71,7 @@ LSTATUS get(int n)
             RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
         const bool isWhole = type == REG_BINARY && data[0] == n && data[1] > 2 &&
                              DWORD(data[1]) == size / 4 && std::equal(data + 3, data + data[1], data + 2);
-        wchar_t any[64] = L"1000"; // stays valid if no value has this index
+        wchar_t any[64] = L"1000"; // a valid name, unchanged if no value has this index
         enumerate(true, key, static_cast<DWORD>(n % 100), any, &room);
         const bool isNamed = utf8(any).size() == 4 && utf8(any).starts_with("10");
         return !isNamed || (answer == ERROR_SUCCESS && !isWhole) ? isWrong : answer;
@@ -99,8 +100,8 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
-/// Sets values 0 to 7 in turn, each to the next negative number, until a call fails. Prints each number
-/// without its sign.
+/// Increments `number` and sets value number % 8 to -number, repeatedly, until a call fails. Prints each
+/// stored number, and finally the error with a minus sign.
 LSTATUS setOn(int number)
 {
     std::minstd_rand random(static_cast<unsigned>(number));
@@ -150,8 +151,8 @@ LSTATUS storm(int seconds)
     return status;
 }
 
-/// Forks. If `childGoesOn`, the child continues and the parent waits for it to exit. Otherwise the child sets
-/// a value and exits before the parent continues.
+/// Forks. If `childGoesOn`, the child continues, and the parent exits after the child. If not, the child sets
+/// a value and exits, and then the parent continues.
 LSTATUS split(bool childGoesOn)
 {
     int status = 0;
@@ -183,7 +184,7 @@ LSTATUS meet(int error)
     return vfs->xSetSystemCall(vfs, "pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(+writeOrFail));
 }
 
-/// Closes all descriptors, like a daemon, and opens 20 documents. Returns how many documents have been
+/// Closes all descriptors, as a daemon does, and opens 20 documents. Returns how many documents have been
 /// overwritten.
 LSTATUS openDocuments(int)
 {
@@ -215,7 +216,8 @@ LSTATUS openStore(bool locks)
     return 0;
 }
 
-/// Writes three databases of the program itself, which get the store's descriptor numbers if those are free.
+/// Writes and reads three databases that belong to the program. Their files get the descriptor numbers of the
+/// store's files if these numbers are free.
 LSTATUS useDatabases(int)
 {
     const auto execute = [](const char* sql) {
@@ -231,7 +233,7 @@ LSTATUS useDatabases(int)
     return execute("CREATE TABLE IF NOT EXISTS t(x)") + execute("SELECT x FROM t");
 }
 
-/// Unsets the variables that name the home, so that only the user database names it.
+/// Unsets the variables that contain the home folder, so that only getpwuid_r returns it.
 LSTATUS loseHome(int)
 {
     static std::string home = fs::path(std::getenv("XDG_DATA_HOME")).parent_path().parent_path();
@@ -252,7 +254,7 @@ LSTATUS refuseMaps(int)
     return 0;
 }
 
-/// Opens files until only the given number can still be opened.
+/// Opens files until only `room` more files can be opened.
 LSTATUS openAll(int room)
 {
     int last = 0;
@@ -319,7 +321,7 @@ public:
     }
     ~Process()
     {
-        // Later processes have inherited the socket, so close() is not enough.
+        // Processes that were started later have inherited the socket, so close() is not enough.
         shutdown(m_talk, SHUT_RDWR);
         close(m_talk);
         int status = 0;
@@ -513,7 +515,7 @@ TEST(Host, RefusesFilesThatAreNotLibraries)
 
 // ---- Many processes
 
-/// Returns what reads of values 0 to 7 must return after setOn has set the number `last`.
+/// Returns the expected results of reading values 0 to 7 after setOn() has stored the number `last`.
 std::string givenAfter(int last)
 {
     std::string given;
@@ -550,7 +552,7 @@ TEST(Storm, KilledWriterLosesNoFinishedWrite)
 
 TEST(Storm, ConcurrentProcessesDoNotInterfere)
 {
-    const fs::path folder = std::getenv("XDG_DATA_HOME"); // this process uses the same store
+    const fs::path folder = std::getenv("XDG_DATA_HOME"); // contains the store of this process
     const int seconds = isStressed ? 30 : 1;
     const auto end = Clock::now() + std::chrono::seconds(seconds);
     std::deque<Process> workers;

@@ -30,7 +30,7 @@ TEST_F(Operations, AcceptOnlyKnownSubtreesAndPathsUpToTheirLimit)
             VelaVariant value;
             return operation.call(m_config, from, Wide(path), value) != TarvoConfig::eInvalidInput;
         };
-        const bool cuts = operation.name != "isItemExist"; // only isItemExist keeps separators at the ends
+        const bool cuts = operation.name != "isItemExist"; // isItemExist does not trim separators
         for (const std::string separator : {"", "/"}) {
             const std::size_t limit = operation.limit - (cuts ? 0 : separator.size());
             for (const std::size_t length : {limit, limit + 1}) {
@@ -52,7 +52,7 @@ TEST_F(Operations, AcceptOnlyKnownSubtreesAndPathsUpToTheirLimit)
         EXPECT_FALSE(accepts(TarvoConfig::eCurrentProfile, "Item")); // no profile is recorded
         EXPECT_FALSE(accepts(static_cast<TarvoConfig::Path>(9), "Item"));
     }
-    const Wide tooLong(std::string(257, 'k') + "\\n"); // no key has such a name
+    const Wide tooLong(std::string(257, 'k') + "\\n"); // no key name is that long
     EXPECT_EQ(m_config.setValue(eSettings, tooLong, {}), TarvoConfig::eNotFound);
 }
 

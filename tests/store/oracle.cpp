@@ -1,6 +1,6 @@
-// Runs random store operations, and repeats each by registry calls on a twin tree. Results, variants,
-// iterators and the numbers of open keys must agree after each operation, and both trees at the end.
-// Arguments: the number of operations, the seed.
+// Runs random store operations, and repeats each by registry calls on a second tree, the twin. After each
+// operation, the results, variants, iterators and numbers of open keys must agree. At the end, both trees
+// must be equal. Arguments: the number of operations, the seed.
 #include "support/open_keys.h"
 #include "support/registry.h"
 
@@ -26,7 +26,8 @@ VelaVariant value; // read by one operation and written by the next
 std::optional<RawValue> twinValue;
 std::string path, key, name, whole; // the argument, its key, its value name, and the whole argument as a key
 
-/// Returns the registry value that stores a variant, or nothing if the variant's block records no bytes.
+/// Returns the registry value that stores a variant, or nothing if the variant has no block or its block
+/// records a size of 0.
 std::optional<RawValue> rawOf(const VelaVariant& variant)
 {
     static constexpr DWORD types[] = {REG_NONE, REG_DWORD, REG_QWORD, REG_BINARY, REG_BINARY, REG_SZ};
@@ -52,7 +53,7 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
 }
 
 /// Stores a registry value in both trees, as another program might. Also replaces `value` by a copy of a
-/// variant whose block records no size, and clears `twinValue` to match.
+/// variant whose block records a size of 0. Such a variant cannot be stored, so `twinValue` is cleared.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);
@@ -83,7 +84,7 @@ Codes operate(unsigned long kind)
     // clang-format on
 }
 
-/// Common names for the calls that differ between the two kinds of iterator.
+/// Wraps the calls whose names differ between the two kinds of iterator.
 struct Call
 {
     static long name(const Items& it, wchar_t* out, long& size) { return it.name(out, size); }
@@ -147,7 +148,7 @@ struct Walk
         // clang-format on
     }
 
-    /// Returns how many keys the iterator has open, or -9 if the iterator differs from its twin.
+    /// Returns the number of keys that the iterator has open, or -9 if the iterator differs from its twin.
     int keys() const
     {
         Fields fields;

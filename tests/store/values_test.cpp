@@ -10,7 +10,7 @@ void setType(VelaVariant& v, std::int32_t type)
     std::memcpy(static_cast<void*>(&v), &type, sizeof type);
 }
 
-/// A variant, what describe() prints for it, and the registry value, if the variant can be stored.
+/// A variant, its output by describe(), and its registry value if it can be stored.
 const struct Sample
 {
     void (*set)(VelaVariant&);
@@ -45,7 +45,7 @@ struct Blocks
         programModule);
 };
 
-/// Returns the code of the exception that a call throws, 0 if it throws none.
+/// Returns the code of the exception that a call throws, or 0 if it does not throw.
 int thrownCode(const std::function<void()>& call)
 {
     try {
@@ -138,8 +138,8 @@ protected:
     static void store(const RawValue& value) { setRaw(HKEY_CURRENT_USER, settings, "v", value); }
     static RawValue stored() { return getRaw(HKEY_CURRENT_USER, settings, "v").value(); }
 
-    /// Reads the value into a variant that holds a string, which must survive if the expected result is
-    /// empty.
+    /// Reads the value into a variant that contains a string. If `result` is empty, the read must fail and
+    /// leave the string unchanged.
     void expectRead(const std::string& result)
     {
         VelaVariant v;

@@ -27,13 +27,12 @@ int runOnFiles(const std::filesystem::path& program, const std::vector<std::stri
 /// Sets an environment variable, which the children of this process inherit.
 void shareWithChildren(const char* variable, const std::string& value);
 
-/// Redirects this process to an empty home and registry. leaveHome() removes their parts outside the scratch
-/// folder.
+/// Redirects this process to an empty home and registry. On Windows, leaveHome() ends the redirection and
+/// deletes the redirected registry; on Linux, it does nothing.
 void joinHome();
 void leaveHome();
 
-/// Returns the company name by which a program that uses the real registry finds one of this process's
-/// companies.
+/// Converts a company name of this process to the name that a program without the redirection must use.
 std::string companyFromOutside(const std::string& company);
 
 } // namespace testing_support

@@ -5,7 +5,7 @@
 
 namespace testing_support {
 
-/// A separate configuration object whose steps of start-up a test can call.
+/// A separate configuration object. Tests can call its start-up steps.
 class Config : public TarvoConfig
 {
 public:
@@ -18,8 +18,8 @@ public:
     using TarvoConfig::refreshLanguageName, TarvoConfig::refreshProductName;
 };
 
-/// Starts as Acme's Widget, a rebranded product, so that languages need no uninstall entries. The language's
-/// key path is then Software\Acme\Widget\2018\en-US.
+/// Starts as the rebranded product Acme Widget, whose languages need no uninstall entries. The language's key
+/// path is Software\Acme\Widget\2018\en-US.
 inline TarvoConfig::Error startAcme(const wchar_t* profile = nullptr)
 {
     return InitVelaConfig(L"Acme", L"Widget", L"en-US", profile);

@@ -29,8 +29,8 @@ struct Name
     char text[32] = {};
 };
 
-/// True if operator new is part of each module and calls the malloc that the module imports, as in Visual
-/// C++.
+/// True if each module contains its own operator new, which calls the module's import of malloc, as with
+/// Visual C++.
 #ifdef _MSC_VER
 inline constexpr bool hasOwnHeapOperators = true;
 #else
@@ -65,14 +65,14 @@ Patch replaceImport(const char* module, Handler handler, Result (*)(Arguments...
         active = before;
         delete state;
     });
-    // This loop must be last, because a slot may be malloc's, and the lines above call malloc.
+    // This loop may replace malloc, which the lines above call. The loop must therefore be last.
     for (void** const slot : slots) {
         *slot = reinterpret_cast<void*>(call);
     }
     return patch;
 }
 
-/// Replaces a module's calls of one function by handler(real, arguments...):
+/// Makes a module's calls to one function call handler(real, arguments...) instead. Example:
 /// intercept<"RegCloseKey", decltype(RegCloseKey)>([&](auto real, HKEY key) { return real(key); })
 template <Name name, typename Signature, typename Handler>
 [[nodiscard]] Patch intercept(Handler handler, const char* module = libraryModule)

@@ -37,15 +37,15 @@ OwnedKey openKey(HKEY root, const std::string& path, REGSAM access = KEY_READ);
 OwnedKey makeKey(HKEY root, const std::string& path);
 void removeKey(HKEY root, const std::string& path);
 
-/// Creates the key if necessary and sets the value, if one is given. An empty name is the default value.
+/// Creates the key if necessary and sets the value, if one is given. An empty name means the default value.
 LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);
-/// Replaces a key by a new one that contains only this value, or nothing.
+/// Deletes a key and creates it again. Then sets the value, if one is given.
 void remakeKey(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name);
 
-/// Calls RegEnumValueW or RegEnumKeyExW for a name.
+/// Reads the name of the value or sub-key with the given index.
 LSTATUS enumerate(bool values, HKEY key, DWORD index, wchar_t* name, DWORD* length);
 
 /// Prints a value's type and bytes in the format of tree().

@@ -73,7 +73,7 @@ void Application::addLanguage(std::string_view shortName) const
 {
     const fs::path library = fs::path(shortName) / "RkUInfoRes.dll";
     fs::create_directories(m_folder / shortName);
-    // A copy, because Windows cannot remove any link to a file that another process has loaded.
+    // This must be a copy, because Windows cannot remove a hard link to a file that a process has loaded.
     fs::copy_file(thisProgram().replace_filename(library), m_folder / library);
 }
 

@@ -28,15 +28,15 @@ inline void PrintTo(const RawValue& value, std::ostream* stream)
     *stream << value.type << ' ' << testing::PrintToString(value.bytes);
 }
 
-/// Key paths after startAcme(). The constants are not inline, so that they are initialised before the
-/// constants that a file builds from them.
+/// Key paths after startAcme(). They are not inline, so that each file that includes this initialises them
+/// before its own constants.
 const std::string acmeKey = "Software\\Acme";
 const std::string languageRoot = acmeKey + "\\Widget\\2018\\en-US";
 const std::string profilesKey = languageRoot + "\\Profiles";
 const std::string settings = languageRoot + "\\Settings";
 
-/// Returns what a function writes into a buffer of 1024 characters that starts with "?", and checks the
-/// length that the function returns. If the length is 0, the result starts with "failed: ".
+/// Calls a function with a buffer of 1024 characters that starts with "?". Returns the buffer's string, and
+/// checks the length that the function returns. If the length is 0, the result starts with "failed: ".
 template <typename Function>
 std::string textOf(Function function)
 {
@@ -57,14 +57,14 @@ inline std::string rootPath(const TarvoConfig& config, int path)
     return utf8(key);
 }
 
-/// Checks at its destruction that the library has no key open.
+/// On destruction, checks that the library has no key open.
 class KeyCounter : public OpenKeys
 {
 public:
     ~KeyCounter() { EXPECT_EQ(stillOpen(), 0); }
 };
 
-/// Replaces the executable path that the library reads. An empty path makes reading fail.
+/// Replaces the executable path that the library reads. With an empty path, the read fails.
 [[nodiscard]] inline Patch pretendExecutable(const std::string& pretended)
 {
     const auto answer = [path = Wide(pretended)](auto, HMODULE module, LPWSTR out, DWORD size) -> DWORD {
@@ -92,4 +92,4 @@ protected:
 
 } // namespace testing_support
 
-using namespace testing_support; // in every test
+using namespace testing_support; // for every test

@@ -27,7 +27,7 @@ std::vector<std::string> words(const std::string& line)
     return all;
 }
 
-/// Reads the lines before the next one that begins with #, $ or @.
+/// Reads the lines up to, but not including, the next line that begins with #, $ or @.
 std::string takeOutput(std::istringstream& lines)
 {
     std::string all;

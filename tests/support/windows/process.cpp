@@ -57,7 +57,7 @@ void joinHome()
     RegCopyTreeW(HKEY_LOCAL_MACHINE, Wide(folders),
                  described.get()); // Windows resolves known folders by these descriptions
     redirect(HKEY_LOCAL_MACHINE, "Machine");
-    redirect(HKEY_CURRENT_USER, "User"); // this call must be last: both keys are below the real root
+    redirect(HKEY_CURRENT_USER, "User"); // last, because both keys are below the real root
 }
 
 void leaveHome()
