@@ -1,4 +1,4 @@
-// Reads values from a registry whose queries return any type, size and error, different each time.
+// Reads values from a simulated registry. Each query can return another type, size and error.
 #include "input.h"
 
 #include "store/codec.h"

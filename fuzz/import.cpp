@@ -1,5 +1,5 @@
-// Reads files like "rkuinfo import", in both formats, without writing to the registry. A tree that was read
-// must survive a round trip through JSON.
+// Reads files in both formats, as "rkuinfo import" does, but does not write to the registry. Each imported
+// tree must survive a round trip through JSON.
 #include "input.h"
 
 #include "transfer/transfer.h"

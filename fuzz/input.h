@@ -26,8 +26,8 @@ public:
     }
     std::string_view rest() { return bytes(m_bytes.size()); }
 
-    /// Returns a terminated string with one code unit for each byte, or for two bytes if isWide is true. The
-    /// string's memory ends after its terminator, so that sanitizers find overruns.
+    /// Returns a terminated string. Each code unit uses one byte of input, or two if isWide is true. The
+    /// allocation ends after the terminator, so that sanitizers detect overruns.
     std::vector<wchar_t> text(std::size_t bytesToTake, bool isWide)
     {
         const std::string_view taken = bytes(bytesToTake);

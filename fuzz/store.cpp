@@ -1,5 +1,5 @@
-// Damages the store's files: registry calls must then neither crash nor hang, nor return a value that was
-// never written.
+// Damages the store's files. After that, registry calls must not crash, hang or return a value that was never
+// written.
 #include "input.h"
 
 #include <cstdio>
@@ -14,7 +14,7 @@ namespace {
 constexpr const char* suffixes[] = {"", "-wal"};
 constexpr wchar_t keyPath[] = L"Software\\Fuzzed\\Key\\Deep";
 
-/// A folder in memory, deleted when the process exits, in which an undamaged store is created once.
+/// Creates an undamaged store in a folder in memory, and deletes the folder when the process exits.
 struct Home
 {
     Home()

@@ -1,5 +1,5 @@
-# Cross toolchain: 64-bit Windows with Visual C++'s ABI, using clang-cl and lld-link. Programs run through Wine. The
-# headers are Wine's, libc++'s and the few in visual-cpp/; the libraries are built from visual-cpp/ and Wine's DLLs.
+# Cross toolchain: 64-bit Windows with Visual C++'s ABI, using clang-cl and lld-link. Programs run through Wine. Uses
+# headers from Wine, libc++ and visual-cpp/, and libraries that are built from visual-cpp/ and Wine's DLLs.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)
 set(CMAKE_C_COMPILER clang-cl-19)
@@ -37,14 +37,14 @@ string(APPEND CMAKE_CXX_FLAGS_INIT ${cxx_headers})
 # llvm-rc ignores the code page that a resource script specifies.
 set(CMAKE_RC_FLAGS_INIT "/C 65001 -I /usr/include/wine/wine/windows -I /usr/include/wine/wine/msvcrt")
 
-# start.lib and a libc++ replace msvcrt.lib, vcruntime.lib and msvcprt.lib.
+# start.lib and either libcxx.lib or few.lib replace msvcrt.lib, vcruntime.lib and msvcprt.lib.
 if(VISUAL_CPP_WHOLE_LIBCXX)
   set(libcxx "libcxx.lib msvcp140.lib")
 else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-foreach(language C CXX) # cached, because before CMake 3.21 its own cached variables hide plain ones
+foreach(language C CXX) # cached, because CMake before 3.21 caches these variables itself, which hides normal ones
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()
 foreach(kind EXE SHARED MODULE)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # make-libraries.sh FOLDER            builds the libraries that visual-cpp.cmake links with, unless they are up to date
-# make-libraries.sh FOLDER SOURCES    builds libcxx.lib from SOURCES, the folder src of libc++
+# make-libraries.sh FOLDER SOURCES    builds libcxx.lib from SOURCES, the src folder of libc++
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 libraries=$1

@@ -1,8 +1,8 @@
 // The entry point of a host library: calls the DllMain of the library that links it.
 //
-// The library's objects come first on the link line and this file, from an archive, after them. So the object
-// below is the last of the library's static objects to be created and the first to be destroyed, both at a
-// program's end and in dlclose.
+// This file comes from an archive, so it follows the library's objects on the link line. Therefore
+// `entryPoint` is the last of the library's static objects to be created and the first to be destroyed, both
+// when a program exits and in dlclose.
 #include <windows.h>
 
 #include <dlfcn.h>

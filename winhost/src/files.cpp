@@ -23,7 +23,8 @@ struct Search
 {
 };
 
-/// Returns the first entry in alphabetical order whose name ends with a suffix, or "".
+/// Returns the name of the first entry, in alphabetical order, that ends with the suffix. Returns "" if there
+/// is none.
 std::string firstMatch(const std::string& folder, TextView suffix, std::error_code& failure)
 {
     std::string first;

@@ -17,7 +17,8 @@ struct FullPath
     bool mustBeFolder = false;    // it ended in a separator
 };
 
-/// Returns nothing and sets the last error for an empty path and for any drive or share but Z:.
+/// Returns nothing and sets the last error if the path is empty, or if it is on a share or on a drive other
+/// than Z:.
 std::optional<FullPath> parsePath(TextView path);
 
 /// Finds the host file of a path: each component by its exact name, otherwise ignoring case. Returns nothing

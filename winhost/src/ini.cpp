@@ -54,8 +54,8 @@ Text decodeUtf16(std::string_view bytes, std::size_t lowByte)
     return text;
 }
 
-/// Decodes a file without a byte order mark as UTF-8, with invalid bytes as Latin-1; one with a zero byte is
-/// binary and decodes as empty.
+/// Decodes UTF-16 if the file begins with a UTF-16 byte order mark, otherwise UTF-8. In UTF-8, invalid bytes
+/// are read as Latin-1, and a file that contains a zero byte is binary: the result is empty.
 Text decode(std::string_view bytes)
 {
     if (bytes.starts_with("\xFF\xFE")) {
@@ -70,8 +70,8 @@ Text decode(std::string_view bytes)
     return bytes.find('\0') == std::string_view::npos ? winhost::fromUtf8(bytes) : Text();
 }
 
-/// Puts entries before the first section in a section without a name. A line that begins with '[' and
-/// contains no ']' is an entry.
+/// The first section that is returned has no name; it contains the entries that precede the first section of
+/// the file. A line that begins with '[' is an entry if it contains no ']'.
 std::vector<Section> parse(TextView text)
 {
     std::vector<Section> sections(1);
@@ -118,8 +118,8 @@ TextView withoutTrailingBlanks(TextView text)
     return text;
 }
 
-/// Parses digits after an optional sign, as hexadecimal after 0x, modulo 2^32. Ignores the rest of the
-/// text.
+/// Parses a decimal number, or a hexadecimal number that begins with 0x. A sign may precede either. A larger
+/// number is reduced modulo 2^32. Ignores the text after the digits.
 UINT parseNumber(TextView text)
 {
     text = trimmed(text);

@@ -1,5 +1,5 @@
-// Modules. The handle of host code is the address at which it is loaded, whoever loaded it; the handle of a
-// PE file, which can only be read for its resources, is the address of its bytes.
+// Modules. The handle of host code is its load address, even if the code was not loaded by these functions. A
+// PE file can only be read for its resources; its handle is the address of its bytes.
 #include "modules.h"
 
 #include "host_path.h"
@@ -95,7 +95,7 @@ std::string fileOf(HMODULE module)
     return isHostCode(module) ? hostCodeFile(module) : std::string();
 }
 
-/// Adds ".dll" to a name without an extension; a dot at the end means "none" and is removed.
+/// Adds ".dll" to a name without an extension. If the name ends with a dot, only removes the dot.
 Text withExtension(TextView name)
 {
     Text full(name);
@@ -179,8 +179,8 @@ std::optional<std::string> findModuleFile(TextView name)
     return std::nullopt;
 }
 
-/// Adds a reference to a module. A module that was not loaded here is never unloaded, so its references are
-/// not counted. Returns false if the module was unloaded.
+/// Adds a reference to a module. Returns false if the module has been unloaded. References are counted only
+/// for modules that LoadLibraryExW loaded, because FreeLibrary never unloads others.
 bool addReference(HMODULE module)
 {
     {
@@ -194,8 +194,8 @@ bool addReference(HMODULE module)
     return isHostCode(module);
 }
 
-/// Adds a module to the list. If the module is already listed, adds a reference to the entry instead; the
-/// parameter then releases the loader's reference after the guard is unlocked.
+/// Adds a module to the list. If the module is already listed, adds a reference to its entry instead. The
+/// parameter's destructor then releases the loader's additional reference, after the guard is unlocked.
 HMODULE keep(Module module)
 {
     const std::lock_guard<std::mutex> lock(guard);

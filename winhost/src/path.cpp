@@ -75,8 +75,9 @@ Text canonical(TextView path)
     return result;
 }
 
-/// Joins both parts, or returns one if the other is empty or `more` is a full path. Truncates a single part
-/// to the longest path, but returns nothing if the joined path is too long.
+/// Joins the two parts. Returns `more` if `path` is empty or `more` is a full path, and returns `path` if
+/// `more` is empty. A path that is returned alone is truncated if it is too long; for two parts that are too
+/// long together, returns nothing.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

@@ -89,8 +89,8 @@ private:
     bool m_isValid;
 };
 
-/// Returns the target of the entry with the given id, or of the first entry if id is empty, in a table of a
-/// resource tree. The tree has three levels and is read no deeper, so a table that refers to itself is
+/// Finds an entry in a table of a resource tree and returns the entry's target. If id is empty, uses the
+/// first entry. Only the three levels of a resource tree are read, so a table that refers to itself is
 /// harmless.
 std::optional<std::uint32_t> findEntry(Bytes resources, std::uint32_t table, std::optional<std::uint32_t> id)
 {

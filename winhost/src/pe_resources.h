@@ -24,8 +24,8 @@ struct StringResource
 
 bool isPeImage(Bytes file);
 
-/// Finds the string with the given id in the first language that has its block of 16 strings. The string is
-/// empty if the block does not define it.
+/// Finds the string with the given id. Strings are stored in blocks of 16; uses the first language that has
+/// the string's block. The string is empty if the block does not define it.
 StringResource findString(Bytes file, std::uint16_t id);
 
 } // namespace winhost

@@ -58,8 +58,8 @@ INT MessageBoxW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type)
 
 void ExitProcess(UINT code)
 {
-    // No static object of the program is destroyed, as on Windows: other threads may still use it. stdin is
-    // left alone, since a thread that waits for input holds its lock.
+    // As on Windows, destroys no static objects of the program, because other threads may still use them.
+    // Does not flush stdin, because a thread that waits for input holds the lock of stdin.
     std::fflush(stdout);
     std::fflush(stderr);
     winhost::database::leave();

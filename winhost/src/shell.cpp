@@ -1,4 +1,4 @@
-// The user's folders, by the XDG base directories and user directories.
+// The user's folders, as defined by the XDG base directories and user directories.
 #include "host_path.h"
 #include "user_folders.h"
 
@@ -17,7 +17,8 @@ using winhost::xdgFolder;
 constexpr INT folderMask = 0xFF;
 constexpr HRESULT fileNotFound = static_cast<HRESULT>(0x80070002);
 
-/// Returns the folder that user-dirs.dirs assigns as "$HOME/..." or "/...", in quotes; otherwise "".
+/// Returns the documents folder that is set in user-dirs.dirs, or "". The setting has quotes and begins with
+/// $HOME or /.
 std::string documentsOfUserDirs()
 {
     constexpr std::string_view assignment = "XDG_DOCUMENTS_DIR=\"";

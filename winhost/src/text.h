@@ -1,4 +1,5 @@
-// UTF-16 text inside winhost: its string type, the system's case rule, and UTF-8 for the host's side.
+// UTF-16 text inside winhost: its string type, the system's case rule, and conversion to and from the host's
+// UTF-8.
 #pragma once
 
 #include <string>
@@ -14,13 +15,13 @@ struct UnitTraits : __gnu_cxx::char_traits<wchar_t>
 using Text = std::basic_string<wchar_t, UnitTraits>;
 using TextView = std::basic_string_view<wchar_t, UnitTraits>;
 
-/// Returns a terminated string; null is empty.
+/// Returns a view of a terminated string, or an empty view for null.
 inline TextView viewOf(const wchar_t* text)
 {
     return text != nullptr ? TextView(text) : TextView();
 }
 
-/// Returns a UTF-16 unit in upper case, by the table of the system's ordinal comparison.
+/// Converts a UTF-16 code unit to upper case, with the table that the system's ordinal comparison uses.
 wchar_t upcase(wchar_t unit);
 
 /// Compares code units, in upper case if ignoreCase is true. Returns a number less than, equal to or greater
@@ -35,11 +36,11 @@ inline bool equalIgnoringCase(TextView a, TextView b)
 /// Converts UTF-16 to UTF-8; a lone surrogate becomes three bytes.
 std::string toUtf8(TextView text);
 
-/// Converts UTF-8 to UTF-16, lone surrogates included. A byte outside of a valid sequence is read as Latin-1.
+/// Converts UTF-8 to UTF-16 and restores lone surrogates. A byte outside a valid sequence is read as Latin-1.
 Text fromUtf8(std::string_view bytes);
 
-/// Copies as much of a string as fits into `size` units with a terminator. Returns the number of units before
-/// the terminator. Writes nothing if size is 0.
+/// Copies as much of a string as fits into `size` code units, including a terminator. Returns the number of
+/// units before the terminator. Writes nothing if size is 0.
 std::size_t copyText(TextView text, wchar_t* out, std::size_t size);
 
 } // namespace winhost

@@ -1,4 +1,4 @@
-// The folders of the user's files, by the XDG base directories.
+// The folders of the user's files, as defined by the XDG base directories.
 #pragma once
 
 #include <string>

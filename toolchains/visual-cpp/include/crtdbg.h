@@ -1,4 +1,4 @@
-// Adds the parts of Visual C++'s crtdbg.h that Wine's lacks and GoogleTest uses.
+// Adds the parts of Visual C++'s crtdbg.h that GoogleTest uses and that are missing from Wine's.
 #pragma once
 
 #include_next <crtdbg.h>

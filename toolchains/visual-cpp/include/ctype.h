@@ -1,4 +1,4 @@
-// Adds the parts of Visual C++'s ctype.h and wctype.h that Wine's lack.
+// Adds the parts of Visual C++'s ctype.h and wctype.h that are missing from Wine's.
 #pragma once
 
 #include_next <ctype.h>

@@ -1,4 +1,4 @@
-// Replaces the macros of Wine's math.h with C++ overloads, like those of Visual C++.
+// Replaces the macros of Wine's math.h with C++ overloads, as in Visual C++.
 #pragma once
 
 #include_next <math.h>

@@ -1,4 +1,4 @@
-// Adds the parts of Visual C++'s stdio.h that Wine's lacks.
+// Adds the parts of Visual C++'s stdio.h that are missing from Wine's.
 #pragma once
 
 #include_next <stdio.h>

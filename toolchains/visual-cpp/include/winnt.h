@@ -1,4 +1,5 @@
-// Renames an intrinsic that Wine defines, because clang has it built in for this target.
+// Renames Wine's definition of an intrinsic, because clang has a built-in function of that name for this
+// target.
 #pragma once
 
 #define _InterlockedCompareExchange128 wineInterlockedCompareExchange128

@@ -13,7 +13,7 @@ void __security_check_cookie(ULONGLONG cookie)
     }
 }
 
-// Touches each page of the stack in the rax bytes below the stack pointer.
+// Touches each page of the stack that the caller is about to allocate: rax bytes below the stack pointer.
 __attribute__((naked)) void __chkstk()
 {
     __asm__("pushq %rcx\n\tpushq %rax\n\tcmpq $4096, %rax\n\tleaq 24(%rsp), %rcx\n\tjb 1f\n"

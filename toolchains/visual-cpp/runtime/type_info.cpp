@@ -1,5 +1,5 @@
-// The virtual table of type_info, to which every type descriptor refers. Compiled separately and without
-// RTTI: clang gives the table a name that type descriptors in the same source do not use.
+// The virtual table of type_info, to which every type descriptor refers. Compiled as a separate source
+// without RTTI, because type descriptors in the same source would refer to the table by a different name.
 #include <typeinfo>
 
 static volatile int destroyed;

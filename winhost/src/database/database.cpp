@@ -40,7 +40,7 @@ enum Kind
 };
 
 /// Changes when the path leads to another file or folder, when a file is added to the folder or removed, and
-/// when the folder's owner changes. Without values, if the files are not at the path.
+/// when the folder's owner changes. All members are 0 if the files are not at the path.
 using Listing = std::tuple<dev_t, ino_t, time_t, long, dev_t, ino_t>;
 
 struct Connection
@@ -126,7 +126,7 @@ struct OwnedFile
     {
     }
     ~OwnedFile() { ::close(number); }
-    OwnedFile(const OwnedFile&) = delete; // nor assigned, because of its constant
+    OwnedFile(const OwnedFile&) = delete; // the constant member rules out assignment too
 
     const int number;
 };
@@ -143,9 +143,9 @@ LSTATUS alone(const std::string& folder, Work work)
 
 // ---- The version
 //
-// The version is in the header of the write-ahead log's index, which all processes share in memory and every
-// commit changes. SQLite documents its format: https://www.sqlite.org/walformat.html. If the format differs,
-// the version is 0.
+// The version is read from the header of the write-ahead log's index. All processes share the header in
+// memory, and every commit changes it. SQLite documents the header's format:
+// https://www.sqlite.org/walformat.html. If the header has another format, the version is 0.
 
 constexpr std::uint32_t indexFormat = 3007000;
 constexpr std::size_t saltsAt = 4;    // offset in 8-byte units: the log's salts
@@ -188,11 +188,11 @@ void showVersion()
 
 // ---- The log
 //
-// A log may be applied only to the state of the file on which it builds. Therefore each state has a random
-// number, its generation, in SQLite's user_version, and each transaction in a log records the generation on
-// which it builds, in application_id.
+// A log continues one state of the file and may be applied only to that state. Therefore each state has a
+// random number, its generation, which is stored in SQLite's user_version. Each transaction in a log stores,
+// in application_id, the generation of the state that the log continues.
 
-/// Returns true if the index describes another log, which was removed while other processes use it.
+/// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()
 {
     constexpr off_t inLog = 16;
@@ -285,8 +285,8 @@ bool isMoved()
     return own.listing == Listing();
 }
 
-/// Switches off copy-on-write (btrfs), which would need new space for each change of a mapped page: on a full
-/// disk that raises SIGBUS.
+/// Switches off copy-on-write on btrfs. With copy-on-write, each change of a mapped page needs new space, and
+/// if the disk is full, the change raises SIGBUS.
 void writeInPlace(const std::string& folder)
 {
     const OwnedFile opened(folder);
@@ -440,7 +440,7 @@ LSTATUS open(bool forWriting)
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Writes the log back if it was removed or if its file was moved away.
+/// Rolls back a shared transaction. Writes the log back if the log was removed or if no file is at the path.
 LSTATUS saveLog()
 {
     if (own.isShared) {
@@ -485,7 +485,7 @@ void prepare(bool forWriting)
     }
 }
 
-/// Undoes a transaction, unless a disk error already has.
+/// Undoes a transaction, unless a disk error has already undone it.
 void undo(bool isWriting)
 {
     if (own.isShared && isWriting) {
@@ -502,7 +502,8 @@ void begin()
     sqlite3_busy_timeout(own.database, 0);
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
-        // Checked within the transaction, because until it begins another process may replace the log.
+        // Checked within the transaction, because another process may replace the log before the transaction
+        // begins.
         require(!isMoved(), ERROR_LOCK_FAILED);
         if (!own.isShared) {
             beginLog();

@@ -83,7 +83,7 @@ private:
 
 /// Returns the lock, which the caller holds until a fork is done. Undoes a shared transaction.
 Lock hold();
-/// In the child of a fork: leaves the connection to the parent.
+/// Abandons the parent's connection. Called in the child of a fork.
 void forsake();
 /// Closes the store when the process exits. The last process writes the log back.
 void leave();

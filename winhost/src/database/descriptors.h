@@ -1,8 +1,9 @@
 // The descriptors of the files that SQLite has open. A program may close descriptors that are not its own,
 // for example to become a daemon, and SQLite would then write to files that are opened later under the same
 // numbers. Also, a process loses its POSIX locks on a file as soon as any of its code closes that file. So
-// SQLite's open, close and fcntl are replaced by functions that know these descriptors: locks belong to the
-// open file, and a descriptor that refers to another file now is neither closed nor unlocked.
+// this module replaces SQLite's open, close and fcntl with functions that know these descriptors. Their locks
+// belong to the open file, not to the process. They neither close nor unlock a descriptor that now refers to
+// another file.
 #pragma once
 
 #include <string>
@@ -19,7 +20,8 @@ enum File
 };
 constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
-/// Makes this thread treat files with these names as the store's when SQLite opens them. Null ends this.
+/// Records the descriptors of this file, its log and its index when SQLite opens them in this thread. Null
+/// stops recording.
 void expectFiles(const std::string* file);
 
 /// Returns -1 if the file is not open, or if SQLite shares it with another connection of the process.

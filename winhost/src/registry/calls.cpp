@@ -9,15 +9,15 @@ using database::Transaction;
 
 namespace {
 
-/// Adopts the store's version. Call it in a Transaction before using the cache.
+/// Updates the cache to the store's current version. Call it in a Transaction before using the cache.
 void follow()
 {
     const std::lock_guard<std::mutex> lock(memory().mutex);
     memory().follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Finds an answer for a key, which must have been opened with the needed rights, and calls use(answer) with
-/// the memory locked.
+/// Finds the answer to a question about a key, and calls use(answer) with memory() locked. The key must have
+/// been opened with the needed rights.
 template <typename Use>
 LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {
@@ -58,7 +58,7 @@ NodeId nodeOf(HKEY key, REGSAM needed)
 
 constexpr auto nothing = [] {};
 
-/// Runs work(node) in a transaction and, after the commit, then() with the memory locked.
+/// Runs work(node) in a transaction. After the commit, calls then() with memory() locked.
 template <typename Work, typename Then = decltype(nothing)>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
 {
@@ -84,7 +84,7 @@ void give(Result* out, Value value)
     }
 }
 
-/// Copies a string with its terminator and sets its length if there is room for both.
+/// Copies a string and its terminator and sets the length. Returns false if there is no room for both.
 bool giveText(TextView text, wchar_t* out, DWORD* length)
 {
     if (text.size() >= *length) {

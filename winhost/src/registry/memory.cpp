@@ -20,7 +20,7 @@ std::uint64_t hashOf(const Question& question)
     return mix(mix(question.kind, number), std::hash<std::string_view>()(bytesOf(question.text)));
 }
 
-/// Compares the texts as bytes, which is faster than comparing code units.
+/// Compares text as bytes, which is faster than comparing code units.
 bool isSame(const Question& a, const Question& b)
 {
     return a.kind == b.kind && a.node == b.node && a.index == b.index && bytesOf(a.text) == bytesOf(b.text);
@@ -44,7 +44,7 @@ void beforeFork()
 void afterFork()
 {
     memory().mutex.unlock();
-    // Empties `held` before the lock is released, because another thread's fork may then begin.
+    // Empties `held` before the lock is released, because another thread may fork as soon as it is released.
     const database::Lock ended = std::move(held);
 }
 

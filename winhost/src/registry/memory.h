@@ -1,6 +1,6 @@
-// The state of the process, under one lock: its open keys, and a cache of the store's answers. An answer is
-// valid while the content has the version under which the answer was read; a write of this process keeps the
-// answers that it cannot have changed.
+// The state of the process, under one lock: its open keys, and a cache of the store's answers. A cached
+// answer is valid until the content changes. If this process only sets or deletes values, cached paths stay
+// valid.
 #pragma once
 
 #include "registry/tree.h"
@@ -22,13 +22,14 @@ public:
 
     /// Returns ERROR_INVALID_HANDLE, or ERROR_ACCESS_DENIED if the key was opened without a needed right.
     LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node);
-    /// Returns a new handle. Reuses a number only after 2^32 others, so that closed handles are detected.
+    /// Returns a new handle. Returns the same handle again only after 2^32 others, so that closed handles are
+    /// detected.
     HKEY open(NodeId node, REGSAM access);
     LSTATUS close(HKEY key);
 
     /// Returns the cached answer; null if none is valid.
     const Answer* recall(const Question& question);
-    /// Does the same, but also returns an answer that only changes of other processes have invalidated.
+    /// Also returns an outdated answer, if only changes by other processes have invalidated it.
     const Answer* recallOutdated(const Question& question);
     /// Caches an answer, unless the store has changed or the answer has more than 2,400 bytes. Call it in a
     /// Transaction.
@@ -63,7 +64,7 @@ private:
     const Entry* find(const Question& question);
 
     std::vector<Slot> m_slots;
-    std::size_t m_closed = 0; // the first closed slot of a linked list; the number of slots ends it
+    std::size_t m_closed = 0; // head of the list of closed slots, which ends with m_slots.size()
     std::unordered_map<std::uint64_t, Entry> m_answers; // by a hash of the question; 4,096 at most
     std::uint64_t m_version = 0;
     std::uint64_t m_epochs[2] = {1, 1}; // current epochs: for paths, and for all other answers

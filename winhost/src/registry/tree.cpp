@@ -16,8 +16,8 @@ Text textOf(std::string_view bytes)
     return text;
 }
 
-/// Returns bytes that are equal for names that differ only in case, and that sort in the registry's order, in
-/// which ASCII letters count as lower case and follow '_'.
+/// Converts a name to bytes for comparison. Names that differ only in case have the same bytes. The bytes
+/// sort in the registry's order: ASCII letters count as lower case and follow '_'.
 std::string folded(TextView name)
 {
     std::string bytes;
@@ -51,8 +51,8 @@ bool exists(NodeId node)
     return isRoot(node) || Query("SELECT 1 FROM keys WHERE id = ?1", node).next();
 }
 
-/// Returns the answer of a search that found nothing: ERROR_KEY_DELETED if the key is deleted, otherwise the
-/// status.
+/// Returns the answer for an entry that was not found. It contains ERROR_KEY_DELETED if the key is deleted,
+/// otherwise the given status.
 Answer missing(NodeId node, LSTATUS status)
 {
     return {.status = exists(node) ? status : ERROR_KEY_DELETED};
@@ -156,8 +156,9 @@ Answer findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// Finds the entry at an index. If the entry before it is cached, continues after its name and reads ahead,
-/// even if other processes have written since: counting from the start would cost more with each entry.
+/// Finds the entry at an index. If the previous entry is cached, continues after its name, because counting
+/// from the start would cost more with each entry. In that case also reads ahead, unless other processes have
+/// written since.
 Answer findAt(const Question& question)
 {
     constexpr std::int64_t readAhead = 64;
@@ -202,7 +203,7 @@ void createFirstKeys()
         insert(parent, ++id, name);
         parent = id;
     }
-    // Numbers start at random, so that keys in different stores have different numbers.
+    // Numbers start at a random number, so that keys in different stores have different numbers.
     Query("INSERT INTO shape VALUES(abs(random() / 4) + ?1)", id).run();
 }
 
@@ -289,9 +290,10 @@ void deleteTree(NodeId node, bool withItself)
 
 } // namespace winhost::registry
 
-// A key's number is higher than its parent's and is almost never reused. The one row of `shape` has the
-// highest number so far; it grows by random steps, because undoing a change frees its number. `name` is the
-// UTF-16 name as created; `folded` is its form by which names are found and sorted, ignoring case.
+// A key's number is higher than its parent's and is almost never reused. `shape` has one row, which contains
+// the highest number so far. New numbers are random steps apart, because undoing a change frees the numbers
+// that the change assigned. `name` is the name in UTF-16, as it was created. `folded` is a form of the name
+// that ignores case; keys and values are found and sorted by it.
 const winhost::database::Content winhost::database::content = {
     "registry.db",
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "

@@ -43,7 +43,7 @@ struct Question
 
 struct Answer
 {
-    LSTATUS status = ERROR_SUCCESS; ///< if it failed, the reason; the other members are then unset
+    LSTATUS status = ERROR_SUCCESS; ///< on failure, the other members are unset
     DWORD type = 0;
     NodeId node = 0; ///< of a path
     std::string data = {};
@@ -67,9 +67,9 @@ Measure measure(NodeId node);
 
 // ---- Changes
 
-/// Creates the missing part of a path, and sets created if any part was missing. Returns the key.
+/// Creates the missing keys of a path, and sets created if there were any. Returns the key at the path.
 NodeId createPath(NodeId start, TextView path, bool& created);
-/// Sets a value and returns the answer to a later question for it.
+/// Sets a value. Returns the answer that find() would return for the new value.
 Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
 /// Deletes a key; throws ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
