@@ -1,4 +1,4 @@
-// rkuinfo: shows and changes what RkUInfo knows about the program in its own folder.
+// rkuinfo: shows and changes what RkUInfo knows about the program in the same folder.
 #include "commands/command.h"
 #include "model/system.h"
 

@@ -27,17 +27,17 @@ struct Command
     void (*run)(Session&);
 };
 
-/// Runs a command line and returns the exit code. Throws Failure for a wrong command line, and passes on
-/// exceptions of the command.
+/// Runs a command line and returns the exit code. Throws a Failure if the command line is wrong. Does not
+/// catch exceptions thrown by the command.
 int runCommandLine(const std::vector<std::string>& words);
 
-/// Prints the table, or with --json the JSON.
+/// Prints `json` if the command line contains --json, otherwise `table`.
 void printEither(const Session& session, const Table& table, const Json& json);
 
 /// Returns the names of the subtrees, in the order of TarvoConfig::Path.
 std::vector<std::string> subtreeNames();
 
-/// The key named by SUBTREE and KEY, or the value named by SUBTREE and VALUE, or by SUBTREE, KEY and --value.
+/// The key or value that the command line names. A value is named by VALUE, or by KEY and --value.
 struct Place
 {
     Text subtree;              ///< the path of the subtree's own key
@@ -54,6 +54,7 @@ struct Place
     [[noreturn]] void failNotFound() const;
 };
 
-/// Returns the row of a key or value in a listing. A row for people contains the path below the listed key. A
-/// row for programs contains the path of the key below the subtree, the name, the type and the data.
+/// Returns the row of a key or value in a listing. If `isForPeople`, the first cell is the path below the
+/// listed key. Otherwise the first cell is the key's path below the subtree, and the second cell is the
+/// value's name.
 std::vector<Cell> rowOf(const Place& place, const Name& name, const Value& value, bool isForPeople);

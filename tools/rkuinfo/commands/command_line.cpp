@@ -115,10 +115,10 @@ public:
              {std::pair("REQUIRED", ""), {"SUBCOMMAND", "COMMAND"}, {"Positionals", "Words"}}) {
             get_formatter()->label(label, word);
         }
-        footer("Options may stand before or after the command.\n"
+        footer("Options may appear before or after the command.\n"
                "SUBTREE is product-root, version-root, language-root, profiles-root,\n"
                "current-profile, applications, recent-file-list, settings or user-config.\n"
-               "Only the commands use and provision record the names given as options.\n"
+               "Names given as options are recorded only by the commands use and provision.\n"
                "Exit code: 0; 1 when something is not found, different or wrong; 2 for a wrong\n"
                "command line.");
         for (const Parameter* each = parameterTable; each->name[0] == '-'; ++each) {
@@ -148,8 +148,8 @@ public:
         return options;
     }
 
-    /// Returns the message of an error. The message for unexpected words is composed here, because CLI11's
-    /// differs between versions.
+    /// Returns the message of an error. Composes its own message for unexpected words, because CLI11's
+    /// message differs between versions.
     std::string explain(const CLI::ParseError& error) const
     {
         const Names unknown = remaining(true);
@@ -204,7 +204,7 @@ void printManual()
     }
 }
 
-/// Replaces / with \ in a key and removes separators at its ends, like the library.
+/// Replaces / with \ in a key and removes separators at both ends, as the library does.
 Text normalised(const std::string& key)
 {
     Text path = utf16(key);

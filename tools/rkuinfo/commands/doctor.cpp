@@ -1,4 +1,4 @@
-// rkuinfo doctor. Scripts rely on its codes and severities, which the man page lists.
+// rkuinfo doctor. Scripts rely on the codes and severities of findings, which the man page lists.
 #include "commands/command.h"
 
 #include "installation/names.h"
@@ -33,7 +33,7 @@ public:
         }
         const std::string earlier = userFolder(false) + "/winhost/data.mdb"; // only on the host
         if (exists(utf16("Z:" + earlier))) {
-            add(note, "earlier-registry", earlier, "a registry of an earlier version, which is not read",
+            add(note, "earlier-registry", earlier, "an earlier version's registry, which is ignored",
                 "export it with the rkuinfo of that version, import the file, and remove it");
         }
         const Text folder = m_session.programFolder();
@@ -82,7 +82,8 @@ private:
         }
     }
 
-    /// Returns a command line that acts on the same installation, in another language if one is named.
+    /// Returns an rkuinfo command line for the same installation. If `language` is not empty, the command
+    /// line names that language.
     std::string command(const std::string& words, const std::string& language = {}) const
     {
         Session session = m_session;
@@ -94,21 +95,20 @@ private:
 
     // ---- INI files
 
-    /// Returns whether the file is safe to read, or does not exist.
+    /// Adds a finding for each fault of the file. Returns false if the file exists but is not safe to read.
     bool checkIniFile(const Text& folder, const wchar_t* name)
     {
         const Text path = folder + rkuinfo::text(name);
         if (!exists(path)) {
             if (name == uinfo::tarvoIni) {
-                add(note, "ini-missing", utf8(path),
-                    "the file, which can name company and product, is missing",
-                    "write one if the application has its own names");
+                add(note, "ini-missing", utf8(path), "the file is missing",
+                    "create it if the application has its own company or product name");
             }
             return true;
         }
         const std::optional<std::string> bytes = readSmallFile(nativePath(path));
         if (!bytes) {
-            add(error, "ini-unreadable", utf8(path), "not a file of at most 1 MiB that this user can read",
+            add(error, "ini-unreadable", utf8(path), "it is not a readable file of at most 1 MiB",
                 "replace it, or allow the user to read it");
             return false;
         }
@@ -179,7 +179,7 @@ private:
         }
         if (installation.preferred == uinfo::unknownLanguage) {
             add(error, "no-language", utf8(installation.folder), installation.whyNone(),
-                "run a language's installer: no application can start");
+                "run a language's installer: no application can start without a language");
             return;
         }
         const std::string proposed =

@@ -22,7 +22,7 @@ void exportTree(Session& session)
                          {"language", installation.hasLanguage() ? toJson(installation.language()) : Json()},
                          {"date", today}};
     writeFile(session["--file"], documentText(toJson(tree, header)) + '\n');
-    losses.erase(std::unique(losses.begin(), losses.end()), losses.end()); // a listing may repeat its error
+    losses.erase(std::unique(losses.begin(), losses.end()), losses.end()); // a listing may repeat an error
     for (const std::string& loss : losses) {
         printError("not exported: " + loss);
         session.exitCode = exitFailed;
@@ -98,6 +98,6 @@ const Command importCommand({"import", "SUBTREE [KEY] [--file] [--replace] [--dr
                              "--replace is given. An import that fails changes nothing.",
                              importTree});
 const Command diffCommand({"diff", "SUBTREE [KEY] [--file]", "Compare a key with a file",
-                           "- is in the key, + in the file. Exit code 1 when something differs.", diff});
+                           "- from the key, + from the file. Exit code 1 when something differs.", diff});
 
 } // namespace

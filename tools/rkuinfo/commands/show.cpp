@@ -103,7 +103,8 @@ Json registry(const Installation& of)
     return json;
 }
 
-/// Returns one row per member. In rows for programs, the section precedes the name to make the name unique.
+/// Returns one row per member. Unless `isForPeople`, each name begins with its section, so that names are
+/// unique.
 Table tableOf(const Json& json, bool isForPeople)
 {
     Table table;

@@ -59,7 +59,8 @@ std::string sourceName(const uinfo::Finding& finding)
                                                 : "the default";
 }
 
-/// Returns why a source's name is not used. The library reads a key that cannot be opened as an absent value.
+/// Returns what is wrong with a name in a source; empty if start-up accepts the name. If a key cannot be
+/// opened, the library treats the value as absent; this function reports it as unreadable.
 std::string problemOf(const uinfo::Finding& finding, const Text& key)
 {
     constexpr const char* words[] = {
@@ -162,11 +163,11 @@ std::string Installation::whyNone() const
     std::string why;
     for (const LanguageState& state : languages) {
         if (state.installed != uinfo::Installed::noFolder) {
-            why += (why.empty() ? ": " : ", ") + state.name() + " has " + state.whyNot();
+            why += (why.empty() ? ": " : ", ") + state.name() + " (" + state.whyNot() + ')';
         }
     }
     return "no language is installed in " + utf8(folder) +
-           (why.empty() ? ": it has no language's folder" : why);
+           (why.empty() ? ": it has no language folder" : why);
 }
 
 const LanguageState& Installation::chosenLanguage() const
@@ -203,7 +204,7 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // Reads each source separately, by a choice that ignores the sources before it.
+    // Reads each source separately: hides all sources of higher precedence from the choice.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {

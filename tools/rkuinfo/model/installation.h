@@ -23,7 +23,7 @@ struct Session
     bool has(const std::string& name) const { return given.contains(name); }
     /// Returns the value of a parameter, or "" if the parameter is not given.
     std::string operator[](const std::string& name) const { return has(name) ? given.at(name) : ""; }
-    /// Returns a command line of this program for the same installation: "rkuinfo --company Acme doctor".
+    /// Returns an rkuinfo command line for the same installation, such as "rkuinfo --company Acme doctor".
     /// `words` must already be quoted for a shell.
     std::string commandLine(const std::string& words) const;
     /// Returns the folder of the program to look at, with a backslash at its end; throws if there is none.
@@ -36,7 +36,7 @@ struct LanguageState
     const uinfo::Language& record;
     Text folder;
     uinfo::Installed installed;
-    bool hasEntry = false;     ///< whether the uninstall entry exists, which only the default product needs
+    bool hasEntry = false;     ///< whether the uninstall entry exists; only the default product needs it
     bool hasResources = false; ///< whether the resource library can be read
     std::optional<Text> localName = std::nullopt; ///< the language's name in the language itself
     std::string other = {};                       ///< the library's language if it is a different one
@@ -46,7 +46,7 @@ struct LanguageState
     std::string whyNot() const;
 };
 
-/// A name that one source contains.
+/// The result of looking up a name in one source.
 struct Origin
 {
     std::string name; ///< company, product, language or profile
@@ -61,17 +61,17 @@ class Installation
     const rkuinfo::Argument m_folder, m_companyName, m_productName, m_languageName, m_profileName;
 
 public:
-    /// Throws for a folder that does not exist, a name that is too long, and a registry that cannot be read.
+    /// Throws if the folder does not exist, a name is too long, or the registry cannot be read.
     explicit Installation(const Session& session);
     Installation(const Installation&) = delete;
     Installation& operator=(const Installation&) = delete;
 
-    /// Returns what a function of the library composes; throws if the result does not fit.
+    /// Returns the path that `compose` appends to an empty buffer; throws if the path is too long.
     static Text composed(const auto& compose)
     {
         uinfo::PathBuffer path;
         if (!compose(path)) {
-            throw Failure("the names make a path of more than 1023 characters", {}, exitUsage);
+            throw Failure("the names are too long: a path may have at most 1023 characters", {}, exitUsage);
         }
         return rkuinfo::text(path.text());
     }
@@ -100,13 +100,13 @@ public:
     /// Returns the sources of each name, in the order in which start-up reads them.
     std::vector<Origin> origins() const;
 
-    /// Returns the path stored in a setting: empty if an application cannot use the path, std::nullopt if the
-    /// setting does not exist.
+    /// Returns the path stored in a setting. Returns an empty path if an application cannot use it, and
+    /// std::nullopt if the setting does not exist.
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
-    /// Returns the start of an entry of TARVO.ini, at most 254 characters.
+    /// Returns at most the first 254 characters of an entry in TARVO.ini.
     Text iniText(const wchar_t* section, const wchar_t* key) const;
-    /// Returns the prefix of the names of architecture commands; empty unless product.ini contains its two
-    /// numbers.
+    /// Returns the name prefix of architecture commands. The prefix contains two numbers from product.ini,
+    /// and is empty if one is missing.
     Text commandPrefix() const;
 };
 

@@ -306,7 +306,7 @@ void carryOut(const Text& root, const std::vector<Change>& changes)
                 writer.write(changes[done - 1].name, changes[done - 1].before);
             }
         } catch (const Failure& second) {
-            throw Failure(why + "; a part was written and could not be undone: " + second.what());
+            throw Failure(why + "; some changes could not be undone: " + second.what());
         }
         throw Failure(why + "; nothing was changed");
     }

@@ -1,9 +1,7 @@
-// The current user's registry, accessed through the system's calls, which report why they fail; the library's
-// functions do not. A key with everything below it is a tree in memory: export writes it, import reads it,
-// diff compares it.
+// The current user's registry. These functions call the system, because the library's functions do not report
+// why they fail. Export, import and diff use a Tree, which contains a key and everything below it.
 //
-// Commands that change nothing read the registry here and do not start the library, because start-up would
-// record the names that it chose.
+// Of all commands, only provision starts the library, because start-up records the names that it chooses.
 #pragma once
 
 #include "text/text.h"
@@ -30,7 +28,7 @@ struct ValueType
 {
     std::string_view name;
     unsigned long registryType;
-    std::size_t least; ///< minimum and maximum size in bytes that applications read as this type
+    std::size_t least; ///< applications read `least` to `most` bytes of data as this type
     std::size_t most;
     bool isJsonNumber;     ///< in JSON a number, otherwise a string
     std::string_view word; ///< describes a valid word, for messages
@@ -45,7 +43,7 @@ struct ValueType
 extern const std::vector<ValueType> valueTypes;
 /// Returns null if there is no such type.
 const ValueType* typeNamed(std::string_view name);
-/// Returns the type that an application reads the value as; null if no application can read the value.
+/// Returns the type in which an application reads the value; null if no application can read it.
 const ValueType* typeOf(const Value& value);
 
 /// Returns the data as get prints it, or in hexadecimal if applications cannot read the value.
@@ -65,8 +63,8 @@ std::string bytesOf(Number number)
 /// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
-/// Calls `read`. If `losses` is not null, a Failure is appended to it instead of thrown, unless the command
-/// line is wrong.
+/// Calls `read`. If `read` throws a Failure and `losses` is not null, appends the problem to `losses`. Always
+/// passes on a Failure that reports a wrong command line.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {
@@ -80,11 +78,11 @@ void guard(Losses* losses, const Read& read)
     }
 }
 
-/// Throws a Failure unless the status is success, with the meaning of the status and the location of the
-/// registry.
+/// If the status is an error, throws a Failure with its meaning and the location of the registry.
 void require(LSTATUS status, const std::string& subject);
 
-// The functions below act on the current user's keys, and throw a Failure with the system's reason on error.
+// The functions below access the current user's keys. On error, they throw a Failure with the system's
+// reason.
 
 bool keyExists(const Text& path);
 /// Returns nothing if the key or value does not exist.
@@ -93,8 +91,8 @@ std::optional<Value> readValue(const Text& path, const Text& name);
 /// The longest value name that an application can read.
 constexpr std::size_t longestValueName = 1023;
 
-/// Returns whether an application can read the key of a path: at most 1020 characters, with names of 1 to
-/// 255.
+/// Returns whether an application can read a key with this path. The path has at most 1020 characters, and
+/// each name in it 1 to 255.
 bool isUsablePath(TextView path);
 
 /// The name of a key or value in a tree. The tree's own key has an empty path.
@@ -106,7 +104,7 @@ struct Name
     bool isKey() const { return !value.has_value(); }
 };
 
-/// Ignores case. A key precedes its values, and these precede the keys below it.
+/// Ignores case. Sorts a key before its values, and its values before its sub-keys.
 struct LessName
 {
     bool operator()(const Name& a, const Name& b) const;
@@ -115,12 +113,12 @@ struct LessName
 /// Maps names to values; a key is mapped to an empty Value.
 using Tree = std::map<Name, Value, LessName>;
 
-/// Reads a key with the names of its sub-keys or, if `isDeep`, with everything below the key. Returns an
-/// empty tree if the key does not exist. Throws a Failure if something cannot be read; if `losses` is not
-/// null, appends the problem to `losses` instead and continues.
+/// Reads a key, its values and the names of its sub-keys. If `isDeep`, reads everything below the key.
+/// Returns an empty tree if the key does not exist. Throws a Failure if something cannot be read; if `losses`
+/// is not null, appends the problem to `losses` instead and continues.
 Tree readTree(const Text& path, bool isDeep = true, Losses* losses = nullptr);
 
-/// A change that a file makes: stores a value, creates a key, or removes one of them.
+/// A change from an imported file: stores a value, creates a key, or removes a value or key.
 struct Edit
 {
     Name name;
@@ -142,7 +140,7 @@ struct Change
 
 std::vector<Change> compare(const Tree& before, const Tree& after);
 
-/// Applies changes below a key. Throws a Failure if a change is refused or the user presses Ctrl-C. Earlier
-/// changes are then undone: by this function on a system without transactions, otherwise by the caller's
-/// transaction.
+/// Applies changes below a key. If a change is refused or the user presses Ctrl-C, throws a Failure. On a
+/// system without transactions, first undoes the changes made so far; elsewhere the caller's transaction
+/// undoes them.
 void carryOut(const Text& root, const std::vector<Change>& changes);

@@ -64,9 +64,9 @@ std::string nativePath(const Text& path)
     return utf8(path);
 }
 
-/// Quotes for PowerShell and cmd. Inside double quotes, both keep all characters but $, ` and quotation
-/// marks, of which PowerShell has four. In cmd, a word that contains $ or ` is misread, because cmd keeps
-/// the ` that escapes the character.
+/// Quotes a word for PowerShell and cmd. Inside double quotes, PowerShell interprets $, ` and four quotation
+/// marks, so they are escaped. cmd misreads a word that contains $ or `, because it does not remove the `
+/// that escapes the character. cmd also expands %NAME%.
 std::string shellWord(const std::string& word)
 {
     constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.:/\\";

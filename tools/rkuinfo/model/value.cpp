@@ -15,7 +15,7 @@ std::optional<Number> parseNumber(std::string_view word, Base... base)
     return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 
-/// Accepts a decimal number, or the bits of an integer in hexadecimal after 0x.
+/// Accepts a decimal number. For an integer type, also accepts its bits as hexadecimal digits after 0x.
 template <typename Number>
 std::optional<std::string> parse(std::string_view word)
 {

@@ -22,8 +22,8 @@ bool isIn(const char32_t (&blocks)[Count][2], char32_t point)
         blocks, [point](const char32_t* block) { return point >= block[0] && point <= block[1]; });
 }
 
-/// Control characters of both sets, lone surrogates, invisible characters and those that change the direction
-/// of text.
+/// C0 and C1 control characters, lone surrogates, invisible characters, and characters that change the
+/// direction of text.
 constexpr char32_t hiddenBlocks[][2] = {{0, 0x1F},        {0x7F, 0x9F},     {0x061C, 0x061C},
                                         {0x200B, 0x200F}, {0x2028, 0x202E}, {0x2060, 0x206F},
                                         {0xD800, 0xDFFF}, {0xFEFF, 0xFEFF}};
@@ -146,7 +146,7 @@ void finishProgress()
 namespace {
 
 constexpr std::size_t gap = 2;        // spaces before each column
-constexpr std::size_t narrowest = 20; // a last column narrower than this is not folded
+constexpr std::size_t narrowest = 20; // a last column of at most this width is not folded
 
 std::size_t width(char32_t point)
 {
@@ -171,8 +171,8 @@ std::string styled(const Layout& layout, std::string_view text, Style style)
                : std::string(text);
 }
 
-/// Removes the longest first line that fits from the text, and returns the line. A line ends after the last
-/// separator that fits, or at the edge if no separator fits.
+/// Removes the first line from the text and returns it. The line ends after the last separator that fits into
+/// `room` columns, or at the edge if no separator fits.
 std::string_view takeLine(std::string_view& text, std::size_t room)
 {
     std::size_t end = 0;

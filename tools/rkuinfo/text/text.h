@@ -31,13 +31,14 @@ bool isValid(TextView text);
 /// Returns the lowest digits of a number in hexadecimal.
 std::string hexDigits(std::uint32_t number, int count);
 
-/// Replaces characters that a terminal may interpret, such as control characters, bidirectional marks and
-/// lone surrogates, by \uXXXX, except `kept`. JSON text keeps its meaning.
+/// Replaces every character that a terminal may interpret, such as a control character, a bidirectional mark
+/// or a lone surrogate. The replacement is \uXXXX, which has the same meaning in JSON. Does not replace
+/// `kept`.
 std::string shown(std::string_view text, char32_t kept = 0);
 std::string shown(TextView text);
 
-/// Compares two names, which the registry treats as the same if the result is 0. Returns a negative number, 0
-/// or a positive number.
+/// Compares two names. Returns 0 if the registry treats them as the same name, otherwise a negative or
+/// positive number.
 int compareIgnoringCase(TextView a, TextView b);
 inline bool equalIgnoringCase(TextView a, TextView b)
 {
@@ -48,7 +49,8 @@ bool containsIgnoringCase(TextView text, TextView part);
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
-/// Ends a command with one sentence for the user: the problem and, after a semicolon, what to do.
+/// An error that ends the command. Its message is one sentence: the problem and, after a semicolon, the
+/// remedy.
 class Failure : public std::runtime_error
 {
 public:
@@ -80,7 +82,7 @@ struct Layout
     bool coloured = false;
 };
 
-/// Text styles, by their numbers in the terminal's sequence ESC [ number m.
+/// Text styles. The number of a style is its parameter in the escape sequence ESC [ number m.
 enum class Style
 {
     plain = 0,
@@ -97,9 +99,9 @@ struct Cell
     Style style = Style::plain;
 };
 
-/// A row with a single cell is a heading, which output for programs omits.
+/// A row with a single cell is a heading. Output that is separated by tabs omits headings.
 using Table = std::vector<std::vector<Cell>>;
 
-/// Prints rows. For people, aligns and colours the cells and folds the last column at the right edge; for
-/// programs, separates the cells by tabs.
+/// Prints rows. If `layout.columns` is set, aligns and colours the cells and folds the last column at the
+/// right edge. Otherwise separates the cells by tabs.
 void printTable(const Table& table, const Layout& layout);

@@ -41,8 +41,8 @@ bool write(const fs::path& path, std::string_view bytes)
     return !out.fail();
 }
 
-/// Follows links. The new file has a random name, so that nobody can create it first, and is removed on
-/// failure.
+/// Follows links. Gives the new file a random name, so that no other user can create a file with that name
+/// first. On failure, removes the new file.
 bool replace(const fs::path& path, std::string_view bytes)
 {
     std::error_code failure;

@@ -137,7 +137,7 @@ std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes
                 "the file was written by a newer version of rkuinfo");
         readKey(json, root, {}, edits, place);
     } catch (const Json::exception& error) {
-        const std::string what = error.what(); // begins with the parser's name for the error in brackets
+        const std::string what = error.what(); // begins with the parser's error code in brackets
         throw Failure(file + ": " + place + ": " + what.substr(what.find(']') + 2));
     } catch (const Failure& failure) {
         throw Failure(file + ": " + place + ": " + failure.what());

@@ -24,7 +24,7 @@ std::string textOfFile(const std::string& bytes)
     return utf8(text);
 }
 
-/// Reads the file in one pass. Each function removes what it has read from the front of the line.
+/// Reads the file in one pass. A function that reads a part of a line removes that part from the line.
 class Reader
 {
 public:
@@ -54,7 +54,7 @@ private:
         }
     }
 
-    /// Reads a line, and joins it with the next line while it ends with a backslash.
+    /// Reads a line. If a line ends with a backslash, appends the next line.
     bool nextLine()
     {
         m_joined.clear();
@@ -153,7 +153,7 @@ private:
             }
             value.data = takeBytes();
         }
-        require(m_line.empty(), "something follows the value");
+        require(m_line.empty(), "unexpected characters after the value");
         m_edits.push_back({{m_key, value.name}, std::move(value), isRemoval});
     }
 

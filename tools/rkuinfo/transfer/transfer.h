@@ -15,8 +15,8 @@ bool isStream(const std::string& file);
 std::string readFile(const std::string& file);
 /// Reads a regular file of at most 1 MiB. Returns nothing for any other file, and never blocks on a pipe.
 std::optional<std::string> readSmallFile(const std::string& file);
-/// Writes a new file with the same permissions and renames it, so that the file is either completely replaced
-/// or unchanged. Writes directly to anything but a regular file, such as a device.
+/// Replaces a file completely or not at all: writes a new file with the same permissions and renames it. If
+/// `file` is a device or another file that is not regular, writes to it directly.
 void writeFile(const std::string& file, std::string_view bytes);
 
 // The JSON format represents every value; the man page describes it. A string that is not valid UTF-16 is
@@ -28,16 +28,16 @@ Json toJson(TextView text);
 Json toJson(const Value& value);
 /// Returns {"name", "type", "value"}.
 Json toNamedJson(const Value& value);
-/// Appends {"values": [...], "keys": [{"name", "values", "keys"}...]} to the members of a header.
+/// Returns `header` with two members appended: {"values": [...], "keys": [{"name", "values", "keys"}...]}.
 Json toJson(const Tree& tree, Json header = Json::object());
-/// Returns the text of a document, in which characters that a terminal may interpret are escaped.
+/// Converts JSON to text. Escapes characters that a terminal may interpret.
 std::string documentText(const Json& json);
-/// Returns the changes that a file makes to the key `root`. Throws a Failure that names the key in the file
-/// and the reason, also for names that no application can use.
+/// Returns the changes that a file makes to the key `root`. If the file is invalid or contains a name that no
+/// application can use, throws a Failure with the key and the reason.
 std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes, const Text& root);
 
 // Files of the Windows registry editor can be read but not written.
 bool isRegFile(const std::string& bytes);
 /// Returns the changes that a registry editor file makes to the key `root`. Every key in the file must be
-/// `root` or below it. Throws a Failure that names the line and the reason.
+/// `root` or below it. If the file is invalid, throws a Failure with the line and the reason.
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root);
