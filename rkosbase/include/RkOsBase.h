@@ -109,7 +109,8 @@ public:
     RkLocker(const RkLocker&) = delete;
     RkLocker& operator=(const RkLocker&) = delete;
 
-    /// Acquires the lock, waiting if necessary. A thread that already holds the lock deadlocks.
+    /// Acquires the lock, waiting if necessary. Not recursive: a second call by the thread that holds the
+    /// lock never returns.
     void lock();
     /// Releases the lock, which this thread must hold.
     void unlock();
@@ -139,12 +140,12 @@ protected:
 /// Returns the process's crash recorder, or null if none is installed. May be called from any thread.
 RKOSBASE_API VelaCrashRecorder* velaGetCrashRecorder();
 
-/// Installs a crash recorder, or removes it if null, and returns the previous one. The caller keeps ownership
-/// and must remove the recorder before destroying it.
+/// Replaces the process's crash recorder and returns the previous one. Null means no recorder. The caller
+/// keeps ownership and must remove the recorder before destroying it.
 RKOSBASE_API VelaCrashRecorder* velaSetCrashRecorder(VelaCrashRecorder* recorder);
 
-/// Returns the major version of the running Windows: 10 on Windows 10 and 11, and 8 on Windows 8 and 8.1.
-/// Stores the version numbers that Windows reports, such as 6.2 on Windows 8. A pointer may be null.
+/// Returns the major version of Windows: 10 on Windows 10 and 11, and 8 on Windows 8 and 8.1. Stores
+/// the version numbers that Windows reports, such as 6.2 on Windows 8. Any of the pointers may be null.
 RKOSBASE_API int velaGetWindowsVersion(unsigned long* major, unsigned long* minor, unsigned long* build);
 
 #pragma pack(pop)

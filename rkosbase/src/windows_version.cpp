@@ -1,4 +1,4 @@
-// The version of the running Windows.
+// Reads the version of Windows.
 #include "RkOsBase.h"
 
 #include <windows.h>

@@ -73,7 +73,7 @@ struct LanguageChoice : Choice
     Installed installed = Installed::noFolder; ///< set if the language is known
 };
 
-/// Reads the argument, the registry and TARVO.ini in this order. The first source that contains a name
+/// Reads the argument, the registry and TARVO.ini, in that order. The first source that contains a name
 /// decides, even if no language of that name is installed. A registry value does not count as a name if it is
 /// empty, not a REG_SZ or longer than 6 characters. If no language is chosen, preferredLanguage() returns the
 /// one to propose. If needsEntry is true, a language counts as installed only if it has an uninstall entry.
@@ -89,7 +89,8 @@ Answer readProfile(const RegistryKey& profiles, BoundedText& name);
 /// Reads a registry value, which must be a REG_SZ. Returns Answer::absent if key is not open.
 Answer readName(const RegistryKey& key, const wchar_t* valueName, BoundedText& name);
 
-/// Returns whether company and product name the default product. Only its languages need an uninstall entry.
+/// Returns whether the two names are those of the default product, the only product whose languages need an
+/// uninstall entry.
 bool isDefaultProduct(const wchar_t* company, const wchar_t* product);
 
 /// Returns the product type of a product name, as ITarvoProduct::productType does.

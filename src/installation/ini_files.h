@@ -10,7 +10,7 @@ namespace uinfo {
 // Results: eOk; eNotFound for an unreadable file, a missing or empty entry, or a negative number;
 // eInvalidInput for an empty program folder or a path of more than 1022 characters.
 
-/// Composes the path of a file in programFolder, which ends with a separator. Returns false if the
+/// Builds the path of a file in programFolder, which ends with a separator. Returns false if the
 /// folder is empty or the path is too long; the path may then contain the folder.
 bool iniFilePath(const wchar_t* programFolder, const wchar_t* fileName, BoundedText& path);
 
@@ -18,12 +18,12 @@ bool iniFilePath(const wchar_t* programFolder, const wchar_t* fileName, BoundedT
 TarvoConfig::Error readIniText(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
                                wchar_t* out, unsigned long capacity, const wchar_t* fileName);
 
-/// Sets out to the entry's number, or to -1 if the entry is missing. If the file cannot be read, out is
+/// Stores the entry's number in out, or -1 if the entry is missing. If the file cannot be read, out is
 /// unchanged.
 TarvoConfig::Error readIniNumber(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
                                  long& out, const wchar_t* fileName);
 
-/// Composes the prefix of the names of architecture commands, "S{MajorVer}{ProductId}_". Returns false unless
+/// Builds the prefix of the names of architecture commands, "S{MajorVer}{ProductId}_". Returns false unless
 /// product.ini contains both numbers.
 bool readCommandPrefix(const wchar_t* programFolder, BoundedText& prefix);
 

@@ -1,4 +1,4 @@
-// Composes the paths of the product's registry keys and of the user's folders.
+// Builds the paths of the product's registry keys and of the user's folders.
 #pragma once
 
 #include "platform/text.h"
@@ -22,8 +22,7 @@ struct RegistryNames
     const wchar_t* language;
 };
 
-/// Also returns false for eCurrentProfile, because appendProfile composes its path, and for a value outside
-/// the enum.
+/// Also returns false for eCurrentProfile, whose path appendProfile builds, and for a value outside the enum.
 bool appendSubtree(BoundedText& key, TarvoConfig::Path path, const RegistryNames& names);
 /// Appends a profile's key to the profiles root.
 bool appendProfile(BoundedText& profilesRoot, const wchar_t* profile);
@@ -58,7 +57,7 @@ bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& nam
 /// characters. `read` is the result of getValue; if it is not eOk, returns false and clears path.
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored);
 
-/// Appends the default UI style file to the roaming Support folder.
+/// Appends the name of the default UI style file to the path of the roaming Support folder.
 bool appendStyleFile(BoundedText& supportFolder);
 
 } // namespace uinfo

@@ -11,15 +11,16 @@ namespace uinfo {
 /// Preserves the thread's last error.
 const wchar_t* programFolder();
 
-/// Joins the program folder and a name in buffer, which holds size characters, and returns the length.
-/// Returns 0 if fewer than two characters would remain unused; buffer may then contain part of a path.
+/// Writes the path of a folder next to the executable to buffer, which holds size characters, and returns the
+/// path's length. Returns 0 if fewer than two characters would remain unused; buffer may then contain part of
+/// a path.
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
 /// Appends the path of a file or folder next to the executable. Does not cache the executable's path. Returns
 /// false if that path cannot be read or the result does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);
 
-/// Composes the path of a file in a resource folder. Returns false if a name is empty, the executable's path
+/// Builds the path of a file in a resource folder. Returns false if a name is empty, the executable's path
 /// cannot be read, or the result does not fit.
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path);
 

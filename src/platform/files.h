@@ -5,14 +5,14 @@
 
 namespace uinfo {
 
-/// Appends a name with PathAppendW. Returns false if the result would have more than longest characters or
-/// exceed MAX_PATH.
+/// Appends a name with PathAppendW. Returns false if the result would exceed `longest` characters, the
+/// folder's capacity or MAX_PATH.
 [[nodiscard]] bool joinPath(BoundedText& folder, const wchar_t* name, std::size_t longest = anyLength);
 
 /// Returns whether a file or folder exists and can be read.
 bool isReadable(const wchar_t* path);
 
-/// Returns whether a file matches a pattern.
+/// Returns whether at least one file or folder matches a pattern.
 bool hasMatch(const wchar_t* pattern);
 
 } // namespace uinfo

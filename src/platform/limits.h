@@ -14,8 +14,8 @@ inline constexpr std::size_t longestIniPath = 1022;       ///< program folder an
 inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, style file, user data cache folder
 inline constexpr std::size_t longestResourcePath = 1021;  ///< file in a language's folder
 inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's Config key
-inline constexpr std::size_t longestChangePath = 1021; ///< root and sub-path without the separator, in writes
-inline constexpr std::size_t longestReadPath = 1020;   ///< root and sub-path without the separator, in reads
+inline constexpr std::size_t longestChangePath = 1021; ///< writes: root plus sub-path, separator not counted
+inline constexpr std::size_t longestReadPath = 1020;   ///< reads: root plus sub-path, separator not counted
 
 inline constexpr std::size_t nameCapacity = 255;           ///< a company or product: argument or INI string
 inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, read by start-up

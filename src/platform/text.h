@@ -18,10 +18,11 @@ inline bool isEmpty(const wchar_t* text)
 /// Returns the number of characters before the terminator; 0 for null.
 std::size_t length(const wchar_t* text);
 
-/// Compares two strings ignoring case, as the system compares names. Null equals the empty string.
+/// Compares two strings, ignoring case as the system does in file and key names. Null equals the empty
+/// string.
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 
-/// Returns an array-allocated copy, which the caller owns; null for null.
+/// Returns a copy that the caller must free with delete[]; null for null.
 wchar_t* duplicate(const wchar_t* text);
 
 /// Returns the length of a path's folder: up to and including the last separator or a leading drive; 0 if

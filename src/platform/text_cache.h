@@ -1,4 +1,4 @@
-// Strings that are composed on first use and then cached.
+// Strings that are built on first use and then cached.
 #pragma once
 
 #include "platform/text.h"
@@ -10,9 +10,9 @@
 
 namespace uinfo {
 
-/// Returns cache. If the cache is empty, calls fill(BoundedText&) first and caches the result if fill returns
-/// true. May be called from any thread, so several threads may call fill at once; the first result is cached.
-/// A filled cache never changes and is read without a lock.
+/// Returns cache. If the cache is empty, first calls fill(BoundedText&), and caches the result if fill
+/// returns true. May be called from any thread, so several threads may call fill at once; the first result is
+/// cached. A filled cache never changes and is read without a lock.
 template <std::size_t Capacity, typename Fill>
 const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)
 {

@@ -19,7 +19,7 @@ wchar_t* turnSlashes(wchar_t* text)
     }
 }
 
-/// Does what trimBackslashes does, for a string that ends at end. Sets end to the end of the result.
+/// Like trimBackslashes, for a string whose end is known; moves `end` to the end of the result.
 wchar_t* trim(wchar_t* text, wchar_t*& end)
 {
     while (*text == L'\\') {
