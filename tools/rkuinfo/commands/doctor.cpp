@@ -28,7 +28,7 @@ public:
     std::vector<Finding> examine()
     {
         if (!passes("registry", "registry", [] { keyExists(rkuinfo::text(L"Software")); })) {
-            passes("tree-unwritable", "registry", [] { requireWritable({}); }); // this may find the cause
+            passes("tree-unwritable", "registry", [] { requireWritable({}); }); // may report the cause
             return m_findings; // all other checks need the registry
         }
         const std::string earlier = userFolder(false) + "/winhost/data.mdb"; // only on the host
@@ -236,7 +236,7 @@ private:
         }
     }
 
-    /// The default profile's key is created with its first setting.
+    /// Does not report that the default profile has no key, because its first setting creates the key.
     void checkProfile(const Installation& installation)
     {
         const Text root = installation.path(TarvoConfig::eProfilesRoot);

@@ -30,7 +30,7 @@ void use(Session& session)
           shown(profile));
 }
 
-/// provision is the only command that starts the library, so that it creates the same tree as an application.
+/// Starts the library, to create the same tree as an application. No other command starts the library.
 void provision(Session& session)
 {
     if (session.has("--program")) {

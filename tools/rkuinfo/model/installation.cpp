@@ -204,7 +204,7 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // Reads each source separately: hides all sources of higher precedence from the choice.
+    // Reads each source separately, by repeating the choice without the sources of higher precedence.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {

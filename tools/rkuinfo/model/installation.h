@@ -1,6 +1,6 @@
 // Finds the names that start-up would choose, from an application's folder and the user's part of the
-// registry. The library is not started for this, because start-up records the names, may show a message box,
-// and always uses the process's own folder.
+// registry. These functions do not start the library, because start-up records the names, may show a message
+// box, and always uses the process's own folder.
 #pragma once
 
 #include "installation/choices.h"
@@ -89,9 +89,10 @@ public:
     std::string whyNotWanted() const;
     /// Returns why no language is installed.
     std::string whyNone() const;
-    /// Returns whether start-up has a language to choose or propose.
+    /// Returns whether start-up would choose a language, or propose one if no language is wanted.
     bool hasLanguage() const { return preferred != uinfo::unknownLanguage && whyNotWanted().empty(); }
-    /// Returns the language that start-up would choose or propose; throws if there is none.
+    /// Returns the wanted language, or the one that start-up would propose if no language is wanted. Throws
+    /// if no language is installed or the wanted one cannot be chosen.
     const LanguageState& chosenLanguage() const;
     Text language() const { return rkuinfo::text(chosenLanguage().record.shortName); }
     uinfo::Choice profile() const;
@@ -100,13 +101,13 @@ public:
     /// Returns the sources of each name, in the order in which start-up reads them.
     std::vector<Origin> origins() const;
 
-    /// Returns the path stored in a setting. Returns an empty path if an application cannot use it, and
-    /// std::nullopt if the setting does not exist.
+    /// Returns the path stored in a setting: empty if no application can use the stored value, std::nullopt
+    /// if the setting does not exist.
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
     /// Returns at most the first 254 characters of an entry in TARVO.ini.
     Text iniText(const wchar_t* section, const wchar_t* key) const;
-    /// Returns the name prefix of architecture commands. The prefix contains two numbers from product.ini,
-    /// and is empty if one is missing.
+    /// Returns the name prefix of architecture commands, which contains two numbers from product.ini; empty
+    /// if product.ini lacks one of them.
     Text commandPrefix() const;
 };
 

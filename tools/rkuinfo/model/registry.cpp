@@ -74,7 +74,8 @@ std::optional<Value> readValue(const RegistryKey& key, const Text& path, const T
     return value;
 }
 
-/// Calls `visit` with the name of each sub-key or value.
+/// Calls `visit` with each name that `call` returns. `call` is RegEnumKeyExW for sub-keys, RegEnumValueW for
+/// values.
 template <typename Call, typename Visit>
 void enumerate(const RegistryKey& key, const Text& path, Call call, Losses* losses, const Visit& visit)
 {
@@ -125,8 +126,8 @@ void readKey(Tree& tree, const Text& root, const Text& path, bool isDeep, Losses
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
-/// Compares data as an application would: a string ends at its terminator, and a number may be stored in
-/// fewer bytes.
+/// Compares data as an application would: ignores bytes after a string's terminator, and treats missing bytes
+/// of a number as zero.
 bool sameData(const Value& a, const Value& b)
 {
     return a.type == b.type && (a.data == b.data || (typeOf(a) != nullptr && typeOf(a) == typeOf(b) &&

@@ -1,7 +1,7 @@
-// The current user's registry. These functions call the system, because the library's functions do not report
-// why they fail. Export, import and diff use a Tree, which contains a key and everything below it.
+// The current user's registry. These functions call the system directly, because the library's functions do
+// not report why they fail. Export, import and diff use a Tree, which contains a key and everything below it.
 //
-// Of all commands, only provision starts the library, because start-up records the names that it chooses.
+// No command except provision starts the library, because start-up records the names that it chooses.
 #pragma once
 
 #include "text/text.h"
@@ -30,7 +30,7 @@ struct ValueType
     unsigned long registryType;
     std::size_t least; ///< applications read `least` to `most` bytes of data as this type
     std::size_t most;
-    bool isJsonNumber;     ///< in JSON a number, otherwise a string
+    bool isJsonNumber;     ///< whether JSON files store the value as a number, not as a string
     std::string_view word; ///< describes a valid word, for messages
     std::optional<std::string> (*parse)(
         std::string_view word); ///< returns the data; nothing if the word is invalid
@@ -63,8 +63,8 @@ std::string bytesOf(Number number)
 /// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
-/// Calls `read`. If `read` throws a Failure and `losses` is not null, appends the problem to `losses`. Always
-/// passes on a Failure that reports a wrong command line.
+/// Calls `read`. If `read` throws a Failure, appends the problem to `losses`. Rethrows the Failure instead if
+/// `losses` is null or the command line is wrong.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {
@@ -81,8 +81,7 @@ void guard(Losses* losses, const Read& read)
 /// If the status is an error, throws a Failure with its meaning and the location of the registry.
 void require(LSTATUS status, const std::string& subject);
 
-// The functions below access the current user's keys. On error, they throw a Failure with the system's
-// reason.
+// The functions below access the current user's keys, and throw a Failure with the system's reason on error.
 
 bool keyExists(const Text& path);
 /// Returns nothing if the key or value does not exist.
@@ -91,8 +90,8 @@ std::optional<Value> readValue(const Text& path, const Text& name);
 /// The longest value name that an application can read.
 constexpr std::size_t longestValueName = 1023;
 
-/// Returns whether an application can read a key with this path. The path has at most 1020 characters, and
-/// each name in it 1 to 255.
+/// Returns whether an application can read a key with this path. The path must have at most 1020 characters,
+/// and each name in it 1 to 255.
 bool isUsablePath(TextView path);
 
 /// The name of a key or value in a tree. The tree's own key has an empty path.
@@ -140,7 +139,6 @@ struct Change
 
 std::vector<Change> compare(const Tree& before, const Tree& after);
 
-/// Applies changes below a key. If a change is refused or the user presses Ctrl-C, throws a Failure. On a
-/// system without transactions, first undoes the changes made so far; elsewhere the caller's transaction
-/// undoes them.
+/// Applies changes below a key. Throws a Failure if a change is refused or the user presses Ctrl-C; the
+/// caller's transaction then undoes all changes. On a system without transactions, this function undoes them.
 void carryOut(const Text& root, const std::vector<Change>& changes);

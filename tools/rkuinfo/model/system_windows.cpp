@@ -46,7 +46,7 @@ std::optional<std::size_t> terminalColumns()
 
 bool errorsGoToTerminal()
 {
-    return _isatty(_fileno(stderr)) != 0; // also true for NUL, whose output nobody sees
+    return _isatty(_fileno(stderr)) != 0; // also true for NUL, which discards the output
 }
 
 Text fullFolder(const std::string& name)

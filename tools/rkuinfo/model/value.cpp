@@ -15,7 +15,7 @@ std::optional<Number> parseNumber(std::string_view word, Base... base)
     return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 
-/// Accepts a decimal number. For an integer type, also accepts its bits as hexadecimal digits after 0x.
+/// Accepts a decimal number. For an integer type, also accepts 0x and the number's bits in hexadecimal.
 template <typename Number>
 std::optional<std::string> parse(std::string_view word)
 {
@@ -45,7 +45,7 @@ std::optional<std::string> parseBinary(std::string_view word)
 
 } // namespace
 
-// An application reads a stored value as the first type that fits.
+// An application reads a stored value as the first type in this table that fits the value.
 const std::vector<ValueType> valueTypes = {
     {"int", REG_DWORD, 0, 4, true, "a whole number of 32 bits, such as -7 or 0x204060", parse<std::int32_t>,
      numberText<std::int32_t>},

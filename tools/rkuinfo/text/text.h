@@ -1,5 +1,5 @@
-// Functions for text, and for the output and the errors of commands. The library uses UTF-16, the command
-// line and the output UTF-8.
+// Functions for text, and for the output and the errors of commands. The library uses UTF-16; the command
+// line and the output use UTF-8.
 #pragma once
 
 #include <RkUInfo.hpp>
@@ -28,7 +28,7 @@ TextView lastName(TextView path);
 /// Returns whether the text is valid UTF-16: it has no lone surrogate.
 bool isValid(TextView text);
 
-/// Returns the lowest digits of a number in hexadecimal.
+/// Returns the `count` least significant hexadecimal digits of a number.
 std::string hexDigits(std::uint32_t number, int count);
 
 /// Replaces every character that a terminal may interpret, such as a control character, a bidirectional mark
@@ -69,9 +69,9 @@ public:
 
 /// Prints a line on standard output. main() checks at the end whether the output could be written.
 void print(std::string_view line);
-/// Prints a sentence on standard error, after everything that was printed before.
+/// Flushes standard output, then prints a sentence on standard error.
 void printError(std::string_view sentence);
-/// Prints the progress of a long operation on a terminal, four times a second.
+/// Prints the progress of a long operation at most four times a second, and only on a terminal.
 void showProgress(const char* what, std::size_t done);
 /// Erases what showProgress printed.
 void finishProgress();
@@ -99,7 +99,7 @@ struct Cell
     Style style = Style::plain;
 };
 
-/// A row with a single cell is a heading. Output that is separated by tabs omits headings.
+/// A row with a single cell is a heading. Tab-separated output omits headings.
 using Table = std::vector<std::vector<Cell>>;
 
 /// Prints rows. If `layout.columns` is set, aligns and colours the cells and folds the last column at the

@@ -13,7 +13,7 @@ constexpr std::string_view shortRoot = "HKCU\\";
 constexpr std::string_view mark = "\xff\xfe";
 constexpr const char* blanks = " \t\r";
 
-/// The registry editor writes UTF-16; other editors save the file as UTF-8.
+/// The registry editor writes UTF-16; other editors may save the file as UTF-8.
 std::string textOfFile(const std::string& bytes)
 {
     if (!bytes.starts_with(mark)) {

@@ -16,11 +16,11 @@ std::string readFile(const std::string& file);
 /// Reads a regular file of at most 1 MiB. Returns nothing for any other file, and never blocks on a pipe.
 std::optional<std::string> readSmallFile(const std::string& file);
 /// Replaces a file completely or not at all: writes a new file with the same permissions and renames it. If
-/// `file` is a device or another file that is not regular, writes to it directly.
+/// `file` is a device or other non-regular file, writes to it directly.
 void writeFile(const std::string& file, std::string_view bytes);
 
-// The JSON format represents every value; the man page describes it. A string that is not valid UTF-16 is
-// {"utf16": "bytes in hexadecimal"}, because JSON cannot contain a lone surrogate.
+// The JSON format, which the man page describes, can represent every value. A string that is not valid UTF-16
+// is stored as {"utf16": "bytes in hexadecimal"}, because JSON cannot contain a lone surrogate.
 using Json = nlohmann::ordered_json;
 
 Json toJson(TextView text);
@@ -36,7 +36,7 @@ std::string documentText(const Json& json);
 /// application can use, throws a Failure with the key and the reason.
 std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes, const Text& root);
 
-// Files of the Windows registry editor can be read but not written.
+// rkuinfo reads files of the Windows registry editor, but does not write them.
 bool isRegFile(const std::string& bytes);
 /// Returns the changes that a registry editor file makes to the key `root`. Every key in the file must be
 /// `root` or below it. If the file is invalid, throws a Failure with the line and the reason.
