@@ -322,8 +322,8 @@ void checkBig(TarvoConfig& config)
 
 } // namespace
 
-/// "fill KEYS" creates the tree. "measure KEYS" prints four times in nanoseconds: reading one value in
-/// sequential order, reading one value in random order, one step of a walk, and two SQL SELECTs. "bulk 0"
+/// "fill KEYS" creates the tree. "measure KEYS" prints four durations in nanoseconds: reading one value
+/// in sequential order, reading one value in random order, one step of a walk, and two SQL SELECTs. "bulk 0"
 /// prints the cost of many changes. "memory KEYS" reads the whole tree and prints the memory used. "big FILE"
 /// measures values of 1 MB.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates

@@ -1,5 +1,5 @@
-# cpack runs this script before it builds the Debian packages. It adds the documents that Debian requires in each
-# package, and compresses the changelogs and the manual page.
+# cpack runs this script before it builds the Debian packages. The script adds the documents that Debian requires in
+# each package, and compresses the changelogs and the manual page.
 string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 set(copyright "")
 foreach(text LICENSE licenses/cli11.txt licenses/nlohmann-json.txt)

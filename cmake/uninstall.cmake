@@ -1,4 +1,4 @@
-# Removes the files that MANIFEST lists, and then the project's folders that are empty.
+# Removes the files that MANIFEST lists, then the project's empty folders.
 if(NOT EXISTS ${MANIFEST})
   message(FATAL_ERROR "Nothing to uninstall: ${MANIFEST} does not exist")
 endif()

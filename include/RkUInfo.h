@@ -73,11 +73,11 @@ RKUINFO_API long GetVelaLanguageIdByShortName(const wchar_t* shortName);
 RKUINFO_API long GetCurrentVelaLanguageId();
 /// Returns the product name, or "TARVO" before start-up; never null.
 RKUINFO_API const wchar_t* GetCurrentProductName();
-/// Writes the build stamp, bare (21 characters) or as VERNUM = "..." (32 characters). size includes the
-/// terminator; if it is too small, the empty string is written.
+/// Writes the build stamp (21 characters) or, if withPrefix is true, VERNUM = "..." (32 characters) with the
+/// stamp between the quotes. size includes the terminator; if it is too small, the empty string is written.
 RKUINFO_API void GetVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
-/// Writes the resource version number in the format of GetVerNum. The number is always empty: the result is
-/// "" or VERNUM = "" (11 characters).
+/// Writes the resource version number, which is always empty, in the format of GetVerNum: the empty string
+/// or, if withPrefix is true, VERNUM = "" (11 characters).
 RKUINFO_API void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
 /// Returns "SP2".
 RKUINFO_API const wchar_t* GetServicePackageVersionString();
@@ -101,8 +101,8 @@ RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
 /// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
 /// Writes the current language's resource folder, without trailing backslash. buffer must have room for the
-/// path's length + 3 characters. It must also have room for the executable's path, which the function writes
-/// first. After a failure, buffer may contain part of a path.
+/// path's length + 3 characters, and for the executable's path, which the function writes first. After a
+/// failure, buffer may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
 /// Writes the path of folderName in the program folder; buffer and size are as for the overload above.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);

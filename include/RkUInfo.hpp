@@ -39,8 +39,9 @@ inline Text text(unsigned long (*function)(wchar_t*))
     return function(buffer) > 0 ? text(buffer) : Text();
 }
 
-/// A string argument: stores a pointer to a literal (L"..."), but copies a Text. Null or empty means the key
-/// itself or its default value. A string ends at its first null character.
+/// A string argument: stores a pointer to a literal (L"..."), but copies a Text. A null or empty
+/// sub-path means the subtree's own key; a null or empty value path means that key's default value. A string
+/// ends at its first null character.
 class Argument
 {
 public:
@@ -129,7 +130,7 @@ concept Setting = Integer<T> || std::same_as<T, double> || std::same_as<T, Text>
 template <typename T>
 concept Storable = Setting<T> || std::floating_point<T> || std::convertible_to<const T&, Argument>;
 
-/// Returns a variant's value if it has that type; never converts. The registry stores a double as eight
+/// Returns a variant's value if it has type T; never converts. The registry stores a double as eight
 /// bytes, so eight bytes count as a double.
 template <Setting T>
 std::optional<T> as(const VelaVariant& value)

@@ -28,7 +28,7 @@ loop() {
     "${@:1:$#-3}" "$bench/bin/bench_loop" "${@: -3}" "$bench_run/loop"
 }
 
-# Prints the instructions that the given number of getValue calls execute, without those in registry functions.
+# Prints how many instructions the given number of getValue calls execute, without those in registry functions.
 own_instructions() {
     loop valgrind --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect='TarvoConfig::getValue*' \
         --toggle-collect='Reg*' ours read "$1" 2>&1 | sed -n 's/.*Collected : //p'
@@ -46,7 +46,7 @@ calls_of() {
     strace -f -o "$bench_run/calls" "$@" >/dev/null && grep -c = "$bench_run/calls"
 }
 
-# Prints the processor time of a durable write in percent of SQLite's: the median of 11 alternating runs.
+# Prints the processor time of a durable write as a percentage of SQLite's: the median of 11 alternating runs.
 write_percent() {
     for _ in {1..11}; do
         echo $((100 * $(loop ours write 20000) / $(loop sqlite write 20000)))

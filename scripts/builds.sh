@@ -80,7 +80,7 @@ installed() {
 }
 
 # Builds one package with the libraries for both of Visual C++'s runtimes. Checks that a client is linked with the
-# libraries for its own runtime, and that the compiler reports if these are not installed.
+# libraries for its own runtime, and that compiling it fails with a clear error if these are not installed.
 both_runtimes() {
     local folder=$1 client=$1/consumer configuration
     local toolchain=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/visual-cpp.cmake
@@ -111,7 +111,8 @@ reproducible() {
             bin/RkOsBase.pdb bin/RkUInfo.pdb lib/RkOsBase.lib lib/RkUInfo.lib
 }
 
-# Installs the Debian packages in a bare root, builds a program with them, and starts it without them.
+# Installs the Debian packages in a bare root and builds a program with them. Checks that the program starts, and that
+# it still starts after the packages have been removed.
 debian_packages() {
     source scripts/package.sh
     source scripts/fresh.sh

@@ -28,7 +28,7 @@ make_linux_package() {
 }
 
 # Builds Debian packages with the flags and the layout that Debian itself uses. Checks each error explicitly, because
-# set -e has no effect if ./dev test builds calls this function.
+# set -e has no effect when scripts/builds.sh calls this function.
 make_debian_packages() {
     need dpkg-dev lintian
     need_for host OFF

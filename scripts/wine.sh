@@ -29,9 +29,9 @@ boot_wine() {
         cat "$log" >&2
         return 1
     }
-    # The library reads the version of Windows. This Wine reports by default a version that users do not have.
+    # The library reads the version of Windows. By default, this Wine reports a version that users do not have.
     "${wine[@]}" winecfg -v win10 >>"$log" 2>&1
-    # Without this, each message box would wait for a window manager.
+    # Keeps message boxes from waiting for a window manager.
     "${wine[@]}" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1
     wineserver -k || true # stops the processes that taskset has bound to one processor
     touch "$wine_folder/booted"
@@ -64,6 +64,6 @@ start_wine() {
     mkdir -p "$WINEPREFIX" "$HOME"
     [ -e "$wine_folder/booted" ] || boot_wine
     wineserver -p
-    # Starts Wine's services and its desktop, which would keep the first test's output open.
+    # Starts Wine's services and desktop now: if the first test started them, they would keep its output open.
     "${wine[@]}" rundll32 user32.dll,GetDesktopWindow >/dev/null 2>&1
 }

@@ -1,4 +1,4 @@
-// A module of the application, with its own settings. The launcher has called InitVelaConfig before any
+// A module of the application, with its own settings. The application must call InitVelaConfig before any
 // module uses the library.
 //
 // Below the user's settings:  Palettes               Limit (number)
@@ -22,7 +22,7 @@ rkuinfo::Text layoutPath(const rkuinfo::Text& name)
 }
 
 /// Returns std::nullopt if the bytes do not have the size of a layout. An older version or another program
-/// may have stored them.
+/// may have stored such bytes.
 std::optional<WindowLayout> layoutFrom(const rkuinfo::Bytes& bytes)
 {
     WindowLayout layout = {};

@@ -6,8 +6,8 @@ class TarvoLanguage;
 
 #pragma pack(push, 8) // makes the layout independent of /Zp
 
-/// The object that velaGetProduct() returns. The order of its virtual functions is fixed. Clients never
-/// delete it. Returned strings belong to the library. Every function may be called from any thread.
+/// The object that velaGetProduct() returns. The order of its virtual functions is fixed. Clients must never
+/// delete the object. Returned strings belong to the library. Every function may be called from any thread.
 class ITarvoProduct
 {
 public:

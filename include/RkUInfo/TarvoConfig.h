@@ -17,15 +17,15 @@ class ConfigAccess;
 /// The process-wide object that stores company, product, language and user profile, and through which clients
 /// read and change the user's configuration tree under HKEY_CURRENT_USER.
 ///
-/// The launcher calls InitVelaConfig before any other thread uses the object; afterwards its fields are only
-/// read, and every operation may be called from any thread. Before the call the names are the built-in
+/// The launcher must call InitVelaConfig before any other thread uses the object; afterwards its fields are
+/// only read, and every operation may be called from any thread. Before start-up, the names are the built-in
 /// defaults. Until start-up succeeds, operations on the tree return eInvalidInput, and isItemExist returns 0.
 ///
 /// An item is a registry key; a value is a registry value in an item. An operation addresses an item by a
 /// Path and a sub-path with '/' or '\' as separators; a null or empty sub-path means the Path's own key. A
 /// null or empty value name means the default value. For a path of 1024 characters or more, operations return
-/// eInvalidInput, and isItemExist returns 0. Only the registry limits a value name that is a separate
-/// argument.
+/// eInvalidInput, and isItemExist returns 0. A value name passed as a separate argument is limited
+/// only by the registry.
 class RKUINFO_API TarvoConfig
 {
 public:
