@@ -13,7 +13,7 @@ using namespace agreement;
 using namespace testing_support;
 
 /// Returns random sections and entries, some of them malformed. Each non-ASCII letter occurs in only one
-/// case, because systems differ in whether the other case is equal.
+/// case, because systems differ in whether they ignore the case of such letters.
 Text lines(Trace& trace)
 {
     Text all;

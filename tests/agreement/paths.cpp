@@ -31,8 +31,8 @@ Text relativePath(Trace& trace, std::u16string_view components, std::u16string_v
     return trace.oneIn(8) ? path : path + trace.word(last);
 }
 
-/// Returns a random path. No component consists of ".." and further characters, because systems differ for
-/// such components. No path ends with "..", because Wine then reads past the terminator.
+/// Returns a random path. Except for "..", no component starts with two dots, because systems treat such
+/// components differently. No path ends with "..", because Wine then reads past the terminator.
 Text pathText(Trace& trace)
 {
     static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');

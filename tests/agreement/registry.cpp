@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns a hostile or a common name. If a non-ASCII letter has two cases, their code units are close,
-/// because systems sort other letters differently.
+/// Returns a hostile or a common name. No other name sorts between the two cases of a non-ASCII letter,
+/// because the order of such names would differ between systems.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -26,8 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path. A component of more than 256 characters is always the only one. RegCreateKeyExW fails for
-/// such a component, and systems differ in whether it first creates the keys above the component.
+/// Returns a path. If a component has more than 256 characters, the path has no other components.
+/// RegCreateKeyExW fails for such a component, but systems differ: some first create its parent keys.
 Text path(Trace& trace)
 {
     Text path = name(trace);
@@ -135,8 +135,8 @@ private:
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
     /// Returns a buffer with the data to store; reads overwrite the buffer. The buffer has at least one code
-    /// unit, because results differ for smaller buffers. Its last two bytes, "zz", are not stored. They
-    /// ensure that no terminator follows the data, because systems differ in whether they look for one there.
+    /// unit, because results differ for smaller buffers. Its last two bytes, "zz", are not stored. Without
+    /// them, a terminator might follow the data, and systems differ in whether they then store it too.
     std::vector<BYTE> bytes()
     {
         std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');

@@ -39,7 +39,7 @@ public:
     bool oneIn(std::size_t many) { return below(many) == 0; }
     auto& oneOf(auto& all) { return all[below(std::size(all))]; }
 
-    /// Returns a random word of a list, whose words are separated by "|".
+    /// Returns a random word from `words`, which are separated by "|".
     Text word(std::u16string_view words);
 
     /// Starts the line of a call. The parts are numbers, strings and bytes; say() appends more parts.

@@ -18,7 +18,8 @@ const std::pair<TarvoConfig::Path, unsigned long (*)(wchar_t*)> getters[] = {
     {eProfilesRoot, GetRegistryProfilesRootKey},
     {eCurrentProfile, GetVelaRegistryCurrentProfileRootKey}};
 
-/// Checks the key path of each subtree. A key path that would have more than 1023 characters must be empty.
+/// Checks the key path of each subtree. The library must return an empty string instead of a key
+/// path of more than 1023 characters.
 void expectLayout(const std::string& productRoot)
 {
     const std::string language = productRoot + "\\2018\\en-US";
@@ -60,7 +61,7 @@ TEST(Subtrees, HaveKeyPathsAfterStartUp)
     const std::string product(254, 'p');
     for (std::size_t length = 200; length <= 245; ++length) {
         const std::string company(length, 'c');
-        Config config; // each product step appends the name, which makes a longer root
+        Config config; // each buildRootPathFromProduct() appends the product to the root
         ASSERT_EQ(config.initial(Wide(company), Wide(product), L"en-US", nullptr), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), length <= 244 ? eOk : eInvalidInput);

@@ -1,5 +1,5 @@
 // Start-up: the questions to the user, the state afterwards, and failures. choices_test.cpp tests which
-// source decides.
+// source provides each name.
 #include "support/test.h"
 
 #include <io.h>
@@ -125,7 +125,7 @@ TEST(StartUp, KeepsWhatItResolvedBeforeAFailure)
     {
         std::string company, product;
         Error error;
-        std::string state; ///< after the failure, which rolls nothing back
+        std::string state; ///< after the failure; a failed start is not rolled back
         Error second;      ///< the result of another start
     } rows[] = {
         {tooLong, "Widget", eInvalidInput, "NORVIK TARVO unknown Default 0 ", eOk}, // no company is set

@@ -1,4 +1,4 @@
-// Starts from its own folder, stores a setting and reads it.
+// Starts the library with the files in the program's folder, stores a setting and reads it back.
 #include <RkUInfo.hpp>
 
 #include <cstdio>

@@ -1,4 +1,4 @@
-// Which source start-up chooses, and what it reports about each.
+// Tests which source start-up uses for each name, and what it reports about each source.
 #include "installation/choices.h"
 
 #include "support/test.h"

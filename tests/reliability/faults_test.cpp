@@ -123,7 +123,7 @@ struct Scenario
     std::function<std::string()> run;
     std::string allowed; ///< outcomes allowed on failure, such as "5|7"; "*" allows any
     Writing writing = eAtOnce;
-    bool isInTree = true; ///< whether makeTree() is called before each run
+    bool isInTree = true; ///< whether the tree of makeTree() exists before each run
 };
 
 void makeTree()
@@ -201,7 +201,8 @@ std::string outcomeOf(const Scenario& scenario)
 using Entries = std::set<std::string>;
 
 /// Splits the result of tree() into one entry for each key and each value. Each entry begins with its key.
-/// Replaces the profile "Default" by "Work", because a run that cannot read the profile may store "Default".
+/// Replaces the profile "Default" with "Work", because a run that cannot read the profile may store
+/// "Default".
 Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + print(text("Default"));
@@ -246,7 +247,8 @@ protected:
         }
     }
 
-    /// Runs a scenario once with each fault, then once without a fault. Compares each run with the last.
+    /// Runs a scenario once with each fault, then once without a fault. Compares each run with
+    /// the run without a fault.
     void inject(const Scenario& scenario)
     {
         struct Run
@@ -263,7 +265,7 @@ protected:
         const Entries before = entries(prepared);
         for (std::string left = prepared; runs.empty() || fault.function != nullptr;) {
             if (left != prepared) {
-                prepare(scenario); // no call fails, because the previous fault is over
+                prepare(scenario); // no call fails here, because the previous fault has occurred
             }
             *velaConfig() = m_started;
             fault = {runs.size()};
@@ -283,7 +285,7 @@ protected:
             EXPECT_TRUE(isRight || allowed.starts_with("|*|") ||
                         allowed.find('|' + run.outcome + '|') != std::string::npos);
             EXPECT_EQ(run.stillOpen, 0);
-            // The library takes ERROR_FILE_NOT_FOUND to mean that nothing is left to remove. It may therefore
+            // The library takes ERROR_FILE_NOT_FOUND to mean that nothing is left to remove, so it may
             // report success after a partial removal.
             const bool mayBeInPart = !isRight || run.fault.error == ERROR_FILE_NOT_FOUND;
             if (scenario.writing == eAsAllowable || (scenario.writing == eInSteps && mayBeInPart)) {
@@ -305,8 +307,9 @@ protected:
         const auto add = [&](const std::function<std::string()>& run) {
             inject({"location " + std::to_string(++number), run, allowed});
         };
-        // GetVelaProgramPath caches its result. GetUserLocalApplicationDataTemplatePath also composes all
-        // parent folders.
+        // GetVelaProgramPath caches its result. The path that
+        // GetUserLocalApplicationDataTemplatePath returns contains those of all parent folders, so the
+        // functions for these folders are not tested here.
         for (auto* const function :
              {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
               GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,

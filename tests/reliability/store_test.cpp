@@ -100,8 +100,8 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
-/// Increments `number` and sets value number % 8 to -number, repeatedly, until a call fails. Prints each
-/// stored number, and finally the error with a minus sign.
+/// Increments `number` and sets the value with index `number % 8` to `-number`, repeatedly, until a call
+/// fails. Prints `number` after each success, and finally the negated error code.
 LSTATUS setOn(int number)
 {
     std::minstd_rand random(static_cast<unsigned>(number));
@@ -202,8 +202,8 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
-/// Opens the store's file and its index, as any program may, and either closes both or locks them until the
-/// process exits.
+/// Opens the store's file and its index, as any program may. If `locks`, locks both until the process exits;
+/// if not, closes both.
 LSTATUS openStore(bool locks)
 {
     for (const char* const suffix : {"", "-shm"}) {
@@ -299,8 +299,8 @@ std::string readLine(int file)
     return text;
 }
 
-/// A new process with its store in a folder. The process runs steps such as "set 1, get 1" and prints their
-/// results. The process must exit with 0 unless the test kills it.
+/// A new process, whose store is in the given folder. The process runs steps such as "set 1, get 1" and
+/// prints their results. The process must exit with 0 unless the test kills it.
 class Process
 {
 public:

@@ -52,7 +52,7 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a registry value in both trees, as another program might. Also replaces `value` by a copy of a
+/// Stores a registry value in both trees, as another program might. Also replaces `value` with a copy of a
 /// variant whose block records a size of 0. Such a variant cannot be stored, so `twinValue` is cleared.
 void interfere(const RawValue& raw)
 {

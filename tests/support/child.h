@@ -1,4 +1,4 @@
-// The process of a test, in a separate home and registry, and the processes that it starts.
+// Redirects a test process to a separate home and registry, and starts its child processes.
 #pragma once
 
 #include "support/scratch.h"

@@ -14,8 +14,8 @@ namespace testing_support {
 extern const char* const libraryModule;
 inline constexpr const char* programModule = nullptr;
 
-/// Returns whether a symbol is a function's undecorated name ("malloc") or its decorated name with any
-/// arguments ("velaConfig", "RkLocker::lock").
+/// Returns whether a symbol names `function`, such as "malloc" or "RkLocker::lock". The symbol may be
+/// undecorated, or decorated with any arguments.
 bool isNameOf(std::string_view symbol, std::string_view function);
 
 /// Returns the slots in which a loaded module stores the address of an imported function, and makes the slots
@@ -72,7 +72,8 @@ Patch replaceImport(const char* module, Handler handler, Result (*)(Arguments...
     return patch;
 }
 
-/// Makes a module's calls to one function call handler(real, arguments...) instead. Example:
+/// Replaces a function that a module imports. Each call of the function becomes handler(real, arguments...),
+/// where `real` is the original function. Example:
 /// intercept<"RegCloseKey", decltype(RegCloseKey)>([&](auto real, HKEY key) { return real(key); })
 template <Name name, typename Signature, typename Handler>
 [[nodiscard]] Patch intercept(Handler handler, const char* module = libraryModule)

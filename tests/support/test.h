@@ -1,4 +1,4 @@
-// Every test includes this: the headers of this folder, and helpers that need several of them.
+// Includes the headers of this folder, and defines helpers that need several of them.
 #pragma once
 
 #include "support/child.h"
@@ -28,8 +28,8 @@ inline void PrintTo(const RawValue& value, std::ostream* stream)
     *stream << value.type << ' ' << testing::PrintToString(value.bytes);
 }
 
-/// Key paths after startAcme(). They are not inline, so that each file that includes this initialises them
-/// before its own constants.
+/// Key paths after startAcme(). These constants are not inline, so that each file initialises them before
+/// its own constants.
 const std::string acmeKey = "Software\\Acme";
 const std::string languageRoot = acmeKey + "\\Widget\\2018\\en-US";
 const std::string profilesKey = languageRoot + "\\Profiles";
