@@ -1,4 +1,4 @@
-// Reads values from a simulated registry. Each query can return another type, size and error.
+// Reads values from a simulated registry. Each query can return a different type, size and error.
 #include "input.h"
 
 #include "store/codec.h"

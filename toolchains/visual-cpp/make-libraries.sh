@@ -7,7 +7,7 @@ libraries=$1
 wine_dlls=/usr/lib/x86_64-linux-gnu/wine/x86_64-windows
 wine_headers=/usr/include/wine/wine
 
-# The headers are those of visual-cpp.cmake.
+# Searches the same header folders as visual-cpp.cmake.
 compile=(clang-cl-19 --target=x86_64-pc-windows-msvc19.40 /nologo /c /X)
 for headers in "$here/libcxx" /usr/lib/llvm-19/include/c++/v1 "$here/include" /usr/lib/llvm-19/lib/clang/19/include \
     "$wine_headers/msvcrt" "$wine_headers/windows"; do
@@ -31,7 +31,7 @@ make_libraries() {
         version; do
         make_import_library "$name" "$work"
     done
-    # CMake links every program with these libraries, although nothing here uses them.
+    # CMake links every program with uuid.lib and winspool.lib. No program here needs them, so copies of others will do.
     cp "$work/ole32.lib" "$work/uuid.lib"
     cp "$work/user32.lib" "$work/winspool.lib"
 

@@ -1,4 +1,4 @@
-// The entry point of a host library: calls the DllMain of the library that links it.
+// The entry point of a host library: calls the DllMain of the library that contains this file.
 //
 // This file comes from an archive, so it follows the library's objects on the link line. Therefore
 // `entryPoint` is the last of the library's static objects to be created and the first to be destroyed, both
@@ -9,7 +9,7 @@
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* reserved);
 
-/// A linker option requests this name, which adds this file to the library.
+/// The linker option -u requests this symbol, so that the linker adds this file to the library.
 extern "C" const int winhostDllMain = 0;
 
 namespace {

@@ -1,4 +1,4 @@
-// The wide entry point of a host program: main calls its wmain.
+// The main function of a host program, which calls the program's wmain.
 #include "text.h"
 
 #include <algorithm>

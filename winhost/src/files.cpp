@@ -23,8 +23,8 @@ struct Search
 {
 };
 
-/// Returns the name of the first entry, in alphabetical order, that ends with the suffix. Returns "" if there
-/// is none.
+/// Returns the name of the first entry, in alphabetical order, that ends with the suffix. Returns "" if no
+/// entry matches.
 std::string firstMatch(const std::string& folder, TextView suffix, std::error_code& failure)
 {
     std::string first;

@@ -27,7 +27,8 @@ bool startsWithSeparators(TextView path, std::size_t count)
     return path.size() >= count && std::ranges::all_of(path.substr(0, count), isSeparator);
 }
 
-/// Resolves "." and ".." by name. Like Windows, removes a dot at the end of a component before a separator.
+/// Resolves "." and ".." by name. Like Windows, removes one dot from the end of each component that
+/// precedes a separator.
 void appendComponents(std::vector<Text>& components, TextView path)
 {
     while (!path.empty()) {
@@ -175,7 +176,7 @@ bool isFolder(const std::string& hostFile)
 std::optional<std::string> readStart(const std::string& hostFile, std::size_t size)
 {
     const int file =
-        ::open(hostFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); // a fifo would wait for a writer
+        ::open(hostFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); // opening a fifo does not wait
     const DWORD reason = errorOf(file < 0 ? errno : 0, ERROR_ACCESS_DENIED);
     std::string start;
     ssize_t length = -1;

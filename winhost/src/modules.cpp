@@ -25,7 +25,7 @@ struct CloseLibrary
 };
 using Library = std::unique_ptr<void, CloseLibrary>;
 
-/// A module that LoadLibraryExW loaded: host code has a library, a resource file has bytes.
+/// A module that LoadLibraryExW loaded. `library` is set for host code, `bytes` for a resource file.
 struct Module
 {
     HMODULE handle = nullptr;

@@ -1,4 +1,4 @@
-// The data of modules that the resource functions read.
+// The module data that the resource functions read.
 #pragma once
 
 #include <windows.h>

@@ -75,9 +75,9 @@ Text canonical(TextView path)
     return result;
 }
 
-/// Joins the two parts. Returns `more` if `path` is empty or `more` is a full path, and returns `path` if
-/// `more` is empty. A path that is returned alone is truncated if it is too long; for two parts that are too
-/// long together, returns nothing.
+/// Joins the two parts, or returns nothing if the joined path would be too long. Returns only `more` if
+/// `path` is empty or `more` is a full path, and only `path` if `more` is empty. Truncates a single part that
+/// is too long.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

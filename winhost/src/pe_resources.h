@@ -18,7 +18,7 @@ inline Bytes asBytes(std::string_view text)
 
 struct StringResource
 {
-    DWORD error; // ERROR_SUCCESS, or what is missing
+    DWORD error; // ERROR_SUCCESS, or the code for the missing part
     Bytes units; // UTF-16, little endian
 };
 

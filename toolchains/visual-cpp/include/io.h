@@ -1,4 +1,4 @@
-// Removes Wine's macro open, which is also the name of a member function in the C++ library.
+// Undefines Wine's macro `open`, because the C++ library has a member function of that name.
 #pragma once
 
 #include_next <io.h>

@@ -94,8 +94,8 @@ bool giveText(TextView text, wchar_t* out, DWORD* length)
     return true;
 }
 
-/// Returns the empty string as the class, because classes are not stored. Returns false if there is no room
-/// for it.
+/// Reports an empty class, because classes are not stored. Returns false if the buffer has no room for the
+/// terminator.
 bool giveNoClass(wchar_t* out, DWORD* length)
 {
     const bool fits = out == nullptr || length == nullptr || giveText({}, out, length);
@@ -146,7 +146,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     }
     LSTATUS status = RegOpenKeyExW(key, subKey, 0, access, result);
     bool isNew = false;
-    if (status == ERROR_FILE_NOT_FOUND) { // another process may create it at the same time
+    if (status == ERROR_FILE_NOT_FOUND) { // another process may have created the key since
         NodeId made = 0;
         status = change(
             Memory::eKeys, key, 0, [&](NodeId node) { made = createPath(node, viewOf(subKey), isNew); },
@@ -180,7 +180,7 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
     const TextView path = viewOf(subKey);
     NodeId found = 0;
     LSTATUS status = findKey(key, path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0, path, found);
-    if (status == ERROR_SUCCESS && path.empty()) { // a key with values also needs the right to set them
+    if (status == ERROR_SUCCESS && path.empty()) { // deleting values also needs KEY_SET_VALUE
         status = ask(key, 0, {Question::eValueAt},
                      [&](const Answer&) { return memory().resolve(key, KEY_SET_VALUE, found); });
     }
@@ -241,7 +241,7 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
         return ERROR_INVALID_PARAMETER;
     }
     if (data == nullptr) {
-        give(size, 0); // even if there is no value
+        give(size, 0); // even if the value does not exist
     }
     return ask(key, KEY_QUERY_VALUE, {Question::eValue, viewOf(valueName)}, [&](const Answer& value) {
         give(type, value.type);

@@ -31,7 +31,7 @@ bool isPath(const Question& question)
     return question.kind == Question::ePath;
 }
 
-// ---- Fork: both locks are held, since the child has no other thread that could release them
+// ---- Fork: holds both locks, because the child cannot release a lock that another thread held
 
 database::Lock held;
 

@@ -51,8 +51,8 @@ bool exists(NodeId node)
     return isRoot(node) || Query("SELECT 1 FROM keys WHERE id = ?1", node).next();
 }
 
-/// Returns the answer for an entry that was not found. It contains ERROR_KEY_DELETED if the key is deleted,
-/// otherwise the given status.
+/// Returns the answer for an entry that was not found. Its status is ERROR_KEY_DELETED if the key is
+/// deleted, otherwise the given status.
 Answer missing(NodeId node, LSTATUS status)
 {
     return {.status = exists(node) ? status : ERROR_KEY_DELETED};
@@ -86,7 +86,7 @@ bool takeComponent(TextView& path, TextView& component)
 std::optional<NodeId> findSubKey(NodeId parent, TextView name)
 {
     require(name.size() <= longestKeyName || !exists(parent),
-            ERROR_INVALID_PARAMETER); // a deleted key is reported first
+            ERROR_INVALID_PARAMETER); // if the parent is deleted, the caller reports that
     const std::string asked = folded(name);
     Query query("SELECT id, name, sum FROM keys WHERE parent = ?1 AND folded = ?2", parent, asked);
     if (!query.next()) {
@@ -203,7 +203,7 @@ void createFirstKeys()
         insert(parent, ++id, name);
         parent = id;
     }
-    // Numbers start at a random number, so that keys in different stores have different numbers.
+    // Key numbers start at a random value, so that keys in different stores have different numbers.
     Query("INSERT INTO shape VALUES(abs(random() / 4) + ?1)", id).run();
 }
 

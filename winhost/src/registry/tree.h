@@ -67,7 +67,7 @@ Measure measure(NodeId node);
 
 // ---- Changes
 
-/// Creates the missing keys of a path, and sets created if there were any. Returns the key at the path.
+/// Creates the missing keys of a path, and sets `created` if any were missing. Returns the key at the path.
 NodeId createPath(NodeId start, TextView path, bool& created);
 /// Sets a value. Returns the answer that find() would return for the new value.
 Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
