@@ -196,7 +196,7 @@ void languages(Session& session)
 
 const Command showCommand({"show", "[--origin] [--json]",
                            "Show the names in use, and where folders, files and keys are",
-                           "What does not exist is marked as missing. --origin prints all sources of each\n"
+                           "Missing items are marked. --origin prints all sources of each\n"
                            "name, in order of precedence.",
                            show});
 

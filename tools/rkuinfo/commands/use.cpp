@@ -53,7 +53,7 @@ void provision(Session& session)
     print(shown(root));
 }
 
-const Command useCommand("use", "", "Choose product, language and profile of the next start",
+const Command useCommand("use", "", "Choose the product, language and profile for the next start",
                          "Names not given stay the same. A profile that does not exist is created.", use);
 const Command provisionCommand("provision", "", "Create the current user's tree, as an application does",
                                "Starts the library, which records product, language and profile.", provision);

@@ -47,9 +47,9 @@ std::optional<std::string> parseBinary(std::string_view word)
 
 // An application reads a stored value as the first type in this table that fits the value.
 const std::vector<ValueType> valueTypes = {
-    {"int", REG_DWORD, 0, 4, true, "a whole number of 32 bits, such as -7 or 0x204060", parse<std::int32_t>,
+    {"int", REG_DWORD, 0, 4, true, "a 32-bit integer, such as -7 or 0x204060", parse<std::int32_t>,
      numberText<std::int32_t>},
-    {"int64", REG_QWORD, 0, 8, true, "a whole number of 64 bits, such as -7 or 0x204060", parse<std::int64_t>,
+    {"int64", REG_QWORD, 0, 8, true, "a 64-bit integer, such as -7 or 0x204060", parse<std::int64_t>,
      numberText<std::int64_t>},
     {"binary", REG_BINARY, 0, SIZE_MAX, false, "one or more bytes in hexadecimal, such as 00ff10",
      parseBinary, [](const Value& value) { return hexText(value.data); }},
