@@ -114,7 +114,7 @@ TEST(ModuleExample, RemembersItsPalettes)
     for (const char* const refusal : {"", "perhaps\nno\n"}) {
         EXPECT_TRUE(!onHost || runProgram(program, {}, refusal).exitCode == 1);
     }
-    const ChildResult result = runProgram(program, {}, " Yes\n");
+    const ChildResult result = runProgram(program, {}, "perhaps\n Yes\n");
     EXPECT_EQ(result.output, "at most 8 palettes\n");
     EXPECT_TRUE(!onHost || result.errors.starts_with("TARVO: The input language is not")) << result.errors;
     EXPECT_EQ(runProgram(program, {}, "y").output, "at most 9 palettes\n"
