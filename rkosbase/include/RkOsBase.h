@@ -140,8 +140,8 @@ protected:
 /// Returns the process's crash recorder, or null if none is installed. May be called from any thread.
 RKOSBASE_API VelaCrashRecorder* velaGetCrashRecorder();
 
-/// Replaces the process's crash recorder and returns the previous one. Null means no recorder. The caller
-/// keeps ownership and must remove the recorder before destroying it.
+/// Replaces the process's crash recorder and returns the previous one. A null argument removes the recorder.
+/// The caller keeps ownership and must remove the recorder before destroying it.
 RKOSBASE_API VelaCrashRecorder* velaSetCrashRecorder(VelaCrashRecorder* recorder);
 
 /// Returns the major version of Windows: 10 on Windows 10 and 11, and 8 on Windows 8 and 8.1. Stores

@@ -5,8 +5,8 @@
 
 namespace {
 
-/// The structure that RtlGetVersion fills. Unlike GetVersionExW, that function ignores the program's
-/// manifest.
+/// The structure that RtlGetVersion fills. The result of RtlGetVersion, unlike that of GetVersionExW, does
+/// not depend on the program's manifest.
 struct SystemVersion
 {
     DWORD size;

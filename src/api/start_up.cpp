@@ -31,7 +31,7 @@ void recordCurrentProduct(const TarvoConfig& config)
     }
 }
 
-/// Returns the stored profile name. If it cannot be read, returns the profile name that start-up chose.
+/// Returns the stored profile name or, if that cannot be read, the profile name that start-up chose.
 VelaVariant currentProfile(const TarvoConfig& config)
 {
     wchar_t stored[uinfo::provisionedProfileCapacity];

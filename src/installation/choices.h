@@ -52,7 +52,8 @@ struct Choice
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
-    const wchar_t* given = nullptr; ///< an argument or a built-in name, not copied; otherwise null
+    /// Points to the argument or the built-in name if that source decided; otherwise null.
+    const wchar_t* given = nullptr;
     std::array<wchar_t, nameCapacity + 1> text = {};
     Finding found[4];
     std::size_t count = 0;

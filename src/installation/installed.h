@@ -26,8 +26,8 @@ enum class Installed
 
 // programFolder ends with a separator. If programFolder is empty, no language counts as installed.
 
-/// Returns yes if the folder shortName exists and contains a DLL; noFolder or emptyFolder if not. Accepts any
-/// folder name.
+/// Returns noFolder if the folder shortName does not exist, emptyFolder if it contains no DLL, and otherwise
+/// yes. Accepts any folder name.
 Installed languageFolder(const wchar_t* programFolder, const wchar_t* shortName);
 
 /// Returns yes if the language is installed, otherwise the first reason why it is not.

@@ -54,7 +54,7 @@ enum class UserFolder
 /// separator. Stops before the first level that would exceed 1021 characters.
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names);
 /// Sets path to the string in stored, or to the empty string if stored is not a string or has more than 1022
-/// characters. `read` is the result of getValue; if it is not eOk, returns false and clears path.
+/// characters. `read` is the result of getValue. If `read` is not eOk, clears path and returns false.
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored);
 
 /// Appends the name of the default UI style file to the path of the roaming Support folder.

@@ -5,16 +5,16 @@
 
 namespace uinfo {
 
-/// Reads the executable's full path into out, which holds size characters. Returns false if it cannot be read
-/// or does not fit; out then contains what the system wrote. Clears the thread's last error, to detect
-/// truncation.
+/// Reads the executable's full path into out, which holds size characters. Returns false if the path cannot
+/// be read or does not fit; out then contains what the system wrote. Clears the thread's last error, to
+/// detect truncation.
 bool executablePath(wchar_t* out, unsigned long size);
 
 /// Reads the executable's folder, including the last separator. Fails if executablePath fails; out is then
 /// empty. Clears the thread's last error.
 bool executableFolder(BoundedText& out, unsigned long size);
 
-/// Like executableFolder, but accepts a truncated path and preserves the thread's last error. On failure the
+/// Like executableFolder, but accepts a truncated path and preserves the thread's last error. On failure, the
 /// content of out is unspecified.
 bool executableFolderOrCut(BoundedText& out, unsigned long size);
 

@@ -7,17 +7,19 @@
 namespace uinfo {
 
 inline constexpr std::size_t pathCapacity = 1024;         ///< every key path and file path
-inline constexpr unsigned long modulePathCapacity = 1023; ///< for the executable's path
-inline constexpr std::size_t iniTextCapacity = 1023;      ///< a string of getIniValue: 1021 characters
+inline constexpr unsigned long modulePathCapacity = 1023; ///< the executable's path
+inline constexpr std::size_t iniTextCapacity = 1023;      ///< a string that getIniValue reads
 inline constexpr std::size_t longestStoredPath = 1022;    ///< a path that is stored as a setting
-inline constexpr std::size_t longestIniPath = 1022;       ///< program folder and file name
+inline constexpr std::size_t longestIniPath = 1022;       ///< path of an INI file
 inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, style file, user data cache folder
 inline constexpr std::size_t longestResourcePath = 1021;  ///< file in a language's folder
 inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's Config key
-inline constexpr std::size_t longestChangePath = 1021; ///< writes: root plus sub-path, separator not counted
-inline constexpr std::size_t longestReadPath = 1020;   ///< reads: root plus sub-path, separator not counted
 
-inline constexpr std::size_t nameCapacity = 255;           ///< a company or product: argument or INI string
+// Limits on the length of root plus sub-path. The separator between the two is not counted.
+inline constexpr std::size_t longestChangePath = 1021; ///< limit of functions that write
+inline constexpr std::size_t longestReadPath = 1020;   ///< limit of functions that read
+
+inline constexpr std::size_t nameCapacity = 255;           ///< a company or product name
 inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, read by start-up
 inline constexpr std::size_t provisionedProfileCapacity =
     260;                                            ///< the stored profile, read by CreateConfigReg

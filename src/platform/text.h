@@ -25,8 +25,8 @@ bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 /// Returns a copy that the caller must free with delete[]; null for null.
 wchar_t* duplicate(const wchar_t* text);
 
-/// Returns the length of a path's folder: up to and including the last separator or a leading drive; 0 if
-/// there is neither.
+/// Returns the length of the folder part of a path, which ends with the last separator or, in a path such as
+/// "C:name", with the drive. Returns 0 if the path has neither.
 std::size_t folderLength(const wchar_t* path);
 
 inline constexpr std::size_t anyLength = SIZE_MAX;
@@ -40,7 +40,7 @@ public:
     /// Starts with the empty string.
     BoundedText(wchar_t* storage, std::size_t capacity) : m_storage(storage), m_capacity(capacity) { cut(0); }
 
-    /// Appends to the string that storage contains.
+    /// Starts with the string that storage contains.
     static BoundedText appendingTo(wchar_t* storage, std::size_t capacity);
 
     [[nodiscard]] bool append(const wchar_t* text, std::size_t longest = anyLength)
@@ -85,7 +85,7 @@ public:
     bool empty() const { return m_length == 0; }
 
 private:
-    /// Writes at start, which may be one past the end to leave room for a separator.
+    /// Writes text at index start. If start is the length plus 1, the caller must then write the separator.
     bool appendAt(std::size_t start, const wchar_t* text, std::size_t count, std::size_t longest)
     {
         const std::size_t end = std::min(m_capacity - 1, longest);

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The product object. It uses the static configuration object, so DllMain creates it after all static
-/// objects and destroys it before them.
+/// The product object. DllMain creates it after all static objects and destroys it before them, because the
+/// product object uses the static configuration object.
 constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace
@@ -23,7 +23,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* /*reserved*
 {
     if (reason == DLL_PROCESS_ATTACH) {
         product.emplace();
-        // The result is ignored: the call fails if the runtime uses thread-local storage, as MinGW's does.
+        // The result is ignored, because DisableThreadLibraryCalls fails if the C runtime uses thread-local
+        // storage, as MinGW's does.
         DisableThreadLibraryCalls(module);
     } else if (reason == DLL_PROCESS_DETACH) {
         uinfo::releaseLanguageResources();

@@ -8,7 +8,7 @@
 namespace uinfo {
 
 /// Reads a value of a key that is open for queries; a null or empty name means the default value. The stored
-/// type determines the type of value. On failure value is unchanged.
+/// type determines the type of `value`. On failure, `value` is unchanged.
 TarvoConfig::Error readValueFromKey(HKEY key, const wchar_t* valueName, VelaVariant& value);
 
 /// Writes a value of a key that is open for setting values. Writes nothing and returns eOk if value is eNull,

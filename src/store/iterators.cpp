@@ -28,7 +28,7 @@ struct KeyInfo
     DWORD maxValueLength = 0;
 };
 
-/// Opens the key that an iterator will walk and queries its counts and lengths; on failure key and info stay
+/// Opens the key that an iterator will walk and queries its counts and lengths. On failure, key and info stay
 /// empty.
 Error openWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t* item, RegistryKey& key,
                KeyInfo& info)
