@@ -8,7 +8,7 @@ namespace uinfo {
 
 inline constexpr std::size_t pathCapacity = 1024;         ///< every key path and file path
 inline constexpr unsigned long modulePathCapacity = 1023; ///< the executable's path
-inline constexpr std::size_t iniTextCapacity = 1023;      ///< a string that getIniValue reads
+inline constexpr std::size_t iniTextCapacity = 1023;      ///< getIniValue reads at most 1021 characters
 inline constexpr std::size_t longestStoredPath = 1022;    ///< a path that is stored as a setting
 inline constexpr std::size_t longestIniPath = 1022;       ///< path of an INI file
 inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, style file, user data cache folder
@@ -19,7 +19,8 @@ inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's
 inline constexpr std::size_t longestChangePath = 1021; ///< limit of functions that write
 inline constexpr std::size_t longestReadPath = 1020;   ///< limit of functions that read
 
-inline constexpr std::size_t nameCapacity = 255;           ///< a company or product name
+/// A company or product name from an argument or an INI file.
+inline constexpr std::size_t nameCapacity = 255;
 inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, read by start-up
 inline constexpr std::size_t provisionedProfileCapacity =
     260;                                            ///< the stored profile, read by CreateConfigReg
