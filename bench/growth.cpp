@@ -7,7 +7,8 @@
 
 namespace {
 
-/// A key with a given number of values, which is filled on first use. Named "Scale" followed by the number.
+/// A key with a given number of values. The key's name is "Scale" followed by the number. The first run
+/// creates the values.
 class Key
 {
 public:

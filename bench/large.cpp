@@ -90,7 +90,8 @@ double processorTime()
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }
 
-/// Runs work, which performs the given number of steps, several times. Returns the median time per step.
+/// Calls work() several times and returns the median time per step. Each call performs the given number of
+/// steps.
 double cost(int steps, const std::function<void()>& work)
 {
     std::array<double, 9> times{};
@@ -236,7 +237,7 @@ private:
 /// Prints how many milliseconds operations on 10,000 keys and values take.
 void bulk(TarvoConfig& config)
 {
-    constexpr int keys = 1000; // with ten values each
+    constexpr int keys = 1000; // each key has ten values
     const auto timed = [](const char* what, const std::function<void()>& work) {
         const auto start = std::chrono::steady_clock::now();
         work();
@@ -323,9 +324,9 @@ void checkBig(TarvoConfig& config)
 } // namespace
 
 /// "fill KEYS" creates the tree. "measure KEYS" prints four durations in nanoseconds: reading one value
-/// in sequential order, reading one value in random order, one step of a walk, and two SQL SELECTs. "bulk 0"
-/// prints the cost of many changes. "memory KEYS" reads the whole tree and prints the memory used. "big FILE"
-/// measures values of 1 MB.
+/// in sequential order, reading one value in random order, one step of a walk, and reading one value by two
+/// SQL SELECTs. "bulk 0" prints the cost of many changes. "memory KEYS" reads the whole tree and prints the
+/// memory used. "big FILE" measures values of 1 MB.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 2, "reading the arguments");

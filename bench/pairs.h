@@ -14,10 +14,10 @@ struct Pair
 {
     std::string row;
     std::string against;
-    double limit = 0; // upper limit of ours / other; 0: no limit
+    double limit = 0; // upper limit of the ratio ours / other; 0 means no limit
     std::function<void()> ours;
     std::function<void()> other;
-    double differenceLimit = 0; // upper limit of ours - other in nanoseconds; 0: no limit
+    double differenceLimit = 0; // upper limit of ours - other in nanoseconds; 0 means no limit
 };
 
 /// Measures the pairs whose row contains `only`, and writes one JSON object per line. Times are in

@@ -97,7 +97,7 @@ void walk(TarvoConfig& config)
     require(count == bench::entryCount, "walk");
 }
 
-/// Makes the registry calls of walk: for each value, RegEnumValueW twice and a query.
+/// Makes the registry calls that walk() causes: for each value, RegEnumValueW twice and a query.
 void walkBare()
 {
     HKEY key = bench::openKey(bench::displayKey, KEY_ALL_ACCESS);
@@ -123,7 +123,7 @@ void walkBare()
     RegCloseKey(key);
 }
 
-/// Makes the registry calls of CreateConfigReg on an existing tree.
+/// Makes the registry calls that CreateConfigReg makes if the tree exists.
 void createBare()
 {
     RegCloseKey(bench::openKey(bench::productKey, KEY_READ));

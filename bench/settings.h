@@ -15,7 +15,7 @@ inline constexpr wchar_t profilesKey[] = L"Software\\Acme\\Widget\\2018\\en-US\\
 inline constexpr wchar_t displayKey[] = L"Software\\Acme\\Widget\\2018\\en-US\\Settings\\Display";
 inline constexpr wchar_t framesPath[] = L"Display/Frames";
 inline constexpr wchar_t framesName[] = L"Frames";
-inline constexpr int entryCount = 1000; // values of Display, including Frames
+inline constexpr int entryCount = 1000; // number of values in Display, including Frames
 
 /// Starts up as a product that is not the default one and therefore needs no uninstall entry.
 inline TarvoConfig& start()

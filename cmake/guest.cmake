@@ -5,11 +5,12 @@ foreach(library RkUInfo RkOsBase)
 endforeach()
 if(NOT WIN32)
   add_library(RkUInfo::winhost ALIAS winhost)
+  # The libraries find each other in any folder that contains all of them.
   set_target_properties(RkUInfo RkOsBase winhost PROPERTIES
     VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "\$ORIGIN") # a project may copy the libraries, but only together
+    BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "\$ORIGIN")
 endif()
-if(MSVC) # so that the debugger shows values
+if(MSVC) # the .natvis file lets the debugger show values
   target_sources(RkUInfo INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/cmake/package/RkUInfo.natvis>)
 endif()
 set_target_properties(RkUInfo PROPERTIES

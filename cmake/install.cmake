@@ -20,7 +20,7 @@ endfunction()
 set(libraries RkUInfo RkOsBase)
 set(program_folder ${CMAKE_INSTALL_BINDIR})
 if(NOT WIN32)
-  list(APPEND libraries winhost) # used by the other two; clients include none of its headers
+  list(APPEND libraries winhost) # RkUInfo and RkOsBase use it; clients include none of its headers
   set(program_folder ${CMAKE_INSTALL_LIBDIR}/rkuinfo)
 endif()
 set(programs "")
@@ -111,7 +111,7 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoConfig.
   ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake
   INSTALL_DESTINATION ${package_folder} PATH_VARS program_folder)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake
-  COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT) # RkUInfoConfig.cmake compares the architecture
+  COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT) # RkUInfoConfig.cmake checks the architecture instead
 path_between(pkgconfig_libdir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_LIBDIR} "\${pcfiledir}/")
 path_between(pkgconfig_includedir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_INCLUDEDIR} "\${pcfiledir}/")
 set(pkgconfig_cflags "")

@@ -1,4 +1,5 @@
-# need(<Debian package> <package> [<option>...]): calls find_package with an error that names the package to install.
+# need(<Debian package> <package> [<option>...]): calls find_package. If this fails, the error message names the Debian
+# package to install.
 function(need debian package)
   find_package(${package} ${ARGN} QUIET)
   if(NOT ${package}_FOUND)
@@ -6,7 +7,8 @@ function(need debian package)
   endif()
 endfunction()
 
-# need_program(<Debian package> <variable> <program>): calls find_program in the same way.
+# need_program(<Debian package> <variable> <program>): calls find_program, and reports a missing program in the
+# same way.
 function(need_program debian variable program)
   find_program(${variable} ${program})
   if(NOT ${variable})

@@ -237,7 +237,7 @@ namespace detail {
 template <typename ReadName>
 TarvoConfig::Error readName(ReadName read, Text& name)
 {
-    constexpr long capacity = 1024; // longer names are never returned
+    constexpr long capacity = 1024; // name() and key() never return longer names
     wchar_t buffer[capacity];
     long length = capacity;
     const TarvoConfig::Error error = read(buffer, length);

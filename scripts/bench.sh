@@ -1,5 +1,5 @@
-# Builds the benchmarks with optimisation and runs them. Writes the figures of the table to build/bench/results.json and
-# those of the plot to scale.json.
+# Builds the benchmarks with optimisation and runs them. Writes the figures for the first two tables of
+# docs/PERFORMANCE.md to build/bench/results.json, and those for the large store and the plot to build/bench/scale.json.
 
 bench=$PWD/build/bench
 bench_run=$bench/run # the measured programs write their files here
@@ -28,7 +28,7 @@ loop() {
     "${@:1:$#-3}" "$bench/bin/bench_loop" "${@: -3}" "$bench_run/loop"
 }
 
-# Prints how many instructions the given number of getValue calls execute, without those in registry functions.
+# Prints how many instructions the given number of getValue calls execute, excluding those in registry functions.
 own_instructions() {
     loop valgrind --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect='TarvoConfig::getValue*' \
         --toggle-collect='Reg*' ours read "$1" 2>&1 | sed -n 's/.*Collected : //p'
@@ -65,7 +65,7 @@ count_all() {
                 $((($(cache_misses $level $store 60000) - $(cache_misses $level $store 30000)) / 30))
         done
     done
-    echo "processor time of a durable write, percent of SQLite's: $(write_percent)"
+    echo "processor time of a durable write, as a percentage of SQLite's: $(write_percent)"
     echo "system calls in 1,000 getValue calls:" \
         $(($(loop calls_of ours read 2000) - $(loop calls_of ours read 1000)))
     empty=$(calls_of "$bench/bin/bench_empty")

@@ -54,7 +54,7 @@ guest() {
     cmake -S tests/guest -B "$build" "${options[@]}" && cmake --build "$build" || return 1
     # Windows would read UTF-8 as the ANSI code page; Wine and winhost read both correctly.
     [ "$(od -An -tx1 -N2 "$build/TARVO.ini")" = ' ff fe' ] || return 1
-    ! find "$folder" -name RkUInfoRes.dll | grep -v 'en-US\|de-DE' || return 1 # the project's only languages
+    ! find "$folder" -name RkUInfoRes.dll | grep -v 'en-US\|de-DE' || return 1 # the project has no other languages
     guest_starts "$build" && cmake --install "$build" --prefix "$folder/package" || return 1
     ! cmake -S tests/guest -B "$build" -DGUEST_LANGUAGES=xx-XX 2>"$folder/refused" &&
         tr -s ' \n' ' ' <"$folder/refused" | grep 'xx-XX.* cs-CZ, de-DE, en-US' || return 1
@@ -62,7 +62,8 @@ guest() {
     guest_starts "$folder/package/bin"
 }
 
-# installed BINDIR LIBDIR FOLDER: installs, starts the client, builds a guest, and uninstalls without a trace.
+# installed BINDIR LIBDIR FOLDER: installs the package, starts the client and builds a project that uses the package.
+# Checks that uninstalling removes every file.
 installed() {
     local folder=$3 place=$3/stage lib=$2
     [ "${lib#/}" != "$lib" ] || lib=$folder/prefix/$lib

@@ -29,7 +29,7 @@ run_stress() {
     build windows agreement_tests store_oracle
     start_wine
     toolchains/run-wine.sh build/windows/bin/store_oracle.exe 100000 "$seed"
-    rm -rf build/{host,windows}/agreement # removes the traces of runs with other seeds
+    rm -rf build/{host,windows}/agreement # removes the trace files of runs with other seeds
     run_cases '*' build/host/bin/agreement_tests
     run_cases '*' toolchains/run-wine.sh build/windows/bin/agreement_tests.exe
     diff -r build/host/agreement build/windows/agreement

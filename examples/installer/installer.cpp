@@ -39,7 +39,7 @@ void printName(std::ostream& out, const wchar_t* name)
 }
 
 /// Returns whether each name is a language and, if needFolders is true, has its folder next to this program.
-/// Prints an error for the first name that fails.
+/// Prints an error for the first name that does not meet these conditions.
 bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
 {
     for (const wchar_t* const name : names) {

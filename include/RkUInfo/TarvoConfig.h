@@ -110,7 +110,7 @@ public:
     Error setValue(Path path, const wchar_t* valuePath, const VelaVariant& value);
 
     /// Reads a value of the iterator's current sub-key.
-    /// @return a result of getValue by path, or an error of ItemIterator::name
+    /// @return a result of the getValue that takes a path, or an error of ItemIterator::name
     Error getValue(const ItemIterator& item, const wchar_t* valueName, VelaVariant& value) const;
     /// Writes a value of the iterator's current sub-key.
     /// @return eOk, eNotFound (the iterator has no key, or the sub-key cannot be opened for writing),
@@ -122,17 +122,17 @@ public:
     /// @return eOk, eInvalidInput, eRegistryError
     Error addItem(Path path, const wchar_t* item);
     /// Writes a value: eInt as REG_DWORD, eInt64 as REG_QWORD, eDouble and eBinary as REG_BINARY, eString as
-    /// REG_SZ. The key is created if needed; no value is written for an eNull or an empty eBinary. The path
-    /// can be as long as in addItem.
+    /// REG_SZ. The key is created if needed; no value is written for an eNull or an empty eBinary. The
+    /// root and the sub-path together can have at most 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key can be neither opened nor created), eRegistryError
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
     /// Removes a key and everything below it; a null or empty item means the subtree's own key. The root and
-    /// the parent's path together can have at most 1021 characters. If the system has no RegDeleteTreeW, keys
-    /// are removed one by one, children first. A path of more than 519 characters below the parent then
-    /// causes eRegistryError, and keys that have already been removed are not restored.
+    /// the parent's path together can have at most 1021 characters. Before Windows 8, keys are removed one by
+    /// one, children first. In that case, a key whose path, relative to the parent, has more than 519
+    /// characters causes eRegistryError, and keys that have already been removed are not restored.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
-    /// Removes a value. The path can be as long as in addItem.
+    /// Removes a value. The root and the sub-path together can have at most 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (also if the value is missing)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
@@ -188,7 +188,7 @@ protected:
 private:
     friend class uinfo::ConfigAccess;
 
-    // The three names are array-allocated, and null until known.
+    // The three names are allocated with new[], and null until known.
     wchar_t* m_productName;
     wchar_t* m_companyName;
     wchar_t* m_profileNameCmdLineInfo;

@@ -8,9 +8,9 @@
 
 #pragma pack(push, 8) // makes the layout independent of /Zp
 
-/// Identifies a user-interface language by its index, or -1 for the unknown language. 0..14 are in
-/// alphabetical order of the short names; newer languages follow. Short names ("en-US") are compared ignoring
-/// case.
+/// Identifies a user-interface language by its index; -1 means the unknown language. The languages 0 to 14
+/// are in alphabetical order of their short names; newer languages follow. Short names ("en-US") are compared
+/// ignoring case.
 ///
 /// Returned strings belong to the library or to the object. Different objects may be used from several
 /// threads at once; localName() may also be called for one object from several threads.
@@ -49,7 +49,7 @@ public:
 
 private:
     std::int32_t m_lang;
-    mutable wchar_t* m_localName; // array-allocated
+    mutable wchar_t* m_localName; // allocated with new[]
 };
 
 #pragma pack(pop)
