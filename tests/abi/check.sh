@@ -2,7 +2,7 @@
 # Compares docs/ABI.md with the public headers, and exports.txt with the library.
 #   check.sh figures CLANG...             compares the layouts and slots of docs/ABI.md with those that clang dumps
 #   check.sh client COMPILER...           compiles a C++14 client that asserts every figure; warnings are errors
-#   check.sh refused COMPILER...          checks that the headers clearly reject unsupported compiler options
+#   check.sh refused COMPILER...          checks the messages with which the headers reject unsupported options
 #   check.sh exports LIBRARY NM|OBJDUMP   checks that the library exports exactly the names in exports.txt
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

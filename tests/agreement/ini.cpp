@@ -58,7 +58,8 @@ void readFile(Trace& trace, const Wide& path)
     const DWORD whole = get(40);
     const DWORD size = trace.below(40);
     trace.start(u"get", section, key, utf16(out), size);
-    trace.say(get(size != whole + 1 ? size : 40)); // differs: Wine truncates a quoted value that just fits
+    // Results differ for a quoted value that just fits: Wine truncates it.
+    trace.say(get(size != whole + 1 ? size : 40));
     trace.say(utf16(out), GetPrivateProfileIntW(wide(section), wide(key), -9, path));
 }
 

@@ -59,7 +59,7 @@ TEST(Winhost, AgreesWithWineOnPaths)
     });
 }
 
-/// Sorts all code units, and records for each whether it equals the previous one.
+/// Sorts all code units, and records for each whether it compares equal to the previous one.
 TEST(Winhost, AgreesWithWineOnTheCaseOfUnits)
 {
     expectAgreement("units", [](Trace& trace) {

@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns a hostile or a common name. No other name sorts between the two cases of a non-ASCII letter,
-/// because the order of such names would differ between systems.
+/// Returns a hostile or a common name. Some names differ only in the case of a non-ASCII letter. No other
+/// name sorts between two such names, because systems would differ in the order.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -91,21 +91,22 @@ public:
 
         if (call == u"create") {
             status = RegCreateKeyExW(handle, wide(subKey), 0, nullptr, 0, access, nullptr, &opened, &number);
-            number = subKey.empty() ? 0 : number; // differs for an empty path
+            number = subKey.empty() ? 0 : number; // the disposition differs for an empty path
         } else if (call == u"open") {
             status = RegOpenKeyExW(handle, subKey.empty() ? nullptr : wide(subKey), 0, access, &opened);
         } else if (call == u"set") {
             status = RegSetValueExW(handle, value, 0, type, out, size - 2);
         } else if (call == u"query") {
             status = RegQueryValueExW(handle, value, nullptr, &type, out, number == 0 ? nullptr : &size);
-            size = status == ERROR_INVALID_HANDLE ? 0 : size; // differs for an invalid handle
+            size = status == ERROR_INVALID_HANDLE ? 0 : size; // the size differs for an invalid handle
         } else if (call == u"sub-key") {
             size /= 2; // characters
             status = RegEnumKeyExW(handle, number, text, &length, nullptr, reinterpret_cast<wchar_t*>(out),
                                    &size, nullptr);
         } else if (call == u"value") {
             status = RegEnumValueW(handle, number, text, &length, nullptr, &type, out, &size);
-        } else if (call == u"info" && (key.access & KEY_QUERY_VALUE) != 0) { // differs without query access
+        } else if (call == u"info" && (key.access & KEY_QUERY_VALUE) != 0) {
+            // Results differ without query access.
             status = RegQueryInfoKeyW(handle, text, &length, nullptr, &counts[0], &counts[1], &counts[2],
                                       &counts[3], &counts[4], &counts[5], nullptr, nullptr);
         } else if (call == u"delete value") {
@@ -114,12 +115,12 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status = RegDeleteTreeW(handle, wide(subKey));              // after a failure, the keys differ
+            status = RegDeleteTreeW(handle, wide(subKey)); // after a failure, the remaining keys differ
             status = subKey.empty() ? status != ERROR_SUCCESS : status; // the error differs for an empty path
         } else if (call == u"close" && !isRoot) {
             const HKEY closed = key.handle.release();
             status = RegCloseKey(closed);
-            number = DWORD(RegCloseKey(closed)); // before the system can reuse the handle
+            number = DWORD(RegCloseKey(closed)); // closes the handle again before it can be reused
         } else if (call == u"root") {
             makeRoot(); // the root may have been deleted
         }

@@ -42,7 +42,7 @@ public:
     /// Returns a random word from `words`, which are separated by "|".
     Text word(std::u16string_view words);
 
-    /// Starts the line of a call. The parts are numbers, strings and bytes; say() appends more parts.
+    /// Starts the trace line of a call. The parts are numbers, strings and bytes; say() appends more parts.
     void start(const Text& call, const auto&... parts)
     {
         text += '\n';

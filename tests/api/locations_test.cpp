@@ -102,7 +102,7 @@ TEST_F(UserFolders, AreOverriddenByStoredPaths)
 {
     const std::string longest(1022, 's');
     const std::string standard = m_roaming + "\\Norvik\\TARVO\\2018\\en-US\\Support\\Style.tus";
-    // The stored value, the custom resource file and the style file.
+    // The stored value, and the paths that must be returned for the custom resource file and the style file.
     const std::tuple<RawValue, std::string, std::string> rows[] = {
         {text("Z:\\none\\a.rk"), "Z:\\none\\a.rk", "Z:\\none\\a.rk"},
         {text(longest), longest, longest},
@@ -125,7 +125,8 @@ TEST_F(UserFolders, AreOverriddenByStoredPaths)
 TEST(GetCurrentProfileName, ReportsTheSizeThatItNeeds)
 {
     const std::string longest(299, 'p');
-    // The stored value, the buffer's size, the name written or "-", the size reported.
+    // The stored value and the buffer's size; then the name that must be written, or "-" for none, and the
+    // size that must be reported.
     const std::tuple<std::optional<RawValue>, unsigned long, std::string, unsigned long> rows[] = {
         {text("Grün"), 5, "Grün", 5},
         {text("Grün"), 4, "-", 5},

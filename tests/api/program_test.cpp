@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Returns textOf() of a path function, for a buffer of `size` characters.
+/// Calls a path function with a buffer of `size` characters, and returns the result of textOf().
 template <typename Size>
 std::string pathOf(Size (*function)(wchar_t*, Size), int size)
 {

@@ -5,7 +5,8 @@ namespace {
 
 using enum TarvoConfig::Error;
 
-/// Returns the tree that a successful call must create. Builds the tree by registry calls, and removes it.
+/// Returns the output of tree() that is expected after a successful call. Creates the keys by registry calls,
+/// and removes them again.
 std::string provisioned(const std::string& profile, bool withCurrentProduct)
 {
     removeKey(HKEY_CURRENT_USER, acmeKey);
@@ -51,7 +52,8 @@ TEST(CreateConfigReg, ReplacesOnlyAnInvalidProfile)
     };
     ASSERT_EQ(startAcme(L"Draft"), eOk);
     for (const auto& [stored, kept] : rows) {
-        const std::string expected = provisioned(kept, false); // the product key exists
+        // The product key exists before the call, so CurProduct is not set.
+        const std::string expected = provisioned(kept, false);
         setRaw(HKEY_CURRENT_USER, profilesKey, "", stored);
         EXPECT_EQ(CreateConfigReg(), eOk);
         EXPECT_EQ(tree(HKEY_CURRENT_USER, "Software"), expected) << testing::PrintToString(stored);

@@ -61,7 +61,7 @@ TEST(Subtrees, HaveKeyPathsAfterStartUp)
     const std::string product(254, 'p');
     for (std::size_t length = 200; length <= 245; ++length) {
         const std::string company(length, 'c');
-        Config config; // each buildRootPathFromProduct() appends the product to the root
+        Config config; // each call of buildRootPathFromProduct() appends the product to the root
         ASSERT_EQ(config.initial(Wide(company), Wide(product), L"en-US", nullptr), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), eOk);
         EXPECT_EQ(config.buildRootPathFromProduct(), length <= 244 ? eOk : eInvalidInput);
@@ -78,8 +78,8 @@ TEST(Profile, IsReplacedByThatOfTheCommandLine)
     const std::string n126(126, 'n');
     const std::string n127 = n126 + 'n';
     const std::string n511(511, 'n');
-    // The stored value, the name that is read, and whether the argument "Work" replaces the stored value. If
-    // the name is empty, "Default" is returned and stored.
+    // The stored value, the name that must be read, and whether the argument "Work" must replace the stored
+    // value. If the name is empty, "Default" must be returned and stored.
     const std::tuple<std::optional<RawValue>, std::string, bool> rows[] = {
         {std::nullopt, "", false},
         {text(""), "", false},

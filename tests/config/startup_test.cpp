@@ -125,7 +125,7 @@ TEST(StartUp, KeepsWhatItResolvedBeforeAFailure)
     {
         std::string company, product;
         Error error;
-        std::string state; ///< after the failure; a failed start is not rolled back
+        std::string state; ///< the state after the failure; earlier steps are not undone
         Error second;      ///< the result of another start
     } rows[] = {
         {tooLong, "Widget", eInvalidInput, "NORVIK TARVO unknown Default 0 ", eOk}, // no company is set
@@ -135,7 +135,7 @@ TEST(StartUp, KeepsWhatItResolvedBeforeAFailure)
     int asked = 0;
     const Patch vanishing = intercept<"_waccess", decltype(_waccess)>([&](auto real, auto* path, int mode) {
         EXPECT_EQ(mode, 4) << "not a test for reading";
-        return ++asked == 2 ? -1 : real(path, mode); // present only when the language is chosen
+        return ++asked == 2 ? -1 : real(path, mode); // the folder disappears after the language is chosen
     });
     for (const auto& row : rows) {
         SCOPED_TRACE(row.state);

@@ -1,18 +1,22 @@
 #!/usr/bin/env bash
 # Compares the documents with what they describe.
-#   check.sh links DOCUMENT...              each relative link and each path in backticks exists; so does each ./dev command
-#   check.sh run DOCUMENT TARGET PLACE      runs what a document shows, in a temporary home, and compares
+#   check.sh links DOCUMENT...           Checks that the targets of relative links, the paths in backticks and the ./dev
+#                                        commands exist.
+#   check.sh run DOCUMENT TARGET PLACE   Runs the examples of a document in a temporary home, and compares their output
+#                                        with the output shown.
 #
 # These blocks are run on Linux:
-#   ```console            commands after "$ ", continued after "> ", and their output; a line "..." matches any lines, and
-#                         if it is the only one, the command must succeed
-#   <!-- file: PATH -->   the next block is written to that file of the home
-#   <!-- body -->         the next block is the body of a function: all of them are compiled as one program, and run
-#   <!-- program -->      the next block is a program: it is compiled and run
+#   ```console            A command is on a line that starts with "$ ", and continues on lines that start with "> ".
+#                         The other lines are the expected output, in which a line "..." matches any lines. If "..." is
+#                         the only line of the expected output, the command must exit with 0.
+#   <!-- file: PATH -->   The next block is written to the file PATH in the home.
+#   <!-- body -->         The next block is the body of a function. All such functions are compiled into one program,
+#                         which is run.
+#   <!-- program -->      The next block is a program, which is compiled and run.
 # TARGET is one of:
-#   host      PLACE is a build tree with package/, from which the home's archive and the clone are made
-#   fresh     PLACE is the archive, and the machine has only the packages that the document installs
-#   windows   PLACE is a build tree; the files are written and <!-- windows --> ```console blocks are run
+#   host      PLACE is a build tree that contains package/. The archive and the clone in the home are made from it.
+#   fresh     PLACE is the archive. The machine has only the packages that the document installs.
+#   windows   PLACE is a build tree. The files are written, but only blocks marked <!-- windows --> are run.
 # Documents show /home/me for the temporary home, whose path has the same length, so that lines break at the same places.
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -28,7 +32,7 @@ exists() {
     for folder in "" src/ tests/ winhost/src/ winhost/include/ "$(dirname "$1")/"; do
         [ ! -e "$root/$folder$2" ] && ! compgen -G "$root/$folder$2.*" >/dev/null || return 0
     done
-    [[ $2 =~ ^(build|lib|share)/ ]] # folders of a build or a package
+    [[ $2 =~ ^(build|lib|share)/ ]] # a path in a build or a package is not checked
 }
 
 check_links() {

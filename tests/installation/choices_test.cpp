@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Prints what each source contains, and then the chosen name or "-". Omits the argument if it is absent.
+/// Prints what each source contains, and then the chosen name or "-". An absent argument is not listed.
 std::string print(const uinfo::Choice& choice)
 {
     constexpr const char* answers[] = {
@@ -34,7 +34,7 @@ const std::string x253(253, 'x'), x254 = x253 + 'x', x255 = x254 + 'x';
 class Choices : public testing::Test
 {
 protected:
-    /// Writes the sources of each row and compares the report of the choice.
+    /// For each row, writes the sources, makes the choice, and compares its report with the expected report.
     template <typename Choose>
     void expect(std::initializer_list<Sources> rows, const std::string& key, const char* valueName,
                 Choose choose)

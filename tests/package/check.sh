@@ -2,8 +2,9 @@
 # Checks the installed package.
 #   check.sh install BUILD PREFIX          installs a build tree
 #   check.sh contents PREFIX TARGETS LANGUAGE...  compares the files with contents.txt; none may contain the build path
-#   check.sh hardening PREFIX IMPORTS [FLAG]...  checks flags for the Windows loader, and the imported libraries
-#   check.sh reproducible BUILD PRESET FILE...   builds the libraries again in another folder, and compares them
+#   check.sh hardening PREFIX IMPORTS [FLAG]...  checks the loader flags of the Windows files, and compares
+#                                                the libraries that the DLLs import with the file IMPORTS
+#   check.sh reproducible BUILD PRESET FILE...   builds the libraries again in another folder, and compares each FILE
 #   check.sh consumer PREFIX WORK [CMAKE_OPTION]...  builds and runs the client in tests/consumer
 #   check.sh pkgconfig PREFIX WORK         builds the client's module and loader without CMake, and runs them
 set -euo pipefail

@@ -14,7 +14,7 @@ std::string iniValue(const fs::path& file, LPCWSTR key)
     return utf8(out.data());
 }
 
-/// Windows is documented to ignore the first section after a UTF-8 mark; Wine and winhost read it.
+/// Windows is documented to ignore the first section after a UTF-8 byte order mark; Wine and winhost read it.
 TEST(WineIniFile, IsReadAtAnyLength)
 {
     const fs::path file = scratchFolder() / "big.ini";

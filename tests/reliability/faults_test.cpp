@@ -216,8 +216,8 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Returns whether `now` contains every entry that `before` and `after` share, and no entry that both of them
-/// lack.
+/// Returns whether `now` contains every entry that is in both `before` and `after`, and no entry that is in
+/// neither of them.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };
@@ -265,7 +265,7 @@ protected:
         const Entries before = entries(prepared);
         for (std::string left = prepared; runs.empty() || fault.function != nullptr;) {
             if (left != prepared) {
-                prepare(scenario); // no call fails here, because the previous fault has occurred
+                prepare(scenario); // no call fails here, because each fault is injected only once
             }
             *velaConfig() = m_started;
             fault = {runs.size()};
@@ -307,9 +307,8 @@ protected:
         const auto add = [&](const std::function<std::string()>& run) {
             inject({"location " + std::to_string(++number), run, allowed});
         };
-        // GetVelaProgramPath caches its result. The path that
-        // GetUserLocalApplicationDataTemplatePath returns contains those of all parent folders, so the
-        // functions for these folders are not tested here.
+        // GetVelaProgramPath caches its result. GetUserLocalApplicationDataTemplatePath builds the paths of
+        // all parent folders too, so the functions for these folders are not tested here.
         for (auto* const function :
              {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
               GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
@@ -384,8 +383,8 @@ TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
     // GetProcAddress returns this function for RegDeleteTreeW. The function calls this program's import of
     // RegDeleteTreeW, which can be made to fail.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
-    // Calls without a fault reach these replacements. They stub out calls that must not reach the system, and
-    // count open searches.
+    // A call that is not made to fail is passed to these replacements. They stub out calls that must not
+    // reach the system, and count open searches.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
         intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),

@@ -71,7 +71,7 @@ LSTATUS get(int n)
             RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
         const bool isWhole = type == REG_BINARY && data[0] == n && data[1] > 2 &&
                              DWORD(data[1]) == size / 4 && std::equal(data + 3, data + data[1], data + 2);
-        wchar_t any[64] = L"1000"; // a valid name, unchanged if no value has this index
+        wchar_t any[64] = L"1000"; // a valid name, which remains if no value has the index
         enumerate(true, key, static_cast<DWORD>(n % 100), any, &room);
         const bool isNamed = utf8(any).size() == 4 && utf8(any).starts_with("10");
         return !isNamed || (answer == ERROR_SUCCESS && !isWhole) ? isWrong : answer;
@@ -151,8 +151,8 @@ LSTATUS storm(int seconds)
     return status;
 }
 
-/// Forks. If `childGoesOn`, the child continues, and the parent exits after the child. If not, the child sets
-/// a value and exits, and then the parent continues.
+/// Forks. If `childGoesOn` is true, the child continues, and the parent exits after the child. Otherwise, the
+/// child sets a value and exits, and then the parent continues.
 LSTATUS split(bool childGoesOn)
 {
     int status = 0;
@@ -202,8 +202,8 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
-/// Opens the store's file and its index, as any program may. If `locks`, locks both until the process exits;
-/// if not, closes both.
+/// Opens the store's file and its index, as any program may. If `locks` is true, locks both until the
+/// process exits; otherwise, closes both.
 LSTATUS openStore(bool locks)
 {
     for (const char* const suffix : {"", "-shm"}) {

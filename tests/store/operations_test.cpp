@@ -65,7 +65,7 @@ TEST_F(Operations, RemoveKeyByKeyBeforeWindows8)
         makeKey(HKEY_CURRENT_USER, settings + "\\T\\first");
         makeKey(HKEY_CURRENT_USER, settings + '\\' + longest + std::string(length - longest.size(), 'z'));
         EXPECT_EQ(m_config.removeItem(eSettings, L"T"), length == 519 ? eOk : TarvoConfig::eRegistryError);
-        // A failure does not restore removed keys.
+        // The keys that were removed before a failure are not restored.
         EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + "\\T\\first"), "");
         EXPECT_EQ(tree(HKEY_CURRENT_USER, settings + '\\' + longest).empty(), length != 520);
     }

@@ -24,7 +24,9 @@ const HKEY user = HKEY_CURRENT_USER;
 TarvoConfig& config = *velaConfig();
 VelaVariant value; // read by one operation and written by the next
 std::optional<RawValue> twinValue;
-std::string path, key, name, whole; // the argument, its key, its value name, and the whole argument as a key
+// `path` is the argument. If it names a value, its twin is the value `name` of `key`; if it names a key, its
+// twin is the key `whole`.
+std::string path, key, name, whole;
 
 /// Returns the registry value that stores a variant, or nothing if the variant has no block or its block
 /// records a size of 0.
@@ -52,8 +54,8 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a registry value in both trees, as another program might. Also replaces `value` with a copy of a
-/// variant whose block records a size of 0. Such a variant cannot be stored, so `twinValue` is cleared.
+/// Stores a registry value in both trees, as another program might. Also sets `value` to a copy of a variant
+/// whose block records a size of 0. Because that copy cannot be stored, clears `twinValue`.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);
@@ -140,7 +142,7 @@ struct Walk
         case 3: return {Call::read(real), isThere ? ::read(twinKey.get(), subKey, valueName) : over};
         case 4: return {Call::write(real), isThere ? setRaw(twinKey.get(), subKey, valueName, twinValue) : isItem && !twinKey ? missing : over};
         default:
-            long length = static_cast<long>(kind) - 4; // 1 or 2, including the terminator
+            long length = static_cast<long>(kind) - 4; // the buffer's size, including the terminator: 1 or 2
             const long named = static_cast<long>(size) < length ? ok : tooSmall;
             const long code = Call::name(real, given, length);
             return {given[0] == (code == ok ? current[0] : 0) ? code : -1, isThere ? named : over};

@@ -39,7 +39,8 @@ inline std::string describe(const VelaVariant& v)
         [=](auto, auto*...) { return version; });
 }
 
-/// An operation on a path. For isItemExist, `call` returns eInvalidInput instead of 0.
+/// An operation on a path. isItemExist does not return an error code, so its `call` returns eOk if the item
+/// exists, otherwise eInvalidInput.
 struct Operation
 {
     std::string name;

@@ -10,7 +10,8 @@ void setType(VelaVariant& v, std::int32_t type)
     std::memcpy(static_cast<void*>(&v), &type, sizeof type);
 }
 
-/// A variant, its output by describe(), and its registry value if it can be stored.
+/// A variant, the expected output of describe(), and the expected registry value if the variant can be
+/// stored.
 const struct Sample
 {
     void (*set)(VelaVariant&);
@@ -33,7 +34,8 @@ const struct Sample
     {[](auto& v) { v.setString(nullptr); }, "5/6 0 0 0 '' -", text("")},
 };
 
-/// Counts and fills the blocks that this program allocates. Allocation number `refused` fails.
+/// Counts and fills the blocks that this program allocates. Makes allocation number `refused` fail,
+/// counting from 1.
 struct Blocks
 {
     int count = 0, refused = 0;
@@ -113,7 +115,8 @@ TEST(Variant, AcceptsEveryValueAfterEveryOther)
 TEST(Variant, AllocatesABlockOfItsTypesSizeOrThrows)
 {
     constexpr int rows[][4] = {
-        // the type and size requested; the size in the block and the code thrown
+        // The type and the size that are passed, the size that the block must record, and the code that must
+        // be thrown, or 0.
         {0, 0, 0, 0},  {0, -1, 0, 0}, {1, -7, 8, 0},        {2, 0, 12, 0},
         {3, 0, 12, 0}, {4, 0, 0, 3},  {5, -1, 0, 3},        {6, 0, 0, 3},
         {0, 1, 5, 0},  {1, 3, 7, 0},  {4, INT32_MAX, 0, 6}, {4, INT32_MAX - 3, 0, 6},

@@ -1,4 +1,4 @@
-// Strings are UTF-8 in tests and UTF-16 in calls of the library.
+// Strings are UTF-8 in tests and UTF-16 in calls to the library.
 #pragma once
 
 #include <RkUInfo/Text.hpp>

@@ -27,7 +27,7 @@ void leaveHome() {}
 
 std::string companyFromOutside(const std::string& company)
 {
-    return company; // the registry is a file of the redirected home
+    return company; // unchanged, because the registry is a file in the redirected home
 }
 
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments)
