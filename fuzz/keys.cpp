@@ -30,7 +30,7 @@ private:
     char m_folder[32] = "/dev/shm/rkuinfo-fuzz.XXXXXX";
 };
 
-/// Runs start-up. The registry contains only the uninstall entry of one language.
+/// Initialises the library. The registry contains only the uninstall entry of one language.
 bool start()
 {
     static const Home home;

@@ -44,7 +44,8 @@ else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-foreach(language C CXX) # cached, because CMake before 3.21 caches these variables itself, which hides normal ones
+# Cached, because CMake before 3.21 caches these variables itself, which removes normal variables of the same names.
+foreach(language C CXX)
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()
 foreach(kind EXE SHARED MODULE)

@@ -31,7 +31,8 @@ make_libraries() {
         version; do
         make_import_library "$name" "$work"
     done
-    # CMake links every program with uuid.lib and winspool.lib. No program here needs them, so copies of others will do.
+    # CMake links every program with uuid.lib and winspool.lib. No program here uses their functions, so copies of other
+    # libraries replace them.
     cp "$work/ole32.lib" "$work/uuid.lib"
     cp "$work/user32.lib" "$work/winspool.lib"
 

@@ -14,15 +14,15 @@ namespace winhost {
 struct FullPath
 {
     std::vector<Text> components; // below Z:\.
-    bool mustBeFolder = false;    // it ended in a separator
+    bool mustBeFolder = false;    // the path ended in a separator
 };
 
 /// Returns nothing and sets the last error if the path is empty, or if it is on a share or on a drive other
 /// than Z:.
 std::optional<FullPath> parsePath(TextView path);
 
-/// Finds the host file of a path: each component by its exact name, otherwise ignoring case. Returns nothing
-/// and sets the last error if no file matches.
+/// Finds the host file of a path. Each component must match a name exactly, or ignoring case if there is no
+/// exact match. Returns nothing and sets the last error if no file matches.
 std::optional<std::string> findOnHost(const FullPath& path);
 std::optional<std::string> findOnHost(TextView path);
 

@@ -55,7 +55,7 @@ Text decodeUtf16(std::string_view bytes, std::size_t lowByte)
 }
 
 /// Decodes UTF-16 if the file begins with a UTF-16 byte order mark, otherwise UTF-8. In UTF-8, invalid bytes
-/// are read as Latin-1, and a file that contains a zero byte is binary: the result is empty.
+/// are read as Latin-1. Returns an empty string if a UTF-8 file contains a zero byte.
 Text decode(std::string_view bytes)
 {
     if (bytes.starts_with("\xFF\xFE")) {
@@ -118,8 +118,8 @@ TextView withoutTrailingBlanks(TextView text)
     return text;
 }
 
-/// Parses a decimal number, or a hexadecimal number that begins with 0x. A sign may precede either. A larger
-/// number is reduced modulo 2^32. Ignores the text after the digits.
+/// Parses a decimal number, or a hexadecimal number that begins with 0x. A sign may precede the number.
+/// The result is reduced modulo 2^32. Ignores the text after the digits.
 UINT parseNumber(TextView text)
 {
     text = trimmed(text);

@@ -150,7 +150,8 @@ std::string programFolder()
     return executableFile().substr(0, executableFile().rfind('/') + 1);
 }
 
-/// Returns the folders of the search order: the executable's, the working directory, those of PATH.
+/// Returns the folders in the order of the search: the executable's folder, the working directory, and the
+/// folders in PATH.
 std::vector<std::string> searchFolders()
 {
     std::vector<std::string> folders = {programFolder(), "."};
@@ -366,7 +367,8 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
-    // The loader has no name for the executable. dlsym also finds exports of a module's dependencies.
+    // A null name opens the executable. dlsym also finds the exports of a module's dependencies, which are
+    // refused below.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

@@ -76,8 +76,8 @@ Text canonical(TextView path)
 }
 
 /// Joins the two parts, or returns nothing if the joined path would be too long. Returns only `more` if
-/// `path` is empty or `more` is a full path, and only `path` if `more` is empty. Truncates a single part that
-/// is too long.
+/// `path` is empty or `more` is a full path, and only `path` if `more` is empty. A part that is returned
+/// without the other is truncated if it is too long.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

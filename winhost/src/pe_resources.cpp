@@ -10,8 +10,8 @@ namespace {
 constexpr std::uint32_t stringTableType = 6;
 constexpr std::uint32_t stringsPerBlock = 16;
 
-// Read little-endian numbers. Past the end of the bytes these functions return 0; a signature, count or size
-// of 0 ends the search.
+// These functions read little-endian numbers, and return 0 past the end of the bytes. A signature, count or
+// size of 0 ends the search.
 
 std::uint32_t read16(Bytes bytes, std::size_t offset)
 {

@@ -17,8 +17,8 @@ using winhost::xdgFolder;
 constexpr INT folderMask = 0xFF;
 constexpr HRESULT fileNotFound = static_cast<HRESULT>(0x80070002);
 
-/// Returns the documents folder that is set in user-dirs.dirs, or "". The setting has quotes and begins with
-/// $HOME or /.
+/// Returns the documents folder that is set in user-dirs.dirs, or "". The setting is a quoted path that
+/// begins with $HOME or /.
 std::string documentsOfUserDirs()
 {
     constexpr std::string_view assignment = "XDG_DOCUMENTS_DIR=\"";

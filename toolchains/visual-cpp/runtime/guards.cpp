@@ -1,5 +1,6 @@
-// The run-time checks of compiled code: the stack's cookie and pages, and the targets of indirect calls.
-// Windows' loader replaces the check of indirect calls with its own; Wine's loader does not.
+// Run-time checks that compiled code calls. They check the stack's cookie, the stack's pages and the targets
+// of indirect calls. Windows' loader replaces the check of indirect calls with its own; Wine's loader does
+// not.
 #include <windows.h>
 
 extern "C" {
@@ -13,7 +14,8 @@ void __security_check_cookie(ULONGLONG cookie)
     }
 }
 
-// Touches each page of the stack that the caller is about to allocate: rax bytes below the stack pointer.
+// Touches each page of the stack that the caller is about to allocate. The register rax contains its size in
+// bytes.
 __attribute__((naked)) void __chkstk()
 {
     __asm__("pushq %rcx\n\tpushq %rax\n\tcmpq $4096, %rax\n\tleaq 24(%rsp), %rcx\n\tjb 1f\n"

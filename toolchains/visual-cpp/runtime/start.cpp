@@ -1,5 +1,5 @@
-// Constructs and destroys a module's static objects. The linker sorts their initialisers between the marks
-// below.
+// Constructs and destroys a module's static objects. The linker sorts their initialisers between the
+// markers below.
 #include "start.h"
 
 namespace {

@@ -6,5 +6,5 @@ static volatile int destroyed;
 
 type_info::~type_info() noexcept
 {
-    destroyed = 1; // for an empty destructor clang emits no table
+    destroyed = 1; // clang emits no virtual table for an empty destructor
 }

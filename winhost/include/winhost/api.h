@@ -1,4 +1,4 @@
-// Linkage of every function of winhost: C names, exported from its one shared library.
+// The linkage of winhost's functions: they have C names, and the shared library exports them.
 #pragma once
 
 #define WINHOST_API extern "C" __attribute__((visibility("default")))

@@ -39,8 +39,8 @@ enum Kind
     eNew // in memory, with the content of a new file
 };
 
-/// Changes when the path leads to another file or folder, when a file is added to the folder or removed, and
-/// when the folder's owner changes. All members are 0 if the files are not at the path.
+/// A value that changes when the path leads to another file or folder, when a file is added to the folder or
+/// removed, and when the folder's owner changes. All members are 0 if the files are not at the path.
 using Listing = std::tuple<dev_t, ino_t, time_t, long, dev_t, ino_t>;
 
 struct Connection
@@ -67,7 +67,8 @@ LSTATUS statusOfErrno(LSTATUS otherwise)
     return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(otherwise)));
 }
 
-/// Converts a result of SQLite. Uses errno for SQLITE_CANTOPEN and SQLITE_IOERR, which do not name the cause.
+/// Converts an SQLite result code. Uses errno for SQLITE_CANTOPEN and SQLITE_IOERR, which do not identify the
+/// cause.
 LSTATUS statusOf(int code)
 {
     constexpr int primary = 0xFF;
@@ -148,16 +149,16 @@ LSTATUS alone(const std::string& folder, Work work)
 // https://www.sqlite.org/walformat.html. If the header has another format, the version is 0.
 
 constexpr std::uint32_t indexFormat = 3007000;
-constexpr std::size_t saltsAt = 4;    // offset in 8-byte units: the log's salts
-constexpr std::size_t sumAt = 5;      // offset in 8-byte units: the header's checksum
-constexpr std::size_t framesAt = 4;   // offset in 4-byte units: the number of frames in the log
-constexpr std::size_t countAt = 14;   // offset in 4-byte units: the second header's change counter
-constexpr std::size_t writtenAt = 24; // offset in 4-byte units: the number of frames copied to the file
+constexpr std::size_t saltsAt = 4;    // offset of the log's salts, in 8-byte units
+constexpr std::size_t sumAt = 5;      // offset of the header's checksum, in 8-byte units
+constexpr std::size_t framesAt = 4;   // offset of the number of frames in the log, in 4-byte units
+constexpr std::size_t countAt = 14;   // offset of the second header's change counter, in 4-byte units
+constexpr std::size_t writtenAt = 24; // offset of the number of frames copied to the file, in 4-byte units
 constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
 void* mapped = nullptr;                           // never unmapped, because readers do not lock
-std::atomic<const std::uint64_t*> page = noIndex; // with that, the version is unknown
+std::atomic<const std::uint64_t*> page = noIndex; // noIndex: the version is unknown
 
 // The number of files opened so far, which is part of the version because two files without a log have the
 // same header.
@@ -238,10 +239,10 @@ void beginLog()
 {
     check(generationOfFile() != own.generation ? logStatus() : ERROR_SUCCESS);
     if (page == noIndex) {
-        showVersion(); // a mapping that failed before may succeed
+        showVersion(); // a mapping that failed before may succeed now
     }
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
-        own.generation = generationOfFile(); // the transaction keeps other processes from changing it
+        own.generation = generationOfFile(); // other processes cannot change it during the transaction
         check(setGeneration(own.generation));
     }
 }
@@ -277,7 +278,7 @@ Listing listing()
 bool isMoved()
 {
     const Listing now = listing();
-    if (now != own.listing) { // unless a file of another program was added or removed
+    if (now != own.listing) { // the change may concern only files of other programs
         const bool isAt = isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
                           isAtPlace(own.file, eIndex) && resolved(own.path) == own.file;
         own.listing = isAt ? now : Listing();
@@ -307,7 +308,7 @@ LSTATUS createFile()
     require(statusOfFile(folder).st_uid == geteuid(), ERROR_ACCESS_DENIED);
     writeInPlace(folder);
     return alone(folder, [&] {
-        if (statusOfFile(own.path).st_ino == 0) { // no other process has created it
+        if (statusOfFile(own.path).st_ino == 0) { // another process may have created it
             unlink((own.path + suffixes[eLog]).c_str());
             unlink((own.path + suffixes[eIndex]).c_str());
         }
@@ -341,7 +342,7 @@ LSTATUS schemaStatus()
 LSTATUS createTables()
 {
     check(run("BEGIN IMMEDIATE"));
-    if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // no other process has created them
+    if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // another process may have created them
         check(run(content.schema));
         content.fill();
         check(setGeneration(0)); // an empty file has generation 0
@@ -656,13 +657,13 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
         return ERROR_INVALID_PARAMETER;
     }
     const LSTATUS status = outcome([&] {
-        isMoved(); // if so, prepare() opens the store at the path
+        isMoved(); // if the files were moved, prepare() then opens the store at the path
         prepare(true);
         return run(keep != FALSE ? "COMMIT" : "ROLLBACK");
     });
     own.isShared = false;
     if (own.database != nullptr) {
-        undo(true); // if the commit failed
+        undo(true); // undoes the transaction if the commit failed
         showVersion();
     }
     return status;

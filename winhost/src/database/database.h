@@ -13,7 +13,7 @@
 
 namespace winhost::database {
 
-/// Thrown to return this result from a call.
+/// An exception that makes the call return this status.
 struct Failure
 {
     LSTATUS status;
@@ -54,8 +54,8 @@ struct Content
 };
 extern const Content content;
 
-/// Returns a number that identifies the content: it is unchanged as long as no process has written, and 0 if
-/// unknown. Does not lock and makes no system call.
+/// Returns a number that identifies the content, or 0 if that is unknown. The number is unchanged as long as
+/// no process has written. Does not lock and makes no system call.
 std::uint64_t contentVersion();
 
 using Lock = std::unique_lock<std::mutex>;

@@ -17,7 +17,8 @@ namespace {
 
 std::atomic<int> numbers[std::size(suffixes)] = {-1, -1, -1};
 
-// The file offset of these descriptors. SQLite never changes it, and other files are unlikely to have it.
+// The file offset that marks these descriptors. SQLite never changes the offset, and other descriptors are
+// unlikely to have it.
 constexpr off_t mark = off_t{0x5707E} << 20;
 
 thread_local const std::string* expected = nullptr;

@@ -1,9 +1,10 @@
 // The descriptors of the files that SQLite has open. A program may close descriptors that are not its own,
 // for example to become a daemon, and SQLite would then write to files that are opened later under the same
 // numbers. Also, a process loses its POSIX locks on a file as soon as any of its code closes that file. So
-// this module replaces SQLite's open, close and fcntl with functions that know these descriptors. Their locks
-// belong to the open file, not to the process. They neither close nor unlock a descriptor that now refers to
-// another file.
+// this module replaces SQLite's open, close and fcntl with functions that know these descriptors. Locks that
+// the new fcntl sets belong to the open file, not to the process. While SQLite closes the database, a
+// descriptor that now refers to another file is neither closed nor unlocked. The module also replaces pwrite,
+// so that pages of the log's index are allocated on the disk before they are mapped.
 #pragma once
 
 #include <string>
@@ -32,7 +33,7 @@ bool areFilesLost();
 bool isAtPlace(const std::string& file, File which);
 /// Closes the files and marks them as lost.
 void loseFiles();
-/// Makes SQLite close the database, except the files that are lost.
+/// Makes SQLite close the database, but not the files that are lost.
 void closeDatabase(sqlite3* database);
 
 } // namespace winhost::database

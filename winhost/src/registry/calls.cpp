@@ -16,8 +16,8 @@ void follow()
     memory().follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Finds the answer to a question about a key, and calls use(answer) with memory() locked. The key must have
-/// been opened with the needed rights.
+/// Finds the answer to a question about a key, and calls use(answer) with memory() locked. Fails if the key
+/// was opened without a required access right.
 template <typename Use>
 LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {

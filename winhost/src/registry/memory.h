@@ -20,7 +20,8 @@ public:
     Memory() { m_answers.max_load_factor(0.25F); }
     std::mutex mutex; // protects all other members
 
-    /// Returns ERROR_INVALID_HANDLE, or ERROR_ACCESS_DENIED if the key was opened without a needed right.
+    /// Finds the node of an open key. Returns ERROR_INVALID_HANDLE if the handle is not open, and
+    /// ERROR_ACCESS_DENIED if the key was opened without a required access right.
     LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node);
     /// Returns a new handle. Returns the same handle again only after 2^32 others, so that closed handles are
     /// detected.
@@ -47,8 +48,9 @@ public:
 private:
     struct Slot
     {
-        std::uintptr_t handle; // the last handle: upper half a counter, lower half the slot's index times 4
-        NodeId node;           // 0: closed
+        /// The slot's last handle. The upper half is a counter, the lower half is the slot's index times 4.
+        std::uintptr_t handle;
+        NodeId node; // 0: closed
         REGSAM access;
         std::size_t nextClosed;
     };
@@ -65,7 +67,7 @@ private:
 
     std::vector<Slot> m_slots;
     std::size_t m_closed = 0; // head of the list of closed slots, which ends with m_slots.size()
-    std::unordered_map<std::uint64_t, Entry> m_answers; // by a hash of the question; 4,096 at most
+    std::unordered_map<std::uint64_t, Entry> m_answers; // at most 4,096, found by a hash of the question
     std::uint64_t m_version = 0;
     std::uint64_t m_epochs[2] = {1, 1}; // current epochs: for paths, and for all other answers
     std::uint64_t m_changed = 1;        // the value of m_epochs[1] after this process's last write

@@ -157,8 +157,8 @@ Answer findValue(NodeId node, TextView name)
 }
 
 /// Finds the entry at an index. If the previous entry is cached, continues after its name, because counting
-/// from the start would cost more with each entry. In that case also reads ahead, unless other processes have
-/// written since.
+/// from the start would cost more with each entry. Also reads ahead if the previous entry is cached and no
+/// other process has written since.
 Answer findAt(const Question& question)
 {
     constexpr std::int64_t readAhead = 64;
@@ -291,9 +291,10 @@ void deleteTree(NodeId node, bool withItself)
 } // namespace winhost::registry
 
 // A key's number is higher than its parent's and is almost never reused. `shape` has one row, which contains
-// the highest number so far. New numbers are random steps apart, because undoing a change frees the numbers
-// that the change assigned. `name` is the name in UTF-16, as it was created. `folded` is a form of the name
-// that ignores case; keys and values are found and sorted by it.
+// the highest number so far. Undoing a change frees the numbers that the change assigned. New numbers are
+// random steps apart, so that a freed number is unlikely to be assigned again. `name` is the name in UTF-16,
+// as it was created. `folded` is a form of the name that ignores case; keys and values are found and sorted
+// by it.
 const winhost::database::Content winhost::database::content = {
     "registry.db",
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "

@@ -54,7 +54,7 @@ struct Answer
 /// Transaction.
 Answer find(const Question& question);
 
-/// The numbers of a key's sub-keys and values, and the greatest lengths of their names and data in bytes.
+/// The counts of a key's sub-keys and values, and the greatest lengths of their names and data in bytes.
 struct Measure
 {
     std::int64_t subKeys = 0;
@@ -74,7 +74,7 @@ Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
 /// Deletes a key; throws ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
 void deleteKey(NodeId node);
-/// Deletes all sub-keys and values and, if withItself is true, the key.
+/// Deletes all sub-keys and values and, if withItself is true, the key itself.
 void deleteTree(NodeId node, bool withItself);
 
 // ---- Bytes as they are stored
@@ -84,7 +84,8 @@ inline std::string_view bytesOf(TextView text)
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
 }
 
-/// Returns a checksum that differs for any change within 8 bytes, and almost certainly for any other change.
+/// Adds a word to a checksum. A change in only one word always changes the checksum, and any other change
+/// almost certainly does.
 inline std::uint64_t mix(std::uint64_t sum, std::uint64_t word)
 {
     constexpr std::uint64_t odd = 0x9E3779B97F4A7C15;
