@@ -460,21 +460,20 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
     shell(fillUp);
     EXPECT_EQ(Process(folder)("set 1, get 1"), "112 2 ");
     fs::remove(folder / "ballast");
-    {
-        const Process running(folder);
-        EXPECT_EQ(running("set 1, fill 9"), "0 0 ");
-        shell(fillUp);
-        EXPECT_EQ(running(useFull), "0 0 112 0 ");
-        EXPECT_EQ(Process(folder)(useFull), "0 0 112 0 ");
-        fs::remove(folder / "ballast");
-        EXPECT_EQ(Process(folder)(use), "0 0 0 0 ");
-        EXPECT_EQ(running(use), "0 0 0 0 ");
+    Process running(folder);
+    EXPECT_EQ(running("set 1, fill 9"), "0 0 ");
+    shell(fillUp);
+    EXPECT_EQ(running(useFull), "0 0 112 0 ");
+    EXPECT_EQ(Process(folder)(useFull), "0 0 112 0 ");
+    fs::remove(folder / "ballast");
+    EXPECT_EQ(Process(folder)(use), "0 0 0 0 ");
+    EXPECT_EQ(running(use), "0 0 0 0 ");
+    running.kill(); // leaves a log, which the second of these processes writes back
+    for (const std::string mode : {"ro", "rw", "ro"}) {
+        ASSERT_TRUE(shell("mount -o remount," + mode + " disk"));
+        EXPECT_EQ(Process(folder)(use), mode == "rw" ? "0 0 0 0 " : "0 0 5 0 "); // ERROR_ACCESS_DENIED
     }
-    ASSERT_TRUE(shell("mount -o remount,ro disk"));
-    EXPECT_EQ(Process(folder)(use), "0 0 5 0 "); // ERROR_ACCESS_DENIED
-    ASSERT_TRUE(
-        shell("mount -o remount,rw disk && rm disk/winhost/registry.db-* && mount -o remount,ro disk"));
-    EXPECT_EQ(Process(folder)(use), "0 0 5 0 ");
+    EXPECT_FALSE(fs::exists(folder / "winhost/registry.db-wal"));
 }
 
 INSTANTIATE_TEST_SUITE_P(

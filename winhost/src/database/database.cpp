@@ -157,8 +157,9 @@ constexpr std::size_t writtenAt = 24; // offset of the number of frames copied t
 constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
-void* mapped = nullptr;                           // never unmapped, because readers do not lock
 std::atomic<const std::uint64_t*> page = noIndex; // noIndex: the version is unknown
+// The address of the index, or of zeros. Always mapped, because readers do not lock.
+void* const place = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 
 // The number of files opened so far, which is part of the version because two files without a log have the
 // same header.
@@ -176,12 +177,10 @@ void showVersion()
 {
     struct stat index = {};
     fstat(descriptor(eIndex), &index);
-    const int place = mapped != nullptr ? MAP_FIXED : 0;
     void* const shown = index.st_size < off_t{pageSize}
                             ? MAP_FAILED
-                            : mmap(mapped, pageSize, PROT_READ, MAP_SHARED | place, descriptor(eIndex), 0);
+                            : mmap(place, pageSize, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor(eIndex), 0);
     if (shown != MAP_FAILED) {
-        mapped = shown;
         page =
             *static_cast<std::uint32_t*>(shown) == indexFormat ? static_cast<std::uint64_t*>(shown) : noIndex;
     }
@@ -323,6 +322,8 @@ LSTATUS createFile()
 void disconnect(bool writesBack = false)
 {
     page = noIndex;
+    // A mapping of the index would keep its lock, and no process could reset the index.
+    mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
     own.statements.clear();
     if (own.database != nullptr) {
         sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writesBack ? 0 : 1, nullptr);
@@ -380,8 +381,6 @@ LSTATUS connect(Kind kind, bool createsTables)
         own.kind = kind;
         errno = 0;
         check(statusOf(sqlite3_open_v2(uri.c_str(), &own.database, flags, "unix")));
-        int keepsLog = 1;
-        sqlite3_file_control(own.database, "main", SQLITE_FCNTL_PERSIST_WAL, &keepsLog);
         const LSTATUS found = outcome(schemaStatus);
         if (kind == eWritable) {
             require(sqlite3_db_readonly(own.database, "main") == 0, ERROR_ACCESS_DENIED);
