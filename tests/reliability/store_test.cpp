@@ -479,7 +479,7 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
 INSTANTIATE_TEST_SUITE_P(
     Full, Disk,
     testing::Values("mount -t tmpfs -o size=6m none disk",
-                    "truncate -s 12M image && mkfs.ext4 -qF image && mount -o loop image disk",
+                    "truncate -s 12M image && mkfs.ext3 -qF -b 1024 image && mount -o loop image disk",
                     "truncate -s 120M image && mkfs.btrfs -f image && mount -o loop image disk"));
 
 // ---- Other files that winhost reads
