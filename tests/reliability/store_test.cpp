@@ -431,7 +431,7 @@ INSTANTIATE_TEST_SUITE_P(Played, Script, testing::Range(std::size_t(0), scripts(
 TEST(Store, IsPrivateToTheUser)
 {
     const fs::path folder = scratchFolder() / "owned";
-    umask(0);
+    umask(0777);
     ASSERT_EQ(Process(folder)("set 1"), "0 ");
     EXPECT_TRUE(shell("! find owned/winhost -type f ! -perm 600 -o -type d ! -perm 700 | grep ."));
     if (!shell("chown 12345 owned/winhost")) {

@@ -42,7 +42,7 @@ std::string dataFolder()
 
 bool makeFolders(const std::string& folder)
 {
-    constexpr mode_t folderMode = 0700;
+    constexpr mode_t mode = 0700; // also if the umask excludes it
     struct stat found = {};
     errno = stat(folder.c_str(), &found) != 0 ? errno : S_ISDIR(found.st_mode) ? 0 : ENOTDIR;
     if (errno != ENOENT) {
@@ -52,9 +52,9 @@ bool makeFolders(const std::string& folder)
     if (!makeFolders(above) || stat(above.c_str(), &found) != 0) {
         return false;
     }
-    const bool isOthers = found.st_uid != geteuid();
     errno = EACCES;
-    return !isOthers && (mkdir(folder.c_str(), folderMode) == 0 || errno == EEXIST);
+    return found.st_uid == geteuid() &&
+           (mkdir(folder.c_str(), mode) == 0 ? chmod(folder.c_str(), mode) == 0 : errno == EEXIST);
 }
 
 } // namespace winhost

@@ -312,7 +312,9 @@ LSTATUS createFile()
             unlink((own.path + suffixes[eIndex]).c_str());
         }
         const OwnedFile created(own.path, O_RDWR | O_CREAT);
-        return created.number < 0 ? statusOfErrno(ERROR_CANTOPEN) : ERROR_SUCCESS;
+        // The umask may have excluded these rights.
+        const bool isMade = created.number >= 0 && fchmod(created.number, S_IRUSR | S_IWUSR) == 0;
+        return isMade ? ERROR_SUCCESS : statusOfErrno(ERROR_CANTOPEN);
     });
 }
 
