@@ -336,7 +336,7 @@ void disconnect(bool writesBack = false)
 /// Returns ERROR_FILE_NOT_FOUND for an empty file and ERROR_BADDB if the tables are not this store's.
 LSTATUS schemaStatus()
 {
-    Query all("SELECT group_concat(sql, ';') FROM sqlite_schema WHERE sql NOTNULL");
+    Query all("SELECT group_concat(sql, ';') FROM sqlite_schema WHERE name NOT GLOB 'sqlite_*'");
     const std::string_view found = all.next() ? all.bytes(0) : "";
     return found.empty() ? ERROR_FILE_NOT_FOUND : found == content.schema ? ERROR_SUCCESS : ERROR_BADDB;
 }
@@ -354,8 +354,8 @@ LSTATUS createTables()
     return schemaStatus();
 }
 
-/// Returns a URI for SQLite with every character percent-encoded.
-std::string uriOf(const std::string& file, const char* options)
+/// Returns a URI for SQLite with every character of the file's name percent-encoded.
+std::string uriOf(const std::string& file, const char* mode)
 {
     std::string uri = "file:";
     for (const char each : file) {
@@ -363,7 +363,7 @@ std::string uriOf(const std::string& file, const char* options)
         std::snprintf(coded, sizeof coded, "%%%02X", static_cast<unsigned char>(each));
         uri += coded;
     }
-    return uri + options;
+    return uri + "?cache=private&mode=" + mode;
 }
 
 /// Opens the database, and closes it again on failure. Returns ERROR_FILE_NOT_FOUND if it has no tables and
@@ -375,9 +375,9 @@ LSTATUS connect(Kind kind, bool createsTables)
     const bool isAlone = kind == eReadOnly && statusOfFile(own.file + suffixes[eLog]).st_ino == 0 &&
                          statusOfFile(own.file + suffixes[eIndex]).st_ino == 0;
     const std::string uri = kind == eNew        ? ":memory:"
-                            : kind == eWritable ? uriOf(own.file, "?mode=rw")
-                            : isAlone           ? uriOf(own.file, "?mode=ro&immutable=1")
-                                                : uriOf(own.file, "?mode=ro&readonly_shm=1");
+                            : kind == eWritable ? uriOf(own.file, "rw")
+                            : isAlone           ? uriOf(own.file, "ro&immutable=1")
+                                                : uriOf(own.file, "ro&readonly_shm=1");
     expectFiles(&own.file);
     const LSTATUS status = outcome([&] {
         own.kind = kind;
