@@ -320,16 +320,12 @@ LSTATUS createFile()
 
 // ---- The connection
 
-/// Closes the database. If writesBack is true, SQLite writes the log back unless another process has it open.
-void disconnect(bool writesBack = false)
+void disconnect()
 {
     page = noIndex;
     // A mapping of the index would keep its lock, and no process could reset the index.
     mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
     own.statements.clear();
-    if (own.database != nullptr) {
-        sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, writesBack ? 0 : 1, nullptr);
-    }
     closeDatabase(std::exchange(own.database, nullptr));
 }
 
@@ -383,6 +379,7 @@ LSTATUS connect(Kind kind, bool createsTables)
         own.kind = kind;
         errno = 0;
         check(statusOf(sqlite3_open_v2(uri.c_str(), &own.database, flags, "unix")));
+        sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
         const LSTATUS found = outcome(schemaStatus);
         if (kind == eWritable) {
             require(sqlite3_db_readonly(own.database, "main") == 0, ERROR_ACCESS_DENIED);
@@ -582,7 +579,7 @@ void forsake()
 {
     own.isShared = false;
     page = noIndex;
-    loseFiles();
+    areFilesLost(); // closes them
 }
 
 // Runs after the destructors of all static objects.
@@ -597,7 +594,8 @@ __attribute__((destructor)) void leave()
         return alone(own.folder, [] {
             const bool isWhole = !own.isShared && !isMoved() && logStatus() == ERROR_SUCCESS;
             check(isWhole ? ERROR_SUCCESS : saveLog());
-            return disconnect(isWhole), ERROR_SUCCESS;
+            sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, isWhole ? 0 : 1, nullptr);
+            return disconnect(), ERROR_SUCCESS;
         });
     });
 }

@@ -10,6 +10,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
+#include <utility>
 
 namespace winhost::database {
 
@@ -109,6 +110,10 @@ int descriptor(File file)
 
 bool areFilesLost()
 {
+    static pid_t process = 0;
+    if (std::exchange(process, getpid()) != getpid()) {
+        std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
+    }
     return std::ranges::any_of(numbers, [](int file) { return file >= 0 && isLost(file); });
 }
 
@@ -119,11 +124,6 @@ bool isAtPlace(const std::string& file, File which)
     fstat(descriptor(which), &open);
     stat((file + suffixes[which]).c_str(), &found);
     return open.st_dev == found.st_dev && open.st_ino == found.st_ino;
-}
-
-void loseFiles()
-{
-    std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
 }
 
 void closeDatabase(sqlite3* database)

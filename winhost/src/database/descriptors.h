@@ -27,12 +27,11 @@ void expectFiles(const std::string* file);
 
 /// Returns -1 if the file is not open, or if SQLite shares it with another connection of the process.
 int descriptor(File file);
-/// Returns true if one of the descriptors no longer refers to the store's file.
+/// Returns true if one of the descriptors no longer refers to the store's file. In the child of a fork, first
+/// closes the files, because the child must not share its parent's locks.
 bool areFilesLost();
 /// Returns true if the open file is the one at the path, or if neither exists.
 bool isAtPlace(const std::string& file, File which);
-/// Closes the files and marks them as lost.
-void loseFiles();
 /// Makes SQLite close the database, but not the files that are lost.
 void closeDatabase(sqlite3* database);
 
