@@ -1,7 +1,7 @@
 // A new command needs one file in this folder, with its syntax, help and function, and one line in
-// CMakeLists.txt; CONTRIBUTING.md has an example. Each word of the syntax is a row of the table in
-// command_line.cpp; words in brackets are optional. The parser, the help, the man page and the completions
-// are generated from the commands and that table.
+// CMakeLists.txt; CONTRIBUTING.md has an example. The table in command_line.cpp has a row for each word of
+// the syntax; words in brackets are optional. The parser, the help, the man page and the completions are
+// generated from the commands and that table.
 #pragma once
 
 #include "model/installation.h"
@@ -54,7 +54,7 @@ struct Place
     [[noreturn]] void failNotFound() const;
 };
 
-/// Returns the row of a key or value in a listing. If `isForPeople`, the first cell is the path below the
-/// listed key. Otherwise the first cell is the key's path below the subtree, and the second cell is the
-/// value's name.
+/// Returns the row of a key or value in a listing. If `isForPeople` is true, the first cell is the path
+/// below the listed key. Otherwise the first cell is the key's path below the subtree, and the second cell is
+/// the value's name.
 std::vector<Cell> rowOf(const Place& place, const Name& name, const Value& value, bool isForPeople);

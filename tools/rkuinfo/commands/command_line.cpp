@@ -53,15 +53,15 @@ constexpr Parameter parameterTable[] = {
     {"--language",  "xx-XX",  "use this language, such as en-US", languageNames},
     {"--profile",   "NAME",   "use this profile", nullptr},
     {"--columns",   "N",      "lay out tables for this width, from 40 to 1000", nullptr},
-    {"--color",     "WHEN",   "always, never, or auto: on a terminal", [] { return Names{"always", "never", "auto"}; }},
+    {"--color",     "WHEN",   "always, never or auto (on a terminal)", [] { return Names{"always", "never", "auto"}; }},
     // The options above are common to all commands.
     {"SUBTREE",     "", "product-root ... user-config, see rkuinfo --help", subtreeNames},
     {"KEY",         "", "a key below the subtree, with / or \\ between names", nullptr},
     {"VALUE",       "", "a value: KEY/NAME, or its NAME alone", nullptr},
     {"TYPE",        "", "int, int64, double, binary or string", typeNames},
-    {"DATA",        "", "the new data; after -- if it begins with -", nullptr},
+    {"DATA",        "", "the new data; write -- before data that begins with -", nullptr},
     {"TEXT",        "", "a part of a name or of data, or a number", nullptr},
-    {"--as",        "TYPE",   "print the bytes as this type: double", typeNames},
+    {"--as",        "TYPE",   "print the bytes as this type, such as double", typeNames},
     {"--value",     "NAME",   "remove only this value; \"\" is the default value", nullptr},
     {"--file",      "FILE",   "use a file instead of the standard stream", nullptr},
     {"--json",      "", "print JSON", nullptr},
@@ -119,8 +119,8 @@ public:
                "SUBTREE is product-root, version-root, language-root, profiles-root,\n"
                "current-profile, applications, recent-file-list, settings or user-config.\n"
                "Names given as options are recorded only by the commands use and provision.\n"
-               "Exit code: 0; 1 when something is not found, different or wrong; 2 for a wrong\n"
-               "command line.");
+               "Exit code: 0 on success, 1 when something is not found, different or wrong, 2\n"
+               "for a wrong command line.");
         for (const Parameter* each = parameterTable; each->name[0] == '-'; ++each) {
             add(*this, *each, false);
         }

@@ -15,7 +15,7 @@ struct Finding
 {
     std::string code;
     bool isError;
-    std::vector<std::string> subjects; ///< more than one if findings differ only in the subject
+    std::vector<std::string> subjects; ///< findings that differ only in the subject are merged
     std::string problem;
     std::string remedy;
 };
@@ -28,7 +28,7 @@ public:
     std::vector<Finding> examine()
     {
         if (!passes("registry", "registry", [] { keyExists(rkuinfo::text(L"Software")); })) {
-            passes("tree-unwritable", "registry", [] { requireWritable({}); }); // may report the cause
+            passes("tree-unwritable", "registry", [] { requireWritable({}); }); // reports a possible cause
             return m_findings; // all other checks need the registry
         }
         const std::string earlier = userFolder(false) + "/winhost/data.mdb"; // only on the host
@@ -83,7 +83,7 @@ private:
     }
 
     /// Returns an rkuinfo command line for the same installation. If `language` is not empty, the command
-    /// line names that language.
+    /// line contains it as the value of --language.
     std::string command(const std::string& words, const std::string& language = {}) const
     {
         Session session = m_session;
@@ -236,7 +236,7 @@ private:
         }
     }
 
-    /// Does not report that the default profile has no key, because its first setting creates the key.
+    /// Does not report a missing key of the default profile, because storing a setting creates this key.
     void checkProfile(const Installation& installation)
     {
         const Text root = installation.path(TarvoConfig::eProfilesRoot);

@@ -22,7 +22,8 @@ void exportTree(Session& session)
                          {"language", installation.hasLanguage() ? toJson(installation.language()) : Json()},
                          {"date", today}};
     writeFile(session["--file"], documentText(toJson(tree, header)) + '\n');
-    losses.erase(std::unique(losses.begin(), losses.end()), losses.end()); // a listing may repeat an error
+    // Reading a damaged key may report the same error repeatedly.
+    losses.erase(std::unique(losses.begin(), losses.end()), losses.end());
     for (const std::string& loss : losses) {
         printError("not exported: " + loss);
         session.exitCode = exitFailed;
@@ -98,6 +99,6 @@ const Command importCommand({"import", "SUBTREE [KEY] [--file] [--replace] [--dr
                              "--replace is given. An import that fails changes nothing.",
                              importTree});
 const Command diffCommand({"diff", "SUBTREE [KEY] [--file]", "Compare a key with a file",
-                           "- from the key, + from the file. Exit code 1 when something differs.", diff});
+                           "- marks the key's data, + the file's. Exit code 1 if something differs.", diff});
 
 } // namespace

@@ -27,7 +27,7 @@ void search(Session& session)
 {
     const std::string word = session["TEXT"];
     const Text text = utf16(word);
-    std::vector<Value> numbers; // the word as a value of each numeric type
+    std::vector<Value> numbers; // the word as a value of each type that can represent it
     for (const ValueType& type : valueTypes) {
         if (const std::optional<std::string> data = type.parse(word)) {
             numbers.push_back({{}, type.registryType, *data});

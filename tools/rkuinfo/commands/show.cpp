@@ -103,8 +103,8 @@ Json registry(const Installation& of)
     return json;
 }
 
-/// Returns a heading for each section and a row for each of its members. Unless `isForPeople`, each name
-/// begins with its section, so that names are unique.
+/// Returns a heading for each section and a row for each of its members. If `isForPeople` is
+/// false, each name begins with its section, so that names are unique.
 Table tableOf(const Json& json, bool isForPeople)
 {
     Table table;

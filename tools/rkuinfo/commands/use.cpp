@@ -30,7 +30,8 @@ void use(Session& session)
           shown(profile));
 }
 
-/// Starts the library, to create the same tree as an application. No other command starts the library.
+/// Starts the library, so that the new tree is the same as one that an application creates. No other command
+/// starts the library.
 void provision(Session& session)
 {
     if (session.has("--program")) {

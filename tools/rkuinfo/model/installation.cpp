@@ -204,7 +204,8 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // Reads each source separately, by repeating the choice without the sources of higher precedence.
+    // Repeats the choice for each source, without the sources of higher precedence, so that it reads every
+    // source.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {

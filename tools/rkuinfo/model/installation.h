@@ -1,4 +1,4 @@
-// Finds the names that start-up would choose, from an application's folder and the user's part of the
+// Finds the names that start-up would choose for an application. Reads the application's folder and the
 // registry. These functions do not start the library, because start-up records the names, may show a message
 // box, and always uses the process's own folder.
 #pragma once
@@ -26,7 +26,8 @@ struct Session
     /// Returns an rkuinfo command line for the same installation, such as "rkuinfo --company Acme doctor".
     /// `words` must already be quoted for a shell.
     std::string commandLine(const std::string& words) const;
-    /// Returns the folder of the program to look at, with a backslash at its end; throws if there is none.
+    /// Returns the folder given by --program, otherwise the folder of rkuinfo, with a backslash at its end.
+    /// Throws if --program does not name a folder.
     Text programFolder() const;
     Layout layout() const;
 };
@@ -39,7 +40,7 @@ struct LanguageState
     bool hasEntry = false;     ///< whether the uninstall entry exists; only the default product needs it
     bool hasResources = false; ///< whether the resource library can be read
     std::optional<Text> localName = std::nullopt; ///< the language's name in the language itself
-    std::string other = {};                       ///< the library's language if it is a different one
+    std::string other = {};                       ///< the library's language if it differs from `record`
 
     std::string name() const { return utf8(record.shortName); }
     /// Returns why the language is not installed; empty if it is.

@@ -28,7 +28,7 @@ struct ValueType
 {
     std::string_view name;
     unsigned long registryType;
-    std::size_t least; ///< applications read `least` to `most` bytes of data as this type
+    std::size_t least; ///< applications read data of `least` to `most` bytes as this type
     std::size_t most;
     bool isJsonNumber;     ///< whether JSON files store the value as a number, not as a string
     std::string_view word; ///< describes a valid word, for messages
@@ -112,9 +112,9 @@ struct LessName
 /// Maps names to values; a key is mapped to an empty Value.
 using Tree = std::map<Name, Value, LessName>;
 
-/// Reads a key, its values and the names of its sub-keys. If `isDeep`, reads everything below the key.
-/// Returns an empty tree if the key does not exist. Throws a Failure if something cannot be read; if `losses`
-/// is not null, appends the problem to `losses` instead and continues.
+/// Reads a key, its values and the names of its sub-keys. If `isDeep` is true, also reads everything below
+/// the key. Returns an empty tree if the key does not exist. Throws a Failure if something cannot be read; if
+/// `losses` is not null, appends the problem to `losses` instead and continues.
 Tree readTree(const Text& path, bool isDeep = true, Losses* losses = nullptr);
 
 /// A change from an imported file: stores a value, creates a key, or removes a value or key.
@@ -140,5 +140,6 @@ struct Change
 std::vector<Change> compare(const Tree& before, const Tree& after);
 
 /// Applies changes below a key. Throws a Failure if a change is refused or the user presses Ctrl-C; the
-/// caller's transaction then undoes all changes. On a system without transactions, this function undoes them.
+/// caller's transaction then undoes all changes. On a system without transactions, this function undoes its
+/// changes itself.
 void carryOut(const Text& root, const std::vector<Change>& changes);

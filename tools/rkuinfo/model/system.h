@@ -25,8 +25,8 @@ std::string nativePath(const Text& path);
 /// Quotes a word so that the system's shells neither split nor interpret it.
 std::string shellWord(const std::string& word);
 
-/// If `isRoaming`, returns the folder of the user's roaming application data, otherwise that of the local
-/// data. On Windows, returns "%APPDATA%" or "%LOCALAPPDATA%" without expanding the variable.
+/// Returns the folder of the user's roaming application data if `isRoaming` is true, otherwise the folder of
+/// the local data. On Windows, returns "%APPDATA%" or "%LOCALAPPDATA%" without expanding the variable.
 std::string userFolder(bool isRoaming);
 
 /// Returns ", in FOLDER" for messages about the registry; empty if the registry is not in a single folder.

@@ -83,7 +83,8 @@ void requireWritable(const Text& /*key*/)
     const std::string registry = userFolder(false) + "/winhost";
     std::string folder = registry;
     while (folder.size() > 1 && access(folder.c_str(), F_OK) != 0) {
-        folder.erase(std::max<std::size_t>(folder.rfind('/'), 1)); // the registry would be created there
+        // Finds the existing folder in which the registry would be created.
+        folder.erase(std::max<std::size_t>(folder.rfind('/'), 1));
     }
     const std::string store = registry + "/registry.db";
     for (const std::string& file : {store, store + "-wal", store + "-shm", folder}) {

@@ -64,9 +64,9 @@ std::string nativePath(const Text& path)
     return utf8(path);
 }
 
-/// Quotes a word for PowerShell and cmd. Inside double quotes, PowerShell interprets $, ` and four quotation
-/// marks, so they are escaped. cmd misreads a word that contains $ or `, because it does not remove the `
-/// that escapes the character. cmd also expands %NAME%.
+/// Quotes a word for PowerShell and cmd. Escapes the characters that PowerShell interprets inside double
+/// quotes: $, ` and the quotation marks ", U+201C, U+201D and U+201E. cmd misreads a word that contains ` or
+/// $, because cmd keeps the ` that escapes the character. cmd also expands %NAME%.
 std::string shellWord(const std::string& word)
 {
     constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.:/\\";

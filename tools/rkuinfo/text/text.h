@@ -25,7 +25,7 @@ TextView parentKey(TextView path);
 /// Returns the part of a path after its last separator.
 TextView lastName(TextView path);
 
-/// Returns whether the text is valid UTF-16: it has no lone surrogate.
+/// Returns whether the text is valid UTF-16, that is, contains no lone surrogate.
 bool isValid(TextView text);
 
 /// Returns the `count` least significant hexadecimal digits of a number.

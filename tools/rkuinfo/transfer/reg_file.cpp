@@ -126,7 +126,7 @@ private:
         const bool isRoot = equalIgnoringCase(path, m_root);
         require(isRoot || equalIgnoringCase(path.substr(0, m_root.size() + 1), m_root + separator),
                 utf8(name) + " is not below " + utf8(m_root) +
-                    ": name the subtree, company, product and language of this key");
+                    ": specify the subtree, company, product and language of this key");
         require(isUsablePath(path), "a path may have at most 1020 characters, a key name 1 to 255");
         return path.substr(m_root.size() + (isRoot ? 0 : 1));
     }
@@ -175,7 +175,7 @@ private:
     std::string_view m_line;
     std::size_t m_number = 0; ///< the line number
     Text m_key;
-    bool m_hasKey = false; ///< values may follow
+    bool m_hasKey = false; ///< false before the first key and after a removed key
     std::vector<Edit> m_edits;
 };
 

@@ -1,4 +1,4 @@
-// Files that contain subtrees: access to files, JSON and the format of the Windows registry editor.
+// Reads and writes subtrees as JSON files, and reads files of the Windows registry editor.
 #pragma once
 
 #include "model/registry.h"
