@@ -64,7 +64,7 @@ private:
 
 protected:
     std::int32_t m_reserved =
-        0; // fills the padding at the end, where some compilers would place members of a derived class
+        0; // fills the trailing padding, where some compilers would place members of a derived class
 };
 
 /// An exception with a message for the user, which description() returns.

@@ -11,11 +11,11 @@ using uinfo::Choice;
 using uinfo::RegistryKey;
 using uinfo::Source;
 
-constexpr std::size_t longestName = uinfo::nameCapacity - 1; // limit of a company or product argument
+constexpr std::size_t longestName = uinfo::nameCapacity - 1; // for a company or product argument
 constexpr std::size_t storedNameCapacity = uinfo::nameCapacity + 1;
 constexpr std::size_t storedLanguageCapacity = 8;
-constexpr unsigned long iniNameCapacity = uinfo::nameCapacity; // 253 characters are read
-constexpr unsigned long iniLanguageCapacity = 7;               // 5 characters are read
+constexpr unsigned long iniNameCapacity = uinfo::nameCapacity; // reads at most 253 characters
+constexpr unsigned long iniLanguageCapacity = 7;               // reads at most 5 characters
 
 // Each function named try... reads one source, records the result, and returns whether that source decides.
 

@@ -44,8 +44,8 @@ struct Finding
 /// that decides.
 struct Choice
 {
-    /// Returns the name found in the source that decided, even if that name was refused; empty if no source
-    /// contains a name.
+    /// Returns the name found in the source that decided, even if that name was rejected. Returns the empty
+    /// string if no source contains a name.
     const wchar_t* value() const { return given != nullptr ? given : text.data(); }
     bool isMade() const { return decision().answer == Answer::chosen; }
     /// Returns the result of the last source that was read.
@@ -61,7 +61,7 @@ struct Choice
 
 // A choice points to its argument, which must outlive it.
 
-/// Chooses the first name that exists: the argument, the name in TARVO.ini, or the built-in name. Refuses an
+/// Chooses the first name that exists: the argument, the name in TARVO.ini, or the built-in name. Rejects an
 /// argument of 255 characters or more.
 Choice chooseCompany(const wchar_t* argument, const wchar_t* programFolder);
 
@@ -76,8 +76,9 @@ struct LanguageChoice : Choice
 
 /// Reads the argument, the registry and TARVO.ini, in that order. The first source that contains a name
 /// decides, even if no language of that name is installed. A registry value does not count as a name if it is
-/// empty, not a REG_SZ or longer than 6 characters. If no language is chosen, preferredLanguage() returns the
-/// one to propose. If needsEntry is true, a language counts as installed only if it has an uninstall entry.
+/// empty, not a REG_SZ or longer than 6 characters. If no language is chosen, the caller should
+/// propose preferredLanguage(). If needsEntry is true, a language counts as installed only if it has an
+/// uninstall entry.
 LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoot,
                               const wchar_t* programFolder, bool needsEntry);
 

@@ -12,7 +12,8 @@ namespace uinfo {
 /// if the path does not fit.
 bool appendUninstallKey(BoundedText& path, const Language& language);
 
-/// Returns whether an uninstall entry exists, given its GUID or the language of the pack.
+/// Returns whether the uninstall entry of a language pack exists. The argument is the entry's GUID or the
+/// language.
 bool hasUninstallEntry(const wchar_t* guid);
 bool hasUninstallEntry(const Language& language);
 

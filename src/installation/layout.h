@@ -14,7 +14,7 @@ bool appendCompanyRoot(BoundedText& key, const wchar_t* company);
 bool appendProductRoot(BoundedText& key, const wchar_t* companyRoot, const wchar_t* product);
 bool appendVersionRoot(BoundedText& key, const wchar_t* productRoot);
 
-/// The parts of the subtrees' key paths.
+/// The components from which appendSubtree builds a key path.
 struct RegistryNames
 {
     const wchar_t* productRoot;
@@ -24,9 +24,9 @@ struct RegistryNames
 
 /// Also returns false for eCurrentProfile, whose path appendProfile builds, and for a value outside the enum.
 bool appendSubtree(BoundedText& key, TarvoConfig::Path path, const RegistryNames& names);
-/// Appends a profile's key to the profiles root.
+/// Appends a profile's name to the key path of the profiles root.
 bool appendProfile(BoundedText& profilesRoot, const wchar_t* profile);
-/// Appends the Config key to a profile's key, or nothing if it does not fit.
+/// Appends the Config key to a profile's key path, or nothing if it does not fit.
 bool appendProfileConfig(BoundedText& profileKey);
 
 struct UserNames
@@ -50,8 +50,8 @@ enum class UserFolder
     templates,
 };
 
-/// Appends the levels of a user folder to path, which must be an application data folder with a trailing
-/// separator. Stops before the first level that would exceed 1021 characters.
+/// Appends the folder names of a user folder to path, which must be an application data folder with a
+/// trailing separator. Stops before the first name that would make the path longer than 1021 characters.
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names);
 /// Sets path to the string in stored, or to the empty string if stored is not a string or has more than 1022
 /// characters. `read` is the result of getValue. If `read` is not eOk, clears path and returns false.

@@ -26,7 +26,7 @@ const wchar_t* programFolder()
 
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size)
 {
-    constexpr unsigned long spare = 3; // the terminator and two characters that stay unused
+    constexpr unsigned long spare = 3; // the terminator and two unused characters
     if (isEmpty(name) || buffer == nullptr || size <= spare || !executablePath(buffer, size)) {
         return 0;
     }

@@ -1,5 +1,5 @@
-// The limits on names and paths, in characters. A capacity includes the terminator; a longest length does
-// not.
+// The limits on names and paths, in characters. A capacity includes the terminator; a constant whose name
+// begins with "longest" does not.
 #pragma once
 
 #include <cstddef>

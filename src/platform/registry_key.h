@@ -16,9 +16,9 @@ public:
     RegistryKey() = default;
     explicit RegistryKey(HKEY key) : m_key(key) {}
 
-    /// Opens a key. On failure the result holds no key, and the thread's last error is the reason.
+    /// Opens a key. On failure the result holds no key, and the thread's last error is set to the reason.
     static RegistryKey open(HKEY parent, const wchar_t* path, REGSAM access);
-    /// Opens a key for writing, or creates it with every missing parent. On failure the result holds no key.
+    /// Opens a key for writing, or creates it and any missing parents. On failure the result holds no key.
     static RegistryKey openOrCreate(HKEY parent, const wchar_t* path);
 
     explicit operator bool() const { return m_key != nullptr; }
@@ -26,8 +26,8 @@ public:
     HKEY release() { return m_key.release(); }
 
     /// Reads a value of any type as a string. Reads at most out.capacity() - 1 characters, because the
-    /// stored data may lack a terminator. An odd last byte counts as a character. On failure, such as
-    /// ERROR_MORE_DATA for a value that is too long, out is empty.
+    /// stored data may lack a terminator. If the number of bytes is odd, the last byte counts as a character.
+    /// On failure, such as ERROR_MORE_DATA for a value that is too long, out is empty.
     LSTATUS queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
     /// Writes a REG_SZ value, including the terminator.
     bool setString(const wchar_t* valueName, const wchar_t* text) const;

@@ -32,8 +32,8 @@ std::size_t folderLength(const wchar_t* path);
 inline constexpr std::size_t anyLength = SIZE_MAX;
 
 /// Builds a terminated string in a buffer of a fixed capacity, which includes the terminator and is at
-/// least 1. An append that would exceed the capacity, or the given longest length, appends nothing and
-/// returns false.
+/// least 1. If the result would exceed the capacity or `longest` characters, an append function appends
+/// nothing and returns false.
 class BoundedText
 {
 public:

@@ -1,4 +1,4 @@
-// The product object's instance and the library's entry point.
+// The product object and the library's entry point.
 #include "config/language_resources.h"
 #include "product/product.h"
 

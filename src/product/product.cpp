@@ -17,8 +17,8 @@ namespace {
 
 constexpr std::size_t longestHelpPath = 509; // 511 minus the terminator and an unused character
 
-/// Changes to the documents folder if the working directory is the user data cache folder, because nobody can
-/// remove a folder that is the working directory of a process.
+/// If the working directory is the user data cache folder, makes the documents folder the working directory:
+/// Windows cannot remove a folder that is the working directory of a process.
 void fixWorkingDirectory()
 {
     uinfo::PathBuffer cacheFolder;

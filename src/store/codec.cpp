@@ -14,8 +14,8 @@ struct FreeBlock
     void operator()(void* block) const { std::free(block); }
 };
 
-/// The buffer for the second query. VelaVariant allocates the buffer, so that a failure throws the same
-/// exception as a setter.
+/// The buffer for the second query. VelaVariant allocates this buffer, so that a failed allocation throws
+/// the same exception as a setter does.
 class Temporary
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Replaces every '/' with '\' and returns the string's end.
+/// Replaces every '/' with '\' and returns a pointer to the terminator.
 wchar_t* turnSlashes(wchar_t* text)
 {
     for (;; ++text) {
@@ -19,7 +19,8 @@ wchar_t* turnSlashes(wchar_t* text)
     }
 }
 
-/// Like trimBackslashes, for a string whose end is known; moves `end` to the end of the result.
+/// Removes trailing backslashes in place and updates `end`, which must point to the terminator. Returns a
+/// pointer past the leading backslashes.
 wchar_t* trim(wchar_t* text, wchar_t*& end)
 {
     while (*text == L'\\') {

@@ -33,7 +33,7 @@ public:
     /// Returns whether the client's path is empty.
     bool empty() const { return m_isEmpty; }
 
-    /// Returns the whole path without leading and trailing separators; null if it is empty.
+    /// Returns the whole path without leading and trailing separators; null if the client's path is empty.
     const wchar_t* normalise() { return trimBackslashes(toBackslashes(m_text)); }
 
     /// The two parts of a path. A null key means the subtree's own key; a null name means the default value.
@@ -50,7 +50,7 @@ public:
         }
         wchar_t* key = m_text;
         const wchar_t* const name = splitKeyPath(key);
-        // The name follows the separator that ends the key part.
+        // name - 1 is the separator, where the key part ends.
         return {key, key == nullptr ? 0 : static_cast<std::size_t>(name - 1 - key), name};
     }
 
