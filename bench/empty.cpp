@@ -1,4 +1,4 @@
-// Does nothing, as the baseline for start-up costs; with an argument it prints its private memory usage.
+// An empty program, the baseline for start-up costs. With an argument, prints its private memory usage.
 #include "memory.h"
 
 int main(int argc, char**)

@@ -82,7 +82,7 @@ void write(benchmark::State& state)
     }
 }
 
-/// Measures the cost per value of a walk: findItem once, then key, value and step for each value.
+/// Measures what a walk costs per value. A walk calls findItem once, then key, value and step for each value.
 void enumerate(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();
@@ -99,7 +99,7 @@ void enumerate(benchmark::State& state)
     }
 }
 
-/// Measures removing a value, which is then written back with the timer paused.
+/// Measures the removal of a value. Pauses the timer while it writes the value back.
 void remove(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();

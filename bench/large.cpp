@@ -1,5 +1,5 @@
-// Measures reads and walks in stores of different sizes, and values of 1 MB. ./dev bench scale alternates
-// between a store of 1,000,000 values in 100,000 keys and one of 1,000 values in 100 keys.
+// Measures reads and walks in stores of different sizes, and reads and writes of 1 MB values. ./dev bench
+// scale alternates between a store of 1,000,000 values in 100,000 keys and one of 1,000 values in 100 keys.
 #include "memory.h"
 #include "settings.h"
 
@@ -325,8 +325,8 @@ void checkBig(TarvoConfig& config)
 
 /// "fill KEYS" creates the tree. "measure KEYS" prints four durations in nanoseconds: reading one value
 /// in sequential order, reading one value in random order, one step of a walk, and reading one value by two
-/// SQL SELECTs. "bulk 0" prints the cost of many changes. "memory KEYS" reads the whole tree and prints the
-/// memory used. "big FILE" measures values of 1 MB.
+/// SQL SELECTs. "bulk 0" prints how long bulk changes take. "memory KEYS" reads the whole tree and prints the
+/// memory used. "big FILE" measures reads and writes of 1 MB values.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 2, "reading the arguments");

@@ -1,5 +1,5 @@
-// Repeats one operation of the library or of another store, to be run under a tool such as valgrind. Prints
-// the processor time of the operation in nanoseconds.
+// Repeats one operation of the library or of another store. Run it under a tool such as valgrind. Prints the
+// processor time of the operation in nanoseconds.
 #include "peers/peers.h"
 
 #include "settings.h"
@@ -39,8 +39,8 @@ Operation of(bench::Peer& peer, const std::string& what)
 
 } // namespace
 
-/// Arguments: the store ("ours", "dconf", "sqlite"), the operation ("read", "turn" for 1,000 values in turn,
-/// "write"), the number of repetitions, and an empty folder.
+/// Arguments: the store ("ours", "dconf" or "sqlite"), the operation ("read" reads one value, "turn" reads
+/// 1,000 values in turn, "write" writes one value), the number of repetitions, and an empty folder.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 4, "reading the arguments");

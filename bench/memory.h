@@ -1,4 +1,4 @@
-// The memory use of this process.
+// Prints the memory usage of this process.
 #pragma once
 
 #include <cstdio>

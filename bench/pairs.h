@@ -20,8 +20,8 @@ struct Pair
     double differenceLimit = 0; // upper limit of ours - other in nanoseconds; 0 means no limit
 };
 
-/// Measures the pairs whose row contains `only`, and writes one JSON object per line. Times are in
-/// nanoseconds; ours, other, ratio and difference are separate medians.
+/// Measures the pairs whose `row` string contains `only`, and writes one JSON object per line. Times are in
+/// nanoseconds. Each of ours, other, ratio and difference is a median.
 void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& only);
 
 /// Keeps the compiler from removing an unused result.

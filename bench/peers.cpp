@@ -1,4 +1,4 @@
-// Compares reads and writes of a setting with other stores for settings on Linux.
+// Compares this library with other settings stores on Linux: how long they take to read or write a setting.
 #include "peers/peers.h"
 
 #include "settings.h"

@@ -1,4 +1,4 @@
-// Compares operations with the registry calls that they consist of, on both targets.
+// Compares each library operation with the same registry calls made directly, on both targets.
 #include "settings.h"
 
 #include <cstdlib>
@@ -8,7 +8,7 @@ namespace {
 using bench::require;
 
 #ifdef _WIN32
-constexpr double strictLimit = 1.02; // under Wine a call is a message to another process
+constexpr double strictLimit = 1.02; // under Wine each call sends a message to another process
 constexpr double limit = 1.05;
 #else
 constexpr double strictLimit = 1.25;
@@ -97,7 +97,7 @@ void walk(TarvoConfig& config)
     require(count == bench::entryCount, "walk");
 }
 
-/// Makes the registry calls that walk() causes: for each value, RegEnumValueW twice and a query.
+/// Makes the same registry calls as walk(): for each value, RegEnumValueW twice and a query.
 void walkBare()
 {
     HKEY key = bench::openKey(bench::displayKey, KEY_ALL_ACCESS);
@@ -123,7 +123,7 @@ void walkBare()
     RegCloseKey(key);
 }
 
-/// Makes the registry calls that CreateConfigReg makes if the tree exists.
+/// Makes the same registry calls as CreateConfigReg on an existing tree.
 void createBare()
 {
     RegCloseKey(bench::openKey(bench::productKey, KEY_READ));

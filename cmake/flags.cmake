@@ -43,7 +43,7 @@ if(RKUINFO_SANITIZE)
     -fsanitize=${RKUINFO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
   target_link_options(rkuinfo_flags INTERFACE -fsanitize=${RKUINFO_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
-    target_compile_options(rkuinfo_flags INTERFACE -fno-sanitize=function) # GetProcAddress returns functions without their type
+    target_compile_options(rkuinfo_flags INTERFACE -fno-sanitize=function) # GetProcAddress returns untyped function pointers
     if(RKUINFO_SANITIZE MATCHES "^address") # shared, because the tests replace the malloc that programs import
       execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so
         OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)

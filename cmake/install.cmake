@@ -1,4 +1,4 @@
-# Install rules. On Windows everything that a program loads is in bin: libraries, programs and language folders.
+# Install rules. On Windows the libraries, the programs and the language folders are in bin.
 # Elsewhere the libraries are in lib, programs and languages in lib/rkuinfo, and bin has a link to the client.
 # Components: library, development and tool.
 include(GNUInstallDirs)
@@ -30,7 +30,7 @@ endif()
 if(RKUINFO_EXAMPLES)
   list(APPEND programs installer)
 endif()
-# Everything that is installed.
+# Builds everything that is installed.
 add_custom_target(shipped)
 add_dependencies(shipped ${libraries} ${programs} langpacks)
 

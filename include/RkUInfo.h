@@ -107,8 +107,9 @@ RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size
 /// Writes the path of folderName in the program folder; buffer and size are as for the overload above.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
 /// Loads a library from the current language's folder or, if that fails, by its bare name in the system's
-/// search order. The search includes the working directory and PATH: as its first step, an application should
-/// restrict it with SetDefaultDllDirectories (docs/LOADING.md). The caller frees the handle.
+/// search order. The search includes the working directory and PATH: an application should restrict the
+/// search with SetDefaultDllDirectories before it does anything else (docs/LOADING.md). The caller frees the
+/// handle.
 RKUINFO_API HINSTANCE__* LoadResourceDll(const wchar_t* fileName);
 /// Works like LoadResourceDll, but calls LoadLibraryExW with file and flags.
 RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long flags);

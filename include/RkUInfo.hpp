@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // RkUInfo.hpp: the interface for C++20 clients: typed reads and writes of settings, ranges over keys and
-// values, and error codes. Everything is inline, built on RkUInfo.h, and adds neither exports nor state.
+// values, and error codes. All functions are inline and call those of RkUInfo.h; this header adds
+// neither exports nor state.
 //
 //     rkuinfo::get<std::int32_t>(TarvoConfig::eSettings, L"Display/Colors/Back");
 //     for (auto& value : rkuinfo::values(TarvoConfig::eSettings, L"Display")) { ... }

@@ -1,5 +1,5 @@
-# Compares the dependencies between the folders of src/ with those that docs/ARCHITECTURE.md allows: the includes, and
-# the symbols that object files use from each other.
+# Checks that docs/ARCHITECTURE.md allows every dependency between the folders of src/. A dependency is an include, or a
+# symbol that one object file uses and another defines.
 
 # Prints "from -> to" for each include and each undefined symbol. Omits symbols that several folders define, because
 # those are inline code.

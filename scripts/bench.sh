@@ -34,8 +34,8 @@ own_instructions() {
         --toggle-collect='Reg*' ours read "$1" 2>&1 | sed -n 's/.*Collected : //p'
 }
 
-# cache_misses LEVEL STORE COUNT: prints the D1 or LL misses of reading 1,000 values in turn, for a processor with
-# 32 KB of first-level and 512 KB of last-level cache.
+# cache_misses LEVEL STORE COUNT: prints the D1 or LL cache misses while reading 1,000 values in turn, for a processor
+# with 32 KB of first-level and 512 KB of last-level cache.
 cache_misses() {
     loop valgrind --tool=cachegrind --cache-sim=yes --cachegrind-out-file=/dev/null --I1=32768,8,64 --D1=32768,8,64 \
         --LL=524288,8,64 "$2" turn "$3" 2>&1 | sed -n "s/.*$1 *misses: *\([0-9,]*\).*/\1/p" | tr -d ,

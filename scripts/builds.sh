@@ -1,4 +1,4 @@
-# Builds the library in the ways that other people do: with each kind of CMake build, installed, and as part of another
+# Builds the library in the ways that its users do: with each kind of CMake build, installed, and as part of another
 # project.
 
 builds=$PWD/build/builds
@@ -81,7 +81,7 @@ installed() {
 }
 
 # Builds one package with the libraries for both of Visual C++'s runtimes. Checks that a client is linked with the
-# libraries for its own runtime, and that compiling it fails with a clear error if these are not installed.
+# libraries for its own runtime, and that without these libraries the client's build fails with a clear error.
 both_runtimes() {
     local folder=$1 client=$1/consumer configuration
     local toolchain=-DCMAKE_TOOLCHAIN_FILE=$PWD/toolchains/visual-cpp.cmake

@@ -1,8 +1,8 @@
 # Builds the packages that ship, in build/package/. The same installed files always produce the same archive. The same
 # sources always produce the same Windows libraries.
 
-# stage PRESET SUFFIX: builds and installs a preset in the folder $name, and sets $files. The time of each file is that
-# of the last commit.
+# stage PRESET SUFFIX: builds and installs a preset in the folder $name, and sets $files. Each file gets
+# the timestamp of the last commit.
 stage() {
     local preset=$1 version time
     build "$preset" shipped

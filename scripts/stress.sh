@@ -4,7 +4,7 @@
 run_cases() {
     local filter=$1 case suite=''
     shift
-    while read -r case _; do # a case may be followed by its parameter
+    while read -r case _; do # gtest may list a parameter after the name of a case
         case $case in
         *.) suite=$case ;;
         *) RKUINFO_STRESS=1 "$@" --gtest_brief=1 --gtest_filter="$suite$case" </dev/null ;;

@@ -1,5 +1,5 @@
-// Other stores for settings on Linux, each with 1,000 entries. The interface has narrow strings only, because
-// the peers are compiled with the host's own wchar_t.
+// Other settings stores on Linux, each with 1,000 entries. The interface uses only narrow strings, because
+// the peers are compiled with the host's native wchar_t.
 #pragma once
 
 #include <memory>

@@ -1,7 +1,7 @@
 # rkuinfo_deploy(<program> [LANGUAGES <name>...] [COMPANY <name>] [PRODUCT <name>] [INSTALL <folder>])
 #
-# Each time a program is linked, copies these files to the program's folder: the libraries of the program's
-# configuration with their .pdb files; with MinGW, the C++ runtime; the folders of all languages, or only of those given
+# Each time the program is linked, copies these files to the program's folder: the libraries for the program's build
+# configuration, with their .pdb files; with MinGW, the C++ runtime; the folders of all languages, or only of those given
 # by LANGUAGES; and a TARVO.ini, unless the folder already contains one. TARVO.ini names the company and the product. By
 # default, the company is the name of the project, and the product is the name of the target. With INSTALL, the files
 # are also installed to a folder of the install prefix. The project must install the program itself to the same folder.

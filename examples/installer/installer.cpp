@@ -1,4 +1,4 @@
-// Records the uninstall entry of a language pack, as its installer would. The default product counts a
+// Creates the uninstall entry of a language pack, as the pack's installer would. The default product counts a
 // language as installed if it has this entry and a folder next to the program.
 #include "installation/installed.h"
 #include "installation/program_files.h"
@@ -38,8 +38,8 @@ void printName(std::ostream& out, const wchar_t* name)
     }
 }
 
-/// Returns whether each name is a language and, if needFolders is true, has its folder next to this program.
-/// Prints an error for the first name that does not meet these conditions.
+/// Returns true if every name is a language and, if needFolders is true, has a folder next to this program.
+/// Otherwise prints an error for the first name that does not.
 bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
 {
     for (const wchar_t* const name : names) {

@@ -152,7 +152,7 @@ protected:
     Error initProductName(const wchar_t* product);
     Error buildRootPathFromCompany();
     Error buildRootPathFromProduct();
-    /// Records the current product; returns non-zero if it was written.
+    /// Stores the name of the current product; returns non-zero on success.
     int refreshProductName();
     /// Writes an INI file's path into out, which holds 1024 characters.
     Error getIniFilePath(wchar_t* out, const wchar_t* fileName);
@@ -166,7 +166,7 @@ protected:
 
     // Language.
     Error initLanguageName(const wchar_t* language);
-    /// Records the current language; returns non-zero if it was written.
+    /// Stores the name of the current language; returns non-zero on success.
     int refreshLanguageName();
     bool isLanguageExist(const wchar_t* shortName);
     bool isLangGuidExist(const wchar_t* guid);
@@ -188,7 +188,7 @@ protected:
 private:
     friend class uinfo::ConfigAccess;
 
-    // The three names are allocated with new[], and null until known.
+    // The three names are allocated with new[], and are null until known.
     wchar_t* m_productName;
     wchar_t* m_companyName;
     wchar_t* m_profileNameCmdLineInfo;
