@@ -1,4 +1,4 @@
-// Reading INI files.
+// Tests how INI files are read.
 #include "agreement/trace.h"
 
 #include "support/scratch.h"
@@ -58,7 +58,7 @@ void readFile(Trace& trace, const Wide& path)
     const DWORD whole = get(40);
     const DWORD size = trace.below(40);
     trace.start(u"get", section, key, utf16(out), size);
-    // Results differ for a quoted value that just fits: Wine truncates it.
+    // Results differ if a quoted value exactly fits the buffer: Wine truncates it.
     trace.say(get(size != whole + 1 ? size : 40));
     trace.say(utf16(out), GetPrivateProfileIntW(wide(section), wide(key), -9, path));
 }

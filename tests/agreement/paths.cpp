@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns up to four components, each followed by a separator, and in most cases a last component.
+/// Returns up to four components, each followed by a separator, and usually one more component.
 Text relativePath(Trace& trace, std::u16string_view components, std::u16string_view separators,
                   std::u16string_view last)
 {
@@ -103,7 +103,7 @@ void fileCall(Trace& trace, const Text& folder)
     }
 }
 
-/// Uses a folder that is deep enough for every "..".
+/// Runs in a folder so deep that the ".." components of a path never reach the root.
 TEST(Winhost, AgreesWithWineOnFiles)
 {
     const fs::path folder = scratchFolder() / "a" / "b" / fs::path(u"Gr\u00FCn") / "Deep";

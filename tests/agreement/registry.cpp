@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns a hostile or a common name. Some names differ only in the case of a non-ASCII letter. No other
-/// name sorts between two such names, because systems would differ in the order.
+/// Returns an unusual or an ordinary name. Some names differ only in the case of a non-ASCII letter. No other
+/// name may sort between two such names, because systems would sort it differently.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -135,9 +135,10 @@ private:
 
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
-    /// Returns a buffer with the data to store; reads overwrite the buffer. The buffer has at least one code
-    /// unit, because results differ for smaller buffers. Its last two bytes, "zz", are not stored. Without
-    /// them, a terminator might follow the data, and systems differ in whether they then store it too.
+    /// Returns a buffer of random data. Calls that write store the data, and calls that read overwrite it.
+    /// The buffer has at least one code unit, because results differ for smaller buffers. The last two bytes,
+    /// "zz", are not stored. Without them, a terminator might follow the data, and some systems would store
+    /// that terminator too.
     std::vector<BYTE> bytes()
     {
         std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');

@@ -30,7 +30,7 @@ class Trace
 public:
     explicit Trace(std::uint64_t seed) : m_random(seed * 2654435769U + 1) {}
 
-    /// Returns a random number below a limit, the same on every system.
+    /// Returns a random number below `limit`. The sequence of numbers is the same on every system.
     std::uint32_t below(std::size_t limit)
     {
         m_random = m_random * 6364136223846793005U + 1442695040888963407U;
@@ -39,7 +39,7 @@ public:
     bool oneIn(std::size_t many) { return below(many) == 0; }
     auto& oneOf(auto& all) { return all[below(std::size(all))]; }
 
-    /// Returns a random word from `words`, which are separated by "|".
+    /// Returns a random word from `words`, a list separated by "|".
     Text word(std::u16string_view words);
 
     /// Starts the trace line of a call. The parts are numbers, strings and bytes; say() appends more parts.
@@ -61,7 +61,8 @@ private:
 };
 
 /// Compares the traces of some calls with their stored digests, for several seeds. If RKUINFO_STRESS is set,
-/// uses seeds without stored digests and only writes the traces to files, to be compared between two systems.
+/// uses seeds without stored digests and only writes the traces to files, so that the traces of two systems
+/// can be compared.
 void expectAgreement(const std::string& area, void (*calls)(Trace& trace));
 
 } // namespace agreement

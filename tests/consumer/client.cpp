@@ -1,4 +1,4 @@
-// A C++20 program: starts the library, uses the store and a module.
+// A C++20 program that starts the library, and uses the store and the module.
 #include "consumer.h"
 
 #include <RkUInfo.hpp>

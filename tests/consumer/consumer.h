@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// The functions of the module that a program calls.
+/// The functions that a program calls in the module.
 struct ModuleCalls
 {
     TarvoConfig* (*config)();

@@ -14,7 +14,7 @@
 #                         which is run.
 #   <!-- program -->      The next block is a program, which is compiled and run.
 # TARGET is one of:
-#   host      PLACE is a build tree that contains package/. The archive and the clone in the home are made from it.
+#   host      PLACE is a build tree. The archive in the home contains its folder package/.
 #   fresh     PLACE is the archive. The machine has only the packages that the document installs.
 #   windows   PLACE is a build tree. The files are written, but only blocks marked <!-- windows --> are run.
 # Documents show /home/me for the temporary home, whose path has the same length, so that lines break at the same places.

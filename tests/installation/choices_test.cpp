@@ -34,7 +34,8 @@ const std::string x253(253, 'x'), x254 = x253 + 'x', x255 = x254 + 'x';
 class Choices : public testing::Test
 {
 protected:
-    /// For each row, writes the sources, makes the choice, and compares its report with the expected report.
+    /// For each row, writes the sources, makes the choice, and compares the printed choice with the row's
+    /// report.
     template <typename Choose>
     void expect(std::initializer_list<Sources> rows, const std::string& key, const char* valueName,
                 Choose choose)

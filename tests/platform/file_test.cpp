@@ -1,4 +1,4 @@
-// Tests of INI files and the user's folders that the random calls of tests/agreement do not cover.
+// Tests long INI files and the user's folders, which tests/agreement does not cover.
 #include "support/test.h"
 
 #include <shlobj.h>

@@ -1,4 +1,4 @@
-// Loading and unloading by a program that is not linked with the library.
+// Tests a program that loads and unloads the library instead of being linked with it.
 #include "support/test.h"
 
 #include <shlobj.h>

@@ -17,12 +17,12 @@ namespace {
 
 constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // for a failed allocation, which may make the library throw
 
-/// The fault of the current run. The errors that the calls of a run can return are numbered in the order of
-/// the calls. `place` is the number of the error to inject. `function` is null if no call fails.
+/// The fault of the current run. All errors that calls can return are numbered in the order of the calls;
+/// `place` is the number of the error to inject. `function` is null if no call fails.
 struct Fault
 {
     std::size_t place = SIZE_MAX;
-    std::size_t passed = 0; ///< how many errors the calls so far can return
+    std::size_t passed = 0; ///< the number of the next call's first error
     const char* function = nullptr;
     DWORD error = 0;
 } fault;
@@ -30,8 +30,7 @@ struct Fault
 std::map<std::string, int> injected; ///< how often a function has failed
 std::vector<Patch> patches;
 
-/// Patches a function. If the current fault selects one of the function's calls, the patch calls
-/// fail(error, real, arguments...) instead.
+/// Patches a function: a call that the current fault selects becomes fail(error, real, arguments...).
 template <Name name, typename Signature, typename Fail>
 void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module = libraryModule)
 {
@@ -51,7 +50,7 @@ void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module =
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
 
-/// Calls breakable() for every function that the library calls between its loading and its unloading.
+/// Calls breakable() for every function that the library calls after it is loaded and before it is unloaded.
 void breakAll()
 {
     const std::vector<DWORD> registry = {
@@ -123,7 +122,7 @@ struct Scenario
     std::function<std::string()> run;
     std::string allowed; ///< outcomes allowed on failure, such as "5|7"; "*" allows any
     Writing writing = eAtOnce;
-    bool isInTree = true; ///< whether the tree of makeTree() exists before each run
+    bool isInTree = true; ///< whether the tree that makeTree() creates exists before each run
 };
 
 void makeTree()
@@ -144,7 +143,7 @@ void makeTree()
     }
 }
 
-/// Returns the results of all calls of both iterators.
+/// Calls every function of both iterators, and returns the results.
 std::string walk()
 {
     TarvoConfig& config = *velaConfig();

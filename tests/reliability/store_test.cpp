@@ -1,4 +1,4 @@
-// The host's store when its files, its disk or its processes fail.
+// Tests the host's store when files, the disk or processes fail.
 #include "support/test.h"
 
 #include <winhost/changes.h>
@@ -26,7 +26,7 @@ const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // selects the
 
 constexpr LSTATUS isWrong = 1; // the result of a read that returns wrong data
 
-int talk = -1; // this process's end of the socket for steps and their results
+int talk = -1; // this process's end of the socket that transfers steps and results
 std::size_t length = 5000;
 
 /// Runs call(key, name) for value n; each key has a hundred values.
@@ -59,8 +59,7 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// Reads value n. Returns an error if the read fails, the content if it is negative, and 0 in all other
-/// cases.
+/// Reads value n. Returns the error if the read fails; otherwise, returns the smaller of the content and 0.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];
@@ -71,7 +70,7 @@ LSTATUS get(int n)
             RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
         const bool isWhole = type == REG_BINARY && data[0] == n && data[1] > 2 &&
                              DWORD(data[1]) == size / 4 && std::equal(data + 3, data + data[1], data + 2);
-        wchar_t any[64] = L"1000"; // a valid name, which remains if no value has the index
+        wchar_t any[64] = L"1000"; // valid, because it remains unchanged if no value has this index
         enumerate(true, key, static_cast<DWORD>(n % 100), any, &room);
         const bool isNamed = utf8(any).size() == 4 && utf8(any).starts_with("10");
         return !isNamed || (answer == ERROR_SUCCESS && !isWhole) ? isWrong : answer;
@@ -151,8 +150,8 @@ LSTATUS storm(int seconds)
     return status;
 }
 
-/// Forks; if `how` is 2, without the handlers of `pthread_atfork`. If `how` is 1, the child continues, and
-/// the parent exits after the child. Otherwise, the child sets a value and exits, and then the parent
+/// Forks. If `how` is 2, skips the handlers of `pthread_atfork`. If `how` is 1, the child continues, and the
+/// parent waits for the child and exits. Otherwise, the child sets a value and exits, and then the parent
 /// continues.
 LSTATUS split(int how)
 {
@@ -203,8 +202,8 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
-/// Opens the store's file and its index, as any program may. If `locks` is true, locks both until the
-/// process exits; otherwise, closes both.
+/// Opens the store's file and its index, as any program may. If `locks` is true, locks both files until the
+/// process exits; otherwise, closes both files.
 LSTATUS openStore(bool locks)
 {
     for (const char* const suffix : {"", "-shm"}) {
@@ -217,8 +216,8 @@ LSTATUS openStore(bool locks)
     return 0;
 }
 
-/// Writes and reads three databases that belong to the program. Their files get the descriptor numbers of the
-/// store's files if these numbers are free.
+/// Writes and reads three databases that belong to the program. The database files get the descriptor numbers
+/// of the store's files if these numbers are free.
 LSTATUS useDatabases(int)
 {
     const auto execute = [](const char* sql) {
@@ -468,7 +467,7 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
     EXPECT_EQ(Process(folder)(useFull), "0 0 112 0 ");
     fs::remove(folder / "ballast");
     EXPECT_EQ(running(use), "0 0 0 0 ");
-    running.kill(); // leaves a log, which the second of these processes writes back
+    running.kill(); // leaves a log, which the process with write access writes back
     for (const std::string mode : {"ro", "rw", "ro"}) {
         ASSERT_TRUE(shell("mount -o remount," + mode + " disk"));
         EXPECT_EQ(Process(folder)(use), mode == "rw" ? "0 0 0 0 " : "0 0 5 0 "); // ERROR_ACCESS_DENIED

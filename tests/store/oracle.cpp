@@ -24,8 +24,8 @@ const HKEY user = HKEY_CURRENT_USER;
 TarvoConfig& config = *velaConfig();
 VelaVariant value; // read by one operation and written by the next
 std::optional<RawValue> twinValue;
-// `path` is the argument. If it names a value, its twin is the value `name` of `key`; if it names a key, its
-// twin is the key `whole`.
+// `path` is the argument. The twin of a value at this path is the value `name` of the key `key`. The twin of
+// a key at this path is the key `whole`.
 std::string path, key, name, whole;
 
 /// Returns the registry value that stores a variant, or nothing if the variant has no block or its block
@@ -54,8 +54,8 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a registry value in both trees, as another program might. Also sets `value` to a copy of a variant
-/// whose block records a size of 0. Because that copy cannot be stored, clears `twinValue`.
+/// Stores a registry value in both trees, as another program might. Also sets `value` to a variant that
+/// cannot be stored, because its block records a size of 0, and clears `twinValue`.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);

@@ -49,7 +49,7 @@ struct Operation
     Error (*call)(TarvoConfig&, TarvoConfig::Path, LPCWSTR, VelaVariant&);
 };
 
-// Indexes into `operations`.
+// Indices into `operations`.
 inline constexpr int eGet = 1, eRemoveItem = 5;
 
 template <typename Iterator>

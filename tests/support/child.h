@@ -16,7 +16,7 @@ struct ChildResult
     std::string errors; ///< of stderr
 };
 
-/// Runs a program in its folder, with this standard input, and waits until it exits.
+/// Runs a program in the folder that contains it, with `input` as stdin. Waits until the program exits.
 ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                        const std::string& input = {});
 
@@ -32,7 +32,8 @@ void shareWithChildren(const char* variable, const std::string& value);
 void joinHome();
 void leaveHome();
 
-/// Converts a company name of this process to the name that a program without the redirection must use.
+/// Returns the name that a child process must use for `company`: on Windows, a child's registry is not
+/// redirected.
 std::string companyFromOutside(const std::string& company);
 
 } // namespace testing_support

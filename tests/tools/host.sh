@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tests rkuinfo in states that only a shell can create: a full disk, no memory, no rights, a terminal, a damaged store.
+# Tests rkuinfo in states that only a shell can create: a full disk, no memory, no access, a terminal, a damaged store.
 #   host.sh BUILD
 set -u
 app=$(mktemp -d)
@@ -62,7 +62,7 @@ mkdir -p "$app/damaged/winhost"
 printf 'no registry' >"$app/damaged/winhost/registry.db"
 expect $'registry\tHKEY_CURRENT_USER\\Software: the registry is damaged' env XDG_DATA_HOME="$app/damaged" "$app/rkuinfo" doctor
 
-# The import fails after its first values, because the registry has no free number for the second new key.
+# The import sets a value and creates a key, but not the second key: the registry has no key numbers left.
 rkuinfo provision >/dev/null
 rkuinfo set settings before int 1
 cp "$registry" "$app/intact.db"

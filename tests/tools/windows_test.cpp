@@ -1,4 +1,4 @@
-// rkuinfo on Windows: an import that is refused.
+// Tests rkuinfo when Windows refuses an import.
 #include "support/test.h"
 
 namespace {

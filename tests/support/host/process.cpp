@@ -27,7 +27,7 @@ void leaveHome() {}
 
 std::string companyFromOutside(const std::string& company)
 {
-    return company; // unchanged, because the registry is a file in the redirected home
+    return company; // unchanged, because children inherit the home and the registry in it
 }
 
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments)

@@ -20,7 +20,7 @@ std::string ownPath()
 void redirect(HKEY root, const std::string& name)
 {
     const OwnedKey key = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + '\\' + name);
-    makeKey(key.get(), "Software"); // exists in every real root
+    makeKey(key.get(), "Software"); // the real roots contain this key too
     RegOverridePredefKey(root, key.get());
 }
 
