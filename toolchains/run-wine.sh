@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs a Windows program of a build tree through Wine, in a disposable prefix below build/, which it creates if needed.
+# Runs a Windows program from a build tree through Wine. Creates a disposable Wine prefix below build/ if there is none.
 set -eu
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 source "$root/scripts/wine.sh"

@@ -24,7 +24,7 @@ set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES VISUAL_CPP_LIBRARIES VISUAL_CPP_WHOLE_L
 set(folder ${CMAKE_CURRENT_LIST_DIR}/visual-cpp)
 execute_process(COMMAND ${folder}/make-libraries.sh ${VISUAL_CPP_LIBRARIES} COMMAND_ERROR_IS_FATAL ANY)
 
-# make-libraries.sh has the same list.
+# Keep this list in sync with the one in make-libraries.sh.
 set(headers ${folder}/include /usr/lib/llvm-19/lib/clang/19/include
   /usr/include/wine/wine/msvcrt /usr/include/wine/wine/windows)
 set(VISUAL_CPP_HEADERS ${folder}/libcxx /usr/lib/llvm-19/include/c++/v1 ${headers})
@@ -44,7 +44,7 @@ else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-# Cached, because CMake before 3.21 caches these variables itself, which removes normal variables of the same names.
+# These are cache variables, because CMake before 3.21 removes normal variables when it caches the same names itself.
 foreach(language C CXX)
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()

@@ -1,4 +1,4 @@
-// The C runtime's wide file access check.
+// Declares _waccess.
 #pragma once
 
 #include "winhost/api.h"

@@ -1,4 +1,4 @@
-// The shell's folders.
+// Declares the functions that return the paths of the shell folders.
 #pragma once
 
 #include "windows.h"

@@ -17,8 +17,8 @@ using winhost::FullPath;
 using winhost::Text;
 using winhost::TextView;
 
-/// The object of a search handle. It is empty, because there is never a second match; allocating it lets a
-/// sanitizer report a handle that is leaked or closed twice.
+/// The object that a search handle refers to. It is empty, because a search returns only the first match. It
+/// is allocated so that a sanitizer can report a handle that is leaked or closed twice.
 struct Search
 {
 };

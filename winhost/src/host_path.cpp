@@ -27,8 +27,8 @@ bool startsWithSeparators(TextView path, std::size_t count)
     return path.size() >= count && std::ranges::all_of(path.substr(0, count), isSeparator);
 }
 
-/// Resolves "." and ".." by name. Like Windows, removes one dot from the end of each component that
-/// precedes a separator.
+/// Resolves "." and ".." without following links. Like Windows, removes one dot from the end of each
+/// component that precedes a separator.
 void appendComponents(std::vector<Text>& components, TextView path)
 {
     while (!path.empty()) {

@@ -1,4 +1,5 @@
-// Windows paths on the host, whose root is Z:\. Every call with a path uses these functions.
+// Converts between Windows paths and host paths: Z:\ is the host's root folder. Every Win32 function that
+// accepts a path uses these functions.
 #pragma once
 
 #include "text.h"
@@ -10,7 +11,7 @@
 
 namespace winhost {
 
-/// An absolute path, with "." and ".." resolved by name.
+/// An absolute path, with "." and ".." resolved without following links.
 struct FullPath
 {
     std::vector<Text> components; // below Z:\.

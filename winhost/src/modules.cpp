@@ -1,5 +1,5 @@
-// Modules. The handle of host code is its load address, even if the code was not loaded by these functions. A
-// PE file can only be read for its resources; its handle is the address of its bytes.
+// Modules. The handle of host code is its load address, even if the code was not loaded by these functions.
+// Only the resources of a PE file can be read; the handle is the address of the file's bytes in memory.
 #include "modules.h"
 
 #include "host_path.h"
@@ -35,7 +35,7 @@ struct Module
     unsigned references = 1;
 };
 
-// At namespace scope, so that they outlive every library that was linked against this one.
+// These variables are at namespace scope, so that they outlive every library that is linked with winhost.
 std::mutex guard;
 std::vector<Module> loaded;
 
@@ -61,7 +61,7 @@ bool isHostCode(HMODULE module)
     return module != nullptr && handleOf(module) == module;
 }
 
-/// Returns the full path, with links in the folder resolved. The file's name stays as it is, because
+/// Returns the full path. Resolves links in the folder's path but not in the file name, because
 /// GetModuleHandleW is called with the name by which a module was loaded.
 std::string absolute(const std::filesystem::path& file)
 {
@@ -150,8 +150,8 @@ std::string programFolder()
     return executableFile().substr(0, executableFile().rfind('/') + 1);
 }
 
-/// Returns the folders in the order of the search: the executable's folder, the working directory, and the
-/// folders in PATH.
+/// Returns the folders in search order: the executable's folder, the working directory, and the folders in
+/// PATH.
 std::vector<std::string> searchFolders()
 {
     std::vector<std::string> folders = {programFolder(), "."};
@@ -367,8 +367,8 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
-    // A null name opens the executable. dlsym also finds the exports of a module's dependencies, which are
-    // refused below.
+    // A null name opens the executable. dlsym also finds functions that a module's dependencies export; the
+    // check of the handle below refuses these.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

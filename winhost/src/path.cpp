@@ -23,7 +23,7 @@ bool hasDrive(TextView path)
     return path.size() >= 2 && path[1] == L':';
 }
 
-/// Returns the part of a path that ".." never removes.
+/// Returns the root of a path, which ".." never removes.
 TextView rootOf(TextView path)
 {
     if (hasDrive(path)) {
@@ -32,8 +32,8 @@ TextView rootOf(TextView path)
     return path.substr(0, isUnc(path) ? 2 : path.starts_with(L'\\') ? 1 : 0);
 }
 
-/// Resolves "." and ".." by name. Once ".." has removed the first component of a relative path, the result
-/// starts at the root. A "." at the end is kept.
+/// Resolves "." and ".." without following links. Once ".." has removed the first component of a relative
+/// path, the result starts at the root. A "." at the end is kept.
 Text canonical(TextView path)
 {
     if (path.empty()) {

@@ -1,4 +1,5 @@
-// The string table of a PE file, parsed from its bytes as on disk. Any bytes are safe to parse.
+// Finds strings in a PE file's string table. The input is the content of the file, and any content is safe to
+// parse.
 #pragma once
 
 #include <windows.h>
@@ -18,14 +19,14 @@ inline Bytes asBytes(std::string_view text)
 
 struct StringResource
 {
-    DWORD error; // ERROR_SUCCESS, or the code for the missing part
+    DWORD error; // ERROR_SUCCESS, or the error code if a part of the table is missing
     Bytes units; // UTF-16, little endian
 };
 
 bool isPeImage(Bytes file);
 
-/// Finds the string with the given id. Strings are stored in blocks of 16; uses the first language that has
-/// the string's block. The string is empty if the block does not define it.
+/// Finds the string with the given id. Strings are stored in blocks of 16. If several languages have the
+/// string's block, uses the first. The string is empty if the block does not define it.
 StringResource findString(Bytes file, std::uint16_t id);
 
 } // namespace winhost

@@ -20,7 +20,7 @@ wchar_t upcase(wchar_t unit)
     const CaseRange* const next =
         std::upper_bound(std::begin(caseRanges), std::end(caseRanges), number,
                          [](std::uint16_t value, const CaseRange& range) { return value < range.first; });
-    const CaseRange& range = *std::prev(next); // never before the first range, which is below 0x80
+    const CaseRange& range = *std::prev(next); // exists, because the first range starts below 0x80
     const bool inRange = number <= range.last && (number - range.first) % range.stride == 0;
     return inRange ? static_cast<wchar_t>(number + range.delta) : unit;
 }
@@ -52,7 +52,7 @@ Text fromUtf8(std::string_view bytes)
         const std::string_view before = bytes;
         const char32_t point = rkuinfo::detail::takeCodePoint(bytes);
         const auto first = static_cast<unsigned char>(before[0]);
-        const bool isPart = first >= 0x80 && before.size() - bytes.size() == 1; // outside valid sequences
+        const bool isPart = first >= 0x80 && before.size() - bytes.size() == 1; // an invalid byte
         rkuinfo::detail::appendCodePoint(text, isPart ? first : point);
     }
     return Text(text.begin(), text.end());

@@ -1,5 +1,5 @@
-// UTF-16 text inside winhost: its string type, the system's case rule, and conversion to and from the host's
-// UTF-8.
+// UTF-16 strings inside winhost: the string type, the conversion to upper case, and the conversion to and
+// from the host's UTF-8.
 #pragma once
 
 #include <string>
@@ -21,7 +21,7 @@ inline TextView viewOf(const wchar_t* text)
     return text != nullptr ? TextView(text) : TextView();
 }
 
-/// Converts a UTF-16 code unit to upper case, with the table that the system's ordinal comparison uses.
+/// Converts a UTF-16 code unit to upper case, with the table that ntdll's RtlUpcaseUnicodeChar uses.
 wchar_t upcase(wchar_t unit);
 
 /// Compares code units, in upper case if ignoreCase is true. Returns a number less than, equal to or greater

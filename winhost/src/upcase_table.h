@@ -1,5 +1,5 @@
-// The system's simple upper-case mapping of the Basic Multilingual Plane.
-// Generated from the results of ntdll's RtlUpcaseUnicodeChar for every unit.
+// The simple upper-case mapping of the Basic Multilingual Plane.
+// Generated from the results of ntdll's RtlUpcaseUnicodeChar for every code unit.
 #pragma once
 
 #include <cstdint>

@@ -42,7 +42,7 @@ std::string dataFolder()
 
 bool makeFolders(const std::string& folder)
 {
-    constexpr mode_t mode = 0700; // also if the umask excludes it
+    constexpr mode_t mode = 0700; // set with chmod, because the umask may remove permissions
     struct stat found = {};
     errno = stat(folder.c_str(), &found) != 0 ? errno : S_ISDIR(found.st_mode) ? 0 : ENOTDIR;
     if (errno != ENOENT) {

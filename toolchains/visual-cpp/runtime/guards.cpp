@@ -1,6 +1,5 @@
-// Run-time checks that compiled code calls. They check the stack's cookie, the stack's pages and the targets
-// of indirect calls. Windows' loader replaces the check of indirect calls with its own; Wine's loader does
-// not.
+// Run-time checks that compiled code calls. They check the stack cookie, the stack pages and the targets of
+// indirect calls. The Windows loader replaces the check of indirect calls; Wine's loader does not.
 #include <windows.h>
 
 extern "C" {
@@ -14,8 +13,8 @@ void __security_check_cookie(ULONGLONG cookie)
     }
 }
 
-// Touches each page of the stack that the caller is about to allocate. The register rax contains its size in
-// bytes.
+// Touches each stack page that the caller is about to allocate. The register rax contains the size of the
+// allocation in bytes.
 __attribute__((naked)) void __chkstk()
 {
     __asm__("pushq %rcx\n\tpushq %rax\n\tcmpq $4096, %rax\n\tleaq 24(%rsp), %rcx\n\tjb 1f\n"

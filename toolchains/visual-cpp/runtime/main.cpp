@@ -1,4 +1,4 @@
-// The entry point of a program with a main.
+// The entry point of a program that defines main.
 #include "start.h"
 
 int main(int count, char** arguments);

@@ -1,7 +1,7 @@
 // Functions that the entry points share.
 #pragma once
 
-#define atexit importedAtexit // Wine declares it as imported, but each module defines its own
+#define atexit importedAtexit // Wine's header declares an import, but each module defines its own atexit
 #include <stdlib.h>
 #include <windows.h>
 #undef atexit

@@ -1,4 +1,4 @@
-// The entry point of a program with a wmain.
+// The entry point of a program that defines wmain.
 #include "start.h"
 
 int wmain(int count, wchar_t** arguments);

@@ -1,4 +1,4 @@
-// The linkage of winhost's functions: they have C names, and the shared library exports them.
+// Defines the linkage of winhost's functions: they have C linkage, and the shared library exports them.
 #pragma once
 
 #define WINHOST_API extern "C" __attribute__((visibility("default")))

@@ -1,6 +1,6 @@
 // Registry transactions that span many calls. Windows does not have these functions. A program that also runs
-// on Windows looks them up with GetProcAddress(GetModuleHandleW(L"advapi32.dll"), ...). If they are missing,
-// it makes its changes without a transaction.
+// on Windows looks them up with GetProcAddress(GetModuleHandleW(L"advapi32.dll"), ...). If the functions are
+// missing, the program makes its changes without a transaction.
 #pragma once
 
 #include <windows.h>

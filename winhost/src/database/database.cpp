@@ -39,8 +39,8 @@ enum Kind
     eNew // in memory, with the content of a new file
 };
 
-/// A value that changes when the path leads to another file or folder, when a file is added to the folder or
-/// removed, and when the folder's owner changes. All members are 0 if the files are not at the path.
+/// Changes when the path leads to another file or folder, when a file is created in the folder or deleted
+/// from it, and when the folder's owner changes. All members are 0 if the files are not at the path.
 using Listing = std::tuple<dev_t, ino_t, time_t, long, dev_t, ino_t>;
 
 struct Connection
@@ -127,7 +127,7 @@ struct OwnedFile
     {
     }
     ~OwnedFile() { ::close(number); }
-    OwnedFile(const OwnedFile&) = delete; // the constant member rules out assignment too
+    OwnedFile(const OwnedFile&) = delete; // assignment is impossible anyway, because the member is constant
 
     const int number;
 };
@@ -158,7 +158,8 @@ constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
 std::atomic<const std::uint64_t*> page = noIndex; // noIndex: the version is unknown
-// The address of the index, or of zeros. Always mapped, because readers do not lock.
+// The address at which the index or a page of zeros is mapped. One of them is always mapped, because readers
+// do not lock.
 void* const place = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 
 // The number of files opened so far, which is part of the version because two files without a log have the
@@ -277,7 +278,7 @@ Listing listing()
 bool isMoved()
 {
     const Listing now = listing();
-    if (now != own.listing) { // the change may concern only files of other programs
+    if (now != own.listing) { // also if another program created or deleted a file there
         const bool isAt = isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
                           isAtPlace(own.file, eIndex) && resolved(own.path) == own.file;
         own.listing = isAt ? now : Listing();
@@ -312,7 +313,7 @@ LSTATUS createFile()
             unlink((own.path + suffixes[eIndex]).c_str());
         }
         const OwnedFile created(own.path, O_RDWR | O_CREAT);
-        // The umask may have excluded these rights.
+        // The umask may have removed these permissions.
         const bool isMade = created.number >= 0 && fchmod(created.number, S_IRUSR | S_IWUSR) == 0;
         return isMade ? ERROR_SUCCESS : statusOfErrno(ERROR_CANTOPEN);
     });
@@ -323,13 +324,14 @@ LSTATUS createFile()
 void disconnect()
 {
     page = noIndex;
-    // A mapping of the index would keep its lock, and no process could reset the index.
+    // The index stays locked while it is mapped, and no process can reset a locked index.
     mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
     own.statements.clear();
     closeDatabase(std::exchange(own.database, nullptr));
 }
 
-/// Returns ERROR_FILE_NOT_FOUND for an empty file and ERROR_BADDB if the tables are not this store's.
+/// Returns ERROR_FILE_NOT_FOUND for an empty file, and ERROR_BADDB for a file whose schema is not the
+/// store's.
 LSTATUS schemaStatus()
 {
     Query all("SELECT group_concat(sql, ';') FROM sqlite_schema WHERE name NOT GLOB 'sqlite_*'");
@@ -341,7 +343,7 @@ LSTATUS schemaStatus()
 LSTATUS createTables()
 {
     check(run("BEGIN IMMEDIATE"));
-    if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // another process may have created them
+    if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // another process may have created the tables
         check(run(content.schema));
         content.fill();
         check(setGeneration(0)); // an empty file has generation 0

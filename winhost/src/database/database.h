@@ -1,6 +1,6 @@
 // The SQLite database that all processes of a user share. The first call opens the database; later calls
 // reopen it when the path leads to another file. The process has one connection, which each call locks. This
-// module does not know the tables.
+// module does not depend on the tables.
 #pragma once
 
 #include <sqlite3.h>
@@ -72,7 +72,7 @@ public:
     /// Returns the version of the committed content; 0 if that is unknown or another process has written
     /// since.
     std::uint64_t commit();
-    /// Leaves the transaction open, so that it includes all further changes of the process.
+    /// Leaves the transaction open, so that it includes all further changes that the process makes.
     void share();
 
 private:

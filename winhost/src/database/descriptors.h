@@ -1,8 +1,8 @@
 // The descriptors of the files that SQLite has open. A program may close descriptors that are not its own,
 // for example to become a daemon, and SQLite would then write to files that are opened later under the same
 // numbers. Also, a process loses its POSIX locks on a file as soon as any of its code closes that file. So
-// this module replaces SQLite's open, close and fcntl with functions that know these descriptors. Locks that
-// the new fcntl sets belong to the open file, not to the process. While SQLite closes the database, a
+// this module replaces SQLite's open, close and fcntl with functions that recognise these descriptors. Locks
+// that the new fcntl sets belong to the open file, not to the process. While SQLite closes the database, a
 // descriptor that now refers to another file is neither closed nor unlocked. The module also replaces pwrite,
 // so that pages of the log's index are allocated on the disk before they are mapped.
 #pragma once
@@ -32,7 +32,7 @@ int descriptor(File file);
 bool areFilesLost();
 /// Returns true if the open file is the one at the path, or if neither exists.
 bool isAtPlace(const std::string& file, File which);
-/// Makes SQLite close the database, but not the files that are lost.
+/// Makes SQLite close the database. Does not close a descriptor that no longer refers to the store's file.
 void closeDatabase(sqlite3* database);
 
 } // namespace winhost::database

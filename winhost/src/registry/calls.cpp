@@ -1,4 +1,4 @@
-// The registry calls.
+// The registry functions.
 #include "registry/memory.h"
 
 #include <cstring>

@@ -38,9 +38,9 @@ public:
 
     enum Change
     {
-        eOthers, ///< a change by other processes, if there was one
-        eKeys,   ///< a change by this process that may create or delete keys
-        eValues  ///< a change by this process of values only: cached paths stay valid
+        eOthers, ///< other processes may have made a change
+        eKeys,   ///< this process may have created or deleted keys
+        eValues  ///< this process only set or deleted values: cached paths stay valid
     };
     /// Adopts a new version of the content and invalidates the answers that the change may affect.
     void follow(std::uint64_t version, Change change);

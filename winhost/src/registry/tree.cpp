@@ -86,7 +86,7 @@ bool takeComponent(TextView& path, TextView& component)
 std::optional<NodeId> findSubKey(NodeId parent, TextView name)
 {
     require(name.size() <= longestKeyName || !exists(parent),
-            ERROR_INVALID_PARAMETER); // if the parent is deleted, the caller reports that
+            ERROR_INVALID_PARAMETER); // if the parent is deleted, the caller reports ERROR_KEY_DELETED
     const std::string asked = folded(name);
     Query query("SELECT id, name, sum FROM keys WHERE parent = ?1 AND folded = ?2", parent, asked);
     if (!query.next()) {
@@ -292,9 +292,9 @@ void deleteTree(NodeId node, bool withItself)
 
 // A key's number is higher than its parent's and is almost never reused. `shape` has one row, which contains
 // the highest number so far. Undoing a change frees the numbers that the change assigned. New numbers are
-// random steps apart, so that a freed number is unlikely to be assigned again. `name` is the name in UTF-16,
-// as it was created. `folded` is a form of the name that ignores case; keys and values are found and sorted
-// by it.
+// random steps apart, so that a freed number is unlikely to be assigned again. `name` is the name as it was
+// given at creation, in UTF-16. `folded` is a form of the name that ignores case; keys and values are found
+// and sorted by it.
 const winhost::database::Content winhost::database::content = {
     "registry.db",
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "
