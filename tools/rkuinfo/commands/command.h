@@ -54,7 +54,7 @@ struct Place
     [[noreturn]] void failNotFound() const;
 };
 
-/// Returns the row of a key or value in a listing. If `isForPeople` is true, the first cell is the path
+/// Returns the table row that lists a key or value. If `isForPeople` is true, the first cell is the path
 /// below the listed key. Otherwise the first cell is the key's path below the subtree, and the second cell is
 /// the value's name.
 std::vector<Cell> rowOf(const Place& place, const Name& name, const Value& value, bool isForPeople);

@@ -118,7 +118,7 @@ public:
         footer("Options may appear before or after the command.\n"
                "SUBTREE is product-root, version-root, language-root, profiles-root,\n"
                "current-profile, applications, recent-file-list, settings or user-config.\n"
-               "Names given as options are recorded only by the commands use and provision.\n"
+               "Only 'use' and 'provision' record the names that are given as options.\n"
                "Exit code: 0 on success, 1 when something is not found, different or wrong, 2\n"
                "for a wrong command line.");
         for (const Parameter* each = parameterTable; each->name[0] == '-'; ++each) {
@@ -192,8 +192,8 @@ void complete(Names words)
     }
 }
 
-/// Prints the middle of the man page: the help of the program, then the help of each command under a heading.
-/// In the page, .eo makes a backslash an ordinary character.
+/// Prints the middle of the man page: the program's help text, then a section with the help text of each
+/// command. In the page, .eo makes a backslash an ordinary character.
 void printManual()
 {
     Parser parser;
@@ -204,7 +204,7 @@ void printManual()
     }
 }
 
-/// Replaces / with \ in a key and removes separators at both ends, as the library does.
+/// Like the library, replaces / with \ in a key and removes leading and trailing separators.
 Text normalised(const std::string& key)
 {
     Text path = utf16(key);

@@ -247,7 +247,7 @@ private:
                 m_session.has("--program") ? "start the application once, which creates the user's tree"
                                            : "create the user's tree: " + command("provision"));
         } else if (choice.decision().source == uinfo::Source::builtIn) {
-            add(error, "no-profile", utf8(root), "no profile is the current one",
+            add(error, "no-profile", utf8(root), "there is no current profile",
                 "choose one: " + command("use"));
         } else if (!equalIgnoringCase(name, rkuinfo::text(uinfo::defaultProfile)) &&
                    !keyExists(joinedKey(root, name))) {

@@ -176,7 +176,7 @@ const LanguageState& Installation::chosenLanguage() const
         throw Failure(whyNone());
     }
     if (const std::string why = whyNotWanted(); !why.empty()) {
-        throw Failure(why, "name an installed language with --language");
+        throw Failure(why, "choose an installed language with --language");
     }
     return languages[static_cast<std::size_t>(wanted.isMade() ? wanted.language : preferred)];
 }
@@ -204,8 +204,8 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // Repeats the choice for each source, without the sources of higher precedence, so that it reads every
-    // source.
+    // A choice stops at the source that decides. To read the later sources too, this code repeats the choice
+    // and omits one more source each time.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {

@@ -26,7 +26,7 @@ struct Session
     /// Returns an rkuinfo command line for the same installation, such as "rkuinfo --company Acme doctor".
     /// `words` must already be quoted for a shell.
     std::string commandLine(const std::string& words) const;
-    /// Returns the folder given by --program, otherwise the folder of rkuinfo, with a backslash at its end.
+    /// Returns the folder given by --program, otherwise rkuinfo's own folder. Appends a backslash.
     /// Throws if --program does not name a folder.
     Text programFolder() const;
     Layout layout() const;
@@ -39,7 +39,7 @@ struct LanguageState
     uinfo::Installed installed;
     bool hasEntry = false;     ///< whether the uninstall entry exists; only the default product needs it
     bool hasResources = false; ///< whether the resource library can be read
-    std::optional<Text> localName = std::nullopt; ///< the language's name in the language itself
+    std::optional<Text> localName = std::nullopt; ///< the language's native name
     std::string other = {};                       ///< the library's language if it differs from `record`
 
     std::string name() const { return utf8(record.shortName); }
@@ -77,7 +77,7 @@ public:
         return rkuinfo::text(path.text());
     }
 
-    const Text folder; ///< with a backslash at its end
+    const Text folder; ///< ends with a backslash
     const uinfo::Choice company;
     const Text companyRoot; ///< the company's key
     const uinfo::Choice product;
@@ -86,14 +86,14 @@ public:
     const std::int32_t preferred;         ///< the installed language that start-up would propose
     std::vector<LanguageState> languages; ///< all known languages, by index
 
-    /// Returns why the wanted language cannot be chosen; empty if it can, or if no language is wanted.
+    /// Returns why the requested language cannot be used; empty if it can, or if no language is requested.
     std::string whyNotWanted() const;
     /// Returns why no language is installed.
     std::string whyNone() const;
-    /// Returns whether start-up would choose a language, or propose one if no language is wanted.
+    /// Returns whether start-up would choose a language, or propose one if no language is requested.
     bool hasLanguage() const { return preferred != uinfo::unknownLanguage && whyNotWanted().empty(); }
-    /// Returns the wanted language, or the one that start-up would propose if no language is wanted. Throws
-    /// if no language is installed or the wanted one cannot be chosen.
+    /// Returns the requested language. If no language is requested, returns the one that start-up would
+    /// propose. Throws if no language is installed or the requested one cannot be used.
     const LanguageState& chosenLanguage() const;
     Text language() const { return rkuinfo::text(chosenLanguage().record.shortName); }
     uinfo::Choice profile() const;

@@ -31,7 +31,7 @@ struct ValueType
     std::size_t least; ///< applications read data of `least` to `most` bytes as this type
     std::size_t most;
     bool isJsonNumber;     ///< whether JSON files store the value as a number, not as a string
-    std::string_view word; ///< describes a valid word, for messages
+    std::string_view word; ///< a description of valid input, used in messages
     std::optional<std::string> (*parse)(
         std::string_view word); ///< returns the data; nothing if the word is invalid
     std::string (*print)(const Value& value);
@@ -46,7 +46,7 @@ const ValueType* typeNamed(std::string_view name);
 /// Returns the type in which an application reads the value; null if no application can read it.
 const ValueType* typeOf(const Value& value);
 
-/// Returns the data as get prints it, or in hexadecimal if applications cannot read the value.
+/// Returns the data in the format of `rkuinfo get`, or in hexadecimal if applications cannot read the value.
 std::string dataText(const Value& value);
 /// Returns the text of a REG_SZ, up to its first null character.
 Text textOf(const Value& value);

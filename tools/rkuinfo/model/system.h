@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-/// Restricts the loading of libraries to the program's folder and the system's folder. Makes the standard
+/// Allows libraries to be loaded only from the program folder and the system folder. Makes the standard
 /// streams binary. Enables colours and UTF-8 on a console until the process exits.
 void prepareProcess();
 
@@ -16,7 +16,7 @@ void prepareProcess();
 std::optional<std::size_t> terminalColumns();
 bool errorsGoToTerminal();
 
-/// Returns the full Windows path of a folder, with a backslash at its end; empty if `name` is not a folder.
+/// Returns the full Windows path of a folder, with a trailing backslash; empty if `name` is not a folder.
 Text fullFolder(const std::string& name);
 
 /// Converts a Windows path to one that C++ streams accept.
@@ -32,7 +32,7 @@ std::string userFolder(bool isRoaming);
 /// Returns ", in FOLDER" for messages about the registry; empty if the registry is not in a single folder.
 std::string registryPlace();
 
-/// If the user cannot write to a key, throws a Failure with the reason and the remedy. Changes nothing.
+/// If the user cannot write to a key, throws a Failure with the reason and a fix. Changes nothing.
 void requireWritable(const Text& key);
 
 /// Calls `change` in a transaction: if `change` throws or the process terminates, none of its changes is

@@ -15,7 +15,7 @@ std::optional<Number> parseNumber(std::string_view word, Base... base)
     return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
 }
 
-/// Accepts a decimal number. For an integer type, also accepts 0x and the number's bits in hexadecimal.
+/// Parses a decimal number. An integer may also be a hexadecimal bit pattern that begins with 0x.
 template <typename Number>
 std::optional<std::string> parse(std::string_view word)
 {

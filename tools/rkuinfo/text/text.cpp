@@ -146,7 +146,7 @@ void finishProgress()
 namespace {
 
 constexpr std::size_t gap = 2;        // spaces before each column
-constexpr std::size_t narrowest = 20; // a last column of at most this width is not folded
+constexpr std::size_t narrowest = 20; // a last column of at most this width is not wrapped
 
 std::size_t width(char32_t point)
 {

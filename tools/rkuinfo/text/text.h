@@ -49,8 +49,7 @@ bool containsIgnoringCase(TextView text, TextView part);
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
-/// An error that ends the command. Its message is one sentence: the problem and, after a semicolon, the
-/// remedy.
+/// An error that ends the command. Its message is one sentence: the problem and, after a semicolon, the fix.
 class Failure : public std::runtime_error
 {
 public:
@@ -102,6 +101,6 @@ struct Cell
 /// A row with a single cell is a heading. Tab-separated output omits headings.
 using Table = std::vector<std::vector<Cell>>;
 
-/// Prints rows. If `layout.columns` is set, aligns and colours the cells and folds the last column at the
+/// Prints rows. If `layout.columns` is set, aligns and colours the cells and wraps the last column at the
 /// right edge. Otherwise separates the cells by tabs.
 void printTable(const Table& table, const Layout& layout);

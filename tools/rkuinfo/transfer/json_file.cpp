@@ -44,7 +44,7 @@ Value valueFrom(const Json& json)
         const std::string word = data.is_number() ? data.dump() : data.get<std::string>();
         bytes = known == nullptr || word.empty() ? bytesFromHex(word) : known->parse(word);
     }
-    require(bytes.has_value(), "not a value of its type");
+    require(bytes.has_value(), "the value does not match its type");
     value.data = *bytes;
     return value;
 }
@@ -67,7 +67,7 @@ void readKey(const Json& json, const Text& root, const Text& path, std::vector<E
     for (const Json& each : json.at("keys")) {
         place = key + ", keys";
         const Text name = textFrom(each.at("name"));
-        require(!name.empty() && name.find(separator) == Text::npos, "not the name of a key");
+        require(!name.empty() && name.find(separator) == Text::npos, "not a valid key name");
         readKey(each, root, joinedKey(path, name), edits, place);
     }
 }

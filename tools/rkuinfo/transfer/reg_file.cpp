@@ -109,7 +109,7 @@ private:
     {
         const bool isRemoval = take("-");
         require(m_line.ends_with(']') && m_line.find('\0') == std::string::npos,
-                "not the name of a key in brackets");
+                "the key path does not end with ] or contains a null character");
         m_key = keyBelowRoot(utf16(m_line.substr(0, m_line.size() - 1)));
         m_hasKey = !isRemoval;
         require(!isRemoval || !m_key.empty(), "a file cannot remove the key it is imported into: use rm");
@@ -136,7 +136,7 @@ private:
         require(m_hasKey, "the value does not belong to a key");
         Value value;
         value.name = take("@") ? Text() : takeQuoted();
-        require(take("=") && value.name.size() <= longestValueName, "not the name of a value followed by =");
+        require(take("=") && value.name.size() <= longestValueName, "no valid value name followed by =");
         const bool isRemoval = take("-");
         if (isRemoval) {
         } else if (m_line.starts_with('"')) {
@@ -149,7 +149,7 @@ private:
             if (value.type == REG_NONE) {
                 require(take("hex("), "not a \"string\", dword:, hex: or hex(type):");
                 value.type = takeNumber("registry type");
-                require(take("):"), "not a registry type followed by ):");
+                require(take("):"), "no ): after the registry type");
             }
             value.data = takeBytes();
         }
