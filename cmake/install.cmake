@@ -5,7 +5,8 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 # Sets <result> to <prefix> followed by the relative path from <from> to <to>; both are folders of the installation.
-# If one of the folders is absolute, it does not move with the install prefix, so the resulting path is absolute.
+# If either folder is an absolute path, which does not move with the install prefix, <result> is <to> as an absolute
+# path.
 function(path_between result from to prefix)
   if(IS_ABSOLUTE "${to}")
     set(${result} "${to}" PARENT_SCOPE)

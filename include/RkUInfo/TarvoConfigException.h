@@ -21,7 +21,7 @@ public:
     TarvoConfigException(const TarvoConfigException& other);
     ~TarvoConfigException() override;
 
-    /// Returns the constructor's exitProcess: non-zero if the process should exit.
+    /// Returns the exitProcess argument of the constructor, which is non-zero if the process should exit.
     int isExitProcess() const;
 
 private:

@@ -264,7 +264,8 @@ private:
 
 #pragma pack(pop)
 
-// Defined after pack(pop). Before pack(pop), g++ would also pack the type information of the thrown pointer.
+// This function follows pack(pop), because g++ would otherwise pack the type information of the pointer that
+// it throws.
 inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
 {
     RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);

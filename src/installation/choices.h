@@ -44,7 +44,7 @@ struct Finding
 /// that decides.
 struct Choice
 {
-    /// Returns the name found in the source that decided, even if that name was rejected. Returns the empty
+    /// Returns the name in the last source that was read, even if that name was rejected. Returns the empty
     /// string if no source contains a name.
     const wchar_t* value() const { return given != nullptr ? given : text.data(); }
     bool isMade() const { return decision().answer == Answer::chosen; }

@@ -85,7 +85,8 @@ public:
     bool empty() const { return m_length == 0; }
 
 private:
-    /// Writes text at index start. If start is the length plus 1, the caller must then write the separator.
+    /// Writes text at index start. To leave room for a separator, the caller can pass the current length plus
+    /// 1, and must then write the separator itself.
     bool appendAt(std::size_t start, const wchar_t* text, std::size_t count, std::size_t longest)
     {
         const std::size_t end = std::min(m_capacity - 1, longest);

@@ -29,7 +29,8 @@ constexpr LSTATUS isWrong = 1; // the result of a read that returns wrong data
 int talk = -1; // this process's end of the socket that transfers steps and results
 std::size_t length = 5000;
 
-/// Runs call(key, name) for value n; each key has a hundred values.
+/// Opens the key of value number n and runs call(key, name) with the value's name. Each key has a hundred
+/// values.
 template <typename Call>
 LSTATUS onValue(int n, bool makesKey, Call call)
 {

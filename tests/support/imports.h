@@ -65,7 +65,7 @@ Patch replaceImport(const char* module, Handler handler, Result (*)(Arguments...
         active = before;
         delete state;
     });
-    // This loop may replace malloc, which the lines above call. The loop must therefore be last.
+    // This loop must be last: it may replace malloc, and the lines above call malloc.
     for (void** const slot : slots) {
         *slot = reinterpret_cast<void*>(call);
     }

@@ -75,9 +75,9 @@ Text canonical(TextView path)
     return result;
 }
 
-/// Joins the two parts, or returns nothing if the joined path would be too long. Returns only `more` if
-/// `path` is empty or `more` is a full path, and only `path` if `more` is empty. A part that is returned
-/// without the other is truncated if it is too long.
+/// Joins the two parts, or returns nothing if the joined path would be too long. If `path` is empty or `more`
+/// is a full path, returns `more`. If `more` is empty, returns `path`. In these cases, a result that is too
+/// long is truncated.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

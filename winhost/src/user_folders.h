@@ -5,7 +5,7 @@
 
 namespace winhost {
 
-/// Returns $HOME, otherwise the home folder that the system records for the user.
+/// Returns $HOME if it is set, otherwise the home folder that the system records for the user.
 std::string homeFolder();
 
 /// Returns the absolute path in an environment variable, otherwise a folder in the user's home.

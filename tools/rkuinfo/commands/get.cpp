@@ -52,6 +52,6 @@ const Command getCommand("get", "SUBTREE VALUE [--as] [--json]", "Print a value"
 const Command setCommand("set", "SUBTREE VALUE TYPE DATA", "Store a value, and create its key",
                          "Binary data is in hexadecimal. A hexadecimal integer begins with 0x.", set);
 const Command rmCommand("rm", "SUBTREE [KEY] [--value] [--all]",
-                        "Remove a key with everything below it, or a value", "", rm);
+                        "Remove a value, or a key and everything below it", "", rm);
 
 } // namespace

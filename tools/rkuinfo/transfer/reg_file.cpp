@@ -136,7 +136,7 @@ private:
         require(m_hasKey, "the value does not belong to a key");
         Value value;
         value.name = take("@") ? Text() : takeQuoted();
-        require(take("=") && value.name.size() <= longestValueName, "no valid value name followed by =");
+        require(take("=") && value.name.size() <= longestValueName, "expected a valid value name and =");
         const bool isRemoval = take("-");
         if (isRemoval) {
         } else if (m_line.starts_with('"')) {

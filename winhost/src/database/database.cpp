@@ -234,7 +234,7 @@ LSTATUS setGeneration(std::int32_t last)
                "; PRAGMA user_version = " + std::to_string(next));
 }
 
-/// Starts a new generation if the next write starts a new log. Call it in a transaction for writing.
+/// Starts a new generation if the next write will start a new log. Call it in a transaction for writing.
 void beginLog()
 {
     check(generationOfFile() != own.generation ? logStatus() : ERROR_SUCCESS);
