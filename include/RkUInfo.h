@@ -45,7 +45,7 @@ RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wcha
 /// Creates the current user's product tree and records version, language and profile in it. Call it after
 /// InitVelaConfig. If a current profile is already stored, it stays the current profile. A start-up profile
 /// of 127 characters or more is stored whole but cannot be read back: the next look-up of the current profile
-/// replaces it with "Default". Throws a RkErrorStatus* if memory is exhausted.
+/// replaces it with "Default". Throws an RkErrorStatus* if memory is exhausted.
 /// @return eOk, or eRegistryError if the product key does not exist afterwards
 RKUINFO_API TarvoConfig::Error CreateConfigReg();
 

@@ -102,7 +102,7 @@ public:
     /// Reads the value that the last component of valuePath names; the part before it is the sub-path. The
     /// root and the sub-path together can have at most 1020 characters. The stored type determines the type
     /// of value: REG_SZ becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure
-    /// value is unchanged. Throws a RkErrorStatus* with code 6 if memory is exhausted; value is then
+    /// value is unchanged. Throws an RkErrorStatus* with code 6 if memory is exhausted; value is then
     /// unchanged or has no block (see VelaVariant's setters).
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;

@@ -10,8 +10,9 @@
 
 namespace uinfo {
 
-/// Returns cache. If the cache is empty, calls fill(BoundedText&), and caches the string if fill returns
-/// true. May be called from any thread, so several threads may call fill at once; the first result is cached.
+/// Returns `cache`. If the cache is empty, calls `fill` with a BoundedText, and caches the string if `fill`
+/// returns true. May be called from any thread, so several threads may call `fill` at once; the first result
+/// is cached.
 /// A filled cache never changes and is read without a lock.
 template <std::size_t Capacity, typename Fill>
 const wchar_t* cachedText(wchar_t (&cache)[Capacity], Fill fill)

@@ -11,12 +11,12 @@ namespace uinfo {
 wchar_t* toBackslashes(wchar_t* text);
 
 /// Removes trailing backslashes in place and returns a pointer past the leading backslashes. Returns null if
-/// text is null or empty.
+/// `text` is null or empty.
 wchar_t* trimBackslashes(wchar_t* text);
 
-/// Normalises text and splits it at its last backslash, in place. Returns the part after that backslash, and
-/// sets text to the part before it, or to null if there is no backslash. If text is null or empty, returns
-/// null and does not change text.
+/// Normalises `text` and splits it at its last backslash, in place. Returns the part after that backslash,
+/// and sets `text` to the part before it, or to null if there is no backslash. If `text` is null or empty,
+/// returns null and does not change `text`.
 wchar_t* splitKeyPath(wchar_t*& text);
 
 /// A copy of a client's path, which normalise() and split() change in place.

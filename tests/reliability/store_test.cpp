@@ -29,8 +29,8 @@ constexpr LSTATUS isWrong = 1; // the result of a read that returns wrong data
 int talk = -1; // this process's end of the socket that transfers steps and results
 std::size_t length = 5000;
 
-/// Opens the key of value number n and runs call(key, name) with the value's name. Each key has a hundred
-/// values.
+/// Opens the key that contains value n, and passes the key and the value's name to `call`. Each key contains
+/// 100 values.
 template <typename Call>
 LSTATUS onValue(int n, bool makesKey, Call call)
 {
@@ -43,7 +43,7 @@ LSTATUS onValue(int n, bool makesKey, Call call)
     return status != ERROR_SUCCESS ? status : call(opened, Wide(std::to_string(1000 + n % 100)));
 }
 
-/// Sets value n to `length` numbers: n, then `length`, then `content` repeatedly.
+/// Sets value n to an array of `length` integers: n, the length, and copies of `content`.
 LSTATUS setTo(int n, int content)
 {
     std::vector<int> data(length, content);

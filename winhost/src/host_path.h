@@ -37,7 +37,8 @@ bool isFolder(const std::string& hostFile);
 
 /// Reads the first bytes of a regular file, or returns nothing and sets the last error.
 std::optional<std::string> readStart(const std::string& hostFile, std::size_t size);
-/// Reads a whole file; fails with ERROR_FILE_TOO_LARGE if it has more than `most` bytes.
+/// Reads a whole file. `most` is the maximum size in bytes: if the file is larger, returns nothing and sets
+/// the last error to ERROR_FILE_TOO_LARGE.
 std::optional<std::string> readFile(const std::string& hostFile, std::size_t most);
 
 } // namespace winhost

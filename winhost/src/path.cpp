@@ -75,9 +75,9 @@ Text canonical(TextView path)
     return result;
 }
 
-/// Joins the two parts, or returns nothing if the joined path would be too long. If `path` is empty or `more`
-/// is a full path, returns `more`. If `more` is empty, returns `path`. In these cases, a result that is too
-/// long is truncated.
+/// Appends the relative path `more` to `path`. Returns nothing if the joined path would be too long. If
+/// either argument is empty, returns the other; if `more` is a full path, returns it. In these cases, a
+/// result that is too long is truncated.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

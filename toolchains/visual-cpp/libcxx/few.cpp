@@ -1,4 +1,4 @@
-// The few functions of libc++'s library that the examples and other clients of RkUInfo.hpp need.
+// Defines the few compiled functions of libc++ that the examples and other clients of RkUInfo.hpp need.
 #include <cstdlib>
 #include <memory>
 #include <new>

@@ -119,8 +119,8 @@ public:
                "SUBTREE is product-root, version-root, language-root, profiles-root,\n"
                "current-profile, applications, recent-file-list, settings or user-config.\n"
                "Only 'use' and 'provision' record the names that are given as options.\n"
-               "Exit code: 0 on success, 1 when something is not found, different or wrong, 2\n"
-               "for a wrong command line.");
+               "Exit code: 0 on success; 1 if the command fails, finds nothing, or finds a\n"
+               "difference or an error; 2 if the command line is invalid.");
         for (const Parameter* each = parameterTable; each->name[0] == '-'; ++each) {
             add(*this, *each, false);
         }

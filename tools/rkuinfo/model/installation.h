@@ -90,7 +90,7 @@ public:
     std::string whyNotWanted() const;
     /// Returns why no language is installed.
     std::string whyNone() const;
-    /// Returns whether start-up would choose a language, or propose one if no language is requested.
+    /// Returns true if a language is installed and the requested language, if any, can be used.
     bool hasLanguage() const { return preferred != uinfo::unknownLanguage && whyNotWanted().empty(); }
     /// Returns the requested language. If no language is requested, returns the one that start-up would
     /// propose. Throws if no language is installed or the requested one cannot be used.

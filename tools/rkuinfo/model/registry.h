@@ -28,8 +28,8 @@ struct ValueType
 {
     std::string_view name;
     unsigned long registryType;
-    std::size_t least; ///< applications read data of `least` to `most` bytes as this type
-    std::size_t most;
+    std::size_t least;     ///< the minimum size, in bytes, of data that applications read as this type
+    std::size_t most;      ///< the maximum size of such data, in bytes
     bool isJsonNumber;     ///< whether JSON files store the value as a number, not as a string
     std::string_view word; ///< a description of valid input, used in messages
     std::optional<std::string> (*parse)(

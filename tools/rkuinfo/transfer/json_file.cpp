@@ -72,7 +72,8 @@ void readKey(const Json& json, const Text& root, const Text& path, std::vector<E
     }
 }
 
-/// Appends the members of the key at `at`, and advances `at` past everything below that key.
+/// Appends the members of the key that the iterator `at` points to, and advances the iterator past everything
+/// below that key.
 void appendKey(Json& json, Tree::const_iterator& at, const Tree::const_iterator& end)
 {
     const Text path = at->first.key;

@@ -149,7 +149,7 @@ private:
             if (value.type == REG_NONE) {
                 require(take("hex("), "not a \"string\", dword:, hex: or hex(type):");
                 value.type = takeNumber("registry type");
-                require(take("):"), "no ): after the registry type");
+                require(take("):"), "expected \"):\" after the registry type");
             }
             value.data = takeBytes();
         }

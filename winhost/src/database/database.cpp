@@ -190,8 +190,8 @@ void showVersion()
 // ---- The log
 //
 // A log continues one state of the file and may be applied only to that state. Therefore each state has a
-// random number, its generation, which is stored in SQLite's user_version. Each transaction in a log stores,
-// in application_id, the generation of the state that the log continues.
+// random number, its generation, which is stored in SQLite's user_version. A log stores the generation
+// of the state that it continues in SQLite's application_id.
 
 /// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()

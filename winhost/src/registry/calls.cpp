@@ -16,8 +16,8 @@ void follow()
     memory().follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Finds the answer to a question about a key, and calls use(answer) with memory() locked. Fails if the key
-/// was opened without a required access right.
+/// Finds the answer to a question about a key, and passes the answer to `use` while memory() is locked. Fails
+/// if the key was opened without a required access right.
 template <typename Use>
 LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {
@@ -58,7 +58,7 @@ NodeId nodeOf(HKEY key, REGSAM needed)
 
 constexpr auto nothing = [] {};
 
-/// Runs work(node) in a transaction. After the commit, calls then() with memory() locked.
+/// Calls work(node) in a transaction. After the commit, calls then() while memory() is locked.
 template <typename Work, typename Then = decltype(nothing)>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
 {
