@@ -209,7 +209,7 @@ LSTATUS openStore(bool locks)
 {
     for (const char* const suffix : {"", "-shm"}) {
         const std::string file = scratchFolder() / "store/.local/share/winhost/registry.db";
-        const int opened = open((file + suffix).c_str(), O_RDWR);
+        const int opened = open((file + suffix).c_str(), O_RDWR | O_CREAT, 0600);
         struct flock all = {};
         all.l_type = F_WRLCK;
         EXPECT_EQ(locks ? fcntl(opened, F_SETLK, &all) : close(opened), 0);
