@@ -285,6 +285,7 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"set-on", setOn},
     {"storm", storm},
     {"fork", split},
+    {"idle-child", [](int) { return fork() != 0 ? 0 : (closefrom(0), sleep(8), _exit(0), 0); }},
     {"meet", meet},
     {"length", [](int n) { return length = static_cast<std::size_t>(n), 0; }},
     {"threads", [](int n) { return inThreads(n, [] { return get(1); }); }}};

@@ -173,6 +173,14 @@ Number numberAt(std::size_t index)
     return __atomic_load_n(reinterpret_cast<const Number*>(page.load()) + index, __ATOMIC_ACQUIRE);
 }
 
+/// Makes contentVersion return 0. The index stays locked while it is mapped, and no process can reset a
+/// locked index.
+void unmapVersion()
+{
+    page = noIndex;
+    mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
+}
+
 /// Makes contentVersion read the index of the open log, if SQLite could allocate one.
 void showVersion()
 {
@@ -323,9 +331,7 @@ LSTATUS createFile()
 
 void disconnect()
 {
-    page = noIndex;
-    // The index stays locked while it is mapped, and no process can reset a locked index.
-    mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
+    unmapVersion();
     own.statements.clear();
     closeDatabase(std::exchange(own.database, nullptr));
 }
@@ -580,7 +586,7 @@ Lock hold()
 void forsake()
 {
     own.isShared = false;
-    page = noIndex;
+    unmapVersion();
     areFilesLost(); // closes them
 }
 

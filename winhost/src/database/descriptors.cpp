@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +11,9 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdarg>
+#include <cstring>
+#include <span>
+#include <string_view>
 #include <utility>
 
 namespace winhost::database {
@@ -81,6 +85,43 @@ ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
     return errno == 0 ? static_cast<ssize_t>(size) : -1;
 }
 
+/// When SQLite removes the log's index, first clears its header: a process that has closed its descriptors,
+/// or a child, may still map the index, and must not return cached answers.
+int removeFile(const char* path)
+{
+    constexpr char header[96] = {};
+    if (isClosing && std::string_view(path).ends_with(suffixes[eIndex]) && !isLost(numbers[eIndex])) {
+        static_cast<void>(pwrite(numbers[eIndex], header, sizeof header, 0));
+    }
+    return ::unlink(path);
+}
+
+/// SQLite's mappings of the log's index. One mapping is enough for 16 MB of the log.
+std::pair<void*, std::size_t> mappings[64];
+std::size_t mappingCount = 0;
+
+void* mapFile(void* place, std::size_t size, int protection, int flags, int file, off_t at)
+{
+    void* const made = mmap(place, size, protection, flags, file, at);
+    if (made != MAP_FAILED && file == numbers[eIndex] && mappingCount < std::size(mappings)) {
+        mappings[mappingCount++] = {made, size};
+    }
+    return made;
+}
+
+/// Replaces the mappings with private copies. The mappings would keep the parent's locks after the parent is
+/// killed, and closing the database would undo the parent's transaction in the shared index.
+void copyMappings()
+{
+    for (const auto& [place, size] : std::span(mappings, mappingCount)) {
+        void* const copy = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (copy != MAP_FAILED) {
+            std::memcpy(copy, place, size);
+            mremap(copy, size, size, MREMAP_MAYMOVE | MREMAP_FIXED, place);
+        }
+    }
+}
+
 template <typename Function>
 void replace(const char* name, Function* function)
 {
@@ -98,6 +139,8 @@ void expectFiles(const std::string* file)
         replace("fcntl", controlFile);
         replace("pwrite", writeFile);
         replace("pwrite64", writeFile);
+        replace("unlink", removeFile);
+        replace("mmap", mapFile);
         return true;
     }();
     expected = areReplaced ? file : nullptr;
@@ -113,6 +156,7 @@ bool areFilesLost()
     static pid_t process = 0;
     if (std::exchange(process, getpid()) != getpid()) {
         std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
+        copyMappings();
     }
     return std::ranges::any_of(numbers, [](int file) { return file >= 0 && isLost(file); });
 }
@@ -131,6 +175,7 @@ void closeDatabase(sqlite3* database)
     isClosing = true;
     sqlite3_close(database);
     isClosing = false;
+    mappingCount = 0;
     std::ranges::for_each(numbers, [](std::atomic<int>& file) { file = -1; });
 }
 

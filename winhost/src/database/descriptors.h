@@ -3,8 +3,10 @@
 // numbers. Also, a process loses its POSIX locks on a file as soon as any of its code closes that file. So
 // this module replaces SQLite's open, close and fcntl with functions that recognise these descriptors. Locks
 // that the new fcntl sets belong to the open file, not to the process. While SQLite closes the database, a
-// descriptor that now refers to another file is neither closed nor unlocked. The module also replaces pwrite,
-// so that pages of the log's index are allocated on the disk before they are mapped.
+// descriptor that now refers to another file is neither closed nor unlocked. The module also replaces
+// - pwrite, so that pages of the log's index are allocated on the disk before they are mapped;
+// - unlink, so that a process that still maps a removed index does not return cached answers;
+// - mmap, so that the child of a fork does not share its parent's mappings of the index.
 #pragma once
 
 #include <string>
