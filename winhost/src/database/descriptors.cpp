@@ -154,7 +154,7 @@ int descriptor(File file)
 bool areFilesLost()
 {
     static pid_t process = 0;
-    if (std::exchange(process, getpid()) != getpid()) {
+    if (const pid_t now = getpid(); std::exchange(process, now) != now) {
         std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
         copyMappings();
     }
