@@ -178,7 +178,7 @@ Number numberAt(std::size_t index)
 void unmapVersion()
 {
     page = noIndex;
-    mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0);
+    static_cast<void>(mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
 }
 
 /// Makes contentVersion read the index of the open log, if SQLite could allocate one.
