@@ -146,12 +146,11 @@ StringResource findString(Bytes file, std::uint16_t id)
         return {ERROR_RESOURCE_TYPE_NOT_FOUND, {}};
     }
     const std::optional<std::uint32_t> languages = findTable(resources, *blocks, id / stringsPerBlock + 1);
-    const auto data = languages ? findEntry(resources, *languages, std::nullopt) : std::nullopt;
-    if (!data) {
+    const std::size_t data = languages ? findEntry(resources, *languages, std::nullopt).value_or(0) : 0;
+    if (data == 0) { // the offset of the first table, which no data has
         return {ERROR_RESOURCE_NAME_NOT_FOUND, {}};
     }
-    const Bytes block =
-        slice(headers.at(read32(resources, *data)), 0, read32(resources, *data + std::size_t{4}));
+    const Bytes block = slice(headers.at(read32(resources, data)), 0, read32(resources, data + 4));
     return {ERROR_SUCCESS, stringOfBlock(block, id % stringsPerBlock)};
 }
 
