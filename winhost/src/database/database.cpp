@@ -587,7 +587,7 @@ void forsake()
 {
     own.isShared = false;
     unmapVersion();
-    areFilesLost(); // closes them
+    leaveFiles();
 }
 
 // Runs after the destructors of all static objects.

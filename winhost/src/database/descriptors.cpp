@@ -109,24 +109,12 @@ void* mapFile(void* place, std::size_t size, int protection, int flags, int file
     return made;
 }
 
-/// Replaces the mappings with private copies. The mappings would keep the parent's locks after the parent is
-/// killed, and closing the database would undo the parent's transaction in the shared index.
-void copyMappings()
-{
-    for (const auto& [place, size] : std::span(mappings, mappingCount)) {
-        void* const copy = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (copy != MAP_FAILED) {
-            std::memcpy(copy, place, size);
-            mremap(copy, size, size, MREMAP_MAYMOVE | MREMAP_FIXED, place);
-        }
-    }
-}
-
 template <typename Function>
 void replace(const char* name, Function* function)
 {
-    sqlite3_vfs* const system = sqlite3_vfs_find("unix");
-    system->xSetSystemCall(system, name, reinterpret_cast<sqlite3_syscall_ptr>(function));
+    if (sqlite3_vfs* const system = sqlite3_vfs_find("unix")) { // a program can unregister it
+        system->xSetSystemCall(system, name, reinterpret_cast<sqlite3_syscall_ptr>(function));
+    }
 }
 
 } // namespace
@@ -151,12 +139,25 @@ int descriptor(File file)
     return numbers[file];
 }
 
+void leaveFiles()
+{
+    std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
+    // The mappings would keep the parent's locks after the parent is killed, and closing the database would
+    // undo the parent's transaction in the shared index.
+    for (const auto& [place, size] : std::span(mappings, mappingCount)) {
+        void* const copy = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (copy != MAP_FAILED) {
+            std::memcpy(copy, place, size);
+            mremap(copy, size, size, MREMAP_MAYMOVE | MREMAP_FIXED, place);
+        }
+    }
+}
+
 bool areFilesLost()
 {
     static pid_t process = 0;
     if (const pid_t now = getpid(); std::exchange(process, now) != now) {
-        std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
-        copyMappings();
+        leaveFiles();
     }
     return std::ranges::any_of(numbers, [](int file) { return file >= 0 && isLost(file); });
 }

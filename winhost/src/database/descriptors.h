@@ -29,8 +29,11 @@ void expectFiles(const std::string* file);
 
 /// Returns -1 if the file is not open, or if SQLite shares it with another connection of the process.
 int descriptor(File file);
-/// Returns true if one of the descriptors no longer refers to the store's file. In the child of a fork, first
-/// closes the files, because the child must not share its parent's locks.
+/// In the child of a fork: closes the files, and replaces SQLite's mappings of the index with private copies.
+/// The child must not share its parent's locks.
+void leaveFiles();
+/// Returns true if one of the descriptors no longer refers to the store's file. Calls leaveFiles() first if
+/// the process is a child that was created without the handlers of a fork.
 bool areFilesLost();
 /// Returns true if the open file is the one at the path, or if neither exists.
 bool isAtPlace(const std::string& file, File which);
