@@ -33,7 +33,7 @@ Value valueFrom(const Json& json)
     const Json& type = json.at("type");
     const Json& data = json.at("value");
     const ValueType* const known = type.is_string() ? typeNamed(type.get<std::string>()) : nullptr;
-    require(known != nullptr || type.is_number_unsigned(), "not a type");
+    require(known != nullptr || (type.is_number_unsigned() && type <= UINT32_MAX), "not a type");
     Value value = {textFrom(json.at("name")), REG_SZ, {}};
     require(value.name.size() <= longestValueName, "a value name may have at most 1023 characters");
     value.type = known != nullptr ? known->registryType : type.get<std::uint32_t>();
