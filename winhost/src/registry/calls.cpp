@@ -84,7 +84,8 @@ void give(Result* out, Value value)
     }
 }
 
-/// Copies a string and its terminator and sets the length. Returns false if there is no room for both.
+/// Copies a string with its terminator, and sets the length. Returns false and copies nothing if they do not
+/// fit.
 bool giveText(TextView text, wchar_t* out, DWORD* length)
 {
     if (text.size() >= *length) {

@@ -1,4 +1,5 @@
-// The registry's keys and values in the store. Call these functions in a Transaction; they throw Failure.
+// The registry's keys and values in the store. Call the functions that read or change them in a Transaction;
+// they throw Failure.
 #pragma once
 
 #include "database/database.h"
