@@ -60,7 +60,7 @@ constexpr Parameter parameterTable[] = {
     {"VALUE",       "", "a value: KEY/NAME, or its NAME alone", nullptr},
     {"TYPE",        "", "int, int64, double, binary or string", typeNames},
     {"DATA",        "", "the new data; write -- before data that begins with -", nullptr},
-    {"TEXT",        "", "a part of a name or of data, or a number", nullptr},
+    {"TEXT",        "", "part of a name, part of data, or a number", nullptr},
     {"--as",        "TYPE",   "print the bytes as this type, such as double", typeNames},
     {"--value",     "NAME",   "remove only this value; \"\" is the default value", nullptr},
     {"--file",      "FILE",   "use a file instead of the standard stream", nullptr},

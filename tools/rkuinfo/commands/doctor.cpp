@@ -108,7 +108,8 @@ private:
         }
         const std::optional<std::string> bytes = readSmallFile(nativePath(path));
         if (!bytes) {
-            add(error, "ini-unreadable", utf8(path), "it is not a readable file of at most 1 MiB",
+            add(error, "ini-unreadable", utf8(path),
+                "it is not a regular file, cannot be read, or is larger than 1 MiB",
                 "replace it, or allow the user to read it");
             return false;
         }

@@ -19,7 +19,7 @@ Text textFrom(const Json& json)
     Text text;
     if (json.is_object()) {
         const auto bytes = bytesFromHex(json.at(unitsMember).get<std::string>());
-        require(bytes.has_value(), "not bytes in hexadecimal");
+        require(bytes.has_value(), "not hexadecimal bytes");
         text = textOf({{}, REG_SZ, *bytes});
     } else {
         text = utf16(json.get<std::string>());
