@@ -1,4 +1,4 @@
-// Measures reads and walks in stores of different sizes, and reads and writes of 1 MB values. ./dev bench
+// Measures reads and walks in stores of different sizes, and reading and writing 1 MB values. ./dev bench
 // scale alternates between a store of 1,000,000 values in 100,000 keys and one of 1,000 values in 100 keys.
 #include "memory.h"
 #include "settings.h"
@@ -162,7 +162,7 @@ double walkCost(TarvoConfig& config, int keys)
     return times[rounds / 2];
 }
 
-/// Reads settings directly from the store's file, by two prepared statements per setting.
+/// Reads settings directly from the store's file, with two prepared statements per setting.
 class Selects
 {
 public:
@@ -234,7 +234,7 @@ private:
     sqlite3_int64 m_tree = 0;
 };
 
-/// Prints how many milliseconds operations on 10,000 keys and values take.
+/// Prints the times of operations on 10,000 keys and values, in milliseconds.
 void bulk(TarvoConfig& config)
 {
     constexpr int keys = 1000; // each key has ten values

@@ -21,7 +21,7 @@ struct Pair
 };
 
 /// Measures the pairs whose `row` string contains `only`, and writes one JSON object per line. Times are in
-/// nanoseconds. Each of ours, other, ratio and difference is a median.
+/// nanoseconds. The fields "ours", "other", "ratio" and "difference" are medians.
 void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& only);
 
 /// Keeps the compiler from removing an unused result.

@@ -4,9 +4,9 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-# Sets <result> to <prefix> followed by the relative path from <from> to <to>; both are folders of the installation.
-# If either folder is an absolute path, which does not move with the install prefix, <result> is <to> as an absolute
-# path.
+# Sets <result> to <prefix> followed by the relative path from <from> to <to>; <from> and <to> are folders of the
+# installation. If either is an absolute path, <result> is <to> as an absolute path, because an absolute path does not
+# move with the install prefix.
 function(path_between result from to prefix)
   if(IS_ABSOLUTE "${to}")
     set(${result} "${to}" PARENT_SCOPE)

@@ -33,8 +33,8 @@ RKUINFO_API TarvoConfig* velaConfig();
 ///
 /// If the profiles key stores a current profile, and a different profile argument is passed, start-up stores
 /// the argument instead. Start-up records its choices only in keys that exist; CreateConfigReg creates the
-/// keys. If the language argument is unknown, no language is installed, or the user declines the proposed
-/// language, the process exits with code 1 after a message box.
+/// keys. The process exits with code 1 after a message box if the language argument is unknown, if no
+/// language is installed, or if the user declines the proposed language.
 /// @return eOk, also if start-up has already succeeded (the arguments are then ignored); eInvalidInput if
 ///         company or product has 255 or more characters, if a path does not fit, or after an earlier
 ///         failure; eRegistryError if the language's folder cannot be read, or if the search for installed
@@ -100,9 +100,9 @@ RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
 RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
 /// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
-/// Writes the current language's resource folder, without trailing backslash. buffer must have room for the
-/// path's length + 3 characters, and for the executable's path, which the function writes first. After a
-/// failure, buffer may contain part of a path.
+/// Writes the current language's resource folder, without a trailing backslash. buffer must have room for the
+/// path's length + 3 characters. It must also have room for the executable's path, which the function writes
+/// first. After a failure, buffer may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
 /// Writes the path of folderName in the program folder; buffer and size are as for the overload above.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
@@ -136,11 +136,11 @@ RKUINFO_API unsigned long GetUserLocalApplicationDataComanyPath(wchar_t* const b
 RKUINFO_API unsigned long GetUserLocalApplicationDataProductPath(wchar_t* const buffer); ///< + {product}\ .
 RKUINFO_API unsigned long GetUserLocalApplicationDataVersionPath(wchar_t* const buffer); ///< + 2018\ .
 RKUINFO_API unsigned long GetUserLocalApplicationDataLanguagePath(wchar_t* const buffer); ///< + {language}\ .
-/// Writes {local language folder}\Template, without trailing backslash.
+/// Writes {local language folder}\Template, without a trailing backslash.
 RKUINFO_API unsigned long GetUserLocalApplicationDataTemplatePath(wchar_t* const buffer);
 
 // ---- Registry key paths -------------------------------------------------------------------------
-// Each function writes a key path relative to HKEY_CURRENT_USER, without trailing backslash; see
+// Each function writes a key path relative to HKEY_CURRENT_USER, without a trailing backslash; see
 // TarvoConfig::Path and getRegRootPath.
 
 RKUINFO_API unsigned long GetRegistryProductNameRootKey(wchar_t* const buffer);
@@ -156,8 +156,8 @@ RKUINFO_API unsigned long GetVelaRegistryCurrentProfileConfigRootKey(wchar_t* co
 
 /// Copies the stored name of the current profile.
 /// @param buffer may be null, to query the size needed; changed only if the name fits
-/// @param size   in: the capacity of buffer, with the terminator; out: unchanged if the name was copied, the
-///               size needed if buffer is null or too small, 0 if no name is stored
+/// @param size   in: the capacity of buffer, including the terminator; out: unchanged if the name was copied,
+///               the size needed if buffer is null or too small, 0 if no name is stored
 RKUINFO_API unsigned long GetCurrentProfileName(wchar_t* buffer, unsigned long& size);
 /// Copies the value CommonSettings\CustomResFile of the current profile, at most 1022 characters.
 RKUINFO_API unsigned long GetCustomResFileName(wchar_t* const buffer);
@@ -170,5 +170,5 @@ RKUINFO_API unsigned long GetCustomResFileName(wchar_t* const buffer);
 RKUINFO_API unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer);
 /// Returns ITarvoProduct::userDataCachePath; may be empty, never null.
 RKUINFO_API const wchar_t* GetVelaUserDataCachePath();
-/// Writes the current language's folder in the user data cache folder, without trailing backslash.
+/// Writes the current language's folder in the user data cache folder, without a trailing backslash.
 RKUINFO_API unsigned long GetVelaUserDataCacheLanPath(wchar_t* const buffer);

@@ -64,6 +64,7 @@ start_wine() {
     mkdir -p "$WINEPREFIX" "$HOME"
     [ -e "$wine_folder/booted" ] || boot_wine
     wineserver -p
-    # Starts Wine's services and desktop now: if the first test started them, they would keep its output open.
+    # Starts Wine's services and desktop now: otherwise the first test would start them, and they would keep the test's
+    # output open.
     "${wine[@]}" rundll32 user32.dll,GetDesktopWindow >/dev/null 2>&1
 }

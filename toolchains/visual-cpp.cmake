@@ -44,7 +44,8 @@ else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-# These are cache variables, because CMake before 3.21 removes normal variables when it caches the same names itself.
+# These are cache variables: when CMake before 3.21 itself creates a cache variable, it removes a normal variable with
+# the same name.
 foreach(language C CXX)
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()

@@ -39,7 +39,7 @@ void printName(std::ostream& out, const wchar_t* name)
 }
 
 /// Returns true if every name is a language and, if needFolders is true, has a folder next to this program.
-/// Otherwise prints an error for the first name that does not.
+/// Otherwise prints an error for the first name that does not meet these conditions.
 bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
 {
     for (const wchar_t* const name : names) {

@@ -33,8 +33,9 @@ public:
     virtual long productFlagB() = 0;
     /// Returns "4.0".
     virtual const wchar_t* productVersionTag() = 0;
-    /// Returns the path of "UserDataCache" in the program folder, without trailing backslash, cached after
-    /// the first success. Until then, or if the path has more than 259 characters, the result is empty.
+    /// Returns the path of "UserDataCache" in the program folder, without a trailing backslash. The path is
+    /// cached after the first success. Until then, or if the path has more than 259 characters, the result is
+    /// empty.
     virtual const wchar_t* userDataCachePath() = 0;
 
     // Three 32-bit integers that client modules share; initially -1, 0 and 1. If long has 64 bits, a setter

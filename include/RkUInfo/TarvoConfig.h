@@ -101,7 +101,7 @@ public:
 
     /// Reads the value that the last component of valuePath names; the part before it is the sub-path. The
     /// root and the sub-path together can have at most 1020 characters. The stored type determines the type
-    /// of value: REG_SZ becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure
+    /// of value: REG_SZ becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure,
     /// value is unchanged. Throws an RkErrorStatus* with code 6 if memory is exhausted; value is then
     /// unchanged or has no block (see VelaVariant's setters).
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
@@ -128,8 +128,8 @@ public:
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
     /// Removes a key and everything below it; a null or empty item means the subtree's own key. The root and
     /// the parent's path together can have at most 1021 characters. Before Windows 8, keys are removed one by
-    /// one, children first. In that case, a key whose path, relative to the parent, has more than 519
-    /// characters causes eRegistryError, and keys that have already been removed are not restored.
+    /// one, children first. In that case, eRegistryError is returned if a key's path relative to the parent
+    /// has more than 519 characters. Keys that have already been removed are not restored.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
     /// Removes a value. The root and the sub-path together can have at most 1021 characters.
@@ -159,7 +159,7 @@ protected:
     /// Reads at most outChars - 2 characters. If the file cannot be read, out is unchanged.
     Error readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out, unsigned long outChars,
                         const wchar_t* fileName);
-    /// Sets out to the number, or to -1 for a missing key; returns eNotFound if the number is negative. If
+    /// Stores the number in out, or -1 if the key is missing; returns eNotFound if the number is negative. If
     /// the file cannot be read, out is unchanged.
     Error readIniInt(const wchar_t* section, const wchar_t* key, long& out, const wchar_t* fileName);
     bool isInitTARVOProduct();
@@ -178,8 +178,8 @@ protected:
     // Profile.
     Error initProfileName(const wchar_t* profile);
     /// Writes the current profile name into out, which holds 128 characters. Reads the name from the key
-    /// profilesKey. A null or empty profilesKey means the profiles root. If the key names no profile, stores
-    /// and returns "Default".
+    /// profilesKey. A null or empty profilesKey means the profiles root. If the key does not name a profile,
+    /// stores and returns "Default".
     Error getCurrentProfileNameFromReg(wchar_t* const out, const wchar_t* profilesKey) const;
 
     /// The single instance.
@@ -201,9 +201,9 @@ private:
 /// Walks the sub-keys of one key: call findItem, then name() and step() for as long as both return eOk.
 ///
 /// The iterator walks the live key by index, up to the count that findItem has read. The key stays open until
-/// the iterator is destroyed or assigned to. A copy has the same index and count and opens the key again; if
-/// the key cannot be opened, for example because it has been removed, the copy holds no key.
-/// Different iterators may be used from several threads at once.
+/// the iterator is destroyed or assigned to. A copy has the same index and count, and opens the key again. If
+/// the key cannot be opened (for example, because it has been removed), the copy holds no key. Different
+/// iterators may be used from several threads at once.
 class TarvoConfig::ItemIterator
 {
 public:
@@ -214,8 +214,9 @@ public:
 
     /// Copies the name of the current sub-key.
     /// @param buffer may be null, to query the capacity needed
-    /// @param length in: the capacity of buffer, with the terminator; out, on eOk and eBufferTooSmall: the
-    ///               capacity needed (8192 for a name of more than 1023 characters, which is never copied)
+    /// @param length in: the capacity of buffer, including the terminator; out: the capacity needed, set on
+    ///               eOk and eBufferTooSmall. A name of more than 1023 characters is never copied; the
+    ///               capacity reported for it is 8192.
     /// @return eOk, eBufferTooSmall (buffer unchanged), eInvalidIterator (length unchanged)
     RKUINFO_API Error name(wchar_t* buffer, long& length) const;
     /// Moves to the next index. Returns eInvalidIterator past the last one, even if the key has grown since

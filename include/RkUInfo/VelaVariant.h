@@ -71,11 +71,12 @@ public:
     VarType type() const noexcept { return m_type; }
 
     /// Stores in place if the object already is an eInt with a block; otherwise allocates a new block. Throws
-    /// code 6 if the allocation fails; the old block has then been released, and the type is unchanged.
+    /// code 6 if the allocation fails; in that case the old block has been released, and the type is
+    /// unchanged.
     void setInt(std::int32_t value) { setFixed(eInt, value); }
-    /// Stores an eInt64; see setInt for the allocation and its failure.
+    /// Stores an eInt64; allocates and throws as setInt does.
     void setInt64(std::int64_t value) { setFixed(eInt64, value); }
-    /// Stores an eDouble; see setInt for the allocation and its failure.
+    /// Stores an eDouble; allocates and throws as setInt does.
     void setDouble(double value) { setFixed(eDouble, value); }
 
     /// Copies a terminated string; null counts as empty. Throws code 3 for a string of 1,073,741,823
@@ -148,8 +149,8 @@ public:
     /// Returns the recorded size, which is the number of data bytes plus 4, or 0 if there is no block.
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
-    /// Allocates a block with uninitialised data, which the caller releases by free. A size of 1 or more is
-    /// the number of data bytes, whatever the type. For a size of 0 or less, returns null for eNull,
+    /// Allocates a block with uninitialised data, which the caller must release with free. A size of 1 or
+    /// more is the number of data bytes, whatever the type. For a size of 0 or less, returns null for eNull,
     /// allocates the fixed size of eInt, eInt64 and eDouble, and throws code 3 for any other type. Throws
     /// code 6 if the allocation fails.
     static void* allocBlock(VarType type, std::int32_t size)
@@ -265,7 +266,7 @@ private:
 #pragma pack(pop)
 
 // This function follows pack(pop), because g++ would otherwise pack the type information of the pointer that
-// it throws.
+// the function throws.
 inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
 {
     RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);

@@ -119,8 +119,8 @@ private:
     void* m_mutex;
 };
 
-/// The interface of a crash recorder. The destructor is not virtual: a virtual destructor would move
-/// recordException out of the fourth virtual slot with some compilers.
+/// The interface of a crash recorder. The destructor is not virtual: with some compilers, a virtual
+/// destructor would move recordException out of the fourth virtual slot.
 class VelaCrashRecorder
 {
 public:

@@ -52,7 +52,7 @@ struct Choice
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
-    /// Points to the argument or the built-in name if that source decided; otherwise null.
+    /// Points to the argument or to the built-in name, whichever decided; null if another source decided.
     const wchar_t* given = nullptr;
     std::array<wchar_t, nameCapacity + 1> text = {};
     Finding found[4];
@@ -76,7 +76,7 @@ struct LanguageChoice : Choice
 
 /// Reads the argument, the registry and TARVO.ini, in that order. The first source that contains a name
 /// decides, even if no language of that name is installed. A registry value does not count as a name if it is
-/// empty, not a REG_SZ or longer than 6 characters. If no language is chosen, the caller should
+/// empty, is longer than 6 characters, or is not a REG_SZ. If no language is chosen, the caller should
 /// propose preferredLanguage(). If needsEntry is true, a language counts as installed only if it has an
 /// uninstall entry.
 LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoot,

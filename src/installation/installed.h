@@ -27,8 +27,8 @@ enum class Installed
 
 // programFolder ends with a separator. If programFolder is empty, no language counts as installed.
 
-/// Returns noFolder if the folder shortName does not exist, emptyFolder if it contains no DLL, and otherwise
-/// yes. Accepts any folder name.
+/// Returns noFolder if the folder shortName does not exist, emptyFolder if it contains no DLL, and yes
+/// otherwise. Accepts any folder name.
 Installed languageFolder(const wchar_t* programFolder, const wchar_t* shortName);
 
 /// Returns yes if the language is installed, otherwise the first reason why it is not.

@@ -7,8 +7,8 @@
 
 namespace uinfo {
 
-// Each function appends to its first argument. A function whose result does not fit returns false and may
-// have appended part of it.
+// Each function appends to its first argument. A function returns false if its result does not fit; part of
+// the result may then have been appended.
 
 bool appendCompanyRoot(BoundedText& key, const wchar_t* company);
 bool appendProductRoot(BoundedText& key, const wchar_t* companyRoot, const wchar_t* product);

@@ -11,9 +11,9 @@ namespace uinfo {
 /// Preserves the thread's last error.
 const wchar_t* programFolder();
 
-/// Writes the path of a folder next to the executable to buffer, which holds size characters, and returns the
-/// path's length. Returns 0 on failure, for example if the path would be longer than size - 3 characters;
-/// buffer may then contain part of a path.
+/// Writes into buffer the path of a folder next to the executable, and returns the path's length. buffer
+/// holds size characters. Returns 0 on failure, for example if the path would be longer than size - 3
+/// characters; buffer may then contain part of a path.
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
 /// Appends the path of a file or folder next to the executable. Does not cache the executable's path. Returns

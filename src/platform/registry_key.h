@@ -16,9 +16,9 @@ public:
     RegistryKey() = default;
     explicit RegistryKey(HKEY key) : m_key(key) {}
 
-    /// Opens a key. On failure the result holds no key, and the thread's last error is set to the reason.
+    /// Opens a key. On failure, the result holds no key, and the thread's last error is set to the reason.
     static RegistryKey open(HKEY parent, const wchar_t* path, REGSAM access);
-    /// Opens a key for writing, or creates it and any missing parents. On failure the result holds no key.
+    /// Opens a key for writing, or creates it and any missing parents. On failure, the result holds no key.
     static RegistryKey openOrCreate(HKEY parent, const wchar_t* path);
 
     explicit operator bool() const { return m_key != nullptr; }

@@ -25,8 +25,8 @@ bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 /// Returns a copy that the caller must free with delete[]; null for null.
 wchar_t* duplicate(const wchar_t* text);
 
-/// Returns the length of the folder part of a path, which ends with the last separator or, in a path such as
-/// "C:name", with the drive. Returns 0 if the path has neither.
+/// Returns the length of the folder part of a path. The folder part ends with the last separator or, in a
+/// path such as "C:name", with the drive. Returns 0 if the path has neither.
 std::size_t folderLength(const wchar_t* path);
 
 inline constexpr std::size_t anyLength = SIZE_MAX;

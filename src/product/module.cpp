@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The product object. DllMain creates it after all static objects and destroys it before them, because the
-/// product object uses the static configuration object.
+/// The product object. It uses the static configuration object, so DllMain creates it after all static
+/// objects and destroys it before them.
 constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace

@@ -12,7 +12,7 @@ namespace uinfo {
 TarvoConfig::Error readValueFromKey(HKEY key, const wchar_t* valueName, VelaVariant& value);
 
 /// Writes a value of a key that is open for setting values. Writes nothing and returns eOk if value is eNull,
-/// an empty eBinary or of an unknown type.
+/// is an empty eBinary, or has an unknown type.
 TarvoConfig::Error writeValueToKey(HKEY key, const wchar_t* valueName, const VelaVariant& value);
 
 } // namespace uinfo

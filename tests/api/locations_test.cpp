@@ -23,7 +23,7 @@ TarvoConfig::Error startNorvik()
     return InitVelaConfig(nullptr, nullptr, L"en-US", nullptr);
 }
 
-/// Each function, the index of the function whose path it extends, and what it appends.
+/// In each row: a function, the index of the row whose path it extends, and the part that it appends.
 const struct
 {
     PathFunction folder;
@@ -125,8 +125,8 @@ TEST_F(UserFolders, AreOverriddenByStoredPaths)
 TEST(GetCurrentProfileName, ReportsTheSizeThatItNeeds)
 {
     const std::string longest(299, 'p');
-    // The stored value and the buffer's size; then the name that must be written, or "-" for none, and the
-    // size that must be reported.
+    // The stored value and the buffer's size, followed by the expected name ("-" for none) and the expected
+    // reported size.
     const std::tuple<std::optional<RawValue>, unsigned long, std::string, unsigned long> rows[] = {
         {text("Grün"), 5, "Grün", 5},
         {text("Grün"), 4, "-", 5},

@@ -14,7 +14,7 @@ TEST(Language, IsFoundByItsNumberAndItsName)
         EXPECT_TRUE(TarvoLanguage::isValidShortName(language.shortName()));
         EXPECT_TRUE(TarvoLanguage(language.shortName()) == language);
         EXPECT_FALSE(TarvoLanguage(index - 1) == language);
-        // The language's own resource library contains its local name.
+        // The language's local name is in the language's own resource library.
         const auto file = thisProgram().parent_path() / utf8(language.shortName()) / "RkUInfoRes.dll";
         wchar_t name[64] = {};
         LoadStringW(LoadLibraryW(Wide(windowsPath(file))), static_cast<UINT>(1001 + index), name, 64);

@@ -215,8 +215,8 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Returns true if the set `now` contains all entries that the sets `before` and `after` have in common, and
-/// no entry that both sets lack.
+/// Returns true if `now` contains every entry that is in both `before` and `after`, and every entry of `now`
+/// is in at least one of these sets.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };

@@ -1,6 +1,6 @@
-// Runs random store operations, and repeats each by registry calls on a second tree, the twin. After each
-// operation, the results, variants, iterators and numbers of open keys must agree. At the end, both trees
-// must be equal. Arguments: the number of operations, the seed.
+// Runs random store operations, and repeats each one with registry calls on a second tree, the twin. After
+// each operation, the results, variants, iterators and numbers of open keys must agree. At the end, both
+// trees must be equal. Arguments: the number of operations, the seed.
 #include "support/open_keys.h"
 #include "support/registry.h"
 
@@ -54,8 +54,8 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a registry value in both trees, as another program might. Also sets `value` to a variant that
-/// cannot be stored, because its block records a size of 0, and clears `twinValue`.
+/// Stores a registry value in both trees, as another program might. Also clears `twinValue`, and sets `value`
+/// to a variant that cannot be stored, because its block records a size of 0.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);

@@ -10,7 +10,8 @@ namespace testing_support {
 inline constexpr Error eOk = TarvoConfig::eOk;
 inline constexpr TarvoConfig::Path eSettings = TarvoConfig::eSettings;
 
-/// A test that starts as Acme's Widget and leaves no key open.
+/// Starts the library for the company Acme and the product Widget, and checks that each test leaves no key
+/// open.
 class StoreTest : public testing::Test
 {
 protected:

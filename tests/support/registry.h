@@ -1,4 +1,4 @@
-// The registry, read and written by Win32 calls.
+// Reads and writes the registry with Win32 calls.
 #pragma once
 
 #include "support/text.h"

@@ -368,7 +368,7 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         return nullptr;
     }
     // A null name opens the executable. dlsym also finds functions that a module's dependencies export; the
-    // check of the handle below refuses these.
+    // handle check below rejects these.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

@@ -52,7 +52,8 @@ public:
 
     bool isValid() const { return m_isValid; }
 
-    /// Returns the bytes from a virtual address to the end of its section, as far as the file contains them.
+    /// Returns the bytes from a virtual address to the end of its section, or as many of them as the file
+    /// contains.
     Bytes at(std::uint32_t address) const
     {
         constexpr std::size_t sectionHeaderSize = 40;
@@ -147,7 +148,7 @@ StringResource findString(Bytes file, std::uint16_t id)
     }
     const std::optional<std::uint32_t> languages = findTable(resources, *blocks, id / stringsPerBlock + 1);
     const std::size_t data = languages ? findEntry(resources, *languages, std::nullopt).value_or(0) : 0;
-    if (data == 0) { // the offset of the first table, which no data has
+    if (data == 0) { // not found: offset 0 is that of the first table, never of data
         return {ERROR_RESOURCE_NAME_NOT_FOUND, {}};
     }
     const Bytes block = slice(headers.at(read32(resources, data)), 0, read32(resources, data + 4));

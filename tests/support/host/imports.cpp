@@ -40,7 +40,7 @@ std::vector<void**> importSlots(const char* module, const char* function)
                 const std::uintptr_t address = loaded->l_addr + at->r_offset;
                 mprotect(reinterpret_cast<void*>(address & ~(page - 1)), page, PROT_READ | PROT_WRITE);
                 slots.push_back(reinterpret_cast<void**>(address));
-                // Until it is bound, a slot may point to the lazy binder, which would overwrite a patch.
+                // Until a slot is bound, it may point to the lazy binder, which would overwrite a patch.
                 if (bound.insert(slots.back()).second) {
                     *slots.back() = dlsym(RTLD_DEFAULT, symbol);
                 }

@@ -1,4 +1,4 @@
-// Includes windows.h, in which Wine declares the functions of this header that libc++ uses.
+// libc++ uses functions of this header that Wine declares in windows.h.
 #pragma once
 
 #include <windows.h>

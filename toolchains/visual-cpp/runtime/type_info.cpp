@@ -1,5 +1,5 @@
 // The virtual table of type_info, to which every type descriptor refers. This file is compiled without RTTI,
-// because type descriptors in the file that defines the table would refer to it by a different name.
+// because type descriptors in the file that defines the table would refer to the table by a different name.
 #include <typeinfo>
 
 static volatile int destroyed;

@@ -1,4 +1,4 @@
-// The table of all words and options. The parser of command lines is built from this table and the list of
+// The table of all words and options. The command-line parser is built from this table and the list of
 // commands; the man page and the completions are generated from the parser. No other file includes CLI11,
 // which is slow to compile.
 #include "commands/command.h"

@@ -204,8 +204,8 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // Choosing a name ends at the first source that contains one. To read the later sources too, this code
-    // repeats the choice and omits one more source each time.
+    // The choice of a name ends at the first source that contains one. To read the later sources too, this
+    // code repeats the choice and omits one more source each time.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {

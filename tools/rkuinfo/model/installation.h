@@ -43,7 +43,7 @@ struct LanguageState
     std::string other = {};                       ///< the library's language if it differs from `record`
 
     std::string name() const { return utf8(record.shortName); }
-    /// Returns why the language is not installed; empty if it is.
+    /// Returns the reason why the language is not installed; empty if it is.
     std::string whyNot() const;
 };
 
@@ -86,9 +86,10 @@ public:
     const std::int32_t preferred;         ///< the installed language that start-up would propose
     std::vector<LanguageState> languages; ///< all known languages, by index
 
-    /// Returns why the requested language cannot be used; empty if it can, or if no language is requested.
+    /// Returns the reason why the requested language cannot be used; empty if it can, or if no language is
+    /// requested.
     std::string whyNotWanted() const;
-    /// Returns why no language is installed.
+    /// Returns the reason why no language is installed.
     std::string whyNone() const;
     /// Returns true if a language is installed and the requested language, if any, can be used.
     bool hasLanguage() const { return preferred != uinfo::unknownLanguage && whyNotWanted().empty(); }

@@ -128,8 +128,8 @@ struct Edit
 /// Applies the changes of a file to a tree in memory.
 void edit(Tree& tree, const std::vector<Edit>& edits);
 
-/// A difference between two trees, which must outlive the Change. A null pointer means that the key or value
-/// does not exist.
+/// A difference between two trees. Both trees must outlive the Change. A null pointer means that the key or
+/// value does not exist.
 struct Change
 {
     Name name;

@@ -65,8 +65,8 @@ std::string nativePath(const Text& path)
 }
 
 /// Quotes a word for PowerShell and cmd. Escapes the characters that PowerShell interprets inside double
-/// quotes: $, ` and the quotation marks ", U+201C, U+201D and U+201E. cmd misreads a word that contains ` or
-/// $, because cmd keeps the ` that escapes the character. cmd also expands %NAME%.
+/// quotes: puts a ` before $ and `, and doubles the quotation marks ", U+201C, U+201D and U+201E. cmd does
+/// not remove the added `, so it misreads a word that contains ` or $. cmd also expands %NAME%.
 std::string shellWord(const std::string& word)
 {
     constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.:/\\";

@@ -158,12 +158,13 @@ constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
 std::atomic<const std::uint64_t*> page = noIndex; // noIndex: the version is unknown
+
 // The address at which the index or a page of zeros is mapped. One of them is always mapped, because readers
 // do not lock.
 void* const place = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 
-// The number of files opened so far, which is part of the version because two files without a log have the
-// same header.
+// The number of files opened so far. It is part of the version because two files without a log have the same
+// header.
 std::atomic<std::uint64_t> turn = 0;
 
 /// Returns a number from the header, or 0 if there is no header.
@@ -181,7 +182,7 @@ void unmapVersion()
     static_cast<void>(mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
 }
 
-/// Makes contentVersion read the index of the open log, if SQLite could allocate one.
+/// Makes contentVersion read the index of the open log, if SQLite could allocate an index.
 void showVersion()
 {
     struct stat index = {};
@@ -198,8 +199,8 @@ void showVersion()
 // ---- The log
 //
 // A log continues one state of the file and may be applied only to that state. Therefore each state has a
-// random number, its generation, which is stored in SQLite's user_version. A log stores the generation
-// of the state that it continues in SQLite's application_id.
+// random number, its generation, which is stored in SQLite's user_version. In SQLite's application_id, a log
+// stores the generation of the state that it continues.
 
 /// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()

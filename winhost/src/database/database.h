@@ -64,8 +64,8 @@ using Lock = std::unique_lock<std::mutex>;
 class Transaction
 {
 public:
-    /// If there is no file, a transaction for reading sees the content of a new file, and one for writing
-    /// creates the file. A transaction for writing waits for other writers, for about 5 s at most.
+    /// If there is no file, a read transaction sees the content of a new file, and a write transaction
+    /// creates the file. A write transaction waits at most about 5 s for other writers.
     explicit Transaction(bool isWriting);
     ~Transaction();
 
@@ -93,7 +93,7 @@ void leave();
 class Query
 {
 public:
-    /// Arguments that are bytes are not copied and must outlive the query.
+    /// Byte arguments are not copied and must outlive the query.
     template <typename... Arguments>
     explicit Query(const char* sql, const Arguments&... arguments) : m_statement(prepared(sql))
     {

@@ -85,8 +85,8 @@ ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
     return errno == 0 ? static_cast<ssize_t>(size) : -1;
 }
 
-/// When SQLite removes the log's index, first clears its header: a process that has closed its descriptors,
-/// or a child, may still map the index, and must not return cached answers.
+/// Before SQLite removes the log's index, clears the index's header. A child, or a process that has closed
+/// its descriptors, may still map the index, and must not return cached answers.
 int removeFile(const char* path)
 {
     constexpr char header[96] = {};

@@ -33,7 +33,7 @@ int descriptor(File file);
 /// The child must not share its parent's locks.
 void leaveFiles();
 /// Returns true if one of the descriptors no longer refers to the store's file. Calls leaveFiles() first if
-/// the process is a child that was created without the handlers of a fork.
+/// the process is a child that was created without the fork handlers.
 bool areFilesLost();
 /// Returns true if the open file is the one at the path, or if neither exists.
 bool isAtPlace(const std::string& file, File which);

@@ -30,7 +30,7 @@ public:
 
     /// Returns the cached answer; null if none is valid.
     const Answer* recall(const Question& question);
-    /// Also returns an outdated answer, if only changes by other processes have invalidated it.
+    /// Also returns an outdated answer if this process has not written since the answer was cached.
     const Answer* recallOutdated(const Question& question);
     /// Caches an answer, unless the store has changed or the answer has more than 2,400 bytes. Call it in a
     /// Transaction.

@@ -291,10 +291,10 @@ void deleteTree(NodeId node, bool withItself)
 } // namespace winhost::registry
 
 // A key's number is higher than its parent's and is almost never reused. `shape` has one row, which contains
-// the highest number so far. Undoing a change frees the numbers that the change assigned. New numbers are
-// random steps apart, so that a freed number is unlikely to be assigned again. `name` is the name as it was
-// given at creation, in UTF-16. `folded` is a form of the name that ignores case; keys and values are found
-// and sorted by it.
+// the highest number so far. Undoing a change frees the numbers that the change assigned. Each new number is
+// a random step higher than the last, so that a freed number is unlikely to be assigned again. `name` is the
+// name as it was given at creation, in UTF-16. `folded` is a form of the name that ignores case; it is used
+// to find and sort keys and values.
 const winhost::database::Content winhost::database::content = {
     "registry.db",
     "CREATE TABLE keys(parent INTEGER NOT NULL, folded BLOB NOT NULL, id INTEGER NOT NULL UNIQUE, name BLOB "

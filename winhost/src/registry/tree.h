@@ -1,5 +1,5 @@
-// The registry's keys and values in the store. Call the functions that read or change them in a Transaction;
-// they throw Failure.
+// The registry's keys and values in the store. The functions that read or change them must be called in a
+// Transaction. These functions throw Failure.
 #pragma once
 
 #include "database/database.h"
@@ -51,8 +51,8 @@ struct Answer
     Text name = {}; ///< the original spelling of the name; unset for a path
 };
 
-/// Returns the cached answer, otherwise reads the store. Do not call this after a change in the same
-/// Transaction.
+/// Returns the cached answer if there is one; otherwise reads the store. Do not call this after a change in
+/// the same Transaction.
 Answer find(const Question& question);
 
 /// The counts of a key's sub-keys and values, and the greatest lengths of their names and data in bytes.
