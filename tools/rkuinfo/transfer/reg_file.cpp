@@ -11,17 +11,33 @@ constexpr std::string_view firstLine = "Windows Registry Editor Version 5.00";
 constexpr std::string_view longRoot = "HKEY_CURRENT_USER\\";
 constexpr std::string_view shortRoot = "HKCU\\";
 constexpr std::string_view mark = "\xff\xfe";
+constexpr std::string_view utf8Mark = "\xef\xbb\xbf";
 constexpr const char* blanks = " \t\r";
 
 /// The registry editor writes UTF-16; other editors may save the file as UTF-8.
 std::string textOfFile(const std::string& bytes)
 {
     if (!bytes.starts_with(mark)) {
-        return bytes;
+        return bytes.substr(bytes.starts_with(utf8Mark) ? utf8Mark.size() : 0);
     }
     Text text((bytes.size() - mark.size()) / sizeof(wchar_t), 0);
     bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t), mark.size());
     return utf8(text);
+}
+
+/// Returns the length of the first line. A line that begins with a value's name may contain strings, and a
+/// string may contain line breaks.
+std::size_t lengthOfLine(std::string_view text)
+{
+    const std::size_t first = text.find_first_not_of(blanks);
+    const bool isValue = first != std::string_view::npos && (text[first] == '"' || text[first] == '@');
+    bool isString = false;
+    std::size_t i = 0;
+    for (; i < text.size() && (text[i] != '\n' || isString); ++i) {
+        isString ^= isValue && text[i] == '"';
+        i += isString && text[i] == '\\' ? 1U : 0U;
+    }
+    return std::min(i, text.size());
 }
 
 /// Reads the file in one pass. A function that reads a part of a line removes that part from the line.
@@ -58,10 +74,11 @@ private:
     bool nextLine()
     {
         m_joined.clear();
+        m_number = m_nextNumber;
         bool isRead = false;
         for (bool continues = true; continues && !m_rest.empty(); isRead = true) {
-            ++m_number;
-            std::string_view line = m_rest.substr(0, m_rest.find('\n'));
+            std::string_view line = m_rest.substr(0, lengthOfLine(m_rest));
+            m_nextNumber += 1 + static_cast<std::size_t>(std::ranges::count(line, '\n'));
             m_rest.remove_prefix(std::min(line.size() + 1, m_rest.size()));
             line.remove_prefix(std::min(line.find_first_not_of(blanks), line.size()));
             line = line.substr(0, line.find_last_not_of(blanks) + 1);
@@ -173,7 +190,8 @@ private:
     std::string_view m_rest = m_text;
     std::string m_joined;
     std::string_view m_line;
-    std::size_t m_number = 0; ///< the line number
+    std::size_t m_number = 1; ///< the line number
+    std::size_t m_nextNumber = 1;
     Text m_key;
     bool m_hasKey = false; ///< false before the first key and after a removed key
     std::vector<Edit> m_edits;
@@ -183,7 +201,7 @@ private:
 
 bool isRegFile(const std::string& bytes)
 {
-    return bytes.starts_with(mark) || bytes.starts_with(firstLine);
+    return bytes.starts_with(mark) || textOfFile(bytes).starts_with(firstLine);
 }
 
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root)
