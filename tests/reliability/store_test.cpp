@@ -217,21 +217,26 @@ LSTATUS openStore(bool locks)
     return 0;
 }
 
-/// Writes and reads three databases that belong to the program. The database files get the descriptor numbers
-/// of the store's files if these numbers are free.
+/// On the first call, begins a transaction in each of three databases of the program, whose files get the
+/// descriptor numbers of the store's files if these are free. On the second call, commits the transactions
+/// and fails if a lock is left.
 LSTATUS useDatabases(int)
 {
-    const auto execute = [](const char* sql) {
-        int result = SQLITE_OK;
-        sqlite3* opened[3] = {};
-        for (int i = 0; i < 3; ++i) {
-            sqlite3_open((scratchFolder() / std::to_string(i)).c_str(), &opened[i]);
-            result |= sqlite3_exec(opened[i], sql, nullptr, nullptr, nullptr);
-        }
-        std::for_each(std::begin(opened), std::end(opened), sqlite3_close);
-        return result;
-    };
-    return execute("CREATE TABLE IF NOT EXISTS t(x)") + execute("SELECT x FROM t");
+    static std::vector<sqlite3*> opened;
+    const bool isFirst = opened.empty();
+    opened.resize(3);
+    int result = SQLITE_OK;
+    for (std::size_t i = 0; i < opened.size(); ++i) {
+        const fs::path file = scratchFolder() / std::to_string(i);
+        result |= isFirst ? sqlite3_open(file.c_str(), &opened[i]) : SQLITE_OK;
+        const char* const sql = isFirst ? "BEGIN IMMEDIATE; CREATE TABLE t(x)" : "COMMIT";
+        result |= sqlite3_exec(opened[i], sql, nullptr, nullptr, nullptr);
+        struct flock lock = {};
+        lock.l_type = F_WRLCK;
+        result |= isFirst ? 0 : fcntl(open(file.c_str(), O_RDWR), F_OFD_GETLK, &lock);
+        result |= lock.l_type != (isFirst ? F_WRLCK : F_UNLCK);
+    }
+    return result;
 }
 
 /// Unsets the variables that contain the home folder, so that only getpwuid_r returns it.

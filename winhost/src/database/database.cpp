@@ -1,6 +1,5 @@
 #include "database/database.h"
 
-#include "database/descriptors.h"
 #include "last_error.h"
 #include "user_folders.h"
 
@@ -45,10 +44,10 @@ using Listing = std::tuple<dev_t, ino_t, time_t, long, dev_t, ino_t>;
 
 struct Connection
 {
-    std::mutex mutex;   // protects all other members
-    std::string path;   // the store's file below the user's data folder
-    std::string file;   // path with links resolved
-    std::string folder; // the folder that contains `file`
+    ConnectionMutex mutex; // protects all other members
+    std::string path;      // the store's file below the user's data folder
+    std::string file;      // path with links resolved
+    std::string folder;    // the folder that contains `file`
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
@@ -185,6 +184,9 @@ void unmapVersion()
 /// Makes contentVersion read the index of the open log, if SQLite could allocate an index.
 void showVersion()
 {
+    if (page != noIndex) {
+        return;
+    }
     struct stat index = {};
     fstat(descriptor(eIndex), &index);
     void* const shown = index.st_size < off_t{pageSize}
@@ -247,9 +249,7 @@ LSTATUS setGeneration(std::int32_t last)
 void beginLog()
 {
     check(generationOfFile() != own.generation ? logStatus() : ERROR_SUCCESS);
-    if (page == noIndex) {
-        showVersion(); // a mapping that failed before may succeed now
-    }
+    showVersion(); // a mapping that failed before may succeed now
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
         own.generation = generationOfFile(); // other processes cannot change it during the transaction
         check(setGeneration(own.generation));

@@ -3,6 +3,8 @@
 // module does not depend on the tables.
 #pragma once
 
+#include "database/descriptors.h"
+
 #include <sqlite3.h>
 #include <windows.h>
 
@@ -58,7 +60,7 @@ extern const Content content;
 /// no process has written. Does not lock and makes no system call.
 std::uint64_t contentVersion();
 
-using Lock = std::unique_lock<std::mutex>;
+using Lock = std::unique_lock<ConnectionMutex>;
 
 /// A transaction, which locks the connection. It is undone unless it is committed.
 class Transaction

@@ -27,6 +27,7 @@ std::atomic<int> numbers[std::size(suffixes)] = {-1, -1, -1};
 constexpr off_t mark = 0x5707E5E7;
 
 thread_local const std::string* expected = nullptr;
+thread_local bool isInCall = false;
 thread_local bool isClosing = false;
 
 bool isOurs(int file)
@@ -62,11 +63,11 @@ int controlFile(int file, int command, ...)
     va_start(arguments, command);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    if (!isOurs(file) || (command != F_SETLK && command != F_GETLK)) {
+    if (!isInCall || !isOurs(file) || (command != F_SETLK && command != F_GETLK)) {
         return fcntl(file, command, argument);
     }
-    if (isLost(file)) {
-        return isClosing ? 0 : fcntl(file, command, argument);
+    if (isClosing && isLost(file)) {
+        return 0;
     }
     static_cast<struct flock*>(argument)->l_pid = 0;
     return fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
@@ -78,7 +79,7 @@ int controlFile(int file, int command, ...)
 ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 {
     constexpr off_t page = 4096;
-    if (size != 1 || file != numbers[eIndex] || isLost(file)) {
+    if (!isInCall || size != 1 || file != numbers[eIndex]) {
         return pwrite(file, data, size, at);
     }
     errno = posix_fallocate(file, at / page * page, page);
@@ -103,7 +104,7 @@ std::size_t mappingCount = 0;
 void* mapFile(void* place, std::size_t size, int protection, int flags, int file, off_t at)
 {
     void* const made = mmap(place, size, protection, flags, file, at);
-    if (made != MAP_FAILED && file == numbers[eIndex] && mappingCount < std::size(mappings)) {
+    if (made != MAP_FAILED && isInCall && file == numbers[eIndex] && mappingCount < std::size(mappings)) {
         mappings[mappingCount++] = {made, size};
     }
     return made;
@@ -118,6 +119,25 @@ void replace(const char* name, Function* function)
 }
 
 } // namespace
+
+void ConnectionMutex::lock()
+{
+    m_mutex.lock();
+    isInCall = true;
+}
+
+bool ConnectionMutex::try_lock()
+{
+    const bool isLocked = m_mutex.try_lock();
+    isInCall = isInCall || isLocked; // a thread that has locked the mutex may try again while it exits
+    return isLocked;
+}
+
+void ConnectionMutex::unlock()
+{
+    isInCall = false;
+    m_mutex.unlock();
+}
 
 void expectFiles(const std::string* file)
 {

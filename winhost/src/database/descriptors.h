@@ -9,6 +9,7 @@
 // - mmap, so that the child of a fork does not share its parent's mappings of the index.
 #pragma once
 
+#include <mutex>
 #include <string>
 
 struct sqlite3;
@@ -22,6 +23,19 @@ enum File
     eIndex
 };
 constexpr const char* suffixes[] = {"", "-wal", "-shm"};
+
+/// Protects the connection. A thread that has locked this mutex uses the store's files. In other threads, a
+/// descriptor with the same number belongs to a database of the program.
+class ConnectionMutex
+{
+public:
+    void lock();
+    bool try_lock();
+    void unlock();
+
+private:
+    std::mutex m_mutex;
+};
 
 /// Records the descriptors of this file, its log and its index when SQLite opens them in this thread. Null
 /// stops recording.
