@@ -7,7 +7,7 @@ found_arrows() {
     local objects=$1
     (cd src && grep -HoE '#include "[a-z]+/' -r . | sed -E 's|^\./([a-z]+)/[^:]*:#include "([a-z]+)/|\1 -> \2|')
     for source in src/*/*.cpp; do
-        nm "$objects"/*.dir/"${source#src/}".o | sed "s|^|$(basename "$(dirname "$source")") |"
+        nm "$objects"/*.dir/"${source#src/}".o | sed "s|^|$(basename "$(dirname "$source")") |" || exit
     done | awk '
         NF == 4 && $3 ~ /[TBDR]/ { home[$4] = $1 }
         NF == 3 && $2 == "U" { needs[$1 " " $3] }
@@ -21,15 +21,15 @@ found_arrows() {
 }
 
 check_arrows() {
-    local allowed forbidden
+    local allowed found forbidden
     build host RkUInfo >build/arrows.log || {
         cat build/arrows.log >&2
         return 1
     }
     allowed=$(sed -n 's/^\([a-z]*\) -> \([a-z ]*\)$/\1 \2/p' docs/ARCHITECTURE.md |
         while read -r from to; do printf "$from -> %s\n" $to; done)
-    forbidden=$(found_arrows build/host/src/CMakeFiles | sed -E '/^([a-z]+) -> \1$/d' | sort -u | grep -vxF "$allowed") ||
-        return 0
+    found=$(found_arrows build/host/src/CMakeFiles) || return
+    forbidden=$(sed -E '/^([a-z]+) -> \1$/d' <<<"$found" | sort -u | grep -vxF "$allowed") || return 0
     echo "src/ has dependencies that docs/ARCHITECTURE.md does not allow:" >&2
     echo "$forbidden" >&2
     return 1
