@@ -383,7 +383,7 @@ LSTATUS connect(Kind kind, bool createsTables)
                             : kind == eWritable ? uriOf(own.file, "rw")
                             : isAlone           ? uriOf(own.file, "ro&immutable=1")
                                                 : uriOf(own.file, "ro&readonly_shm=1");
-    expectFiles(&own.file);
+    recordFiles(own.file);
     const LSTATUS status = outcome([&] {
         own.kind = kind;
         errno = 0;
@@ -417,7 +417,6 @@ LSTATUS connect(Kind kind, bool createsTables)
         sqlite3_busy_timeout(own.database, longestWait.count());
         return ERROR_SUCCESS;
     });
-    expectFiles(nullptr);
     if (status != ERROR_SUCCESS) {
         disconnect();
     }

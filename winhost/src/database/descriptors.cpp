@@ -26,7 +26,7 @@ std::atomic<int> numbers[std::size(suffixes)] = {-1, -1, -1};
 // unlikely to have it. Some file systems refuse offsets of 2 GiB and more.
 constexpr off_t mark = 0x5707E5E7;
 
-thread_local const std::string* expected = nullptr;
+const std::string* recorded = nullptr;
 thread_local bool isInCall = false;
 thread_local bool isClosing = false;
 
@@ -43,8 +43,8 @@ bool isLost(int file)
 int openFile(const char* path, int flags, int mode)
 {
     const int file = ::open(path, flags, mode);
-    for (int which = eContent; expected != nullptr && file >= 0 && which <= eIndex; ++which) {
-        if (path == *expected + suffixes[which]) {
+    for (int which = eContent; isInCall && file >= 0 && which <= eIndex; ++which) {
+        if (path == *recorded + suffixes[which]) {
             lseek(file, mark, SEEK_SET);
             numbers[which] = file;
         }
@@ -139,9 +139,10 @@ void ConnectionMutex::unlock()
     m_mutex.unlock();
 }
 
-void expectFiles(const std::string* file)
+void recordFiles(const std::string& file)
 {
-    static const bool areReplaced = [] {
+    recorded = &file;
+    [[maybe_unused]] static const bool areReplaced = [] {
         replace("open", openFile);
         replace("close", closeFile);
         replace("fcntl", controlFile);
@@ -151,7 +152,6 @@ void expectFiles(const std::string* file)
         replace("mmap", mapFile);
         return true;
     }();
-    expected = areReplaced ? file : nullptr;
 }
 
 int descriptor(File file)

@@ -37,9 +37,8 @@ private:
     std::mutex m_mutex;
 };
 
-/// Records the descriptors of this file, its log and its index when SQLite opens them in this thread. Null
-/// stops recording.
-void expectFiles(const std::string* file);
+/// Records the descriptors of this file, its log and its index when SQLite opens them for the connection.
+void recordFiles(const std::string& file);
 
 /// Returns -1 if the file is not open, or if SQLite shares it with another connection of the process.
 int descriptor(File file);
