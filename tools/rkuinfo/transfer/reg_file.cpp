@@ -180,7 +180,7 @@ private:
         std::erase_if(digits, [](char each) { return each == ',' || each == ' ' || each == '\t'; });
         m_line = {};
         const std::optional<std::string> bytes = bytesFromHex(digits);
-        require(bytes.has_value(), "not bytes in hexadecimal");
+        require(bytes.has_value(), "not hexadecimal bytes");
         return *bytes;
     }
 
