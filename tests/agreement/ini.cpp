@@ -20,9 +20,9 @@ Text lines(Trace& trace)
     for (std::uint32_t more = trace.below(12); more > 0; --more) {
         all += trace.word(u"|[Sec]|[two] |key=|K2 = |\u00E9=");
         for (std::uint32_t i = trace.below(5); i > 0; --i) {
-            all +=
-                trace.word(u"[|]|sec|Two|key|K2|=|=| "
-                           u"|\t|;|\"|'|value|0x1F|-12|+4|99999999999|000000000000000000000000000012|\u00E9");
+            all += trace.word(
+                u"[|]|sec|Two|key|K2|=|=| "
+                u"|\t|;|\"|'|value|0x1F|-12|+4A|99999999999|000000000000000000000000000012|\u00E9");
         }
         all += trace.word(u"\n|\r\n|\r");
     }
