@@ -27,9 +27,11 @@ RKUINFO_API TarvoConfig* velaConfig();
 /// - company: "TARVO.ini" [Product] CompanyName; "Norvik"
 /// - product: "CurProduct" under Software\{company}; "TARVO.ini" [Product] ProductName; "TARVO"
 /// - language (a short name such as "en-US"): "CurVer" under the version root; "TARVO.ini" [Product] LocaleId
-///   mapped by [LocaleIdLangName]. The first name found decides; if it is not an installed language, or no
-///   name is found, a message box asks whether to use the first installed language
+///   mapped by [LocaleIdLangName]
 /// - profile: the current profile, which the profiles key stores
+///
+/// If the first language name found is not an installed language, or if no name is found, a message box asks
+/// whether to use the first installed language.
 ///
 /// If the profiles key stores a current profile, and a different profile argument is passed, start-up stores
 /// the argument instead. Start-up records its choices only in keys that exist; CreateConfigReg creates the

@@ -52,7 +52,7 @@ guest() {
     local folder=${*: -1}
     local build=$folder/build options=(-G Ninja -DCMAKE_BUILD_TYPE=Release "${@:1:$#-1}")
     cmake -S tests/guest -B "$build" "${options[@]}" && cmake --build "$build" || return 1
-    # Windows would read UTF-8 as the ANSI code page; Wine and winhost read both correctly.
+    # Windows would read a UTF-8 file in the ANSI code page; Wine and winhost read both encodings correctly.
     [ "$(od -An -tx1 -N2 "$build/TARVO.ini")" = ' ff fe' ] || return 1
     ! find "$folder" -name RkUInfoRes.dll | grep -v 'en-US\|de-DE' || return 1 # the project has no other languages
     guest_starts "$build" && cmake --install "$build" --prefix "$folder/package" || return 1

@@ -29,7 +29,7 @@ boot_wine() {
         cat "$log" >&2
         return 1
     }
-    # The library reads the version of Windows. By default, this Wine reports a version that no user has.
+    # The library reads the version of Windows, so the tests need a version that does not depend on Wine's default.
     "${wine[@]}" winecfg -v win10 >>"$log" 2>&1
     # Keeps message boxes from waiting for a window manager.
     "${wine[@]}" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1

@@ -1,5 +1,5 @@
 // Chooses company, product, language and profile for start-up, and reports why. The functions read the
-// registry and the INI files in the given program folder; they write, show and cache nothing.
+// registry and the INI files in the given program folder; they write nothing, show nothing and cache nothing.
 #pragma once
 
 #include "installation/installed.h"

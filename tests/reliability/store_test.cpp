@@ -475,7 +475,7 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
     EXPECT_EQ(Process(folder)(useFull), "0 0 112 0 ");
     fs::remove(folder / "ballast");
     EXPECT_EQ(running(use), "0 0 0 0 ");
-    running.kill(); // leaves a log, which the process with write access writes back
+    running.kill(); // leaves a log; the process that starts in mode "rw" writes it back
     for (const std::string mode : {"ro", "rw", "ro"}) {
         ASSERT_TRUE(shell("mount -o remount," + mode + " disk"));
         EXPECT_EQ(Process(folder)(use), mode == "rw" ? "0 0 0 0 " : "0 0 5 0 "); // ERROR_ACCESS_DENIED

@@ -59,7 +59,7 @@ INT MessageBoxW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type)
 
 void ExitProcess(UINT code)
 {
-    // As on Windows, destroys no static objects of the program, because other threads may still use them.
+    // As on Windows, does not destroy the static objects of the program: other threads may still use them.
     // Does not flush stdin, because a thread that waits for input holds the lock of stdin.
     std::fflush(stdout);
     std::fflush(stderr);

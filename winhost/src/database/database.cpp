@@ -148,11 +148,12 @@ LSTATUS alone(const std::string& folder, Work work)
 // https://www.sqlite.org/walformat.html. If the header has another format, the version is 0.
 
 constexpr std::uint32_t indexFormat = 3007000;
-constexpr std::size_t saltsAt = 4;    // offset of the log's salts, in 8-byte units
-constexpr std::size_t sumAt = 5;      // offset of the header's checksum, in 8-byte units
-constexpr std::size_t framesAt = 4;   // offset of the number of frames in the log, in 4-byte units
-constexpr std::size_t countAt = 14;   // offset of the second header's change counter, in 4-byte units
-constexpr std::size_t writtenAt = 24; // offset of the number of frames copied to the file, in 4-byte units
+// Offsets, in units of the number that is stored there:
+constexpr std::size_t saltsAt = 4;    // the log's salts (64 bits)
+constexpr std::size_t sumAt = 5;      // the header's checksum (64 bits)
+constexpr std::size_t framesAt = 4;   // how many frames the log contains (32 bits)
+constexpr std::size_t countAt = 14;   // the change counter in the second copy of the header (32 bits)
+constexpr std::size_t writtenAt = 24; // how many frames have been copied to the file (32 bits)
 constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
@@ -200,9 +201,9 @@ void showVersion()
 
 // ---- The log
 //
-// A log continues one state of the file and may be applied only to that state. Therefore each state has a
-// random number, its generation, which is stored in SQLite's user_version. In SQLite's application_id, a log
-// stores the generation of the state that it continues.
+// A log contains changes to one state of the file and may be applied only to that state. Therefore each state
+// has a random number, its generation, which is stored in SQLite's user_version. A log stores the generation
+// of the state that it changes in SQLite's application_id.
 
 /// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()
