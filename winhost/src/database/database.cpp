@@ -232,8 +232,11 @@ LSTATUS logStatus()
         return ERROR_LOCK_FAILED;
     }
     own.generation = generationOfFile();
-    Query query("SELECT user_version, application_id FROM pragma_user_version, pragma_application_id");
-    if (query.next() && (query.number(0) == own.generation || query.number(1) == own.generation)) {
+    const auto isGeneration = [](const char* sql) {
+        Query query(sql);
+        return query.next() && query.number(0) == own.generation;
+    };
+    if (isGeneration("PRAGMA user_version") || isGeneration("PRAGMA application_id")) {
         return ERROR_SUCCESS;
     }
     return version != 0 && version == contentVersion() ? ERROR_REGISTRY_CORRUPT : ERROR_LOCK_FAILED;
