@@ -52,7 +52,7 @@ struct Choice
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
-    /// Points to the argument or to the built-in name, whichever decided; null if another source decided.
+    /// Points to the argument or to the built-in name if that name was chosen, otherwise null.
     const wchar_t* given = nullptr;
     std::array<wchar_t, nameCapacity + 1> text = {};
     Finding found[4];

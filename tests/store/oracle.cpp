@@ -24,8 +24,8 @@ const HKEY user = HKEY_CURRENT_USER;
 TarvoConfig& config = *velaConfig();
 VelaVariant value; // read by one operation and written by the next
 std::optional<RawValue> twinValue;
-// `path` is the argument of an operation. If the operation is on a value, the value's twin is in the key
-// `key` and is named `name`. If the operation is on a key, the key's twin is the key `whole`.
+// `path` is the argument of an operation. The twin of a value is the value `name` of the key `key`; the twin
+// of a key is the key `whole`.
 std::string path, key, name, whole;
 
 /// Returns the registry value that stores a variant, or nothing if the variant has no block or its block

@@ -1,5 +1,5 @@
-// The registry of a test process, and its children. Both roots of the registry are redirected to separate
-// keys below the real HKEY_CURRENT_USER.
+// The registry of a test process and of the processes that it starts. Both roots of the registry are
+// redirected to separate keys below the real HKEY_CURRENT_USER.
 #include "support/child.h"
 #include "support/registry.h"
 

@@ -182,7 +182,7 @@ void unmapVersion()
     static_cast<void>(mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
 }
 
-/// Makes contentVersion read the index of the open log, if SQLite could allocate an index.
+/// Makes contentVersion read the index of the open log. Does nothing if SQLite could not allocate the index.
 void showVersion()
 {
     if (page != noIndex) {

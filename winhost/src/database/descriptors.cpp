@@ -73,9 +73,9 @@ int controlFile(int file, int command, ...)
     return fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
 }
 
-/// When SQLite writes one byte to allocate a page of the log's index, allocates the whole page. Without this,
-/// a later write to the mapped page would raise a signal if the disk is full and its blocks are smaller than
-/// pages.
+/// Replaces SQLite's pwrite. SQLite writes one byte to allocate a page of the log's index; this function
+/// allocates the whole page. Otherwise a later write to the mapped page would raise a signal if the disk is
+/// full and its blocks are smaller than pages.
 ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 {
     constexpr off_t page = 4096;
