@@ -481,6 +481,11 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
         EXPECT_EQ(Process(folder)(use), mode == "rw" ? "0 0 0 0 " : "0 0 5 0 "); // ERROR_ACCESS_DENIED
     }
     EXPECT_FALSE(fs::exists(folder / "winhost/registry.db-wal"));
+    Process reading(folder);
+    EXPECT_EQ(reading("get 1, get 99999"), "0 2 ");
+    ASSERT_TRUE(shell("mount -o remount,rw disk"));
+    EXPECT_EQ(Process(folder)("set 99999"), "0 ");
+    EXPECT_EQ(reading("get 99999"), "0 "); // although the writer has removed its log
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -20,6 +20,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <thread>
@@ -35,7 +36,8 @@ enum Kind
 {
     eWritable,
     eReadOnly,
-    eNew // in memory, with the content of a new file
+    eUnlocked, // read-only and without a log: SQLite neither locks the file nor notices changes
+    eNew       // in memory, with the content of a new file
 };
 
 /// Changes when the path leads to another file or folder, when a file is created in the folder or deleted
@@ -51,9 +53,10 @@ struct Connection
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
-    LSTATUS whyReadOnly = ERROR_SUCCESS; // the reason for eReadOnly
-    std::int32_t generation = 0;         // of the file itself, not of the log
+    LSTATUS whyReadOnly = ERROR_SUCCESS;    // the reason for eReadOnly or eUnlocked
+    std::optional<std::int32_t> generation; // of the file itself, not of the log; set once it is accepted
     bool isShared = false;
+    bool isLeaving = false; // the process exits, and each call closes the store
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
@@ -88,10 +91,10 @@ LSTATUS statusOf(int code)
     return status == ERROR_CANTOPEN || status == ERROR_REGISTRY_IO_FAILED ? statusOfErrno(status) : status;
 }
 
-LSTATUS run(const std::string& sql)
+LSTATUS run(const char* sql)
 {
     errno = 0;
-    return statusOf(sqlite3_exec(own.database, sql.c_str(), nullptr, nullptr, nullptr));
+    return statusOf(sqlite3_exec(own.database, sql, nullptr, nullptr, nullptr));
 }
 
 // ---- Waiting
@@ -159,9 +162,10 @@ constexpr std::size_t pageSize = 4096;
 constexpr std::uint64_t noIndex[writtenAt] = {};
 std::atomic<const std::uint64_t*> page = noIndex; // noIndex: the version is unknown
 
-// The address at which the index or a page of zeros is mapped. One of them is always mapped, because readers
-// do not lock.
-void* const place = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+// The address of two pages. The first is the index or a page of zeros; one of them is always mapped, because
+// readers do not lock. The second is the store's file: as long as a page of it is mapped, other programs see
+// its lock and do not remove the index, even after this program has closed the descriptors.
+void* const place = mmap(nullptr, 2 * pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 
 // The number of files opened so far. It is part of the version because two files without a log have the same
 // header.
@@ -179,7 +183,7 @@ Number numberAt(std::size_t index)
 void unmapVersion()
 {
     page = noIndex;
-    static_cast<void>(mmap(place, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
+    static_cast<void>(mmap(place, 2 * pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
 }
 
 /// Makes contentVersion read the index of the open log. Does nothing if SQLite could not allocate the index.
@@ -190,7 +194,9 @@ void showVersion()
     }
     struct stat index = {};
     fstat(descriptor(eIndex), &index);
-    void* const shown = index.st_size < off_t{pageSize}
+    void* const file = mmap(static_cast<char*>(place) + pageSize, pageSize, PROT_NONE, MAP_SHARED | MAP_FIXED,
+                            descriptor(eContent), 0);
+    void* const shown = file == MAP_FAILED || index.st_size < off_t{pageSize}
                             ? MAP_FAILED
                             : mmap(place, pageSize, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor(eIndex), 0);
     if (shown != MAP_FAILED) {
@@ -231,12 +237,14 @@ LSTATUS logStatus()
     if (isLogReplaced()) {
         return ERROR_LOCK_FAILED;
     }
-    own.generation = generationOfFile();
-    const auto isGeneration = [](const char* sql) {
+    const std::int32_t generation = generationOfFile();
+    const auto isGeneration = [generation](const char* sql) {
         Query query(sql);
-        return query.next() && query.number(0) == own.generation;
+        return query.next() && query.number(0) == generation;
     };
-    if (isGeneration("PRAGMA user_version") || isGeneration("PRAGMA application_id")) {
+    if (own.generation == generation || isGeneration("PRAGMA user_version") ||
+        isGeneration("PRAGMA application_id")) {
+        own.generation = generation;
         return ERROR_SUCCESS;
     }
     return version != 0 && version == contentVersion() ? ERROR_REGISTRY_CORRUPT : ERROR_LOCK_FAILED;
@@ -245,8 +253,9 @@ LSTATUS logStatus()
 LSTATUS setGeneration(std::int32_t last)
 {
     const auto next = static_cast<std::int32_t>(std::random_device()());
-    return run("PRAGMA application_id = " + std::to_string(last) +
-               "; PRAGMA user_version = " + std::to_string(next));
+    const std::string sql =
+        "PRAGMA application_id = " + std::to_string(last) + "; PRAGMA user_version = " + std::to_string(next);
+    return run(sql.c_str());
 }
 
 /// Starts a new generation if the next write will start a new log. Call it in a transaction for writing.
@@ -256,7 +265,7 @@ void beginLog()
     showVersion(); // a mapping that failed before may succeed now
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
         own.generation = generationOfFile(); // other processes cannot change it during the transaction
-        check(setGeneration(own.generation));
+        check(setGeneration(*own.generation));
     }
 }
 
@@ -338,6 +347,7 @@ void disconnect()
 {
     unmapVersion();
     own.statements.clear();
+    own.generation.reset();
     closeDatabase(std::exchange(own.database, nullptr));
 }
 
@@ -381,13 +391,15 @@ LSTATUS connect(Kind kind, bool createsTables)
 {
     constexpr int flags =
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
-    const bool isAlone = kind == eReadOnly && statusOfFile(own.file + suffixes[eLog]).st_ino == 0 &&
-                         statusOfFile(own.file + suffixes[eIndex]).st_ino == 0;
+    const auto isAbsent = [](const char* suffix) { return statusOfFile(own.file + suffix).st_ino == 0; };
+    if (kind == eReadOnly && isAbsent(suffixes[eLog]) && isAbsent(suffixes[eIndex]) && isAbsent("-journal")) {
+        kind = eUnlocked;
+    }
     const std::string uri = kind == eNew        ? ":memory:"
                             : kind == eWritable ? uriOf(own.file, "rw")
-                            : isAlone           ? uriOf(own.file, "ro&immutable=1")
+                            : kind == eUnlocked ? uriOf(own.file, "ro&immutable=1")
                                                 : uriOf(own.file, "ro&readonly_shm=1");
-    recordFiles(own.file);
+    const Listing before = listing();
     const LSTATUS status = outcome([&] {
         own.kind = kind;
         errno = 0;
@@ -416,7 +428,7 @@ LSTATUS connect(Kind kind, bool createsTables)
         if (kind != eNew) {
             check(logStatus());
             own.listing = {};
-            require(!isMoved(), ERROR_LOCK_FAILED);
+            require(!isMoved() && (kind != eUnlocked || own.listing == before), ERROR_LOCK_FAILED);
         }
         sqlite3_busy_timeout(own.database, longestWait.count());
         return ERROR_SUCCESS;
@@ -430,6 +442,7 @@ LSTATUS connect(Kind kind, bool createsTables)
 /// Opens the store, for writing if possible. Creates it only if forWriting is true.
 LSTATUS open(bool forWriting)
 {
+    recordFiles(own.file);
     if (own.path.empty()) {
         own.path = dataFolder() + "/winhost/" + content.file;
     }
@@ -471,7 +484,7 @@ bool isStale(bool forWriting)
 {
     return own.kind == eNew ? forWriting || statusOfFile(own.path).st_size != 0
            : forWriting     ? own.listing == Listing() || own.whyReadOnly != ERROR_SUCCESS // see begin()
-                            : isMoved();
+                            : (own.kind == eUnlocked && own.listing != listing()) || isMoved();
 }
 
 /// Opens the database, unless a usable connection exists. Throws if that fails, or if forWriting is true and
@@ -503,7 +516,24 @@ void undo(bool isWriting)
         run("ROLLBACK TO call; RELEASE call");
     } else if (!own.isShared) {
         outcome([] { return Query("ROLLBACK").run(), ERROR_SUCCESS; });
+        if (sqlite3_get_autocommit(own.database) == 0) { // there was not enough memory
+            disconnect();
+        }
     }
+}
+
+/// Closes the store. The last process writes the log back.
+LSTATUS close()
+{
+    if (own.database == nullptr || own.kind != eWritable || areFilesLost()) {
+        return ERROR_SUCCESS;
+    }
+    return alone(own.folder, [] {
+        const bool isWhole = !own.isShared && !isMoved() && logStatus() == ERROR_SUCCESS;
+        check(isWhole ? ERROR_SUCCESS : saveLog());
+        sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, isWhole ? 0 : 1, nullptr);
+        return disconnect(), ERROR_SUCCESS;
+    });
 }
 
 /// Begins a transaction for writing, without waiting for other writers.
@@ -559,6 +589,9 @@ Transaction::~Transaction()
     if (!m_isOver) {
         undo(m_isWriting);
     }
+    if (own.isLeaving && !own.isShared) {
+        close(); // leave() has run, but this thread continues
+    }
 }
 
 std::uint64_t Transaction::commit()
@@ -597,18 +630,12 @@ void forsake()
 // Runs after the destructors of all static objects.
 __attribute__((destructor)) void leave()
 {
-    retry([]() -> LSTATUS { // another thread may be in a call, and another process may be exiting too
+    hopeless = Clock::time_point(); // an earlier call that failed must not prevent waiting
+    retry([]() -> LSTATUS {         // another thread may be in a call, and another process may be exiting too
         const Lock lock(own.mutex, std::try_to_lock);
         require(lock.owns_lock(), ERROR_LOCK_FAILED);
-        if (own.database == nullptr || own.kind != eWritable || areFilesLost()) {
-            return ERROR_SUCCESS;
-        }
-        return alone(own.folder, [] {
-            const bool isWhole = !own.isShared && !isMoved() && logStatus() == ERROR_SUCCESS;
-            check(isWhole ? ERROR_SUCCESS : saveLog());
-            sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, isWhole ? 0 : 1, nullptr);
-            return disconnect(), ERROR_SUCCESS;
-        });
+        own.isLeaving = true;
+        return close();
     });
 }
 

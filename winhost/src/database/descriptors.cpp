@@ -40,11 +40,13 @@ bool isLost(int file)
     return lseek(file, 0, SEEK_CUR) != mark;
 }
 
+/// Must not throw, because SQLite calls it.
 int openFile(const char* path, int flags, int mode)
 {
     const int file = ::open(path, flags, mode);
+    const std::string_view opened(path);
     for (int which = eContent; isInCall && file >= 0 && which <= eIndex; ++which) {
-        if (path == *recorded + suffixes[which]) {
+        if (opened.starts_with(*recorded) && opened.substr(recorded->size()) == suffixes[which]) {
             lseek(file, mark, SEEK_SET);
             numbers[which] = file;
         }
@@ -111,11 +113,9 @@ void* mapFile(void* place, std::size_t size, int protection, int flags, int file
 }
 
 template <typename Function>
-void replace(const char* name, Function* function)
+void replace(sqlite3_vfs* system, const char* name, Function* function)
 {
-    if (sqlite3_vfs* const system = sqlite3_vfs_find("unix")) { // a program can unregister it
-        system->xSetSystemCall(system, name, reinterpret_cast<sqlite3_syscall_ptr>(function));
-    }
+    system->xSetSystemCall(system, name, reinterpret_cast<sqlite3_syscall_ptr>(function));
 }
 
 } // namespace
@@ -142,16 +142,23 @@ void ConnectionMutex::unlock()
 void recordFiles(const std::string& file)
 {
     recorded = &file;
-    [[maybe_unused]] static const bool areReplaced = [] {
-        replace("open", openFile);
-        replace("close", closeFile);
-        replace("fcntl", controlFile);
-        replace("pwrite", writeFile);
-        replace("pwrite64", writeFile);
-        replace("unlink", removeFile);
-        replace("mmap", mapFile);
-        return true;
-    }();
+    for (int number = 0; number <= STDERR_FILENO; ++number) {
+        if (fcntl(number, F_GETFD) < 0) {
+            static_cast<void>(::open("/dev/null", O_RDWR)); // opened under the lowest free number
+        }
+    }
+    static bool areReplaced = false;
+    sqlite3_vfs* const system = areReplaced ? nullptr : sqlite3_vfs_find("unix");
+    if (system != nullptr) { // a program can unregister it
+        replace(system, "open", openFile);
+        replace(system, "close", closeFile);
+        replace(system, "fcntl", controlFile);
+        replace(system, "pwrite", writeFile);
+        replace(system, "pwrite64", writeFile);
+        replace(system, "unlink", removeFile);
+        replace(system, "mmap", mapFile);
+        areReplaced = true;
+    }
 }
 
 int descriptor(File file)

@@ -38,6 +38,8 @@ private:
 };
 
 /// Records the descriptors of this file, its log and its index when SQLite opens them for the connection.
+/// Opens /dev/null under the numbers 0 to 2 if they are free: if the store had one of them, a message that
+/// another thread prints would overwrite it.
 void recordFiles(const std::string& file);
 
 /// Returns -1 if the file is not open, or if SQLite shares it with another connection of the process.
