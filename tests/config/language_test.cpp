@@ -39,9 +39,10 @@ TEST(Language, IsFoundByItsNumberAndItsName)
 TEST(Language, LoadsItsLocalNameOncePerObject)
 {
     int asked = 0;
+    bool isEmpty = false; // the library contains no names
     const Patch strings = intercept<"LoadStringW", decltype(LoadStringW)>([&](auto real, auto... arguments) {
         ++asked;
-        return real(arguments...);
+        return isEmpty ? 0 : real(arguments...);
     });
     const TarvoLanguage german(1L);
     EXPECT_EQ(german.localName(), nullptr); // no folder "unknown"
@@ -53,6 +54,9 @@ TEST(Language, LoadsItsLocalNameOncePerObject)
     copy = TarvoLanguage(-1L);
     EXPECT_EQ(utf8(copy.localName()), "Unknown");
     EXPECT_EQ(asked, 3);
+    isEmpty = true;
+    EXPECT_EQ(TarvoLanguage(1L).localName(), nullptr);
+    isEmpty = false;
     EXPECT_EQ(utf8(GetCurrentLanguageLocalName()) + utf8(GetCurrentLanguageGlobalName()), "EnglishEnglish");
 }
 

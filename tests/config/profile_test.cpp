@@ -102,6 +102,12 @@ TEST(Profile, IsReplacedByThatOfTheCommandLine)
     EXPECT_EQ(config.initLanguageName(L"en-US") + config.initProfileName(L"Work"), 0);
     EXPECT_EQ(config.getCurrentProfileNameFromReg(name, Wide(profilesKey)), eRegistryError);
     EXPECT_EQ(utf8(name) + tree(HKEY_CURRENT_USER, profilesKey), "");
+    remakeKey(HKEY_CURRENT_USER, profilesKey, "", std::nullopt);
+    {
+        const Patch refused = intercept<"RegSetValueExW", decltype(RegSetValueExW)>(
+            [](auto...) { return LSTATUS{ERROR_ACCESS_DENIED}; });
+        EXPECT_EQ(config.getCurrentProfileNameFromReg(name, Wide(profilesKey)), eRegistryError);
+    }
     for (const auto& [stored, read, replaced] : rows) {
         SCOPED_TRACE(testing::PrintToString(stored));
         remakeKey(HKEY_CURRENT_USER, profilesKey, "", stored);
