@@ -54,6 +54,7 @@ expect "create it: mkdir $app/none" env XDG_CONFIG_HOME="$app/none" "$app/rkuinf
 expect settings "$app/rkuinfo" complete --product X get se
 expect $'--file\n--replace' "$app/rkuinfo" complete import settings --
 expect '<>' bash -c 'echo "<$("$0" complete get settings se)>"' "$app/rkuinfo" # a second subtree is not proposed
+expect '<>' bash -c 'echo "<$("$0" complete --product s)>"' "$app/rkuinfo" # nor a command as an option's value
 expect 'Usage: rkuinfo list [OPTIONS] SUBTREE [KEY]' "$app/rkuinfo" manual
 for command in provision doctor "get settings A" "set settings A int 1"; do
     # shellcheck disable=SC2086 # several words
