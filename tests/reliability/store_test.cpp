@@ -349,6 +349,8 @@ public:
     {
         m_expected = SIGKILL;
         ::kill(m_process, m_expected);
+        siginfo_t ended = {};
+        waitid(P_PID, static_cast<id_t>(m_process), &ended, WEXITED | WNOWAIT); // its files are closed now
         return said();
     }
 
