@@ -134,7 +134,8 @@ std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes
     std::string place = "the document";
     try {
         const Json json = Json::parse(bytes);
-        require(json.value("format", newestFormat) <= newestFormat,
+        const auto format = json.find("format");
+        require(format == json.end() || format->get<int>() <= newestFormat,
                 "the file was written by a newer version of rkuinfo");
         readKey(json, root, {}, edits, place);
     } catch (const Json::exception& error) {
