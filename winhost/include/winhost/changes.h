@@ -11,6 +11,6 @@
 /// begun.
 WINHOST_API LSTATUS winhostBeginRegistryChanges();
 
-/// Commits or undoes the transaction. Returns ERROR_CANTWRITE if a disk error, a fork or a move of the store
-/// has already undone it, and ERROR_INVALID_PARAMETER if no transaction has begun.
+/// Commits or undoes the transaction. Returns ERROR_CANTWRITE if a disk error, a lack of memory, a fork or a
+/// move of the store has already undone it, and ERROR_INVALID_PARAMETER if no transaction has begun.
 WINHOST_API LSTATUS winhostEndRegistryChanges(BOOL keep);

@@ -20,7 +20,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <optional>
 #include <random>
 #include <string>
 #include <thread>
@@ -53,8 +52,9 @@ struct Connection
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
-    LSTATUS whyReadOnly = ERROR_SUCCESS;    // the reason for eReadOnly or eUnlocked
-    std::optional<std::int32_t> generation; // of the file itself, not of the log; set once it is accepted
+    LSTATUS whyReadOnly = ERROR_SUCCESS; // the reason for eReadOnly or eUnlocked
+    std::int32_t generation = 0;         // of the file itself, not of the log; set once it is accepted
+    std::uint64_t version = 0;           // of the log that continues this generation; 0 if unknown
     bool isShared = false;
     bool isLeaving = false; // the process exits, and each call closes the store
     Listing listing{};
@@ -162,10 +162,12 @@ constexpr std::size_t pageSize = 4096;
 constexpr std::uint64_t noIndex[writtenAt] = {};
 std::atomic<const std::uint64_t*> page = noIndex; // noIndex: the version is unknown
 
-// The address of two pages. The first is the index or a page of zeros; one of them is always mapped, because
-// readers do not lock. The second is the store's file: as long as a page of it is mapped, other programs see
-// its lock and do not remove the index, even after this program has closed the descriptors.
-void* const place = mmap(nullptr, 2 * pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+// The address at which the index or a page of zeros is mapped. One of them is always mapped, because readers
+// do not lock.
+void* const place = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+// The address at which a page of the store's file is mapped. The mapping keeps the lock on the file after the
+// program has closed the descriptors; without the lock, other programs would remove the index.
+void* const filePlace = mmap(nullptr, pageSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 
 // The number of files opened so far. It is part of the version because two files without a log have the same
 // header.
@@ -183,10 +185,12 @@ Number numberAt(std::size_t index)
 void unmapVersion()
 {
     page = noIndex;
-    static_cast<void>(mmap(place, 2 * pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
+    for (void* const each : {place, filePlace}) {
+        static_cast<void>(mmap(each, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
+    }
 }
 
-/// Makes contentVersion read the index of the open log. Does nothing if SQLite could not allocate the index.
+/// Makes contentVersion read the index of the open log, unless SQLite could not allocate the index.
 void showVersion()
 {
     if (page != noIndex) {
@@ -194,8 +198,7 @@ void showVersion()
     }
     struct stat index = {};
     fstat(descriptor(eIndex), &index);
-    void* const file = mmap(static_cast<char*>(place) + pageSize, pageSize, PROT_NONE, MAP_SHARED | MAP_FIXED,
-                            descriptor(eContent), 0);
+    void* const file = mmap(filePlace, pageSize, PROT_NONE, MAP_SHARED | MAP_FIXED, descriptor(eContent), 0);
     void* const shown = file == MAP_FAILED || index.st_size < off_t{pageSize}
                             ? MAP_FAILED
                             : mmap(place, pageSize, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor(eIndex), 0);
@@ -242,9 +245,9 @@ LSTATUS logStatus()
         Query query(sql);
         return query.next() && query.number(0) == generation;
     };
-    if (own.generation == generation || isGeneration("PRAGMA user_version") ||
-        isGeneration("PRAGMA application_id")) {
+    if (isGeneration("PRAGMA user_version") || isGeneration("PRAGMA application_id")) {
         own.generation = generation;
+        own.version = version;
         return ERROR_SUCCESS;
     }
     return version != 0 && version == contentVersion() ? ERROR_REGISTRY_CORRUPT : ERROR_LOCK_FAILED;
@@ -261,11 +264,13 @@ LSTATUS setGeneration(std::int32_t last)
 /// Starts a new generation if the next write will start a new log. Call it in a transaction for writing.
 void beginLog()
 {
-    check(generationOfFile() != own.generation ? logStatus() : ERROR_SUCCESS);
+    const bool isKnown =
+        own.version != 0 && own.version == contentVersion() && own.generation == generationOfFile();
+    check(isKnown ? ERROR_SUCCESS : logStatus());
     showVersion(); // a mapping that failed before may succeed now
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
         own.generation = generationOfFile(); // other processes cannot change it during the transaction
-        check(setGeneration(*own.generation));
+        check(setGeneration(own.generation));
     }
 }
 
@@ -347,7 +352,6 @@ void disconnect()
 {
     unmapVersion();
     own.statements.clear();
-    own.generation.reset();
     closeDatabase(std::exchange(own.database, nullptr));
 }
 
@@ -399,7 +403,7 @@ LSTATUS connect(Kind kind, bool createsTables)
                             : kind == eWritable ? uriOf(own.file, "rw")
                             : kind == eUnlocked ? uriOf(own.file, "ro&immutable=1")
                                                 : uriOf(own.file, "ro&readonly_shm=1");
-    const Listing before = listing();
+    const Listing before = kind == eUnlocked ? listing() : Listing();
     const LSTATUS status = outcome([&] {
         own.kind = kind;
         errno = 0;
@@ -459,7 +463,9 @@ LSTATUS open(bool forWriting)
     LSTATUS status = connect(eWritable, forWriting);
     if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
         own.whyReadOnly = std::exchange(status, connect(eReadOnly, false));
-        status = status == ERROR_SUCCESS || status == ERROR_REGISTRY_CORRUPT ? status : own.whyReadOnly;
+        const bool isFinal =
+            status == ERROR_SUCCESS || status == ERROR_REGISTRY_CORRUPT || status == ERROR_LOCK_FAILED;
+        status = isFinal ? status : own.whyReadOnly;
     }
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
@@ -513,7 +519,9 @@ void prepare(bool forWriting)
 void undo(bool isWriting)
 {
     if (own.isShared && isWriting) {
-        run("ROLLBACK TO call; RELEASE call");
+        if (run("ROLLBACK TO call; RELEASE call") != ERROR_SUCCESS) {
+            disconnect(); // undoes the whole transaction
+        }
     } else if (!own.isShared) {
         outcome([] { return Query("ROLLBACK").run(), ERROR_SUCCESS; });
         if (sqlite3_get_autocommit(own.database) == 0) { // there was not enough memory
@@ -600,7 +608,8 @@ std::uint64_t Transaction::commit()
     Query(own.isShared ? "RELEASE call" : "COMMIT").run();
     m_isOver = true;
     const std::uint64_t version = contentVersion();
-    return numberAt<std::uint32_t>(countAt) == before + 1 ? version : 0;
+    own.version = numberAt<std::uint32_t>(countAt) == before + 1 ? version : 0;
+    return own.version;
 }
 
 void Transaction::share()

@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstdarg>
 #include <cstring>
@@ -20,7 +19,7 @@ namespace winhost::database {
 
 namespace {
 
-std::atomic<int> numbers[std::size(suffixes)] = {-1, -1, -1};
+int numbers[std::size(suffixes)] = {-1, -1, -1};
 
 // The file offset that marks these descriptors. SQLite never changes the offset, and other descriptors are
 // unlikely to have it. Some file systems refuse offsets of 2 GiB and more.
@@ -142,11 +141,11 @@ void ConnectionMutex::unlock()
 void recordFiles(const std::string& file)
 {
     recorded = &file;
-    for (int number = 0; number <= STDERR_FILENO; ++number) {
-        if (fcntl(number, F_GETFD) < 0) {
-            static_cast<void>(::open("/dev/null", O_RDWR)); // opened under the lowest free number
-        }
-    }
+    int number = 0;
+    do {
+        number = ::open("/dev/null", O_RDWR); // returns the lowest free number
+    } while (number >= 0 && number <= STDERR_FILENO);
+    ::close(number);
     static bool areReplaced = false;
     sqlite3_vfs* const system = areReplaced ? nullptr : sqlite3_vfs_find("unix");
     if (system != nullptr) { // a program can unregister it
@@ -204,7 +203,7 @@ void closeDatabase(sqlite3* database)
     sqlite3_close(database);
     isClosing = false;
     mappingCount = 0;
-    std::ranges::for_each(numbers, [](std::atomic<int>& file) { file = -1; });
+    std::ranges::fill(numbers, -1);
 }
 
 } // namespace winhost::database
