@@ -282,7 +282,6 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"lose-home", loseHome},
     {"open-all", openAll},
     {"start", [](int) { return startAcme(); }},
-    {"start-default", [](int) { return InitVelaConfig(L"NORVIK", L"TARVO", nullptr, nullptr); }},
     {"begin", [](int) { return winhostBeginRegistryChanges(); }},
     {"end", winhostEndRegistryChanges},
     {"set", set},
