@@ -16,8 +16,8 @@ inline constexpr std::size_t longestResourcePath = 1021;  ///< file in a languag
 inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's Config key
 
 // Limits on the length of root plus sub-path. The separator between the two is not counted.
-inline constexpr std::size_t longestChangePath = 1021; ///< limit of functions that write
-inline constexpr std::size_t longestReadPath = 1020;   ///< limit of functions that read
+inline constexpr std::size_t longestChangePath = 1021; ///< limit for functions that write
+inline constexpr std::size_t longestReadPath = 1020;   ///< limit for functions that read
 
 /// A company or product name from an argument or an INI file.
 inline constexpr std::size_t nameCapacity = 255;

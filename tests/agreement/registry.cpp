@@ -136,7 +136,7 @@ private:
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
     /// Returns a buffer of random data. Calls that write store the data, and calls that read overwrite it.
-    /// The buffer has at least one code unit, because results differ for smaller buffers. The last two bytes,
+    /// The buffer is never empty, because Wine and winhost differ for empty buffers. The last two bytes,
     /// "zz", are not stored. Without them, a terminator might follow the data, and some systems would store
     /// that terminator too.
     std::vector<BYTE> bytes()

@@ -44,7 +44,7 @@ TEST_F(Operations, AcceptOnlyKnownSubtreesAndPathsUpToTheirLimit)
                           length == limit);
             }
         }
-        for (const std::size_t length : {1023u, 1024u}) { // lengths of the whole argument
+        for (const std::size_t length : {1023u, 1024u}) { // lengths of the argument, including separators
             const bool fits = length == 1023;
             EXPECT_EQ(accepts(eSettings, std::string(length, 'x')), fits && !operation.last.empty());
             EXPECT_EQ(accepts(eSettings, std::string(length, '/')), fits && cuts);

@@ -64,8 +64,8 @@ mkdir -p "$app/damaged/winhost"
 printf 'no registry' >"$app/damaged/winhost/registry.db"
 expect $'registry\tHKEY_CURRENT_USER\\Software: the registry is damaged' env XDG_DATA_HOME="$app/damaged" "$app/rkuinfo" doctor
 
-# The import sets a value and creates its first key. It cannot create its second key, because the registry has no key
-# numbers left.
+# The import sets a value and creates the first of two keys. It cannot create the second key, because the registry has no
+# key numbers left.
 rkuinfo provision >/dev/null
 rkuinfo set settings before int 1
 cp "$registry" "$app/intact.db"

@@ -101,7 +101,7 @@ LSTATUS run(const char* sql)
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longestWait{5000};
-std::atomic<Clock::time_point> hopeless = Clock::time_point(); // no call waits before this time
+std::atomic<Clock::time_point> hopeless = Clock::time_point(); // before this time, no call waits for a lock
 
 /// Repeats work() while it fails with ERROR_LOCK_FAILED, for at most 5 s. Does not wait if the previous call
 /// returned ERROR_LOCK_FAILED less than 10 s ago.
@@ -261,7 +261,7 @@ LSTATUS setGeneration(std::int32_t last)
     return run(sql.c_str());
 }
 
-/// Starts a new generation if the next write will start a new log. Call it in a transaction for writing.
+/// Starts a new generation if the next write will start a new log. Call it in a write transaction.
 void beginLog()
 {
     const bool isKnown =
@@ -544,7 +544,7 @@ LSTATUS close()
     });
 }
 
-/// Begins a transaction for writing, without waiting for other writers.
+/// Begins a write transaction, without waiting for other writers.
 void begin()
 {
     prepare(true);

@@ -128,7 +128,7 @@ void ConnectionMutex::lock()
 bool ConnectionMutex::try_lock()
 {
     const bool isLocked = m_mutex.try_lock();
-    isInCall = isInCall || isLocked; // a thread that has locked the mutex may try again while it exits
+    isInCall = isInCall || isLocked; // in case this thread had already locked the mutex
     return isLocked;
 }
 
