@@ -26,7 +26,7 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path. If a component has more than 256 characters, the path has no other components.
+/// Returns a path. A component of more than 256 characters is used only as the whole path:
 /// RegCreateKeyExW fails for such a component, but systems differ: some first create its parent keys.
 Text path(Trace& trace)
 {

@@ -63,7 +63,8 @@ make_clone() {
     [ "$target" = host ] || ln -s "$root/build/wine" rkuinfo/build/wine
 }
 
-# Runs the command only on a fresh machine. Other machines already have the packages that a document installs.
+# Runs the command only on a fresh machine: the documents use sudo only to install packages, and on other machines these
+# are already installed.
 sudo() {
     [ "$target" != fresh ] || "$@"
 }

@@ -24,8 +24,8 @@ enum File
 };
 constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
-/// Protects the connection. A thread that has locked this mutex uses the store's files. In other threads, a
-/// descriptor with the same number belongs to a database of the program.
+/// Protects the connection. Only the thread that has locked this mutex may use the store's descriptors. If
+/// another thread uses a descriptor with the same number, it is one of the program's own.
 class ConnectionMutex
 {
 public:
