@@ -58,7 +58,8 @@ NodeId nodeOf(HKEY key, REGSAM needed)
 
 constexpr auto nothing = [] {};
 
-/// Calls work(node) in a transaction. After the commit, calls then() while memory() is locked.
+/// Calls work(node) in a transaction. After the commit, calls then() while memory() is locked. then() must
+/// not throw, because the change would be reported as failed.
 template <typename Work, typename Then = decltype(nothing)>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
 {
@@ -148,10 +149,17 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     LSTATUS status = RegOpenKeyExW(key, subKey, 0, access, result);
     bool isNew = false;
     if (status == ERROR_FILE_NOT_FOUND) { // another process may have created the key since
-        NodeId made = 0;
-        status = change(
-            Memory::eKeys, key, 0, [&](NodeId node) { made = createPath(node, viewOf(subKey), isNew); },
-            [&] { *result = memory().open(made, access); });
+        HKEY made = nullptr;
+        status = change(Memory::eKeys, key, 0, [&](NodeId node) {
+            const NodeId created = createPath(node, viewOf(subKey), isNew);
+            const std::lock_guard<std::mutex> lock(memory().mutex);
+            made = memory().open(created, access); // may fail, so it must not follow the commit
+        });
+        if (status == ERROR_SUCCESS) {
+            *result = made;
+        } else {
+            RegCloseKey(made);
+        }
     }
     if (status == ERROR_SUCCESS) {
         give(disposition, isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
