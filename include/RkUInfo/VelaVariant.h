@@ -146,7 +146,7 @@ public:
         return m_type == eBinary && hasBlock() ? m_data + headerSize : nullptr;
     }
 
-    /// Returns the recorded size, which is the number of data bytes plus 4, or 0 if there is no block.
+    /// Returns the recorded size: the number of data bytes plus 4. Returns 0 if there is no block.
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
     /// Allocates a block with uninitialised data, which the caller must release with free. A size of 1 or

@@ -225,17 +225,20 @@ LSTATUS useDatabases(int)
 {
     static std::vector<sqlite3*> opened;
     const bool isFirst = opened.empty();
-    opened.resize(3);
     int result = SQLITE_OK;
-    for (std::size_t i = 0; i < opened.size(); ++i) {
-        const fs::path file = scratchFolder() / std::to_string(i);
-        result |= isFirst ? sqlite3_open(file.c_str(), &opened[i]) : SQLITE_OK;
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::string file = scratchFolder() / std::to_string(i);
+        if (isFirst) {
+            result |= sqlite3_open(file.c_str(), &opened.emplace_back());
+        }
         const char* const sql = isFirst ? "BEGIN IMMEDIATE; CREATE TABLE t(x)" : "COMMIT";
         result |= sqlite3_exec(opened[i], sql, nullptr, nullptr, nullptr);
-        struct flock lock = {};
-        lock.l_type = F_WRLCK;
-        result |= isFirst ? 0 : fcntl(open(file.c_str(), O_RDWR), F_OFD_GETLK, &lock);
-        result |= lock.l_type != (isFirst ? F_WRLCK : F_UNLCK);
+        if (!isFirst) {
+            struct flock lock = {};
+            lock.l_type = F_WRLCK;
+            result |= fcntl(open(file.c_str(), O_RDWR), F_OFD_GETLK, &lock);
+            result |= lock.l_type != F_UNLCK;
+        }
     }
     return result;
 }

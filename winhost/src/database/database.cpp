@@ -54,9 +54,9 @@ struct Connection
     Kind kind = eNew;
     LSTATUS whyReadOnly = ERROR_SUCCESS; // the reason for eReadOnly or eUnlocked
     std::int32_t generation = 0;         // of the file itself, not of the log; set once it is accepted
-    std::uint64_t version = 0;           // of the log that continues this generation; 0 if unknown
+    std::uint64_t version = 0;           // of the content when `generation` was accepted; 0 if unknown
     bool isShared = false;
-    bool isLeaving = false; // the process exits, and each call closes the store
+    bool isLeaving = false; // the process is exiting, so each call closes the store
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
@@ -91,6 +91,7 @@ LSTATUS statusOf(int code)
     return status == ERROR_CANTOPEN || status == ERROR_REGISTRY_IO_FAILED ? statusOfErrno(status) : status;
 }
 
+/// Does not throw, because destructors call it.
 LSTATUS run(const char* sql)
 {
     errno = 0;
@@ -211,8 +212,8 @@ void showVersion()
 // ---- The log
 //
 // A log contains changes to one state of the file and may be applied only to that state. Therefore each state
-// has a random number, its generation, which is stored in SQLite's user_version. A log stores the generation
-// of the state that it changes in SQLite's application_id.
+// has a random number, its generation, which is stored in SQLite's user_version. SQLite's application_id
+// in a log is the generation of the state that the log changes.
 
 /// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()
@@ -530,7 +531,8 @@ void undo(bool isWriting)
     }
 }
 
-/// Closes the store. The last process writes the log back.
+/// Closes the store; the last process writes the log back. Returns ERROR_LOCK_FAILED if the call should be
+/// repeated, because another process is closing or opening the store.
 LSTATUS close()
 {
     if (own.database == nullptr || own.kind != eWritable || areFilesLost()) {

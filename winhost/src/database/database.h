@@ -66,8 +66,8 @@ using Lock = std::unique_lock<ConnectionMutex>;
 class Transaction
 {
 public:
-    /// If there is no file, a read transaction sees the content of a new file, and a write transaction
-    /// creates the file. A write transaction waits at most about 5 s for other writers.
+    /// If the file does not exist, a write transaction creates it, and a read transaction reads what a new
+    /// file would contain. A write transaction waits at most about 5 s for other writers.
     explicit Transaction(bool isWriting);
     ~Transaction();
 

@@ -39,7 +39,7 @@ bool isLost(int file)
     return lseek(file, 0, SEEK_CUR) != mark;
 }
 
-/// Must not throw, because SQLite calls it.
+/// Must not throw: its caller is SQLite, which is written in C.
 int openFile(const char* path, int flags, int mode)
 {
     const int file = ::open(path, flags, mode);
@@ -148,7 +148,7 @@ void recordFiles(const std::string& file)
     ::close(number);
     static bool areReplaced = false;
     sqlite3_vfs* const system = areReplaced ? nullptr : sqlite3_vfs_find("unix");
-    if (system != nullptr) { // a program can unregister it
+    if (system != nullptr) { // null if a program has unregistered it, or if memory is exhausted
         replace(system, "open", openFile);
         replace(system, "close", closeFile);
         replace(system, "fcntl", controlFile);
