@@ -8,7 +8,6 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <random>
-#include <sqlite3.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -172,17 +171,17 @@ LSTATUS meet(int error)
 {
     static std::optional<int> next;
     next = error;
-    const auto writeOrFail = [](int file, const void* data, std::size_t size, off64_t at) {
+    const auto writeOrFail = [](auto write, auto... arguments) {
         const auto met = std::exchange(next, std::nullopt);
         if (met == 0) {
             dprintf(talk, "\n");
             pause();
         }
         errno = met.value_or(0);
-        return met ? -1 : pwrite64(file, data, size, at);
+        return met ? -1 : write(arguments...);
     };
-    sqlite3_vfs* const vfs = sqlite3_vfs_find(nullptr);
-    return vfs->xSetSystemCall(vfs, "pwrite64", reinterpret_cast<sqlite3_syscall_ptr>(+writeOrFail));
+    static const Patch write = intercept<"pwrite", decltype(pwrite)>(writeOrFail, "libwinhost.so");
+    return 0;
 }
 
 /// Closes all descriptors, as a daemon does, and opens 20 documents. Returns how many documents have been
@@ -214,31 +213,6 @@ LSTATUS openStore(bool locks)
         struct flock all = {};
         all.l_type = F_WRLCK;
         result |= locks ? fcntl(opened, F_SETLK, &all) : close(opened);
-    }
-    return result;
-}
-
-/// On the first call, begins a transaction in each of three databases of the program, whose files get the
-/// descriptor numbers of the store's files if these are free. On the second call, commits the transactions
-/// and fails if a lock is left.
-LSTATUS useDatabases(int)
-{
-    static std::vector<sqlite3*> opened;
-    const bool isFirst = opened.empty();
-    int result = SQLITE_OK;
-    for (std::size_t i = 0; i < 3; ++i) {
-        const std::string file = scratchFolder() / std::to_string(i);
-        if (isFirst) {
-            result |= sqlite3_open(file.c_str(), &opened.emplace_back());
-        }
-        const char* const sql = isFirst ? "BEGIN IMMEDIATE; CREATE TABLE t(x)" : "COMMIT";
-        result |= sqlite3_exec(opened[i], sql, nullptr, nullptr, nullptr);
-        if (!isFirst) {
-            struct flock lock = {};
-            lock.l_type = F_WRLCK;
-            result |= fcntl(open(file.c_str(), O_RDWR), F_OFD_GETLK, &lock);
-            result |= lock.l_type != F_UNLCK;
-        }
     }
     return result;
 }
@@ -281,7 +255,6 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"documents", openDocuments},
     {"open-store", openStore},
     {"refuse-maps", refuseMaps},
-    {"databases", useDatabases},
     {"lose-home", loseHome},
     {"open-all", openAll},
     {"start", [](int) { return startAcme(); }},

@@ -45,10 +45,10 @@ using Listing = std::tuple<dev_t, ino_t, time_t, long, dev_t, ino_t>;
 
 struct Connection
 {
-    ConnectionMutex mutex; // protects all other members
-    std::string path;      // the store's file below the user's data folder
-    std::string file;      // path with links resolved
-    std::string folder;    // the folder that contains `file`
+    std::mutex mutex;   // protects all other members
+    std::string path;   // the store's file below the user's data folder
+    std::string file;   // path with links resolved
+    std::string folder; // the folder that contains `file`
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
@@ -60,6 +60,9 @@ struct Connection
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
+
+// The connection's mutex replaces SQLite's.
+const int isConfigured = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
 
 /// Converts errno. Returns `otherwise` for ENOENT and ENOTDIR, because their Windows codes would report a
 /// missing key.
@@ -387,15 +390,14 @@ std::string uriOf(const std::string& file, const char* mode)
         std::snprintf(coded, sizeof coded, "%%%02X", static_cast<unsigned char>(each));
         uri += coded;
     }
-    return uri + "?cache=private&mode=" + mode;
+    return uri + "?mode=" + mode;
 }
 
 /// Opens the database, and closes it again on failure. Returns ERROR_FILE_NOT_FOUND if it has no tables and
 /// createsTables is false.
 LSTATUS connect(Kind kind, bool createsTables)
 {
-    constexpr int flags =
-        SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_EXRESCODE;
     const auto isAbsent = [](const char* suffix) { return statusOfFile(own.file + suffix).st_ino == 0; };
     if (kind == eReadOnly && isAbsent(suffixes[eLog]) && isAbsent(suffixes[eIndex]) && isAbsent("-journal")) {
         kind = eUnlocked;
@@ -408,7 +410,7 @@ LSTATUS connect(Kind kind, bool createsTables)
     const LSTATUS status = outcome([&] {
         own.kind = kind;
         errno = 0;
-        check(statusOf(sqlite3_open_v2(uri.c_str(), &own.database, flags, "unix")));
+        check(statusOf(sqlite3_open_v2(uri.c_str(), &own.database, flags, nullptr)));
         sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
         const LSTATUS found = outcome(schemaStatus);
         if (kind == eWritable) {

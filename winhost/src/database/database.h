@@ -60,7 +60,7 @@ extern const Content content;
 /// no process has written. Does not lock and makes no system call.
 std::uint64_t contentVersion();
 
-using Lock = std::unique_lock<ConnectionMutex>;
+using Lock = std::unique_lock<std::mutex>;
 
 /// A transaction, which locks the connection. It is undone unless it is committed.
 class Transaction

@@ -26,13 +26,7 @@ int numbers[std::size(suffixes)] = {-1, -1, -1};
 constexpr off_t mark = 0x5707E5E7;
 
 const std::string* recorded = nullptr;
-thread_local bool isInCall = false;
-thread_local bool isClosing = false;
-
-bool isOurs(int file)
-{
-    return std::ranges::any_of(numbers, [file](int ours) { return ours == file; });
-}
+bool isClosing = false;
 
 bool isLost(int file)
 {
@@ -44,7 +38,7 @@ int openFile(const char* path, int flags, int mode)
 {
     const int file = ::open(path, flags, mode);
     const std::string_view opened(path);
-    for (int which = eContent; isInCall && file >= 0 && which <= eIndex; ++which) {
+    for (int which = eContent; file >= 0 && which <= eIndex; ++which) {
         if (opened.starts_with(*recorded) && opened.substr(recorded->size()) == suffixes[which]) {
             lseek(file, mark, SEEK_SET);
             numbers[which] = file;
@@ -55,7 +49,8 @@ int openFile(const char* path, int flags, int mode)
 
 int closeFile(int file)
 {
-    return isClosing && isOurs(file) && isLost(file) ? 0 : ::close(file);
+    const bool isOurs = std::ranges::find(numbers, file) != std::end(numbers);
+    return isClosing && isOurs && isLost(file) ? 0 : ::close(file);
 }
 
 int controlFile(int file, int command, ...)
@@ -64,7 +59,7 @@ int controlFile(int file, int command, ...)
     va_start(arguments, command);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    if (!isInCall || !isOurs(file) || (command != F_SETLK && command != F_GETLK)) {
+    if (command != F_SETLK && command != F_GETLK) {
         return fcntl(file, command, argument);
     }
     if (isClosing && isLost(file)) {
@@ -80,7 +75,7 @@ int controlFile(int file, int command, ...)
 ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 {
     constexpr off_t page = 4096;
-    if (!isInCall || size != 1 || file != numbers[eIndex]) {
+    if (size != 1 || file != numbers[eIndex]) {
         return pwrite(file, data, size, at);
     }
     errno = posix_fallocate(file, at / page * page, page);
@@ -105,7 +100,7 @@ std::size_t mappingCount = 0;
 void* mapFile(void* place, std::size_t size, int protection, int flags, int file, off_t at)
 {
     void* const made = mmap(place, size, protection, flags, file, at);
-    if (made != MAP_FAILED && isInCall && file == numbers[eIndex] && mappingCount < std::size(mappings)) {
+    if (made != MAP_FAILED && file == numbers[eIndex] && mappingCount < std::size(mappings)) {
         mappings[mappingCount++] = {made, size};
     }
     return made;
@@ -119,25 +114,6 @@ void replace(sqlite3_vfs* system, const char* name, Function* function)
 
 } // namespace
 
-void ConnectionMutex::lock()
-{
-    m_mutex.lock();
-    isInCall = true;
-}
-
-bool ConnectionMutex::try_lock()
-{
-    const bool isLocked = m_mutex.try_lock();
-    isInCall = isInCall || isLocked; // in case this thread had already locked the mutex
-    return isLocked;
-}
-
-void ConnectionMutex::unlock()
-{
-    isInCall = false;
-    m_mutex.unlock();
-}
-
 void recordFiles(const std::string& file)
 {
     recorded = &file;
@@ -146,9 +122,7 @@ void recordFiles(const std::string& file)
         number = ::open("/dev/null", O_RDWR); // returns the lowest free number
     } while (number >= 0 && number <= STDERR_FILENO);
     ::close(number);
-    static bool areReplaced = false;
-    sqlite3_vfs* const system = areReplaced ? nullptr : sqlite3_vfs_find("unix");
-    if (system != nullptr) { // null if a program has unregistered it, or if memory is exhausted
+    if (sqlite3_vfs* const system = sqlite3_vfs_find(nullptr)) { // null if memory is exhausted
         replace(system, "open", openFile);
         replace(system, "close", closeFile);
         replace(system, "fcntl", controlFile);
@@ -156,7 +130,6 @@ void recordFiles(const std::string& file)
         replace(system, "pwrite64", writeFile);
         replace(system, "unlink", removeFile);
         replace(system, "mmap", mapFile);
-        areReplaced = true;
     }
 }
 

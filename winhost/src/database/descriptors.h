@@ -9,7 +9,6 @@
 // - mmap, so that the child of a fork does not share its parent's mappings of the index.
 #pragma once
 
-#include <mutex>
 #include <string>
 
 struct sqlite3;
@@ -24,25 +23,12 @@ enum File
 };
 constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
-/// Protects the connection. Only the thread that has locked this mutex may use the store's descriptors. If
-/// another thread uses a descriptor with the same number, it is one of the program's own.
-class ConnectionMutex
-{
-public:
-    void lock();
-    bool try_lock();
-    void unlock();
-
-private:
-    std::mutex m_mutex;
-};
-
 /// Records the descriptors of this file, its log and its index when SQLite opens them for the connection.
 /// Opens /dev/null under the numbers 0 to 2 if they are free: if the store had one of them, a message that
 /// another thread prints would overwrite it.
 void recordFiles(const std::string& file);
 
-/// Returns -1 if the file is not open, or if SQLite shares it with another connection of the process.
+/// Returns -1 if the file is not open.
 int descriptor(File file);
 /// In the child of a fork: closes the files, and replaces SQLite's mappings of the index with private copies.
 /// The child must not share its parent's locks.
