@@ -14,7 +14,7 @@ set(CMAKE_FIND_ROOT_PATH /nonexistent)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # also searches a client's CMAKE_PREFIX_PATH
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # find_package also searches a client's CMAKE_PREFIX_PATH
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-wine.sh)
 
 cmake_path(SET folder NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/visual-cpp-libraries)
@@ -44,8 +44,8 @@ else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-# These are cache variables: when CMake before 3.21 itself creates a cache variable, it removes a normal variable with
-# the same name.
+# Cache variables are needed because, in a project for CMake before 3.21, CMake replaces normal variables of these names
+# by its own cache variables.
 foreach(language C CXX)
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()

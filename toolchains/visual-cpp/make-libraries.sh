@@ -31,8 +31,8 @@ make_libraries() {
         version; do
         make_import_library "$name" "$work"
     done
-    # CMake links every program with uuid.lib and winspool.lib. The programs here need nothing from these two libraries,
-    # so copies of other libraries stand in for them.
+    # CMake links every program with uuid.lib and winspool.lib. No program needs these two libraries, so both are
+    # copies of other libraries.
     cp "$work/ole32.lib" "$work/uuid.lib"
     cp "$work/user32.lib" "$work/winspool.lib"
 

@@ -1,4 +1,4 @@
-// Included first when libc++'s own sources are compiled.
+// The compiler includes this file before each source of libc++.
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>

@@ -1,5 +1,5 @@
-// Run-time checks that compiled code calls. They check the stack cookie, the stack pages and the targets of
-// indirect calls. The Windows loader replaces the check of indirect calls; Wine's loader does not.
+// Functions that compiled code calls to check the stack cookie, the stack pages and the targets of indirect
+// calls. The Windows loader replaces checkNothing and callUnchecked; Wine's loader does not.
 #include <windows.h>
 
 extern "C" {

@@ -1,5 +1,5 @@
-// Constructs and destroys a module's static objects. The linker sorts their initialisers between the
-// markers below.
+// Constructs and destroys a module's static objects. The linker places pointers to C initialisers between
+// __xi_a and __xi_z, and pointers to C++ initialisers between __xc_a and __xc_z.
 #include "start.h"
 
 namespace {

@@ -1,5 +1,5 @@
-// The virtual table of type_info, to which every type descriptor refers. This file is compiled without RTTI,
-// because type descriptors in the file that defines the table would refer to the table by a different name.
+// The virtual table of type_info, to which every type descriptor refers. This file is compiled without RTTI:
+// otherwise clang would add a type descriptor that refers to an undefined symbol.
 #include <typeinfo>
 
 static volatile int destroyed;
