@@ -1,12 +1,12 @@
 # Install rules. On Windows the libraries, the programs and the language folders are in bin.
-# Elsewhere the libraries are in lib, programs and languages in lib/rkuinfo, and bin has a link to the client.
+# On Linux the libraries are in lib, programs and languages in lib/rkuinfo, and bin has a link to the client.
 # Components: library, development and tool.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 # Sets <result> to <prefix> followed by the relative path from <from> to <to>; <from> and <to> are folders of the
-# installation. If either is an absolute path, <result> is <to> as an absolute path, because an absolute path does not
-# move with the install prefix.
+# installation. If <from> or <to> is an absolute path, sets <result> to the absolute path of <to>, because absolute
+# paths do not move with the install prefix.
 function(path_between result from to prefix)
   if(IS_ABSOLUTE "${to}")
     set(${result} "${to}" PARENT_SCOPE)
@@ -21,7 +21,7 @@ endfunction()
 set(libraries RkUInfo RkOsBase)
 set(program_folder ${CMAKE_INSTALL_BINDIR})
 if(NOT WIN32)
-  list(APPEND libraries winhost) # RkUInfo and RkOsBase use it; clients include none of its headers
+  list(APPEND libraries winhost) # used by RkUInfo and RkOsBase; clients do not include winhost's headers
   set(program_folder ${CMAKE_INSTALL_LIBDIR}/rkuinfo)
 endif()
 set(programs "")
@@ -47,7 +47,7 @@ install(TARGETS ${libraries} EXPORT RkUInfoTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${debug}${CMAKE_INSTALL_LIBDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-if(programs) # a program finds the libraries in its own folder and, in the package, one folder up
+if(programs) # in the package, the libraries are in the folder above the programs
   set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN;\$ORIGIN/..")
   install(TARGETS ${programs} DESTINATION ${debug}${program_folder} COMPONENT tool)
 endif()
@@ -95,7 +95,6 @@ if(MINGW)
   install(PROGRAMS ${RKUINFO_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT library)
 endif()
 
-# The rest is for developers of clients.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ ${PROJECT_SOURCE_DIR}/rkosbase/include/
@@ -112,7 +111,7 @@ configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/package/RkUInfoConfig.
   ${PROJECT_BINARY_DIR}/RkUInfoConfig.cmake
   INSTALL_DESTINATION ${package_folder} PATH_VARS program_folder)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/RkUInfoConfigVersion.cmake
-  COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT) # RkUInfoConfig.cmake checks the architecture instead
+  COMPATIBILITY SameMajorVersion ARCH_INDEPENDENT) # RkUInfoConfig.cmake checks the architecture
 path_between(pkgconfig_libdir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_LIBDIR} "\${pcfiledir}/")
 path_between(pkgconfig_includedir ${CMAKE_INSTALL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_INCLUDEDIR} "\${pcfiledir}/")
 set(pkgconfig_cflags "")

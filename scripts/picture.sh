@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Prints the README's picture, docs/rkuinfo.svg, which shows the output of rkuinfo for the demo application:
-#   scripts/picture.sh [COLUMNS] >docs/rkuinfo.svg
-# ./dev demo creates that application. Colours follow the reader's dark or light scheme.
+# scripts/picture.sh [COLUMNS] >docs/rkuinfo.svg
+#
+# Prints the README's picture of rkuinfo's output for the application that ./dev demo creates. Colours follow the
+# reader's dark or light scheme.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 columns=${1:-80}
@@ -12,7 +13,7 @@ cp build/host/bin/rkuinfo "$home/cad"
 export HOME=$home XDG_DATA_HOME=$home/.local/share XDG_CONFIG_HOME=$home/.config
 mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"
 cd "$home/cad"
-rm -r zh-CN # viewers without a Chinese font would misalign the columns
+rm -r zh-CN # Chinese text misaligns the columns in viewers without a Chinese font
 ./installer en-US fr-FR
 
 run() {

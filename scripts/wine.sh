@@ -2,7 +2,8 @@
 
 wine_folder=$PWD/build/wine
 wine_program=/usr/lib/wine/wine64
-# Wine maps a page at 0x7ffe0000 into every process and exits if the heap, whose address is random, already covers it.
+# setarch fixes the address of the heap. At a random address, the heap may cover the page at 0x7ffe0000. Wine needs
+# this page, and exits.
 wine=(setarch --addr-no-randomize "$wine_program")
 "${wine[@]:0:2}" true 2>/dev/null || wine=("$wine_program") # some containers forbid setarch
 
@@ -20,8 +21,8 @@ stop_wine() {
     rm -f "$wine_folder/display"
 }
 
-# Creates the prefix at WINEPREFIX. wineboot and the server call each other so often that running both on one processor
-# takes only a third of the time.
+# Creates the prefix at WINEPREFIX. wineboot and the server call each other so often that they run three times as fast
+# on one processor as on several.
 boot_wine() {
     local log=$wine_folder/boot.log processor
     processor=$(sed -nE 's/^Cpus_allowed_list:\s*([0-9]+).*/\1/p' /proc/self/status)
@@ -33,7 +34,7 @@ boot_wine() {
     "${wine[@]}" winecfg -v win10 >>"$log" 2>&1
     # Keeps message boxes from waiting for a window manager.
     "${wine[@]}" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1
-    wineserver -k || true # stops the processes that taskset has bound to one processor
+    wineserver -k || true # a running server and its services would stay bound to one processor
     touch "$wine_folder/booted"
 }
 
@@ -60,7 +61,7 @@ start_wine() {
     echo ":$number" >"$wine_folder/display"
     trap stop_wine EXIT
     export DISPLAY=:$number WINEPREFIX=$wine_folder/prefix WINEDEBUG=-all
-    export HOME=$wine_folder/home WINEDLLOVERRIDES=winemenubuilder.exe=d # keeps Wine's files in the prefix
+    export HOME=$wine_folder/home WINEDLLOVERRIDES=winemenubuilder.exe=d # keeps Wine from writing to the user's home
     mkdir -p "$WINEPREFIX" "$HOME"
     [ -e "$wine_folder/booted" ] || boot_wine
     wineserver -p
