@@ -1,7 +1,6 @@
 // A new command needs one file in this folder, with its syntax, help and function, and one line in
 // CMakeLists.txt; CONTRIBUTING.md has an example. The table in command_line.cpp has a row for each word of
-// the syntax; words in brackets are optional. The parser, the help, the man page and the completions are
-// generated from the commands and that table.
+// the syntax; words in brackets are optional.
 #pragma once
 
 #include "model/installation.h"
@@ -48,13 +47,13 @@ struct Place
     Place(const Session& session, const Installation& installation);
 
     Text path() const { return joinedKey(subtree, key); }
-    /// Reads the key as readTree does; throws if it does not exist.
+    /// Calls readTree for the key; throws if the key does not exist.
     Tree tree(bool isDeep = true, Losses* losses = nullptr) const;
     /// Throws a Failure that contains the full path and "not found".
     [[noreturn]] void failNotFound() const;
 };
 
-/// Returns the table row that lists a key or value. If `isForPeople` is true, the first cell is the path
-/// below the listed key. Otherwise the first cell is the key's path below the subtree, and the second cell is
-/// the value's name.
+/// Returns the table row that lists a key or value. If `isForPeople` is true, the row begins with the path
+/// below the listed key. For scripts, the row begins with the key's path below the subtree and the value's
+/// name.
 std::vector<Cell> rowOf(const Place& place, const Name& name, const Value& value, bool isForPeople);

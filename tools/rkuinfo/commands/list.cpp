@@ -27,7 +27,7 @@ void search(Session& session)
 {
     const std::string word = session["TEXT"];
     const Text text = utf16(word);
-    std::vector<Value> numbers; // the word as a value of each type that can represent it
+    std::vector<Value> numbers; // the values that the word represents, one for each type
     for (const ValueType& type : valueTypes) {
         if (const std::optional<std::string> data = type.parse(word)) {
             numbers.push_back({{}, type.registryType, *data});

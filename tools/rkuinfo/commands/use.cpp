@@ -30,8 +30,7 @@ void use(Session& session)
           shown(profile));
 }
 
-/// Starts the library, so that the new tree is the same as one that an application creates. No other command
-/// starts the library.
+/// Starts the library, so that the new tree is the same as one that an application creates.
 void provision(Session& session)
 {
     if (session.has("--program")) {

@@ -204,15 +204,15 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // The choice of a name ends at the first source that contains one. To read the later sources too, this
-    // code repeats the choice and omits one more source each time.
+    // The choice of a name ends at the first source that contains one. To find what a later source contains,
+    // the loop hides the earlier sources and chooses again.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {
             const auto choice = choose(source == Source::argument ? given : nullptr,
                                        Argument(source <= Source::registry ? root : rkuinfo::text(nowhere)),
                                        Argument(source <= Source::iniFile ? folder : Text()));
-            const uinfo::Finding* last = nullptr; // the last finding of this source
+            const uinfo::Finding* last = nullptr;
             for (const uinfo::Finding& finding : choice.findings()) {
                 last = finding.source == source ? &finding : last;
             }

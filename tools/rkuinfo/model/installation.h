@@ -1,6 +1,6 @@
 // Finds the names that start-up would choose for an application. Reads the application's folder and the
-// registry. These functions do not start the library, because start-up records the names, may show a message
-// box, and always uses the process's own folder.
+// registry. Does not start the library: start-up would record the names, might show a message box, and would
+// read only the process's own folder.
 #pragma once
 
 #include "installation/choices.h"
@@ -40,7 +40,7 @@ struct LanguageState
     bool hasEntry = false;     ///< whether the uninstall entry exists; only the default product needs it
     bool hasResources = false; ///< whether the resource library can be read
     std::optional<Text> localName = std::nullopt; ///< the language's native name
-    std::string other = {};                       ///< the library's language if it differs from `record`
+    std::string other = {};                       ///< the library's language, if it is the wrong one
 
     std::string name() const { return utf8(record.shortName); }
     /// Returns the reason why the language is not installed; empty if it is.
@@ -108,8 +108,8 @@ public:
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
     /// Returns at most the first 254 characters of an entry in TARVO.ini.
     Text iniText(const wchar_t* section, const wchar_t* key) const;
-    /// Returns the name prefix of architecture commands, which contains two numbers from product.ini; empty
-    /// if product.ini lacks one of them.
+    /// Returns the prefix of architecture commands, such as S25_; empty unless product.ini contains both
+    /// numbers of the prefix.
     Text commandPrefix() const;
 };
 

@@ -57,7 +57,7 @@ std::optional<Value> readValue(const RegistryKey& key, const Text& path, const T
     DWORD size = 0;
     LSTATUS status =
         key ? RegQueryValueExW(key.get(), argument, nullptr, &type, nullptr, &size) : ERROR_FILE_NOT_FOUND;
-    do { // repeats if another process has changed the length
+    do { // another process may lengthen the data at any time
         value.data.resize(size);
         if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
             BYTE none = 0;

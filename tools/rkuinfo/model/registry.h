@@ -15,7 +15,6 @@
 
 #include <windows.h>
 
-/// A value as it is stored.
 struct Value
 {
     Text name;
@@ -29,7 +28,7 @@ struct ValueType
     std::string_view name;
     unsigned long registryType;
     std::size_t least;     ///< the minimum size, in bytes, of data that applications read as this type
-    std::size_t most;      ///< the maximum size of such data, in bytes
+    std::size_t most;      ///< the maximum size, in bytes, of data that applications read as this type
     bool isJsonNumber;     ///< whether JSON files store the value as a number, not as a string
     std::string_view word; ///< a description of valid input, used in messages
     std::optional<std::string> (*parse)(
@@ -63,8 +62,8 @@ std::string bytesOf(Number number)
 /// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
-/// Calls `read`. If `read` throws a Failure, appends the problem to `losses`. Rethrows the Failure instead if
-/// `losses` is null or the command line is wrong.
+/// Calls `read` and catches a Failure. Rethrows the Failure if `losses` is null or the command line is wrong;
+/// otherwise appends the problem to `losses`.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {

@@ -22,7 +22,7 @@ std::optional<std::size_t> terminalColumns()
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) {
         return std::nullopt;
     }
-    constexpr std::size_t usual = 80; // assumed if the terminal does not report its width
+    constexpr std::size_t usual = 80; // some terminals report a width of 0
     return size.ws_col > 0 ? size.ws_col : usual;
 }
 
@@ -46,7 +46,7 @@ Text fullFolder(const std::string& name)
 
 std::string nativePath(const Text& path)
 {
-    std::string name = utf8(path).substr(2); // without the drive
+    std::string name = utf8(path).substr(2); // removes the drive, such as Z:
     std::ranges::replace(name, '\\', '/');
     return name;
 }

@@ -46,7 +46,7 @@ std::optional<std::size_t> terminalColumns()
 
 bool errorsGoToTerminal()
 {
-    return _isatty(_fileno(stderr)) != 0; // also true for NUL, which discards the output
+    return _isatty(_fileno(stderr)) != 0; // _isatty also returns true for NUL
 }
 
 Text fullFolder(const std::string& name)
@@ -64,9 +64,9 @@ std::string nativePath(const Text& path)
     return utf8(path);
 }
 
-/// Quotes a word for PowerShell and cmd. Escapes the characters that PowerShell interprets inside double
-/// quotes: puts a ` before $ and `, and doubles the quotation marks ", U+201C, U+201D and U+201E. cmd does
-/// not remove the added `, so it misreads a word that contains ` or $. cmd also expands %NAME%.
+/// Quotes a word for PowerShell and cmd. For PowerShell, puts a ` before $ and `, and doubles the quotation
+/// marks ", U+201C, U+201D and U+201E. cmd undoes only the doubled ", and
+/// expands %NAME%.
 std::string shellWord(const std::string& word)
 {
     constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.:/\\";

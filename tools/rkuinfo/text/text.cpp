@@ -145,8 +145,8 @@ void finishProgress()
 
 namespace {
 
-constexpr std::size_t gap = 2;        // spaces before each column
-constexpr std::size_t narrowest = 20; // a last column of at most this width is not wrapped
+constexpr std::size_t gap = 2;
+constexpr std::size_t narrowest = 20; // the last column is wrapped only if more room than this is left
 
 std::size_t width(char32_t point)
 {

@@ -31,13 +31,12 @@ bool isValid(TextView text);
 /// Returns the `count` least significant hexadecimal digits of a number.
 std::string hexDigits(std::uint32_t number, int count);
 
-/// Replaces every character that a terminal may interpret, such as a control character, a bidirectional mark
-/// or a lone surrogate. The replacement is \uXXXX, which has the same meaning in JSON. Does not replace
-/// `kept`.
+/// Replaces every character except `kept` that a terminal may interpret, such as a control character, a
+/// bidirectional mark or a lone surrogate. The replacement is \uXXXX, which has the same meaning in JSON.
 std::string shown(std::string_view text, char32_t kept = 0);
 std::string shown(TextView text);
 
-/// Compares two names. Returns 0 if the registry treats them as the same name, otherwise a negative or
+/// Compares two names. Returns 0 if the registry treats the names as equal, otherwise a negative or
 /// positive number.
 int compareIgnoringCase(TextView a, TextView b);
 inline bool equalIgnoringCase(TextView a, TextView b)
@@ -49,7 +48,7 @@ bool containsIgnoringCase(TextView text, TextView part);
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
-/// An error that ends the command. Its message is one sentence: the problem and, after a semicolon, the fix.
+/// An error that ends the command. The message contains the problem and, after a semicolon, the fix.
 class Failure : public std::runtime_error
 {
 public:
@@ -86,10 +85,10 @@ enum class Style
 {
     plain = 0,
     heading = 1,
-    bad = 31, ///< for errors and removed rows
+    bad = 31, ///< colours errors and removed rows
     good = 32,
     name = 36,
-    quiet = 90, ///< for notes and missing items
+    quiet = 90, ///< colours notes and missing items
 };
 
 struct Cell
@@ -102,5 +101,5 @@ struct Cell
 using Table = std::vector<std::vector<Cell>>;
 
 /// Prints rows. If `layout.columns` is set, aligns and colours the cells and wraps the last column at the
-/// right edge. Otherwise separates the cells by tabs.
+/// right edge.
 void printTable(const Table& table, const Layout& layout);

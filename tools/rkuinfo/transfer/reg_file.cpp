@@ -40,7 +40,7 @@ std::size_t lengthOfLine(std::string_view text)
     return std::min(i, text.size());
 }
 
-/// Reads the file in one pass. A function that reads a part of a line removes that part from the line.
+/// Reads the file in one pass. Each take function removes what it reads from the front of the line.
 class Reader
 {
 public:
@@ -89,7 +89,7 @@ private:
         return isRead;
     }
 
-    /// Removes a word from the front of the line. Returns false if the line does not begin with it.
+    /// Removes a word from the front of the line. Returns false if the line does not begin with the word.
     bool take(std::string_view word)
     {
         const bool isThere = m_line.starts_with(word);
@@ -193,7 +193,7 @@ private:
     std::size_t m_number = 1; ///< the line number
     std::size_t m_nextNumber = 1;
     Text m_key;
-    bool m_hasKey = false; ///< false before the first key and after a removed key
+    bool m_hasKey = false; ///< whether `m_key` can contain values
     std::vector<Edit> m_edits;
 };
 
