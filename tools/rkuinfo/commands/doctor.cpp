@@ -31,9 +31,9 @@ public:
             passes("tree-unwritable", "registry", [] { requireWritable({}); }); // reports a possible cause
             return m_findings; // all other checks need the registry
         }
-        const std::string earlier = userFolder(false) + "/winhost/data.mdb"; // only on the host
+        const std::string earlier = userFolder(false) + "/winhost/data.mdb"; // exists only on the host
         if (exists(utf16("Z:" + earlier))) {
-            add(note, "earlier-registry", earlier, "an earlier version's registry, which is ignored",
+            add(note, "earlier-registry", earlier, "this registry of an earlier version is ignored",
                 "export it with the rkuinfo of that version, import the file, and remove it");
         }
         const Text folder = m_session.programFolder();
@@ -148,7 +148,7 @@ private:
         }
         const Text product = installation.folder + rkuinfo::text(uinfo::productIni);
         if (exists(product) && installation.commandPrefix().empty()) {
-            add(error, "command-prefix", utf8(product), "it has no prefix for commands",
+            add(error, "command-prefix", utf8(product), "it does not define the command prefix",
                 "write numbers for " + utf8(uinfo::majorVersionKey) + " and " + utf8(uinfo::productIdKey) +
                     " into its section " + section);
         }
@@ -156,8 +156,8 @@ private:
 
     // ---- Languages
 
-    /// A folder without an uninstall entry is not a fault, because packages contain all languages and an
-    /// installer registers only some.
+    /// Accepts a folder without an uninstall entry: packages contain all languages, but an installer
+    /// registers only some.
     void checkLanguages(const Installation& installation)
     {
         for (const LanguageState& state : installation.languages) {
@@ -190,7 +190,7 @@ private:
                 "install it, or choose another: " + command("use", proposed));
         } else if (!installation.wanted.isMade()) {
             add(note, "language-asked", proposed,
-                "no language is chosen: start-up proposes this one, and exits if it "
+                "no language is chosen: start-up proposes this one, or exits if it "
                 "cannot ask the user",
                 "choose one: " + command("use", proposed));
         }
@@ -211,7 +211,7 @@ private:
                     add(note, "sources-disagree", used.name,
                         used.source + " has " + utf8(used.value) + ", " + other.source + " has " +
                             utf8(other.value),
-                        "the first is used; see " + command("show --origin"));
+                        "the first value is used; see " + command("show --origin"));
                 }
             }
         }
@@ -237,14 +237,14 @@ private:
         }
     }
 
-    /// Does not report a missing key of the default profile, because storing a setting creates this key.
+    /// The key of the default profile may be missing: storing a setting creates the key.
     void checkProfile(const Installation& installation)
     {
         const Text root = installation.path(TarvoConfig::eProfilesRoot);
         const uinfo::Choice choice = installation.profile();
         const Text name = rkuinfo::text(choice.value());
         if (!keyExists(root)) {
-            add(error, "no-tree", utf8(root), "the user has no such key",
+            add(error, "no-tree", utf8(root), "this key does not exist",
                 m_session.has("--program") ? "start the application once, which creates the user's tree"
                                            : "create the user's tree: " + command("provision"));
         } else if (choice.decision().source == uinfo::Source::builtIn) {

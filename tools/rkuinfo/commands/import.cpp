@@ -95,8 +95,8 @@ const Command exportCommand("export", "SUBTREE [KEY] [--file] [--salvage]",
                             "Write a key with everything below it to a file", "", exportTree);
 const Command importCommand({"import", "SUBTREE [KEY] [--file] [--replace] [--dry-run]",
                              "Write the contents of an export or a .reg file into a key",
-                             "Existing values are kept unless the file has a value of the same name, or\n"
-                             "--replace is given. An import that fails changes nothing.",
+                             "The file's values replace existing values of the same name.\n"
+                             "An import that fails changes nothing.",
                              importTree});
 const Command diffCommand({"diff", "SUBTREE [KEY] [--file]", "Compare a key with a file",
                            "- marks the key's data, + the file's. Exit code 1 if something differs.", diff});

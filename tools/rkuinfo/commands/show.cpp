@@ -104,7 +104,7 @@ Json registry(const Installation& of)
 }
 
 /// Returns a heading for each section and a row for each of its members. If `isForPeople` is
-/// false, each name begins with its section, so that names are unique.
+/// false, adds the section to each name, so that all names are different.
 Table tableOf(const Json& json, bool isForPeople)
 {
     Table table;
@@ -202,8 +202,8 @@ const Command showCommand({"show", "[--origin] [--json]",
 
 const Command
     languagesCommand({"languages", "[--json]", "List which languages are installed, and why others are not",
-                      "A language is installed if its folder beside the program has a library and, for\n"
-                      "the default product, its installer's uninstall entry exists.",
+                      "A language is installed if its folder beside the program has a library. The\n"
+                      "default product also requires the language's uninstall entry.",
                       languages});
 
 } // namespace
