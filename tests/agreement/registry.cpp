@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns an unusual or an ordinary name. Some names differ only in the case of a non-ASCII letter. No other
-/// name may sort between two such names, because systems would sort it differently.
+/// Returns an unusual or an ordinary name. Some names differ only in the case of a non-ASCII letter. No name
+/// sorts between them, because systems would disagree on its position.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -26,8 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path. A component of more than 256 characters is used only as the whole path:
-/// RegCreateKeyExW fails for such a component, but systems differ: some first create its parent keys.
+/// Returns a path. A component of more than 256 characters is the only one in its path. RegCreateKeyExW fails
+/// for such a component, and systems differ in whether it creates the parent keys first.
 Text path(Trace& trace)
 {
     Text path = name(trace);
@@ -91,14 +91,14 @@ public:
 
         if (call == u"create") {
             status = RegCreateKeyExW(handle, wide(subKey), 0, nullptr, 0, access, nullptr, &opened, &number);
-            number = subKey.empty() ? 0 : number; // the disposition differs for an empty path
+            number = subKey.empty() ? 0 : number; // systems differ for an empty path
         } else if (call == u"open") {
             status = RegOpenKeyExW(handle, subKey.empty() ? nullptr : wide(subKey), 0, access, &opened);
         } else if (call == u"set") {
             status = RegSetValueExW(handle, value, 0, type, out, size - 2);
         } else if (call == u"query") {
             status = RegQueryValueExW(handle, value, nullptr, &type, out, number == 0 ? nullptr : &size);
-            size = status == ERROR_INVALID_HANDLE ? 0 : size; // the size differs for an invalid handle
+            size = status == ERROR_INVALID_HANDLE ? 0 : size; // systems differ for invalid handles
         } else if (call == u"sub-key") {
             size /= 2; // characters
             status = RegEnumKeyExW(handle, number, text, &length, nullptr, reinterpret_cast<wchar_t*>(out),
@@ -106,7 +106,7 @@ public:
         } else if (call == u"value") {
             status = RegEnumValueW(handle, number, text, &length, nullptr, &type, out, &size);
         } else if (call == u"info" && (key.access & KEY_QUERY_VALUE) != 0) {
-            // Results differ without query access.
+            // Systems differ if the handle lacks KEY_QUERY_VALUE.
             status = RegQueryInfoKeyW(handle, text, &length, nullptr, &counts[0], &counts[1], &counts[2],
                                       &counts[3], &counts[4], &counts[5], nullptr, nullptr);
         } else if (call == u"delete value") {
@@ -115,12 +115,12 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status = RegDeleteTreeW(handle, wide(subKey)); // after a failure, the remaining keys differ
-            status = subKey.empty() ? status != ERROR_SUCCESS : status; // the error differs for an empty path
+            status = RegDeleteTreeW(handle, wide(subKey)); // systems differ in the keys that a failure leaves
+            status = subKey.empty() ? status != ERROR_SUCCESS : status; // systems differ for an empty path
         } else if (call == u"close" && !isRoot) {
             const HKEY closed = key.handle.release();
             status = RegCloseKey(closed);
-            number = DWORD(RegCloseKey(closed)); // closes the handle again before it can be reused
+            number = DWORD(RegCloseKey(closed)); // a second close, before the handle is reused
         } else if (call == u"root") {
             makeRoot(); // the root may have been deleted
         }
@@ -137,8 +137,7 @@ private:
 
     /// Returns a buffer of random data. Calls that write store the data, and calls that read overwrite it.
     /// The buffer is never empty, because Wine and winhost differ for empty buffers. The last two bytes,
-    /// "zz", are not stored. Without them, a terminator might follow the data, and some systems would store
-    /// that terminator too.
+    /// "zz", are not stored. They prevent some systems from storing a terminator that follows the data.
     std::vector<BYTE> bytes()
     {
         std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');

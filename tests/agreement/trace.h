@@ -2,7 +2,7 @@
 // every system. If the traces of two systems are equal, the systems agree. digests.txt contains the digests
 // of the traces that Wine and winhost must both produce. No expression draws two random numbers, because
 // compilers differ in the order of evaluation. The calls avoid the deliberate differences between winhost and
-// Windows (winhost/README.md). Comments that contain "differ" mark the places that avoid a difference.
+// Windows (winhost/README.md). To find the code that avoids a difference, search for "differ".
 #pragma once
 
 #include <concepts>
