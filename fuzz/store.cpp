@@ -1,5 +1,5 @@
-// Damages the store's files. After that, registry calls must not crash, hang or return a value that was never
-// written.
+// Damages the store's files. Registry calls on the damaged store must not crash, hang or return a value that
+// was never written.
 #include "input.h"
 
 #include <cstdio>
@@ -63,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const std::size_t at = std::size_t{input.byte()} << 8 | input.byte();
             bytes[at * 31 % bytes.size()] = static_cast<char>(input.byte());
         }
-        std::remove((home.file + suffixes[i]).c_str()); // a new file, so that the store is opened again
+        std::remove((home.file + suffixes[i]).c_str()); // winhost opens the store again if its file is new
         std::ofstream(home.file + suffixes[i], std::ios::binary) << bytes;
         chmod((home.file + suffixes[i]).c_str(), 0600);
     }

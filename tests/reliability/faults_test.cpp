@@ -22,7 +22,7 @@ constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // for a failed allocation, which 
 struct Fault
 {
     std::size_t place = SIZE_MAX;
-    std::size_t passed = 0; ///< the number of the next call's first error
+    std::size_t passed = 0; ///< how many errors the earlier calls can return
     const char* function = nullptr;
     DWORD error = 0;
 } fault;
@@ -30,7 +30,7 @@ struct Fault
 std::map<std::string, int> injected; ///< how often a function has failed
 std::vector<Patch> patches;
 
-/// Patches a function: a call that the current fault selects becomes fail(error, real, arguments...).
+/// Patches a function: fail(error, real, arguments...) replaces the call that the current fault selects.
 template <Name name, typename Signature, typename Fail>
 void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module = libraryModule)
 {
@@ -108,21 +108,21 @@ void breakAll()
 
 // ---- Scenarios
 
-/// The changes to the registry that a scenario may make.
+/// How a scenario changes the registry.
 enum Writing
 {
-    eAtOnce,     ///< all changes, or none on failure
-    eInSteps,    ///< all changes, or some of them on failure
-    eAsAllowable ///< some of the changes, even on success
+    eAtOnce,     ///< a scenario that fails makes no changes
+    eInSteps,    ///< a scenario that fails may make some of its changes
+    eAsAllowable ///< a scenario may omit changes even if it succeeds
 };
 
 struct Scenario
 {
     std::string name;
     std::function<std::string()> run;
-    std::string allowed; ///< outcomes allowed on failure, such as "5|7"; "*" allows any
+    std::string allowed; ///< the outcomes that a fault may cause, separated by "|"; "*" allows any
     Writing writing = eAtOnce;
-    bool isInTree = true; ///< whether the tree that makeTree() creates exists before each run
+    bool isInTree = true; ///< if true, each run starts with the tree of makeTree()
 };
 
 void makeTree()
@@ -215,8 +215,8 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Returns true if `now` contains every entry that is in both `before` and `after`, and every entry of `now`
-/// is in at least one of these sets.
+/// Returns true if every entry of `now` is in `before` or in `after`, and `now` contains all entries that
+/// `before` and `after` share.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };
@@ -306,8 +306,8 @@ protected:
         const auto add = [&](const std::function<std::string()>& run) {
             inject({"location " + std::to_string(++number), run, allowed});
         };
-        // GetVelaProgramPath caches its result. GetUserLocalApplicationDataTemplatePath builds the paths of
-        // all parent folders too, so the functions for these folders are not tested here.
+        // GetVelaProgramPath caches its result. GetUserLocalApplicationDataTemplatePath builds its path from
+        // those of the parent folders, whose functions therefore need no separate test.
         for (auto* const function :
              {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
               GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
@@ -315,7 +315,7 @@ protected:
               GetUserLocalApplicationDataTemplatePath}) {
             add([function] { return said(function); });
         }
-        for (int call = 0; call < 2; ++call) { // before and after the language library is loaded
+        for (int call = 0; call < 2; ++call) { // only the first scenario loads the language library
             add([] { return utf8(GetCurrentLanguageLocalName()); });
         }
         add([] { return said([](wchar_t* path) { return GetResourceDllPath(path, 1024); }); });
@@ -382,8 +382,8 @@ TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
     // GetProcAddress returns this function for RegDeleteTreeW. The function calls this program's import of
     // RegDeleteTreeW, which can be made to fail.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
-    // A call that is not made to fail is passed to these replacements. They stub out calls that must not
-    // reach the system, and count open searches.
+    // These replacements receive the calls that no fault selects. They stub out calls that must not reach the
+    // system, and count open searches.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
         intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),

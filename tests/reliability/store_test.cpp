@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // selects the long runs
+const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // makes the tests run longer
 
 // ---- Steps that a child process runs by name
 
@@ -59,7 +59,7 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// Reads value n. Returns the error if the read fails; otherwise, returns the smaller of the content and 0.
+/// Reads value n. Returns the content if it is negative, the error if the read fails, and otherwise 0.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];
@@ -70,7 +70,7 @@ LSTATUS get(int n)
             RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
         const bool isWhole = type == REG_BINARY && data[0] == n && data[1] > 2 &&
                              DWORD(data[1]) == size / 4 && std::equal(data + 3, data + data[1], data + 2);
-        wchar_t any[64] = L"1000"; // valid, because it remains unchanged if no value has this index
+        wchar_t any[64] = L"1000"; // a valid name, in case enumerate() finds none
         enumerate(true, key, static_cast<DWORD>(n % 100), any, &room);
         const bool isNamed = utf8(any).size() == 4 && utf8(any).starts_with("10");
         return !isNamed || (answer == ERROR_SUCCESS && !isWhole) ? isWrong : answer;
@@ -99,8 +99,8 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
-/// Increments `number` and sets the value with index `number % 8` to `-number`, repeatedly, until a call
-/// fails. Prints `number` after each success, and finally the negated error code.
+/// Increments `number` and sets value `number % 8` to `-number`, repeatedly, until setting a value fails.
+/// Prints `number` after each success, and the negated error code after the failure.
 LSTATUS setOn(int number)
 {
     std::minstd_rand random(static_cast<unsigned>(number));
@@ -325,7 +325,7 @@ public:
         m_expected = SIGKILL;
         ::kill(m_process, m_expected);
         siginfo_t ended = {};
-        waitid(P_PID, static_cast<id_t>(m_process), &ended, WEXITED | WNOWAIT); // its files are closed now
+        waitid(P_PID, static_cast<id_t>(m_process), &ended, WEXITED | WNOWAIT); // the exit closes its files
         return said();
     }
 
@@ -453,7 +453,7 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
     EXPECT_EQ(Process(folder)(useFull), "0 0 112 0 ");
     fs::remove(folder / "ballast");
     EXPECT_EQ(running(use), "0 0 0 0 ");
-    running.kill(); // leaves a log; the process that starts in mode "rw" writes it back
+    running.kill(); // the killed process leaves a log, which is written back in mode "rw"
     for (const std::string mode : {"ro", "rw", "ro"}) {
         ASSERT_TRUE(shell("mount -o remount," + mode + " disk"));
         EXPECT_EQ(Process(folder)(use), mode == "rw" ? "0 0 0 0 " : "0 0 5 0 "); // ERROR_ACCESS_DENIED
@@ -463,7 +463,7 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
     EXPECT_EQ(reading("get 1, get 99999"), "0 2 ");
     ASSERT_TRUE(shell("mount -o remount,rw disk"));
     EXPECT_EQ(Process(folder)("set 99999"), "0 ");
-    EXPECT_EQ(reading("get 99999"), "0 "); // although the writer has removed its log
+    EXPECT_EQ(reading("get 99999"), "0 "); // the value is found although the log was removed
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -519,7 +519,7 @@ TEST(Storm, KilledWriterLosesNoFinishedWrite)
 {
     const fs::path folder = scratchFolder() / "storm";
     const std::string getAll = "get 0, get 1, get 2, get 3, get 4, get 5, get 6, get 7";
-    const Process reader(folder); // runs during the whole test
+    const Process reader(folder); // the same process reads after every kill
     const int kills = isStressed ? 600 : 30;
     std::minstd_rand random(2018);
     int finished = 0;
@@ -541,7 +541,7 @@ TEST(Storm, KilledWriterLosesNoFinishedWrite)
 
 TEST(Storm, ConcurrentProcessesDoNotInterfere)
 {
-    const fs::path folder = std::getenv("XDG_DATA_HOME"); // contains the store of this process
+    const fs::path folder = std::getenv("XDG_DATA_HOME"); // this process's own store is in this folder
     const int seconds = isStressed ? 30 : 1;
     const auto end = Clock::now() + std::chrono::seconds(seconds);
     std::deque<Process> workers;
@@ -588,7 +588,7 @@ TEST(Store, NeverReturnsWrongDataFromDamagedFiles)
     ASSERT_EQ(Process(folder)("length 120, fill 500, count 500"), "0 0 500 0 0 ");
     Process ended(folder);
     ASSERT_EQ(ended("length 120, fill 250"), "0 0 ");
-    ended.kill(); // leaves a log
+    ended.kill(); // the killed process leaves a log
     std::map<fs::path, std::string> whole;
     for (const auto& entry : fs::directory_iterator(folder / "winhost")) {
         whole[entry.path()] = readFile(entry.path());
@@ -598,7 +598,7 @@ TEST(Store, NeverReturnsWrongDataFromDamagedFiles)
     int allRight = 0;
     const int files = isStressed ? 2000 : 40;
     for (int file = 0; file < files; ++file) {
-        int untilChanged = std::max(file % 5 - 2, 0); // damages the database in three of five cases
+        int untilChanged = std::max(file % 5 - 2, 0); // the file to damage: usually 0, the database
         for (const auto& [path, bytes] : whole) {
             writeFile(path, untilChanged-- == 0 ? damaged(bytes, random) : bytes);
         }

@@ -1,4 +1,4 @@
-// The limits on the length of names. oracle.cpp tests everything else about iterators.
+// Tests the limits on the length of names. oracle.cpp tests everything else about iterators.
 #include "store.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// Arguments, access rights and the removal of trees. oracle.cpp tests what the operations do.
+// Tests arguments, access rights and the removal of trees. oracle.cpp tests what the operations do.
 #include "store.h"
 
 namespace {

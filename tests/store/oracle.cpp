@@ -22,10 +22,10 @@ const std::string realRoot = "Software\\Oracle\\Thing\\2018\\en-US\\Settings";
 const std::string twinRoot = "Software\\Mirror\\Thing\\2018\\en-US\\Settings";
 const HKEY user = HKEY_CURRENT_USER;
 TarvoConfig& config = *velaConfig();
-VelaVariant value; // read by one operation and written by the next
+VelaVariant value; // the variant that all operations read and write
 std::optional<RawValue> twinValue;
-// `path` is the argument of an operation. The twin of a value is the value `name` of the key `key`; the twin
-// of a key is the key `whole`.
+// `path` is the argument of an operation. In the twin tree, an operation on a key uses the key `whole`, and
+// an operation on a value uses the value `name` of the key `key`.
 std::string path, key, name, whole;
 
 /// Returns the registry value that stores a variant, or nothing if the variant has no block or its block
@@ -54,8 +54,8 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a registry value in both trees, as another program might. Also clears `twinValue`, and sets `value`
-/// to a variant that cannot be stored, because its block records a size of 0.
+/// Stores a registry value in both trees, as another program might. Sets `value` to a variant whose block
+/// records a size of 0, which cannot be stored, and clears `twinValue`.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);
@@ -111,7 +111,7 @@ template <typename Iterator>
 struct Walk
 {
     Iterator real;
-    Fields twin = {nullptr, -1, 0, 0, 0}; // the key is in twinKey
+    Fields twin = {nullptr, -1, 0, 0, 0}; // `twinKey` replaces the field `key`
     OwnedKey twinKey;
 
     Codes operate(unsigned long kind, const Walk& other)

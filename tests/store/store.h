@@ -46,7 +46,7 @@ struct Operation
 {
     std::string name;
     std::size_t limit; ///< the maximum length of root and sub-path together
-    std::string last;  ///< the end of the argument, after the sub-path
+    std::string last;  ///< the part of the argument that follows the sub-path
     Error (*call)(TarvoConfig&, TarvoConfig::Path, LPCWSTR, VelaVariant&);
 };
 

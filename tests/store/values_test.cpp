@@ -103,7 +103,7 @@ TEST(Variant, AcceptsEveryValueAfterEveryOther)
             checkAfter(before, after);
         }
     }
-    VelaVariant v; // assigned from its own block below
+    VelaVariant v; // a variant can be set from its own block
     v.setString(L"abc");
     v.setString(v.getString() + 1);
     EXPECT_EQ(describe(v), "5/10 0 0 0 'bc' -");
@@ -115,8 +115,7 @@ TEST(Variant, AcceptsEveryValueAfterEveryOther)
 TEST(Variant, AllocatesABlockOfItsTypesSizeOrThrows)
 {
     constexpr int rows[][4] = {
-        // The type and the size that are passed, the size that the block must record, and the code that must
-        // be thrown, or 0.
+        // Each row: the type, the requested size, the recorded size, and the thrown code (0 if none).
         {0, 0, 0, 0},  {0, -1, 0, 0}, {1, -7, 8, 0},        {2, 0, 12, 0},
         {3, 0, 12, 0}, {4, 0, 0, 3},  {5, -1, 0, 3},        {6, 0, 0, 3},
         {0, 1, 5, 0},  {1, 3, 7, 0},  {4, INT32_MAX, 0, 6}, {4, INT32_MAX - 3, 0, 6},
@@ -169,7 +168,7 @@ TEST_F(StoredValues, SetTheTypeOfTheVariant)
     const std::string abc = text("abc").bytes;
     const std::pair<RawValue, std::string> rows[] = {
         {{REG_SZ, abc + abc}, "5/12 0 0 0 'abc' -"},
-        {{REG_SZ, abc.substr(0, 5)}, "5/12 0 0 0 'abc' -"}, // ends within a code unit
+        {{REG_SZ, abc.substr(0, 5)}, "5/12 0 0 0 'abc' -"}, // the string ends with half a code unit
         {{REG_SZ, abc.substr(0, 4)}, "5/10 0 0 0 'ab' -"},  // no terminator
         {{REG_SZ, ""}, "5/6 0 0 0 '' -"},
         {{REG_BINARY, ""}, "4/0 0 0 0 '' -"},
