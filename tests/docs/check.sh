@@ -10,13 +10,12 @@
 #                         The other lines are the expected output, in which a line "..." matches any lines. If "..." is
 #                         the only line of the expected output, the command must exit with 0.
 #   <!-- file: PATH -->   The next block is written to the file PATH in the home.
-#   <!-- body -->         The next block is the body of a function. All such functions are compiled into one program,
-#                         which is run.
+#   <!-- body -->         The next block is the body of a function. One program that calls all these functions is
+#                         compiled and run.
 #   <!-- program -->      The next block is a program, which is compiled and run.
-# TARGET is one of:
-#   host      PLACE is a build tree. The archive in the home contains its folder package/.
-#   fresh     PLACE is the archive. The machine has only the packages that the document installs.
-#   windows   PLACE is a build tree. The files are written, but only blocks marked <!-- windows --> are run.
+# If TARGET is "host", PLACE is a build tree, whose folder package/ is packed into an archive in the home.
+# If TARGET is "fresh", PLACE is the archive, and the machine has only the packages that the document installs.
+# If TARGET is "windows", PLACE is a build tree. Only the blocks marked <!-- file --> or <!-- windows --> are used.
 # Documents show /home/me for the temporary home, whose path has the same length, so that lines break at the same places.
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -32,7 +31,7 @@ exists() {
     for folder in "" src/ tests/ winhost/src/ winhost/include/ "$(dirname "$1")/"; do
         [ ! -e "$root/$folder$2" ] && ! compgen -G "$root/$folder$2.*" >/dev/null || return 0
     done
-    [[ $2 =~ ^(build|lib|share)/ ]] # a path in a build or a package is not checked
+    [[ $2 =~ ^(build|lib|share)/ ]] # assume that a path in a build or a package exists
 }
 
 check_links() {

@@ -53,8 +53,8 @@ expect "$app cannot be read" rkuinfo import settings --file "$app"
 expect "create it: mkdir $app/none" env XDG_CONFIG_HOME="$app/none" "$app/rkuinfo" doctor
 expect settings "$app/rkuinfo" complete --product X get se
 expect $'--file\n--replace' "$app/rkuinfo" complete import settings --
-expect '<>' bash -c 'echo "<$("$0" complete get settings se)>"' "$app/rkuinfo" # a second subtree is not proposed
-expect '<>' bash -c 'echo "<$("$0" complete --product s)>"' "$app/rkuinfo" # nor a command as an option's value
+expect '<>' bash -c 'echo "<$("$0" complete get settings se)>"' "$app/rkuinfo" # complete prints no second subtree
+expect '<>' bash -c 'echo "<$("$0" complete --product s)>"' "$app/rkuinfo" # complete prints no command as a value
 expect 'Usage: rkuinfo list [OPTIONS] SUBTREE [KEY]' "$app/rkuinfo" manual
 for command in provision doctor "get settings A" "set settings A int 1"; do
     # shellcheck disable=SC2086 # several words
@@ -64,8 +64,7 @@ mkdir -p "$app/damaged/winhost"
 printf 'no registry' >"$app/damaged/winhost/registry.db"
 expect $'registry\tHKEY_CURRENT_USER\\Software: the registry is damaged' env XDG_DATA_HOME="$app/damaged" "$app/rkuinfo" doctor
 
-# The import sets a value and creates the first of two keys. It cannot create the second key, because the registry has no
-# key numbers left.
+# The import sets a value and creates one key. A second key cannot be created, because all key numbers are used.
 rkuinfo provision >/dev/null
 rkuinfo set settings before int 1
 cp "$registry" "$app/intact.db"
