@@ -16,11 +16,9 @@ public:
     virtual ~Peer() = default;
     /// Reads one integer.
     virtual int read() = 0;
-    /// Cycles through the entries that read() does not use, and reads one per call. Returns 0 if this
-    /// operation is not measured for the peer.
+    /// Cycles through the entries that read() does not use, and reads one per call.
     virtual int readNext() { return 0; }
-    /// Writes the integer so that it outlives the process. Returns false on failure, or if this operation
-    /// is not measured for the peer.
+    /// Writes the integer so that it outlives the process. Returns false on failure.
     virtual bool write(int) { return false; }
 };
 

@@ -1,5 +1,4 @@
-// A program that is not linked with the library. It loads and unloads the module. The library is loaded and
-// unloaded with the module.
+// A program that is not linked with the library, but loads and unloads a module that is.
 #define RKUINFO_NOT_LINKED
 #include "consumer.h"
 
