@@ -23,7 +23,7 @@ TarvoConfig::Error startNorvik()
     return InitVelaConfig(nullptr, nullptr, L"en-US", nullptr);
 }
 
-/// In each row: a function, the index of the row whose path it extends, and the part that it appends.
+/// Each function returns the path of row `below` (a system folder for -1), followed by `added`.
 const struct
 {
     PathFunction folder;

@@ -1,4 +1,4 @@
-// The company and product steps of start-up. choices_test.cpp tests which source provides each name.
+// Tests how start-up sets the company and product. choices_test.cpp tests which source provides each name.
 #include "support/test.h"
 
 namespace {

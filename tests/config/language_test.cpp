@@ -39,13 +39,13 @@ TEST(Language, IsFoundByItsNumberAndItsName)
 TEST(Language, LoadsItsLocalNameOncePerObject)
 {
     int asked = 0;
-    bool isEmpty = false; // the library contains no names
+    bool isEmpty = false; // if true, LoadStringW finds no string
     const Patch strings = intercept<"LoadStringW", decltype(LoadStringW)>([&](auto real, auto... arguments) {
         ++asked;
         return isEmpty ? 0 : real(arguments...);
     });
     const TarvoLanguage german(1L);
-    EXPECT_EQ(german.localName(), nullptr); // no folder "unknown"
+    EXPECT_EQ(german.localName(), nullptr); // the language folder "unknown" does not exist
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
     TarvoLanguage copy(german);
     EXPECT_EQ(utf8(german.localName()), "German");

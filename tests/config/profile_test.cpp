@@ -78,8 +78,8 @@ TEST(Profile, IsReplacedByThatOfTheCommandLine)
     const std::string n126(126, 'n');
     const std::string n127 = n126 + 'n';
     const std::string n511(511, 'n');
-    // The stored value, the name that must be read, and whether the argument "Work" must replace the stored
-    // value. If the name is empty, "Default" must be returned and stored.
+    // Each row: the stored value, the name that is read from it, and whether the argument "Work" replaces the
+    // stored value. If the name is empty, "Default" is returned and stored.
     const std::tuple<std::optional<RawValue>, std::string, bool> rows[] = {
         {std::nullopt, "", false},
         {text(""), "", false},

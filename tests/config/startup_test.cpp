@@ -1,4 +1,4 @@
-// Start-up: the questions to the user, the state afterwards, and failures. choices_test.cpp tests which
+// Tests the questions that start-up asks, the resulting state, and failures. choices_test.cpp tests which
 // source provides each name.
 #include "support/test.h"
 
@@ -20,7 +20,7 @@ struct Row
     const wchar_t* argument = nullptr;
     std::optional<RawValue> stored = {};
     std::string iniText = {};
-    std::string becomes = {}; ///< the language, or empty if the process exits
+    std::string becomes = {}; ///< the language that is set; empty if start-up exits
     std::string shown = {};
     std::vector<std::string> installed = {"en-US", "fr-FR", "zh-CN"};
 };
@@ -126,7 +126,7 @@ TEST(StartUp, KeepsWhatItResolvedBeforeAFailure)
         std::string company, product;
         Error error;
         std::string state; ///< the state after the failure; earlier steps are not undone
-        Error second;      ///< the result of another start
+        Error second;      ///< the result of starting up again
     } rows[] = {
         {tooLong, "Widget", eInvalidInput, "NORVIK TARVO unknown Default 0 ", eOk}, // no company is set
         {"Acme", tooLong, eInvalidInput, "Acme TARVO unknown Default 0 ", eInvalidInput},

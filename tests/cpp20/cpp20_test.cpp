@@ -86,7 +86,7 @@ TEST(Cpp20, WalksItemsAndValues)
         seen += utf8(name) + ' ';
         makeKey(HKEY_CURRENT_USER, settingsKey + "\\Grown" + std::to_string(seen.size()));
     }
-    EXPECT_EQ(seen, "One One One "); // the loop ends, although it adds keys
+    EXPECT_EQ(seen, "One One One "); // the loop ends, although each pass adds a key
     std::set<std::string> values;
     for (auto& value : rkuinfo::values(settings)) {
         values.insert(utf8(value.name) + '=' + std::to_string(value.as<std::int32_t>().value_or(-1)) +

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Prints what each source contains, and then the chosen name or "-". An absent argument is not listed.
+/// Prints each source and its state, then the chosen name or "-". Omits the argument if it is absent.
 std::string print(const uinfo::Choice& choice)
 {
     constexpr const char* answers[] = {
@@ -34,8 +34,7 @@ const std::string x253(253, 'x'), x254 = x253 + 'x', x255 = x254 + 'x';
 class Choices : public testing::Test
 {
 protected:
-    /// For each row, writes the sources, makes the choice, and compares the printed choice with the row's
-    /// report.
+    /// For each row, writes the sources, calls `choose`, and compares the printed result with `report`.
     template <typename Choose>
     void expect(std::initializer_list<Sources> rows, const std::string& key, const char* valueName,
                 Choose choose)

@@ -14,11 +14,12 @@ std::string iniValue(const fs::path& file, LPCWSTR key)
     return utf8(out.data());
 }
 
-/// Windows is documented to ignore the first section after a UTF-8 byte order mark; Wine and winhost read it.
+/// According to its documentation, Windows ignores the first section after a UTF-8 byte order mark. Wine and
+/// winhost read this section.
 TEST(WineIniFile, IsReadAtAnyLength)
 {
     const fs::path file = scratchFolder() / "big.ini";
-    const std::string line = std::string(70'000, 'x') + // followed by U+0080, U+0800, U+10000 and U+10FFFF
+    const std::string line = std::string(70'000, 'x') + // U+0080, U+0800, U+10000 and U+10FFFF follow
                              "\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
     writeFile(file, "\xEF\xBB\xBF[s]\n" + std::string(900'000, ';') + "\nline=" + line + "\nend=1");
     EXPECT_EQ(iniValue(file, L"line"), line);
@@ -44,7 +45,7 @@ TEST(GetFolderPath, ReturnsAbsolutePathsAndCreatesOnRequest)
     EXPECT_EQ(roaming.substr(1, 2) + local.substr(1, 2), ":\\:\\");
     EXPECT_NE(roaming, local);
     EXPECT_EQ(userFolder(0x77), "invalid");
-    const fs::path folder = scratchFolder() / "documents" / "deep"; // set below for Windows and for the host
+    const fs::path folder = scratchFolder() / "documents" / "deep";
     setRaw(HKEY_CURRENT_USER, "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders",
            "Personal", RawValue{REG_EXPAND_SZ, Wide(windowsPath(folder)).bytes()});
     shareWithChildren("XDG_DOCUMENTS_DIR", folder.string() + "//");

@@ -84,14 +84,14 @@ TEST(LoadLibrary, FindsResourceFilesOrReportsWhy)
             EXPECT_EQ(GetLastError(), error);
             EXPECT_EQ(stringOf(module, englishId) == "7 English 0", error == 0);
             EXPECT_EQ(FreeLibrary(module) != FALSE, error == 0);
-            EXPECT_EQ(FreeLibrary(module), FALSE); // no longer loaded
+            EXPECT_EQ(FreeLibrary(module), FALSE); // the module is no longer loaded
         }
     }
 
     fs::current_path(folder);
     const HMODULE found = LoadLibraryW(L"pack");
     fs::current_path(scratchFolder());
-    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // already loaded, but no longer in the search path
+    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // a loaded module is found outside the search path
     EXPECT_NE(FreeLibrary(found), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
     EXPECT_NE(FreeLibrary(found), FALSE);

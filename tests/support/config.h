@@ -5,7 +5,7 @@
 
 namespace testing_support {
 
-/// A separate configuration object. Tests can call its start-up steps.
+/// A separate configuration object whose start-up steps tests can call.
 class Config : public TarvoConfig
 {
 public:

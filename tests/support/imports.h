@@ -29,8 +29,7 @@ struct Name
     char text[32] = {};
 };
 
-/// True if each module contains its own operator new, which calls the module's import of malloc, as with
-/// Visual C++.
+/// With Visual C++, each module contains its own operator new, which calls the module's import of malloc.
 #ifdef _MSC_VER
 inline constexpr bool hasOwnHeapOperators = true;
 #else

@@ -40,7 +40,7 @@ void removeKey(HKEY root, const std::string& path);
 /// Creates the key if necessary and sets the value, if one is given. An empty name means the default value.
 LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);
-/// Deletes a key and creates it again. Then sets the value, if one is given.
+/// Deletes the key, then calls setRaw().
 void remakeKey(HKEY root, const std::string& path, const std::string& name,
                const std::optional<RawValue>& value);
 std::optional<RawValue> getRaw(HKEY root, const std::string& path, const std::string& name);

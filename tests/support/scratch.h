@@ -16,7 +16,7 @@ const std::filesystem::path& scratchFolder();
 /// Converts a path to a Windows path in UTF-8.
 std::string windowsPath(const std::filesystem::path& path);
 
-/// Writes a file and creates its folder.
+/// Writes a file. Creates its folder if necessary.
 void writeFile(const std::filesystem::path& file, std::string_view bytes);
 
 std::string readFile(const std::filesystem::path& file);

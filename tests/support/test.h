@@ -28,8 +28,8 @@ inline void PrintTo(const RawValue& value, std::ostream* stream)
     *stream << value.type << ' ' << testing::PrintToString(value.bytes);
 }
 
-/// Key paths after startAcme(). These constants are not inline, so that each file initialises them before
-/// its own constants.
+/// The key paths that startAcme() sets. These constants are not inline, so that each file initialises them
+/// before its own constants.
 const std::string acmeKey = "Software\\Acme";
 const std::string languageRoot = acmeKey + "\\Widget\\2018\\en-US";
 const std::string profilesKey = languageRoot + "\\Profiles";

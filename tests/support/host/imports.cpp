@@ -19,7 +19,7 @@ std::vector<void**> importSlots(const char* module, const char* function)
     constexpr std::uintptr_t page = 4096;
     static std::set<void**> bound;
     std::vector<void**> slots;
-    link_map* loaded = _r_debug.r_map; // starts with the program; dlopen would need the versioned file name
+    link_map* loaded = _r_debug.r_map; // dlopen would need a library's versioned file name
     while (module != nullptr && std::strstr(loaded->l_name, module) == nullptr) {
         loaded = loaded->l_next;
     }

@@ -27,7 +27,7 @@ void leaveHome() {}
 
 std::string companyFromOutside(const std::string& company)
 {
-    return company; // unchanged, because children inherit the home and the registry in it
+    return company; // a child process uses the same home, which contains the registry
 }
 
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments)

@@ -20,7 +20,7 @@ std::string ownPath()
 void redirect(HKEY root, const std::string& name)
 {
     const OwnedKey key = makeKey(HKEY_CURRENT_USER, "Software\\" + ownPath() + '\\' + name);
-    makeKey(key.get(), "Software"); // the real roots contain this key too
+    makeKey(key.get(), "Software"); // the real roots contain the key Software
     RegOverridePredefKey(root, key.get());
 }
 
@@ -57,7 +57,7 @@ void joinHome()
     RegCopyTreeW(HKEY_LOCAL_MACHINE, Wide(folders),
                  described.get()); // Windows resolves known folders by these descriptions
     redirect(HKEY_LOCAL_MACHINE, "Machine");
-    redirect(HKEY_CURRENT_USER, "User"); // last, because both keys are below the real root
+    redirect(HKEY_CURRENT_USER, "User"); // must be last: redirect() uses the real HKEY_CURRENT_USER
 }
 
 void leaveHome()
@@ -89,7 +89,7 @@ int runOnFiles(const std::filesystem::path& program, const std::vector<std::stri
     CreateProcessW(nullptr, const_cast<wchar_t*>(+command), nullptr, nullptr, TRUE, 0, nullptr,
                    Wide(windowsPath(program.parent_path())), &startup, &child);
     WaitForSingleObject(child.hProcess, INFINITE);
-    DWORD exitCode = 127; // if the program cannot be started
+    DWORD exitCode = 127; // the result if the program cannot be started
     GetExitCodeProcess(child.hProcess, &exitCode);
     for (const HANDLE handle :
          {startup.hStdInput, startup.hStdOutput, startup.hStdError, child.hProcess, child.hThread}) {
