@@ -9,7 +9,7 @@ ChildResult runProgram(const std::filesystem::path& program, const std::vector<s
     writeFile(folder / "in", input);
     const int exitCode = runOnFiles(program, arguments);
     ChildResult result = {exitCode, readFile(folder / "out"), readFile(folder / "err")};
-    std::erase(result.output, '\r'); // Windows programs end lines with \r\n
+    std::erase(result.output, '\r'); // in text mode, Windows adds \r to each line
     std::erase(result.errors, '\r');
     return result;
 }
