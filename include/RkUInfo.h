@@ -21,9 +21,9 @@
 /// Returns the configuration object; never null.
 RKUINFO_API TarvoConfig* velaConfig();
 
-/// Performs start-up: determines company, product, language and profile. Call it once per process, before
-/// other threads use the library. A null or empty argument is replaced by the first of these that is
-/// available:
+/// Performs start-up: determines company, product, language and profile. Call InitVelaConfig once per
+/// process, before other threads use the library. A null or empty argument is replaced by the first of these
+/// that is available:
 /// - company: "TARVO.ini" [Product] CompanyName; "Norvik"
 /// - product: "CurProduct" under Software\{company}; "TARVO.ini" [Product] ProductName; "TARVO"
 /// - language (a short name such as "en-US"): "CurVer" under the version root; "TARVO.ini" [Product] LocaleId
@@ -33,10 +33,10 @@ RKUINFO_API TarvoConfig* velaConfig();
 /// If the first language name found is not an installed language, or if no name is found, a message box asks
 /// whether to use the first installed language.
 ///
-/// If the profiles key stores a current profile, and a different profile argument is passed, start-up stores
-/// the argument instead. Start-up records its choices only in keys that exist; CreateConfigReg creates the
-/// keys. The process exits with code 1 after a message box if the language argument is unknown, if no
-/// language is installed, or if the user declines the proposed language.
+/// A profile argument replaces a different current profile that the profiles key already stores. Start-up
+/// records its choices only in keys that exist; CreateConfigReg creates the keys. The process exits with code
+/// 1 after a message box if the language argument is unknown, if no language is installed, or if the user
+/// declines the proposed language.
 /// @return eOk, also if start-up has already succeeded (the arguments are then ignored); eInvalidInput if
 ///         company or product has 255 or more characters, if a path does not fit, or after an earlier
 ///         failure; eRegistryError if the language's folder cannot be read, or if the search for installed
@@ -44,10 +44,10 @@ RKUINFO_API TarvoConfig* velaConfig();
 RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product,
                                               const wchar_t* language, const wchar_t* profile);
 
-/// Creates the current user's product tree and records version, language and profile in it. Call it after
-/// InitVelaConfig. If a current profile is already stored, it stays the current profile. A start-up profile
-/// of 127 characters or more is stored whole but cannot be read back: the next look-up of the current profile
-/// replaces it with "Default". Throws an RkErrorStatus* if memory is exhausted.
+/// Creates the current user's product tree and records version, language and profile in it. Call
+/// CreateConfigReg after InitVelaConfig. A current profile that is already stored is not replaced. A start-up
+/// profile of 127 characters or more is stored whole but cannot be read back: the next look-up of the current
+/// profile replaces it with "Default". Throws an RkErrorStatus* if memory is exhausted.
 /// @return eOk, or eRegistryError if the product key does not exist afterwards
 RKUINFO_API TarvoConfig::Error CreateConfigReg();
 
@@ -75,11 +75,11 @@ RKUINFO_API long GetVelaLanguageIdByShortName(const wchar_t* shortName);
 RKUINFO_API long GetCurrentVelaLanguageId();
 /// Returns the product name, or "TARVO" before start-up; never null.
 RKUINFO_API const wchar_t* GetCurrentProductName();
-/// Writes the build stamp (21 characters) or, if withPrefix is true, VERNUM = "..." (32 characters) with the
-/// stamp between the quotes. size includes the terminator; if it is too small, the empty string is written.
+/// Writes the build stamp (21 characters) or, if withPrefix is true, VERNUM = "{stamp}" (32 characters). If
+/// size, which includes the terminator, is too small, writes the empty string.
 RKUINFO_API void GetVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
-/// Writes the resource version number, which is always empty, in the format of GetVerNum: the empty string
-/// or, if withPrefix is true, VERNUM = "" (11 characters).
+/// Works like GetVerNum with an empty stamp: writes the empty string or, if withPrefix is true, VERNUM = ""
+/// (11 characters).
 RKUINFO_API void GetResVerNum(wchar_t* buffer, unsigned long size, bool withPrefix);
 /// Returns "SP2".
 RKUINFO_API const wchar_t* GetServicePackageVersionString();
@@ -103,10 +103,10 @@ RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
 /// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
 /// Writes the current language's resource folder, without a trailing backslash. buffer must have room for the
-/// path's length + 3 characters. It must also have room for the executable's path, which the function writes
-/// first. After a failure, buffer may contain part of a path.
+/// path's length + 3 characters, and for the executable's path, which the function writes first. After a
+/// failure, buffer may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
-/// Writes the path of folderName in the program folder; buffer and size are as for the overload above.
+/// Writes the path of folderName in the program folder; buffer and size are as for the function above.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
 /// Loads a library from the current language's folder or, if that fails, by its bare name in the system's
 /// search order. The search includes the working directory and PATH: an application should restrict the
@@ -121,7 +121,7 @@ RKUINFO_API long GetHelpFilePath(wchar_t* buffer, long size);
 
 // ---- Per-user folders ---------------------------------------------------------------------------
 // Each function writes a path of at most 1021 characters; none creates a folder. Every path except the last
-// ends with a backslash. After a failure, buffer contains as many leading levels of the path as fit. The odd
+// ends with a backslash. After a failure, buffer contains the path up to the last folder that fits. The odd
 // spellings are part of the interface.
 
 RKUINFO_API unsigned long GetUserApplicationDataPath(wchar_t* const buffer);             ///< {roaming}\ .

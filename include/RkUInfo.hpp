@@ -40,9 +40,9 @@ inline Text text(unsigned long (*function)(wchar_t*))
     return function(buffer) > 0 ? text(buffer) : Text();
 }
 
-/// A string argument: stores a pointer to a literal (L"..."), but copies a Text. A null or empty
-/// sub-path means the subtree's own key; a null or empty value path means that key's default value. A string
-/// ends at its first null character.
+/// A string argument: a pointer to a literal (L"...") or a copy of a Text. A null or empty sub-path means the
+/// subtree's own key; a null or empty value path means that key's default value. A string ends at its first
+/// null character.
 class Argument
 {
 public:
@@ -66,8 +66,8 @@ private:
 
 // ---- Errors ------------------------------------------------------------------------------------------
 
-/// Returns the category of TarvoConfig::Error. Each module has a separate instance: compare codes from
-/// different modules by value().
+/// Returns the category of TarvoConfig::Error. Each module has its own category object, so compare error
+/// codes from different modules by value().
 inline const std::error_category& category()
 {
     struct Category final : std::error_category
@@ -101,7 +101,7 @@ inline const std::error_category& category()
 
 } // namespace rkuinfo
 
-/// Converts an error to a code; found by argument-dependent lookup.
+/// Converts an error to a std::error_code, whose constructor calls this function.
 inline std::error_code make_error_code(TarvoConfig::Error error)
 {
     return {error, rkuinfo::category()};
@@ -122,8 +122,8 @@ template <typename T>
 concept Integer = std::signed_integral<T> &&(sizeof(T) == 4 || sizeof(T) == 8) &&
                   (!std::same_as<T, long> || sizeof(long) == 8);
 
-/// The types that a setting can be read as. An integer's width decides between eInt and eInt64. A long has 32
-/// bits on Windows and 64 elsewhere; it is accepted only if it has 64.
+/// The types that a setting can be read as. A 32-bit integer is stored as eInt, a 64-bit integer as
+/// eInt64. The type long is accepted only if long has 64 bits, as on 64-bit Linux.
 template <typename T>
 concept Setting = Integer<T> || std::same_as<T, double> || std::same_as<T, Text> || std::same_as<T, Bytes>;
 
@@ -234,7 +234,7 @@ template <typename T>
 
 namespace detail {
 
-/// Reads a name by calling the given function, which calls an iterator's name() or key().
+/// Reads a name with `read`, a function that calls name() or key() of an iterator.
 template <typename ReadName>
 TarvoConfig::Error readName(ReadName read, Text& name)
 {
@@ -351,13 +351,13 @@ struct ValueCursor
 
 } // namespace detail
 
-/// Returns the names of a key's sub-keys; null means the subtree's own key.
+/// Returns the names of a key's sub-keys.
 inline Range<detail::ItemCursor> items(TarvoConfig::Path path, const Argument& item = {})
 {
     return {path, item};
 }
 
-/// Returns the values of a key; null means the subtree's own key.
+/// Returns the values of a key.
 inline Range<detail::ValueCursor> values(TarvoConfig::Path path, const Argument& item = {})
 {
     return {path, item};

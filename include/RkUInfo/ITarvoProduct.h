@@ -6,7 +6,7 @@ class TarvoLanguage;
 
 #pragma pack(push, 8) // makes the layout independent of /Zp
 
-/// The object that velaGetProduct() returns. The order of its virtual functions is fixed. Clients must never
+/// The object that velaGetProduct() returns. The order of the virtual functions is fixed. Clients must never
 /// delete the object. Returned strings belong to the library. Every function may be called from any thread.
 class ITarvoProduct
 {
@@ -34,8 +34,8 @@ public:
     /// Returns "4.0".
     virtual const wchar_t* productVersionTag() = 0;
     /// Returns the path of "UserDataCache" in the program folder, without a trailing backslash. The path is
-    /// cached after the first success. Until then, or if the path has more than 259 characters, the result is
-    /// empty.
+    /// cached after the first success. Returns the empty string on failure, for example if the path has more
+    /// than 259 characters.
     virtual const wchar_t* userDataCachePath() = 0;
 
     // Three 32-bit integers that client modules share; initially -1, 0 and 1. If long has 64 bits, a setter

@@ -14,8 +14,8 @@ class ConfigAccess;
 
 #pragma pack(push, 8) // makes the layout independent of /Zp
 
-/// The process-wide object that stores company, product, language and user profile, and through which clients
-/// read and change the user's configuration tree under HKEY_CURRENT_USER.
+/// The process-wide configuration object. Stores company, product, language and user profile, and reads and
+/// changes the user's configuration tree under HKEY_CURRENT_USER.
 ///
 /// The launcher must call InitVelaConfig before any other thread uses the object; afterwards its fields are
 /// only read, and every operation may be called from any thread. Before start-up, the names are the built-in
@@ -95,8 +95,8 @@ public:
                       VelaVariant::VarType type, const wchar_t* fileName);
 
     /// Returns 1 if the key exists and can be opened for reading, otherwise 0. Ignores one leading separator
-    /// and does not normalise the rest. The root and the sub-path together, including the ignored separator,
-    /// can have at most 1020 characters.
+    /// and does not normalise the rest. The root and the sub-path together can have at most 1020 characters;
+    /// a leading separator counts.
     int isItemExist(Path path, const wchar_t* item);
 
     /// Reads the value that the last component of valuePath names; the part before it is the sub-path. The
@@ -110,7 +110,7 @@ public:
     Error setValue(Path path, const wchar_t* valuePath, const VelaVariant& value);
 
     /// Reads a value of the iterator's current sub-key.
-    /// @return a result of the getValue that takes a path, or an error of ItemIterator::name
+    /// @return the results of getValue(Path, ...), or an error of ItemIterator::name
     Error getValue(const ItemIterator& item, const wchar_t* valueName, VelaVariant& value) const;
     /// Writes a value of the iterator's current sub-key.
     /// @return eOk, eNotFound (the iterator has no key, or the sub-key cannot be opened for writing),
@@ -122,24 +122,24 @@ public:
     /// @return eOk, eInvalidInput, eRegistryError
     Error addItem(Path path, const wchar_t* item);
     /// Writes a value: eInt as REG_DWORD, eInt64 as REG_QWORD, eDouble and eBinary as REG_BINARY, eString as
-    /// REG_SZ. The key is created if needed; no value is written for an eNull or an empty eBinary. The
+    /// REG_SZ. Creates the key if it does not exist. Writes no value for an eNull or an empty eBinary. The
     /// root and the sub-path together can have at most 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key can be neither opened nor created), eRegistryError
     Error addValue(Path path, const wchar_t* item, const wchar_t* valueName, const VelaVariant& value);
     /// Removes a key and everything below it; a null or empty item means the subtree's own key. The root and
-    /// the parent's path together can have at most 1021 characters. Before Windows 8, keys are removed one by
-    /// one, children first. In that case, eRegistryError is returned if a key's path relative to the parent
-    /// has more than 519 characters. Keys that have already been removed are not restored.
+    /// the parent's path together can have at most 1021 characters. Before Windows 8, removes the keys one
+    /// by one, children first, and returns eRegistryError if a key's path relative to the parent has more
+    /// than 519 characters. Keys that have already been removed are not restored.
     /// @return eOk, eInvalidInput, eNotFound (no item name, or no parent), eRegistryError
     Error removeItem(Path path, const wchar_t* item);
     /// Removes a value. The root and the sub-path together can have at most 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (also if the value is missing)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
-    /// Opens a key with full access and positions an iterator on its first sub-key (or value). Overwrites the
-    /// iterator without closing its key: to reuse an iterator, first assign a default-constructed one to it.
-    /// On failure, the iterator has no key. The root and the sub-path together can have at most 1021
-    /// characters.
+    /// Opens a key with full access and positions an iterator on its first sub-key (or value). findItem does
+    /// not close the iterator's old key: before you reuse an iterator, close the key by assigning a
+    /// default-constructed iterator. On failure, the iterator has no key. The root and the sub-path together
+    /// can have at most 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);
@@ -200,10 +200,10 @@ private:
 
 /// Walks the sub-keys of one key: call findItem, then name() and step() for as long as both return eOk.
 ///
-/// The iterator walks the live key by index, up to the count that findItem has read. The key stays open until
-/// the iterator is destroyed or assigned to. A copy has the same index and count, and opens the key again. If
-/// the key cannot be opened (for example, because it has been removed), the copy holds no key. Different
-/// iterators may be used from several threads at once.
+/// The iterator does not copy the sub-keys: name() reads the sub-key that currently has the iterator's index.
+/// The key stays open until the iterator is destroyed or assigned to. A copy has the same index and count,
+/// and opens the key again. If the key cannot be opened (for example, because it has been removed), the copy
+/// holds no key. Different iterators may be used from several threads at once.
 class TarvoConfig::ItemIterator
 {
 public:
@@ -219,8 +219,8 @@ public:
     ///               capacity reported for it is 8192.
     /// @return eOk, eBufferTooSmall (buffer unchanged), eInvalidIterator (length unchanged)
     RKUINFO_API Error name(wchar_t* buffer, long& length) const;
-    /// Moves to the next index. Returns eInvalidIterator past the last one, even if the key has grown since
-    /// findItem.
+    /// Moves to the next index. Returns eInvalidIterator if the index has reached the number of sub-keys that
+    /// findItem found.
     RKUINFO_API Error step() const;
     /// Returns the number of sub-keys that findItem found.
     RKUINFO_API long getSubKeyCount() const;

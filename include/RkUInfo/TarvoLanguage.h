@@ -21,9 +21,9 @@ public:
     TarvoLanguage(long lang);
     /// Looks up a short name; a null, empty or unknown name means the unknown language.
     TarvoLanguage(const wchar_t* shortName);
-    /// Copies the index; the copy loads its local name again.
+    /// Copies the index, but not the cached local name.
     TarvoLanguage(const TarvoLanguage& other);
-    /// Copies the index and releases the target's local name, which must no longer be in use.
+    /// Copies the index. Frees the old local name: pointers that localName() has returned become invalid.
     TarvoLanguage& operator=(const TarvoLanguage& other);
     ~TarvoLanguage();
 
@@ -39,8 +39,8 @@ public:
     const wchar_t* globalName() const;
     /// Returns the language's name as the loaded "RkUInfoRes.dll" translates it, at most 62 characters; null
     /// while the library or its string cannot be loaded. The first call that finds the library loads it for
-    /// the whole process; until then each call searches again, in the same places as LoadResourceDll. The
-    /// string is loaded once per object and valid until the object is destroyed or assigned to.
+    /// the whole process. Until the library is found, each call searches where LoadResourceDll
+    /// searches. The string is loaded once per object and valid until the object is destroyed or assigned to.
     const wchar_t* localName() const;
 
     /// Returns the index of a short name; -1 for null, empty or unknown names.

@@ -150,9 +150,9 @@ public:
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
     /// Allocates a block with uninitialised data, which the caller must release with free. A size of 1 or
-    /// more is the number of data bytes, whatever the type. For a size of 0 or less, returns null for eNull,
-    /// allocates the fixed size of eInt, eInt64 and eDouble, and throws code 3 for any other type. Throws
-    /// code 6 if the allocation fails.
+    /// more is the number of data bytes, whatever the type. A size of 0 or less means 4 bytes for eInt, and 8
+    /// for eInt64 and eDouble. For eNull, a size of 0 or less returns null. Any other type with a size of 0
+    /// or less throws code 3. Throws code 6 if the allocation fails.
     static void* allocBlock(VarType type, std::int32_t size)
     {
         if (size > 0) {
@@ -265,8 +265,7 @@ private:
 
 #pragma pack(pop)
 
-// This function follows pack(pop), because g++ would otherwise pack the type information of the pointer that
-// the function throws.
+// Defined after pack(pop), because g++ would otherwise pack the type information of the thrown pointer.
 inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
 {
     RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);
