@@ -1,15 +1,14 @@
 // The entry point of a host library: calls the DllMain of the library that contains this file.
 //
-// This file comes from an archive, so it follows the library's objects on the link line. Therefore
-// `entryPoint` is the last of the library's static objects to be created and the first to be destroyed, both
-// when a program exits and in dlclose.
+// The linker reads the archive that contains this file after the library's own objects. Therefore
+// `entryPoint` is created after all other static objects of the library, and destroyed before them.
 #include <windows.h>
 
 #include <dlfcn.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* reserved);
 
-/// The linker option -u requests this symbol, so that the linker adds this file to the library.
+/// The linker option -u winhostDllMain makes the linker take this file from its archive.
 extern "C" const int winhostDllMain = 0;
 
 namespace {

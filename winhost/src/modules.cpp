@@ -1,4 +1,4 @@
-// Modules. The handle of host code is its load address, even if the code was not loaded by these functions.
+// Modules. The handle of host code is the code's load address, whether or not LoadLibraryExW loaded the code.
 // Only the resources of a PE file can be read; the handle is the address of the file's bytes in memory.
 #include "modules.h"
 
@@ -61,8 +61,8 @@ bool isHostCode(HMODULE module)
     return module != nullptr && handleOf(module) == module;
 }
 
-/// Returns the full path. Resolves links in the folder's path but not in the file name, because
-/// GetModuleHandleW is called with the name by which a module was loaded.
+/// Returns the full path. Resolves links in the folder's path but not in the file name: GetModuleHandleW must
+/// find a module by the name that was loaded.
 std::string absolute(const std::filesystem::path& file)
 {
     std::error_code failure;
@@ -77,7 +77,7 @@ std::string hostCodeFile(HMODULE module)
     return module == executable() || dladdr(module, &info) == 0 ? executableFile() : absolute(info.dli_fname);
 }
 
-// Call with the guard held.
+// The caller must hold `guard`.
 std::vector<Module>::iterator findLoaded(HMODULE module)
 {
     return std::ranges::find(loaded, module, &Module::handle);
@@ -95,7 +95,7 @@ std::string fileOf(HMODULE module)
     return isHostCode(module) ? hostCodeFile(module) : std::string();
 }
 
-/// Adds ".dll" to a name without an extension. If the name ends with a dot, only removes the dot.
+/// Removes a dot from the end of a name, or adds ".dll" to a name without an extension.
 Text withExtension(TextView name)
 {
     Text full(name);
@@ -196,7 +196,7 @@ bool addReference(HMODULE module)
 }
 
 /// Adds a module to the list. If the module is already listed, adds a reference to its entry instead. The
-/// parameter's destructor then releases the loader's additional reference, after the guard is unlocked.
+/// duplicate in `module` is released after `guard` is unlocked.
 HMODULE keep(Module module)
 {
     const std::lock_guard<std::mutex> lock(guard);
@@ -241,7 +241,7 @@ HMODULE loadFile(const std::string& file, bool forDataOnly, bool mayRun)
     if (bytes && !isHostFile && !bytes->starts_with("MZ")) {
         return fail(ERROR_BAD_EXE_FORMAT);
     }
-    if (bytes && !isHostFile) { // not mapped, because another process could truncate the file
+    if (bytes && !isHostFile) { // another process could truncate a mapped file
         bytes = readFile(file, largest);
     }
     if (!bytes) {
@@ -341,7 +341,7 @@ BOOL FreeLibrary(HMODULE module)
         SetLastError(ERROR_INVALID_HANDLE);
         return FALSE;
     }
-    Module last; // closed with the guard unlocked, because the module's code may load modules
+    Module last; // destroyed after `guard` is unlocked, because the module's code may load modules
     {
         const std::lock_guard<std::mutex> lock(guard);
         const auto found = findLoaded(module);
@@ -367,8 +367,8 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
-    // A null name opens the executable. dlsym also finds functions that a module's dependencies export; the
-    // handle check below rejects these.
+    // For a null name, dlopen opens the executable. dlsym also finds functions that a module's dependencies
+    // export; the handle of such a function differs from `code`.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

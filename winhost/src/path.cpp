@@ -32,8 +32,8 @@ TextView rootOf(TextView path)
     return path.substr(0, isUnc(path) ? 2 : path.starts_with(L'\\') ? 1 : 0);
 }
 
-/// Resolves "." and ".." without following links. Once ".." has removed the first component of a relative
-/// path, the result starts at the root. A "." at the end is kept.
+/// Resolves "." and ".." without following links. A relative path becomes absolute when ".." removes its
+/// first component: "a\..\b" becomes "\b". A "." at the end is kept.
 Text canonical(TextView path)
 {
     if (path.empty()) {
@@ -76,8 +76,8 @@ Text canonical(TextView path)
 }
 
 /// Appends the relative path `more` to `path`. Returns nothing if the joined path would be too long. If
-/// either argument is empty, returns the other; if `more` is a full path, returns it. In these cases, a
-/// result that is too long is truncated.
+/// either argument is empty, returns the other; if `more` is a full path, returns `more`. Cuts an argument
+/// that is returned alone to 259 characters.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

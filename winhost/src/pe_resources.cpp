@@ -10,8 +10,8 @@ namespace {
 constexpr std::uint32_t stringTableType = 6;
 constexpr std::uint32_t stringsPerBlock = 16;
 
-// These functions read little-endian numbers, and return 0 past the end of the bytes. A signature, count or
-// size of 0 ends the search.
+// read16 and read32 read little-endian numbers, and return 0 past the end of the bytes. A signature, count or
+// size of 0 ends the search for a string.
 
 std::uint32_t read16(Bytes bytes, std::size_t offset)
 {
@@ -148,7 +148,7 @@ StringResource findString(Bytes file, std::uint16_t id)
     }
     const std::optional<std::uint32_t> languages = findTable(resources, *blocks, id / stringsPerBlock + 1);
     const std::size_t data = languages ? findEntry(resources, *languages, std::nullopt).value_or(0) : 0;
-    if (data == 0) { // not found: offset 0 is that of the first table, never of data
+    if (data == 0) { // not found: offset 0 contains the first table
         return {ERROR_RESOURCE_NAME_NOT_FOUND, {}};
     }
     const Bytes block = slice(headers.at(read32(resources, data)), 0, read32(resources, data + 4));

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Reads a line of input. Stores its first 8 non-blank characters in lower case. Returns false at the
-/// end of the input.
+/// Reads the first 8 non-blank characters of an input line, in lower case. Returns false at the end of the
+/// input.
 bool readAnswer(std::string& answer)
 {
     constexpr std::size_t longestKept = 8;

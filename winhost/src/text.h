@@ -7,8 +7,7 @@
 
 namespace winhost {
 
-// Uses the generic traits, because those of std::wstring call the C library's wide functions, which assume
-// the host's own wchar_t.
+// std::char_traits<wchar_t> calls functions of the C library, which expect a 32-bit wchar_t.
 struct UnitTraits : __gnu_cxx::char_traits<wchar_t>
 {
 };

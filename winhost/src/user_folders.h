@@ -14,8 +14,8 @@ std::string xdgFolder(const char* variable, const char* belowHome);
 std::string configFolder();
 std::string dataFolder();
 
-/// Creates a folder and its missing parents. Returns false, with the cause in errno, if one cannot be
-/// created. Creates nothing in another user's folder, because that user could not write to the new folder.
+/// Creates a folder and its missing parents. On failure, returns false and sets errno. Creates nothing in
+/// another user's folder, because that user could not write to the new folder.
 bool makeFolders(const std::string& folder);
 
 } // namespace winhost
