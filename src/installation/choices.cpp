@@ -11,7 +11,7 @@ using uinfo::Choice;
 using uinfo::RegistryKey;
 using uinfo::Source;
 
-constexpr std::size_t longestName = uinfo::nameCapacity - 1; // for a company or product argument
+constexpr std::size_t longestName = uinfo::nameCapacity - 1; // the longest company or product argument
 constexpr std::size_t storedNameCapacity = uinfo::nameCapacity + 1;
 constexpr std::size_t storedLanguageCapacity = 8;
 constexpr unsigned long iniNameCapacity = uinfo::nameCapacity; // reads at most 253 characters

@@ -52,14 +52,12 @@ struct Choice
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
-    /// Points to the argument or to the built-in name if that name was chosen, otherwise null.
+    /// The argument, which must outlive the Choice, or the built-in name; null if the name is in `text`.
     const wchar_t* given = nullptr;
     std::array<wchar_t, nameCapacity + 1> text = {};
     Finding found[4];
     std::size_t count = 0;
 };
-
-// A choice points to its argument, which must outlive it.
 
 /// Chooses the first name that exists: the argument, the name in TARVO.ini, or the built-in name. Rejects an
 /// argument of 255 characters or more.
@@ -91,7 +89,7 @@ Answer readProfile(const RegistryKey& profiles, BoundedText& name);
 /// Reads a registry value, which must be a REG_SZ. Returns Answer::absent if key is not open.
 Answer readName(const RegistryKey& key, const wchar_t* valueName, BoundedText& name);
 
-/// Returns whether the two names are those of the default product, the only product whose languages need an
+/// Returns whether company and product are the defaults. Only languages of the default product need an
 /// uninstall entry.
 bool isDefaultProduct(const wchar_t* company, const wchar_t* product);
 

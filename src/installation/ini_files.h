@@ -18,13 +18,12 @@ bool iniFilePath(const wchar_t* programFolder, const wchar_t* fileName, BoundedT
 TarvoConfig::Error readIniText(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
                                wchar_t* out, unsigned long capacity, const wchar_t* fileName);
 
-/// Stores the entry's number in out, or -1 if the entry is missing. If the file cannot be read, out is
-/// unchanged.
+/// Stores the number in out, or -1 if the entry is missing. If the file cannot be read, out is unchanged.
 TarvoConfig::Error readIniNumber(const wchar_t* programFolder, const wchar_t* section, const wchar_t* key,
                                  long& out, const wchar_t* fileName);
 
-/// Builds the prefix of the names of architecture commands, "S{MajorVer}{ProductId}_". Returns false unless
-/// product.ini contains both numbers.
+/// Builds the command name prefix "S{MajorVer}{ProductId}_". Returns false unless product.ini contains both
+/// numbers.
 bool readCommandPrefix(const wchar_t* programFolder, BoundedText& prefix);
 
 } // namespace uinfo

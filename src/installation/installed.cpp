@@ -78,7 +78,7 @@ std::int32_t preferredLanguage(const wchar_t* programFolder, bool needsEntry)
             return findLanguage(language.shortName);
         }
         if (GetLastError() == ERROR_TOO_MANY_OPEN_FILES) {
-            break; // the search for other languages would fail for the same reason
+            break; // the next search would fail too
         }
     }
     return unknownLanguage;

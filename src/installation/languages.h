@@ -1,4 +1,4 @@
-// Every language with all its properties except the names in langpacks/.
+// The table of languages. The translated names of the languages are in langpacks/.
 #pragma once
 
 #include <cstdint>

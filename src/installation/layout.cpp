@@ -8,7 +8,7 @@ namespace {
 
 using uinfo::BoundedText;
 
-/// Appends a name and a separator. If they do not fit, appends nothing and returns false.
+/// Appends a name and a separator. Appends nothing and returns false if the path would be too long.
 bool appendFolder(BoundedText& path, const wchar_t* name, const wchar_t* separator)
 {
     const std::size_t before = path.length();
@@ -96,7 +96,6 @@ bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVari
     if (read != TarvoConfig::eOk) {
         return false;
     }
-    // getString() returns the empty string for a value that is not a string. append() rejects a long string.
     static_cast<void>(path.append(stored.getString(), longestStoredPath));
     return true;
 }

@@ -17,15 +17,15 @@ const wchar_t* programFolder();
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
 /// Appends the path of a file or folder next to the executable. Does not cache the executable's path. Returns
-/// false if that path cannot be read or the result does not fit.
+/// false if the executable's path cannot be read or the result does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);
 
 /// Builds the path of a file in a resource folder. Returns false if a name is empty, the executable's path
 /// cannot be read, or the result does not fit.
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path);
 
-/// Calls load with the path of a file in a resource folder and, if that returns null, with the file's bare
-/// name. Returns null if the path does not fit.
+/// Calls load with the path of a file in a resource folder. If load returns null, calls load with the bare
+/// file name. Returns null if the path does not fit.
 template <typename Load>
 HINSTANCE loadResourceLibrary(const wchar_t* folderName, const wchar_t* fileName, Load load)
 {

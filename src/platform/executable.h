@@ -6,7 +6,7 @@
 namespace uinfo {
 
 /// Reads the executable's full path into out, which holds size characters. Returns false if the path cannot
-/// be read or does not fit; out then contains what the system wrote. Clears the thread's last error, to
+/// be read or does not fit; out may then contain a truncated path. Clears the thread's last error, to
 /// detect truncation.
 bool executablePath(wchar_t* out, unsigned long size);
 
@@ -14,8 +14,8 @@ bool executablePath(wchar_t* out, unsigned long size);
 /// empty. Clears the thread's last error.
 bool executableFolder(BoundedText& out, unsigned long size);
 
-/// Like executableFolder, but accepts a truncated path and preserves the thread's last error. On failure, the
-/// content of out is unspecified.
+/// Works like executableFolder, but accepts a truncated path and preserves the thread's last error. On
+/// failure, the content of out is unspecified.
 bool executableFolderOrCut(BoundedText& out, unsigned long size);
 
 } // namespace uinfo

@@ -15,9 +15,9 @@ inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, styl
 inline constexpr std::size_t longestResourcePath = 1021;  ///< file in a language's folder
 inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's Config key
 
-// Limits on the length of root plus sub-path. The separator between the two is not counted.
-inline constexpr std::size_t longestChangePath = 1021; ///< limit for functions that write
-inline constexpr std::size_t longestReadPath = 1020;   ///< limit for functions that read
+// Limits on the length of root plus sub-path, without the separator between them.
+inline constexpr std::size_t longestReadPath = 1020;   ///< getValue and isItemExist
+inline constexpr std::size_t longestChangePath = 1021; ///< all other operations
 
 /// A company or product name from an argument or an INI file.
 inline constexpr std::size_t nameCapacity = 255;

@@ -26,7 +26,7 @@ bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 wchar_t* duplicate(const wchar_t* text);
 
 /// Returns the length of the folder part of a path. The folder part ends with the last separator or, in a
-/// path such as "C:name", with the drive. Returns 0 if the path has neither.
+/// path such as "C:name", with the drive. Returns 0 if the path has no separator and no drive.
 std::size_t folderLength(const wchar_t* path);
 
 inline constexpr std::size_t anyLength = SIZE_MAX;
@@ -85,8 +85,7 @@ public:
     bool empty() const { return m_length == 0; }
 
 private:
-    /// Writes text at index start. To leave room for a separator, the caller can pass the current length plus
-    /// 1, and must then write the separator itself.
+    /// Writes text at index start. If start is length() + 1, the caller must write the separator before text.
     bool appendAt(std::size_t start, const wchar_t* text, std::size_t count, std::size_t longest)
     {
         const std::size_t end = std::min(m_capacity - 1, longest);
