@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Copies a key path into a field. Allocates the field first if it is null.
+/// Copies a key path into a field. If the field is null, first allocates its buffer.
 void store(wchar_t*& field, const uinfo::PathBuffer& path)
 {
     if (field == nullptr) {

@@ -62,7 +62,7 @@ TarvoConfig::Error TarvoConfig::initLanguageName(const wchar_t* language)
     if (m_language.language() < 0) {
         const std::int32_t installed = uinfo::preferredLanguage(folder.text(), needsEntry);
         if (installed < 0 && GetLastError() == ERROR_TOO_MANY_OPEN_FILES) {
-            return eRegistryError; // the search failed; languages may still be installed
+            return eRegistryError; // languages may be installed, but the search failed
         }
         if (installed < 0) {
             refuseToStart(productName(), L"Could't find any installed languages!");

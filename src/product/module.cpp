@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The product object. It uses the static configuration object, so DllMain creates it after all static
-/// objects and destroys it before them.
+/// The product object uses the static configuration object: DllMain creates the product object after all
+/// static objects and destroys the product object before them.
 constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace

@@ -17,8 +17,8 @@ namespace {
 
 constexpr std::size_t longestHelpPath = 509; // 511 minus the terminator and an unused character
 
-/// If the working directory is the user data cache folder, changes it to the documents folder. Windows cannot
-/// remove a folder that is a process's working directory.
+/// If the working directory is the user data cache folder, makes the documents folder the working directory.
+/// Windows cannot remove a folder that is a process's working directory.
 void fixWorkingDirectory()
 {
     uinfo::PathBuffer cacheFolder;

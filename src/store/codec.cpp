@@ -14,8 +14,8 @@ struct FreeBlock
     void operator()(void* block) const { std::free(block); }
 };
 
-/// The buffer for the second query. VelaVariant allocates this buffer, so that a failed allocation throws
-/// the same exception as a setter does.
+/// The buffer for the second query. VelaVariant::allocBlock allocates the buffer, so that a failed allocation
+/// throws the same exception as a setter.
 class Temporary
 {
 public:
@@ -58,7 +58,7 @@ bool readBinary(HKEY key, const wchar_t* valueName, DWORD size, VelaVariant& val
 
 bool readText(HKEY key, const wchar_t* valueName, DWORD size, VelaVariant& value)
 {
-    // Leaves room for a string that grows before the second query, and for a terminator after an odd byte.
+    // The string may grow between the two queries. One of the zero bytes may complete the last character.
     constexpr std::uint64_t terminator = 3;
     const std::uint64_t offered = std::min<std::uint64_t>(2 * std::uint64_t{size} + 2, UINT32_MAX);
     const Temporary text(offered + terminator);

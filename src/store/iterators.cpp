@@ -98,7 +98,7 @@ Error stepIndex(std::int32_t& index, std::int32_t count)
     return TarvoConfig::eOk;
 }
 
-/// Calls use(name) with the name of the iterator's current value.
+/// Passes the name of the iterator's current value to `use`.
 template <typename Use>
 Error withCurrentName(const TarvoConfig::ValueIterator& it, Use use)
 {

@@ -1,4 +1,4 @@
-// Client paths, and the full key paths that the store opens.
+// Normalises clients' paths and builds full key paths.
 #pragma once
 
 #include "platform/text.h"
@@ -14,8 +14,8 @@ wchar_t* toBackslashes(wchar_t* text);
 /// `text` is null or empty.
 wchar_t* trimBackslashes(wchar_t* text);
 
-/// Normalises `text` and splits it at its last backslash, in place. Returns the part after that backslash,
-/// and sets `text` to the part before it, or to null if there is no backslash. If `text` is null or empty,
+/// Normalises `text` and splits it at its last backslash, in place. Returns the last component, and sets
+/// `text` to the part before the backslash, or to null if there is no backslash. If `text` is null or empty,
 /// returns null and does not change `text`.
 wchar_t* splitKeyPath(wchar_t*& text);
 
@@ -50,7 +50,7 @@ public:
         }
         wchar_t* key = m_text;
         const wchar_t* const name = splitKeyPath(key);
-        // name - 1 is the separator, where the key part ends.
+        // The key part ends before the separator, which is at name - 1.
         return {key, key == nullptr ? 0 : static_cast<std::size_t>(name - 1 - key), name};
     }
 
@@ -82,8 +82,8 @@ public:
         return parts.keyLength == 0 || join(parts.key, parts.keyLength, limit);
     }
 
-    /// Sets the path to a root and the normalised sub-path. Returns false if the path exceeds the limit for
-    /// writes.
+    /// Sets the path to a root and the normalised sub-path. Returns false if the path exceeds
+    /// longestChangePath.
     bool assign(const TarvoConfig& config, TarvoConfig::Path root, const wchar_t* subPath);
 
     const wchar_t* text() const { return m_path.text(); }

@@ -11,7 +11,7 @@ namespace uinfo {
 int deleteKeyTree(HKEY parent, const wchar_t* subKey);
 
 /// Removes the tree with RegDeleteTreeW if the system has that function and velaGetWindowsVersion() returns 8
-/// or more. On other systems, this function calls deleteKeyTree.
+/// or more, otherwise with deleteKeyTree.
 bool removeKeyTree(HKEY parent, const wchar_t* subKey);
 
 } // namespace uinfo
