@@ -135,7 +135,7 @@ std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes
     try {
         const Json json = Json::parse(bytes);
         const auto format = json.find("format");
-        require(format == json.end() || format->get<int>() <= newestFormat,
+        require(format == json.end() || format->get<double>() <= newestFormat,
                 "the file was written by a newer version of rkuinfo");
         readKey(json, root, {}, edits, place);
     } catch (const Json::exception& error) {

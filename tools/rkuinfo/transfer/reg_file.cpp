@@ -201,7 +201,8 @@ private:
 
 bool isRegFile(const std::string& bytes)
 {
-    return bytes.starts_with(mark) || textOfFile(bytes).starts_with(firstLine);
+    const std::string start = bytes.substr(0, utf8Mark.size() + firstLine.size());
+    return start.starts_with(mark) || textOfFile(start).starts_with(firstLine);
 }
 
 std::vector<Edit> fromRegFile(const std::string& file, const std::string& bytes, const Text& root)
