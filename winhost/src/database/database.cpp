@@ -52,9 +52,9 @@ struct Connection
     sqlite3* database = nullptr;
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
-    LSTATUS whyReadOnly = ERROR_SUCCESS; // the reason for eReadOnly or eUnlocked
-    std::int32_t generation = 0;         // of the file itself, not of the log; set once it is accepted
-    std::uint64_t version = 0;           // of the content when `generation` was accepted; 0 if unknown
+    LSTATUS whyReadOnly = ERROR_SUCCESS; // the error from opening the file for writing
+    std::int32_t generation = 0;         // the database file's last accepted generation
+    std::uint64_t version = 0;           // the content's version after the last check or commit; 0 if unknown
     bool isShared = false;
     bool isLeaving = false; // the process is exiting, so each call closes the store
     Listing listing{};
@@ -105,7 +105,7 @@ LSTATUS run(const char* sql)
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longestWait{5000};
-std::atomic<Clock::time_point> hopeless = Clock::time_point(); // before this time, no call waits for a lock
+std::atomic<Clock::time_point> hopeless = Clock::time_point(); // calls do not wait for locks before this time
 
 /// Repeats work() while it fails with ERROR_LOCK_FAILED, for at most 5 s. Does not wait if the previous call
 /// returned ERROR_LOCK_FAILED less than 10 s ago.
@@ -133,7 +133,7 @@ struct OwnedFile
     {
     }
     ~OwnedFile() { ::close(number); }
-    OwnedFile(const OwnedFile&) = delete; // assignment is impossible anyway, because the member is constant
+    OwnedFile(const OwnedFile&) = delete; // the constant member prevents assignment
 
     const int number;
 };
@@ -155,7 +155,7 @@ LSTATUS alone(const std::string& folder, Work work)
 // https://www.sqlite.org/walformat.html. If the header has another format, the version is 0.
 
 constexpr std::uint32_t indexFormat = 3007000;
-// Offsets, in units of the number that is stored there:
+// The offset of each number in the index, divided by the number's size:
 constexpr std::size_t saltsAt = 4;    // the log's salts (64 bits)
 constexpr std::size_t sumAt = 5;      // the header's checksum (64 bits)
 constexpr std::size_t framesAt = 4;   // how many frames the log contains (32 bits)
@@ -164,17 +164,17 @@ constexpr std::size_t writtenAt = 24; // how many frames have been copied to the
 constexpr std::size_t pageSize = 4096;
 
 constexpr std::uint64_t noIndex[writtenAt] = {};
-std::atomic<const std::uint64_t*> page = noIndex; // noIndex: the version is unknown
+std::atomic<const std::uint64_t*> page = noIndex; // points to noIndex while the version is unknown
 
-// The address at which the index or a page of zeros is mapped. One of them is always mapped, because readers
-// do not lock.
+// The address at which the index or a page of zeros is mapped. This address is never unmapped,
+// because readers do not lock.
 void* const place = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 // The address at which a page of the store's file is mapped. The mapping keeps the lock on the file after the
 // program has closed the descriptors; without the lock, other programs would remove the index.
 void* const filePlace = mmap(nullptr, pageSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 
-// The number of files opened so far. It is part of the version because two files without a log have the same
-// header.
+// The number of files opened so far. contentVersion() adds this number, because the index has the same header
+// for any two files without a log.
 std::atomic<std::uint64_t> turn = 0;
 
 /// Returns a number from the header, or 0 if there is no header.
@@ -265,7 +265,7 @@ LSTATUS setGeneration(std::int32_t last)
     return run(sql.c_str());
 }
 
-/// Starts a new generation if the next write will start a new log. Call it in a write transaction.
+/// Stores a new generation number if the next write starts a new log. Call this in a write transaction.
 void beginLog()
 {
     const bool isKnown =
@@ -309,7 +309,7 @@ Listing listing()
 bool isMoved()
 {
     const Listing now = listing();
-    if (now != own.listing) { // also if another program created or deleted a file there
+    if (now != own.listing) { // a file created or deleted in the folder also changes the listing
         const bool isAt = isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
                           isAtPlace(own.file, eIndex) && resolved(own.path) == own.file;
         own.listing = isAt ? now : Listing();
@@ -344,7 +344,7 @@ LSTATUS createFile()
             unlink((own.path + suffixes[eIndex]).c_str());
         }
         const OwnedFile created(own.path, O_RDWR | O_CREAT);
-        // The umask may have removed these permissions.
+        // The umask may have removed the user's permissions.
         const bool isMade = created.number >= 0 && fchmod(created.number, S_IRUSR | S_IWUSR) == 0;
         return isMade ? ERROR_SUCCESS : statusOfErrno(ERROR_CANTOPEN);
     });
@@ -393,8 +393,8 @@ std::string uriOf(const std::string& file, const char* mode)
     return uri + "?mode=" + mode;
 }
 
-/// Opens the database, and closes it again on failure. Returns ERROR_FILE_NOT_FOUND if it has no tables and
-/// createsTables is false.
+/// Opens the database, and closes it again on failure. Returns ERROR_FILE_NOT_FOUND if the
+/// database has no tables and createsTables is false.
 LSTATUS connect(Kind kind, bool createsTables)
 {
     constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_EXRESCODE;
@@ -446,7 +446,7 @@ LSTATUS connect(Kind kind, bool createsTables)
     return status;
 }
 
-/// Opens the store, for writing if possible. Creates it only if forWriting is true.
+/// Opens the store, for writing if possible. Creates a missing store only if forWriting is true.
 LSTATUS open(bool forWriting)
 {
     recordFiles(own.file);
@@ -496,8 +496,8 @@ bool isStale(bool forWriting)
                             : (own.kind == eUnlocked && own.listing != listing()) || isMoved();
 }
 
-/// Opens the database, unless a usable connection exists. Throws if that fails, or if forWriting is true and
-/// the database cannot be written.
+/// Opens the database, unless a usable connection exists. Throws if opening fails, or if forWriting is
+/// true and the database cannot be written.
 void prepare(bool forWriting)
 {
     if (areFilesLost()) {
@@ -555,8 +555,8 @@ void begin()
     sqlite3_busy_timeout(own.database, 0);
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
-        // Checked within the transaction, because another process may replace the log before the transaction
-        // begins.
+        // isMoved() is called within the transaction, because another process may replace the log before the
+        // transaction begins.
         require(!isMoved(), ERROR_LOCK_FAILED);
         if (!own.isShared) {
             beginLog();
@@ -602,7 +602,7 @@ Transaction::~Transaction()
         undo(m_isWriting);
     }
     if (own.isLeaving && !own.isShared) {
-        close(); // leave() has run, but this thread continues
+        close(); // the process is exiting, but this thread is still running
     }
 }
 
@@ -643,7 +643,7 @@ void forsake()
 // Runs after the destructors of all static objects.
 __attribute__((destructor)) void leave()
 {
-    hopeless = Clock::time_point(); // an earlier call that failed must not prevent waiting
+    hopeless = Clock::time_point(); // wait even if an earlier call failed to lock
     retry([]() -> LSTATUS {         // another thread may be in a call, and another process may be exiting too
         const Lock lock(own.mutex, std::try_to_lock);
         require(lock.owns_lock(), ERROR_LOCK_FAILED);

@@ -46,8 +46,8 @@ LSTATUS outcome(Work work)
     }
 }
 
-/// Defined by the user of this module: the file's name, the tables of a new file, and the function that adds
-/// their rows.
+/// The file's name, the SQL that creates the tables of a new file, and the function that adds their rows.
+/// registry/tree.cpp defines `content`.
 struct Content
 {
     const char* file;
@@ -62,7 +62,7 @@ std::uint64_t contentVersion();
 
 using Lock = std::unique_lock<std::mutex>;
 
-/// A transaction, which locks the connection. It is undone unless it is committed.
+/// Locks the connection. The destructor undoes the transaction unless commit() or share() succeeded.
 class Transaction
 {
 public:

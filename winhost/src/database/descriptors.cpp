@@ -21,8 +21,8 @@ namespace {
 
 int numbers[std::size(suffixes)] = {-1, -1, -1};
 
-// The file offset that marks these descriptors. SQLite never changes the offset, and other descriptors are
-// unlikely to have it. Some file systems refuse offsets of 2 GiB and more.
+// The file offset that marks the store's descriptors. SQLite never changes a descriptor's offset, and other
+// files are unlikely to have the same offset. Some file systems refuse offsets of 2 GiB and more.
 constexpr off_t mark = 0x5707E5E7;
 
 const std::string* recorded = nullptr;
@@ -82,8 +82,8 @@ ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
     return errno == 0 ? static_cast<ssize_t>(size) : -1;
 }
 
-/// Before SQLite removes the log's index, clears the index's header. A child, or a process that has closed
-/// its descriptors, may still map the index, and must not return cached answers.
+/// Clears the header of the log's index before SQLite removes the index. A child, or a process that has
+/// closed its descriptors, may still map the index, and must not return cached answers.
 int removeFile(const char* path)
 {
     constexpr char header[96] = {};
