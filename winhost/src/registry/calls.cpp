@@ -153,7 +153,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
         status = change(Memory::eKeys, key, 0, [&](NodeId node) {
             const NodeId created = createPath(node, viewOf(subKey), isNew);
             const std::lock_guard<std::mutex> lock(memory().mutex);
-            made = memory().open(created, access); // may fail, so it must not follow the commit
+            made = memory().open(created, access); // precedes the commit, because open() may fail
         });
         if (status == ERROR_SUCCESS) {
             *result = made;
@@ -250,7 +250,7 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
         return ERROR_INVALID_PARAMETER;
     }
     if (data == nullptr) {
-        give(size, 0); // even if the value does not exist
+        give(size, 0); // if the value is missing, the size is 0
     }
     return ask(key, KEY_QUERY_VALUE, {Question::eValue, viewOf(valueName)}, [&](const Answer& value) {
         give(type, value.type);

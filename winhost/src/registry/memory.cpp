@@ -140,7 +140,7 @@ void Memory::remember(const Question& question, const Answer& answer)
     }
     try {
         Entry& entry = m_answers[hash];
-        entry.epoch = 0; // invalid until it is complete
+        entry.epoch = 0; // the entry is invalid until it is complete
         entry.text = question.text;
         entry.question = question;
         entry.question.text = entry.text;

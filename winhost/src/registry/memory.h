@@ -30,7 +30,7 @@ public:
 
     /// Returns the cached answer; null if none is valid.
     const Answer* recall(const Question& question);
-    /// Also returns an outdated answer if this process has not written since the answer was cached.
+    /// Returns the cached answer, even if outdated; null if this process wrote after the answer was cached.
     const Answer* recallOutdated(const Question& question);
     /// Caches an answer, unless the store has changed or the answer has more than 2,400 bytes. Call it in a
     /// Transaction.
@@ -67,10 +67,10 @@ private:
 
     std::vector<Slot> m_slots;
     std::size_t m_closed = 0; // head of the list of closed slots, which ends with m_slots.size()
-    std::unordered_map<std::uint64_t, Entry> m_answers; // at most 4,096, found by a hash of the question
+    std::unordered_map<std::uint64_t, Entry> m_answers; // at most 4,096; the keys are hashes of the questions
     std::uint64_t m_version = 0;
-    std::uint64_t m_epochs[2] = {1, 1}; // current epochs: for paths, and for all other answers
-    std::uint64_t m_changed = 1;        // the value of m_epochs[1] after this process's last write
+    std::uint64_t m_epochs[2] = {1, 1}; // answers with older epochs are outdated; [0] is for paths
+    std::uint64_t m_changed = 1;        // m_epochs[1] after this process's last write
 };
 
 Memory& memory();

@@ -51,7 +51,7 @@ bool exists(NodeId node)
     return isRoot(node) || Query("SELECT 1 FROM keys WHERE id = ?1", node).next();
 }
 
-/// Returns the answer for an entry that was not found. Its status is ERROR_KEY_DELETED if the key is
+/// Returns an answer for a missing sub-key or value. The answer's status is ERROR_KEY_DELETED if the key is
 /// deleted, otherwise the given status.
 Answer missing(NodeId node, LSTATUS status)
 {
@@ -157,8 +157,8 @@ Answer findValue(NodeId node, TextView name)
 }
 
 /// Finds the entry at an index. If the previous entry is cached, continues after its name, because counting
-/// from the start would cost more with each entry. Also reads ahead if the previous entry is cached and no
-/// other process has written since.
+/// from the start would cost more with each entry. If no process has written since the previous entry was
+/// cached, also reads the entries that follow.
 Answer findAt(const Question& question)
 {
     constexpr std::int64_t readAhead = 64;
@@ -196,7 +196,7 @@ Answer findAt(const Question& question)
 
 void createFirstKeys()
 {
-    NodeId id = localMachineId; // fixed numbers, because roots can be open before a file exists
+    NodeId id = localMachineId; // numbers are fixed, because these keys can be open before the file exists
     insert(currentUserId, ++id, L"Software");
     NodeId parent = localMachineId;
     for (const TextView name : {L"SOFTWARE", L"Microsoft", L"Windows", L"CurrentVersion", L"Uninstall"}) {

@@ -1,5 +1,5 @@
-// The registry's keys and values in the store. The functions that read or change them must be called in a
-// Transaction. These functions throw Failure.
+// The registry's keys and values in the store. Functions that access the store must be called in a
+// Transaction, and throw Failure.
 #pragma once
 
 #include "database/database.h"
@@ -70,7 +70,7 @@ Measure measure(NodeId node);
 
 /// Creates the missing keys of a path, and sets `created` if any were missing. Returns the key at the path.
 NodeId createPath(NodeId start, TextView path, bool& created);
-/// Sets a value. Returns the answer that find() would return for the new value.
+/// Sets a value, and returns the same answer as a later find().
 Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
 /// Deletes a key; throws ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
