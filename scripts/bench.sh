@@ -74,7 +74,7 @@ count_all() {
     count_memory small "$bench/bin/bench_start"
 }
 
-# Prints a client's private memory usage and the size of its mapped part of the store's file.
+# Prints a client's private memory usage, and how much of the store's file the client maps.
 count_memory() {
     local tree=$1 program=$2 empty own store
     shift 2

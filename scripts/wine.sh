@@ -2,8 +2,8 @@
 
 wine_folder=$PWD/build/wine
 wine_program=/usr/lib/wine/wine64
-# setarch fixes the address of the heap. At a random address, the heap may cover the page at 0x7ffe0000. Wine needs
-# this page, and exits.
+# setarch fixes the address of the heap. At a random address, the heap may cover the page at 0x7ffe0000; Wine cannot
+# start without this page.
 wine=(setarch --addr-no-randomize "$wine_program")
 "${wine[@]:0:2}" true 2>/dev/null || wine=("$wine_program") # some containers forbid setarch
 

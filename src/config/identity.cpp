@@ -1,4 +1,4 @@
-// The company and product steps of start-up, and the registry roots that are built from the two names.
+// The start-up steps for company and product, and the registry roots that are built from the two names.
 #include "installation/choices.h"
 #include "installation/layout.h"
 #include "installation/names.h"

@@ -73,10 +73,10 @@ struct LanguageChoice : Choice
 };
 
 /// Reads the argument, the registry and TARVO.ini, in that order. The first source that contains a name
-/// decides, even if no language of that name is installed. A registry value does not count as a name if it is
-/// empty, is longer than 6 characters, or is not a REG_SZ. If no language is chosen, the caller should
-/// propose preferredLanguage(). If needsEntry is true, a language counts as installed only if it has an
-/// uninstall entry.
+/// determines the language, even if no language of that name is installed. A registry value does not count as
+/// a name if it is empty, is longer than 6 characters, or is not a REG_SZ. If no language is chosen, the
+/// caller should propose preferredLanguage(). If needsEntry is true, a language counts as installed only if
+/// it has an uninstall entry.
 LanguageChoice chooseLanguage(const wchar_t* argument, const wchar_t* versionRoot,
                               const wchar_t* programFolder, bool needsEntry);
 

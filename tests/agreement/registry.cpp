@@ -115,7 +115,7 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status = RegDeleteTreeW(handle, wide(subKey)); // systems differ in the keys that a failure leaves
+            status = RegDeleteTreeW(handle, wide(subKey)); // systems differ in the keys left after a failure
             status = subKey.empty() ? status != ERROR_SUCCESS : status; // systems differ for an empty path
         } else if (call == u"close" && !isRoot) {
             const HKEY closed = key.handle.release();

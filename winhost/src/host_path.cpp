@@ -177,7 +177,7 @@ bool isFolder(const std::string& hostFile)
 std::optional<std::string> readStart(const std::string& hostFile, std::size_t size)
 {
     const int file =
-        ::open(hostFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); // opening a fifo does not wait
+        ::open(hostFile.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); // open() does not block on a FIFO
     const DWORD reason = errorOf(file < 0 ? errno : 0, ERROR_ACCESS_DENIED);
     std::string start;
     ssize_t length = -1;

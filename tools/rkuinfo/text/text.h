@@ -1,4 +1,4 @@
-// Functions for text, and for the output and the errors of commands. The library uses UTF-16; the command
+// Functions for text, command output and errors. The library uses UTF-16; the command
 // line and the output use UTF-8.
 #pragma once
 

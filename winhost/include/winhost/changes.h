@@ -11,6 +11,7 @@
 /// transaction has already begun.
 WINHOST_API LSTATUS winhostBeginRegistryChanges();
 
-/// Commits or undoes the transaction. Returns ERROR_INVALID_PARAMETER if no transaction has begun, and
-/// ERROR_CANTWRITE if a disk error, a lack of memory, a fork or a move of the store has undone the changes.
+/// Commits or undoes the transaction. Returns ERROR_INVALID_PARAMETER if no transaction has begun. Returns
+/// ERROR_CANTWRITE if the changes were lost because a write failed, memory ran out, the process forked, or
+/// the store was moved.
 WINHOST_API LSTATUS winhostEndRegistryChanges(BOOL keep);

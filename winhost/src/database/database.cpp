@@ -173,8 +173,8 @@ void* const place = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMO
 // program has closed the descriptors; without the lock, other programs would remove the index.
 void* const filePlace = mmap(nullptr, pageSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 
-// The number of files opened so far. contentVersion() adds this number, because the index has the same header
-// for any two files without a log.
+// The number of files opened so far. contentVersion() adds it to the checksum of the index's header, because
+// all indexes of empty logs have the same checksum.
 std::atomic<std::uint64_t> turn = 0;
 
 /// Returns a number from the header, or 0 if there is no header.

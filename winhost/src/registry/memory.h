@@ -67,7 +67,7 @@ private:
 
     std::vector<Slot> m_slots;
     std::size_t m_closed = 0; // head of the list of closed slots, which ends with m_slots.size()
-    std::unordered_map<std::uint64_t, Entry> m_answers; // at most 4,096; the keys are hashes of the questions
+    std::unordered_map<std::uint64_t, Entry> m_answers; // at most 4,096, by hash of the question
     std::uint64_t m_version = 0;
     std::uint64_t m_epochs[2] = {1, 1}; // answers with older epochs are outdated; [0] is for paths
     std::uint64_t m_changed = 1;        // m_epochs[1] after this process's last write
