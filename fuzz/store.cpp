@@ -63,7 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const std::size_t at = std::size_t{input.byte()} << 8 | input.byte();
             bytes[at * 31 % bytes.size()] = static_cast<char>(input.byte());
         }
-        std::remove((home.file + suffixes[i]).c_str()); // winhost opens the store again if its file is new
+        std::remove((home.file + suffixes[i]).c_str()); // winhost reopens the store if its file is replaced
         std::ofstream(home.file + suffixes[i], std::ios::binary) << bytes;
         chmod((home.file + suffixes[i]).c_str(), 0600);
     }

@@ -1,5 +1,5 @@
-// SQLite with prepared statements and a write-ahead log. Commits do not wait for the disk, as in the registry
-// of winhost.
+// SQLite with prepared statements and a write-ahead log. Like winhost's registry, it does not flush
+// each commit to disk.
 #include "peers.h"
 
 #include <sqlite3.h>

@@ -1,7 +1,7 @@
 // The entry point of a host library: calls the DllMain of the library that contains this file.
 //
-// The linker reads the archive that contains this file after the library's own objects. Therefore
-// `entryPoint` is created after all other static objects of the library, and destroyed before them.
+// This file is in an archive, which the linker reads after the library's own objects. Therefore `entryPoint`
+// is created after all other static objects of the library, and destroyed before them.
 #include <windows.h>
 
 #include <dlfcn.h>

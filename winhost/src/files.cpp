@@ -17,8 +17,8 @@ using winhost::FullPath;
 using winhost::Text;
 using winhost::TextView;
 
-/// The object that a search handle refers to. A search returns only the first match, so this object is empty.
-/// A search allocates the object so that a sanitizer can report a handle that is leaked or closed twice.
+/// The object that a search handle refers to. It is empty, because only the first match is returned.
+/// It is allocated so that a sanitizer can report a handle that is leaked or closed twice.
 struct Search
 {
 };

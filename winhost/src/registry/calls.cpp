@@ -16,8 +16,8 @@ void follow()
     memory().follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Finds the answer to a question about a key, and passes the answer to `use` while memory() is locked. Fails
-/// if the key was opened without a required access right.
+/// Looks up a key or value in the cache, otherwise in the store. If it is found, calls use(answer) while
+/// memory() is locked. Fails if the key was opened without a required access right.
 template <typename Use>
 LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {
@@ -59,7 +59,7 @@ NodeId nodeOf(HKEY key, REGSAM needed)
 constexpr auto nothing = [] {};
 
 /// Calls work(node) in a transaction. After the commit, calls then() while memory() is locked. then() must
-/// not throw, because the change would be reported as failed.
+/// not throw; otherwise the committed change would be reported as failed.
 template <typename Work, typename Then = decltype(nothing)>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
 {

@@ -66,8 +66,8 @@ private:
     const Entry* find(const Question& question);
 
     std::vector<Slot> m_slots;
-    std::size_t m_closed = 0; // head of the list of closed slots, which ends with m_slots.size()
-    std::unordered_map<std::uint64_t, Entry> m_answers; // at most 4,096, by hash of the question
+    std::size_t m_closed = 0;                           // first closed slot; m_slots.size() ends the list
+    std::unordered_map<std::uint64_t, Entry> m_answers; // by the Question's hash; at most 4,096
     std::uint64_t m_version = 0;
     std::uint64_t m_epochs[2] = {1, 1}; // answers with older epochs are outdated; [0] is for paths
     std::uint64_t m_changed = 1;        // m_epochs[1] after this process's last write
