@@ -14,8 +14,8 @@ class ConfigAccess;
 
 #pragma pack(push, 8) // makes the layout independent of /Zp
 
-/// The process-wide configuration object. Stores company, product, language and user profile, and reads and
-/// changes the user's configuration tree under HKEY_CURRENT_USER.
+/// The process-wide configuration object. Stores the company, product, language and user profile, and reads
+/// and changes the user's configuration tree under HKEY_CURRENT_USER.
 ///
 /// The launcher must call InitVelaConfig before any other thread uses the object; afterwards its fields are
 /// only read, and every operation may be called from any thread. Before start-up, the names are the built-in

@@ -18,7 +18,7 @@
 /// module that exchanges variants with the library must use the library's C runtime heap and this layout: 12
 /// bytes, with the pointer right after the type.
 ///
-/// Getters never convert: a getter of another type returns 0, the empty string or null. On failure, a
+/// Getters never convert: a getter for another type returns 0, the empty string or null. On failure, a
 /// function allocates an RkErrorStatus, passes it to the process's crash recorder and throws a pointer to it;
 /// the catcher deletes it. A copy has a separate block. An object may be used by only one thread at a time.
 class VelaVariant
