@@ -16,7 +16,7 @@ constexpr int exitUsage = 2;
 
 using Words = std::span<wchar_t* const>;
 
-/// The names from the command line. The library chooses each name that is null.
+/// The names from the command line. If a name is null, the library chooses one.
 struct Names
 {
     const wchar_t* company = nullptr;

@@ -29,7 +29,7 @@ Text lines(Trace& trace)
     return all;
 }
 
-/// Encodes text as characters of one byte (encoding 0), UTF-8 (1), or UTF-16 in either byte order (2 and 3).
+/// Encodes text as single-byte characters (encoding 0), UTF-8 (1), or UTF-16 in either byte order (2 and 3).
 /// Only encoding 0 has no byte order mark.
 std::string encoded(const Text& text, std::uint32_t encoding)
 {

@@ -97,7 +97,7 @@ void fileCall(Trace& trace, const Text& folder)
     } else {
         wchar_t current[1024] = L"?";
         trace.say(SetCurrentDirectoryW(wide(name)));
-        trace.say(name.starts_with(u"Q:") ? 0 : GetLastError()); // systems differ for a missing drive
+        trace.say(name.starts_with(u"Q:") ? 0 : GetLastError()); // errors for a missing drive differ
         const DWORD room = GetCurrentDirectoryW(0, nullptr) - trace.below(2);
         trace.say(GetCurrentDirectoryW(room, current) - folder.size(), current[0]);
     }

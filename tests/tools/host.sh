@@ -53,8 +53,8 @@ expect "$app cannot be read" rkuinfo import settings --file "$app"
 expect "create it: mkdir $app/none" env XDG_CONFIG_HOME="$app/none" "$app/rkuinfo" doctor
 expect settings "$app/rkuinfo" complete --product X get se
 expect $'--file\n--replace' "$app/rkuinfo" complete import settings --
-expect '<>' bash -c 'echo "<$("$0" complete get settings se)>"' "$app/rkuinfo" # complete prints no second subtree
-expect '<>' bash -c 'echo "<$("$0" complete --product s)>"' "$app/rkuinfo" # complete prints no command as a value
+expect '<>' bash -c 'echo "<$("$0" complete get settings se)>"' "$app/rkuinfo" # a command has only one SUBTREE
+expect '<>' bash -c 'echo "<$("$0" complete --product s)>"' "$app/rkuinfo" # a product, not a command
 expect 'Usage: rkuinfo list [OPTIONS] SUBTREE [KEY]' "$app/rkuinfo" manual
 for command in provision doctor "get settings A" "set settings A int 1"; do
     # shellcheck disable=SC2086 # several words
@@ -88,7 +88,7 @@ for quiet in NO_COLOR=1 TERM=dumb; do
 done
 rm -r "$app/fr-FR"
 
-# The commands that doctor suggests work when they are pasted into the shell.
+# Pastes the commands that rkuinfo suggests into a shell, then runs doctor.
 follow_advice() {
     rkuinfo "$@" | grep -oE 'rkuinfo --company [^,]*(json|--all|use)' | sed 's/ and /\n/g' | (cd "$app" && PATH=$app:$PATH && sh)
     rkuinfo doctor
