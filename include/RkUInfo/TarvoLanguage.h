@@ -38,7 +38,7 @@ public:
     /// Returns the English name, such as "Simplified Chinese"; "unknown" for the unknown language.
     const wchar_t* globalName() const;
     /// Returns the language's name as the loaded "RkUInfoRes.dll" translates it, at most 62 characters; null
-    /// while the library or its string cannot be loaded. The first call that finds the library loads it for
+    /// if the library or its string cannot be loaded. The first call that finds the library loads it for
     /// the whole process. Until the library is found, each call searches where LoadResourceDll
     /// searches. The string is loaded once per object and valid until the object is destroyed or assigned to.
     const wchar_t* localName() const;

@@ -1,4 +1,4 @@
-// TarvoConfig's readers of the INI files.
+// TarvoConfig's functions for INI files.
 #include "installation/ini_files.h"
 #include "installation/program_files.h"
 #include "platform/text.h"

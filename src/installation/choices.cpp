@@ -17,7 +17,7 @@ constexpr std::size_t storedLanguageCapacity = 8;
 constexpr unsigned long iniNameCapacity = uinfo::nameCapacity; // reads at most 253 characters
 constexpr unsigned long iniLanguageCapacity = 7;               // reads at most 5 characters
 
-// Each function named try... reads one source, records the result, and returns whether to use that source.
+// Each function named try... reads one source, records the result, and returns whether it contains a name.
 
 bool note(Choice& choice, Source source, const wchar_t* name, Answer answer)
 {

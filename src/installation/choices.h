@@ -40,8 +40,8 @@ struct Finding
     Answer answer;
 };
 
-/// The name that was chosen, if any, and the result of each source that was read. Reading stops at the source
-/// that decides.
+/// The name that was chosen, if any, and the result of each source that was read. The last source that
+/// was read determines the result.
 struct Choice
 {
     /// Returns the name in the last source that was read, even if that name was rejected. Returns the empty

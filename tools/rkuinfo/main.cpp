@@ -27,7 +27,7 @@ extern "C" int wmain(int argc, wchar_t** argv)
         exitCode = failure.exitCode;
     } catch (RkException* exception) { // the library throws by pointer when memory is exhausted
         delete exception;
-    } catch (const std::bad_alloc&) { // prints the initial sentence, which needs no memory
+    } catch (const std::bad_alloc&) { // prints "out of memory"
     } catch (const std::exception& exception) {
         sentence = exception.what();
     }

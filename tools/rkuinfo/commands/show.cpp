@@ -104,7 +104,7 @@ Json registry(const Installation& of)
 }
 
 /// Returns a heading for each section and a row for each of its members. If `isForPeople` is
-/// false, adds the section to each name, so that all names are different.
+/// false, adds the section to each name, so that all names are unique.
 Table tableOf(const Json& json, bool isForPeople)
 {
     Table table;

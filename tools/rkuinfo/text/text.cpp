@@ -146,7 +146,7 @@ void finishProgress()
 namespace {
 
 constexpr std::size_t gap = 2;
-constexpr std::size_t narrowest = 20; // the last column is wrapped only if more room than this is left
+constexpr std::size_t narrowest = 20; // the last column is wrapped only if more columns than this remain
 
 std::size_t width(char32_t point)
 {

@@ -1,4 +1,4 @@
-// Reads and writes subtrees as JSON files, and reads files of the Windows registry editor.
+// Reads and writes subtrees as JSON files, and reads Windows registry editor files.
 #pragma once
 
 #include "model/registry.h"
@@ -36,7 +36,7 @@ std::string documentText(const Json& json);
 /// application can use, throws a Failure with the key and the reason.
 std::vector<Edit> fromJsonFile(const std::string& file, const std::string& bytes, const Text& root);
 
-// rkuinfo reads files of the Windows registry editor, but does not write them.
+// rkuinfo reads Windows registry editor files, but does not write them.
 bool isRegFile(const std::string& bytes);
 /// Returns the changes that a registry editor file makes to the key `root`. Every key in the file must be
 /// `root` or below it. If the file is invalid, throws a Failure with the line and the reason.
