@@ -1,7 +1,7 @@
 # Checks that docs/ARCHITECTURE.md allows every dependency between the folders of src/. A dependency is an include, or a
 # symbol that one object file uses and another defines.
 
-# Prints "from -> to" for each include and each undefined symbol. Omits weak symbols, which are inline code.
+# Prints "from -> to" for each include and each undefined symbol. Omits weak symbols, which come from inline code.
 found_arrows() {
     local objects=$1
     (cd src && grep -HoE '#include "[a-z]+/' -r . | sed -E 's|^\./([a-z]+)/[^:]*:#include "([a-z]+)/|\1 -> \2|')

@@ -1,4 +1,4 @@
-// The version of Windows, which decides how a key tree is removed.
+// The Windows version, which determines how a key tree is removed.
 #include "support/test.h"
 
 #include <cstring>

@@ -20,8 +20,8 @@ struct ChildResult
 ChildResult runProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                        const std::string& input = {});
 
-/// Runs a program with the file "in" of the scratch folder as stdin, and with "out" and "err" as stdout and
-/// stderr. Returns the exit code.
+/// Runs a program with the scratch folder's files "in", "out" and "err" as stdin, stdout and stderr.
+/// Returns the exit code.
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments);
 
 /// Sets an environment variable, which the children of this process inherit.

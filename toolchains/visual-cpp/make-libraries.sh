@@ -15,7 +15,7 @@ for headers in "$here/libcxx" /usr/lib/llvm-19/include/c++/v1 "$here/include" /u
 done
 compile+=(-DWINE_UNICODE_NATIVE -D_LIBCPP_DISABLE_VISIBILITY_ANNOTATIONS /EHsc /MD /O2 /GS- /Brepro)
 
-# Creates an import library from a DLL of Wine, because Wine's own import libraries do not match its DLLs.
+# Creates an import library from a Wine DLL, because Wine's own import libraries do not match its DLLs.
 make_import_library() {
     local name=$1 definitions=$2/$1.def
     {
@@ -31,8 +31,8 @@ make_libraries() {
         version; do
         make_import_library "$name" "$work"
     done
-    # CMake links every program with uuid.lib and winspool.lib. No program needs these two libraries, so both are
-    # copies of other libraries.
+    # CMake links every program with uuid.lib and winspool.lib. No program uses any of their symbols, so any
+    # library will do.
     cp "$work/ole32.lib" "$work/uuid.lib"
     cp "$work/user32.lib" "$work/winspool.lib"
 

@@ -367,8 +367,8 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
-    // For a null name, dlopen opens the executable. dlsym also finds functions that a module's dependencies
-    // export; the handle of such a function differs from `code`.
+    // For a null name, dlopen opens the executable. dlsym also searches the module's dependencies; for a
+    // function found there, handleOf does not return `code`.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

@@ -117,7 +117,7 @@ std::optional<std::uint32_t> findTable(Bytes resources, std::uint32_t table, std
     return entry && (*entry & tableFlag) != 0 ? std::optional(*entry & ~tableFlag) : std::nullopt;
 }
 
-/// Returns a string of a block. A block consists of 16 strings, each preceded by its length.
+/// Returns a string from a block. A block consists of 16 strings, each preceded by its length.
 Bytes stringOfBlock(Bytes block, std::uint32_t index)
 {
     std::size_t offset = 0;

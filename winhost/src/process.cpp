@@ -60,7 +60,7 @@ INT MessageBoxW(HWND /*owner*/, LPCWSTR text, LPCWSTR caption, UINT type)
 void ExitProcess(UINT code)
 {
     // As on Windows, does not destroy the static objects of the program: other threads may still use them.
-    // Does not flush stdin, because a thread that waits for input holds the lock of stdin.
+    // Does not flush stdin, because a thread that is waiting for input holds stdin's lock.
     std::fflush(stdout);
     std::fflush(stderr);
     winhost::database::leave();
