@@ -1,4 +1,4 @@
-// Private profile (INI) files. Each call reads the file again, so it sees the last write.
+// Private profile (INI) files. Each call reads the file again, because it may have changed.
 #include "host_path.h"
 
 #include <windows.h>

@@ -33,7 +33,7 @@ TextView rootOf(TextView path)
 }
 
 /// Resolves "." and ".." without following links. A relative path becomes absolute when ".." removes its
-/// first component: "a\..\b" becomes "\b". A "." at the end is kept.
+/// first component: "a\..\b" becomes "\b". A final "." component is kept.
 Text canonical(TextView path)
 {
     if (path.empty()) {

@@ -1,5 +1,4 @@
-// Finds strings in a PE file's string table. The input is the content of the file, and any content is safe to
-// parse.
+// Finds strings in a PE file's string table. Safe for any file content.
 #pragma once
 
 #include <windows.h>

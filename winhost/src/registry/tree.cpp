@@ -17,7 +17,7 @@ Text textOf(std::string_view bytes)
 }
 
 /// Converts a name to bytes for comparison. Names that differ only in case have the same bytes. The bytes
-/// sort in the registry's order: ASCII letters count as lower case and follow '_'.
+/// sort in the registry's order: ASCII letters become lower case, so that they sort after '_'.
 std::string folded(TextView name)
 {
     std::string bytes;
@@ -51,8 +51,8 @@ bool exists(NodeId node)
     return isRoot(node) || Query("SELECT 1 FROM keys WHERE id = ?1", node).next();
 }
 
-/// Returns an answer for a missing sub-key or value. The answer's status is ERROR_KEY_DELETED if the key is
-/// deleted, otherwise the given status.
+/// Returns the answer for a missing sub-key or value: ERROR_KEY_DELETED if the key is deleted, otherwise the
+/// given status.
 Answer missing(NodeId node, LSTATUS status)
 {
     return {.status = exists(node) ? status : ERROR_KEY_DELETED};
@@ -156,8 +156,8 @@ Answer findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// Finds the entry at an index. If the previous entry is cached, continues after its name, because counting
-/// from the start would cost more with each entry. If no process has written since the previous entry was
+/// Finds the entry at an index. If the previous entry is cached, continues after its name: counting from the
+/// start for each entry would take quadratic time. If no process has written since the previous entry was
 /// cached, also reads the entries that follow.
 Answer findAt(const Question& question)
 {

@@ -25,7 +25,7 @@ constexpr NodeId localMachineId = 2;
 constexpr std::size_t longestKeyName = 256;
 constexpr std::size_t longestValueName = 16383;
 
-/// A question whose answer is cached.
+/// A look-up whose result find() caches.
 struct Question
 {
     enum Kind : std::uint32_t
