@@ -137,7 +137,7 @@ Installation::Installation(const Session& session)
 {
     keyExists(rkuinfo::text(L"Software")); // throws if the registry cannot be read
     if (!company.isMade() || !product.isMade()) {
-        throw Failure("--company and --product have at most 254 characters", {}, exitUsage);
+        throw Failure("--company and --product may have at most 254 characters", {}, exitUsage);
     }
     for (const uinfo::Language& record : uinfo::languages) {
         LanguageState state = {record, folder + rkuinfo::text(record.shortName),
@@ -204,8 +204,8 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // The choice of a name ends at the first source that contains one. To find what a later source contains,
-    // the loop hides the earlier sources and chooses again.
+    // `choose` stops at the first source that contains a name. To read the later sources, the loop calls it
+    // again with the earlier sources hidden.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {
