@@ -82,7 +82,7 @@ void write(benchmark::State& state)
     }
 }
 
-/// Measures what a walk costs per value. A walk calls findItem once, then key, value and step for each value.
+/// Measures a walk's cost per value. A walk calls findItem once, then key, value and step for each value.
 void enumerate(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();

@@ -4,7 +4,7 @@
 bench=$PWD/build/bench
 bench_run=$bench/run # the measured programs write their files here
 
-# Builds a preset's benchmarks, optimised, in the given folder.
+# Builds a preset's benchmarks in the given folder.
 build_bench() {
     local preset=$1 folder=$2
     need_for "$preset"
@@ -100,8 +100,8 @@ bench_table() {
     bench/report.py table "$bench"
 }
 
-# Measures how costs grow. The stores are in memory, so that the disk does not hide growth. Filling the stores takes
-# half a minute.
+# Measures how costs grow with the size of the store. The stores are in memory, because disk access would hide the
+# growth. Filling the stores takes half a minute.
 bench_scale() {
     build_bench host "$bench"
     fresh_home
@@ -115,7 +115,7 @@ bench_scale() {
         in_store large bench_large measure 100000 >>"$bench/large.txt"
     done
     XDG_DATA_HOME=$stores/large count_memory large "$bench/bin/bench_large" 100000 >"$bench/memory.txt"
-    "$bench/bin/bench_large" bulk 0 >>"$bench/memory.txt" # the store is on the disk
+    "$bench/bin/bench_large" bulk 0 >>"$bench/memory.txt" # uses a store on the disk
     in_store big bench_large big "$bench/big.jsonl"
     for size in 10 1000 100000 1000000; do
         in_store "growth$size" bench_growth --benchmark_filter="/$size\$" --benchmark_repetitions=9 \

@@ -44,8 +44,8 @@ else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-# Cache variables are needed because, in a project for CMake before 3.21, CMake replaces normal variables of these names
-# by its own cache variables.
+# Normal variables would not work: CMake sets cache variables of these names, which replace normal ones in a project
+# that requires a CMake version before 3.21.
 foreach(language C CXX)
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()

@@ -1,8 +1,7 @@
 // Makes random calls to the system and records their results in a trace. A seed produces the same calls on
-// every system. If the traces of two systems are equal, the systems agree. digests.txt contains the digests
-// of the traces that Wine and winhost must both produce. No expression draws two random numbers, because
-// compilers differ in the order of evaluation. The calls avoid the deliberate differences between winhost and
-// Windows (winhost/README.md). To find the code that avoids a difference, search for "differ".
+// every system. digests.txt contains the digests of the traces that Wine and winhost must both produce. No
+// expression draws two random numbers, because compilers differ in the order of evaluation. The calls avoid
+// the deliberate differences between winhost and Windows (winhost/README.md).
 #pragma once
 
 #include <concepts>

@@ -6,5 +6,5 @@ static volatile int destroyed;
 
 type_info::~type_info() noexcept
 {
-    destroyed = 1; // clang emits no virtual table for an empty destructor
+    destroyed = 1; // if the destructor is empty, clang emits no virtual table
 }
