@@ -33,14 +33,13 @@ RKUINFO_API TarvoConfig* velaConfig();
 /// If the first language name found is not an installed language, or if no name is found, a message box asks
 /// whether to use the first installed language.
 ///
-/// A profile argument replaces a different current profile that the profiles key already stores. Start-up
-/// records its choices only in keys that exist; CreateConfigReg creates the keys. The process exits with code
-/// 1 after a message box if the language argument is unknown, if no language is installed, or if the user
-/// declines the proposed language.
-/// @return eOk, also if start-up has already succeeded (the arguments are then ignored); eInvalidInput if
-///         company or product has 255 or more characters, if a path does not fit, or after an earlier
-///         failure; eRegistryError if the language's folder cannot be read, or if the search for installed
-///         languages fails because too many files are open
+/// If the profiles key stores a different current profile, a profile argument replaces it. Start-up records
+/// its choices only in keys that exist; CreateConfigReg creates the keys. The process exits with code 1 after
+/// a message box if the language argument is unknown, if no language is installed, or if the user declines
+/// the proposed language. Once start-up has succeeded, further calls return eOk and ignore their arguments.
+/// @return eOk; eInvalidInput if company or product has 255 or more characters, if a path does not fit, or
+///         after an earlier failure; eRegistryError if the language's folder cannot be read, or if too many
+///         open files prevent the search for installed languages
 RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product,
                                               const wchar_t* language, const wchar_t* profile);
 
