@@ -21,8 +21,8 @@ namespace {
 
 int numbers[std::size(suffixes)] = {-1, -1, -1};
 
-// The file offset that marks the store's descriptors. SQLite never changes a descriptor's offset, and other
-// files are unlikely to have the same offset. Some file systems refuse offsets of 2 GiB and more.
+// openFile sets the store's descriptors to this file offset, by which isLost recognises them. SQLite never
+// changes it, and other files are unlikely to have it. Some file systems refuse offsets of 2 GiB and more.
 constexpr off_t mark = 0x5707E5E7;
 
 const std::string* recorded = nullptr;

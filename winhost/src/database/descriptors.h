@@ -1,9 +1,9 @@
 // The descriptors of the files that SQLite has open. A program may close descriptors that are not its own,
 // for example to become a daemon, and SQLite would then write to files that are opened later under the same
 // numbers. Also, a process loses its POSIX locks on a file as soon as any of its code closes that file. So
-// this module replaces SQLite's open, close and fcntl with functions that recognise these descriptors. Locks
-// that the new fcntl sets belong to the open file, not to the process. While SQLite closes the database, a
-// descriptor that now refers to another file is neither closed nor unlocked. The module also replaces
+// this module replaces SQLite's open, close and fcntl with functions that recognise these descriptors. The
+// new fcntl sets locks that belong to the open file, not to the process. While SQLite closes the database,
+// the new close and fcntl ignore descriptors that now refer to other files. The module also replaces
 // - pwrite, so that pages of the log's index are allocated on the disk before they are mapped;
 // - unlink, so that a process that still maps a removed index does not return cached answers;
 // - mmap, so that the child of a fork does not share its parent's mappings of the index.
@@ -33,8 +33,8 @@ int descriptor(File file);
 /// In the child of a fork: closes the files, and replaces SQLite's mappings of the index with private copies.
 /// The child must not share its parent's locks.
 void leaveFiles();
-/// Returns true if one of the descriptors no longer refers to the store's file. Calls leaveFiles() first if
-/// the process is a child that was created without the fork handlers.
+/// Returns true if one of the descriptors no longer refers to the store's file. The first call in each
+/// process also calls leaveFiles(), because a child created by clone or _Fork skips the fork handlers.
 bool areFilesLost();
 /// Returns true if the open file is the one at the path, or if neither exists.
 bool isAtPlace(const std::string& file, File which);
