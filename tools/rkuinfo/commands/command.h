@@ -43,7 +43,7 @@ struct Place
     Text key;                  ///< the key's path below `subtree`; may be empty
     std::optional<Text> value; ///< the value's name
 
-    /// Throws for a path that no application could use.
+    /// Throws if the path, a key name in it or the value's name is too long.
     Place(const Session& session, const Installation& installation);
 
     Text path() const { return joinedKey(subtree, key); }

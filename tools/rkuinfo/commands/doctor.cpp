@@ -33,8 +33,8 @@ public:
         }
         const std::string earlier = userFolder(false) + "/winhost/data.mdb"; // exists only on the host
         if (exists(utf16("Z:" + earlier))) {
-            add(note, "earlier-registry", earlier, "this registry of an earlier version is ignored",
-                "export it with the rkuinfo of that version, import the file, and remove it");
+            add(note, "earlier-registry", earlier, "written by an earlier version, so it is ignored",
+                "export it with the rkuinfo of that version, import the exported file, and remove this one");
         }
         const Text folder = m_session.programFolder();
         if (checkIniFile(folder, uinfo::tarvoIni) && checkIniFile(folder, uinfo::productIni)) {
@@ -95,7 +95,7 @@ private:
 
     // ---- INI files
 
-    /// Adds a finding for each fault of the file. Returns false if the file exists but is not safe to read.
+    /// Adds a finding for each fault in the file. Returns false if the file exists but is not safe to read.
     bool checkIniFile(const Text& folder, const wchar_t* name)
     {
         const Text path = folder + rkuinfo::text(name);
