@@ -132,7 +132,7 @@ template <typename T>
 concept Storable = Setting<T> || std::floating_point<T> || std::convertible_to<const T&, Argument>;
 
 /// Returns a variant's value if it has type T; never converts. The registry stores a double as eight
-/// bytes, so eight bytes count as a double.
+/// bytes, so binary data of eight bytes counts as a double.
 template <Setting T>
 std::optional<T> as(const VelaVariant& value)
 {

@@ -38,8 +38,8 @@ void printName(std::ostream& out, const wchar_t* name)
     }
 }
 
-/// Checks that every name is a language and, if needFolders is true, has a folder next to this program.
-/// Prints an error for the first name that fails the check, and returns false.
+/// Checks that every language is known and, if needFolders is true, has a DLL in its folder next to this
+/// program. Prints an error for the first name that fails the check, and returns false.
 bool areLanguages(std::span<wchar_t* const> names, bool needFolders)
 {
     for (const wchar_t* const name : names) {

@@ -39,7 +39,7 @@ public:
     virtual const wchar_t* userDataCachePath() = 0;
 
     // Three 32-bit integers that client modules share; initially -1, 0 and 1. If long has 64 bits, a setter
-    // stores the low 32.
+    // stores the low 32 bits.
     virtual long getSharedValueA() = 0;
     virtual void setSharedValueA(long value) = 0;
     virtual long getSharedValueB() = 0;

@@ -22,7 +22,7 @@ struct RegistryNames
     const wchar_t* language;
 };
 
-/// Returns false for eCurrentProfile, whose path appendProfile builds, and for a value outside the enum.
+/// Returns false for a value outside the enum and for eCurrentProfile, which requires appendProfile.
 bool appendSubtree(BoundedText& key, TarvoConfig::Path path, const RegistryNames& names);
 /// Appends a profile's name to the key path of the profiles root.
 bool appendProfile(BoundedText& profilesRoot, const wchar_t* profile);
@@ -54,7 +54,7 @@ enum class UserFolder
 /// trailing separator. Stops before the first name that would make the path longer than 1021 characters.
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names);
 /// Sets path to the string in stored, or to the empty string if stored is not a string or has more than 1022
-/// characters. If `read`, the result of getValue, is an error, clears path and returns false.
+/// characters. `read` is the result of getValue: if it is an error, clears path and returns false.
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored);
 
 /// Appends the name of the default UI style file to the path of the roaming Support folder.

@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns an unusual or an ordinary name. Some names differ only in the case of a non-ASCII letter. No name
-/// sorts between them, because systems would disagree on its position.
+/// Returns an unusual or an ordinary name. Some names differ only in the case of a non-ASCII letter. No other
+/// name sorts between two of these, because systems differ in where they sort such a name.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -135,7 +135,7 @@ private:
 
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
-    /// Returns a buffer of random data. Calls that write store the data, and calls that read overwrite it.
+    /// Returns a buffer of random data, which a call either stores or overwrites with its result.
     /// The buffer is never empty, because Wine and winhost differ for empty buffers. The last two bytes,
     /// "zz", are not stored. They prevent some systems from storing a terminator that follows the data.
     std::vector<BYTE> bytes()

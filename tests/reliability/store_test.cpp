@@ -1,4 +1,4 @@
-// Tests the host's store when files, the disk or processes fail.
+// Tests the host's store with damaged files, full or read-only disks and killed processes.
 #include "support/test.h"
 
 #include <winhost/changes.h>
@@ -325,7 +325,7 @@ public:
         m_expected = SIGKILL;
         ::kill(m_process, m_expected);
         siginfo_t ended = {};
-        waitid(P_PID, static_cast<id_t>(m_process), &ended, WEXITED | WNOWAIT); // the exit closes its files
+        waitid(P_PID, static_cast<id_t>(m_process), &ended, WEXITED | WNOWAIT); // its files are closed now
         return said();
     }
 
@@ -453,7 +453,7 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
     EXPECT_EQ(Process(folder)(useFull), "0 0 112 0 ");
     fs::remove(folder / "ballast");
     EXPECT_EQ(running(use), "0 0 0 0 ");
-    running.kill(); // the killed process leaves a log, which is written back in mode "rw"
+    running.kill(); // leaves a log behind, which is written back in mode "rw"
     for (const std::string mode : {"ro", "rw", "ro"}) {
         ASSERT_TRUE(shell("mount -o remount," + mode + " disk"));
         EXPECT_EQ(Process(folder)(use), mode == "rw" ? "0 0 0 0 " : "0 0 5 0 "); // ERROR_ACCESS_DENIED
@@ -588,7 +588,7 @@ TEST(Store, NeverReturnsWrongDataFromDamagedFiles)
     ASSERT_EQ(Process(folder)("length 120, fill 500, count 500"), "0 0 500 0 0 ");
     Process ended(folder);
     ASSERT_EQ(ended("length 120, fill 250"), "0 0 ");
-    ended.kill(); // the killed process leaves a log
+    ended.kill(); // the killed process leaves a log behind
     std::map<fs::path, std::string> whole;
     for (const auto& entry : fs::directory_iterator(folder / "winhost")) {
         whole[entry.path()] = readFile(entry.path());

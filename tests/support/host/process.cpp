@@ -1,4 +1,4 @@
-// The home of a test process, and its children.
+// The home and the child processes of a test process.
 #include "support/child.h"
 
 #include <cstdlib>
