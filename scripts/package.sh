@@ -1,4 +1,4 @@
-# Builds the packages that ship, in build/package/. The same installed files always produce the same archive. The same
+# Builds the release packages in build/package/. The same installed files always produce the same archive. The same
 # sources always produce the same Windows libraries.
 
 # stage PRESET SUFFIX: builds and installs a preset in the folder $name, and sets $files. Each file gets

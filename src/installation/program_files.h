@@ -24,8 +24,8 @@ bool programFilePath(const wchar_t* name, BoundedText& path);
 /// cannot be read, or the result does not fit.
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path);
 
-/// Calls load with the path of a file in a resource folder. If load returns null, calls load with the bare
-/// file name. Returns null if the path does not fit.
+/// Calls load with the path of a file in a resource folder. If load returns null, calls it again with
+/// the bare file name. Returns null if the path does not fit.
 template <typename Load>
 HINSTANCE loadResourceLibrary(const wchar_t* folderName, const wchar_t* fileName, Load load)
 {

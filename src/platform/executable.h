@@ -10,8 +10,8 @@ namespace uinfo {
 /// detect truncation.
 bool executablePath(wchar_t* out, unsigned long size);
 
-/// Reads the executable's folder, including the last separator. Fails if executablePath fails; out is then
-/// empty. Clears the thread's last error.
+/// Reads the path of the executable's folder, including the last separator. Fails if executablePath fails;
+/// out is then empty. Clears the thread's last error.
 bool executableFolder(BoundedText& out, unsigned long size);
 
 /// Works like executableFolder, but accepts a truncated path and preserves the thread's last error. On

@@ -26,8 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path. A component of more than 256 characters is the only one in its path. RegCreateKeyExW fails
-/// for such a component, and systems differ in whether it creates the parent keys first.
+/// Returns a path. A name of more than 256 characters has no parent keys: RegCreateKeyExW rejects such a
+/// name, but some systems create the parent keys first.
 Text path(Trace& trace)
 {
     Text path = name(trace);

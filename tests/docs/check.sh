@@ -7,8 +7,8 @@
 #
 # These blocks are run on Linux:
 #   ```console            A command is on a line that starts with "$ ", and continues on lines that start with "> ".
-#                         The other lines are the expected output, in which a line "..." matches any lines. If "..." is
-#                         the only line of the expected output, the command must exit with 0.
+#                         The other lines are the expected output, in which a line "..." matches any number of
+#                         lines. If "..." is the only line of the expected output, the command must exit with 0.
 #   <!-- file: PATH -->   The next block is written to the file PATH in the home.
 #   <!-- body -->         The next block is the body of a function. One program that calls all these functions is
 #                         compiled and run.
@@ -62,8 +62,7 @@ make_clone() {
     [ "$target" = host ] || ln -s "$root/build/wine" rkuinfo/build/wine
 }
 
-# Runs the command only on a fresh machine: the documents use sudo only to install packages, and on other machines these
-# are already installed.
+# The documents use sudo to install packages. Only a fresh machine lacks these packages.
 sudo() {
     [ "$target" != fresh ] || "$@"
 }

@@ -382,8 +382,8 @@ TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
     // GetProcAddress returns this function for RegDeleteTreeW. The function calls this program's import of
     // RegDeleteTreeW, which can be made to fail.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
-    // These replacements receive the calls that no fault selects. They stub out calls that must not reach the
-    // system, and count open searches.
+    // If a call is not made to fail, one of these functions replaces it: they count open searches, and stub
+    // out calls that must not reach the system.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
         intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),

@@ -59,7 +59,7 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// Reads value n. Returns the content if it is negative, the error if the read fails, and otherwise 0.
+/// Reads value n. Returns the error if the read fails; otherwise 0, or the content if it is negative.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];

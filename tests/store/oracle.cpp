@@ -24,8 +24,8 @@ const HKEY user = HKEY_CURRENT_USER;
 TarvoConfig& config = *velaConfig();
 VelaVariant value; // the variant that all operations read and write
 std::optional<RawValue> twinValue;
-// `path` is the argument of an operation. In the twin tree, an operation on a key uses the key `whole`, and
-// an operation on a value uses the value `name` of the key `key`.
+// `path` is the argument of an operation. In the twin tree, the same path leads to the key `whole`, or to the
+// value `name` of the key `key`.
 std::string path, key, name, whole;
 
 /// Returns the registry value that stores a variant, or nothing if the variant has no block or its block

@@ -39,7 +39,7 @@ LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
     if (!value) {
         return ERROR_SUCCESS;
     }
-    // Without "##", the system may find a terminator after the string and store the terminator too.
+    // The system may look for a terminator after the string, and store it: it finds "##" there.
     const std::string data = value->bytes + "##";
     return RegSetValueExW(key.get(), Wide(name), 0, value->type, reinterpret_cast<const BYTE*>(data.data()),
                           static_cast<DWORD>(value->bytes.size()));

@@ -18,7 +18,7 @@ using winhost::Text;
 using winhost::TextView;
 
 /// The object that a search handle refers to. It is empty, because only the first match is returned.
-/// It is allocated so that a sanitizer can report a handle that is leaked or closed twice.
+/// It is on the heap, so that a sanitizer can report a handle that is leaked or closed twice.
 struct Search
 {
 };

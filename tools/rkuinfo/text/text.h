@@ -65,9 +65,9 @@ public:
     const int exitCode;
 };
 
-/// Prints a line on standard output. main() checks at the end whether the output could be written.
+/// Prints a line to standard output. main() checks at the end whether the output could be written.
 void print(std::string_view line);
-/// Flushes standard output, then prints a sentence on standard error.
+/// Flushes standard output, then prints an error message to standard error.
 void printError(std::string_view sentence);
 /// Prints the progress of a long operation at most four times a second, and only on a terminal.
 void showProgress(const char* what, std::size_t done);

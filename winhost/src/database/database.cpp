@@ -155,7 +155,7 @@ LSTATUS alone(const std::string& folder, Work work)
 // https://www.sqlite.org/walformat.html. If the header has another format, the version is 0.
 
 constexpr std::uint32_t indexFormat = 3007000;
-// The offset of each number in the index, divided by the number's size:
+// Where each number is in the index, in multiples of the number's size:
 constexpr std::size_t saltsAt = 4;    // the log's salts (64 bits)
 constexpr std::size_t sumAt = 5;      // the header's checksum (64 bits)
 constexpr std::size_t framesAt = 4;   // how many frames the log contains (32 bits)
