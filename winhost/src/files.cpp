@@ -17,7 +17,7 @@ using winhost::FullPath;
 using winhost::Text;
 using winhost::TextView;
 
-/// The object that a search handle refers to. It is empty, because only the first match is returned.
+/// The object that a search handle refers to. It has no members, because a search returns only one match.
 /// It is on the heap, so that a sanitizer can report a handle that is leaked or closed twice.
 struct Search
 {

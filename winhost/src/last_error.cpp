@@ -18,7 +18,7 @@ void SetLastError(DWORD error)
     lastError = error;
 }
 
-DWORD winhost::errorOf(int hostError, DWORD otherwise)
+DWORD winhost::errorOf(int hostError, DWORD fallback)
 {
     switch (hostError) {
     case ENOENT:
@@ -41,6 +41,6 @@ DWORD winhost::errorOf(int hostError, DWORD otherwise)
     case EROFS:
         return ERROR_ACCESS_DENIED;
     default:
-        return otherwise;
+        return fallback;
     }
 }

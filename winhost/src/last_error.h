@@ -5,7 +5,7 @@
 
 namespace winhost {
 
-/// Returns the Windows error code for an errno, or `otherwise` if there is none.
-DWORD errorOf(int hostError, DWORD otherwise);
+/// Returns the Windows error code for an errno, or `fallback` if there is none.
+DWORD errorOf(int hostError, DWORD fallback);
 
 } // namespace winhost

@@ -24,8 +24,8 @@ struct StringResource
 
 bool isPeImage(Bytes file);
 
-/// Finds the string with the given id. Strings are stored in blocks of 16. If several languages have the
-/// string's block, uses the first. The string is empty if the block does not define it.
+/// Finds the string with the given id. Strings are stored in blocks of 16. If the block exists in
+/// several languages, uses the first. The string is empty if the block does not define it.
 StringResource findString(Bytes file, std::uint16_t id);
 
 } // namespace winhost

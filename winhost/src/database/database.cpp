@@ -64,12 +64,12 @@ Connection& own = *new Connection; // never destroyed, because it may be used wh
 // The connection's mutex replaces SQLite's.
 const int isConfigured = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
 
-/// Converts errno. Returns `otherwise` for ENOENT and ENOTDIR, because their Windows codes would report a
+/// Converts errno. Returns `fallback` for ENOENT and ENOTDIR, because their Windows codes would report a
 /// missing key.
-LSTATUS statusOfErrno(LSTATUS otherwise)
+LSTATUS statusOfErrno(LSTATUS fallback)
 {
     const bool hasNoPlace = errno == ENOENT || errno == ENOTDIR;
-    return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(otherwise)));
+    return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(fallback)));
 }
 
 /// Converts an SQLite result code. Uses errno for SQLITE_CANTOPEN and SQLITE_IOERR, which do not identify the
