@@ -135,7 +135,8 @@ void readAny(TarvoConfig& config, int keys)
     }
 }
 
-/// Returns the cost of a step in a walk over the sub-keys. A write before each walk invalidates the cache.
+/// Walks over the sub-keys several times, and returns the median processor time per step. A write before each
+/// walk invalidates the cache.
 double walkCost(TarvoConfig& config, int keys)
 {
     Path path(keys);

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Compares docs/ABI.md with the public headers, and exports.txt with the library.
 #   check.sh figures CLANG...             compares the layouts and slots of docs/ABI.md with those that clang dumps
-#   check.sh client COMPILER...           compiles a C++14 client that asserts every figure; warnings are errors
+#   check.sh client COMPILER...           compiles a C++14 client that asserts the layouts; warnings are errors
 #   check.sh refused COMPILER...          checks the messages with which the headers reject unsupported options
 #   check.sh exports LIBRARY NM|OBJDUMP   checks that the library exports exactly the names in exports.txt
 set -euo pipefail

@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns an unusual or an ordinary name. Some names differ only in the case of a non-ASCII letter. No other
-/// name sorts between two of these, because systems differ in where they sort such a name.
+/// Returns an unusual or an ordinary name. No name sorts between two names that differ only in the case of a
+/// non-ASCII letter, because systems sort such names differently.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -26,8 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path. A name of more than 256 characters has no parent keys: RegCreateKeyExW rejects such a
-/// name, but some systems create the parent keys first.
+/// Returns a path. A name of more than 256 characters is the only name in its path, because some systems
+/// create the parent keys before they reject such a name.
 Text path(Trace& trace)
 {
     Text path = name(trace);
@@ -135,9 +135,9 @@ private:
 
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
-    /// Returns a buffer of random data, which a call either stores or overwrites with its result.
+    /// Returns a buffer of random data for a call that reads or writes a value.
     /// The buffer is never empty, because Wine and winhost differ for empty buffers. The last two bytes,
-    /// "zz", are not stored. They prevent some systems from storing a terminator that follows the data.
+    /// "zz", are not stored. If they were a terminator, some systems would store it.
     std::vector<BYTE> bytes()
     {
         std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');

@@ -74,7 +74,7 @@ check_reproducible() {
     done
 }
 
-# A home for the client's settings.
+# Makes the client store its settings below $1.
 new_home() {
     export HOME=$1/home XDG_DATA_HOME=$1/home/data XDG_CONFIG_HOME=$1/home/config
     mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME"

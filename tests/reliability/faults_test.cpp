@@ -17,12 +17,12 @@ namespace {
 
 constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // for a failed allocation, which may make the library throw
 
-/// The fault of the current run. All errors that calls can return are numbered in the order of the calls;
-/// `place` is the number of the error to inject. `function` is null if no call fails.
+/// The fault of the current run: one of the errors in a list that contains, for each call in turn, all errors
+/// that the call can return. `function` is null if no call fails.
 struct Fault
 {
-    std::size_t place = SIZE_MAX;
-    std::size_t passed = 0; ///< how many errors the earlier calls can return
+    std::size_t place = SIZE_MAX; ///< the fault's index in the list
+    std::size_t passed = 0;       ///< the index of the next call's first error
     const char* function = nullptr;
     DWORD error = 0;
 } fault;
@@ -50,7 +50,7 @@ void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module =
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
 
-/// Calls breakable() for every function that the library calls after it is loaded and before it is unloaded.
+/// Patches every function that the library calls between loading and unloading.
 void breakAll()
 {
     const std::vector<DWORD> registry = {
@@ -111,9 +111,9 @@ void breakAll()
 /// How a scenario changes the registry.
 enum Writing
 {
-    eAtOnce,     ///< a scenario that fails makes no changes
-    eInSteps,    ///< a scenario that fails may make some of its changes
-    eAsAllowable ///< a scenario may omit changes even if it succeeds
+    eAtOnce,     ///< makes no changes if it fails
+    eInSteps,    ///< may make only some changes if it fails
+    eAsAllowable ///< may make only some changes, even if it succeeds
 };
 
 struct Scenario
@@ -200,8 +200,7 @@ std::string outcomeOf(const Scenario& scenario)
 using Entries = std::set<std::string>;
 
 /// Splits the result of tree() into one entry for each key and each value. Each entry begins with its key.
-/// Replaces the profile "Default" with "Work", because a run that cannot read the profile may store
-/// "Default".
+/// Replaces the profile "Default" with "Work": if the profile cannot be read, start-up may store "Default".
 Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + print(text("Default"));
@@ -215,8 +214,7 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Returns true if every entry of `now` is in `before` or in `after`, and `now` contains all entries that
-/// `before` and `after` share.
+/// Returns true if making all, some or none of the changes from `before` to `after` results in `now`.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };
@@ -306,8 +304,8 @@ protected:
         const auto add = [&](const std::function<std::string()>& run) {
             inject({"location " + std::to_string(++number), run, allowed});
         };
-        // GetVelaProgramPath caches its result. GetUserLocalApplicationDataTemplatePath builds its path from
-        // those of the parent folders, whose functions therefore need no separate test.
+        // GetVelaProgramPath caches its result. GetUserLocalApplicationDataTemplatePath shares its code
+        // with the functions for the parent folders, which are not tested separately.
         for (auto* const function :
              {GetVelaProgramPath, GetVelaProgramName, GetVelaRegistryCurrentProfileRootKey,
               GetVelaRegistryCurrentProfileConfigRootKey, GetCustomResFileName, GetVelaUIStyleConfigFilePath,
@@ -379,11 +377,10 @@ protected:
 
 TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
 {
-    // GetProcAddress returns this function for RegDeleteTreeW. The function calls this program's import of
-    // RegDeleteTreeW, which can be made to fail.
+    // GetProcAddress returns this function for RegDeleteTreeW, because the call in it can be patched.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
-    // If a call is not made to fail, one of these functions replaces it: they count open searches, and stub
-    // out calls that must not reach the system.
+    // Called if no fault is injected: these functions count open searches, and replace calls that must not
+    // reach the system.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
         intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),

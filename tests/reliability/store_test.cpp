@@ -23,13 +23,12 @@ const bool isStressed = std::getenv("RKUINFO_STRESS") != nullptr; // makes the t
 
 // ---- Steps that a child process runs by name
 
-constexpr LSTATUS isWrong = 1; // the result of a read that returns wrong data
+constexpr LSTATUS isWrong = 1; // returned by get() if the data is wrong
 
 int talk = -1; // this process's end of the socket that transfers steps and results
 std::size_t length = 5000;
 
-/// Opens the key that contains value n, and passes the key and the value's name to `call`. Each key contains
-/// 100 values.
+/// Calls call(key, name) for value number n. Each key contains 100 values.
 template <typename Call>
 LSTATUS onValue(int n, bool makesKey, Call call)
 {
@@ -42,7 +41,7 @@ LSTATUS onValue(int n, bool makesKey, Call call)
     return status != ERROR_SUCCESS ? status : call(opened, Wide(std::to_string(1000 + n % 100)));
 }
 
-/// Sets value n to an array of `length` integers: n, the length, and copies of `content`.
+/// Sets value number n to an array of integers: n, the array's length, and copies of `content`.
 LSTATUS setTo(int n, int content)
 {
     std::vector<int> data(length, content);
@@ -59,7 +58,7 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// Reads value n. Returns the error if the read fails; otherwise 0, or the content if it is negative.
+/// Reads value number n. Returns min(content, 0) on success, and a positive error code on failure.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];
@@ -99,8 +98,8 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
-/// Increments `number` and sets value `number % 8` to `-number`, repeatedly, until setting a value fails.
-/// Prints `number` after each success, and the negated error code after the failure.
+/// For i from `number` + 1 on, sets value number i % 8 to -i until this fails. Prints i after each success,
+/// and the negated error code at the end.
 LSTATUS setOn(int number)
 {
     std::minstd_rand random(static_cast<unsigned>(number));
@@ -150,17 +149,16 @@ LSTATUS storm(int seconds)
     return status;
 }
 
-/// Forks. If `how` is 2, skips the handlers of `pthread_atfork`. If `how` is 1, the child continues, and the
-/// parent waits for the child and exits. Otherwise, the child sets a value and exits, and then the parent
-/// continues.
-LSTATUS split(int how)
+/// Forks. In mode 0, the child sets a value and exits, and then the parent continues. In mode 1, the child
+/// continues, and the parent only waits for it. Mode 2 is mode 0 without the handlers of `pthread_atfork`.
+LSTATUS split(int mode)
 {
     int status = 0;
-    const pid_t child = how == 2 ? _Fork() : fork();
-    if (child == 0 && how != 1) {
+    const pid_t child = mode == 2 ? _Fork() : fork();
+    if (child == 0 && mode != 1) {
         std::exit(set(1));
     }
-    if (child != 0 && (waitpid(child, &status, 0) != child || how == 1)) {
+    if (child != 0 && (waitpid(child, &status, 0) != child || mode == 1)) {
         _exit(status == 0 ? 0 : 1);
     }
     return status;
@@ -202,8 +200,8 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
-/// Opens the store's file and its index, as any program may. If `locks` is true, locks both files until the
-/// process exits; otherwise, closes both files.
+/// Opens the store's file and its index. If `locks` is true, locks both files until the process exits;
+/// otherwise, closes both files.
 LSTATUS openStore(bool locks)
 {
     int result = 0;
@@ -504,7 +502,7 @@ TEST(Host, RefusesFilesThatAreNotLibraries)
 
 // ---- Many processes
 
-/// Returns the expected results of reading values 0 to 7 after setOn() has stored the number `last`.
+/// Returns what get() must return for values 0 to 7. `last` is the number that setOn() stored last.
 std::string givenAfter(int last)
 {
     std::string given;
@@ -593,7 +591,7 @@ TEST(Store, NeverReturnsWrongDataFromDamagedFiles)
     for (const auto& entry : fs::directory_iterator(folder / "winhost")) {
         whole[entry.path()] = readFile(entry.path());
     }
-    ASSERT_GT(whole.begin()->second.size(), 200000U); // the database; its log and the index of the log follow
+    ASSERT_GT(whole.begin()->second.size(), 200000U); // the first file is the database
     std::minstd_rand random(2026);
     int allRight = 0;
     const int files = isStressed ? 2000 : 40;
