@@ -21,8 +21,7 @@ stop_wine() {
     rm -f "$wine_folder/display"
 }
 
-# Creates the prefix at WINEPREFIX. wineboot and the server call each other so often that they run three times as fast
-# on one processor as on several.
+# Creates the prefix at WINEPREFIX. Uses one processor, because wineboot takes three times as long on several.
 boot_wine() {
     local log=$wine_folder/boot.log processor
     processor=$(sed -nE 's/^Cpus_allowed_list:\s*([0-9]+).*/\1/p' /proc/self/status)
@@ -30,15 +29,15 @@ boot_wine() {
         cat "$log" >&2
         return 1
     }
-    # The library reads the version of Windows, so the tests need a version that does not depend on Wine's default.
+    # The library reads the version of Windows, and Wine's default version may change.
     "${wine[@]}" winecfg -v win10 >>"$log" 2>&1
     # Keeps message boxes from waiting for a window manager.
     "${wine[@]}" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1
-    wineserver -k || true # a running server and its services would stay bound to one processor
+    wineserver -k || true # stops the server, because it is bound to one processor
     touch "$wine_folder/booted"
 }
 
-# Starts the display and keeps the server running until this script ends, unless both are up already.
+# Starts the display and Wine's server, which run until this script ends. Does nothing if the display is running.
 start_wine() {
     [ -x "$wine_program" ] || {
         echo "Wine's 64-bit program is not at $wine_program: the Windows tests cannot run." >&2

@@ -5,8 +5,8 @@
 
 namespace uinfo {
 
-/// Reads the executable's full path into out, which holds size characters. Returns false if the path cannot
-/// be read or does not fit; out may then contain a truncated path. Clears the thread's last error, to
+/// Reads the executable's full path into `out`, a buffer of `size` characters. Returns false if the path
+/// cannot be read or does not fit; out may then contain a truncated path. Clears the thread's last error, to
 /// detect truncation.
 bool executablePath(wchar_t* out, unsigned long size);
 

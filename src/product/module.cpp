@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The product object uses the static configuration object: DllMain creates the product object after all
-/// static objects and destroys the product object before them.
+/// Uses the static configuration object. DllMain therefore creates the product object after all static
+/// objects exist, and destroys it first.
 constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace

@@ -1,6 +1,6 @@
 // Finds the names that start-up would choose for an application. Reads the application's folder and the
-// registry. Does not start the library: start-up would record the names, might show a message box, and would
-// read only the process's own folder.
+// registry. Does not start the library: start-up records the names, may show a message box, and reads only
+// the process's own folder.
 #pragma once
 
 #include "installation/choices.h"
@@ -40,7 +40,7 @@ struct LanguageState
     bool hasEntry = false;     ///< whether the uninstall entry exists; only the default product needs it
     bool hasResources = false; ///< whether the resource library can be read
     std::optional<Text> localName = std::nullopt; ///< the language's native name
-    std::string other = {};                       ///< the library's language, if it is the wrong one
+    std::string other = {};                       ///< if the library is for another language, that language
 
     std::string name() const { return utf8(record.shortName); }
     /// Returns the reason why the language is not installed; empty if it is.
@@ -67,7 +67,7 @@ public:
     Installation(const Installation&) = delete;
     Installation& operator=(const Installation&) = delete;
 
-    /// Returns the path that `compose` appends to an empty buffer; throws if the path is too long.
+    /// Returns the path that compose() builds in a PathBuffer; throws if the path is too long.
     static Text composed(const auto& compose)
     {
         uinfo::PathBuffer path;

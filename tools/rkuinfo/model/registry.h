@@ -62,8 +62,8 @@ std::string bytesOf(Number number)
 /// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
-/// Calls `read` and catches a Failure. Rethrows the Failure if `losses` is null or the command line is wrong;
-/// otherwise appends the problem to `losses`.
+/// Calls `read`. Catches a Failure and appends its problem to `losses`, unless `losses` is null or the
+/// command line is wrong.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {

@@ -25,8 +25,7 @@ std::string textOfFile(const std::string& bytes)
     return utf8(text);
 }
 
-/// Returns the length of the first line. A line that begins with a value's name may contain strings, and a
-/// string may contain line breaks.
+/// Returns the length of the first line. Line breaks in a value's strings do not end the line.
 std::size_t lengthOfLine(std::string_view text)
 {
     const std::size_t first = text.find_first_not_of(blanks);
@@ -40,7 +39,7 @@ std::size_t lengthOfLine(std::string_view text)
     return std::min(i, text.size());
 }
 
-/// Reads the file in one pass. Each take function removes what it reads from the front of the line.
+/// Reads the file in one pass. Functions named `take...` remove what they read from the line.
 class Reader
 {
 public:
