@@ -76,10 +76,10 @@ void measure(const Pair& pair, std::FILE* out)
 
 } // namespace
 
-void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& only)
+void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& filter)
 {
     for (const Pair& pair : pairs) {
-        if (pair.row.find(only) != std::string::npos) {
+        if (pair.row.find(filter) != std::string::npos) {
             measure(pair, out);
         }
     }

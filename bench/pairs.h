@@ -1,6 +1,6 @@
 // Compares two functions by alternating between them several thousand times a second, so that other load on
 // the machine affects both. The result is the median of the ratios of neighbouring runs. Google Benchmark,
-// which growth.cpp uses, cannot alternate this often and is not packaged for MinGW.
+// which growth.cpp uses, cannot alternate so quickly and is not packaged for MinGW.
 #pragma once
 
 #include <cstdio>
@@ -20,9 +20,9 @@ struct Pair
     double differenceLimit = 0; // upper limit of ours - other in nanoseconds; 0 means no limit
 };
 
-/// Measures the pairs whose `row` string contains `only`, and writes one JSON object per line. Times are in
-/// nanoseconds. The fields "ours", "other", "ratio" and "difference" are medians.
-void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& only);
+/// Measures the pairs whose row contains the string `filter`, and writes one JSON object per line. Times are
+/// in nanoseconds. The fields "ours", "other", "ratio" and "difference" are medians.
+void run(const std::vector<Pair>& pairs, std::FILE* out, const std::string& filter);
 
 /// Keeps the compiler from removing an unused result.
 template <typename Value>

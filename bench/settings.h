@@ -1,4 +1,4 @@
-// Starts the configuration that the benchmarks use, and creates a group of settings in it.
+// Starts the library for the benchmarks, and creates a group of settings.
 #pragma once
 
 #include "pairs.h"

@@ -1,5 +1,5 @@
 # Debian packages, built by cpack: the libraries, the development files, and the command-line client with its languages.
-# Requires the install prefix /usr, and the maintainer in CPACK_PACKAGE_CONTACT.
+# Requires the install prefix /usr. CPACK_PACKAGE_CONTACT must name the maintainer.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS

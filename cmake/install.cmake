@@ -47,7 +47,7 @@ install(TARGETS ${libraries} EXPORT RkUInfoTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE DESTINATION ${debug}${CMAKE_INSTALL_LIBDIR} COMPONENT development
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-if(programs) # in the package, the libraries are in the folder above the programs
+if(programs) # on Linux the libraries are one folder above the programs
   set_target_properties(${programs} PROPERTIES INSTALL_RPATH "\$ORIGIN;\$ORIGIN/..")
   install(TARGETS ${programs} DESTINATION ${debug}${program_folder} COMPONENT tool)
 endif()

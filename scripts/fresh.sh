@@ -1,6 +1,5 @@
-# Runs the documents' commands in a bare Debian root, as a newcomer would. The commands in README and GUIDE can use only
-# the archive and those Debian packages that the documents name. README's ./dev commands run in a clone of the last
-# commit.
+# Runs the documents' commands in a new, minimal Debian (the root), to check that README and GUIDE name every Debian
+# package that their commands need. README's ./dev commands run in a clone of the last commit.
 
 fresh=$PWD/build/fresh
 

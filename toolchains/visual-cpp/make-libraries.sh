@@ -41,7 +41,7 @@ make_libraries() {
         "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/runtime/$name.cpp"
     done
     "${compile[@]}" /std:c++20 /W4 /WX /GR- "/Fo$work/" -- "$here/runtime/type_info.cpp"
-    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # relative names keep the library reproducible
+    (cd "$work" && llvm-lib-19 /nologo /out:start.lib ./*.obj) # relative names, because the library contains them
     "${compile[@]}" /std:c++20 /W4 /WX "/Fo$work/" -- "$here/libcxx/few.cpp"
     (cd "$work" && llvm-lib-19 /nologo /out:few.lib few.obj)
 }
