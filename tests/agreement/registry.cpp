@@ -1,4 +1,4 @@
-// The registry calls, with all access rights, hostile names and data, small buffers and invalid handles.
+// The registry calls, with all access rights, unusual names and data, small buffers and invalid handles.
 #include "agreement/trace.h"
 
 #include "support/registry.h"

@@ -1,7 +1,7 @@
 // Makes random calls to the system and records their results in a trace. A seed produces the same calls on
-// every system. digests.txt contains the digests of the traces that Wine and winhost must both produce. No
-// expression draws two random numbers, because compilers differ in the order of evaluation. The calls avoid
-// the deliberate differences between winhost and Windows (winhost/README.md).
+// every system. digests.txt contains the digests of the traces that Wine and winhost must both produce. Draw
+// at most one random number per expression, because compilers differ in the order of evaluation. The calls
+// avoid the deliberate differences between winhost and Windows (winhost/README.md).
 #pragma once
 
 #include <concepts>
@@ -38,10 +38,10 @@ public:
     bool oneIn(std::size_t many) { return below(many) == 0; }
     auto& oneOf(auto& all) { return all[below(std::size(all))]; }
 
-    /// Returns a random word from `words`, a list separated by "|".
+    /// Returns a random word from a list separated by "|".
     Text word(std::u16string_view words);
 
-    /// Starts the trace line of a call. The parts are numbers, strings and bytes; say() appends more parts.
+    /// Starts the trace line of a call. Each part is a number, a string or bytes; say() appends more.
     void start(const Text& call, const auto&... parts)
     {
         text += '\n';

@@ -23,7 +23,7 @@ TarvoConfig::Error startNorvik()
     return InitVelaConfig(nullptr, nullptr, L"en-US", nullptr);
 }
 
-/// Each function returns the path of row `below` (a system folder for -1), followed by `added`.
+/// Each function's path is `added` appended to the path in row number `below`; -1 means a system folder.
 const struct
 {
     PathFunction folder;

@@ -34,8 +34,7 @@ const struct Sample
     {[](auto& v) { v.setString(nullptr); }, "5/6 0 0 0 '' -", text("")},
 };
 
-/// Counts and fills the blocks that this program allocates. Makes allocation number `refused` fail,
-/// counting from 1.
+/// Counts this program's allocations, and fills the blocks. If `refused` is n, the n-th allocation fails.
 struct Blocks
 {
     int count = 0, refused = 0;
@@ -78,7 +77,7 @@ void checkAfter(const Sample& before, const Sample& after)
     EXPECT_EQ(blocks.count, needsBlock ? 1 : 0);
     blocks.refused = blocks.count + 1;
     EXPECT_EQ(thrownCode([&] { after.set(failing); }), needsBlock ? 6 : 0);
-    blocks.refused = 0; // describe() allocates too
+    blocks.refused = 0; // describe() must be able to allocate
     EXPECT_EQ(describe(failing), needsBlock ? left : after.described);
     copy = source;
     blocks.count = 0;
@@ -103,7 +102,7 @@ TEST(Variant, AcceptsEveryValueAfterEveryOther)
             checkAfter(before, after);
         }
     }
-    VelaVariant v; // a variant can be set from its own block
+    VelaVariant v; // setters accept a pointer into the variant's own block
     v.setString(L"abc");
     v.setString(v.getString() + 1);
     EXPECT_EQ(describe(v), "5/10 0 0 0 'bc' -");

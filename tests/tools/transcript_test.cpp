@@ -37,7 +37,7 @@ std::string takeOutput(std::istringstream& lines)
     return all;
 }
 
-/// Compares two outputs. A line "..." in `expected` matches any lines.
+/// Compares two outputs. A line "..." in `expected` matches any number of lines.
 bool matches(const std::string& expected, const std::string& actual)
 {
     std::string pattern = std::regex_replace('\n' + expected, std::regex(R"([.^$|()\[\]{}*+?\\])"), R"(\$&)");
