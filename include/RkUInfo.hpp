@@ -234,7 +234,7 @@ template <typename T>
 
 namespace detail {
 
-/// Reads a name with `read`, a function that calls name() or key() of an iterator.
+/// Reads a name; `read` must call name() or key() of an iterator.
 template <typename ReadName>
 TarvoConfig::Error readName(ReadName read, Text& name)
 {

@@ -2,5 +2,5 @@
 #pragma once
 
 /// Restricts the search for libraries to the program folder and the system folder; docs/LOADING.md explains
-/// why. Does nothing on Linux: a bare name there loads code only from the program folder.
+/// why. Does nothing on Linux.
 void loadLibrariesSafely();

@@ -14,8 +14,7 @@ namespace {
 constexpr auto settings = TarvoConfig::eSettings;
 constexpr std::int32_t defaultLimit = 8;
 
-/// Returns the value path of a palette's layout. name becomes a key's name, so it must not contain a
-/// separator.
+/// Returns the value path of a palette's layout. The palette's name must not contain a separator.
 rkuinfo::Text layoutPath(const rkuinfo::Text& name)
 {
     return rkuinfo::text(L"Palettes\\") + name + rkuinfo::text(L"\\Layout");

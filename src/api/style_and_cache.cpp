@@ -1,4 +1,4 @@
-// UI style and user data cache.
+// The paths of the UI style file and of the user data cache.
 #include "api/stored_path.h"
 #include "installation/layout.h"
 #include "installation/names.h"

@@ -23,7 +23,7 @@ enum class Source
 enum class Answer
 {
     chosen,
-    absent,  ///< no argument, key, value, file or entry; an empty argument or INI entry counts as absent
+    absent,  ///< no argument, key, value, file or entry, or an empty argument or INI entry
     empty,   ///< an empty registry value
     tooLong, ///< the argument or registry value exceeds its limit
     otherType,
@@ -52,7 +52,7 @@ struct Choice
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
-    /// The argument, which must outlive the Choice, or the built-in name; null if the name is in `text`.
+    /// An argument or a built-in name, not copied; null if `text` contains the name.
     const wchar_t* given = nullptr;
     std::array<wchar_t, nameCapacity + 1> text = {};
     Finding found[4];

@@ -11,7 +11,7 @@ namespace uinfo {
 // eInvalidInput for an empty program folder or a path of more than 1022 characters.
 
 /// Builds the path of a file in programFolder, which ends with a separator. Returns false if the
-/// folder is empty or the path is too long; the path may then contain the folder.
+/// folder is empty or the path is too long; on failure, `path` may contain the folder.
 bool iniFilePath(const wchar_t* programFolder, const wchar_t* fileName, BoundedText& path);
 
 /// Reads at most capacity - 2 characters. If the file cannot be read, out is unchanged.

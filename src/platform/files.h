@@ -5,8 +5,8 @@
 
 namespace uinfo {
 
-/// Appends a name with PathAppendW. Returns false if the result would exceed `longest` characters, the
-/// folder's capacity or MAX_PATH.
+/// Appends a name with PathAppendW. Returns false if the result would exceed `longest` characters, MAX_PATH
+/// or the capacity of `folder`.
 [[nodiscard]] bool joinPath(BoundedText& folder, const wchar_t* name, std::size_t longest = anyLength);
 
 /// Returns whether a file or folder exists and can be read.

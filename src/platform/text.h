@@ -25,22 +25,22 @@ bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 /// Returns a copy that the caller must free with delete[]; null for null.
 wchar_t* duplicate(const wchar_t* text);
 
-/// Returns the length of the folder part of a path. The folder part ends with the last separator or, in a
-/// path such as "C:name", with the drive. Returns 0 if the path has no separator and no drive.
+/// Returns the length of a path's folder part, which includes the last separator. In "C:name" the folder part
+/// is "C:". Returns 0 if the path has no separator and no drive.
 std::size_t folderLength(const wchar_t* path);
 
 inline constexpr std::size_t anyLength = SIZE_MAX;
 
-/// Builds a terminated string in a buffer of a fixed capacity, which includes the terminator and is at
-/// least 1. If the result would exceed the capacity or `longest` characters, an append function appends
-/// nothing and returns false.
+/// Builds a terminated string in a buffer. The capacity includes the terminator, and must be at least 1. If
+/// the result would exceed the capacity or `longest` characters, an append function appends nothing and
+/// returns false.
 class BoundedText
 {
 public:
     /// Starts with the empty string.
     BoundedText(wchar_t* storage, std::size_t capacity) : m_storage(storage), m_capacity(capacity) { cut(0); }
 
-    /// Starts with the string that storage contains.
+    /// Starts with the string in `storage`.
     static BoundedText appendingTo(wchar_t* storage, std::size_t capacity);
 
     [[nodiscard]] bool append(const wchar_t* text, std::size_t longest = anyLength)
@@ -75,7 +75,7 @@ public:
         m_storage[newLength] = 0;
     }
 
-    /// Updates the length after a system call has written to the storage.
+    /// Updates the length after a system call has written to data().
     void measure();
 
     wchar_t* data() { return m_storage; }
@@ -85,7 +85,7 @@ public:
     bool empty() const { return m_length == 0; }
 
 private:
-    /// Writes text at index start. If start is length() + 1, the caller must write the separator before text.
+    /// Writes `text` at index `start`. This may be length() + 1: the caller then writes the separator.
     bool appendAt(std::size_t start, const wchar_t* text, std::size_t count, std::size_t longest)
     {
         const std::size_t end = std::min(m_capacity - 1, longest);
@@ -102,7 +102,7 @@ private:
     std::size_t m_length = 0;
 };
 
-/// A BoundedText with its own buffer, which is not cleared beyond the terminator.
+/// A BoundedText with its own buffer. The characters after the terminator are not initialised.
 template <std::size_t Capacity>
 class TextBuffer : public BoundedText
 {

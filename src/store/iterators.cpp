@@ -55,7 +55,7 @@ Error openWalk(const TarvoConfig& config, TarvoConfig::Path path, const wchar_t*
     return TarvoConfig::eOk;
 }
 
-/// Opens a second handle to a key. The result holds no key if key is null or has been deleted.
+/// Opens a second handle to a key. The result is empty if the key is null or has been deleted.
 RegistryKey openAgain(HKEY key)
 {
     return key != nullptr ? RegistryKey::open(key, nullptr, KEY_ALL_ACCESS) : RegistryKey();
@@ -98,7 +98,7 @@ Error stepIndex(std::int32_t& index, std::int32_t count)
     return TarvoConfig::eOk;
 }
 
-/// Passes the name of the iterator's current value to `use`.
+/// Calls use() with the name of the iterator's current value.
 template <typename Use>
 Error withCurrentName(const TarvoConfig::ValueIterator& it, Use use)
 {

@@ -10,8 +10,7 @@ namespace {
 constexpr std::uint32_t stringTableType = 6;
 constexpr std::uint32_t stringsPerBlock = 16;
 
-// read16 and read32 read little-endian numbers, and return 0 past the end of the bytes. A signature, count or
-// size of 0 ends the search for a string.
+// read16 and read32 read little-endian numbers, and return 0 past the end of the bytes.
 
 std::uint32_t read16(Bytes bytes, std::size_t offset)
 {
@@ -26,7 +25,7 @@ std::uint32_t read32(Bytes bytes, std::size_t offset)
     return read16(bytes, offset) | read16(bytes, offset + 2) << 16U;
 }
 
-/// Returns the part of a range that lies within the bytes.
+/// Returns `size` bytes from `offset`, or as many as exist.
 Bytes slice(Bytes bytes, std::size_t offset, std::size_t size)
 {
     if (offset >= bytes.size()) {
@@ -148,7 +147,7 @@ StringResource findString(Bytes file, std::uint16_t id)
     }
     const std::optional<std::uint32_t> languages = findTable(resources, *blocks, id / stringsPerBlock + 1);
     const std::size_t data = languages ? findEntry(resources, *languages, std::nullopt).value_or(0) : 0;
-    if (data == 0) { // not found: offset 0 contains the first table
+    if (data == 0) { // not found; 0 is the offset of the root table
         return {ERROR_RESOURCE_NAME_NOT_FOUND, {}};
     }
     const Bytes block = slice(headers.at(read32(resources, data)), 0, read32(resources, data + 4));

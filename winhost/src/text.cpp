@@ -20,7 +20,7 @@ wchar_t upcase(wchar_t unit)
     const CaseRange* const next =
         std::upper_bound(std::begin(caseRanges), std::end(caseRanges), number,
                          [](std::uint16_t value, const CaseRange& range) { return value < range.first; });
-    const CaseRange& range = *std::prev(next); // valid, because the first range starts below 0x80
+    const CaseRange& range = *std::prev(next); // exists, because the first range starts below 0x80
     const bool inRange = number <= range.last && (number - range.first) % range.stride == 0;
     return inRange ? static_cast<wchar_t>(number + range.delta) : unit;
 }

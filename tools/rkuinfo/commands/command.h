@@ -54,6 +54,6 @@ struct Place
 };
 
 /// Returns the table row that lists a key or value. If `isForPeople` is true, the row begins with the path
-/// below the listed key. Otherwise the first two cells are the key's path below the subtree, and the value's
-/// name.
+/// below the listed key. Otherwise the first cell is the key's path in the subtree, and the second is the
+/// value's name.
 std::vector<Cell> rowOf(const Place& place, const Name& name, const Value& value, bool isForPeople);

@@ -74,12 +74,12 @@ std::optional<Value> readValue(const RegistryKey& key, const Text& path, const T
     return value;
 }
 
-/// Calls `visit` with each name that `call` returns. `call` is RegEnumKeyExW for sub-keys, RegEnumValueW for
-/// values.
+/// Calls visit() with the name of each sub-key if `call` is RegEnumKeyExW, or of each value if it is
+/// RegEnumValueW.
 template <typename Call, typename Visit>
 void enumerate(const RegistryKey& key, const Text& path, Call call, Losses* losses, const Visit& visit)
 {
-    constexpr std::size_t mostLosses = 1000; // stops an endless listing of a damaged store
+    constexpr std::size_t mostLosses = 1000; // listing a damaged store could otherwise take forever
     wchar_t name[16384];                     // fits the longest value name and its terminator
     for (DWORD index = 0; losses == nullptr || losses->size() < mostLosses; ++index) {
         DWORD length = std::size(name);

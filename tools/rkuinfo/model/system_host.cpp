@@ -83,7 +83,7 @@ void requireWritable(const Text& /*key*/)
     const std::string registry = userFolder(false) + "/winhost";
     std::string folder = registry;
     while (folder.size() > 1 && access(folder.c_str(), F_OK) != 0) {
-        // Finds the existing folder in which the registry would be created.
+        // Moves up to the nearest existing folder.
         folder.erase(std::max<std::size_t>(folder.rfind('/'), 1));
     }
     const std::string store = registry + "/registry.db";

@@ -146,7 +146,7 @@ void finishProgress()
 namespace {
 
 constexpr std::size_t gap = 2;
-constexpr std::size_t narrowest = 20; // the last column is wrapped only if more columns than this remain
+constexpr std::size_t narrowest = 20; // a last column of this width or less is not wrapped
 
 std::size_t width(char32_t point)
 {
@@ -171,8 +171,8 @@ std::string styled(const Layout& layout, std::string_view text, Style style)
                : std::string(text);
 }
 
-/// Removes the first line from the text and returns it. The line ends after the last separator that fits into
-/// `room` columns, or at the edge if no separator fits.
+/// Removes the first line from the text and returns it. If the text is wider than `room` columns, the
+/// line ends after the last separator that fits; if none fits, after the last character that fits.
 std::string_view takeLine(std::string_view& text, std::size_t room)
 {
     std::size_t end = 0;
