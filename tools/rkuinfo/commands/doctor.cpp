@@ -136,7 +136,7 @@ private:
             if (exists(path) && entry(key).empty() && (isEmpty || !m_session.has(option))) {
                 add(isEmpty ? error : note, "ini-names", utf8(path),
                     "it has no " + utf8(key) + " in a section " + section,
-                    "write " + utf8(key) + "= and the name into that section");
+                    "write " + utf8(key) + "=<name> into that section");
             }
         }
         const Text language = installation.iniText(uinfo::localeNamesSection, rkuinfo::Argument(id));

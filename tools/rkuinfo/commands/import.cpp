@@ -54,7 +54,7 @@ struct Comparison
     std::vector<Change> changes;
 };
 
-/// Prints two rows for data that differs.
+/// Prints a changed value as two rows: the old value and the new one.
 void printChanges(const Session& session, const Place& place, const std::vector<Change>& changes)
 {
     Table table;
@@ -99,6 +99,6 @@ const Command importCommand({"import", "SUBTREE [KEY] [--file] [--replace] [--dr
                              "An import that fails changes nothing.",
                              importTree});
 const Command diffCommand({"diff", "SUBTREE [KEY] [--file]", "Compare a key with a file",
-                           "- marks the key's data, + the file's. Exit code 1 if something differs.", diff});
+                           "- marks data in the key, + data in the file. Exit code 1 if they differ.", diff});
 
 } // namespace
