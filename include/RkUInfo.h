@@ -28,18 +28,18 @@ RKUINFO_API TarvoConfig* velaConfig();
 /// - product: "CurProduct" under Software\{company}; "TARVO.ini" [Product] ProductName; "TARVO"
 /// - language (a short name such as "en-US"): "CurVer" under the version root; "TARVO.ini" [Product] LocaleId
 ///   mapped by [LocaleIdLangName]
-/// - profile: the current profile, which the profiles key stores
+/// - profile: the current profile, stored in the profiles key
 ///
 /// If the first language name found is not an installed language, or if no name is found, a message box asks
 /// whether to use the first installed language.
 ///
-/// If the profiles key stores a different current profile, a profile argument replaces it. Start-up records
-/// its choices only in keys that exist; CreateConfigReg creates the keys. The process exits with code 1 after
-/// a message box if the language argument is unknown, if no language is installed, or if the user declines
-/// the proposed language. Once start-up has succeeded, further calls return eOk and ignore their arguments.
+/// A profile argument replaces the stored current profile, if there is one. Start-up records its choices only
+/// in keys that exist; CreateConfigReg creates the keys. The process exits with code 1 after a message box if
+/// the language argument is unknown, if no language is installed, or if the user declines the proposed
+/// language. Once start-up has succeeded, further calls return eOk and ignore their arguments.
 /// @return eOk; eInvalidInput if company or product has 255 or more characters, if a path does not fit, or
-///         after an earlier failure; eRegistryError if the language's folder cannot be read, or if too many
-///         open files prevent the search for installed languages
+///         after an earlier failure; eRegistryError if the language's folder cannot be read, or if the search
+///         for installed languages fails because too many files are open
 RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product,
                                               const wchar_t* language, const wchar_t* profile);
 
@@ -101,9 +101,9 @@ RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
 RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
 /// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
-/// Writes the current language's resource folder, without a trailing backslash. buffer must have room for the
-/// path's length + 3 characters, and for the executable's path, which the function writes first. After a
-/// failure, buffer may contain part of a path.
+/// Writes the current language's resource folder, without a trailing backslash. size must be at least the
+/// path's length + 3, and large enough for the executable's path, which the function writes to buffer
+/// first. After a failure, buffer may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
 /// Writes the path of folderName in the program folder; buffer and size are as for the function above.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);
@@ -112,7 +112,7 @@ RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t*
 /// search with SetDefaultDllDirectories before it does anything else (docs/LOADING.md). The caller frees the
 /// handle.
 RKUINFO_API HINSTANCE__* LoadResourceDll(const wchar_t* fileName);
-/// Works like LoadResourceDll, but calls LoadLibraryExW with file and flags.
+/// Works like LoadResourceDll, but passes file and flags to LoadLibraryExW.
 RKUINFO_API HINSTANCE__* LoadResourceDllEx(const wchar_t* fileName, void* file, unsigned long flags);
 /// Writes the path of "RKHelp.exe" in the program folder. buffer must have room for the path's length + 2
 /// characters; a smaller buffer is left unchanged.
