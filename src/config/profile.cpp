@@ -46,7 +46,7 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
         return eOk;
     }
     delete[] std::exchange(m_profileNameCmdLineInfo, uinfo::duplicate(profile));
-    profile = m_profileNameCmdLineInfo; // the argument may point to the deleted string
+    profile = m_profileNameCmdLineInfo; // the caller may have passed the string just deleted
 
     // getRegRootPath cannot be used: before start-up is complete it writes the empty string.
     uinfo::PathBuffer key;

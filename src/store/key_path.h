@@ -50,7 +50,7 @@ public:
         }
         wchar_t* key = m_text;
         const wchar_t* const name = splitKeyPath(key);
-        // The key part ends before the separator, which is at name - 1.
+        // The separator before the name is not part of the key.
         return {key, key == nullptr ? 0 : static_cast<std::size_t>(name - 1 - key), name};
     }
 

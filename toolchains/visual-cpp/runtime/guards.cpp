@@ -1,5 +1,5 @@
 // Functions that compiled code calls to check the stack cookie, the stack pages and the targets of indirect
-// calls. The Windows loader replaces checkNothing and callUnchecked; Wine's loader does not.
+// calls. Windows replaces the pointers to checkNothing and callUnchecked; Wine does not.
 #include <windows.h>
 
 extern "C" {

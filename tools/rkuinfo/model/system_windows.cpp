@@ -64,9 +64,8 @@ std::string nativePath(const Text& path)
     return utf8(path);
 }
 
-/// Quotes a word for PowerShell and cmd. For PowerShell, puts a ` before $ and `, and doubles the quotation
-/// marks ", U+201C, U+201D and U+201E. cmd undoes only the doubled ", and
-/// expands %NAME%.
+/// Quotes and escapes a word for PowerShell. cmd also reads the result correctly, unless the word contains $,
+/// `, %NAME% or a typographic quotation mark.
 std::string shellWord(const std::string& word)
 {
     constexpr const char* plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+=.:/\\";
