@@ -82,7 +82,7 @@ void write(benchmark::State& state)
     }
 }
 
-/// Measures a walk's cost per value. A walk calls findItem once, then key, value and step for each value.
+/// Measures the cost per value of iterating over a key.
 void enumerate(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();

@@ -1,5 +1,5 @@
 // Other settings stores on Linux, each with 1,000 entries. The interface uses only narrow strings, because
-// the peers are compiled with the host's native wchar_t.
+// these stores are compiled with the host's native wchar_t.
 #pragma once
 
 #include <memory>
@@ -16,9 +16,9 @@ public:
     virtual ~Peer() = default;
     /// Reads one integer.
     virtual int read() = 0;
-    /// Cycles through the entries that read() does not use, and reads one per call.
+    /// Reads another entry on each call, and starts again after the last.
     virtual int readNext() { return 0; }
-    /// Writes the integer so that it outlives the process. Returns false on failure.
+    /// Writes the integer to the file. Returns false on failure.
     virtual bool write(int) { return false; }
 };
 

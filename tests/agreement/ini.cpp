@@ -12,8 +12,8 @@ namespace {
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns random sections and entries, some of them malformed. Each non-ASCII letter occurs in only one
-/// case, because systems differ in whether they ignore the case of such letters.
+/// Returns random sections and entries, some of them malformed. Non-ASCII letters are all lower
+/// case, because not every system ignores their case.
 Text lines(Trace& trace)
 {
     Text all;
@@ -59,7 +59,7 @@ void readFile(Trace& trace, const Wide& path)
     const DWORD whole = get(40);
     const DWORD size = trace.below(40);
     trace.start(u"get", section, key, utf16(out), size);
-    // Results differ if a quoted value exactly fits the buffer: Wine truncates it.
+    // If a quoted value exactly fits the buffer, Wine truncates it but winhost does not.
     trace.say(get(size != whole + 1 ? size : 40));
     trace.say(utf16(out), GetPrivateProfileIntW(wide(section), wide(key), -9, path));
 }

@@ -31,8 +31,8 @@ Text relativePath(Trace& trace, std::u16string_view components, std::u16string_v
     return trace.oneIn(8) ? path : path + trace.word(last);
 }
 
-/// Returns a random path. Except for "..", no component starts with two dots, because systems treat such
-/// components differently. No path ends with "..", because Wine then reads past the terminator.
+/// Returns a random path. Except for "..", no component starts with two dots: winhost, unlike Windows,
+/// treats "..b" as a name. No path ends with "..", because Wine then reads past the terminator.
 Text pathText(Trace& trace)
 {
     static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');
@@ -59,7 +59,7 @@ TEST(Winhost, AgreesWithWineOnPaths)
     });
 }
 
-/// Sorts all code units, and records for each whether it compares equal to the previous one.
+/// Sorts all code units, then records the result of comparing each with the one before it.
 TEST(Winhost, AgreesWithWineOnTheCaseOfUnits)
 {
     expectAgreement("units", [](Trace& trace) {

@@ -19,7 +19,7 @@ std::string iniValue(const fs::path& file, LPCWSTR key)
 TEST(WineIniFile, IsReadAtAnyLength)
 {
     const fs::path file = scratchFolder() / "big.ini";
-    const std::string line = std::string(70'000, 'x') + // U+0080, U+0800, U+10000 and U+10FFFF follow
+    const std::string line = std::string(70'000, 'x') + // then U+0080, U+0800, U+10000 and U+10FFFF
                              "\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";
     writeFile(file, "\xEF\xBB\xBF[s]\n" + std::string(900'000, ';') + "\nline=" + line + "\nend=1");
     EXPECT_EQ(iniValue(file, L"line"), line);

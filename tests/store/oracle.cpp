@@ -24,9 +24,9 @@ const HKEY user = HKEY_CURRENT_USER;
 TarvoConfig& config = *velaConfig();
 VelaVariant value; // the variant that all operations read and write
 std::optional<RawValue> twinValue;
-// `path` is the argument of an operation. In the twin tree, the same path leads to the key `whole`, or to the
-// value `name` of the key `key`.
-std::string path, key, name, whole;
+std::string path;      // the argument of an operation
+std::string whole;     // the key in the twin tree, if `path` is the path of a key
+std::string key, name; // the key in the twin tree and the value name, if `path` is the path of a value
 
 /// Returns the registry value that stores a variant, or nothing if the variant has no block or its block
 /// records a size of 0.
@@ -54,7 +54,7 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a registry value in both trees, as another program might. Sets `value` to a variant whose block
+/// Stores a registry value in both trees without using the library. Sets `value` to a variant whose block
 /// records a size of 0, which cannot be stored, and clears `twinValue`.
 void interfere(const RawValue& raw)
 {
@@ -150,7 +150,7 @@ struct Walk
         // clang-format on
     }
 
-    /// Returns the number of keys that the iterator has open, or -9 if the iterator differs from its twin.
+    /// Returns the number of keys that the iterator has open. If it differs from its twin, returns -9.
     int keys() const
     {
         Fields fields;

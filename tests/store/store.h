@@ -40,8 +40,7 @@ inline std::string describe(const VelaVariant& v)
         [=](auto, auto*...) { return version; });
 }
 
-/// An operation on a path. isItemExist does not return an error code, so its `call` returns eOk if the item
-/// exists, otherwise eInvalidInput.
+/// An operation on a path. For isItemExist, `call` returns eOk if the item exists, otherwise eInvalidInput.
 struct Operation
 {
     std::string name;

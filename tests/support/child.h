@@ -32,8 +32,8 @@ void shareWithChildren(const char* variable, const std::string& value);
 void joinHome();
 void leaveHome();
 
-/// Returns the name that a child process must use for `company`: on Windows, a child's registry is not
-/// redirected.
+/// Returns the company name by which a child process finds this process's registry. On Windows the name
+/// contains a key path, because a child's registry is not redirected.
 std::string companyFromOutside(const std::string& company);
 
 } // namespace testing_support

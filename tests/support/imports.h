@@ -15,14 +15,14 @@ extern const char* const libraryModule;
 inline constexpr const char* programModule = nullptr;
 
 /// Returns whether a symbol names `function`, such as "malloc" or "RkLocker::lock". The symbol may be
-/// undecorated, or decorated with any arguments.
+/// decorated; its argument types are not compared.
 bool isNameOf(std::string_view symbol, std::string_view function);
 
 /// Returns the slots in which a loaded module stores the address of an imported function, and makes the slots
-/// writable. `function` is matched by isNameOf().
+/// writable. Compares the names with isNameOf().
 std::vector<void**> importSlots(const char* module, const char* function);
 
-/// A function's name as a template argument, so that each replaced function has separate state.
+/// A function's name as a template argument: replaceImport() has separate state for each name.
 struct Name
 {
     constexpr Name(const char* name) { std::string_view(name).copy(text, sizeof text - 1); }

@@ -33,7 +33,7 @@ public:
     std::filesystem::path folder() const { return m_folder; }
     std::filesystem::path program() const { return m_program; }
 
-    /// Adds another program of this build and returns its path.
+    /// Adds a link to another program of this build and returns the link's path.
     std::filesystem::path addProgram(std::string_view name) const;
     /// Adds a language's folder with its library.
     void addLanguage(std::string_view shortName) const;

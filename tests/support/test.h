@@ -28,15 +28,15 @@ inline void PrintTo(const RawValue& value, std::ostream* stream)
     *stream << value.type << ' ' << testing::PrintToString(value.bytes);
 }
 
-/// The key paths that startAcme() sets. These constants are not inline, so that each file initialises them
-/// before its own constants.
+/// The key paths that startAcme() sets. They are not inline: each file has a copy, which is initialised
+/// before the file's own constants.
 const std::string acmeKey = "Software\\Acme";
 const std::string languageRoot = acmeKey + "\\Widget\\2018\\en-US";
 const std::string profilesKey = languageRoot + "\\Profiles";
 const std::string settings = languageRoot + "\\Settings";
 
-/// Calls a function with a buffer of 1024 characters that starts with "?". Returns the buffer's string, and
-/// checks the length that the function returns. If the length is 0, the result starts with "failed: ".
+/// Calls a function that writes a string to a buffer and returns its length. Returns the string; if the
+/// length is 0, returns "failed: " and the string. The buffer has 1024 characters and initially contains "?".
 template <typename Function>
 std::string textOf(Function function)
 {
