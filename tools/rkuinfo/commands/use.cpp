@@ -34,7 +34,8 @@ void use(Session& session)
 void provision(Session& session)
 {
     if (session.has("--program")) {
-        throw Failure("provision does not accept --program: run the rkuinfo in that folder", {}, exitUsage);
+        throw Failure("provision does not accept --program: run the program's copy of rkuinfo", {},
+                      exitUsage);
     }
     const Argument company(utf16(session["--company"]));
     const Argument product(utf16(session["--product"]));
