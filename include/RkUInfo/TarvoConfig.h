@@ -99,11 +99,11 @@ public:
     /// a leading separator counts.
     int isItemExist(Path path, const wchar_t* item);
 
-    /// Reads the value that the last component of valuePath names; the part before it is the sub-path. The
-    /// root and the sub-path together can have at most 1020 characters. The stored type determines the type
-    /// of value: REG_SZ becomes eString, REG_BINARY eBinary, REG_DWORD eInt, REG_QWORD eInt64. On failure,
-    /// value is unchanged. Throws an RkErrorStatus* with code 6 if memory is exhausted; value is then
-    /// unchanged or has no block (see VelaVariant's setters).
+    /// Reads a value. The last component of valuePath is the value's name; the part before it is the
+    /// sub-path. The root and the sub-path together can have at most 1020 characters. Converts REG_SZ to
+    /// eString, REG_BINARY to eBinary, REG_DWORD to eInt, and REG_QWORD to eInt64. On failure, `value` is
+    /// unchanged. Throws an RkErrorStatus* with code 6 if memory is exhausted, which may leave `value`
+    /// without a block (see VelaVariant's setters).
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;
     /// Writes a value as addValue does. Splits valuePath as getValue does.
@@ -136,10 +136,9 @@ public:
     /// @return eOk, eInvalidInput, eNotFound (no key), eRegistryError (also if the value is missing)
     Error removeValue(Path path, const wchar_t* item, const wchar_t* valueName);
 
-    /// Opens a key with full access and positions an iterator on its first sub-key (or value). findItem does
-    /// not close the iterator's old key: before you reuse an iterator, close the key by assigning a
-    /// default-constructed iterator. On failure, the iterator has no key. The root and the sub-path together
-    /// can have at most 1021 characters.
+    /// Opens a key with full access and positions an iterator on its first sub-key or value. Does not close
+    /// the iterator's old key: to reuse an iterator, first assign a default-constructed one to it. On
+    /// failure, the iterator has no key. The root and the sub-path together can have at most 1021 characters.
     /// @return eOk, eInvalidInput, eNotFound (the key cannot be opened), eRegistryError
     Error findItem(Path path, const wchar_t* item, ItemIterator& it);
     Error findItem(Path path, const wchar_t* item, ValueIterator& it);
@@ -159,7 +158,7 @@ protected:
     /// Reads at most outChars - 2 characters. If the file cannot be read, out is unchanged.
     Error readIniString(const wchar_t* section, const wchar_t* key, wchar_t* out, unsigned long outChars,
                         const wchar_t* fileName);
-    /// Stores the number in out, or -1 if the key is missing; returns eNotFound if the number is negative. If
+    /// Reads a number into out; a missing key is read as -1. Returns eNotFound if the number is negative. If
     /// the file cannot be read, out is unchanged.
     Error readIniInt(const wchar_t* section, const wchar_t* key, long& out, const wchar_t* fileName);
     bool isInitTARVOProduct();
@@ -177,9 +176,9 @@ protected:
 
     // Profile.
     Error initProfileName(const wchar_t* profile);
-    /// Writes the current profile name into out, which holds 128 characters. Reads the name from the key
-    /// profilesKey. A null or empty profilesKey means the profiles root. If the key does not name a profile,
-    /// stores and returns "Default".
+    /// Writes the current profile name into out, which holds 128 characters. Reads the name from
+    /// `profilesKey`, or from the profiles root if `profilesKey` is null or empty. If the key does not name a
+    /// profile, stores and returns "Default".
     Error getCurrentProfileNameFromReg(wchar_t* const out, const wchar_t* profilesKey) const;
 
     /// The single instance.
@@ -215,8 +214,8 @@ public:
     /// Copies the name of the current sub-key.
     /// @param buffer may be null, to query the capacity needed
     /// @param length in: the capacity of buffer, including the terminator; out: the capacity needed, set on
-    ///               eOk and eBufferTooSmall. A name of more than 1023 characters is never copied; the
-    ///               capacity reported for it is 8192.
+    ///               eOk and eBufferTooSmall; 8192 for a name of more than 1023 characters, which is never
+    ///               copied
     /// @return eOk, eBufferTooSmall (buffer unchanged), eInvalidIterator (length unchanged)
     RKUINFO_API Error name(wchar_t* buffer, long& length) const;
     /// Moves to the next index. Returns eInvalidIterator if the index has reached the number of sub-keys that

@@ -13,8 +13,8 @@
 
 /// A value: nothing, a 32-bit or 64-bit integer, a double, bytes or a wide string.
 ///
-/// The data is in one block allocated by malloc and released by free: a 32-bit recorded size (data bytes
-/// plus the 4 of this field), then the data. A block with a recorded size of less than 4 is ignored. Every
+/// The data is in one block allocated by malloc and released by free: a 32-bit recorded size, which
+/// includes its own 4 bytes, then the data. A block with a recorded size of less than 4 is ignored. Every
 /// module that exchanges variants with the library must use the library's C runtime heap and this layout: 12
 /// bytes, with the pointer right after the type.
 ///
@@ -150,9 +150,9 @@ public:
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
     /// Allocates a block with uninitialised data, which the caller must release with free. A size of 1 or
-    /// more is the number of data bytes, whatever the type. A size of 0 or less means 4 bytes for eInt, and 8
-    /// for eInt64 and eDouble. For eNull, a size of 0 or less returns null. Any other type with a size of 0
-    /// or less throws code 3. Throws code 6 if the allocation fails.
+    /// more is the number of data bytes, whatever the type. Otherwise allocates 4 bytes for eInt and 8 for
+    /// eInt64 and eDouble, returns null for eNull, and throws code 3 for other types. Throws code 6 if the
+    /// allocation fails.
     static void* allocBlock(VarType type, std::int32_t size)
     {
         if (size > 0) {
@@ -265,7 +265,7 @@ private:
 
 #pragma pack(pop)
 
-// Defined after pack(pop), because g++ would otherwise pack the type information of the thrown pointer.
+// Must follow pack(pop): g++ would also pack the type information that it creates for the exception.
 inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
 {
     RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);
