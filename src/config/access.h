@@ -13,8 +13,8 @@ public:
     /// The single instance, which velaConfig() returns.
     static TarvoConfig& instance() { return TarvoConfig::_sg_tarvo_config; }
 
-    /// Sets key, which must be empty, to the key path of a subtree. Returns false if
-    /// TarvoConfig::getRegRootPath would write the empty string.
+    /// Appends the key path of a subtree to an empty string. Returns false on failure;
+    /// TarvoConfig::getRegRootPath lists the causes.
     static bool appendRoot(const TarvoConfig& config, TarvoConfig::Path path, BoundedText& key);
 };
 

@@ -50,11 +50,11 @@ enum class UserFolder
     templates,
 };
 
-/// Appends the folder names of a user folder to path, which must be an application data folder with a
-/// trailing separator. Stops before the first name that would make the path longer than 1021 characters.
+/// Appends a user folder to the path of an application data folder, which must end with a separator. Stops
+/// before the first name that would make the path longer than 1021 characters.
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names);
-/// Sets path to the string in stored, or to the empty string if stored is not a string or has more than 1022
-/// characters. `read` is the result of getValue: if it is an error, clears path and returns false.
+/// Copies a stored string to `path`. Clears `path` if the value is not a string or has more than 1022
+/// characters. If `read`, the result of getValue, is an error, clears `path` and returns false.
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored);
 
 /// Appends the name of the default UI style file to the path of the roaming Support folder.

@@ -16,16 +16,16 @@ const wchar_t* programFolder();
 /// characters; buffer may then contain part of a path.
 unsigned long resourceFolder(const wchar_t* name, wchar_t* buffer, unsigned long size);
 
-/// Appends the path of a file or folder next to the executable. Does not cache the executable's path. Returns
-/// false if the executable's path cannot be read or the result does not fit.
+/// Appends to `path` the full path of a file or folder next to the executable. Does not cache the
+/// executable's path. Returns false if the executable's path cannot be read or the result does not fit.
 bool programFilePath(const wchar_t* name, BoundedText& path);
 
 /// Builds the path of a file in a resource folder. Returns false if a name is empty, the executable's path
 /// cannot be read, or the result does not fit.
 bool resourceFilePath(const wchar_t* folderName, const wchar_t* fileName, PathBuffer& path);
 
-/// Calls load with the path of a file in a resource folder. If load returns null, calls it again with
-/// the bare file name. Returns null if the path does not fit.
+/// Calls load(path) for a file in a resource folder and, if the result is null, load(fileName). Returns null
+/// if resourceFilePath fails.
 template <typename Load>
 HINSTANCE loadResourceLibrary(const wchar_t* folderName, const wchar_t* fileName, Load load)
 {

@@ -1,5 +1,6 @@
-// Modules. The handle of host code is the code's load address, whether or not LoadLibraryExW loaded the code.
-// Only the resources of a PE file can be read; the handle is the address of the file's bytes in memory.
+// Modules. The handle of an ELF file that is loaded as code is its load address, even if LoadLibraryExW did
+// not load it. Only the resources of a PE file can be read; its handle is the address of the file's bytes in
+// memory.
 #include "modules.h"
 
 #include "host_path.h"
@@ -25,7 +26,7 @@ struct CloseLibrary
 };
 using Library = std::unique_ptr<void, CloseLibrary>;
 
-/// A module that LoadLibraryExW loaded. `library` is set for host code, `bytes` for a resource file.
+/// A module that LoadLibraryExW loaded. `library` is set for code, `bytes` for data.
 struct Module
 {
     HMODULE handle = nullptr;
@@ -55,14 +56,14 @@ HMODULE thisLibrary()
     return handleOf(&guard);
 }
 
-/// Returns whether a handle is the base of code that is currently loaded.
+/// Returns whether a handle is the load address of code.
 bool isHostCode(HMODULE module)
 {
     return module != nullptr && handleOf(module) == module;
 }
 
 /// Returns the full path. Resolves links in the folder's path but not in the file name: GetModuleHandleW must
-/// find a module by the name that was loaded.
+/// find a module by the name under which it was loaded.
 std::string absolute(const std::filesystem::path& file)
 {
     std::error_code failure;
@@ -195,8 +196,7 @@ bool addReference(HMODULE module)
     return isHostCode(module);
 }
 
-/// Adds a module to the list. If the module is already listed, adds a reference to its entry instead. The
-/// duplicate in `module` is released after `guard` is unlocked.
+/// Adds a module to the list. If the module is already listed, adds a reference to its entry instead.
 HMODULE keep(Module module)
 {
     const std::lock_guard<std::mutex> lock(guard);
@@ -341,7 +341,7 @@ BOOL FreeLibrary(HMODULE module)
         SetLastError(ERROR_INVALID_HANDLE);
         return FALSE;
     }
-    Module last; // destroyed after `guard` is unlocked, because the module's code may load modules
+    Module last; // outlives the lock, because the module's destructors may load modules
     {
         const std::lock_guard<std::mutex> lock(guard);
         const auto found = findLoaded(module);
@@ -367,8 +367,8 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
-    // For a null name, dlopen opens the executable. dlsym also searches the module's dependencies; for a
-    // function found there, handleOf does not return `code`.
+    // A null name opens the executable. dlsym also finds functions in the module's dependencies, which the
+    // comparison of the handles rejects.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

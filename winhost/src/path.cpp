@@ -76,8 +76,8 @@ Text canonical(TextView path)
 }
 
 /// Appends the relative path `more` to `path`. Returns nothing if the joined path would be too long. If
-/// either argument is empty, returns the other; if `more` is a full path, returns `more`. Cuts an argument
-/// that is returned alone to 259 characters.
+/// either argument is empty, returns the other, and if `more` is a full path, returns `more`; in these cases
+/// cuts the result to 259 characters.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

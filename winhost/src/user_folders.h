@@ -14,8 +14,8 @@ std::string xdgFolder(const char* variable, const char* belowHome);
 std::string configFolder();
 std::string dataFolder();
 
-/// Creates a folder and its missing parents. On failure, returns false and sets errno. Creates nothing in
-/// another user's folder, because that user could not write to the new folder.
+/// Creates a folder and its missing parents. On failure, returns false and sets errno. Fails if the new
+/// folder would be in another user's folder.
 bool makeFolders(const std::string& folder);
 
 } // namespace winhost
