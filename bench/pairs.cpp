@@ -11,7 +11,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr double batchNanoseconds = 2e5; // short enough to be rarely interrupted by another process
+constexpr double batchNanoseconds = 2e5; // another process rarely interrupts a batch this short
 constexpr double rowNanoseconds = 3e9;
 constexpr std::size_t fewest = 61; // repetitions
 constexpr std::size_t most = 5001;

@@ -1,5 +1,4 @@
-// A client that only starts up; with an argument it also creates its tree and prints its private memory
-// usage.
+// A client that starts the library. With an argument, it also creates its tree and prints its memory usage.
 #include "memory.h"
 #include "settings.h"
 

@@ -44,7 +44,7 @@ if(RKUINFO_SANITIZE)
   target_link_options(rkuinfo_flags INTERFACE -fsanitize=${RKUINFO_SANITIZE})
   if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
     target_compile_options(rkuinfo_flags INTERFACE -fno-sanitize=function) # GetProcAddress returns untyped function pointers
-    if(RKUINFO_SANITIZE MATCHES "^address") # shared, because the tests replace the malloc that programs import
+    if(RKUINFO_SANITIZE MATCHES "^address") # needs a shared runtime: the tests replace the imported malloc
       execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libclang_rt.asan-${CMAKE_SYSTEM_PROCESSOR}.so
         OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
       cmake_path(GET runtime PARENT_PATH folder)

@@ -1,4 +1,4 @@
-// Reads values from a simulated registry. Each query can return a different type, size and error.
+// Reads values from a simulated registry, which returns an arbitrary type, size and error for each query.
 #include "input.h"
 
 #include "store/codec.h"

@@ -46,7 +46,7 @@ calls_of() {
     strace -f -o "$bench_run/calls" "$@" >/dev/null && grep -c = "$bench_run/calls"
 }
 
-# Prints the processor time of a durable write as a percentage of SQLite's: the median of 11 alternating runs.
+# Compares the processor time of durable writes with SQLite's in 11 pairs of runs, and prints the median percentage.
 write_percent() {
     for _ in {1..11}; do
         echo $((100 * $(loop ours write 20000) / $(loop sqlite write 20000)))
@@ -100,8 +100,8 @@ bench_table() {
     bench/report.py table "$bench"
 }
 
-# Measures how costs grow with the size of the store. The stores are in memory, because disk access would hide the
-# growth. Filling the stores takes half a minute.
+# Measures how costs grow with the size of the store. The stores are in memory, to exclude disk access. Filling them
+# takes half a minute.
 bench_scale() {
     build_bench host "$bench"
     fresh_home

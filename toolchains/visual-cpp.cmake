@@ -14,7 +14,7 @@ set(CMAKE_FIND_ROOT_PATH /nonexistent)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # find_package also searches a client's CMAKE_PREFIX_PATH
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH) # lets find_package search a client's CMAKE_PREFIX_PATH
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/run-wine.sh)
 
 cmake_path(SET folder NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/visual-cpp-libraries)
@@ -44,8 +44,7 @@ else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-# Normal variables would not work: CMake sets cache variables of these names, which replace normal ones in a project
-# that requires a CMake version before 3.21.
+# Cache variables: if a project requires a CMake version before 3.21, CMake removes normal variables of these names.
 foreach(language C CXX)
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()

@@ -1,4 +1,4 @@
-# An overlay port for the source tree that contains it. It has not been tested with vcpkg.
+# A vcpkg overlay port that builds the source tree in which it is stored. It has not been tested with vcpkg.
 set(VCPKG_POLICY_DLLS_WITHOUT_EXPORTS enabled) # the language libraries contain only resources
 cmake_path(GET CURRENT_PORT_DIR PARENT_PATH source)
 cmake_path(GET source PARENT_PATH source)

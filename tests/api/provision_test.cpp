@@ -52,7 +52,7 @@ TEST(CreateConfigReg, ReplacesOnlyAnInvalidProfile)
     };
     ASSERT_EQ(startAcme(L"Draft"), eOk);
     for (const auto& [stored, kept] : rows) {
-        // The product key exists before the call, so CurProduct is not set.
+        // setRaw creates the product key, so CreateConfigReg does not set CurProduct.
         const std::string expected = provisioned(kept, false);
         setRaw(HKEY_CURRENT_USER, profilesKey, "", stored);
         EXPECT_EQ(CreateConfigReg(), eOk);

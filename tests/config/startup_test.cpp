@@ -20,7 +20,7 @@ struct Row
     const wchar_t* argument = nullptr;
     std::optional<RawValue> stored = {};
     std::string iniText = {};
-    std::string becomes = {}; ///< the language that is set; empty if start-up exits
+    std::string becomes = {}; ///< the language that is set; empty if start-up calls ExitProcess
     std::string shown = {};
     std::vector<std::string> installed = {"en-US", "fr-FR", "zh-CN"};
 };

@@ -101,8 +101,8 @@ TEST(Cpp20, WalksItemsAndValues)
     }
 }
 
-/// Each process of the example finds what the previous one stored. On the host, the chosen language
-/// is not installed, so start-up proposes another.
+/// Each process of the example finds what the previous one stored. On Linux, the INI file selects
+/// a language that is not installed, so start-up proposes another.
 TEST(ModuleExample, RemembersItsPalettes)
 {
     const Application application;

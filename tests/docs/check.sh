@@ -16,7 +16,7 @@
 # If TARGET is "host", PLACE is a build tree, whose folder package/ is packed into an archive in the home.
 # If TARGET is "fresh", PLACE is the archive, and the machine has only the packages that the document installs.
 # If TARGET is "windows", PLACE is a build tree. Only the blocks marked <!-- file --> or <!-- windows --> are used.
-# Documents show /home/me for the temporary home, whose path has the same length, so that lines break at the same places.
+# Documents show the temporary home as /home/me: both paths have the same length, so lines break at the same places.
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
@@ -62,7 +62,7 @@ make_clone() {
     [ "$target" = host ] || ln -s "$root/build/wine" rkuinfo/build/wine
 }
 
-# The documents use sudo to install packages. Only a fresh machine lacks these packages.
+# The documents install packages with sudo. Unless TARGET is "fresh", the packages are already installed.
 sudo() {
     [ "$target" != fresh ] || "$@"
 }

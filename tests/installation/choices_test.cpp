@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Prints each source and its state, then the chosen name or "-". Omits the argument if it is absent.
+/// Prints each source and its state, then the chosen name or "-". Does not print an absent argument.
 std::string print(const uinfo::Choice& choice)
 {
     constexpr const char* answers[] = {

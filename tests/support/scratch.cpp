@@ -40,7 +40,7 @@ std::string readFile(const fs::path& file)
 
 fs::path thisProgram()
 {
-    constexpr std::size_t drive = onHost ? 2 : 0; // winhost adds "Z:" to each path
+    constexpr std::size_t drive = onHost ? 2 : 0; // winhost's paths begin with "Z:"
     wchar_t path[1024] = {};
     GetModuleFileNameW(nullptr, path, 1024);
     std::string text = utf8(path);

@@ -32,7 +32,7 @@ std::vector<void**> importSlots(const char* module, const char* function)
     for (const auto& [table, size] : {std::pair{DT_JMPREL, DT_PLTRELSZ}, std::pair{DT_RELA, DT_RELASZ}}) {
         const auto* const first = reinterpret_cast<const Elf64_Rela*>(entries[table]);
         const std::uintptr_t unnamed =
-            table == DT_RELA ? entries[DT_RELACOUNT] : 0; // relocations without a symbol come first
+            table == DT_RELA ? entries[DT_RELACOUNT] : 0; // the first relocations have no symbol
         for (const Elf64_Rela* at = first + unnamed; at < first + entries[size] / sizeof *at; ++at) {
             const auto type = ELF64_R_TYPE(at->r_info);
             const char* const symbol = names + symbols[ELF64_R_SYM(at->r_info)].st_name;

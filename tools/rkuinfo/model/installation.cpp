@@ -59,8 +59,8 @@ std::string sourceName(const uinfo::Finding& finding)
                                                 : "the default";
 }
 
-/// Returns what is wrong with a name in a source; empty if start-up accepts the name. If a key cannot be
-/// opened, the library treats the value as absent; this function reports it as unreadable.
+/// Returns why start-up rejects the name in a source, or an empty string if it accepts the name. If a key
+/// cannot be opened, the library treats the value as absent; this function reports it as unreadable.
 std::string problemOf(const uinfo::Finding& finding, const Text& key)
 {
     constexpr const char* words[] = {
@@ -204,8 +204,7 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // `choose` stops at the first source that contains a name. To read the later sources, the loop calls it
-    // again with the earlier sources hidden.
+    // `choose` stops at the first source that contains a name, so each pass hides one more source from it.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {

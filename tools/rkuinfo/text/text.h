@@ -31,8 +31,8 @@ bool isValid(TextView text);
 /// Returns the `count` least significant hexadecimal digits of a number.
 std::string hexDigits(std::uint32_t number, int count);
 
-/// Replaces every character except `kept` that a terminal may interpret, such as a control character, a
-/// bidirectional mark or a lone surrogate. The replacement is \uXXXX, which has the same meaning in JSON.
+/// Replaces characters that a terminal may interpret, such as control characters, bidirectional marks and
+/// lone surrogates, by \uXXXX, as in JSON. Does not replace `kept`.
 std::string shown(std::string_view text, char32_t kept = 0);
 std::string shown(TextView text);
 
