@@ -23,9 +23,7 @@ LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {
     return outcome([&]() -> LSTATUS {
         std::unique_lock<std::mutex> lock(memory().mutex);
-        if (const LSTATUS status = memory().resolve(key, needed, question.node)) {
-            return status;
-        }
+        question.node = memory().resolve(key, needed);
         const Answer* answer = memory().recall(question);
         Answer found;
         if (answer == nullptr) {
@@ -51,9 +49,7 @@ LSTATUS findKey(HKEY key, REGSAM needed, TextView path, NodeId& found)
 NodeId nodeOf(HKEY key, REGSAM needed)
 {
     const std::lock_guard<std::mutex> lock(memory().mutex);
-    NodeId node = 0;
-    check(memory().resolve(key, needed, node));
-    return node;
+    return memory().resolve(key, needed);
 }
 
 constexpr auto nothing = [] {};
@@ -191,7 +187,7 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
     LSTATUS status = findKey(key, path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0, path, found);
     if (status == ERROR_SUCCESS && path.empty()) { // deleting values also needs KEY_SET_VALUE
         status = ask(key, 0, {Question::eValueAt},
-                     [&](const Answer&) { return memory().resolve(key, KEY_SET_VALUE, found); });
+                     [&](const Answer&) { return memory().resolve(key, KEY_SET_VALUE), ERROR_SUCCESS; });
     }
     return status != ERROR_SUCCESS && status != ERROR_NO_MORE_ITEMS
                ? status

@@ -77,12 +77,13 @@ Memory::Slot* Memory::find(HKEY key)
     return slot != nullptr && slot->handle == handle && slot->node != 0 ? slot : nullptr;
 }
 
-LSTATUS Memory::resolve(HKEY key, REGSAM needed, NodeId& node)
+NodeId Memory::resolve(HKEY key, REGSAM needed)
 {
     const Slot* const slot = find(key);
-    node = slot != nullptr ? slot->node : rootOf(key);
-    const bool mayAll = slot == nullptr || (slot->access & needed) == needed;
-    return node == 0 ? ERROR_INVALID_HANDLE : mayAll ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
+    const NodeId node = slot != nullptr ? slot->node : rootOf(key);
+    require(node != 0, ERROR_INVALID_HANDLE);
+    require(slot == nullptr || (slot->access & needed) == needed, ERROR_ACCESS_DENIED);
+    return node;
 }
 
 HKEY Memory::open(NodeId node, REGSAM access)

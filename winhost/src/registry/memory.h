@@ -20,9 +20,9 @@ public:
     Memory() { m_answers.max_load_factor(0.25F); }
     std::mutex mutex; // protects all other members
 
-    /// Finds the node of an open key. Returns ERROR_INVALID_HANDLE if the handle is not open, and
+    /// Returns the node of an open key. Throws ERROR_INVALID_HANDLE if the handle is not open, and
     /// ERROR_ACCESS_DENIED if the key was opened without a required access right.
-    LSTATUS resolve(HKEY key, REGSAM needed, NodeId& node);
+    NodeId resolve(HKEY key, REGSAM needed);
     /// Returns a new handle. Returns the same handle again only after 2^32 others, so that closed handles are
     /// detected.
     HKEY open(NodeId node, REGSAM access);
