@@ -52,12 +52,10 @@ NodeId nodeOf(HKEY key, REGSAM needed)
     return memory().resolve(key, needed);
 }
 
-constexpr auto nothing = [] {};
-
 /// Calls work(node) in a transaction. After the commit, calls then() while memory() is locked. then() must
-/// not throw; otherwise the committed change would be reported as failed.
-template <typename Work, typename Then = decltype(nothing)>
-LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = nothing)
+/// not throw, because the change would be reported as failed.
+template <typename Work, typename Then = decltype([] {})>
+LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = {})
 {
     return outcome([&] {
         const NodeId node = nodeOf(key, needed);
