@@ -2,6 +2,7 @@
 #include "registry/memory.h"
 
 #include <cstring>
+#include <utility>
 
 using namespace winhost;
 using namespace winhost::registry;
@@ -143,20 +144,16 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     LSTATUS status = RegOpenKeyExW(key, subKey, 0, access, result);
     bool isNew = false;
     if (status == ERROR_FILE_NOT_FOUND) { // another process may have created the key since
-        HKEY made = nullptr;
         status = change(Memory::eKeys, key, 0, [&](NodeId node) {
             const NodeId created = createPath(node, viewOf(subKey), isNew);
             const std::lock_guard<std::mutex> lock(memory().mutex);
-            made = memory().open(created, access); // precedes the commit, because open() may fail
+            *result = memory().open(created, access); // may fail, so it must not follow the commit
         });
-        if (status == ERROR_SUCCESS) {
-            *result = made;
-        } else {
-            RegCloseKey(made);
-        }
     }
     if (status == ERROR_SUCCESS) {
         give(disposition, isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
+    } else {
+        RegCloseKey(std::exchange(*result, nullptr)); // open if the commit failed
     }
     return status;
 }
