@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-#include <cstring>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -142,13 +141,10 @@ void leaveFiles()
 {
     std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
     // The mappings would keep the parent's locks after the parent is killed, and closing the database would
-    // undo the parent's transaction in the shared index.
+    // undo the parent's transaction in the shared index. In pages of zeros, SQLite finds nothing to undo.
     for (const auto& [place, size] : std::span(mappings, mappingCount)) {
-        void* const copy = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-        if (copy != MAP_FAILED) {
-            std::memcpy(copy, place, size);
-            mremap(copy, size, size, MREMAP_MAYMOVE | MREMAP_FIXED, place);
-        }
+        constexpr int flags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED;
+        static_cast<void>(mmap(place, size, PROT_READ | PROT_WRITE, flags, -1, 0));
     }
 }
 

@@ -30,7 +30,7 @@ void recordFiles(const std::string& file);
 
 /// Returns -1 if the file is not open.
 int descriptor(File file);
-/// In the child of a fork: closes the files, and replaces SQLite's mappings of the index with private copies.
+/// In the child of a fork: closes the files, and replaces SQLite's mappings of the index with pages of zeros.
 /// The child must not share its parent's locks.
 void leaveFiles();
 /// Returns true if one of the descriptors no longer refers to the store's file. The first call in each
