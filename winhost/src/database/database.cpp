@@ -76,7 +76,6 @@ LSTATUS statusOfErrno(LSTATUS fallback)
 /// cause.
 LSTATUS statusOf(int code)
 {
-    constexpr int primary = 0xFF;
     constexpr std::pair<int, LSTATUS> statuses[] = {{SQLITE_OK, ERROR_SUCCESS},
                                                     {SQLITE_ROW, ERROR_SUCCESS},
                                                     {SQLITE_DONE, ERROR_SUCCESS},
@@ -89,7 +88,7 @@ LSTATUS statusOf(int code)
                                                     {SQLITE_TOOBIG, ERROR_INVALID_PARAMETER},
                                                     {SQLITE_CANTOPEN, ERROR_CANTOPEN},
                                                     {SQLITE_IOERR, ERROR_REGISTRY_IO_FAILED}};
-    const auto* const found = std::ranges::find(statuses, code & primary, &std::pair<int, LSTATUS>::first);
+    const auto* const found = std::ranges::find(statuses, code, &std::pair<int, LSTATUS>::first);
     const LSTATUS status = found != std::end(statuses) ? found->second : ERROR_REGISTRY_CORRUPT;
     return status == ERROR_CANTOPEN || status == ERROR_REGISTRY_IO_FAILED ? statusOfErrno(status) : status;
 }
@@ -397,7 +396,7 @@ std::string uriOf(const std::string& file, const char* mode)
 /// database has no tables and createsTables is false.
 LSTATUS connect(Kind kind, bool createsTables)
 {
-    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI | SQLITE_OPEN_EXRESCODE;
+    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_URI;
     const auto isAbsent = [](const char* suffix) { return statusOfFile(own.file + suffix).st_ino == 0; };
     if (kind == eReadOnly && isAbsent(suffixes[eLog]) && isAbsent(suffixes[eIndex]) && isAbsent("-journal")) {
         kind = eUnlocked;
