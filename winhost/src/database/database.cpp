@@ -627,6 +627,7 @@ Lock hold()
 {
     Lock lock(own.mutex);
     if (own.isShared) {
+        areFilesLost(); // a child that was created by _Fork must not undo its parent's transaction
         disconnect();
     }
     return lock;
