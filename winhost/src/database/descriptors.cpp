@@ -86,7 +86,7 @@ ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 int removeFile(const char* path)
 {
     constexpr char header[96] = {};
-    if (isClosing && std::string_view(path).ends_with(suffixes[eIndex]) && !isLost(numbers[eIndex])) {
+    if (std::string_view(path).ends_with(suffixes[eIndex]) && !isLost(numbers[eIndex])) {
         static_cast<void>(pwrite(numbers[eIndex], header, sizeof header, 0));
     }
     return ::unlink(path);
