@@ -13,19 +13,19 @@ namespace {
 /// Updates the cache to the store's current version. Call it in a Transaction before using the cache.
 void follow()
 {
-    const std::lock_guard<std::mutex> lock(memory().mutex);
-    memory().follow(database::contentVersion(), Memory::eOthers);
+    const std::lock_guard<std::mutex> lock(memory.mutex);
+    memory.follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Looks up a key or value in the cache, otherwise in the store. If it is found, calls use(answer) while
-/// memory() is locked. Fails if the key was opened without a required access right.
+/// Finds the answer to a question about a key, and passes the answer to `use` while `memory` is locked. Fails
+/// if the key was opened without a required access right.
 template <typename Use>
 LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {
     return outcome([&]() -> LSTATUS {
-        std::unique_lock<std::mutex> lock(memory().mutex);
-        question.node = memory().resolve(key, needed);
-        const Answer* answer = memory().recall(question);
+        std::unique_lock<std::mutex> lock(memory.mutex);
+        question.node = memory.resolve(key, needed);
+        const Answer* answer = memory.recall(question);
         Answer found;
         if (answer == nullptr) {
             lock.unlock();
@@ -49,11 +49,11 @@ LSTATUS findKey(HKEY key, REGSAM needed, TextView path, NodeId& found)
 
 NodeId nodeOf(HKEY key, REGSAM needed)
 {
-    const std::lock_guard<std::mutex> lock(memory().mutex);
-    return memory().resolve(key, needed);
+    const std::lock_guard<std::mutex> lock(memory.mutex);
+    return memory.resolve(key, needed);
 }
 
-/// Calls work(node) in a transaction. After the commit, calls then() while memory() is locked. then() must
+/// Calls work(node) in a transaction. After the commit, calls then() while `memory` is locked. then() must
 /// not throw, because the change would be reported as failed.
 template <typename Work, typename Then = decltype([] {})>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = {})
@@ -64,8 +64,8 @@ LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then the
         follow();
         work(node);
         const std::uint64_t version = in.commit();
-        const std::lock_guard<std::mutex> lock(memory().mutex);
-        memory().follow(version, what);
+        const std::lock_guard<std::mutex> lock(memory.mutex);
+        memory.follow(version, what);
         then();
         return ERROR_SUCCESS;
     });
@@ -130,7 +130,7 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY resu
     }
     *result = nullptr;
     return ask(key, 0, {Question::ePath, viewOf(subKey)}, [&](const Answer& found) {
-        *result = found.node == rootOf(key) ? key : memory().open(found.node, access);
+        *result = found.node == rootOf(key) ? key : memory.open(found.node, access);
         return ERROR_SUCCESS;
     });
 }
@@ -146,8 +146,8 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     if (status == ERROR_FILE_NOT_FOUND) { // another process may have created the key since
         status = change(Memory::eKeys, key, 0, [&](NodeId node) {
             const NodeId created = createPath(node, viewOf(subKey), isNew);
-            const std::lock_guard<std::mutex> lock(memory().mutex);
-            *result = memory().open(created, access); // may fail, so it must not follow the commit
+            const std::lock_guard<std::mutex> lock(memory.mutex);
+            *result = memory.open(created, access); // may fail, so it must not follow the commit
         });
     }
     if (status == ERROR_SUCCESS) {
@@ -160,8 +160,8 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
 
 LSTATUS RegCloseKey(HKEY key)
 {
-    const std::lock_guard<std::mutex> lock(memory().mutex);
-    return memory().close(key);
+    const std::lock_guard<std::mutex> lock(memory.mutex);
+    return memory.close(key);
 }
 
 LSTATUS RegDeleteKeyW(HKEY key, LPCWSTR subKey)
@@ -182,7 +182,7 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
     LSTATUS status = findKey(key, path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0, path, found);
     if (status == ERROR_SUCCESS && path.empty()) { // deleting values also needs KEY_SET_VALUE
         status = ask(key, 0, {Question::eValueAt},
-                     [&](const Answer&) { return memory().resolve(key, KEY_SET_VALUE), ERROR_SUCCESS; });
+                     [&](const Answer&) { return memory.resolve(key, KEY_SET_VALUE), ERROR_SUCCESS; });
     }
     return status != ERROR_SUCCESS && status != ERROR_NO_MORE_ITEMS
                ? status
@@ -272,7 +272,7 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
         question.node = node;
         written = setValue(node, question.text, type, bytes);
     };
-    return change(Memory::eValues, key, KEY_SET_VALUE, set, [&] { memory().remember(question, written); });
+    return change(Memory::eValues, key, KEY_SET_VALUE, set, [&] { memory.remember(question, written); });
 }
 
 LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)

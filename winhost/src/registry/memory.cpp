@@ -8,6 +8,8 @@
 
 namespace winhost::registry {
 
+Memory& memory = *new Memory; // never destroyed: the program's destructors may use it
+
 namespace {
 
 constexpr unsigned turnShift = 32;
@@ -38,12 +40,12 @@ database::Lock held;
 void beforeFork()
 {
     held = database::hold();
-    memory().mutex.lock();
+    memory.mutex.lock();
 }
 
 void afterFork()
 {
-    memory().mutex.unlock();
+    memory.mutex.unlock();
     // Empties `held` before the lock is released, because another thread may fork as soon as it is released.
     const database::Lock ended = std::move(held);
 }
@@ -61,12 +63,6 @@ const int isPrepared = pthread_atfork(beforeFork, afterFork, afterForkInChild);
 NodeId rootOf(HKEY key)
 {
     return key == HKEY_CURRENT_USER ? currentUserId : key == HKEY_LOCAL_MACHINE ? localMachineId : 0;
-}
-
-Memory& memory()
-{
-    static Memory* const created = new Memory; // never destroyed: the program's destructors may use it
-    return *created;
 }
 
 Memory::Slot* Memory::find(HKEY key)

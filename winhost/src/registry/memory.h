@@ -73,6 +73,6 @@ private:
     std::uint64_t m_changed = 1;        // m_epochs[1] after this process's last write
 };
 
-Memory& memory();
+extern Memory& memory;
 
 } // namespace winhost::registry

@@ -62,16 +62,16 @@ Answer missing(NodeId node, LSTATUS status)
 bool isKnown(const Question& question, Answer& answer,
              const Answer* (Memory::*recall)(const Question&) = &Memory::recall)
 {
-    const std::lock_guard<std::mutex> lock(memory().mutex);
-    const Answer* const known = (memory().*recall)(question);
+    const std::lock_guard<std::mutex> lock(memory.mutex);
+    const Answer* const known = (memory.*recall)(question);
     answer = known != nullptr ? *known : answer;
     return known != nullptr;
 }
 
 void remember(const Question& question, const Answer& answer)
 {
-    const std::lock_guard<std::mutex> lock(memory().mutex);
-    memory().remember(question, answer);
+    const std::lock_guard<std::mutex> lock(memory.mutex);
+    memory.remember(question, answer);
 }
 
 /// Removes the next component from a path. Returns false at the end.
