@@ -201,13 +201,12 @@ void showVersion()
     }
     struct stat index = {};
     fstat(descriptor(eIndex), &index);
-    void* const file = mmap(filePlace, pageSize, PROT_NONE, MAP_SHARED | MAP_FIXED, descriptor(eContent), 0);
-    void* const shown = file == MAP_FAILED || index.st_size < off_t{pageSize}
-                            ? MAP_FAILED
-                            : mmap(place, pageSize, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor(eIndex), 0);
-    if (shown != MAP_FAILED) {
-        page =
-            *static_cast<std::uint32_t*>(shown) == indexFormat ? static_cast<std::uint64_t*>(shown) : noIndex;
+    const bool isMapped =
+        mmap(filePlace, pageSize, PROT_NONE, MAP_SHARED | MAP_FIXED, descriptor(eContent), 0) != MAP_FAILED &&
+        index.st_size >= off_t{pageSize} &&
+        mmap(place, pageSize, PROT_READ, MAP_SHARED | MAP_FIXED, descriptor(eIndex), 0) != MAP_FAILED;
+    if (isMapped && *static_cast<std::uint32_t*>(place) == indexFormat) {
+        page = static_cast<std::uint64_t*>(place);
     }
 }
 
