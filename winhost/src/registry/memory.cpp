@@ -103,25 +103,19 @@ LSTATUS Memory::close(HKEY key)
     return rootOf(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
-const Memory::Entry* Memory::find(const Question& question)
+const Answer* Memory::recall(const Question& question, bool mayBeOutdated)
 {
-    const auto found = m_answers.find(hashOf(question));
-    return found != m_answers.end() && isSame(found->second.question, question) ? &found->second : nullptr;
-}
-
-const Answer* Memory::recall(const Question& question)
-{
-    if (m_version == 0 || database::contentVersion() != m_version) {
+    if (!mayBeOutdated && (m_version == 0 || database::contentVersion() != m_version)) {
         return nullptr;
     }
-    const Entry* const entry = find(question);
-    return entry != nullptr && entry->epoch == m_epochs[isPath(question) ? 0 : 1] ? &entry->answer : nullptr;
-}
-
-const Answer* Memory::recallOutdated(const Question& question)
-{
-    const Entry* const entry = find(question);
-    return entry != nullptr && entry->epoch >= m_changed ? &entry->answer : nullptr;
+    const auto found = m_answers.find(hashOf(question));
+    if (found == m_answers.end() || !isSame(found->second.question, question)) {
+        return nullptr;
+    }
+    const Entry& entry = found->second;
+    const bool isValid =
+        mayBeOutdated ? entry.epoch >= m_changed : entry.epoch == m_epochs[isPath(question) ? 0 : 1];
+    return isValid ? &entry.answer : nullptr;
 }
 
 void Memory::remember(const Question& question, const Answer& answer)

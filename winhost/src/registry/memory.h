@@ -28,10 +28,9 @@ public:
     HKEY open(NodeId node, REGSAM access);
     LSTATUS close(HKEY key);
 
-    /// Returns the cached answer; null if none is valid.
-    const Answer* recall(const Question& question);
-    /// Returns the cached answer, even if outdated; null if this process wrote after the answer was cached.
-    const Answer* recallOutdated(const Question& question);
+    /// Returns the cached answer; null if none is valid. If mayBeOutdated is true, an answer is valid as long
+    /// as this process has not written since the answer was cached.
+    const Answer* recall(const Question& question, bool mayBeOutdated = false);
     /// Caches an answer, unless the store has changed or the answer has more than 2,400 bytes. Call it in a
     /// Transaction.
     void remember(const Question& question, const Answer& answer);
@@ -63,7 +62,6 @@ private:
     };
 
     Slot* find(HKEY key);
-    const Entry* find(const Question& question);
 
     std::vector<Slot> m_slots;
     std::size_t m_closed = 0;                           // first closed slot; m_slots.size() ends the list

@@ -59,11 +59,10 @@ Answer missing(NodeId node, LSTATUS status)
 }
 
 /// Copies the cached answer; returns false if there is none.
-bool isKnown(const Question& question, Answer& answer,
-             const Answer* (Memory::*recall)(const Question&) = &Memory::recall)
+bool isKnown(const Question& question, Answer& answer, bool mayBeOutdated = false)
 {
     const std::lock_guard<std::mutex> lock(memory.mutex);
-    const Answer* const known = (memory.*recall)(question);
+    const Answer* const known = memory.recall(question, mayBeOutdated);
     answer = known != nullptr ? *known : answer;
     return known != nullptr;
 }
@@ -166,8 +165,7 @@ Answer findAt(const Question& question)
     --at.index;
     Answer before{.status = ERROR_NO_MORE_ITEMS};
     const bool isNext = question.index != 0 && isKnown(at, before);
-    const bool isAfter =
-        (isNext || isKnown(at, before, &Memory::recallOutdated)) && before.status == ERROR_SUCCESS;
+    const bool isAfter = (isNext || isKnown(at, before, true)) && before.status == ERROR_SUCCESS;
     const std::string from = isAfter ? folded(before.name) + '\0' : "";
     Query query(question.kind == Question::eSubKeyAt
                     ? "SELECT folded, name, id, x'', sum FROM keys WHERE parent = ?1 AND folded >= ?2"
