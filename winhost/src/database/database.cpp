@@ -303,6 +303,15 @@ Listing listing()
             folder.st_ctim.tv_nsec, file.st_dev,   file.st_ino};
 }
 
+/// Returns true if the open file is the one at the path, or if neither exists.
+bool isAtPlace(const std::string& file, File which)
+{
+    const struct stat found = statusOfFile(file + suffixes[which]);
+    struct stat opened = {};
+    fstat(descriptor(which), &opened);
+    return opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
+}
+
 /// Returns true if the path no longer leads to the open files.
 bool isMoved()
 {

@@ -4,7 +4,6 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -155,15 +154,6 @@ bool areFilesLost()
         leaveFiles();
     }
     return std::ranges::any_of(numbers, [](int file) { return file >= 0 && isLost(file); });
-}
-
-bool isAtPlace(const std::string& file, File which)
-{
-    struct stat open = {};
-    struct stat found = {};
-    fstat(descriptor(which), &open);
-    stat((file + suffixes[which]).c_str(), &found);
-    return open.st_dev == found.st_dev && open.st_ino == found.st_ino;
 }
 
 void closeDatabase(sqlite3* database)

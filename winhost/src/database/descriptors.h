@@ -36,8 +36,6 @@ void leaveFiles();
 /// Returns true if one of the descriptors no longer refers to the store's file. The first call in each
 /// process also calls leaveFiles(), because a child created by clone or _Fork skips the fork handlers.
 bool areFilesLost();
-/// Returns true if the open file is the one at the path, or if neither exists.
-bool isAtPlace(const std::string& file, File which);
 /// Makes SQLite close the database. Does not close a descriptor that no longer refers to the store's file.
 void closeDatabase(sqlite3* database);
 
