@@ -233,7 +233,7 @@ Measure measure(NodeId node)
 NodeId createPath(NodeId start, TextView path, bool& created)
 {
     const Answer found = walk(start, path, &created);
-    require(found.status == ERROR_SUCCESS, found.status);
+    check(found.status);
     return found.node;
 }
 
@@ -256,8 +256,7 @@ Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data)
 
 void deleteValue(NodeId node, TextView name)
 {
-    const LSTATUS status = find({Question::eValue, name, 0, node}).status;
-    require(status == ERROR_SUCCESS, status);
+    check(find({Question::eValue, name, 0, node}).status);
     Query("DELETE FROM vals WHERE key = ?1 AND folded = ?2", node, folded(name)).run();
 }
 
