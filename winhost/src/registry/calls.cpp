@@ -17,8 +17,8 @@ void follow()
     memory.follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Finds the answer to a question about a key, and passes the answer to `use` while `memory` is locked. Fails
-/// if the key was opened without a required access right.
+/// Looks up a key or value in the cache, otherwise in the store. If it is found, calls use(answer) while
+/// `memory` is locked. Fails if the key was opened without a required access right.
 template <typename Use>
 LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
 {
@@ -54,7 +54,7 @@ NodeId nodeOf(HKEY key, REGSAM needed)
 }
 
 /// Calls work(node) in a transaction. After the commit, calls then() while `memory` is locked. then() must
-/// not throw, because the change would be reported as failed.
+/// not throw; otherwise the committed change would be reported as failed.
 template <typename Work, typename Then = decltype([] {})>
 LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then then = {})
 {
@@ -147,7 +147,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
         status = change(Memory::eKeys, key, 0, [&](NodeId node) {
             const NodeId created = createPath(node, viewOf(subKey), isNew);
             const std::lock_guard<std::mutex> lock(memory.mutex);
-            *result = memory.open(created, access); // may fail, so it must not follow the commit
+            *result = memory.open(created, access); // precedes the commit, because open() may fail
         });
     }
     if (status == ERROR_SUCCESS) {
