@@ -200,9 +200,9 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
-/// Opens the store's file and its index. If `locks` is true, locks both files until the process exits;
-/// otherwise, closes both files.
-LSTATUS openStore(bool locks)
+/// Opens the store's file and its index. If `byte` is 0, closes both files; otherwise, locks the byte in both
+/// files until the process exits. If `byte` is 1, locks all bytes from there to the end.
+LSTATUS openStore(int byte)
 {
     int result = 0;
     for (const char* const suffix : {"", "-shm"}) {
@@ -210,7 +210,9 @@ LSTATUS openStore(bool locks)
         const int opened = open((file + suffix).c_str(), O_RDWR | O_CREAT, 0600);
         struct flock all = {};
         all.l_type = F_WRLCK;
-        result |= locks ? fcntl(opened, F_SETLK, &all) : close(opened);
+        all.l_start = byte;
+        all.l_len = byte == 1 ? 0 : 1;
+        result |= byte != 0 ? fcntl(opened, F_SETLK, &all) : close(opened);
     }
     return result;
 }

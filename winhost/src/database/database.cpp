@@ -1,5 +1,6 @@
 #include "database/database.h"
 
+#include "database/wait.h"
 #include "last_error.h"
 #include "user_folders.h"
 
@@ -22,7 +23,6 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <thread>
 #include <tuple>
 #include <unordered_map>
 #include <utility>
@@ -68,6 +68,9 @@ const int isConfigured = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
 /// missing key.
 LSTATUS statusOfErrno(LSTATUS fallback)
 {
+    if (errno == EWOULDBLOCK) { // another process has a lease on the file
+        return ERROR_LOCK_FAILED;
+    }
     const bool hasNoPlace = errno == ENOENT || errno == ENOTDIR;
     return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(fallback)));
 }
@@ -102,26 +105,26 @@ LSTATUS run(const char* sql)
 
 // ---- Waiting
 
-using Clock = std::chrono::steady_clock;
-constexpr std::chrono::milliseconds longestWait{5000};
-std::atomic<Clock::time_point> hopeless = Clock::time_point(); // calls do not wait for locks before this time
-
-/// Repeats work() while it fails with ERROR_LOCK_FAILED, for at most 5 s. Does not wait if the previous call
-/// returned ERROR_LOCK_FAILED less than 10 s ago.
+/// Repeats work() while it fails with ERROR_LOCK_FAILED and the call may wait.
 template <typename Work>
 LSTATUS retry(Work work)
 {
     constexpr std::chrono::microseconds longestPause{5000};
-    const Clock::time_point start = Clock::now();
-    const Clock::time_point end = start < hopeless.load() ? start : start + longestWait;
     LSTATUS status = outcome(work);
-    for (std::chrono::microseconds pause{50}; status == ERROR_LOCK_FAILED && Clock::now() < end;
+    for (std::chrono::microseconds pause{50}; status == ERROR_LOCK_FAILED && wait(pause);
          pause = std::min(2 * pause, longestPause)) {
-        std::this_thread::sleep_for(pause);
         status = outcome(work);
     }
-    hopeless = status == ERROR_LOCK_FAILED ? Clock::now() + 2 * longestWait : Clock::time_point();
+    if (status != ERROR_LOCK_FAILED) {
+        allowWaits();
+    }
     return status;
+}
+
+/// SQLite calls this function when a lock is held, and tries again if the result is 1.
+int waitForLock(void*, int)
+{
+    return wait(std::chrono::milliseconds{1}) ? 1 : 0;
 }
 
 /// A file that is closed at the end of its scope. If it cannot be opened, errno contains the cause.
@@ -444,7 +447,7 @@ LSTATUS connect(Kind kind, bool createsTables)
             own.listing = {};
             require(!isMoved() && (kind != eUnlocked || own.listing == before), ERROR_LOCK_FAILED);
         }
-        sqlite3_busy_timeout(own.database, longestWait.count());
+        sqlite3_busy_handler(own.database, waitForLock, nullptr);
         return ERROR_SUCCESS;
     });
     if (status != ERROR_SUCCESS) {
@@ -559,7 +562,7 @@ LSTATUS close()
 void begin()
 {
     prepare(true);
-    sqlite3_busy_timeout(own.database, 0);
+    sqlite3_busy_handler(own.database, nullptr, nullptr);
     const LSTATUS status = outcome([] {
         Query(own.isShared ? "SAVEPOINT call" : "BEGIN IMMEDIATE").run();
         // isMoved() is called within the transaction, because another process may replace the log before the
@@ -570,7 +573,7 @@ void begin()
         }
         return ERROR_SUCCESS;
     });
-    sqlite3_busy_timeout(own.database, longestWait.count());
+    sqlite3_busy_handler(own.database, waitForLock, nullptr);
     if (status != ERROR_SUCCESS) {
         undo(true);
         throw Failure{status};
@@ -587,6 +590,7 @@ std::uint64_t contentVersion()
 
 Transaction::Transaction(bool isWriting) : m_isWriting(isWriting)
 {
+    startWait();
     if (isWriting) {
         check(retry([this] { // waits without the lock, so that readers in this process can continue
             Lock lock(own.mutex);
@@ -651,8 +655,9 @@ void forsake()
 // Runs after the destructors of all static objects.
 __attribute__((destructor)) void leave()
 {
-    hopeless = Clock::time_point(); // wait even if an earlier call failed to lock
-    retry([]() -> LSTATUS {         // another thread may be in a call, and another process may be exiting too
+    allowWaits();
+    startWait();
+    retry([]() -> LSTATUS { // another thread may be in a call, and another process may be exiting too
         const Lock lock(own.mutex, std::try_to_lock);
         require(lock.owns_lock(), ERROR_LOCK_FAILED);
         own.isLeaving = true;
@@ -715,6 +720,7 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
     if (!own.isShared) {
         return ERROR_INVALID_PARAMETER;
     }
+    startWait();
     const LSTATUS status = outcome([&] {
         isMoved(); // if the files were moved, prepare() then opens the store at the path
         prepare(true);

@@ -1,5 +1,7 @@
 #include "database/descriptors.h"
 
+#include "database/wait.h"
+
 #include <sqlite3.h>
 
 #include <fcntl.h>
@@ -34,7 +36,10 @@ bool isLost(int file)
 /// Must not throw: its caller is SQLite, which is written in C.
 int openFile(const char* path, int flags, int mode)
 {
-    const int file = ::open(path, flags, mode);
+    int file = -1;
+    do { // O_NONBLOCK has an effect only if another process has a lease on the file
+        file = ::open(path, flags | O_NONBLOCK, mode);
+    } while (file < 0 && errno == EWOULDBLOCK && wait(std::chrono::milliseconds{1}));
     const std::string_view opened(path);
     for (int which = eContent; file >= 0 && which <= eIndex; ++which) {
         if (opened.starts_with(*recorded) && opened.substr(recorded->size()) == suffixes[which]) {
@@ -104,6 +109,12 @@ void* mapFile(void* place, std::size_t size, int protection, int flags, int file
     return made;
 }
 
+int pauseCall(sqlite3_vfs*, int microseconds)
+{
+    wait(std::chrono::microseconds{microseconds});
+    return microseconds;
+}
+
 template <typename Function>
 void replace(sqlite3_vfs* system, const char* name, Function* function)
 {
@@ -128,6 +139,7 @@ void recordFiles(const std::string& file)
         replace(system, "pwrite64", writeFile);
         replace(system, "unlink", removeFile);
         replace(system, "mmap", mapFile);
+        system->xSleep = pauseCall;
     }
 }
 

@@ -1,0 +1,40 @@
+#include "database/wait.h"
+
+#include <atomic>
+#include <thread>
+
+namespace winhost::database {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::seconds longest{5};
+
+std::atomic<Clock::time_point> hopeless = Clock::time_point(); // calls do not wait before this time
+thread_local Clock::time_point end;                            // of the current call's wait
+
+} // namespace
+
+void startWait()
+{
+    const Clock::time_point now = Clock::now();
+    end = now < hopeless.load() ? now : now + longest;
+}
+
+bool wait(std::chrono::microseconds pause)
+{
+    const Clock::time_point now = Clock::now();
+    if (now >= end) {
+        hopeless = now + 2 * longest;
+        return false;
+    }
+    std::this_thread::sleep_for(pause);
+    return true;
+}
+
+void allowWaits()
+{
+    hopeless = Clock::time_point();
+}
+
+} // namespace winhost::database
