@@ -200,14 +200,19 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
+int openFile(const std::string& suffix)
+{
+    const std::string file = scratchFolder() / "store/.local/share/winhost/registry.db";
+    return open((file + suffix).c_str(), O_RDWR | O_CREAT, 0600);
+}
+
 /// Opens the store's file and its index. If `byte` is 0, closes both files; otherwise, locks the byte in both
 /// files until the process exits. If `byte` is 1, locks all bytes from there to the end.
 LSTATUS openStore(int byte)
 {
     int result = 0;
     for (const char* const suffix : {"", "-shm"}) {
-        const std::string file = scratchFolder() / "store/.local/share/winhost/registry.db";
-        const int opened = open((file + suffix).c_str(), O_RDWR | O_CREAT, 0600);
+        const int opened = openFile(suffix);
         struct flock all = {};
         all.l_type = F_WRLCK;
         all.l_start = byte;
@@ -215,6 +220,13 @@ LSTATUS openStore(int byte)
         result |= byte != 0 ? fcntl(opened, F_SETLK, &all) : close(opened);
     }
     return result;
+}
+
+/// Acquires a lease on the store's file, and keeps it when another process opens the file.
+LSTATUS lease(int)
+{
+    signal(SIGIO, SIG_IGN);
+    return fcntl(openFile(""), F_SETLEASE, F_WRLCK);
 }
 
 /// Unsets the variables that contain the home folder, so that only getpwuid_r returns it.
@@ -254,6 +266,7 @@ LSTATUS openAll(int room)
 const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"documents", openDocuments},
     {"open-store", openStore},
+    {"lease", lease},
     {"refuse-maps", refuseMaps},
     {"lose-home", loseHome},
     {"open-all", openAll},
