@@ -483,7 +483,7 @@ LSTATUS open(bool forWriting)
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Rolls back a shared transaction. Writes the log back if the log was removed or if no file is at the path.
+/// Rolls back a shared transaction. Writes the log back if the log or the file is no longer at its path.
 LSTATUS saveLog()
 {
     if (own.isShared) {
@@ -491,8 +491,8 @@ LSTATUS saveLog()
         showVersion();
     }
     const std::string now = resolved(own.path);
-    const bool isApart = isAtPlace(now, eContent) ? !isAtPlace(now, eLog) : statusOfFile(now).st_ino == 0;
-    if (isApart && logStatus() == ERROR_SUCCESS) {
+    const bool isTogether = isAtPlace(now, eContent) && isAtPlace(now, eLog);
+    if (!isTogether && logStatus() == ERROR_SUCCESS) {
         check(statusOf(
             sqlite3_wal_checkpoint_v2(own.database, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr)));
     }
