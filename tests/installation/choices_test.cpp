@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Prints each source and its state, then the chosen name or "-". Does not print an absent argument.
+/// Prints each source and its state, then the chosen name or "-". Omits an argument that is absent.
 std::string print(const uinfo::Choice& choice)
 {
     constexpr const char* answers[] = {

@@ -200,7 +200,7 @@ std::string outcomeOf(const Scenario& scenario)
 using Entries = std::set<std::string>;
 
 /// Splits the result of tree() into one entry for each key and each value. Each entry begins with its key.
-/// Replaces the profile "Default" with "Work": if the profile cannot be read, start-up may store "Default".
+/// Replaces the profile "Default" with "Work", because start-up may store "Default" if it cannot read "Work".
 Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + print(text("Default"));
@@ -377,7 +377,7 @@ protected:
 
 TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
 {
-    // GetProcAddress returns this function for RegDeleteTreeW, because the call in it can be patched.
+    // GetProcAddress returns this function for RegDeleteTreeW. Its call of RegDeleteTreeW can be patched.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
     // Called if no fault is injected: these functions count open searches, and replace calls that must not
     // reach the system.

@@ -124,7 +124,7 @@ LSTATUS inThreads(int count, const std::function<LSTATUS()>& call)
     return result;
 }
 
-/// Reads, writes and deletes values in eight keys from eight threads for some seconds. Prints the number of
+/// Reads, writes and deletes values in eight keys from eight threads for a few seconds. Prints the number of
 /// operations.
 LSTATUS storm(int seconds)
 {
@@ -150,7 +150,7 @@ LSTATUS storm(int seconds)
 }
 
 /// Forks. In mode 0, the child sets a value and exits, and then the parent continues. In mode 1, the child
-/// continues, and the parent only waits for it. Mode 2 is mode 0 without the handlers of `pthread_atfork`.
+/// continues, and the parent only waits for it. Mode 2 is mode 0 without the `pthread_atfork` handlers.
 LSTATUS split(int mode)
 {
     int status = 0;

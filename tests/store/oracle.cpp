@@ -54,8 +54,8 @@ long remove(const std::string& from, const std::string& what, LSTATUS (*call)(HK
     return !parent ? missing : call(parent.get(), Wide(what)) == ERROR_SUCCESS ? ok : failed;
 }
 
-/// Stores a registry value in both trees without using the library. Sets `value` to a variant whose block
-/// records a size of 0, which cannot be stored, and clears `twinValue`.
+/// Stores a registry value in both trees without using the library. Then sets `value` to a variant that
+/// cannot be stored, because its block records a size of 0, and clears `twinValue`.
 void interfere(const RawValue& raw)
 {
     setRaw(user, realRoot + key.substr(twinRoot.size()), name, raw);

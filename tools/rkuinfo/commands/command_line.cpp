@@ -50,7 +50,7 @@ constexpr Parameter parameterTable[] = {
     {"--program",   "FOLDER", "look at the application in this folder", nullptr},
     {"--company",   "NAME",   "use this company's keys and folders", nullptr},
     {"--product",   "NAME",   "use this product's keys and folders", nullptr},
-    {"--language",  "xx-XX",  "use this language, such as en-US", languageNames},
+    {"--language",  "xx-XX",  "use this language (for example, en-US)", languageNames},
     {"--profile",   "NAME",   "use this profile", nullptr},
     {"--columns",   "N",      "lay out tables for this width, from 40 to 1000", nullptr},
     {"--color",     "WHEN",   "always, never or auto (on a terminal)", [] { return Names{"always", "never", "auto"}; }},

@@ -28,7 +28,7 @@ constexpr Reason reasons[] = {
     {ERROR_CANTOPEN, "it cannot be opened", "check its folder and permissions"},
     {ERROR_CANTWRITE, "it cannot be written", "check the free space and the permissions of its folder"},
     {ERROR_REGISTRY_CORRUPT, "the registry is damaged",
-     "restore a backup, or save what export --salvage can read and then move the damaged file away"},
+     "restore a backup; or run export --salvage, then move the damaged file away"},
     {ERROR_REGISTRY_IO_FAILED, "the registry cannot be read or written", "check the disk"},
     {ERROR_KEY_DELETED, "another process has removed it", "try again"},
 };

@@ -115,9 +115,6 @@ LSTATUS retry(Work work)
          pause = std::min(2 * pause, longestPause)) {
         status = outcome(work);
     }
-    if (status != ERROR_LOCK_FAILED) {
-        allowWaits();
-    }
     return status;
 }
 
@@ -215,9 +212,9 @@ void showVersion()
 
 // ---- The log
 //
-// A log contains changes to one state of the file and may be applied only to that state. Therefore each state
-// has a random number, its generation, which is stored in SQLite's user_version. SQLite's application_id
-// in a log is the generation of the state that the log changes.
+// A log contains changes to one state of the file, and may be applied only to that state. Therefore each
+// state has a random number, its generation, which is stored in SQLite's user_version. A log also stores, as
+// SQLite's application_id, the generation of the state to which it may be applied.
 
 /// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()
@@ -306,7 +303,7 @@ Listing listing()
             folder.st_ctim.tv_nsec, file.st_dev,   file.st_ino};
 }
 
-/// Returns true if the open file is the one at the path, or if neither exists.
+/// Returns true if the path leads to the file that SQLite has opened, or if there is neither.
 bool isAtPlace(const std::string& file, File which)
 {
     const struct stat found = statusOfFile(file + suffixes[which]);
@@ -598,6 +595,7 @@ Transaction::Transaction(bool isWriting) : m_isWriting(isWriting)
             m_lock = std::move(lock);
             return ERROR_SUCCESS;
         }));
+        allowWaits();
     } else {
         m_lock = Lock(own.mutex);
         prepare(false);
@@ -722,7 +720,7 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
     }
     startWait();
     const LSTATUS status = outcome([&] {
-        isMoved(); // if the files were moved, prepare() then opens the store at the path
+        isMoved(); // if it returns true, prepare() reopens the store
         prepare(true);
         return run(keep != FALSE ? "COMMIT" : "ROLLBACK");
     });

@@ -6,13 +6,13 @@
 
 namespace winhost::database {
 
-/// Starts the wait of this thread's call.
+/// Sets the end of this thread's waits. Every call begins with startWait().
 void startWait();
 
-/// Pauses. Returns false, without a pause, if the call has waited long enough.
+/// Pauses, and returns true. Returns false at once if this thread may not wait any longer.
 bool wait(std::chrono::microseconds pause);
 
-/// Lets calls wait even if an earlier call has waited in vain.
+/// Lets calls wait again, although an earlier call has waited in vain.
 void allowWaits();
 
 } // namespace winhost::database

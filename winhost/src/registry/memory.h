@@ -64,7 +64,7 @@ private:
     Slot* find(HKEY key);
 
     std::vector<Slot> m_slots;
-    std::size_t m_closed = 0;                           // first closed slot; m_slots.size() ends the list
+    std::size_t m_closed = 0;                           // first closed slot; m_slots.size() if there is none
     std::unordered_map<std::uint64_t, Entry> m_answers; // by the Question's hash; at most 4,096
     std::uint64_t m_version = 0;
     std::uint64_t m_epochs[2] = {1, 1}; // answers with older epochs are outdated; [0] is for paths
