@@ -1,5 +1,5 @@
-// The time that a call waits for other processes: at most 5 s, or no time if a call that failed less than
-// 10 s ago has waited that long.
+// Limits the time that a call waits for other processes to 5 s. After a call has waited in vain, calls do not
+// wait for 10 s.
 #pragma once
 
 #include <chrono>
