@@ -25,8 +25,8 @@ enum File
 constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
 /// Records the descriptors of this file, its log and its index when SQLite opens them for the connection.
-/// Opens /dev/null under the numbers 0 to 2 if they are free: if the store had one of them, a message that
-/// another thread prints would overwrite it.
+/// If descriptors 0 to 2 are free, first opens /dev/null for them, because messages that the program prints
+/// there would otherwise overwrite the store.
 void recordFiles(const std::string& file);
 
 /// Returns -1 if the file is not open.

@@ -16,8 +16,8 @@ Text textOf(std::string_view bytes)
     return text;
 }
 
-/// Converts a name to bytes for comparison. Names that differ only in case have the same bytes. The bytes
-/// sort in the registry's order: ASCII letters become lower case, so that they sort after '_'.
+/// Converts a name to bytes for comparison. The result is the same for names that differ only in case. The
+/// bytes sort in the registry's order: ASCII letters become lower case, so that they sort after '_'.
 std::string folded(TextView name)
 {
     std::string bytes;
