@@ -86,7 +86,7 @@ ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 }
 
 /// Clears the header of the log's index before SQLite removes the index. A child, or a process that has
-/// closed its descriptors, may still map the index, and must not return cached answers.
+/// closed its descriptors, may still map the index, and must not return cached results.
 int removeFile(const char* path)
 {
     constexpr char header[96] = {};

@@ -5,7 +5,7 @@
 // new fcntl sets locks that belong to the open file, not to the process. While SQLite closes the database,
 // the new close and fcntl ignore descriptors that now refer to other files. The module also replaces
 // - pwrite, so that pages of the log's index are allocated on the disk before they are mapped;
-// - unlink, so that a process that still maps a removed index does not return cached answers;
+// - unlink, so that a process that still maps a removed index does not return cached results;
 // - mmap, so that the child of a fork does not share its parent's mappings of the index;
 // - the pause between two attempts to lock, so that no call waits for more than 5 s.
 #pragma once

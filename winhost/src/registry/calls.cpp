@@ -17,32 +17,32 @@ void follow()
     memory.follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Looks up a key or value in the cache, otherwise in the store. If it is found, calls use(answer) while
+/// Looks up a key or value in the cache, otherwise in the store. If it is found, calls use(result) while
 /// `memory` is locked. Fails if the key was opened without a required access right.
 template <typename Use>
-LSTATUS ask(HKEY key, REGSAM needed, Question question, Use use)
+LSTATUS lookUp(HKEY key, REGSAM needed, Lookup lookup, Use use)
 {
     return outcome([&]() -> LSTATUS {
         std::unique_lock<std::mutex> lock(memory.mutex);
-        question.node = memory.resolve(key, needed);
-        const Answer* answer = memory.recall(question);
-        Answer found;
-        if (answer == nullptr) {
+        lookup.node = memory.resolve(key, needed);
+        const Result* result = memory.recall(lookup);
+        Result found;
+        if (result == nullptr) {
             lock.unlock();
             const Transaction in(false);
             follow();
-            found = find(question);
-            answer = &found;
+            found = find(lookup);
+            result = &found;
             lock.lock();
         }
-        return answer->status != ERROR_SUCCESS ? answer->status : use(*answer);
+        return result->status != ERROR_SUCCESS ? result->status : use(*result);
     });
 }
 
 LSTATUS findKey(HKEY key, REGSAM needed, TextView path, NodeId& found)
 {
-    return ask(key, needed, {Question::ePath, path}, [&](const Answer& answer) {
-        found = answer.node;
+    return lookUp(key, needed, {Lookup::ePath, path}, [&](const Result& result) {
+        found = result.node;
         return ERROR_SUCCESS;
     });
 }
@@ -102,7 +102,7 @@ bool giveNoClass(wchar_t* out, DWORD* length)
 
 /// Copies a value's data if it fits. Terminates an unterminated string if there is room; the size does not
 /// include that terminator.
-LSTATUS giveData(const Answer& value, BYTE* data, DWORD* size)
+LSTATUS giveData(const Result& value, BYTE* data, DWORD* size)
 {
     constexpr std::string_view terminator("\0", sizeof(wchar_t));
     LSTATUS status = ERROR_SUCCESS;
@@ -129,7 +129,7 @@ LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD, REGSAM access, PHKEY resu
         return ERROR_INVALID_PARAMETER;
     }
     *result = nullptr;
-    return ask(key, 0, {Question::ePath, viewOf(subKey)}, [&](const Answer& found) {
+    return lookUp(key, 0, {Lookup::ePath, viewOf(subKey)}, [&](const Result& found) {
         *result = found.node == rootOf(key) ? key : memory.open(found.node, access);
         return ERROR_SUCCESS;
     });
@@ -181,8 +181,8 @@ LSTATUS RegDeleteTreeW(HKEY key, LPCWSTR subKey)
     NodeId found = 0;
     LSTATUS status = findKey(key, path.empty() ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE : 0, path, found);
     if (status == ERROR_SUCCESS && path.empty()) { // deleting values also needs KEY_SET_VALUE
-        status = ask(key, 0, {Question::eValueAt},
-                     [&](const Answer&) { return memory.resolve(key, KEY_SET_VALUE), ERROR_SUCCESS; });
+        status = lookUp(key, 0, {Lookup::eValueAt},
+                        [&](const Result&) { return memory.resolve(key, KEY_SET_VALUE), ERROR_SUCCESS; });
     }
     return status != ERROR_SUCCESS && status != ERROR_NO_MORE_ITEMS
                ? status
@@ -195,15 +195,15 @@ LSTATUS RegEnumKeyExW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LP
     if (name == nullptr || nameLength == nullptr || reserved != nullptr) {
         return ERROR_INVALID_PARAMETER;
     }
-    return ask(key, KEY_ENUMERATE_SUB_KEYS, {Question::eSubKeyAt, {}, index},
-               [&](const Answer& subKey) -> LSTATUS {
-                   if (subKey.name.size() >= *nameLength || !giveNoClass(keyClass, classLength)) {
-                       return ERROR_MORE_DATA;
-                   }
-                   give(lastWrite, FILETIME());
-                   giveText(subKey.name, name, nameLength);
-                   return ERROR_SUCCESS;
-               });
+    return lookUp(key, KEY_ENUMERATE_SUB_KEYS, {Lookup::eSubKeyAt, {}, index},
+                  [&](const Result& subKey) -> LSTATUS {
+                      if (subKey.name.size() >= *nameLength || !giveNoClass(keyClass, classLength)) {
+                          return ERROR_MORE_DATA;
+                      }
+                      give(lastWrite, FILETIME());
+                      giveText(subKey.name, name, nameLength);
+                      return ERROR_SUCCESS;
+                  });
 }
 
 LSTATUS RegQueryInfoKeyW(HKEY key, LPWSTR keyClass, LPDWORD classLength, LPDWORD, LPDWORD subKeys,
@@ -243,7 +243,7 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR valueName, LPDWORD reserved, LPDWORD 
     if (data == nullptr) {
         give(size, 0); // if the value is missing, the size is 0
     }
-    return ask(key, KEY_QUERY_VALUE, {Question::eValue, viewOf(valueName)}, [&](const Answer& value) {
+    return lookUp(key, KEY_QUERY_VALUE, {Lookup::eValue, viewOf(valueName)}, [&](const Result& value) {
         give(type, value.type);
         return giveData(value, data, size);
     });
@@ -254,32 +254,32 @@ LSTATUS RegSetValueExW(HKEY key, LPCWSTR valueName, DWORD, DWORD type, const BYT
     if (data == nullptr && size != 0) {
         return ERROR_NOACCESS;
     }
-    Question question{Question::eValue, viewOf(valueName)};
+    Lookup lookup{Lookup::eValue, viewOf(valueName)};
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     bool isThere = false;
-    const LSTATUS status = ask(key, KEY_SET_VALUE, question, [&](const Answer& value) {
+    const LSTATUS status = lookUp(key, KEY_SET_VALUE, lookup, [&](const Result& value) {
         isThere = value.type == type && value.data == bytes;
         return ERROR_SUCCESS;
     });
     if (isThere || (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND)) {
         return status;
     }
-    if (question.text.size() > longestValueName) {
+    if (lookup.text.size() > longestValueName) {
         return ERROR_INVALID_PARAMETER;
     }
-    Answer written;
+    Result written;
     const auto set = [&](NodeId node) {
-        question.node = node;
-        written = setValue(node, question.text, type, bytes);
+        lookup.node = node;
+        written = setValue(node, lookup.text, type, bytes);
     };
-    return change(Memory::eValues, key, KEY_SET_VALUE, set, [&] { memory.remember(question, written); });
+    return change(Memory::eValues, key, KEY_SET_VALUE, set, [&] { memory.remember(lookup, written); });
 }
 
 LSTATUS RegDeleteValueW(HKEY key, LPCWSTR valueName)
 {
     const TextView name = viewOf(valueName);
     const LSTATUS status =
-        ask(key, KEY_SET_VALUE, {Question::eValue, name}, [](const Answer&) { return ERROR_SUCCESS; });
+        lookUp(key, KEY_SET_VALUE, {Lookup::eValue, name}, [](const Result&) { return ERROR_SUCCESS; });
     return status != ERROR_SUCCESS
                ? status
                : change(Memory::eValues, key, KEY_SET_VALUE, [&](NodeId node) { deleteValue(node, name); });
@@ -292,7 +292,7 @@ LSTATUS RegEnumValueW(HKEY key, DWORD index, LPWSTR name, LPDWORD nameLength, LP
         (data != nullptr && size == nullptr)) {
         return ERROR_INVALID_PARAMETER;
     }
-    return ask(key, KEY_QUERY_VALUE, {Question::eValueAt, {}, index}, [&](const Answer& value) -> LSTATUS {
+    return lookUp(key, KEY_QUERY_VALUE, {Lookup::eValueAt, {}, index}, [&](const Result& value) -> LSTATUS {
         give(type, value.type);
         if (!giveText(value.name, name, nameLength)) {
             give(size, value.data.size());

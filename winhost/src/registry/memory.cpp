@@ -14,23 +14,23 @@ namespace {
 
 constexpr unsigned turnShift = 32;
 constexpr unsigned indexShift = 2;
-constexpr std::size_t mostAnswers = 4096;
+constexpr std::size_t mostResults = 4096;
 
-std::uint64_t hashOf(const Question& question)
+std::uint64_t hashOf(const Lookup& lookup)
 {
-    const std::uint64_t number = static_cast<std::uint64_t>(question.node) << 32 | question.index;
-    return mix(mix(question.kind, number), std::hash<std::string_view>()(bytesOf(question.text)));
+    const std::uint64_t number = static_cast<std::uint64_t>(lookup.node) << 32 | lookup.index;
+    return mix(mix(lookup.kind, number), std::hash<std::string_view>()(bytesOf(lookup.text)));
 }
 
 /// Compares text as bytes, which is faster than comparing code units.
-bool isSame(const Question& a, const Question& b)
+bool isSame(const Lookup& a, const Lookup& b)
 {
     return a.kind == b.kind && a.node == b.node && a.index == b.index && bytesOf(a.text) == bytesOf(b.text);
 }
 
-bool isPath(const Question& question)
+bool isPath(const Lookup& lookup)
 {
-    return question.kind == Question::ePath;
+    return lookup.kind == Lookup::ePath;
 }
 
 // ---- Fork: holds both locks, because the child cannot release a lock that another thread held
@@ -103,41 +103,41 @@ LSTATUS Memory::close(HKEY key)
     return rootOf(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
-const Answer* Memory::recall(const Question& question, bool mayBeOutdated)
+const Result* Memory::recall(const Lookup& lookup, bool mayBeOutdated)
 {
     if (!mayBeOutdated && (m_version == 0 || database::contentVersion() != m_version)) {
         return nullptr;
     }
-    const auto found = m_answers.find(hashOf(question));
-    if (found == m_answers.end() || !isSame(found->second.question, question)) {
+    const auto found = m_results.find(hashOf(lookup));
+    if (found == m_results.end() || !isSame(found->second.lookup, lookup)) {
         return nullptr;
     }
     const Entry& entry = found->second;
     const bool isValid =
-        mayBeOutdated ? entry.epoch >= m_changed : entry.epoch == m_epochs[isPath(question) ? 0 : 1];
-    return isValid ? &entry.answer : nullptr;
+        mayBeOutdated ? entry.epoch >= m_changed : entry.epoch == m_epochs[isPath(lookup) ? 0 : 1];
+    return isValid ? &entry.result : nullptr;
 }
 
-void Memory::remember(const Question& question, const Answer& answer)
+void Memory::remember(const Lookup& lookup, const Result& result)
 {
     constexpr std::size_t longest = 2400;
-    const std::size_t size = bytesOf(question.text).size() + bytesOf(answer.name).size() + answer.data.size();
+    const std::size_t size = bytesOf(lookup.text).size() + bytesOf(result.name).size() + result.data.size();
     if (m_version == 0 || database::contentVersion() != m_version || size > longest) {
         return;
     }
-    const std::uint64_t hash = hashOf(question);
-    if (m_answers.size() >= mostAnswers && !m_answers.contains(hash)) {
-        m_answers.clear();
+    const std::uint64_t hash = hashOf(lookup);
+    if (m_results.size() >= mostResults && !m_results.contains(hash)) {
+        m_results.clear();
     }
     try {
-        Entry& entry = m_answers[hash];
+        Entry& entry = m_results[hash];
         entry.epoch = 0; // the entry is invalid until it is complete
-        entry.text = question.text;
-        entry.question = question;
-        entry.question.text = entry.text;
-        entry.answer = answer;
-        entry.epoch = m_epochs[isPath(question) ? 0 : 1];
-    } catch (const std::bad_alloc&) { // the answer is not cached
+        entry.text = lookup.text;
+        entry.lookup = lookup;
+        entry.lookup.text = entry.text;
+        entry.result = result;
+        entry.epoch = m_epochs[isPath(lookup) ? 0 : 1];
+    } catch (const std::bad_alloc&) { // the result is not cached
     }
 }
 

@@ -1,5 +1,5 @@
-// The state of the process, under one lock: its open keys, and a cache of the store's answers. A cached
-// answer is valid until the content changes. If this process only sets or deletes values, cached paths stay
+// The state of the process, under one lock: its open keys, and a cache of look-ups in the store. A cached
+// result is valid until the content changes. If this process only sets or deletes values, cached paths stay
 // valid.
 #pragma once
 
@@ -17,7 +17,7 @@ NodeId rootOf(HKEY key);
 class Memory
 {
 public:
-    Memory() { m_answers.max_load_factor(0.25F); }
+    Memory() { m_results.max_load_factor(0.25F); }
     std::mutex mutex; // protects all other members
 
     /// Returns the node of an open key. Throws ERROR_INVALID_HANDLE if the handle is not open, and
@@ -28,12 +28,12 @@ public:
     HKEY open(NodeId node, REGSAM access);
     LSTATUS close(HKEY key);
 
-    /// Returns the cached answer; null if none is valid. If mayBeOutdated is true, an answer is valid as long
-    /// as this process has not written since the answer was cached.
-    const Answer* recall(const Question& question, bool mayBeOutdated = false);
-    /// Caches an answer, unless the store has changed or the answer has more than 2,400 bytes. Call it in a
+    /// Returns the cached result; null if none is valid. If mayBeOutdated is true, a result is valid as long
+    /// as this process has not written since the result was cached.
+    const Result* recall(const Lookup& lookup, bool mayBeOutdated = false);
+    /// Caches a result, unless the store has changed or the result has more than 2,400 bytes. Call it in a
     /// Transaction.
-    void remember(const Question& question, const Answer& answer);
+    void remember(const Lookup& lookup, const Result& result);
 
     enum Change
     {
@@ -41,7 +41,7 @@ public:
         eKeys,   ///< this process may have created or deleted keys
         eValues  ///< this process only set or deleted values: cached paths stay valid
     };
-    /// Adopts a new version of the content and invalidates the answers that the change may affect.
+    /// Adopts a new version of the content and invalidates the results that the change may affect.
     void follow(std::uint64_t version, Change change);
 
 private:
@@ -56,18 +56,18 @@ private:
     struct Entry
     {
         std::uint64_t epoch = 0;
-        Question question = {}; // refers to `text`
+        Lookup lookup = {}; // refers to `text`
         Text text;
-        Answer answer;
+        Result result;
     };
 
     Slot* find(HKEY key);
 
     std::vector<Slot> m_slots;
     std::size_t m_closed = 0;                           // first closed slot; m_slots.size() if there is none
-    std::unordered_map<std::uint64_t, Entry> m_answers; // by the Question's hash; at most 4,096
+    std::unordered_map<std::uint64_t, Entry> m_results; // by the Lookup's hash; at most 4,096
     std::uint64_t m_version = 0;
-    std::uint64_t m_epochs[2] = {1, 1}; // answers with older epochs are outdated; [0] is for paths
+    std::uint64_t m_epochs[2] = {1, 1}; // results with older epochs are outdated; [0] is for paths
     std::uint64_t m_changed = 1;        // m_epochs[1] after this process's last write
 };
 

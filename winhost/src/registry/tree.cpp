@@ -51,26 +51,26 @@ bool exists(NodeId node)
     return isRoot(node) || Query("SELECT 1 FROM keys WHERE id = ?1", node).next();
 }
 
-/// Returns the answer for a missing sub-key or value: ERROR_KEY_DELETED if the key is deleted, otherwise the
+/// Returns the result for a missing sub-key or value: ERROR_KEY_DELETED if the key is deleted, otherwise the
 /// given status.
-Answer missing(NodeId node, LSTATUS status)
+Result missing(NodeId node, LSTATUS status)
 {
     return {.status = exists(node) ? status : ERROR_KEY_DELETED};
 }
 
-/// Copies the cached answer; returns false if there is none.
-bool isKnown(const Question& question, Answer& answer, bool mayBeOutdated = false)
+/// Copies the cached result; returns false if there is none.
+bool isKnown(const Lookup& lookup, Result& result, bool mayBeOutdated = false)
 {
     const std::lock_guard<std::mutex> lock(memory.mutex);
-    const Answer* const known = memory.recall(question, mayBeOutdated);
-    answer = known != nullptr ? *known : answer;
+    const Result* const known = memory.recall(lookup, mayBeOutdated);
+    result = known != nullptr ? *known : result;
     return known != nullptr;
 }
 
-void remember(const Question& question, const Answer& answer)
+void remember(const Lookup& lookup, const Result& result)
 {
     const std::lock_guard<std::mutex> lock(memory.mutex);
-    memory.remember(question, answer);
+    memory.remember(lookup, result);
 }
 
 /// Removes the next component from a path. Returns false at the end.
@@ -116,13 +116,13 @@ NodeId add(NodeId parent, TextView name)
 }
 
 /// Follows a path. Uses the cached parts of the path, and caches each part that it finds.
-Answer walk(NodeId start, TextView path, bool* created)
+Result walk(NodeId start, TextView path, bool* created)
 {
-    Answer at{.status = path.starts_with(L'\\') ? ERROR_BAD_PATHNAME : ERROR_SUCCESS, .node = start};
+    Result at{.status = path.starts_with(L'\\') ? ERROR_BAD_PATHNAME : ERROR_SUCCESS, .node = start};
     TextView component;
     for (TextView rest = path; at.status == ERROR_SUCCESS && takeComponent(rest, component);) {
         const NodeId parent = at.node;
-        const Question part{Question::ePath, path.substr(0, path.size() - rest.size()), 0, start};
+        const Lookup part{Lookup::ePath, path.substr(0, path.size() - rest.size()), 0, start};
         if (isKnown(part, at) && at.status == ERROR_SUCCESS) {
             continue;
         }
@@ -142,7 +142,7 @@ Answer walk(NodeId start, TextView path, bool* created)
     return at;
 }
 
-Answer findValue(NodeId node, TextView name)
+Result findValue(NodeId node, TextView name)
 {
     const std::string asked = folded(name.substr(0, longestValueName));
     Query query("SELECT name, type, data, sum FROM vals WHERE key = ?1 AND folded = ?2", node, asked);
@@ -158,27 +158,27 @@ Answer findValue(NodeId node, TextView name)
 /// Finds the entry at an index. If the previous entry is cached, continues after its name: counting from the
 /// start for each entry would take quadratic time. If no process has written since the previous entry was
 /// cached, also reads the entries that follow.
-Answer findAt(const Question& question)
+Result findAt(const Lookup& lookup)
 {
     constexpr std::int64_t readAhead = 64;
-    Question at = question;
+    Lookup at = lookup;
     --at.index;
-    Answer before{.status = ERROR_NO_MORE_ITEMS};
-    const bool isNext = question.index != 0 && isKnown(at, before);
+    Result before{.status = ERROR_NO_MORE_ITEMS};
+    const bool isNext = lookup.index != 0 && isKnown(at, before);
     const bool isAfter = (isNext || isKnown(at, before, true)) && before.status == ERROR_SUCCESS;
     const std::string from = isAfter ? folded(before.name) + '\0' : "";
-    Query query(question.kind == Question::eSubKeyAt
+    Query query(lookup.kind == Lookup::eSubKeyAt
                     ? "SELECT folded, name, id, x'', sum FROM keys WHERE parent = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4"
                     : "SELECT folded, name, type, data, sum FROM vals WHERE key = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4",
-                question.node, from, isNext ? readAhead : 1, isAfter ? 0 : std::int64_t{question.index});
-    std::optional<Answer> first;
+                lookup.node, from, isNext ? readAhead : 1, isAfter ? 0 : std::int64_t{lookup.index});
+    std::optional<Result> first;
     for (std::string last = from; query.next(); last.assign(query.bytes(0)) += '\0') {
-        Answer found{.type = static_cast<DWORD>(query.number(2)),
+        Result found{.type = static_cast<DWORD>(query.number(2)),
                      .data = std::string(query.bytes(3)),
                      .name = textOf(query.bytes(1))};
-        if (query.bytes(0) < last || sumOf(question.node, query.number(2), query.bytes(0), query.bytes(1),
+        if (query.bytes(0) < last || sumOf(lookup.node, query.number(2), query.bytes(0), query.bytes(1),
                                            found.data) != query.number(4)) {
             require(first.has_value());
             break;
@@ -189,7 +189,7 @@ Answer findAt(const Question& question)
             first = std::move(found);
         }
     }
-    return first.has_value() ? *first : missing(question.node, ERROR_NO_MORE_ITEMS);
+    return first.has_value() ? *first : missing(lookup.node, ERROR_NO_MORE_ITEMS);
 }
 
 void createFirstKeys()
@@ -207,14 +207,14 @@ void createFirstKeys()
 
 } // namespace
 
-Answer find(const Question& question)
+Result find(const Lookup& lookup)
 {
-    Answer found;
-    if (!isKnown(question, found)) {
-        found = question.kind == Question::ePath    ? walk(question.node, question.text, nullptr)
-                : question.kind == Question::eValue ? findValue(question.node, question.text)
-                                                    : findAt(question);
-        remember(question, found);
+    Result found;
+    if (!isKnown(lookup, found)) {
+        found = lookup.kind == Lookup::ePath    ? walk(lookup.node, lookup.text, nullptr)
+                : lookup.kind == Lookup::eValue ? findValue(lookup.node, lookup.text)
+                                                : findAt(lookup);
+        remember(lookup, found);
     }
     return found;
 }
@@ -232,16 +232,16 @@ Measure measure(NodeId node)
 
 NodeId createPath(NodeId start, TextView path, bool& created)
 {
-    const Answer found = walk(start, path, &created);
+    const Result found = walk(start, path, &created);
     check(found.status);
     return found.node;
 }
 
-Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data)
+Result setValue(NodeId node, TextView name, DWORD type, std::string_view data)
 {
-    const Answer before = find({Question::eValue, name, 0, node});
+    const Result before = find({Lookup::eValue, name, 0, node});
     require(before.status == ERROR_SUCCESS || before.status == ERROR_FILE_NOT_FOUND, before.status);
-    Answer written{.type = type, .data = std::string(data), .name = before.name};
+    Result written{.type = type, .data = std::string(data), .name = before.name};
     if (before.status != ERROR_SUCCESS) {
         written.name = name;
     }
@@ -256,13 +256,13 @@ Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data)
 
 void deleteValue(NodeId node, TextView name)
 {
-    check(find({Question::eValue, name, 0, node}).status);
+    check(find({Lookup::eValue, name, 0, node}).status);
     Query("DELETE FROM vals WHERE key = ?1 AND folded = ?2", node, folded(name)).run();
 }
 
 void deleteKey(NodeId node)
 {
-    const LSTATUS first = find({Question::eSubKeyAt, {}, 0, node}).status;
+    const LSTATUS first = find({Lookup::eSubKeyAt, {}, 0, node}).status;
     require(first != ERROR_SUCCESS && !isRoot(node), ERROR_ACCESS_DENIED);
     require(first == ERROR_NO_MORE_ITEMS, first);
     Query("DELETE FROM vals WHERE key = ?1", node).run();

@@ -26,7 +26,7 @@ constexpr std::size_t longestKeyName = 256;
 constexpr std::size_t longestValueName = 16383;
 
 /// A look-up whose result find() caches.
-struct Question
+struct Lookup
 {
     enum Kind : std::uint32_t
     {
@@ -42,7 +42,7 @@ struct Question
     NodeId node = 0;
 };
 
-struct Answer
+struct Result
 {
     LSTATUS status = ERROR_SUCCESS; ///< on failure, the other members are unset
     DWORD type = 0;
@@ -51,9 +51,9 @@ struct Answer
     Text name = {}; ///< the original spelling of the name; unset for a path
 };
 
-/// Returns the cached answer if there is one; otherwise reads the store. Do not call this after a change in
+/// Returns the cached result if there is one; otherwise reads the store. Do not call this after a change in
 /// the same Transaction.
-Answer find(const Question& question);
+Result find(const Lookup& lookup);
 
 /// The counts of a key's sub-keys and values, and the greatest lengths of their names and data in bytes.
 struct Measure
@@ -70,8 +70,8 @@ Measure measure(NodeId node);
 
 /// Creates the missing keys of a path, and sets `created` if any were missing. Returns the key at the path.
 NodeId createPath(NodeId start, TextView path, bool& created);
-/// Sets a value, and returns the same answer as a later find().
-Answer setValue(NodeId node, TextView name, DWORD type, std::string_view data);
+/// Sets a value, and returns the same result as a later find().
+Result setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
 /// Deletes a key; throws ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
 void deleteKey(NodeId node);
