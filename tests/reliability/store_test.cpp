@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <pwd.h>
 #include <random>
+#include <sqlite3.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -200,10 +201,14 @@ LSTATUS openDocuments(int)
                                               [](int file) { return lseek(file, 0, SEEK_END) != 4; }));
 }
 
+std::string storeFile(const std::string& suffix)
+{
+    return scratchFolder() / "store/.local/share/winhost" / ("registry.db" + suffix);
+}
+
 int openFile(const std::string& suffix)
 {
-    const std::string file = scratchFolder() / "store/.local/share/winhost/registry.db";
-    return open((file + suffix).c_str(), O_RDWR | O_CREAT, 0600);
+    return open(storeFile(suffix).c_str(), O_RDWR | O_CREAT, 0600);
 }
 
 /// Opens the store's file and its index. If `byte` is 0, closes both files; otherwise, locks the byte in both
@@ -220,6 +225,15 @@ LSTATUS openStore(int byte)
         result |= byte != 0 ? fcntl(opened, F_SETLK, &all) : close(opened);
     }
     return result;
+}
+
+/// Reads the store with the program's own SQLite, and closes it in the next call.
+LSTATUS useSqlite(int)
+{
+    static sqlite3* database = nullptr;
+    return database != nullptr ? sqlite3_close(std::exchange(database, nullptr))
+                               : sqlite3_open(storeFile("").c_str(), &database) +
+                                     sqlite3_exec(database, "SELECT * FROM vals", nullptr, nullptr, nullptr);
 }
 
 /// Acquires a lease on the store's file, and keeps it when another process opens the file.
@@ -267,6 +281,7 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"documents", openDocuments},
     {"open-store", openStore},
     {"lease", lease},
+    {"sqlite", useSqlite},
     {"refuse-maps", refuseMaps},
     {"lose-home", loseHome},
     {"open-all", openAll},
