@@ -236,11 +236,13 @@ LSTATUS useSqlite(int)
                                      sqlite3_exec(database, "SELECT * FROM vals", nullptr, nullptr, nullptr);
 }
 
-/// Acquires a lease on the store's file, and keeps it when another process opens the file.
-LSTATUS lease(int)
+/// Acquires a write lease on the store's file, or a read lease on its log. Keeps the lease when another
+/// process opens the file.
+LSTATUS lease(int isLog)
 {
     signal(SIGIO, SIG_IGN);
-    return fcntl(openFile(""), F_SETLEASE, F_WRLCK);
+    const int file = open(storeFile(isLog != 0 ? "-wal" : "").c_str(), O_RDONLY);
+    return fcntl(file, F_SETLEASE, isLog != 0 ? F_RDLCK : F_WRLCK);
 }
 
 /// Unsets the variables that contain the home folder, so that only getpwuid_r returns it.

@@ -68,9 +68,6 @@ const int isConfigured = sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
 /// missing key.
 LSTATUS statusOfErrno(LSTATUS fallback)
 {
-    if (errno == EWOULDBLOCK) { // another process has a lease on the file
-        return ERROR_LOCK_FAILED;
-    }
     const bool hasNoPlace = errno == ENOENT || errno == ENOTDIR;
     return static_cast<LSTATUS>(errorOf(hasNoPlace ? 0 : errno, static_cast<DWORD>(fallback)));
 }
@@ -93,6 +90,9 @@ LSTATUS statusOf(int code)
                                                     {SQLITE_IOERR, ERROR_REGISTRY_IO_FAILED}};
     const auto* const found = std::ranges::find(statuses, code, &std::pair<int, LSTATUS>::first);
     const LSTATUS status = found != std::end(statuses) ? found->second : ERROR_REGISTRY_CORRUPT;
+    if (status == ERROR_CANTOPEN && errno == EWOULDBLOCK) { // another process has a lease on the file
+        return ERROR_LOCK_FAILED;
+    }
     return status == ERROR_CANTOPEN || status == ERROR_REGISTRY_IO_FAILED ? statusOfErrno(status) : status;
 }
 
@@ -480,7 +480,7 @@ LSTATUS open(bool forWriting)
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Rolls back a shared transaction. Writes the log back if the log or the file is no longer at its path.
+/// Rolls back a shared transaction. Writes the log back if the log is no longer at its path, or no file is.
 LSTATUS saveLog()
 {
     if (own.isShared) {
@@ -488,8 +488,8 @@ LSTATUS saveLog()
         showVersion();
     }
     const std::string now = resolved(own.path);
-    const bool isTogether = isAtPlace(now, eContent) && isAtPlace(now, eLog);
-    if (!isTogether && logStatus() == ERROR_SUCCESS) {
+    const bool isApart = !isAtPlace(now, eLog) || statusOfFile(now).st_ino == 0;
+    if (isApart && logStatus() == ERROR_SUCCESS) {
         check(statusOf(
             sqlite3_wal_checkpoint_v2(own.database, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr)));
     }

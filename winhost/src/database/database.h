@@ -67,7 +67,7 @@ class Transaction
 {
 public:
     /// If the file does not exist, a write transaction creates it, and a read transaction reads what a new
-    /// file would contain. A write transaction waits at most about 5 s for other writers.
+    /// file would contain. A transaction waits at most about 5 s for other processes.
     explicit Transaction(bool isWriting);
     ~Transaction();
 

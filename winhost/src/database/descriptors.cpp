@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstring>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -36,10 +37,16 @@ bool isLost(int file)
 /// Must not throw: its caller is SQLite, which is written in C.
 int openFile(const char* path, int flags, int mode)
 {
+    static bool isLeased = false; // true if a lease of another process prevented the last open
+    if (isLeased && (flags & O_ACCMODE) == O_RDONLY) {
+        errno = EWOULDBLOCK; // SQLite must not open the file read-only because of a lease
+        return -1;
+    }
     int file = -1;
-    do { // O_NONBLOCK has an effect only if another process has a lease on the file
+    do { // O_NONBLOCK makes open() fail instead of waiting for the end of a lease
         file = ::open(path, flags | O_NONBLOCK, mode);
-    } while (file < 0 && errno == EWOULDBLOCK && wait(std::chrono::milliseconds{1}));
+        isLeased = file < 0 && errno == EWOULDBLOCK;
+    } while (isLeased && wait(std::chrono::milliseconds{1}));
     const std::string_view opened(path);
     for (int which = eContent; file >= 0 && which <= eIndex; ++which) {
         if (opened.starts_with(*recorded) && opened.substr(recorded->size()) == suffixes[which]) {
@@ -152,10 +159,13 @@ void leaveFiles()
 {
     std::ranges::for_each(numbers, [](int file) { isLost(file) ? 0 : ::close(file); });
     // The mappings would keep the parent's locks after the parent is killed, and closing the database would
-    // undo the parent's transaction in the shared index. In pages of zeros, SQLite finds nothing to undo.
+    // undo the parent's transaction in the shared index.
     for (const auto& [place, size] : std::span(mappings, mappingCount)) {
-        constexpr int flags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED;
-        static_cast<void>(mmap(place, size, PROT_READ | PROT_WRITE, flags, -1, 0));
+        void* const copy = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        if (copy != MAP_FAILED) {
+            std::memcpy(copy, place, size);
+            mremap(copy, size, size, MREMAP_MAYMOVE | MREMAP_FIXED, place);
+        }
     }
 }
 

@@ -7,7 +7,7 @@
 // - pwrite, so that pages of the log's index are allocated on the disk before they are mapped;
 // - unlink, so that a process that still maps a removed index does not return cached results;
 // - mmap, so that the child of a fork does not share its parent's mappings of the index;
-// - the pause between two attempts to lock, so that no call waits for more than 5 s.
+// - the pause between two attempts to lock, so that no transaction waits for more than 5 s.
 #pragma once
 
 #include <string>
@@ -31,7 +31,7 @@ void recordFiles(const std::string& file);
 
 /// Returns -1 if the file is not open.
 int descriptor(File file);
-/// In the child of a fork: closes the files, and replaces SQLite's mappings of the index with pages of zeros.
+/// In the child of a fork: closes the files, and replaces SQLite's mappings of the index with private copies.
 /// The child must not share its parent's locks.
 void leaveFiles();
 /// Returns true if one of the descriptors no longer refers to the store's file. The first call in each

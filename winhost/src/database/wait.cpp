@@ -8,9 +8,10 @@ namespace winhost::database {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::seconds longest{5};
+constexpr std::chrono::milliseconds longest{5000};
+constexpr std::chrono::milliseconds longestIfHopeless{100};
 
-std::atomic<Clock::time_point> hopeless = Clock::time_point(); // calls do not wait before this time
+std::atomic<Clock::time_point> hopeless = Clock::time_point(); // until this time, calls wait only briefly
 thread_local Clock::time_point end;                            // of the current call's wait
 
 } // namespace
@@ -18,7 +19,7 @@ thread_local Clock::time_point end;                            // of the current
 void startWait()
 {
     const Clock::time_point now = Clock::now();
-    end = now < hopeless.load() ? now : now + longest;
+    end = now + (now < hopeless.load() ? longestIfHopeless : longest);
 }
 
 bool wait(std::chrono::microseconds pause)

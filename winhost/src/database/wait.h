@@ -1,18 +1,18 @@
-// Limits the time that a call waits for other processes to 5 s. After a call has waited in vain, calls do not
-// wait for 10 s.
+// Limits the time that a transaction waits for other processes to 5 s. For 10 s after a wait in vain, the
+// limit is 0.1 s.
 #pragma once
 
 #include <chrono>
 
 namespace winhost::database {
 
-/// Sets the end of this thread's waits. Every call begins with startWait().
+/// Sets the end of this thread's waits. Every transaction begins with startWait().
 void startWait();
 
 /// Pauses, and returns true. Returns false at once if this thread may not wait any longer.
 bool wait(std::chrono::microseconds pause);
 
-/// Lets calls wait again, although an earlier call has waited in vain.
+/// Sets the limit to 5 s again.
 void allowWaits();
 
 } // namespace winhost::database
