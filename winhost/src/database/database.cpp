@@ -226,11 +226,11 @@ bool isLogReplaced()
             salts != numberAt<std::uint64_t>(saltsAt));
 }
 
-std::int32_t generationOfFile()
+std::int32_t generationOfFile(int file = descriptor(eContent))
 {
     constexpr off_t inFile = 60;
     std::uint32_t number = 0;
-    static_cast<void>(pread(descriptor(eContent), &number, sizeof number, inFile));
+    static_cast<void>(pread(file, &number, sizeof number, inFile));
     return static_cast<std::int32_t>(__builtin_bswap32(number));
 }
 
@@ -480,16 +480,25 @@ LSTATUS open(bool forWriting)
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Rolls back a shared transaction. Writes the log back if the log is no longer at its path, or no file is.
+/// Returns true if the log is next to the file at the path, and may be applied to it.
+bool isLogOf(const std::string& file)
+{
+    const OwnedFile found(file, O_RDONLY | O_NONBLOCK);
+    return isAtPlace(file, eLog) && statusOfFile(file).st_size != 0 &&
+           generationOfFile(found.number) == generationOfFile();
+}
+
+/// Rolls back a shared transaction. Writes the log back, unless the log will be found next to the file, or
+/// the open file was deleted.
 LSTATUS saveLog()
 {
     if (own.isShared) {
         run("ROLLBACK");
         showVersion();
     }
-    const std::string now = resolved(own.path);
-    const bool isApart = !isAtPlace(now, eLog) || statusOfFile(now).st_ino == 0;
-    if (isApart && logStatus() == ERROR_SUCCESS) {
+    struct stat opened = {};
+    fstat(descriptor(eContent), &opened);
+    if (!isLogOf(resolved(own.path)) && opened.st_nlink != 0 && logStatus() == ERROR_SUCCESS) {
         check(statusOf(
             sqlite3_wal_checkpoint_v2(own.database, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr)));
     }

@@ -1,4 +1,4 @@
-// Limits the time that a transaction waits for other processes to 5 s. For 10 s after a wait in vain, the
+// Limits the time that a transaction waits for other processes to 5 s. For 10 s after such a wait in vain, the
 // limit is 0.1 s.
 #pragma once
 
