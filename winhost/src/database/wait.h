@@ -1,5 +1,5 @@
-// Limits the time that a transaction waits for other processes to 5 s. For 10 s after such a wait in vain, the
-// limit is 0.1 s.
+// Limits the time that a transaction waits for other processes to 5 s. For 10 s after such a wait in vain,
+// the limit is 0.1 s.
 #pragma once
 
 #include <chrono>
