@@ -112,8 +112,8 @@ reproducible() {
             bin/RkOsBase.pdb bin/RkUInfo.pdb lib/RkOsBase.lib lib/RkUInfo.lib
 }
 
-# Installs the Debian packages in a minimal Debian system and builds a program with them. Checks that the program starts, and that
-# it still starts after the packages have been removed.
+# Installs the Debian packages in a minimal Debian system and builds a program with them. Checks that the program
+# starts, and that it still starts after the packages have been removed.
 debian_packages() {
     source scripts/package.sh
     source scripts/fresh.sh

@@ -483,7 +483,7 @@ TEST_P(Disk, FullOrReadOnlyLosesNoData)
     EXPECT_EQ(Process(folder)(useFull), "0 0 112 0 ");
     fs::remove(folder / "ballast");
     EXPECT_EQ(running(use), "0 0 0 0 ");
-    running.kill(); // leaves a log behind, which is written back in mode "rw"
+    running.kill(); // its log remains, and is written back in mode "rw"
     for (const std::string mode : {"ro", "rw", "ro"}) {
         ASSERT_TRUE(shell("mount -o remount," + mode + " disk"));
         EXPECT_EQ(Process(folder)(use), mode == "rw" ? "0 0 0 0 " : "0 0 5 0 "); // ERROR_ACCESS_DENIED
@@ -618,7 +618,7 @@ TEST(Store, NeverReturnsWrongDataFromDamagedFiles)
     ASSERT_EQ(Process(folder)("length 120, fill 500, count 500"), "0 0 500 0 0 ");
     Process ended(folder);
     ASSERT_EQ(ended("length 120, fill 250"), "0 0 ");
-    ended.kill(); // the killed process leaves a log behind
+    ended.kill(); // its log remains
     std::map<fs::path, std::string> whole;
     for (const auto& entry : fs::directory_iterator(folder / "winhost")) {
         whole[entry.path()] = readFile(entry.path());

@@ -1,5 +1,5 @@
-// Functions for text, command output and errors. The library uses UTF-16; the command
-// line and the output use UTF-8.
+// Functions for text, command output and errors. The library uses UTF-16; the command line and the output
+// use UTF-8.
 #pragma once
 
 #include <RkUInfo.hpp>

@@ -105,7 +105,7 @@ LSTATUS run(const char* sql)
 
 // ---- Waiting
 
-/// Repeats work() while it fails with ERROR_LOCK_FAILED and the call may wait.
+/// Repeats work() while it fails with ERROR_LOCK_FAILED, until the time limit has passed.
 template <typename Work>
 LSTATUS retry(Work work)
 {
@@ -480,7 +480,7 @@ LSTATUS open(bool forWriting)
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Returns true if the log is next to the file at the path, and may be applied to it.
+/// Returns true if the log is next to the given file and may be applied to it.
 bool isLogOf(const std::string& file)
 {
     const OwnedFile found(file, O_RDONLY | O_NONBLOCK);
@@ -488,8 +488,8 @@ bool isLogOf(const std::string& file)
            generationOfFile(found.number) == generationOfFile();
 }
 
-/// Rolls back a shared transaction. Writes the log back, unless the log will be found next to the file, or
-/// the open file was deleted.
+/// Rolls back a shared transaction. Writes the log back, unless the log belongs to the file that is now at
+/// the path, or the open file was deleted.
 LSTATUS saveLog()
 {
     if (own.isShared) {

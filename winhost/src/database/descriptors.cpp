@@ -116,6 +116,7 @@ void* mapFile(void* place, std::size_t size, int protection, int flags, int file
     return made;
 }
 
+/// Replaces SQLite's sleep. Does not sleep after the time limit.
 int pauseCall(sqlite3_vfs*, int microseconds)
 {
     wait(std::chrono::microseconds{microseconds});

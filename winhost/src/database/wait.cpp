@@ -11,8 +11,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longest{5000};
 constexpr std::chrono::milliseconds longestIfHopeless{100};
 
-std::atomic<Clock::time_point> hopeless = Clock::time_point(); // until then, waits are short
-thread_local Clock::time_point end;                            // of the current transaction's waits
+std::atomic<Clock::time_point> hopeless = Clock::time_point(); // before this time, waits are short
+thread_local Clock::time_point end;                            // of the waits of this thread's transaction
 
 } // namespace
 
@@ -26,7 +26,9 @@ bool wait(std::chrono::microseconds pause)
 {
     const Clock::time_point now = Clock::now();
     if (now >= end) {
-        hopeless = now < hopeless.load() ? hopeless.load() : now + 2 * longest;
+        if (now >= hopeless.load()) {
+            hopeless = now + 2 * longest;
+        }
         return false;
     }
     std::this_thread::sleep_for(pause);

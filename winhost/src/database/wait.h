@@ -1,15 +1,15 @@
-// Limits the time that a transaction waits for other processes to 5 s. For 10 s after such a wait in vain,
-// the limit is 0.1 s.
+// Limits the time that a transaction waits for other processes to 5 s. If a transaction has waited 5 s in
+// vain, the limit is 0.1 s for the next 10 s.
 #pragma once
 
 #include <chrono>
 
 namespace winhost::database {
 
-/// Sets the end of this thread's waits. Every transaction begins with startWait().
+/// Starts the time limit of this thread's transaction.
 void startWait();
 
-/// Pauses, and returns true. Returns false at once if this thread may not wait any longer.
+/// Pauses and returns true; returns false at once if the time limit has passed.
 bool wait(std::chrono::microseconds pause);
 
 /// Sets the limit to 5 s again.
