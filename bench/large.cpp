@@ -1,4 +1,4 @@
-// Measures reads and walks in stores of different sizes, and reading and writing 1 MB values. ./dev bench
+// Measures reads and walks in stores of different sizes, and reads and writes of 1 MB values. ./dev bench
 // scale alternates between a store of 1,000,000 values in 100,000 keys and one of 1,000 values in 100 keys.
 #include "memory.h"
 #include "settings.h"

@@ -1,6 +1,6 @@
 // Compares two functions by alternating between them several thousand times a second, so that other load on
 // the machine affects both. The result is the median of the ratios of neighbouring runs. Google Benchmark,
-// which growth.cpp uses, cannot alternate so quickly and is not packaged for MinGW.
+// which growth.cpp uses, cannot alternate as quickly and is not packaged for MinGW.
 #pragma once
 
 #include <cstdio>

@@ -45,8 +45,8 @@ bench::Pair writing(TarvoConfig& config, const std::string& against, bench::Peer
 
 } // namespace
 
-/// Arguments: an empty folder, the file for the results, and optionally a string. If there is a string, only
-/// rows whose names contain the string are measured.
+/// Arguments: an empty folder, the file for the results, and optionally a string. If a string is given, only
+/// rows whose names contain it are measured.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 2, "reading the arguments");

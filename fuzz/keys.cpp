@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A registry in memory, deleted when the process exits.
+/// An in-memory registry, deleted when the process exits.
 class Home
 {
 public:
@@ -30,7 +30,7 @@ private:
     char m_folder[32] = "/dev/shm/rkuinfo-fuzz.XXXXXX";
 };
 
-/// Initialises the library. The registry contains only the uninstall entry of one language.
+/// Initialises the library. The registry contains an uninstall entry for only one language.
 bool start()
 {
     static const Home home;

@@ -14,7 +14,7 @@ namespace {
 constexpr const char* suffixes[] = {"", "-wal"};
 constexpr wchar_t keyPath[] = L"Software\\Fuzzed\\Key\\Deep";
 
-/// Creates an undamaged store in a folder in memory, and deletes the folder when the process exits.
+/// Creates an undamaged store in an in-memory folder, which is deleted when the process exits.
 struct Home
 {
     Home()

@@ -85,15 +85,15 @@ RKUINFO_API const wchar_t* GetServicePackageVersionString();
 
 // ---- Program, language resources and help -------------------------------------------------------
 // "The program" is the process's executable. Sizes include the terminator. No function here checks that a
-// file exists. A joined path must fit MAX_PATH (260).
+// file exists. A joined path must fit in MAX_PATH (260).
 
 /// Writes the program folder with its trailing backslash. buffer must have room for the path's length + 1
 /// characters; a smaller buffer is left unchanged. The folder is cached after the first success.
 RKUINFO_API unsigned long GetProgramPath(wchar_t* buffer, unsigned long size);
 /// Calls GetProgramPath with a size of 1023.
 RKUINFO_API unsigned long GetVelaProgramPath(wchar_t* const buffer);
-/// Writes the executable's file name without extension into buffer, which must hold 1023 characters. Returns
-/// 0 if the executable's path cannot be read or does not fit.
+/// Writes the executable's file name without its extension into buffer, which must hold 1023 characters.
+/// Returns 0 if the executable's path cannot be read or does not fit.
 RKUINFO_API unsigned long GetVelaProgramName(wchar_t* const buffer);
 /// Returns TarvoLanguage::shortName of the current language, or "unknown" before start-up.
 RKUINFO_API const wchar_t* GetCurrentLanguageShortName();

@@ -115,7 +115,7 @@ bench_scale() {
         in_store large bench_large measure 100000 >>"$bench/large.txt"
     done
     XDG_DATA_HOME=$stores/large count_memory large "$bench/bin/bench_large" 100000 >"$bench/memory.txt"
-    "$bench/bin/bench_large" bulk 0 >>"$bench/memory.txt" # uses a store on the disk
+    "$bench/bin/bench_large" bulk 0 >>"$bench/memory.txt" # uses a store on disk
     in_store big bench_large big "$bench/big.jsonl"
     for size in 10 1000 100000 1000000; do
         in_store "growth$size" bench_growth --benchmark_filter="/$size\$" --benchmark_repetitions=9 \

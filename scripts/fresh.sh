@@ -1,5 +1,5 @@
-# Runs the documents' commands in a new, minimal Debian (the root), to check that README and GUIDE name every Debian
-# package that their commands need. README's ./dev commands run in a clone of the last commit.
+# Runs the documents' commands in a new, minimal Debian root, to check that README and GUIDE name every Debian
+# package that the commands need. The ./dev commands of README run in a clone of the last commit.
 
 fresh=$PWD/build/fresh
 

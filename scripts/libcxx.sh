@@ -2,8 +2,8 @@
 
 libcxx_package=llvm-toolchain-19
 
-# Downloads the sources of libc++ once, and prints the path of their src folder. For this download, apt stores its
-# package lists below build/, so the machine's own lists do not change.
+# Downloads the sources of libc++ once, and prints the path of their src folder. For this download, apt stores
+# its package lists in build/, so the machine's own lists do not change.
 libcxx_sources() {
     local folder=$PWD/build/libcxx archive
     if [ ! -e "$folder/src/string.cpp" ]; then

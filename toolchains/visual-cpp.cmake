@@ -44,7 +44,8 @@ else()
   set(libcxx few.lib)
 endif()
 set(standard_libraries "start.lib ${libcxx} vcruntime140.lib ucrtbase.lib kernel32.lib user32.lib shell32.lib advapi32.lib")
-# Cache variables: if a project requires a CMake version before 3.21, CMake removes normal variables of these names.
+# Cache variables: if a project's minimum CMake version is below 3.21, CMake removes normal variables of these
+# names.
 foreach(language C CXX)
   set(CMAKE_${language}_STANDARD_LIBRARIES ${standard_libraries} CACHE STRING "Libraries of every program" FORCE)
 endforeach()

@@ -16,7 +16,7 @@ public:
     virtual ~Peer() = default;
     /// Reads one integer.
     virtual int read() = 0;
-    /// Reads another entry on each call, and starts again after the last.
+    /// Reads the next entry on each call, and starts again after the last.
     virtual int readNext() { return 0; }
     /// Writes the integer to the file. Returns false on failure.
     virtual bool write(int) { return false; }

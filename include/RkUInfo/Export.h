@@ -18,8 +18,8 @@
 
 // Modules free heap blocks that other modules have allocated, so all modules of a process must share one C
 // runtime. The library exports a function whose name identifies the runtime it was built for. Each object
-// file of a client refers to the name for the client's own runtime, so linking fails if the runtimes
-// differ. A program that does not link with the library must define RKUINFO_NOT_LINKED.
+// file of a client refers to the symbol for its own runtime, so linking fails if the runtimes differ. A
+// program that does not link with the library must define RKUINFO_NOT_LINKED.
 #if defined(_MSC_VER)
 #if !defined(_NATIVE_WCHAR_T_DEFINED)
 #error "RkUInfo exports functions that take wchar_t: compile without /Zc:wchar_t-"

@@ -79,10 +79,10 @@ public:
     /// Returns the profile argument of start-up, or "Default" if there was none; never null.
     const wchar_t* profileNameCmdLineInfo() const;
 
-    /// Writes the key path of a subtree into out, which holds 1024 characters. Writes the empty string before
-    /// start-up, for a value outside the enum, for a path of more than 1023 characters, and for
-    /// eCurrentProfile without a profiles key. For eCurrentProfile, stores "Default" as the current profile
-    /// if no name is stored.
+    /// Writes the key path of a subtree into out, which holds 1024 characters. Writes the empty string for a
+    /// value outside the enum, for a path of more than 1023 characters, for eCurrentProfile without a
+    /// profiles key, and before start-up. For eCurrentProfile, stores "Default" as the current profile if no
+    /// name is stored.
     void getRegRootPath(Path path, wchar_t* const out) const;
 
     /// Reads an entry of an INI file in the program folder.
@@ -102,8 +102,8 @@ public:
     /// Reads a value. The last component of valuePath is the value's name; the part before it is the
     /// sub-path. The root and the sub-path together can have at most 1020 characters. Converts REG_SZ to
     /// eString, REG_BINARY to eBinary, REG_DWORD to eInt, and REG_QWORD to eInt64. On failure, `value` is
-    /// unchanged. Throws an RkErrorStatus* with code 6 if memory is exhausted, which may leave `value`
-    /// without a block (see VelaVariant's setters).
+    /// unchanged. If memory is exhausted, throws an RkErrorStatus* with code 6 and may leave `value` without
+    /// a block (see VelaVariant's setters).
     /// @return eOk, eNotFound, eWrongType (another registry type), eInvalidInput
     Error getValue(Path path, const wchar_t* valuePath, VelaVariant& value) const;
     /// Writes a value as addValue does. Splits valuePath as getValue does.

@@ -13,7 +13,7 @@
 /// ignoring case.
 ///
 /// Returned strings belong to the library or to the object. Different objects may be used from several
-/// threads at once; localName() may also be called for one object from several threads.
+/// threads at once; localName() may also be called on one object from several threads.
 class RKUINFO_API TarvoLanguage
 {
 public:

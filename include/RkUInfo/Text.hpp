@@ -9,7 +9,7 @@
 namespace rkuinfo {
 
 // On Linux, clients are compiled with -fshort-wchar, but the C++ runtime's std::wstring still expects 32-bit
-// characters: there Text is a std::u16string.
+// characters, so Text is a std::u16string.
 #if defined(_WIN32)
 using Text = std::wstring;
 #else
@@ -29,8 +29,7 @@ inline Text text(const wchar_t* source)
 
 namespace detail {
 
-/// Removes and returns the first code point of a string that is not empty. A lone surrogate counts as a code
-/// point.
+/// Removes and returns the first code point of a non-empty string. A lone surrogate counts as a code point.
 inline char32_t takeCodePoint(TextView& source)
 {
     const auto isAt = [&](std::size_t at, char32_t kind) {
@@ -45,8 +44,8 @@ inline char32_t takeCodePoint(TextView& source)
     return point;
 }
 
-/// Removes and returns the first code point of UTF-8 text that is not empty. Removes only one byte and
-/// returns U+FFFD if the text does not start with a valid character.
+/// Removes and returns the first code point of non-empty UTF-8 text. If the text does not start with a valid
+/// character, removes one byte and returns U+FFFD.
 inline char32_t takeCodePoint(std::string_view& source)
 {
     const auto lead = static_cast<unsigned char>(source[0]);

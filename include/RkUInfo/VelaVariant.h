@@ -70,7 +70,7 @@ public:
 
     VarType type() const noexcept { return m_type; }
 
-    /// Stores in place if the object already is an eInt with a block; otherwise allocates a new block. Throws
+    /// Stores in place if the object is already an eInt with a block; otherwise allocates a new block. Throws
     /// code 6 if the allocation fails; in that case the old block has been released, and the type is
     /// unchanged.
     void setInt(std::int32_t value) { setFixed(eInt, value); }
@@ -80,8 +80,8 @@ public:
     void setDouble(double value) { setFixed(eDouble, value); }
 
     /// Copies a terminated string; null counts as empty. Throws code 3 for a string of 1,073,741,823
-    /// characters or more, and code 6 if the allocation fails; the object is then an eString without a block.
-    /// The string may be in this object's block.
+    /// characters or more, and code 6 if the allocation fails. In both cases the object becomes an eString
+    /// without a block. The string may be in this object's block.
     void setString(const wchar_t* text)
     {
         char* const old = m_data;
@@ -265,7 +265,8 @@ private:
 
 #pragma pack(pop)
 
-// Must follow pack(pop): g++ would also pack the type information that it creates for the exception.
+// Must follow pack(pop); otherwise g++ would also pack the type information that it creates for the
+// exception.
 inline void VelaVariant::throwStatus(Vela::ErrorStatus code)
 {
     RkErrorStatus* const exception = new (std::nothrow) RkErrorStatus(code, L"\"\"", 0);

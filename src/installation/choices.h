@@ -23,7 +23,7 @@ enum class Source
 enum class Answer
 {
     chosen,
-    absent,  ///< no argument, key, value, file or entry, or an empty argument or INI entry
+    absent,  ///< the argument, key, value, file or entry is missing, or the argument or INI entry is empty
     empty,   ///< an empty registry value
     tooLong, ///< the argument or registry value exceeds its limit
     otherType,

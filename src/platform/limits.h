@@ -21,7 +21,7 @@ inline constexpr std::size_t longestChangePath = 1021; ///< all other operations
 
 /// A company or product name from an argument or an INI file.
 inline constexpr std::size_t nameCapacity = 255;
-inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, read by start-up
+inline constexpr std::size_t offeredProfileCapacity = 513; ///< the stored profile, read at start-up
 inline constexpr std::size_t provisionedProfileCapacity =
     260;                                            ///< the stored profile, read by CreateConfigReg
 inline constexpr std::size_t profileCapacity = 128; ///< the current profile, in a key path

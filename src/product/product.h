@@ -11,8 +11,8 @@
 
 namespace uinfo {
 
-/// Implements ITarvoProduct. If the working directory is the user data cache folder, the constructor makes
-/// the user's documents folder the working directory.
+/// Implements ITarvoProduct. If the working directory is the user data cache folder, the constructor changes
+/// it to the user's documents folder.
 class TarvoProduct final : public ITarvoProduct
 {
 public:

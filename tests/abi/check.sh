@@ -61,7 +61,8 @@ refuses() {
     }
 }
 
-# Prints exports.txt in c++filt's notation for the GNU ABI: without return types and without the const of parameters.
+# Prints exports.txt in c++filt's notation for the GNU ABI: without return types and without const on
+# parameters.
 in_gnu_terms() {
     sed -E "/^RkUInfo_built_for|TarvoConfigException::operator=/d
         s/^const (.*)::\`vftable'/vtable for \1\ntypeinfo for \1/

@@ -12,8 +12,8 @@ namespace {
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns random sections and entries, some of them malformed. Non-ASCII letters are all lower
-/// case, because not every system ignores their case.
+/// Returns random sections and entries, some of them malformed. Uses only lower-case non-ASCII letters,
+/// because not every system ignores their case.
 Text lines(Trace& trace)
 {
     Text all;

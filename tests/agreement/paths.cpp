@@ -1,4 +1,4 @@
-// Path strings, file names and the comparison of strings.
+// Path strings, file names and string comparison.
 #include "agreement/trace.h"
 
 #include "support/scratch.h"
@@ -31,8 +31,9 @@ Text relativePath(Trace& trace, std::u16string_view components, std::u16string_v
     return trace.oneIn(8) ? path : path + trace.word(last);
 }
 
-/// Returns a random path. Except for "..", no component starts with two dots: winhost, unlike Windows,
-/// treats "..b" as a name. No path ends with "..", because Wine then reads past the terminator.
+/// Returns a random path. Components other than ".." never start with two dots, because winhost, unlike
+/// Windows, treats "..b" as a name. Paths never end with "..", because Wine reads past the end of such a
+/// path.
 Text pathText(Trace& trace)
 {
     static const Text components = u"a|b.c| |.|..|..|x/y|?|" + Text(100, u'l') + u'|' + Text(300, u'm');

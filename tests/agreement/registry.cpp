@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns an unusual or an ordinary name. No name sorts between two names that differ only in the case of a
-/// non-ASCII letter, because systems sort such names differently.
+/// Returns an unusual or an ordinary name. Windows and Wine disagree on the order of names with non-ASCII
+/// letters, so the list avoids names for which the order would matter.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -26,8 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path. A name of more than 256 characters is the only name in its path, because some systems
-/// create the parent keys before they reject such a name.
+/// Returns a path of up to three names. A name of more than 256 characters gets a path of its own, because
+/// some systems create the parent keys before they reject such a name.
 Text path(Trace& trace)
 {
     Text path = name(trace);
@@ -91,14 +91,14 @@ public:
 
         if (call == u"create") {
             status = RegCreateKeyExW(handle, wide(subKey), 0, nullptr, 0, access, nullptr, &opened, &number);
-            number = subKey.empty() ? 0 : number; // systems differ for an empty path
+            number = subKey.empty() ? 0 : number; // for an empty path, results differ
         } else if (call == u"open") {
             status = RegOpenKeyExW(handle, subKey.empty() ? nullptr : wide(subKey), 0, access, &opened);
         } else if (call == u"set") {
             status = RegSetValueExW(handle, value, 0, type, out, size - 2);
         } else if (call == u"query") {
             status = RegQueryValueExW(handle, value, nullptr, &type, out, number == 0 ? nullptr : &size);
-            size = status == ERROR_INVALID_HANDLE ? 0 : size; // systems differ for invalid handles
+            size = status == ERROR_INVALID_HANDLE ? 0 : size; // for an invalid handle, sizes differ
         } else if (call == u"sub-key") {
             size /= 2; // characters
             status = RegEnumKeyExW(handle, number, text, &length, nullptr, reinterpret_cast<wchar_t*>(out),
@@ -106,7 +106,7 @@ public:
         } else if (call == u"value") {
             status = RegEnumValueW(handle, number, text, &length, nullptr, &type, out, &size);
         } else if (call == u"info" && (key.access & KEY_QUERY_VALUE) != 0) {
-            // Systems differ if the handle lacks KEY_QUERY_VALUE.
+            // Without KEY_QUERY_VALUE, the result depends on the system.
             status = RegQueryInfoKeyW(handle, text, &length, nullptr, &counts[0], &counts[1], &counts[2],
                                       &counts[3], &counts[4], &counts[5], nullptr, nullptr);
         } else if (call == u"delete value") {
@@ -115,8 +115,8 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status = RegDeleteTreeW(handle, wide(subKey)); // systems differ in the keys left after a failure
-            status = subKey.empty() ? status != ERROR_SUCCESS : status; // systems differ for an empty path
+            status = RegDeleteTreeW(handle, wide(subKey)); // after a failure, different keys remain
+            status = subKey.empty() ? status != ERROR_SUCCESS : status; // for an empty path, results differ
         } else if (call == u"close" && !isRoot) {
             const HKEY closed = key.handle.release();
             status = RegCloseKey(closed);

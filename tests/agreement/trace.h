@@ -60,8 +60,7 @@ private:
 };
 
 /// Compares the traces of some calls with their stored digests, for several seeds. If RKUINFO_STRESS is set,
-/// uses seeds without stored digests and only writes the traces to files, so that the traces of two systems
-/// can be compared.
+/// instead writes the traces for other seeds to files, so that the traces of two systems can be compared.
 void expectAgreement(const std::string& area, void (*calls)(Trace& trace));
 
 } // namespace agreement

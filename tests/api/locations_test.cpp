@@ -23,7 +23,8 @@ TarvoConfig::Error startNorvik()
     return InitVelaConfig(nullptr, nullptr, L"en-US", nullptr);
 }
 
-/// Each function's path is `added` appended to the path in row number `below`; -1 means a system folder.
+/// Each function's path is the path in row number `below` followed by `added`; if `below` is -1, a system
+/// folder followed by `added`.
 const struct
 {
     PathFunction folder;

@@ -59,7 +59,7 @@ TEST(ProgramPaths, HaveTheLimitsOfThePlatform)
         const Patch pretended = pretendExecutable(folder(length) + "cad.exe");
         EXPECT_EQ(GetResourceDllPath(std::array<wchar_t, 1024>().data(), 1024), length == 252 ? 259U : 0U);
     }
-    for (const std::size_t length : {1015U, 1016U}) { // the executable's path has at most 1022 characters
+    for (const std::size_t length : {1015U, 1016U}) { // the path can have at most 1022 characters
         const Patch pretended = pretendExecutable(folder(length) + "cad.exe");
         wchar_t out[1100] = L"#";
         EXPECT_EQ(GetHelpFilePath(out, 1100), length == 1015 ? 1025 : 0);

@@ -5,8 +5,8 @@ namespace {
 
 using enum TarvoConfig::Error;
 
-/// Returns the output of tree() that is expected after a successful call. Creates the keys with registry
-/// calls, and then removes them.
+/// Returns the expected output of tree() after a successful call. Creates the keys with registry calls, and
+/// then removes them.
 std::string provisioned(const std::string& profile, bool withCurrentProduct)
 {
     removeKey(HKEY_CURRENT_USER, acmeKey);

@@ -13,7 +13,7 @@
 #   <!-- body -->         The next block is the body of a function. One program that calls all these functions is
 #                         compiled and run.
 #   <!-- program -->      The next block is a program, which is compiled and run.
-# If TARGET is "host", PLACE is a build tree, whose folder package/ is packed into an archive in the home.
+# If TARGET is "host", PLACE is a build tree; its package/ folder is packed into an archive in the home folder.
 # If TARGET is "fresh", PLACE is the archive, and the machine has only the packages that the document installs.
 # If TARGET is "windows", PLACE is a build tree. Only the blocks marked <!-- file --> or <!-- windows --> are used.
 # Documents show the temporary home as /home/me: both paths have the same length, so lines break at the same places.

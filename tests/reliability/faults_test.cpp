@@ -1,6 +1,5 @@
-// Makes each call from the library to the system fail, one at a time, with each error that the call can
-// return. The library must then return a correct result or report the failure, and the registry must match
-// the result.
+// Makes the library's system calls fail, one at a time, each with every error that the call can return. The
+// library must then return a correct result or report the failure, and the registry must match the result.
 #include "store/store.h"
 
 #include <io.h>
@@ -17,8 +16,8 @@ namespace {
 
 constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // for a failed allocation, which may make the library throw
 
-/// The fault of the current run: one of the errors in a list that contains, for each call in turn, all errors
-/// that the call can return. `function` is null if no call fails.
+/// The fault of the current run. The list of faults contains all errors of the first call, then all errors of
+/// the second call, and so on. `function` is null if no call fails.
 struct Fault
 {
     std::size_t place = SIZE_MAX; ///< the fault's index in the list
@@ -112,8 +111,8 @@ void breakAll()
 enum Writing
 {
     eAtOnce,     ///< makes no changes if it fails
-    eInSteps,    ///< may make only some changes if it fails
-    eAsAllowable ///< may make only some changes, even if it succeeds
+    eInSteps,    ///< if it fails, some changes may have been made
+    eAsAllowable ///< may omit some changes, even if it succeeds
 };
 
 struct Scenario
@@ -214,7 +213,7 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Returns true if making all, some or none of the changes from `before` to `after` results in `now`.
+/// Returns true if `now` contains all, some or none of the changes from `before` to `after`.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };

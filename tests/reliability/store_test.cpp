@@ -99,7 +99,7 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
-/// For i from `number` + 1 on, sets value number i % 8 to -i until this fails. Prints i after each success,
+/// Sets value i % 8 to -i, for i from `number` + 1 upwards, until this fails. Prints i after each success,
 /// and the negated error code at the end.
 LSTATUS setOn(int number)
 {
@@ -211,8 +211,8 @@ int openFile(const std::string& suffix)
     return open(storeFile(suffix).c_str(), O_RDWR | O_CREAT, 0600);
 }
 
-/// Opens the store's file and its index. If `byte` is 0, closes both files; otherwise, locks the byte in both
-/// files until the process exits. If `byte` is 1, locks all bytes from there to the end.
+/// Opens the store's file and its index. If `byte` is 0, closes both files. Otherwise, locks that byte of
+/// both files until the process exits; if `byte` is 1, locks all later bytes too.
 LSTATUS openStore(int byte)
 {
     int result = 0;
@@ -335,7 +335,7 @@ public:
     }
     ~Process()
     {
-        // Processes that were started later have inherited the socket, so close() is not enough.
+        // close() is not enough, because processes started since then have inherited the socket.
         shutdown(m_talk, SHUT_RDWR);
         close(m_talk);
         int status = 0;
@@ -534,7 +534,7 @@ TEST(Host, RefusesFilesThatAreNotLibraries)
 
 // ---- Many processes
 
-/// Returns what get() must return for values 0 to 7. `last` is the number that setOn() stored last.
+/// Returns what get() must return for values 0 to 7. `last` is the last number that setOn() stored.
 std::string givenAfter(int last)
 {
     std::string given;

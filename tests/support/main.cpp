@@ -1,4 +1,4 @@
-// The main function of every test program. A process runs a single case, because start-up happens once per
+// The main function of every test program. Each process runs a single case, because start-up happens once per
 // process. The case starts with an empty scratch folder, home and registry.
 #include "support/child.h"
 

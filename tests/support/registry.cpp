@@ -83,7 +83,7 @@ std::string tree(HKEY root, const std::string& path)
 {
     const OwnedKey key = openKey(root, path);
     std::string lines = key == nullptr ? "" : '[' + path + "]\n";
-    constexpr DWORD size = 16384; // a value name has at most 16,383 characters
+    constexpr DWORD size = 16384; // a value name can have at most 16,383 characters
     static wchar_t name[size];
     for (const bool values : {true, false}) {
         for (DWORD i = 0, length = size; enumerate(values, key.get(), i, name, &length) == ERROR_SUCCESS;

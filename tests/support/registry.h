@@ -33,7 +33,7 @@ RawValue dword(std::uint32_t number);
 
 /// Opens a key; returns null if that fails.
 OwnedKey openKey(HKEY root, const std::string& path, REGSAM access = KEY_READ);
-/// Opens a key, which it creates if necessary; returns null on failure.
+/// Opens a key, and creates it if necessary; returns null on failure.
 OwnedKey makeKey(HKEY root, const std::string& path);
 void removeKey(HKEY root, const std::string& path);
 

@@ -70,8 +70,8 @@ Text decode(std::string_view bytes)
     return bytes.find('\0') == std::string_view::npos ? winhost::fromUtf8(bytes) : Text();
 }
 
-/// The first section that is returned has no name; it contains the entries that precede the first section of
-/// the file. A line that begins with '[' is an entry if it contains no ']'.
+/// The first section returned has no name; it contains the entries that precede the file's first section. A
+/// line that begins with '[' is an entry if it contains no ']'.
 std::vector<Section> parse(TextView text)
 {
     std::vector<Section> sections(1);

@@ -367,8 +367,8 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name)
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;
     }
-    // A null name opens the executable. dlsym also finds functions in the module's dependencies, which the
-    // comparison of the handles rejects.
+    // A null name opens the executable. dlsym also finds functions in the module's dependencies; the
+    // comparison of the handles rejects them.
     const std::string file = code == executable() ? std::string() : hostCodeFile(code);
     const Library library(dlopen(file.empty() ? nullptr : file.c_str(), RTLD_LAZY | RTLD_NOLOAD));
     void* const found = library && name != nullptr ? dlsym(library.get(), name) : nullptr;

@@ -1,4 +1,4 @@
-// The compiler includes this file before each source of libc++.
+// The compiler includes this file before each source file of libc++.
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>

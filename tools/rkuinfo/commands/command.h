@@ -1,6 +1,6 @@
-// A new command needs one file in this folder, with its syntax, help and function, and one line in
-// CMakeLists.txt; CONTRIBUTING.md has an example. The table in command_line.cpp has a row for each word of
-// the syntax; words in brackets are optional.
+// A new command needs a file in this folder (its syntax, help and function) and a line in CMakeLists.txt;
+// CONTRIBUTING.md has an example. The table in command_line.cpp has a row for each word of the syntax; words
+// in brackets are optional.
 #pragma once
 
 #include "model/installation.h"

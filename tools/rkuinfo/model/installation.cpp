@@ -59,8 +59,8 @@ std::string sourceName(const uinfo::Finding& finding)
                                                 : "the default";
 }
 
-/// Returns the reason for which start-up rejects a name, or an empty string if it accepts the name. If a key
-/// cannot be opened, the library treats the value as absent; this function reports it as unreadable.
+/// Returns why start-up rejects a name, or an empty string if it accepts the name. If a key cannot be opened,
+/// the library treats the value as absent; this function reports it as unreadable.
 std::string problemOf(const uinfo::Finding& finding, const Text& key)
 {
     constexpr const char* words[] = {

@@ -1,6 +1,6 @@
 // Finds the names that start-up would choose for an application. Reads the application's folder and the
-// registry. Does not start the library: start-up records the names, may show a message box, and reads only
-// the process's own folder.
+// registry. Does not start the library, because start-up records the names, may show a message box, and reads
+// only the process's own folder.
 #pragma once
 
 #include "installation/choices.h"

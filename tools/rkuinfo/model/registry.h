@@ -1,7 +1,7 @@
 // The current user's registry. These functions call the system directly, because the library's functions do
 // not report why they fail. Export, import and diff use a Tree, which contains a key and everything below it.
 //
-// No command except provision starts the library, because start-up records the names that it chooses.
+// Start-up records the names that it chooses, so only the command provision starts the library.
 #pragma once
 
 #include "text/text.h"
@@ -42,7 +42,7 @@ struct ValueType
 extern const std::vector<ValueType> valueTypes;
 /// Returns null if there is no such type.
 const ValueType* typeNamed(std::string_view name);
-/// Returns the type in which an application reads the value; null if no application can read it.
+/// Returns the type that the value has for an application; null if no application can read it.
 const ValueType* typeOf(const Value& value);
 
 /// Returns the data in the format of `rkuinfo get`, or in hexadecimal if applications cannot read the value.
@@ -112,8 +112,8 @@ struct LessName
 using Tree = std::map<Name, Value, LessName>;
 
 /// Reads a key, its values and the names of its sub-keys. If `isDeep` is true, also reads everything below
-/// the key. Returns an empty tree if the key does not exist. Throws a Failure if something cannot be read; if
-/// `losses` is not null, appends the problem to `losses` instead and continues.
+/// the key. Returns an empty tree if the key does not exist. If something cannot be read, throws a Failure
+/// or, if `losses` is not null, appends the problem to it and continues.
 Tree readTree(const Text& path, bool isDeep = true, Losses* losses = nullptr);
 
 /// A change from an imported file: stores a value, creates a key, or removes a value or key.

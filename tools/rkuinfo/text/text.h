@@ -48,7 +48,7 @@ bool containsIgnoringCase(TextView text, TextView part);
 constexpr int exitFailed = 1;
 constexpr int exitUsage = 2;
 
-/// An error that ends the command. The message contains the problem and, after a semicolon, the fix.
+/// An error that ends the command. The message states the problem and, after a semicolon, the fix.
 class Failure : public std::runtime_error
 {
 public:
