@@ -82,7 +82,7 @@ void write(benchmark::State& state)
     }
 }
 
-/// Measures the cost per value of iterating over a key.
+/// Measures what iterating over a key costs for each value.
 void enumerate(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();
@@ -99,7 +99,7 @@ void enumerate(benchmark::State& state)
     }
 }
 
-/// Measures the removal of a value. Pauses the timer while it writes the value back.
+/// Measures the removal of a value. Writes the value back, with the timer paused.
 void remove(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();

@@ -17,7 +17,7 @@ struct Pair
     double limit = 0; // upper limit of the ratio ours / other; 0 means no limit
     std::function<void()> ours;
     std::function<void()> other;
-    double differenceLimit = 0; // upper limit of ours - other in nanoseconds; 0 means no limit
+    double differenceLimit = 0; // upper limit of `ours - other`, in nanoseconds; 0 means no limit
 };
 
 /// Measures the pairs whose row contains the string `filter`, and writes one JSON object per line. Times are

@@ -17,7 +17,7 @@ inline constexpr wchar_t framesPath[] = L"Display/Frames";
 inline constexpr wchar_t framesName[] = L"Frames";
 inline constexpr int entryCount = 1000; // number of values in Display, including Frames
 
-/// Starts up as a product other than the default, which needs no uninstall entry.
+/// Starts up as a product other than the default; such a product needs no uninstall entry.
 inline TarvoConfig& start()
 {
     require(InitVelaConfig(L"Acme", L"Widget", L"en-US", nullptr) == TarvoConfig::eOk, "InitVelaConfig");

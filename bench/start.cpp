@@ -1,4 +1,5 @@
-// A client that starts the library. With an argument, it also creates its tree and prints its memory usage.
+// A client that starts the library. With an argument, the program also creates its tree and prints its memory
+// usage.
 #include "memory.h"
 #include "settings.h"
 

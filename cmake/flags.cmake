@@ -11,7 +11,8 @@ else()
     -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wcast-align -Wold-style-cast
     -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2)
 endif()
-# Keeps the build machine's paths out of the compiled files. The last map that matches a path applies.
+# Keeps the build machine's paths out of the compiled files. If several maps match a path, the last of them
+# applies.
 set(path_maps -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
 if(NOT MSVC)
   list(APPEND flags ${path_maps})

@@ -7,8 +7,8 @@ function(need debian package)
   endif()
 endfunction()
 
-# need_program(<Debian package> <variable> <program>): calls find_program, and reports a missing program in the
-# same way.
+# need_program(<Debian package> <variable> <program>): calls find_program, and reports a missing program in
+# the same form.
 function(need_program debian variable program)
   find_program(${variable} ${program})
   if(NOT ${variable})

@@ -99,11 +99,11 @@ RKUINFO_API unsigned long GetVelaProgramName(wchar_t* const buffer);
 RKUINFO_API const wchar_t* GetCurrentLanguageShortName();
 /// Returns TarvoLanguage::globalName of the current language, or "unknown" before start-up.
 RKUINFO_API const wchar_t* GetCurrentLanguageGlobalName();
-/// Returns TarvoLanguage::localName of the current language; null while it cannot be loaded.
+/// Returns TarvoLanguage::localName of the current language; null while the language cannot be loaded.
 RKUINFO_API const wchar_t* GetCurrentLanguageLocalName();
 /// Writes the current language's resource folder, without a trailing backslash. size must be at least the
-/// path's length + 3, and large enough for the executable's path, which the function writes to buffer
-/// first. After a failure, buffer may contain part of a path.
+/// path's length + 3. It must also be large enough for the executable's path, because the function first
+/// writes that path to buffer. After a failure, buffer may contain part of a path.
 RKUINFO_API unsigned long GetResourceDllPath(wchar_t* buffer, unsigned long size);
 /// Writes the path of folderName in the program folder; buffer and size are as for the function above.
 RKUINFO_API unsigned long GetResourceDllPath(const wchar_t* folderName, wchar_t* buffer, unsigned long size);

@@ -1,5 +1,6 @@
 # Builds the benchmarks with optimisation and runs them. Writes the figures for the first two tables of
-# docs/PERFORMANCE.md to build/bench/results.json, and those for the large store and the plot to build/bench/scale.json.
+# docs/PERFORMANCE.md to build/bench/results.json. Writes the figures for the large store and the plot to
+# build/bench/scale.json.
 
 bench=$PWD/build/bench
 bench_run=$bench/run # the measured programs write their files here
@@ -28,14 +29,15 @@ loop() {
     "${@:1:$#-3}" "$bench/bin/bench_loop" "${@: -3}" "$bench_run/loop"
 }
 
-# Prints how many instructions the given number of getValue calls execute, excluding those in registry functions.
+# Prints the number of instructions that the given number of getValue calls execute. Instructions in registry
+# functions are not counted.
 own_instructions() {
     loop valgrind --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect='TarvoConfig::getValue*' \
         --toggle-collect='Reg*' ours read "$1" 2>&1 | sed -n 's/.*Collected : //p'
 }
 
-# cache_misses LEVEL STORE COUNT: prints the D1 or LL cache misses while reading 1,000 values in turn, for a processor
-# with 32 KB of first-level and 512 KB of last-level cache.
+# cache_misses LEVEL STORE COUNT: reads 1,000 values in turn, and prints the D1 or LL cache misses of a
+# processor with 32 KB of first-level and 512 KB of last-level cache.
 cache_misses() {
     loop valgrind --tool=cachegrind --cache-sim=yes --cachegrind-out-file=/dev/null --I1=32768,8,64 --D1=32768,8,64 \
         --LL=524288,8,64 "$2" turn "$3" 2>&1 | sed -n "s/.*$1 *misses: *\([0-9,]*\).*/\1/p" | tr -d ,
@@ -46,7 +48,8 @@ calls_of() {
     strace -f -o "$bench_run/calls" "$@" >/dev/null && grep -c = "$bench_run/calls"
 }
 
-# Compares the processor time of durable writes with SQLite's in 11 pairs of runs, and prints the median percentage.
+# Makes 11 pairs of runs to compare the processor time of durable writes with that of SQLite, and prints the
+# median percentage.
 write_percent() {
     for _ in {1..11}; do
         echo $((100 * $(loop ours write 20000) / $(loop sqlite write 20000)))

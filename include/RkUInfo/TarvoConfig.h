@@ -192,8 +192,8 @@ private:
     wchar_t* m_companyName;
     wchar_t* m_profileNameCmdLineInfo;
     TarvoLanguage m_language;
-    wchar_t* m_rootPath;        // 1024 characters, null until the company is known
-    wchar_t* m_versionRootPath; // 1024 characters, null until the product is known
+    wchar_t* m_rootPath;        // a buffer of 1024 characters; null until the company is known
+    wchar_t* m_versionRootPath; // a buffer of 1024 characters; null until the product is known
     std::int32_t m_initialized;
 };
 

@@ -149,7 +149,7 @@ public:
     /// Returns the recorded size: the number of data bytes plus 4. Returns 0 if there is no block.
     std::int32_t blockSize() const noexcept { return recordedSize(m_data); }
 
-    /// Allocates a block with uninitialised data, which the caller must release with free. A size of 1 or
+    /// Allocates a block with uninitialised data. The caller must release the block with free. A size of 1 or
     /// more is the number of data bytes, whatever the type. Otherwise allocates 4 bytes for eInt and 8 for
     /// eInt64 and eDouble, returns null for eNull, and throws code 3 for other types. Throws code 6 if the
     /// allocation fails.

@@ -5,9 +5,9 @@
 
 namespace uinfo {
 
-/// Returns the library, or null if it cannot be loaded. The first call searches for the library in
-/// the same places as LoadResourceDll and loads it. After a failure, the next call tries again. May be called
-/// from any thread.
+/// Returns the library, or null if it cannot be loaded. The first call loads the library, after searching for
+/// it in the same places as LoadResourceDll. After a failure, the next call tries again. May be called from
+/// any thread.
 HINSTANCE languageResources();
 
 /// Unloads the library if it is loaded.

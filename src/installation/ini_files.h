@@ -10,8 +10,8 @@ namespace uinfo {
 // Results: eOk; eNotFound for an unreadable file, a missing or empty entry, or a negative number;
 // eInvalidInput for an empty program folder or a path of more than 1022 characters.
 
-/// Builds the path of a file in programFolder, which ends with a separator. Returns false if the
-/// folder is empty or the path is too long; on failure, `path` may contain the folder.
+/// Builds the path of a file in programFolder, which must end with a separator. Returns false if the folder
+/// is empty or the path is too long; on failure, `path` may contain the folder.
 bool iniFilePath(const wchar_t* programFolder, const wchar_t* fileName, BoundedText& path);
 
 /// Reads at most capacity - 2 characters. If the file cannot be read, out is unchanged.

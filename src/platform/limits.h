@@ -1,5 +1,5 @@
-// The limits on names and paths, in characters. A capacity includes the terminator; a constant whose name
-// begins with "longest" does not.
+// The limits on names and paths, in characters. A capacity includes the terminator. A constant whose name
+// begins with "longest" is a length without the terminator.
 #pragma once
 
 #include <cstddef>

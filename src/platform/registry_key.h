@@ -27,7 +27,7 @@ public:
 
     /// Reads a value of any type as a string. Reads at most out.capacity() - 1 characters, because the
     /// stored data may lack a terminator. If the number of bytes is odd, the last byte counts as a character.
-    /// If the value is too long, returns ERROR_MORE_DATA. A failure clears out.
+    /// If the value is too long, returns ERROR_MORE_DATA. On failure, `out` is cleared.
     LSTATUS queryText(const wchar_t* valueName, BoundedText& out, DWORD& type) const;
     /// Writes a REG_SZ value, including the terminator.
     bool setString(const wchar_t* valueName, const wchar_t* text) const;

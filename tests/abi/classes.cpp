@@ -1,4 +1,4 @@
-// Uses every public class, so that the compiler dumps its layout and its virtual table.
+// Uses every public class, so that the compiler dumps the layout and virtual table of each class.
 #include <RkUInfo.h>
 
 void layOut(ITarvoProduct& product, VelaCrashRecorder& recorder, const RkException* root,

@@ -19,7 +19,8 @@ namespace fs = std::filesystem;
 using namespace agreement;
 using namespace testing_support;
 
-/// Returns up to four components, each followed by a separator, and usually one more component.
+/// Returns up to four components, each followed by a separator, and usually a last component without a
+/// separator.
 Text relativePath(Trace& trace, std::u16string_view components, std::u16string_view separators,
                   std::u16string_view last)
 {

@@ -54,7 +54,7 @@ public:
         makeRoot();
     }
 
-    /// Chooses random arguments for all calls, makes one call, and records its result and output.
+    /// Chooses random arguments, makes one random call, and records its result and output.
     void call()
     {
         static constexpr REGSAM rights[] = {

@@ -60,7 +60,7 @@ private:
 };
 
 /// Compares the traces of some calls with their stored digests, for several seeds. If RKUINFO_STRESS is set,
-/// instead writes the traces for other seeds to files, so that the traces of two systems can be compared.
+/// writes the traces for other seeds to files instead, so that the traces of two systems can be compared.
 void expectAgreement(const std::string& area, void (*calls)(Trace& trace));
 
 } // namespace agreement

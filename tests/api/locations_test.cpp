@@ -23,8 +23,8 @@ TarvoConfig::Error startNorvik()
     return InitVelaConfig(nullptr, nullptr, L"en-US", nullptr);
 }
 
-/// Each function's path is the path in row number `below` followed by `added`; if `below` is -1, a system
-/// folder followed by `added`.
+/// Each function's path ends with `added`. The part before it is the path in the row with the index `below`
+/// or, if `below` is -1, a system folder.
 const struct
 {
     PathFunction folder;

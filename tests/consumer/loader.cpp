@@ -1,4 +1,4 @@
-// A program that is not linked with the library, but loads and unloads a module that is.
+// A program that is not linked with the library, but loads and unloads a module that is linked with it.
 #define RKUINFO_NOT_LINKED
 #include "consumer.h"
 

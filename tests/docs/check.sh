@@ -62,7 +62,8 @@ make_clone() {
     [ "$target" = host ] || ln -s "$root/build/wine" rkuinfo/build/wine
 }
 
-# The documents install packages with sudo. Unless TARGET is "fresh", the packages are already installed.
+# The commands in the documents use sudo to install packages. Unless TARGET is "fresh", the packages are
+# already installed.
 sudo() {
     [ "$target" != fresh ] || "$@"
 }

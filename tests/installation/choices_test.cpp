@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Prints each source and its state, then the chosen name or "-". Omits an argument that is absent.
+/// Prints each source and its state, then the chosen name or "-". Omits absent arguments.
 std::string print(const uinfo::Choice& choice)
 {
     constexpr const char* answers[] = {

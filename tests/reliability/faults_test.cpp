@@ -21,7 +21,7 @@ constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // for a failed allocation, which 
 struct Fault
 {
     std::size_t place = SIZE_MAX; ///< the fault's index in the list
-    std::size_t passed = 0;       ///< the index of the next call's first error
+    std::size_t passed = 0;       ///< the index of the first error of the next call
     const char* function = nullptr;
     DWORD error = 0;
 } fault;
@@ -49,7 +49,7 @@ void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module =
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
 
-/// Patches every function that the library calls between loading and unloading.
+/// Patches every function that the library calls after it is loaded and before it is unloaded.
 void breakAll()
 {
     const std::vector<DWORD> registry = {
@@ -378,8 +378,8 @@ TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
 {
     // GetProcAddress returns this function for RegDeleteTreeW. Its call of RegDeleteTreeW can be patched.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
-    // Called if no fault is injected: these functions count open searches, and replace calls that must not
-    // reach the system.
+    // These functions are called if no fault is injected. They count open searches, and replace calls that
+    // must not reach the system.
     const Patch below[] = {
         intercept<"ExitProcess", void(UINT)>([](auto, UINT exitCode) { throw exitCode; }),
         intercept<"MessageBoxW", decltype(MessageBoxW)>([](auto...) { return IDYES; }),

@@ -227,7 +227,7 @@ LSTATUS openStore(int byte)
     return result;
 }
 
-/// Reads the store with the program's own SQLite, and closes it in the next call.
+/// Reads the store with the program's own SQLite. The next call closes the store.
 LSTATUS useSqlite(int)
 {
     static sqlite3* database = nullptr;

@@ -22,8 +22,8 @@ struct FullPath
 /// than Z:.
 std::optional<FullPath> parsePath(TextView path);
 
-/// Finds the host file of a path. Each component must match a name exactly, or ignoring case if there is no
-/// exact match. Returns nothing and sets the last error if no file matches.
+/// Finds the host file of a path. Each component must match a name. If there is no exact match, case is
+/// ignored. Returns nothing and sets the last error if no file matches.
 std::optional<std::string> findOnHost(const FullPath& path);
 std::optional<std::string> findOnHost(TextView path);
 

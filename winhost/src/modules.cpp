@@ -1,6 +1,6 @@
 // Modules. The handle of an ELF file that is loaded as code is its load address, even if LoadLibraryExW did
-// not load it. Only the resources of a PE file can be read; its handle is the address of the file's bytes in
-// memory.
+// not load it. The only parts of a PE file that can be read are its resources. The handle of the file is the
+// address of its bytes in memory.
 #include "modules.h"
 
 #include "host_path.h"
@@ -182,7 +182,7 @@ std::optional<std::string> findModuleFile(TextView name)
 }
 
 /// Adds a reference to a module. Returns false if the module has been unloaded. References are counted only
-/// for modules that LoadLibraryExW loaded, because FreeLibrary never unloads others.
+/// for modules that LoadLibraryExW loaded, because FreeLibrary never unloads any other module.
 bool addReference(HMODULE module)
 {
     {

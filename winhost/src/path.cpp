@@ -75,8 +75,9 @@ Text canonical(TextView path)
     return result;
 }
 
-/// Appends the relative path `more` to `path`. Returns nothing if the joined path would be too long. Returns
-/// the other argument if one is empty, or `more` if it is a full path, in each case cut to 259 characters.
+/// Appends the relative path `more` to `path`. Returns nothing if the joined path would be too long. If one
+/// argument is empty, returns the other; if `more` is a full path, returns `more`. In both cases the result
+/// is cut to 259 characters.
 std::optional<Text> combined(TextView path, TextView more)
 {
     constexpr std::size_t longest = MAX_PATH - 1;

@@ -70,7 +70,7 @@ public:
         return {};
     }
 
-    /// Returns the resource directory from its root to the end of its section.
+    /// Returns the resource directory: the bytes from its root to the end of the section that contains it.
     Bytes resources() const
     {
         constexpr std::uint32_t magic64 = 0x20B;

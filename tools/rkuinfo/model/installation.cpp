@@ -204,7 +204,8 @@ Text Installation::path(TarvoConfig::Path subtree) const
 std::vector<Origin> Installation::origins() const
 {
     std::vector<Origin> all;
-    // `choose` stops at the first source that contains a name, so each pass hides one more source from it.
+    // `choose` stops at the first source that contains a name, so each pass hides one more source from
+    // `choose`.
     const auto read = [&](const char* name, const uinfo::Choice& used, const wchar_t* given, const Text& root,
                           const auto& choose) {
         for (const Source source : {Source::argument, Source::registry, Source::iniFile, Source::builtIn}) {

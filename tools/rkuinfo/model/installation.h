@@ -43,7 +43,7 @@ struct LanguageState
     std::string other = {};                       ///< if the library is for another language, that language
 
     std::string name() const { return utf8(record.shortName); }
-    /// Returns the reason why the language is not installed; empty if it is.
+    /// Returns the reason why the language is not installed; empty if it is installed.
     std::string whyNot() const;
 };
 

@@ -62,8 +62,8 @@ std::string bytesOf(Number number)
 /// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
-/// Calls `read`. Catches a Failure and appends its problem to `losses`, unless `losses` is null or the
-/// command line is wrong.
+/// Calls `read`. Catches a Failure and appends its problem to `losses`. Does not catch it if `losses` is null
+/// or the command line is wrong.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {

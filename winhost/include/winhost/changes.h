@@ -1,4 +1,4 @@
-// Registry transactions that span many calls, which Windows does not have. A program that also runs on
+// Registry transactions that span many calls. Windows has no such transactions. A program that also runs on
 // Windows looks up both functions with GetProcAddress(GetModuleHandleW(L"advapi32.dll"), ...). On Windows,
 // where the look-up fails, the program makes its changes without a transaction.
 #pragma once
