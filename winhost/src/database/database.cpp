@@ -469,7 +469,7 @@ LSTATUS open(bool forWriting)
         return connect(eNew, true);
     }
     require(file.st_ino != 0, statusOfErrno(ERROR_CANTOPEN));
-    require(file.st_uid == geteuid() && statusOfFile(own.folder).st_uid == geteuid(), ERROR_ACCESS_DENIED);
+    require(file.st_uid == geteuid() && file.st_uid == statusOfFile(own.folder).st_uid, ERROR_ACCESS_DENIED);
     LSTATUS status = connect(eWritable, forWriting);
     if (status == ERROR_ACCESS_DENIED || status == ERROR_DISK_FULL || status == ERROR_CANTOPEN) {
         own.whyReadOnly = std::exchange(status, connect(eReadOnly, false));

@@ -31,7 +31,7 @@ bool isClosing = false;
 
 bool isLost(int file)
 {
-    return lseek(file, 0, SEEK_CUR) != mark;
+    return file < 0 || lseek(file, 0, SEEK_CUR) != mark;
 }
 
 /// Must not throw: its caller is SQLite, which is written in C.
