@@ -79,17 +79,18 @@ int controlFile(int file, int command, ...)
     return fcntl(file, command == F_SETLK ? F_OFD_SETLK : F_OFD_GETLK, argument);
 }
 
-/// Replaces SQLite's pwrite. SQLite writes one byte to allocate a page of the log's index; this function
-/// allocates the whole page. Otherwise a later write to the mapped page would raise a signal if the disk is
-/// full and its blocks are smaller than pages.
+/// Replaces SQLite's pwrite. To allocate a region of the log's index, SQLite writes the last byte of each
+/// page; this function allocates the whole region at the last page. Otherwise a later write to the mapped
+/// region would raise a signal if the disk is full and its blocks are smaller than pages.
 ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 {
-    constexpr off_t page = 4096;
+    constexpr off_t region = 32768;
     if (size != 1 || file != numbers[eIndex]) {
         return pwrite(file, data, size, at);
     }
-    errno = posix_fallocate(file, at / page * page, page);
-    return errno == 0 ? static_cast<ssize_t>(size) : -1;
+    const off_t end = at + 1;
+    errno = end % region == 0 ? posix_fallocate(file, end - region, region) : 0;
+    return errno == 0 ? 1 : -1;
 }
 
 /// Clears the header of the log's index before SQLite removes the index. A child, or a process that has
