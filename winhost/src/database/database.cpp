@@ -239,10 +239,13 @@ std::int32_t generationOfFile(int file = descriptor(eContent))
 LSTATUS logStatus()
 {
     const std::uint64_t version = contentVersion();
+    const std::int32_t generation = generationOfFile();
+    if (version != 0 && version == own.version && generation == own.generation) {
+        return ERROR_SUCCESS; // unchanged since the last check or commit
+    }
     if (isLogReplaced()) {
         return ERROR_LOCK_FAILED;
     }
-    const std::int32_t generation = generationOfFile();
     const auto isGeneration = [generation](const char* sql) {
         Query query(sql);
         return query.next() && query.number(0) == generation;
@@ -266,9 +269,7 @@ LSTATUS setGeneration(std::int32_t last)
 /// Stores a new generation number if the next write starts a new log. Call this in a write transaction.
 void beginLog()
 {
-    const bool isKnown =
-        own.version != 0 && own.version == contentVersion() && own.generation == generationOfFile();
-    check(isKnown ? ERROR_SUCCESS : logStatus());
+    check(logStatus());
     showVersion(); // a mapping that failed before may succeed now
     if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
         own.generation = generationOfFile(); // other processes cannot change it during the transaction
