@@ -304,11 +304,13 @@ Listing listing()
             folder.st_ctim.tv_nsec, file.st_dev,   file.st_ino};
 }
 
-/// Returns true if the path leads to the file that SQLite has opened, or if there is neither.
+/// Returns true if the file at the path is the one that SQLite has opened, or if there is neither. A link to
+/// the open file is another file, because SQLite would create the log next to the link's target.
 bool isAtPlace(const std::string& file, File which)
 {
-    const struct stat found = statusOfFile(file + suffixes[which]);
+    struct stat found = {};
     struct stat opened = {};
+    lstat((file + suffixes[which]).c_str(), &found);
     fstat(descriptor(which), &opened);
     return opened.st_dev == found.st_dev && opened.st_ino == found.st_ino;
 }
@@ -319,7 +321,8 @@ bool isMoved()
     const Listing now = listing();
     if (now != own.listing) { // a file created or deleted in the folder also changes the listing
         const bool isAt = isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
-                          isAtPlace(own.file, eIndex) && resolved(own.path) == own.file;
+                          isAtPlace(own.file, eIndex) &&
+                          (own.file == own.path || resolved(own.path) == own.file);
         own.listing = isAt ? now : Listing();
     }
     return own.listing == Listing();
