@@ -525,10 +525,10 @@ void prepare(bool forWriting)
     }
     if (own.database == nullptr || isStale(forWriting)) {
         check(retry([&] { // another process may be creating the store, or recovering it after a crash
-            if (own.database != nullptr && own.kind == eWritable) {
-                check(alone(own.folder, saveLog));
+            if (own.database != nullptr) {
+                check(own.kind == eWritable ? alone(own.folder, saveLog) : ERROR_SUCCESS);
+                disconnect();
             }
-            disconnect();
             return open(forWriting);
         }));
     }
