@@ -165,12 +165,12 @@ constexpr std::size_t pageSize = 4096;
 constexpr std::uint64_t noIndex[writtenAt] = {};
 std::atomic<const std::uint64_t*> page = noIndex; // points to noIndex while the version is unknown
 
-// The address at which the index or a page of zeros is mapped. This address is never unmapped,
-// because readers do not lock.
-void* const place = mmap(nullptr, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-// The address at which a page of the store's file is mapped. The mapping keeps the lock on the file after the
-// program has closed the descriptors; without the lock, other programs would remove the index.
-void* const filePlace = mmap(nullptr, pageSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+// The address at which the index is mapped, followed by a page of the store's file; otherwise two pages of
+// zeros. This address is never unmapped, because readers do not lock. The mapping of the file keeps the lock
+// on the file after the program has closed the descriptors; without the lock, other programs would remove the
+// index.
+void* const place = mmap(nullptr, 2 * pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+void* const filePlace = static_cast<char*>(place) + pageSize;
 
 // The number of files opened so far. contentVersion() adds it to the checksum of the index's header, because
 // all indexes of empty logs have the same checksum.
@@ -188,9 +188,8 @@ Number numberAt(std::size_t index)
 void unmapVersion()
 {
     page = noIndex;
-    for (void* const each : {place, filePlace}) {
-        static_cast<void>(mmap(each, pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0));
-    }
+    constexpr int flags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED;
+    static_cast<void>(mmap(place, 2 * pageSize, PROT_READ, flags, -1, 0));
 }
 
 /// Makes contentVersion read the index of the open log, unless SQLite could not allocate the index.
