@@ -28,11 +28,6 @@ bool isSame(const Lookup& a, const Lookup& b)
     return a.kind == b.kind && a.node == b.node && a.index == b.index && bytesOf(a.text) == bytesOf(b.text);
 }
 
-bool isPath(const Lookup& lookup)
-{
-    return lookup.kind == Lookup::ePath;
-}
-
 // ---- Fork: holds both locks, because the child cannot release a lock that another thread held
 
 database::Lock held;
@@ -113,8 +108,8 @@ const Result* Memory::recall(const Lookup& lookup, bool mayBeOutdated)
         return nullptr;
     }
     const Entry& entry = found->second;
-    const bool isValid =
-        mayBeOutdated ? entry.epoch >= m_changed : entry.epoch == m_epochs[isPath(lookup) ? 0 : 1];
+    const bool isValid = mayBeOutdated ? entry.epoch >= m_changed
+                                       : entry.epoch == m_epochs[lookup.kind == Lookup::ePath ? 0 : 1];
     return isValid ? &entry.result : nullptr;
 }
 
@@ -136,7 +131,7 @@ void Memory::remember(const Lookup& lookup, const Result& result)
         entry.lookup = lookup;
         entry.lookup.text = entry.text;
         entry.result = result;
-        entry.epoch = m_epochs[isPath(lookup) ? 0 : 1];
+        entry.epoch = m_epochs[lookup.kind == Lookup::ePath ? 0 : 1];
     } catch (const std::bad_alloc&) { // the result is not cached
     }
 }

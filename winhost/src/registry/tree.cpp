@@ -240,11 +240,9 @@ NodeId createPath(NodeId start, TextView path, bool& created)
 Result setValue(NodeId node, TextView name, DWORD type, std::string_view data)
 {
     const Result before = find({Lookup::eValue, name, 0, node});
-    require(before.status == ERROR_SUCCESS || before.status == ERROR_FILE_NOT_FOUND, before.status);
-    Result written{.type = type, .data = std::string(data), .name = before.name};
-    if (before.status != ERROR_SUCCESS) {
-        written.name = name;
-    }
+    const bool isNew = before.status == ERROR_FILE_NOT_FOUND;
+    require(isNew || before.status == ERROR_SUCCESS, before.status);
+    Result written{.type = type, .data = std::string(data), .name = isNew ? Text(name) : before.name};
     const std::string key = folded(name);
     const std::string_view created = bytesOf(written.name);
     Query("INSERT INTO vals(key, folded, name, type, data, sum) VALUES(?1, ?2, ?3, ?4, ?5, ?6)"
