@@ -327,7 +327,7 @@ bool isMoved()
     return own.listing == Listing();
 }
 
-/// Switches off copy-on-write on btrfs. With copy-on-write, each change of a mapped page needs new space, and
+/// Switches off copy-on-write on btrfs. With copy-on-write, each change to a mapped page needs new space, and
 /// if the disk is full, the change raises SIGBUS.
 void writeInPlace(const std::string& folder)
 {
@@ -491,8 +491,8 @@ bool isLogOf(const std::string& file)
            generationOfFile(found.number) == generationOfFile();
 }
 
-/// Rolls back a shared transaction. Writes the log back, unless the log belongs to the file that is now at
-/// the path, or the open file was deleted.
+/// Rolls back a shared transaction. Writes the log back, unless the log belongs to the file now at the path
+/// or the open file was deleted.
 LSTATUS saveLog()
 {
     if (own.isShared) {

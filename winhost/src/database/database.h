@@ -56,8 +56,8 @@ struct Content
 };
 extern const Content content;
 
-/// Returns a number that identifies the content, or 0 if that is unknown. The number is unchanged as long as
-/// no process has written. Does not lock and makes no system call.
+/// Returns a number that identifies the content, or 0 if that is unknown. The number stays the same until a
+/// process writes. Does not lock and makes no system call.
 std::uint64_t contentVersion();
 
 using Lock = std::unique_lock<std::mutex>;
@@ -83,7 +83,7 @@ private:
     bool m_isOver = false;
 };
 
-/// Returns the lock, which the caller holds until a fork is done. Undoes a shared transaction.
+/// Returns the lock, which the caller holds until a fork is done. Rolls back a shared transaction.
 Lock hold();
 /// Abandons the parent's connection. Called in the child of a fork.
 void forsake();

@@ -39,7 +39,7 @@ int openFile(const char* path, int flags, int mode)
 {
     static bool isLeased = false; // true if a lease of another process prevented the last open
     if (isLeased && (flags & O_ACCMODE) == O_RDONLY) {
-        errno = EWOULDBLOCK; // SQLite must not open the file read-only because of a lease
+        errno = EWOULDBLOCK; // a lease must not make SQLite open the file read-only
         return -1;
     }
     int file = -1;
@@ -94,7 +94,7 @@ ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 }
 
 /// Clears the header of the log's index before SQLite removes the index. A child, or a process that has
-/// closed its descriptors, may still map the index, and must not return cached results.
+/// closed its descriptors, may still have the index mapped, but must not return cached results.
 int removeFile(const char* path)
 {
     constexpr char header[96] = {};

@@ -1,9 +1,9 @@
 // The descriptors of the files that SQLite has open. A program may close descriptors that are not its own,
-// for example to become a daemon, and SQLite would then write to files that are opened later under the same
+// for example to become a daemon. SQLite would then write to files that are opened later under the same
 // numbers. Also, a process loses its POSIX locks on a file as soon as any of its code closes that file. So
 // this module replaces SQLite's open, close and fcntl with functions that recognise these descriptors. The
 // new fcntl sets locks that belong to the open file, not to the process. While SQLite closes the database,
-// the new close and fcntl ignore descriptors that now refer to other files. The module also replaces
+// these functions ignore descriptors that now refer to other files. The module also replaces
 // - pwrite, so that pages of the log's index are allocated on the disk before they are mapped;
 // - unlink, so that a process that still maps a removed index does not return cached results;
 // - mmap, so that the child of a fork does not share its parent's mappings of the index;

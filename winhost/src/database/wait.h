@@ -1,18 +1,18 @@
-// Limits the time that a transaction waits for other processes to 5 s. If a transaction has waited 5 s in
-// vain, the limit is 0.1 s for the next 10 s.
+// A transaction waits at most 5 s for other processes. After a transaction has reached this limit, the limit
+// is 0.1 s for 10 s.
 #pragma once
 
 #include <chrono>
 
 namespace winhost::database {
 
-/// Starts the time limit of this thread's transaction.
+/// Call this when this thread begins a transaction.
 void startWait();
 
 /// Pauses and returns true; returns false at once if the time limit has passed.
 bool wait(std::chrono::microseconds pause);
 
-/// Sets the limit to 5 s again.
+/// Resets the limit to 5 s.
 void allowWaits();
 
 } // namespace winhost::database

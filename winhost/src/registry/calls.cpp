@@ -17,8 +17,8 @@ void follow()
     memory.follow(database::contentVersion(), Memory::eOthers);
 }
 
-/// Looks up a key or value in the cache, otherwise in the store. If it is found, calls use(result) while
-/// `memory` is locked. Fails if the key was opened without a required access right.
+/// Looks up a key or value in the cache or, if it is not cached, in the store. If it is found, calls
+/// use(result) while `memory` is locked. Fails if the key was opened without a required access right.
 template <typename Use>
 LSTATUS lookUp(HKEY key, REGSAM needed, Lookup lookup, Use use)
 {

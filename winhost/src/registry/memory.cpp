@@ -41,7 +41,7 @@ void beforeFork()
 void afterFork()
 {
     memory.mutex.unlock();
-    // Empties `held` before the lock is released, because another thread may fork as soon as it is released.
+    // Empties `held` before the lock is released, because another thread may fork immediately afterwards.
     const database::Lock ended = std::move(held);
 }
 

@@ -47,7 +47,7 @@ public:
 private:
     struct Slot
     {
-        /// The slot's last handle. The upper half is a counter, the lower half is the slot's index times 4.
+        /// The slot's last handle. The upper half is a counter; the lower half is the slot's index times 4.
         std::uintptr_t handle;
         NodeId node; // 0: closed
         REGSAM access;
