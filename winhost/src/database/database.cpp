@@ -53,7 +53,8 @@ struct Connection
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
     LSTATUS whyReadOnly = ERROR_SUCCESS; // the error from opening the file for writing
-    std::int32_t generation = 0;         // the database file's last accepted generation
+    std::uint32_t generation = 0;        // the database file's last accepted generation
+    std::uint32_t attempt = 0;           // how many frames the log contained at the last call of writeBack()
     std::uint64_t version = 0;           // the content's version after the last check or commit; 0 if unknown
     bool isShared = false;
     bool isLeaving = false; // the process is exiting, so each call closes the store
@@ -211,9 +212,11 @@ void showVersion()
 
 // ---- The log
 //
-// A log contains changes to one state of the file, and may be applied only to that state. Therefore each
-// state has a random number, its generation, which is stored in SQLite's user_version. A log also stores, as
-// SQLite's application_id, the generation of the state to which it may be applied.
+// A log contains changes to one state of the file, and may be applied only to that state or to the file as it
+// is while the log is written back. Therefore the file's states have numbers, their generations, which are
+// stored in SQLite's user_version. The generations of one log differ only in the lowest 8 bits, which count
+// how often the log was written back. A log also stores, as SQLite's application_id, the generation of the
+// state to which it may be applied.
 
 /// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()
@@ -225,12 +228,21 @@ bool isLogReplaced()
             salts != numberAt<std::uint64_t>(saltsAt));
 }
 
-std::int32_t generationOfFile(int file = descriptor(eContent))
+constexpr std::uint32_t mostWrites = 0xFF;
+
+std::uint32_t generationOfFile()
 {
     constexpr off_t inFile = 60;
     std::uint32_t number = 0;
-    static_cast<void>(pread(file, &number, sizeof number, inFile));
-    return static_cast<std::int32_t>(__builtin_bswap32(number));
+    static_cast<void>(pread(descriptor(eContent), &number, sizeof number, inFile));
+    return __builtin_bswap32(number);
+}
+
+std::uint32_t storedNumber(const char* pragma)
+{
+    Query query(pragma);
+    require(query.next());
+    return static_cast<std::uint32_t>(query.number(0));
 }
 
 /// Returns ERROR_REGISTRY_CORRUPT if the log belongs to another file, and ERROR_LOCK_FAILED while other
@@ -238,18 +250,16 @@ std::int32_t generationOfFile(int file = descriptor(eContent))
 LSTATUS logStatus()
 {
     const std::uint64_t version = contentVersion();
-    const std::int32_t generation = generationOfFile();
+    const std::uint32_t generation = generationOfFile();
     if (version != 0 && version == own.version && generation == own.generation) {
         return ERROR_SUCCESS; // unchanged since the last check or commit
     }
     if (isLogReplaced()) {
         return ERROR_LOCK_FAILED;
     }
-    const auto isGeneration = [generation](const char* sql) {
-        Query query(sql);
-        return query.next() && query.number(0) == generation;
-    };
-    if (isGeneration("PRAGMA user_version") || isGeneration("PRAGMA application_id")) {
+    const std::uint32_t last = storedNumber("PRAGMA user_version");
+    const bool isInLog = (generation ^ last) <= mostWrites && generation <= last;
+    if (isInLog || generation == storedNumber("PRAGMA application_id")) {
         own.generation = generation;
         own.version = version;
         return ERROR_SUCCESS;
@@ -257,12 +267,58 @@ LSTATUS logStatus()
     return version != 0 && version == contentVersion() ? ERROR_REGISTRY_CORRUPT : ERROR_LOCK_FAILED;
 }
 
-LSTATUS setGeneration(std::int32_t last)
+LSTATUS storeNumber(const char* pragma, std::uint32_t number)
 {
-    const auto next = static_cast<std::int32_t>(std::random_device()());
-    const std::string sql =
-        "PRAGMA application_id = " + std::to_string(last) + "; PRAGMA user_version = " + std::to_string(next);
-    return run(sql.c_str());
+    return run((pragma + ('=' + std::to_string(static_cast<std::int32_t>(number)))).c_str());
+}
+
+/// Numbers a new log, which may be applied to the given generation of the file.
+void numberLog(std::uint32_t last)
+{
+    check(storeNumber("PRAGMA application_id", last));
+    check(storeNumber("PRAGMA user_version", std::random_device()() & ~mostWrites));
+}
+
+bool isWrittenBack()
+{
+    return page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt);
+}
+
+/// Writes the log back to the file. Changes the generation first, so that no earlier copy of the file has the
+/// generation of the result. Does not wait for other writers.
+LSTATUS writeBack(int mode)
+{
+    sqlite3_busy_handler(own.database, nullptr, nullptr);
+    const LSTATUS status = outcome([] {
+        Query("BEGIN IMMEDIATE").run();
+        const std::uint32_t last = storedNumber("PRAGMA user_version");
+        if (!isWrittenBack() && (last & mostWrites) != mostWrites) {
+            check(storeNumber("PRAGMA user_version", last + 1));
+        }
+        Query("COMMIT").run();
+        return ERROR_SUCCESS;
+    });
+    sqlite3_busy_handler(own.database, waitForLock, nullptr);
+    if (sqlite3_get_autocommit(own.database) == 0) {
+        run("ROLLBACK");
+    }
+    own.attempt = numberAt<std::uint32_t>(framesAt);
+    errno = 0;
+    return status == ERROR_LOCK_FAILED
+               ? status // the other writer writes the log back
+               : statusOf(sqlite3_wal_checkpoint_v2(own.database, nullptr, mode, nullptr, nullptr));
+}
+
+/// Writes the log back if it is long.
+void shortenLog()
+{
+    constexpr std::uint32_t longest = 1000;
+    constexpr std::uint32_t pause =
+        100; // readers may prevent it; then the next attempt is so many frames later
+    const auto frames = numberAt<std::uint32_t>(framesAt);
+    if (frames - numberAt<std::uint32_t>(writtenAt) >= longest && frames - own.attempt >= pause) {
+        writeBack(SQLITE_CHECKPOINT_PASSIVE);
+    }
 }
 
 /// Stores a new generation number if the next write starts a new log. Call this in a write transaction.
@@ -270,20 +326,20 @@ void beginLog()
 {
     check(logStatus());
     showVersion(); // a mapping that failed before may succeed now
-    if (page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt)) {
+    if (isWrittenBack()) {
         own.generation = generationOfFile(); // other processes cannot change it during the transaction
-        check(setGeneration(own.generation));
+        numberLog(own.generation);
     }
 }
 
 // ---- Files
 
 /// Returns the path with links resolved, so that SQLite creates the log and its index next to the file
-/// itself.
-std::string resolved(const std::string& file)
+/// itself. Returns `otherwise` if there is no such file.
+std::string resolved(const std::string& file, const std::string& otherwise)
 {
     const std::unique_ptr<char, decltype(&std::free)> path(realpath(file.c_str(), nullptr), &std::free);
-    return path != nullptr ? path.get() : file;
+    return path != nullptr ? path.get() : otherwise;
 }
 
 /// Returns the status of a file. On failure all members are 0 and errno contains the cause.
@@ -298,7 +354,7 @@ struct stat statusOfFile(const std::string& file)
 Listing listing()
 {
     const struct stat folder = statusOfFile(own.folder);
-    const struct stat file = own.file != own.path ? statusOfFile(own.path) : folder;
+    const struct stat file = statusOfFile(own.path); // the folder's time may change only every few ms
     return {folder.st_dev,          folder.st_ino, folder.st_ctim.tv_sec,
             folder.st_ctim.tv_nsec, file.st_dev,   file.st_ino};
 }
@@ -321,7 +377,7 @@ bool isMoved()
     if (now != own.listing) { // a file created or deleted in the folder also changes the listing
         const bool isAt = isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
                           isAtPlace(own.file, eIndex) &&
-                          (own.file == own.path || resolved(own.path) == own.file);
+                          (own.file == own.path || resolved(own.path, own.path) == own.file);
         own.listing = isAt ? now : Listing();
     }
     return own.listing == Listing();
@@ -385,7 +441,7 @@ LSTATUS createTables()
     if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // another process may have created the tables
         check(run(content.schema));
         content.fill();
-        check(setGeneration(0)); // an empty file has generation 0
+        numberLog(0); // an empty file has generation 0
     }
     check(run("COMMIT"));
     return schemaStatus();
@@ -432,7 +488,7 @@ LSTATUS connect(Kind kind, bool createsTables)
         check(isNew ? ERROR_SUCCESS : found);
         check(run("PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA mmap_size = 0;"
                   "PRAGMA temp_store = MEMORY; PRAGMA synchronous = NORMAL;"
-                  "PRAGMA journal_size_limit = 4194304"));
+                  "PRAGMA journal_size_limit = 4194304; PRAGMA wal_autocheckpoint = 0"));
         if (kind == eWritable) {
             Query mode("PRAGMA journal_mode = WAL");
             require(mode.next() && mode.bytes(0) == "wal", ERROR_CANTOPEN); // WAL mode needs shared memory
@@ -465,7 +521,7 @@ LSTATUS open(bool forWriting)
     }
     check(forWriting ? createFile() : ERROR_SUCCESS);
     own.whyReadOnly = ERROR_SUCCESS;
-    own.file = resolved(own.path);
+    own.file = resolved(own.path, own.path);
     own.folder = own.file.substr(0, own.file.rfind('/'));
     const struct stat file = statusOfFile(own.file);
     if (file.st_size == 0 && !forWriting && (errno == 0 || errno == ENOENT)) {
@@ -483,16 +539,8 @@ LSTATUS open(bool forWriting)
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Returns true if the log is next to the given file and may be applied to it.
-bool isLogOf(const std::string& file)
-{
-    const OwnedFile found(file, O_RDONLY | O_NONBLOCK);
-    return isAtPlace(file, eLog) && statusOfFile(file).st_size != 0 &&
-           generationOfFile(found.number) == generationOfFile();
-}
-
-/// Rolls back a shared transaction. Writes the log back, unless the log belongs to the file now at the path
-/// or the open file was deleted.
+/// Rolls back a shared transaction. Writes the log back, unless the log is still next to the open file or the
+/// file was deleted.
 LSTATUS saveLog()
 {
     if (own.isShared) {
@@ -501,11 +549,19 @@ LSTATUS saveLog()
     }
     struct stat opened = {};
     fstat(descriptor(eContent), &opened);
-    if (!isLogOf(resolved(own.path)) && opened.st_nlink != 0 && logStatus() == ERROR_SUCCESS) {
-        check(statusOf(
-            sqlite3_wal_checkpoint_v2(own.database, nullptr, SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr)));
-    }
-    return ERROR_SUCCESS;
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor(eContent));
+    const bool isKept = opened.st_nlink == 0 || isAtPlace(resolved(link, own.file), eLog);
+    return isKept || logStatus() != ERROR_SUCCESS ? ERROR_SUCCESS : writeBack(SQLITE_CHECKPOINT_TRUNCATE);
+}
+
+/// Returns true if no other process has the store open. SQLite locks these bytes while a file is open.
+bool isOnlyUser()
+{
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_start = 0x40000002;
+    lock.l_len = 510;
+    return fcntl(descriptor(eContent), F_OFD_GETLK, &lock) == 0 && lock.l_type == F_UNLCK;
 }
 
 bool isStale(bool forWriting)
@@ -562,6 +618,9 @@ LSTATUS close()
     return alone(own.folder, [] {
         const bool isWhole = !own.isShared && !isMoved() && logStatus() == ERROR_SUCCESS;
         check(isWhole ? ERROR_SUCCESS : saveLog());
+        if (isWhole && !isWrittenBack() && isOnlyUser()) {
+            writeBack(SQLITE_CHECKPOINT_PASSIVE);
+        }
         sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, isWhole ? 0 : 1, nullptr);
         return disconnect(), ERROR_SUCCESS;
     });
@@ -627,6 +686,13 @@ Transaction::~Transaction()
     }
 }
 
+std::uint64_t Transaction::version() const
+{
+    const std::uint64_t version = contentVersion();
+    storedNumber("PRAGMA user_version"); // SQLite chooses the version at the first read
+    return version == contentVersion() ? version : 0;
+}
+
 std::uint64_t Transaction::commit()
 {
     const auto before = numberAt<std::uint32_t>(countAt);
@@ -634,6 +700,7 @@ std::uint64_t Transaction::commit()
     m_isOver = true;
     const std::uint64_t version = contentVersion();
     own.version = numberAt<std::uint32_t>(countAt) == before + 1 ? version : 0;
+    shortenLog();
     return own.version;
 }
 
@@ -740,6 +807,7 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
     if (own.database != nullptr) {
         undo(true); // undoes the transaction if the commit failed
         showVersion();
+        shortenLog();
     }
     return status;
 }

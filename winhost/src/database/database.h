@@ -71,6 +71,8 @@ public:
     explicit Transaction(bool isWriting);
     ~Transaction();
 
+    /// Returns the version of the content that the transaction reads; 0 if it is unknown.
+    std::uint64_t version() const;
     /// Returns the version of the committed content; 0 if that is unknown or another process has written
     /// since.
     std::uint64_t commit();

@@ -29,6 +29,10 @@ constexpr off_t mark = 0x5707E5E7;
 const std::string* recorded = nullptr;
 bool isClosing = false;
 
+// The first element is true in the process that opened the files. The system clears this page in each child,
+// even if the child was created without the fork handlers.
+alignas(4096) bool isOwner[4096];
+
 bool isLost(int file)
 {
     return file < 0 || lseek(file, 0, SEEK_CUR) != mark;
@@ -105,7 +109,7 @@ int removeFile(const char* path)
 }
 
 /// SQLite's mappings of the log's index. One mapping is enough for 16 MB of the log.
-std::pair<void*, std::size_t> mappings[64];
+std::pair<void*, std::size_t> mappings[1024];
 std::size_t mappingCount = 0;
 
 void* mapFile(void* place, std::size_t size, int protection, int flags, int file, off_t at)
@@ -173,8 +177,8 @@ void leaveFiles()
 
 bool areFilesLost()
 {
-    static pid_t process = 0;
-    if (const pid_t now = getpid(); std::exchange(process, now) != now) {
+    if (!std::exchange(isOwner[0], true)) {
+        madvise(isOwner, sizeof isOwner, MADV_WIPEONFORK);
         leaveFiles();
     }
     return std::ranges::any_of(numbers, [](int file) { return file >= 0 && isLost(file); });
