@@ -10,11 +10,12 @@ using database::Transaction;
 
 namespace {
 
-/// Updates the cache to the store's current version. Call it in a Transaction before using the cache.
-void follow()
+/// Updates the cache to the version that a transaction reads. Call it before using the cache.
+void follow(const Transaction& in)
 {
+    const std::uint64_t version = in.version();
     const std::lock_guard<std::mutex> lock(memory.mutex);
-    memory.follow(database::contentVersion(), Memory::eOthers);
+    memory.follow(version, Memory::eOthers);
 }
 
 /// Looks up a key or value in the cache or, if it is not cached, in the store. If it is found, calls
@@ -25,17 +26,20 @@ LSTATUS lookUp(HKEY key, REGSAM needed, Lookup lookup, Use use)
     return outcome([&]() -> LSTATUS {
         std::unique_lock<std::mutex> lock(memory.mutex);
         lookup.node = memory.resolve(key, needed);
+        lookup.isContinued = memory.isContinued(key, lookup);
         const Result* result = memory.recall(lookup);
         Result found;
         if (result == nullptr) {
             lock.unlock();
             const Transaction in(false);
-            follow();
+            follow(in);
             found = find(lookup);
             result = &found;
             lock.lock();
         }
-        return result->status != ERROR_SUCCESS ? result->status : use(*result);
+        const LSTATUS status = result->status != ERROR_SUCCESS ? result->status : use(*result);
+        memory.advance(key, lookup, status);
+        return status;
     });
 }
 
@@ -61,7 +65,7 @@ LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then the
     return outcome([&] {
         const NodeId node = nodeOf(key, needed);
         Transaction in(true);
-        follow();
+        follow(in);
         work(node);
         const std::uint64_t version = in.commit();
         const std::lock_guard<std::mutex> lock(memory.mutex);

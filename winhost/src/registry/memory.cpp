@@ -28,6 +28,12 @@ bool isSame(const Lookup& a, const Lookup& b)
     return a.kind == b.kind && a.node == b.node && a.index == b.index && bytesOf(a.text) == bytesOf(b.text);
 }
 
+/// Identifies an entry of an enumeration. The result is not 0.
+std::uint64_t positionOf(const Lookup& lookup)
+{
+    return std::uint64_t{lookup.kind} << 32 | lookup.index;
+}
+
 // ---- Fork: holds both locks, because the child cannot release a lock that another thread held
 
 database::Lock held;
@@ -80,11 +86,11 @@ NodeId Memory::resolve(HKEY key, REGSAM needed)
 HKEY Memory::open(NodeId node, REGSAM access)
 {
     if (m_closed == m_slots.size()) {
-        m_slots.push_back({m_closed << indexShift, 0, 0, m_closed + 1});
+        m_slots.push_back({m_closed << indexShift, 0, 0, m_closed + 1, 0});
     }
     Slot& slot = m_slots[m_closed];
     m_closed = slot.nextClosed;
-    slot = {slot.handle + (std::uintptr_t{1} << turnShift), node, access, 0};
+    slot = {slot.handle + (std::uintptr_t{1} << turnShift), node, access, 0, 0};
     return reinterpret_cast<HKEY>(slot.handle);
 }
 
@@ -96,6 +102,20 @@ LSTATUS Memory::close(HKEY key)
         return ERROR_SUCCESS;
     }
     return rootOf(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
+}
+
+bool Memory::isContinued(HKEY key, const Lookup& lookup)
+{
+    const Slot* const slot = find(key);
+    return slot != nullptr && slot->position + 1 == positionOf(lookup);
+}
+
+void Memory::advance(HKEY key, const Lookup& lookup, LSTATUS status)
+{
+    Slot* const slot = lookup.kind >= Lookup::eSubKeyAt && status != ERROR_MORE_DATA ? find(key) : nullptr;
+    if (slot != nullptr) {
+        slot->position = status == ERROR_SUCCESS ? positionOf(lookup) : 0;
+    }
 }
 
 const Result* Memory::recall(const Lookup& lookup, bool mayBeOutdated)
@@ -113,7 +133,7 @@ const Result* Memory::recall(const Lookup& lookup, bool mayBeOutdated)
     return isValid ? &entry.result : nullptr;
 }
 
-void Memory::remember(const Lookup& lookup, const Result& result)
+void Memory::remember(const Lookup& lookup, const Result& result, bool isOutdated)
 {
     constexpr std::size_t longest = 2400;
     const std::size_t size = bytesOf(lookup.text).size() + bytesOf(result.name).size() + result.data.size();
@@ -131,7 +151,7 @@ void Memory::remember(const Lookup& lookup, const Result& result)
         entry.lookup = lookup;
         entry.lookup.text = entry.text;
         entry.result = result;
-        entry.epoch = m_epochs[lookup.kind == Lookup::ePath ? 0 : 1];
+        entry.epoch = m_epochs[lookup.kind == Lookup::ePath ? 0 : 1] - (isOutdated ? 1 : 0);
     } catch (const std::bad_alloc&) { // the result is not cached
     }
 }

@@ -28,12 +28,17 @@ public:
     HKEY open(NodeId node, REGSAM access);
     LSTATUS close(HKEY key);
 
+    /// Returns true if the last call that enumerated with this handle returned the previous entry.
+    bool isContinued(HKEY key, const Lookup& lookup);
+    /// Records the result of a call that enumerates. After ERROR_MORE_DATA, the call may be repeated.
+    void advance(HKEY key, const Lookup& lookup, LSTATUS status);
+
     /// Returns the cached result; null if none is valid. If mayBeOutdated is true, a result is valid as long
     /// as this process has not written since the result was cached.
     const Result* recall(const Lookup& lookup, bool mayBeOutdated = false);
     /// Caches a result, unless the store has changed or the result has more than 2,400 bytes. Call it in a
-    /// Transaction.
-    void remember(const Lookup& lookup, const Result& result);
+    /// Transaction. A result that is outdated is returned only if mayBeOutdated is true.
+    void remember(const Lookup& lookup, const Result& result, bool isOutdated = false);
 
     enum Change
     {
@@ -52,6 +57,7 @@ private:
         NodeId node; // 0: closed
         REGSAM access;
         std::size_t nextClosed;
+        std::uint64_t position; // see positionOf()
     };
     struct Entry
     {

@@ -67,10 +67,10 @@ bool isKnown(const Lookup& lookup, Result& result, bool mayBeOutdated = false)
     return known != nullptr;
 }
 
-void remember(const Lookup& lookup, const Result& result)
+void remember(const Lookup& lookup, const Result& result, bool isOutdated = false)
 {
     const std::lock_guard<std::mutex> lock(memory.mutex);
-    memory.remember(lookup, result);
+    memory.remember(lookup, result, isOutdated);
 }
 
 /// Removes the next component from a path. Returns false at the end.
@@ -155,24 +155,27 @@ Result findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// Finds the entry at an index. If the previous entry is cached, continues after its name: counting from the
-/// start for each entry would take quadratic time. If no process has written since the previous entry was
-/// cached, also reads the entries that follow.
+/// Finds and caches the entry at an index. If the previous entry is cached, continues after its name, because
+/// counting from the start for each entry would take quadratic time. If no process has written since the
+/// previous entry was cached, also reads the entries that follow. If another process has written, an
+/// enumeration that has begun still continues after the previous name, and its entries are cached as
+/// outdated.
 Result findAt(const Lookup& lookup)
 {
     constexpr std::int64_t readAhead = 64;
     Lookup at = lookup;
     --at.index;
     Result before{.status = ERROR_NO_MORE_ITEMS};
-    const bool isNext = lookup.index != 0 && isKnown(at, before);
-    const bool isAfter = (isNext || isKnown(at, before, true)) && before.status == ERROR_SUCCESS;
+    const bool isCurrent = lookup.index != 0 && isKnown(at, before);
+    const bool isOutdated = !isCurrent && lookup.isContinued && isKnown(at, before, true);
+    const bool isAfter = (isCurrent || isOutdated) && before.status == ERROR_SUCCESS;
     const std::string from = isAfter ? folded(before.name) + '\0' : "";
     Query query(lookup.kind == Lookup::eSubKeyAt
                     ? "SELECT folded, name, id, x'', sum FROM keys WHERE parent = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4"
                     : "SELECT folded, name, type, data, sum FROM vals WHERE key = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4",
-                lookup.node, from, isNext ? readAhead : 1, isAfter ? 0 : std::int64_t{lookup.index});
+                lookup.node, from, isCurrent ? readAhead : 1, isAfter ? 0 : std::int64_t{lookup.index});
     std::optional<Result> first;
     for (std::string last = from; query.next(); last.assign(query.bytes(0)) += '\0') {
         Result found{.type = static_cast<DWORD>(query.number(2)),
@@ -184,12 +187,16 @@ Result findAt(const Lookup& lookup)
             break;
         }
         ++at.index;
-        remember(at, found);
+        remember(at, found, isOutdated);
         if (!first.has_value()) {
             first = std::move(found);
         }
     }
-    return first.has_value() ? *first : missing(lookup.node, ERROR_NO_MORE_ITEMS);
+    if (!first.has_value()) {
+        first = missing(lookup.node, ERROR_NO_MORE_ITEMS);
+        remember(lookup, *first, isOutdated);
+    }
+    return *first;
 }
 
 void createFirstKeys()
@@ -211,9 +218,11 @@ Result find(const Lookup& lookup)
 {
     Result found;
     if (!isKnown(lookup, found)) {
-        found = lookup.kind == Lookup::ePath    ? walk(lookup.node, lookup.text, nullptr)
-                : lookup.kind == Lookup::eValue ? findValue(lookup.node, lookup.text)
-                                                : findAt(lookup);
+        if (lookup.kind >= Lookup::eSubKeyAt) {
+            return findAt(lookup);
+        }
+        found = lookup.kind == Lookup::ePath ? walk(lookup.node, lookup.text, nullptr)
+                                             : findValue(lookup.node, lookup.text);
         remember(lookup, found);
     }
     return found;

@@ -40,6 +40,7 @@ struct Lookup
     TextView text = {};
     DWORD index = 0;
     NodeId node = 0;
+    bool isContinued = false; ///< of an index: the last call enumerated the previous entry
 };
 
 struct Result
