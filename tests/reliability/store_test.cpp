@@ -99,6 +99,27 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
+/// Continues an enumeration of values 0 to 99, and prints the numbers of the next n. At the end, returns
+/// ERROR_NO_MORE_ITEMS, and starts again in the next call.
+LSTATUS walk(int n)
+{
+    static HKEY key = nullptr;
+    static DWORD next = 0;
+    LSTATUS status =
+        key != nullptr ? 0 : RegOpenKeyExW(HKEY_CURRENT_USER, Wide("Software\\Disk\\0"), 0, KEY_READ, &key);
+    for (; n > 0 && status == ERROR_SUCCESS; --n) {
+        wchar_t name[8];
+        DWORD room = 8;
+        status = enumerate(true, key, next++, name, &room);
+        if (status == ERROR_SUCCESS) {
+            dprintf(talk, "%d ", std::stoi(utf8(name)) - 1000);
+        } else {
+            next = 0;
+        }
+    }
+    return status;
+}
+
 /// Sets value i % 8 to -i, for i from `number` + 1 upwards, until this fails. Prints i after each success,
 /// and the negated error code at the end.
 LSTATUS setOn(int number)
@@ -236,6 +257,15 @@ LSTATUS useSqlite(int)
                                      sqlite3_exec(database, "SELECT * FROM vals", nullptr, nullptr, nullptr);
 }
 
+/// Copies the store to the file `copy` with the program's own SQLite.
+LSTATUS copyStore(int)
+{
+    sqlite3* database = nullptr;
+    const std::string sql = "VACUUM INTO '" + (scratchFolder() / "store/.local/share/copy").string() + "'";
+    return sqlite3_open(storeFile("").c_str(), &database) +
+           sqlite3_exec(database, sql.c_str(), nullptr, nullptr, nullptr) + sqlite3_close(database);
+}
+
 /// Acquires a write lease on the store's file, or a read lease on its log. Keeps the lease when another
 /// process opens the file.
 LSTATUS lease(int isLog)
@@ -284,6 +314,7 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"open-store", openStore},
     {"lease", lease},
     {"sqlite", useSqlite},
+    {"copy", copyStore},
     {"refuse-maps", refuseMaps},
     {"lose-home", loseHome},
     {"open-all", openAll},
@@ -292,6 +323,8 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"end", winhostEndRegistryChanges},
     {"set", set},
     {"get", get},
+    {"delete", [](int n) { return onValue(n, true, RegDeleteValueW); }},
+    {"walk", walk},
     {"fill", fill},
     {"count", count},
     {"set-on", setOn},

@@ -402,6 +402,8 @@ LSTATUS createFile()
     if (statusOfFile(own.path).st_ino != 0) {
         return ERROR_SUCCESS;
     }
+    char target = 0;
+    require(readlink(own.path.c_str(), &target, 1) < 0, ERROR_CANTOPEN); // the target of the link is missing
     require(statusOfFile(folder).st_uid == geteuid(), ERROR_ACCESS_DENIED);
     writeInPlace(folder);
     return alone(folder, [&] {
