@@ -691,7 +691,9 @@ Transaction::~Transaction()
 std::uint64_t Transaction::version() const
 {
     const std::uint64_t version = contentVersion();
-    storedNumber("PRAGMA user_version"); // SQLite chooses the version at the first read
+    if (!m_isWriting) {
+        storedNumber("PRAGMA user_version"); // SQLite chooses the version at the first read
+    }
     return version == contentVersion() ? version : 0;
 }
 
