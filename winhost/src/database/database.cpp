@@ -228,7 +228,7 @@ bool isLogReplaced()
             salts != numberAt<std::uint64_t>(saltsAt));
 }
 
-constexpr std::uint32_t mostWrites = 0xFF;
+constexpr std::uint32_t mostWrites = 0xFF; // the bits that count
 
 std::uint32_t generationOfFile()
 {
@@ -309,14 +309,13 @@ LSTATUS writeBack(int mode)
                : statusOf(sqlite3_wal_checkpoint_v2(own.database, nullptr, mode, nullptr, nullptr));
 }
 
-/// Writes the log back if it is long.
+/// Writes the log back if it is long. If readers prevent this, tries again when the log has grown further.
 void shortenLog()
 {
     constexpr std::uint32_t longest = 1000;
-    constexpr std::uint32_t pause =
-        100; // readers may prevent it; then the next attempt is so many frames later
+    constexpr std::uint32_t growth = 100;
     const auto frames = numberAt<std::uint32_t>(framesAt);
-    if (frames - numberAt<std::uint32_t>(writtenAt) >= longest && frames - own.attempt >= pause) {
+    if (frames - numberAt<std::uint32_t>(writtenAt) >= longest && frames - own.attempt >= growth) {
         writeBack(SQLITE_CHECKPOINT_PASSIVE);
     }
 }
