@@ -13,7 +13,8 @@
 /// Returns whether a file name stands for a standard stream: "-" or an empty name.
 bool isStream(const std::string& file);
 std::string readFile(const std::string& file);
-/// Reads a regular file of at most 1 MiB. Returns nothing if the file is not regular, larger or unreadable.
+/// Reads a regular file of at most 1 MiB. Returns nothing if the file is larger, unreadable, or not a regular
+/// file.
 std::optional<std::string> readSmallFile(const std::string& file);
 /// Replaces a file completely or not at all: writes a new file with the same permissions and renames it. If
 /// `file` is a device or other non-regular file, writes to it directly.

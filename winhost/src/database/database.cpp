@@ -358,8 +358,8 @@ Listing listing()
             folder.st_ctim.tv_nsec, file.st_dev,   file.st_ino};
 }
 
-/// Returns true if the file at the path is the one that SQLite has opened, or if there is neither. A link to
-/// the open file is another file, because SQLite would create the log next to the link's target.
+/// Returns true if the file at the path is the one that SQLite has opened, or if neither file exists. A link
+/// to the open file is another file, because SQLite would create the log next to the link's target.
 bool isAtPlace(const std::string& file, File which)
 {
     struct stat found = {};
