@@ -54,7 +54,8 @@ struct Connection
     Kind kind = eNew;
     LSTATUS whyReadOnly = ERROR_SUCCESS; // the error from opening the file for writing
     std::uint32_t generation = 0;        // the database file's last accepted generation
-    std::uint32_t attempt = 0;           // how many frames the log contained at the last call of writeBack()
+    std::uint32_t frames = 0;            // how many frames the log contained after the last commit
+    std::uint32_t attempt = 0;           // how many it contained after the last call of writeBack()
     std::uint64_t version = 0;           // the content's version after the last check or commit; 0 if unknown
     bool isShared = false;
     bool isLeaving = false; // the process is exiting, so each call closes the store
@@ -214,7 +215,7 @@ void showVersion()
 //
 // A log contains changes to one state of the file, and may be applied only to that state or to the file as it
 // is while the log is written back. Therefore the file's states have numbers, their generations, which are
-// stored in SQLite's user_version. The generations of one log differ only in the lowest 8 bits, which count
+// stored in SQLite's user_version. The generations of one log differ only in the lowest 12 bits, which count
 // how often the log was written back. A log also stores, as SQLite's application_id, the generation of the
 // state to which it may be applied.
 
@@ -228,7 +229,7 @@ bool isLogReplaced()
             salts != numberAt<std::uint64_t>(saltsAt));
 }
 
-constexpr std::uint32_t mostWrites = 0xFF; // the bits that count
+constexpr std::uint32_t mostWrites = 0xFFF; // the bits that count
 
 std::uint32_t generationOfFile()
 {
@@ -302,20 +303,45 @@ LSTATUS writeBack(int mode)
     if (sqlite3_get_autocommit(own.database) == 0) {
         run("ROLLBACK");
     }
-    own.attempt = numberAt<std::uint32_t>(framesAt);
+    own.attempt = own.frames;
     errno = 0;
     return status == ERROR_LOCK_FAILED
                ? status // the other writer writes the log back
                : statusOf(sqlite3_wal_checkpoint_v2(own.database, nullptr, mode, nullptr, nullptr));
 }
 
-/// Writes the log back if it is long. If readers prevent this, tries again when the log has grown further.
+/// SQLite calls this function after each commit.
+int countFrames(void*, sqlite3*, const char*, int frames)
+{
+    own.frames = static_cast<std::uint32_t>(frames);
+    return SQLITE_OK;
+}
+
+/// Returns true if another process has locked one of these bytes. SQLite documents their meaning.
+bool isLocked(File which, off_t first, off_t count)
+{
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_start = first;
+    lock.l_len = count;
+    return fcntl(descriptor(which), F_OFD_GETLK, &lock) != 0 || lock.l_type != F_UNLCK;
+}
+
+bool isOnlyUser()
+{
+    return !isLocked(eContent, 0x40000002, 510);
+}
+
+bool isLogRead()
+{
+    return isLocked(eIndex, 124, 4);
+}
+
+/// Writes the log back if it is long. If other processes prevent this, tries again when the log has grown.
 void shortenLog()
 {
     constexpr std::uint32_t longest = 1000;
-    constexpr std::uint32_t growth = 100;
-    const auto frames = numberAt<std::uint32_t>(framesAt);
-    if (frames - numberAt<std::uint32_t>(writtenAt) >= longest && frames - own.attempt >= growth) {
+    if (!own.isShared && own.frames >= longest && own.frames - own.attempt >= (isLogRead() ? 100 : 10)) {
         writeBack(SQLITE_CHECKPOINT_PASSIVE);
     }
 }
@@ -489,7 +515,7 @@ LSTATUS connect(Kind kind, bool createsTables)
         check(isNew ? ERROR_SUCCESS : found);
         check(run("PRAGMA cell_size_check = ON; PRAGMA trusted_schema = OFF; PRAGMA mmap_size = 0;"
                   "PRAGMA temp_store = MEMORY; PRAGMA synchronous = NORMAL;"
-                  "PRAGMA journal_size_limit = 4194304; PRAGMA wal_autocheckpoint = 0"));
+                  "PRAGMA journal_size_limit = 4194304"));
         if (kind == eWritable) {
             Query mode("PRAGMA journal_mode = WAL");
             require(mode.next() && mode.bytes(0) == "wal", ERROR_CANTOPEN); // WAL mode needs shared memory
@@ -505,6 +531,7 @@ LSTATUS connect(Kind kind, bool createsTables)
             require(!isMoved() && (kind != eUnlocked || own.listing == before), ERROR_LOCK_FAILED);
         }
         sqlite3_busy_handler(own.database, waitForLock, nullptr);
+        sqlite3_wal_hook(own.database, countFrames, nullptr);
         return ERROR_SUCCESS;
     });
     if (status != ERROR_SUCCESS) {
@@ -551,18 +578,9 @@ LSTATUS saveLog()
     struct stat opened = {};
     fstat(descriptor(eContent), &opened);
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor(eContent));
-    const bool isKept = opened.st_nlink == 0 || isAtPlace(resolved(link, own.file), eLog);
+    const std::string file = resolved(link, own.file);
+    const bool isKept = opened.st_nlink == 0 || (statusOfFile(file).st_ino != 0 && isAtPlace(file, eLog));
     return isKept || logStatus() != ERROR_SUCCESS ? ERROR_SUCCESS : writeBack(SQLITE_CHECKPOINT_TRUNCATE);
-}
-
-/// Returns true if no other process has the store open. SQLite locks these bytes while a file is open.
-bool isOnlyUser()
-{
-    struct flock lock = {};
-    lock.l_type = F_WRLCK;
-    lock.l_start = 0x40000002;
-    lock.l_len = 510;
-    return fcntl(descriptor(eContent), F_OFD_GETLK, &lock) == 0 && lock.l_type == F_UNLCK;
 }
 
 bool isStale(bool forWriting)

@@ -26,19 +26,21 @@ LSTATUS lookUp(HKEY key, REGSAM needed, Lookup lookup, Use use)
     return outcome([&]() -> LSTATUS {
         std::unique_lock<std::mutex> lock(memory.mutex);
         lookup.node = memory.resolve(key, needed);
-        lookup.isContinued = memory.isContinued(key, lookup);
-        const Result* result = memory.recall(lookup);
+        const Result* result = memory.recall(key, lookup);
         Result found;
         if (result == nullptr) {
             lock.unlock();
             const Transaction in(false);
             follow(in);
-            found = find(lookup);
+            lock.lock();
+            const std::optional<Previous> previous = memory.previous(key, lookup);
+            lock.unlock();
+            found = find(lookup, previous ? &*previous : nullptr);
             result = &found;
             lock.lock();
         }
         const LSTATUS status = result->status != ERROR_SUCCESS ? result->status : use(*result);
-        memory.advance(key, lookup, status);
+        memory.advance(key, lookup, *result, status);
         return status;
     });
 }

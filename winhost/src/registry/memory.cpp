@@ -28,10 +28,10 @@ bool isSame(const Lookup& a, const Lookup& b)
     return a.kind == b.kind && a.node == b.node && a.index == b.index && bytesOf(a.text) == bytesOf(b.text);
 }
 
-/// Identifies an entry of an enumeration. The result is not 0.
-std::uint64_t positionOf(const Lookup& lookup)
+/// Identifies the enumeration of sub-keys or values with a handle.
+std::uint64_t placeId(HKEY key, Lookup::Kind kind)
 {
-    return std::uint64_t{lookup.kind} << 32 | lookup.index;
+    return reinterpret_cast<std::uintptr_t>(key) * 4 + kind;
 }
 
 // ---- Fork: holds both locks, because the child cannot release a lock that another thread held
@@ -86,11 +86,11 @@ NodeId Memory::resolve(HKEY key, REGSAM needed)
 HKEY Memory::open(NodeId node, REGSAM access)
 {
     if (m_closed == m_slots.size()) {
-        m_slots.push_back({m_closed << indexShift, 0, 0, m_closed + 1, 0});
+        m_slots.push_back({m_closed << indexShift, 0, 0, m_closed + 1});
     }
     Slot& slot = m_slots[m_closed];
     m_closed = slot.nextClosed;
-    slot = {slot.handle + (std::uintptr_t{1} << turnShift), node, access, 0, 0};
+    slot = {slot.handle + (std::uintptr_t{1} << turnShift), node, access, 0};
     return reinterpret_cast<HKEY>(slot.handle);
 }
 
@@ -98,29 +98,52 @@ LSTATUS Memory::close(HKEY key)
 {
     if (Slot* const slot = find(key)) {
         slot->node = 0;
+        m_places.erase(placeId(key, Lookup::eSubKeyAt));
+        m_places.erase(placeId(key, Lookup::eValueAt));
         slot->nextClosed = std::exchange(m_closed, slot - m_slots.data());
         return ERROR_SUCCESS;
     }
     return rootOf(key) != 0 ? ERROR_SUCCESS : ERROR_INVALID_HANDLE;
 }
 
-bool Memory::isContinued(HKEY key, const Lookup& lookup)
+Memory::Place* Memory::placeBefore(HKEY key, const Lookup& lookup)
 {
-    const Slot* const slot = find(key);
-    return slot != nullptr && slot->position + 1 == positionOf(lookup);
+    const auto found =
+        lookup.kind >= Lookup::eSubKeyAt ? m_places.find(placeId(key, lookup.kind)) : m_places.end();
+    return found != m_places.end() && found->second.index + 1 == lookup.index ? &found->second : nullptr;
 }
 
-void Memory::advance(HKEY key, const Lookup& lookup, LSTATUS status)
+std::optional<Previous> Memory::previous(HKEY key, const Lookup& lookup)
 {
-    Slot* const slot = lookup.kind >= Lookup::eSubKeyAt && status != ERROR_MORE_DATA ? find(key) : nullptr;
-    if (slot != nullptr) {
-        slot->position = status == ERROR_SUCCESS ? positionOf(lookup) : 0;
+    const Place* const place = placeBefore(key, lookup);
+    return place != nullptr ? std::optional<Previous>({place->name, isOutdated(*place)}) : std::nullopt;
+}
+
+void Memory::advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status)
+{
+    if (lookup.kind < Lookup::eSubKeyAt || status == ERROR_MORE_DATA) {
+        return;
     }
+    if (status != ERROR_SUCCESS) {
+        m_places.erase(placeId(key, lookup.kind));
+        return;
+    }
+    Place& place = m_places[placeId(key, lookup.kind)];
+    const bool isContinued = place.epoch != 0 && place.index + 1 == lookup.index;
+    place.epoch = isContinued ? place.epoch : m_epochs[1];
+    place.index = lookup.index;
+    place.name = result.name;
 }
 
-const Result* Memory::recall(const Lookup& lookup, bool mayBeOutdated)
+const Result* Memory::recall(HKEY key, const Lookup& lookup)
 {
-    if (!mayBeOutdated && (m_version == 0 || database::contentVersion() != m_version)) {
+    const Place* const place = placeBefore(key, lookup);
+    return place != nullptr && isOutdated(*place) ? nullptr : recall(lookup);
+}
+
+const Result* Memory::recall(const Lookup& lookup)
+{
+    if (m_version == 0 || database::contentVersion() != m_version) {
         return nullptr;
     }
     const auto found = m_results.find(hashOf(lookup));
@@ -128,12 +151,11 @@ const Result* Memory::recall(const Lookup& lookup, bool mayBeOutdated)
         return nullptr;
     }
     const Entry& entry = found->second;
-    const bool isValid = mayBeOutdated ? entry.epoch >= m_changed
-                                       : entry.epoch == m_epochs[lookup.kind == Lookup::ePath ? 0 : 1];
+    const bool isValid = entry.epoch == m_epochs[lookup.kind == Lookup::ePath ? 0 : 1];
     return isValid ? &entry.result : nullptr;
 }
 
-void Memory::remember(const Lookup& lookup, const Result& result, bool isOutdated)
+void Memory::remember(const Lookup& lookup, const Result& result)
 {
     constexpr std::size_t longest = 2400;
     const std::size_t size = bytesOf(lookup.text).size() + bytesOf(result.name).size() + result.data.size();
@@ -151,7 +173,7 @@ void Memory::remember(const Lookup& lookup, const Result& result, bool isOutdate
         entry.lookup = lookup;
         entry.lookup.text = entry.text;
         entry.result = result;
-        entry.epoch = m_epochs[lookup.kind == Lookup::ePath ? 0 : 1] - (isOutdated ? 1 : 0);
+        entry.epoch = m_epochs[lookup.kind == Lookup::ePath ? 0 : 1];
     } catch (const std::bad_alloc&) { // the result is not cached
     }
 }
@@ -163,7 +185,9 @@ void Memory::follow(std::uint64_t version, Change change)
         m_epochs[0] += change == eValues ? 0 : 1;
         ++m_epochs[1];
     }
-    m_changed = change == eOthers ? m_changed : m_epochs[1];
+    if (change != eOthers) {
+        m_places.clear(); // as on Windows, an index counts the entries that are left
+    }
 }
 
 } // namespace winhost::registry

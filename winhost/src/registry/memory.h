@@ -6,6 +6,7 @@
 #include "registry/tree.h"
 
 #include <mutex>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -28,17 +29,19 @@ public:
     HKEY open(NodeId node, REGSAM access);
     LSTATUS close(HKEY key);
 
-    /// Returns true if the last call that enumerated with this handle returned the previous entry.
-    bool isContinued(HKEY key, const Lookup& lookup);
+    /// Returns the entry before the given index if the last call that enumerated with this handle returned it
+    /// and this process has not written since.
+    std::optional<Previous> previous(HKEY key, const Lookup& lookup);
     /// Records the result of a call that enumerates. After ERROR_MORE_DATA, the call may be repeated.
-    void advance(HKEY key, const Lookup& lookup, LSTATUS status);
+    void advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status);
 
-    /// Returns the cached result; null if none is valid. If mayBeOutdated is true, a result is valid as long
-    /// as this process has not written since the result was cached.
-    const Result* recall(const Lookup& lookup, bool mayBeOutdated = false);
+    /// Returns the cached result; null if none is valid.
+    const Result* recall(const Lookup& lookup);
+    /// Returns recall(), unless the enumeration began before another process has written.
+    const Result* recall(HKEY key, const Lookup& lookup);
     /// Caches a result, unless the store has changed or the result has more than 2,400 bytes. Call it in a
-    /// Transaction. A result that is outdated is returned only if mayBeOutdated is true.
-    void remember(const Lookup& lookup, const Result& result, bool isOutdated = false);
+    /// Transaction.
+    void remember(const Lookup& lookup, const Result& result);
 
     enum Change
     {
@@ -57,7 +60,6 @@ private:
         NodeId node; // 0: closed
         REGSAM access;
         std::size_t nextClosed;
-        std::uint64_t position; // see positionOf()
     };
     struct Entry
     {
@@ -67,14 +69,24 @@ private:
         Result result;
     };
 
+    /// The last entry of an enumeration.
+    struct Place
+    {
+        DWORD index = 0;
+        std::uint64_t epoch = 0; // when the enumeration began
+        Text name;
+    };
+
     Slot* find(HKEY key);
+    Place* placeBefore(HKEY key, const Lookup& lookup);
+    bool isOutdated(const Place& place) const { return place.epoch != m_epochs[1] || m_version == 0; }
 
     std::vector<Slot> m_slots;
     std::size_t m_closed = 0;                           // first closed slot; m_slots.size() if there is none
     std::unordered_map<std::uint64_t, Entry> m_results; // by the Lookup's hash; at most 4,096
     std::uint64_t m_version = 0;
     std::uint64_t m_epochs[2] = {1, 1}; // results with older epochs are outdated; [0] is for paths
-    std::uint64_t m_changed = 1;        // m_epochs[1] after this process's last write
+    std::unordered_map<std::uint64_t, Place> m_places; // see placeId()
 };
 
 extern Memory& memory;

@@ -59,18 +59,18 @@ Result missing(NodeId node, LSTATUS status)
 }
 
 /// Copies the cached result; returns false if there is none.
-bool isKnown(const Lookup& lookup, Result& result, bool mayBeOutdated = false)
+bool isKnown(const Lookup& lookup, Result& result)
 {
     const std::lock_guard<std::mutex> lock(memory.mutex);
-    const Result* const known = memory.recall(lookup, mayBeOutdated);
+    const Result* const known = memory.recall(lookup);
     result = known != nullptr ? *known : result;
     return known != nullptr;
 }
 
-void remember(const Lookup& lookup, const Result& result, bool isOutdated = false)
+void remember(const Lookup& lookup, const Result& result)
 {
     const std::lock_guard<std::mutex> lock(memory.mutex);
-    memory.remember(lookup, result, isOutdated);
+    memory.remember(lookup, result);
 }
 
 /// Removes the next component from a path. Returns false at the end.
@@ -155,27 +155,22 @@ Result findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// Finds and caches the entry at an index. If the previous entry is cached, continues after its name, because
-/// counting from the start for each entry would take quadratic time. If no process has written since the
-/// previous entry was cached, also reads the entries that follow. If another process has written, an
-/// enumeration that has begun still continues after the previous name, and its entries are cached as
-/// outdated.
-Result findAt(const Lookup& lookup)
+/// Finds the entry at an index. If the previous entry is known, continues after its name, because counting
+/// from the start for each entry would take quadratic time. If it is not outdated, also reads and caches the
+/// entries that follow.
+Result findAt(const Lookup& lookup, const Previous* previous)
 {
     constexpr std::int64_t readAhead = 64;
+    const bool isCurrent = previous != nullptr && !previous->isOutdated;
+    const std::string from = previous != nullptr ? folded(previous->name) + '\0' : "";
     Lookup at = lookup;
-    --at.index;
-    Result before{.status = ERROR_NO_MORE_ITEMS};
-    const bool isCurrent = lookup.index != 0 && isKnown(at, before);
-    const bool isOutdated = !isCurrent && lookup.isContinued && isKnown(at, before, true);
-    const bool isAfter = (isCurrent || isOutdated) && before.status == ERROR_SUCCESS;
-    const std::string from = isAfter ? folded(before.name) + '\0' : "";
     Query query(lookup.kind == Lookup::eSubKeyAt
                     ? "SELECT folded, name, id, x'', sum FROM keys WHERE parent = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4"
                     : "SELECT folded, name, type, data, sum FROM vals WHERE key = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4",
-                lookup.node, from, isCurrent ? readAhead : 1, isAfter ? 0 : std::int64_t{lookup.index});
+                lookup.node, from, isCurrent ? readAhead : 1,
+                previous != nullptr ? 0 : std::int64_t{lookup.index});
     std::optional<Result> first;
     for (std::string last = from; query.next(); last.assign(query.bytes(0)) += '\0') {
         Result found{.type = static_cast<DWORD>(query.number(2)),
@@ -186,17 +181,15 @@ Result findAt(const Lookup& lookup)
             require(first.has_value());
             break;
         }
-        ++at.index;
-        remember(at, found, isOutdated);
+        if (isCurrent) {
+            remember(at, found);
+            ++at.index;
+        }
         if (!first.has_value()) {
             first = std::move(found);
         }
     }
-    if (!first.has_value()) {
-        first = missing(lookup.node, ERROR_NO_MORE_ITEMS);
-        remember(lookup, *first, isOutdated);
-    }
-    return *first;
+    return first.has_value() ? *first : missing(lookup.node, ERROR_NO_MORE_ITEMS);
 }
 
 void createFirstKeys()
@@ -214,16 +207,17 @@ void createFirstKeys()
 
 } // namespace
 
-Result find(const Lookup& lookup)
+Result find(const Lookup& lookup, const Previous* previous)
 {
     Result found;
-    if (!isKnown(lookup, found)) {
-        if (lookup.kind >= Lookup::eSubKeyAt) {
-            return findAt(lookup);
+    const bool isOutdated = previous != nullptr && previous->isOutdated;
+    if (isOutdated || !isKnown(lookup, found)) {
+        found = lookup.kind == Lookup::ePath    ? walk(lookup.node, lookup.text, nullptr)
+                : lookup.kind == Lookup::eValue ? findValue(lookup.node, lookup.text)
+                                                : findAt(lookup, previous);
+        if (!isOutdated) {
+            remember(lookup, found);
         }
-        found = lookup.kind == Lookup::ePath ? walk(lookup.node, lookup.text, nullptr)
-                                             : findValue(lookup.node, lookup.text);
-        remember(lookup, found);
     }
     return found;
 }

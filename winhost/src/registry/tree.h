@@ -40,7 +40,13 @@ struct Lookup
     TextView text = {};
     DWORD index = 0;
     NodeId node = 0;
-    bool isContinued = false; ///< of an index: the last call enumerated the previous entry
+};
+
+/// The entry that precedes an index in an enumeration.
+struct Previous
+{
+    Text name;
+    bool isOutdated; ///< another process may have written since
 };
 
 struct Result
@@ -52,9 +58,10 @@ struct Result
     Text name = {}; ///< the original spelling of the name; unset for a path
 };
 
-/// Returns the cached result if there is one; otherwise reads the store. Do not call this after a change in
-/// the same Transaction.
-Result find(const Lookup& lookup);
+/// Returns the cached result if there is one; otherwise reads the store. If the previous entry of an
+/// enumeration is outdated, returns the entry after its name, and caches nothing. Do not call this after a
+/// change in the same Transaction.
+Result find(const Lookup& lookup, const Previous* previous = nullptr);
 
 /// The counts of a key's sub-keys and values, and the greatest lengths of their names and data in bytes.
 struct Measure
