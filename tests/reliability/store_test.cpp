@@ -248,13 +248,14 @@ LSTATUS openStore(int byte)
     return result;
 }
 
-/// Reads the store with the program's own SQLite. The next call closes the store.
+/// Begins a read transaction with the program's own SQLite. The next call closes the store.
 LSTATUS useSqlite(int)
 {
     static sqlite3* database = nullptr;
-    return database != nullptr ? sqlite3_close(std::exchange(database, nullptr))
-                               : sqlite3_open(storeFile("").c_str(), &database) +
-                                     sqlite3_exec(database, "SELECT * FROM vals", nullptr, nullptr, nullptr);
+    return database != nullptr
+               ? sqlite3_close(std::exchange(database, nullptr))
+               : sqlite3_open(storeFile("").c_str(), &database) +
+                     sqlite3_exec(database, "BEGIN; SELECT * FROM vals", nullptr, nullptr, nullptr);
 }
 
 /// Copies the store to the file `copy` with the program's own SQLite.
