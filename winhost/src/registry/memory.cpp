@@ -110,7 +110,8 @@ Memory::Place* Memory::placeBefore(HKEY key, const Lookup& lookup)
 {
     const auto found =
         lookup.kind >= Lookup::eSubKeyAt ? m_places.find(placeId(key, lookup.kind)) : m_places.end();
-    return found != m_places.end() && found->second.index + 1 == lookup.index ? &found->second : nullptr;
+    const bool isBefore = found != m_places.end() && found->second.isBefore(lookup.index);
+    return isBefore ? &found->second : nullptr;
 }
 
 std::optional<Previous> Memory::previous(HKEY key, const Lookup& lookup)
@@ -121,7 +122,8 @@ std::optional<Previous> Memory::previous(HKEY key, const Lookup& lookup)
 
 void Memory::advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status)
 {
-    if (lookup.kind < Lookup::eSubKeyAt || status == ERROR_MORE_DATA) {
+    const bool isClosed = find(key) == nullptr && rootOf(key) == 0; // by another thread
+    if (lookup.kind < Lookup::eSubKeyAt || status == ERROR_MORE_DATA || isClosed) {
         return;
     }
     if (status != ERROR_SUCCESS) {
@@ -129,10 +131,9 @@ void Memory::advance(HKEY key, const Lookup& lookup, const Result& result, LSTAT
         return;
     }
     Place& place = m_places[placeId(key, lookup.kind)];
-    const bool isContinued = place.epoch != 0 && place.index + 1 == lookup.index;
-    place.epoch = isContinued ? place.epoch : m_epochs[1];
+    place.name = result.name; // if this throws, the place is unchanged
+    place.epoch = place.isBefore(lookup.index) ? place.epoch : m_epochs[1];
     place.index = lookup.index;
-    place.name = result.name;
 }
 
 const Result* Memory::recall(HKEY key, const Lookup& lookup)

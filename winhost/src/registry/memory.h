@@ -73,8 +73,10 @@ private:
     struct Place
     {
         DWORD index = 0;
-        std::uint64_t epoch = 0; // when the enumeration began
+        std::uint64_t epoch = 0; // when the enumeration began; 0 if it has not begun
         Text name;
+
+        bool isBefore(DWORD next) const { return epoch != 0 && index + 1 == next; }
     };
 
     Slot* find(HKEY key);

@@ -161,16 +161,21 @@ Result findValue(NodeId node, TextView name)
 Result findAt(const Lookup& lookup, const Previous* previous)
 {
     constexpr std::int64_t readAhead = 64;
-    const bool isCurrent = previous != nullptr && !previous->isOutdated;
-    const std::string from = previous != nullptr ? folded(previous->name) + '\0' : "";
     Lookup at = lookup;
+    --at.index;
+    Result before{.status = ERROR_NO_MORE_ITEMS};
+    const bool isCached = previous == nullptr && lookup.index != 0 && isKnown(at, before);
+    const bool isCurrent =
+        previous != nullptr ? !previous->isOutdated : isCached && before.status == ERROR_SUCCESS;
+    const std::string from = previous != nullptr ? folded(previous->name) + '\0'
+                             : isCurrent         ? folded(before.name) + '\0'
+                                                 : "";
     Query query(lookup.kind == Lookup::eSubKeyAt
                     ? "SELECT folded, name, id, x'', sum FROM keys WHERE parent = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4"
                     : "SELECT folded, name, type, data, sum FROM vals WHERE key = ?1 AND folded >= ?2"
                       " ORDER BY folded LIMIT ?3 OFFSET ?4",
-                lookup.node, from, isCurrent ? readAhead : 1,
-                previous != nullptr ? 0 : std::int64_t{lookup.index});
+                lookup.node, from, isCurrent ? readAhead : 1, from.empty() ? std::int64_t{lookup.index} : 0);
     std::optional<Result> first;
     for (std::string last = from; query.next(); last.assign(query.bytes(0)) += '\0') {
         Result found{.type = static_cast<DWORD>(query.number(2)),
@@ -181,9 +186,9 @@ Result findAt(const Lookup& lookup, const Previous* previous)
             require(first.has_value());
             break;
         }
+        ++at.index;
         if (isCurrent) {
             remember(at, found);
-            ++at.index;
         }
         if (!first.has_value()) {
             first = std::move(found);
