@@ -31,6 +31,8 @@ if(MSVC)
   target_link_options(rkuinfo_flags INTERFACE
     /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT /guard:cf /Brepro /INCREMENTAL:NO /PDBALTPATH:%_PDB%)
 elseif(WIN32)
+  # Otherwise g++'s debug information depends on the path of the source.
+  target_compile_options(rkuinfo_flags INTERFACE "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-fno-var-tracking-assignments>")
   target_link_options(rkuinfo_flags INTERFACE
     -Wl,--dynamicbase,--high-entropy-va,--nxcompat -Wl,--no-insert-timestamp)
 else()
