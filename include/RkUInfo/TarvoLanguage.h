@@ -17,7 +17,7 @@
 class RKUINFO_API TarvoLanguage
 {
 public:
-    /// Any value other than the index of a language means the unknown language.
+    /// If a value is not the index of a language, it stands for the unknown language.
     TarvoLanguage(long lang);
     /// Looks up a short name; a null, empty or unknown name means the unknown language.
     TarvoLanguage(const wchar_t* shortName);

@@ -22,7 +22,7 @@ namespace {
 
 int numbers[std::size(suffixes)] = {-1, -1, -1};
 
-// openFile sets the store's descriptors to this file offset, by which isLost recognises them. SQLite never
+// openFile sets the file offset of the store's descriptors to this value, which isLost checks. SQLite never
 // changes it, and other files are unlikely to have it. Some file systems refuse offsets of 2 GiB and more.
 constexpr off_t mark = 0x5707E5E7;
 
