@@ -28,19 +28,20 @@ LSTATUS lookUp(HKEY key, REGSAM needed, Lookup lookup, Use use)
         lookup.node = memory.resolve(key, needed);
         const Result* result = memory.recall(key, lookup);
         Result found;
+        std::optional<Previous> previous;
         if (result == nullptr) {
             lock.unlock();
             const Transaction in(false);
             follow(in);
             lock.lock();
-            const std::optional<Previous> previous = memory.previous(key, lookup);
+            previous = memory.previous(key, lookup);
             lock.unlock();
             found = find(lookup, previous ? &*previous : nullptr);
             result = &found;
             lock.lock();
         }
         const LSTATUS status = result->status != ERROR_SUCCESS ? result->status : use(*result);
-        memory.advance(key, lookup, *result, status);
+        memory.advance(key, lookup, *result, status, previous && previous->isOutdated);
         return status;
     });
 }

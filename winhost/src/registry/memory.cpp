@@ -120,7 +120,7 @@ std::optional<Previous> Memory::previous(HKEY key, const Lookup& lookup)
     return place != nullptr ? std::optional<Previous>({place->name, isOutdated(*place)}) : std::nullopt;
 }
 
-void Memory::advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status)
+void Memory::advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status, bool isOutdated)
 {
     const bool isClosed = find(key) == nullptr && rootOf(key) == 0; // by another thread
     if (lookup.kind < Lookup::eSubKeyAt || status == ERROR_MORE_DATA || isClosed) {
@@ -132,7 +132,7 @@ void Memory::advance(HKEY key, const Lookup& lookup, const Result& result, LSTAT
     }
     Place& place = m_places[placeId(key, lookup.kind)];
     place.name = result.name; // if this throws, the place is unchanged
-    place.epoch = place.isBefore(lookup.index) ? place.epoch : m_epochs[1];
+    place.epoch = m_epochs[1] - (isOutdated ? 1 : 0);
     place.index = lookup.index;
 }
 

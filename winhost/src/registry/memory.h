@@ -32,8 +32,9 @@ public:
     /// Returns the entry before the given index if the last call that enumerated with this handle returned it
     /// and this process has not written since.
     std::optional<Previous> previous(HKEY key, const Lookup& lookup);
-    /// Records the result of a call that enumerates. After ERROR_MORE_DATA, the call may be repeated.
-    void advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status);
+    /// Records the result of a call that enumerates, and whether the previous entry was outdated. After
+    /// ERROR_MORE_DATA, the call may be repeated.
+    void advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status, bool isOutdated);
 
     /// Returns the cached result; null if none is valid.
     const Result* recall(const Lookup& lookup);
@@ -73,7 +74,7 @@ private:
     struct Place
     {
         DWORD index = 0;
-        std::uint64_t epoch = 0; // when the enumeration began; 0 if it has not begun
+        std::uint64_t epoch = 0; // of the result; 0 if the enumeration has not begun
         Text name;
 
         bool isBefore(DWORD next) const { return epoch != 0 && index + 1 == next; }
@@ -87,7 +88,7 @@ private:
     std::size_t m_closed = 0;                           // first closed slot; m_slots.size() if there is none
     std::unordered_map<std::uint64_t, Entry> m_results; // by the Lookup's hash; at most 4,096
     std::uint64_t m_version = 0;
-    std::uint64_t m_epochs[2] = {1, 1}; // results with older epochs are outdated; [0] is for paths
+    std::uint64_t m_epochs[2] = {2, 2}; // results with older epochs are outdated; [0] is for paths
     std::unordered_map<std::uint64_t, Place> m_places; // see placeId()
 };
 
