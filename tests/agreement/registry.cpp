@@ -10,8 +10,8 @@ namespace {
 using namespace agreement;
 using testing_support::OwnedKey;
 
-/// Returns an unusual or an ordinary name. Windows and Wine disagree on the order of names with non-ASCII
-/// letters, so the list avoids names for which the order would matter.
+/// Returns an unusual or an ordinary name. Systems disagree on the order of names with non-ASCII letters, so
+/// the list avoids names for which the order would matter.
 Text name(Trace& trace)
 {
     if (trace.oneIn(12)) {
@@ -91,14 +91,14 @@ public:
 
         if (call == u"create") {
             status = RegCreateKeyExW(handle, wide(subKey), 0, nullptr, 0, access, nullptr, &opened, &number);
-            number = subKey.empty() ? 0 : number; // for an empty path, results differ
+            number = subKey.empty() ? 0 : number; // depends on the system
         } else if (call == u"open") {
             status = RegOpenKeyExW(handle, subKey.empty() ? nullptr : wide(subKey), 0, access, &opened);
         } else if (call == u"set") {
             status = RegSetValueExW(handle, value, 0, type, out, size - 2);
         } else if (call == u"query") {
             status = RegQueryValueExW(handle, value, nullptr, &type, out, number == 0 ? nullptr : &size);
-            size = status == ERROR_INVALID_HANDLE ? 0 : size; // for an invalid handle, sizes differ
+            size = status == ERROR_INVALID_HANDLE ? 0 : size; // depends on the system
         } else if (call == u"sub-key") {
             size /= 2; // characters
             status = RegEnumKeyExW(handle, number, text, &length, nullptr, reinterpret_cast<wchar_t*>(out),
@@ -115,8 +115,8 @@ public:
             status = RegDeleteKeyW(handle, wide(subKey));
         } else if (call == u"delete tree" &&
                    (!subKey.empty() || key.access == KEY_ALL_ACCESS || key.access == KEY_NOTIFY)) {
-            status = RegDeleteTreeW(handle, wide(subKey)); // after a failure, different keys remain
-            status = subKey.empty() ? status != ERROR_SUCCESS : status; // for an empty path, results differ
+            status = RegDeleteTreeW(handle, wide(subKey)); // the keys that remain depend on the system
+            status = subKey.empty() ? status != ERROR_SUCCESS : status; // depends on the system
         } else if (call == u"close" && !isRoot) {
             const HKEY closed = key.handle.release();
             status = RegCloseKey(closed);

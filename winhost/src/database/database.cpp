@@ -246,8 +246,8 @@ std::uint32_t storedNumber(const char* pragma)
     return static_cast<std::uint32_t>(query.number(0));
 }
 
-/// Returns ERROR_REGISTRY_CORRUPT if the log belongs to another file, and ERROR_LOCK_FAILED while other
-/// processes use a log that was removed.
+/// Returns ERROR_REGISTRY_CORRUPT if the log belongs to another file or the file is newer than the log, and
+/// ERROR_LOCK_FAILED while other processes use a log that was removed.
 LSTATUS logStatus()
 {
     const std::uint64_t version = contentVersion();
@@ -286,7 +286,8 @@ bool isWrittenBack()
 }
 
 /// Writes the log back to the file. Changes the generation first, so that no earlier copy of the file has the
-/// generation of the result. Does not wait for other writers.
+/// generation of the result; if that fails, for example because the disk is full, still writes the log back.
+/// Does not wait for other writers.
 LSTATUS writeBack(int mode)
 {
     sqlite3_busy_handler(own.database, nullptr, nullptr);
@@ -329,12 +330,12 @@ bool isLocked(File which, off_t first, off_t count)
 
 bool isOnlyUser()
 {
-    return !isLocked(eContent, 0x40000002, 510);
+    return !isLocked(eContent, 0x40000002, 510); // SQLite's shared lock
 }
 
 bool isLogRead()
 {
-    return isLocked(eIndex, 124, 4);
+    return isLocked(eIndex, 124, 4); // SQLite's read locks on the log
 }
 
 /// Writes the log back if it is long. If other processes prevent this, tries again when the log has grown.
@@ -360,7 +361,7 @@ void beginLog()
 // ---- Files
 
 /// Returns the path with links resolved, so that SQLite creates the log and its index next to the file
-/// itself. Returns `otherwise` if there is no such file.
+/// itself. Returns `otherwise` if the file does not exist.
 std::string resolved(const std::string& file, const std::string& otherwise)
 {
     const std::unique_ptr<char, decltype(&std::free)> path(realpath(file.c_str(), nullptr), &std::free);

@@ -38,7 +38,7 @@ public:
 
     /// Returns the cached result; null if none is valid.
     const Result* recall(const Lookup& lookup);
-    /// Returns recall(), unless the enumeration began before another process has written.
+    /// Returns recall(lookup), or null if the enumeration continues after an outdated entry.
     const Result* recall(HKEY key, const Lookup& lookup);
     /// Caches a result, unless the store has changed or the result has more than 2,400 bytes. Call it in a
     /// Transaction.
@@ -88,7 +88,9 @@ private:
     std::size_t m_closed = 0;                           // first closed slot; m_slots.size() if there is none
     std::unordered_map<std::uint64_t, Entry> m_results; // by the Lookup's hash; at most 4,096
     std::uint64_t m_version = 0;
-    std::uint64_t m_epochs[2] = {2, 2}; // results with older epochs are outdated; [0] is for paths
+    // Results of older epochs are outdated; [0] is for paths. Outdated places get the epoch before the
+    // current one, which must not be 0.
+    std::uint64_t m_epochs[2] = {2, 2};
     std::unordered_map<std::uint64_t, Place> m_places; // see placeId()
 };
 

@@ -155,9 +155,9 @@ Result findValue(NodeId node, TextView name)
             .name = textOf(query.bytes(0))};
 }
 
-/// Finds the entry at an index. If the previous entry is known, continues after its name, because counting
-/// from the start for each entry would take quadratic time. If it is not outdated, also reads and caches the
-/// entries that follow.
+/// Finds the entry at an index. If the previous entry is known or cached, continues after its name, because
+/// counting from the start for each entry would take quadratic time. If it is not outdated, also reads and
+/// caches the entries that follow.
 Result findAt(const Lookup& lookup, const Previous* previous)
 {
     constexpr std::int64_t readAhead = 64;
