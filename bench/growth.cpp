@@ -82,7 +82,7 @@ void write(benchmark::State& state)
     }
 }
 
-/// Measures what iterating over a key costs for each value.
+/// Measures the cost per value of iterating over a key.
 void enumerate(benchmark::State& state)
 {
     TarvoConfig& config = *velaConfig();

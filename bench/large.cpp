@@ -325,9 +325,9 @@ void checkBig(TarvoConfig& config)
 } // namespace
 
 /// "fill KEYS" creates the tree. "measure KEYS" prints four durations in nanoseconds: reading one value
-/// in sequential order, reading one value in random order, one step of a walk, and reading one value by two
-/// SQL SELECTs. "bulk 0" prints how long bulk changes take. "memory KEYS" reads the whole tree and prints the
-/// memory used. "big FILE" measures reads and writes of 1 MB values.
+/// in sequential order, reading one value in random order, one step of a walk, and reading one value with two
+/// SQL SELECT statements. "bulk 0" prints how long bulk changes take. "memory KEYS" reads the whole tree and
+/// prints the memory used. "big FILE" measures reads and writes of 1 MB values.
 int main(int argc, char** argv) // NOLINT(bugprone-exception-escape): it then terminates
 {
     require(argc > 2, "reading the arguments");

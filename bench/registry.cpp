@@ -123,7 +123,7 @@ void walkBare()
     RegCloseKey(key);
 }
 
-/// Makes the same registry calls as CreateConfigReg on an existing tree.
+/// Makes the registry calls that CreateConfigReg makes if the tree exists.
 void createBare()
 {
     RegCloseKey(bench::openKey(bench::productKey, KEY_READ));

@@ -1,8 +1,8 @@
 # read_headers_once(<target>): precompiles the headers that most sources include, once for all targets.
 # With Visual C++ each target precompiles the headers again, because targets with different definitions cannot share
-# them. Programs use these headers only with MinGW; on Linux the flags of programs differ from those of the
-# libraries. If another project includes this one, no headers are precompiled, because that project may change
-# a target's flags.
+# them. Programs use these headers only with MinGW, because on Linux programs are compiled with other flags
+# than the libraries. If another project includes this one, no headers are precompiled, because that project
+# may change a target's flags.
 set(RKUINFO_HEADERS <windows.h> <algorithm> <memory>)
 if(PROJECT_IS_TOP_LEVEL AND NOT MSVC)
   file(CONFIGURE OUTPUT headers.cpp CONTENT "")

@@ -31,7 +31,7 @@ endif()
 if(RKUINFO_EXAMPLES)
   list(APPEND programs installer)
 endif()
-# Builds everything that is installed.
+# Builds everything that will be installed.
 add_custom_target(shipped)
 add_dependencies(shipped ${libraries} ${programs} langpacks)
 

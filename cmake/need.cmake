@@ -8,7 +8,7 @@ function(need debian package)
 endfunction()
 
 # need_program(<Debian package> <variable> <program>): calls find_program, and reports a missing program in
-# the same form.
+# the form shown above.
 function(need_program debian variable program)
   find_program(${variable} ${program})
   if(NOT ${variable})

@@ -27,7 +27,7 @@ public:
     std::string_view rest() { return bytes(m_bytes.size()); }
 
     /// Returns a terminated string. Each code unit uses one byte of input, or two if isWide is true. The
-    /// allocation ends after the terminator, so that sanitizers detect overruns.
+    /// allocation ends directly after the terminator, so that sanitizers detect overruns.
     std::vector<wchar_t> text(std::size_t bytesToTake, bool isWide)
     {
         const std::string_view taken = bytes(bytesToTake);

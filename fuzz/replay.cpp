@@ -1,4 +1,4 @@
-// Replaces libFuzzer's main function: runs a target on every file of a folder.
+// Replaces libFuzzer's main function: runs a target on every file in a folder.
 #include <cstdint>
 #include <filesystem>
 #include <fstream>

@@ -1,4 +1,4 @@
-// Finds strings in language libraries with arbitrary content.
+// Looks up strings in language libraries whose content is arbitrary.
 #include "input.h"
 
 #include "pe_resources.h"

@@ -2,11 +2,12 @@
 // RkUInfo: the product, company, language and profile of this process, the paths of its settings, folders and
 // resource libraries, and its configuration store.
 //
-// Strings are terminated UTF-16. Lengths count characters (code units). Unless a comment says otherwise, a
-// returned length does not count the terminator, and 0 or null means failure. A buffer that is passed without
-// a size must hold 1024 characters. Returned pointers belong to the library: never free them. After start-up
-// every function may be called from any thread. On Linux, compile clients with -fshort-wchar and use
-// std::u16string: the C++ runtime's std::wstring still has 32-bit characters and crashes without a warning.
+// Strings are UTF-16 with a terminator. Lengths count characters (code units). Unless a comment says
+// otherwise, a returned length does not count the terminator, and 0 or null means failure. A buffer that is
+// passed without a size must hold 1024 characters. Returned pointers belong to the library: never free them.
+// After start-up every function may be called from any thread. On Linux, compile clients with -fshort-wchar
+// and use std::u16string: the C++ runtime's std::wstring still has 32-bit characters and crashes without a
+// warning.
 #pragma once
 
 #include "RkUInfo/Export.h"
@@ -21,7 +22,7 @@
 /// Returns the configuration object; never null.
 RKUINFO_API TarvoConfig* velaConfig();
 
-/// Performs start-up: determines company, product, language and profile. Call InitVelaConfig once per
+/// Performs start-up: determines the company, product, language and profile. Call InitVelaConfig once per
 /// process, before other threads use the library. A null or empty argument is replaced by the first of these
 /// that is available:
 /// - company: "TARVO.ini" [Product] CompanyName; "Norvik"
@@ -33,17 +34,17 @@ RKUINFO_API TarvoConfig* velaConfig();
 /// If the first language name found is not an installed language, or if no name is found, a message box asks
 /// whether to use the first installed language.
 ///
-/// A profile argument replaces the stored current profile, if there is one. Start-up records its choices only
-/// in keys that exist; CreateConfigReg creates the keys. The process exits with code 1 after a message box if
-/// the language argument is unknown, if no language is installed, or if the user declines the proposed
-/// language. Once start-up has succeeded, further calls return eOk and ignore their arguments.
+/// If a current profile is stored, a profile argument replaces it. Start-up records its choices only in keys
+/// that exist; CreateConfigReg creates the keys. The process exits with code 1 after a message box if the
+/// language argument is unknown, if no language is installed, or if the user declines the proposed language.
+/// Once start-up has succeeded, further calls return eOk and ignore their arguments.
 /// @return eOk; eInvalidInput if company or product has 255 or more characters, if a path does not fit, or
 ///         after an earlier failure; eRegistryError if the language's folder cannot be read, or if the search
 ///         for installed languages fails because too many files are open
 RKUINFO_API TarvoConfig::Error InitVelaConfig(const wchar_t* company, const wchar_t* product,
                                               const wchar_t* language, const wchar_t* profile);
 
-/// Creates the current user's product tree and records version, language and profile in it. Call
+/// Creates the current user's product tree and records the version, language and profile in it. Call
 /// CreateConfigReg after InitVelaConfig. A current profile that is already stored is not replaced. A start-up
 /// profile of 127 characters or more is stored whole but cannot be read back: the next look-up of the current
 /// profile replaces it with "Default". Throws an RkErrorStatus* if memory is exhausted.
@@ -68,7 +69,7 @@ RKUINFO_API const wchar_t* GetVelaArchitectrueCommandNamePrefix();
 
 /// Returns "2018".
 RKUINFO_API const wchar_t* GetVelaProgramVersionString();
-/// Returns the LCID of a short name, 1033 for an unknown name, 0 for null or empty.
+/// Returns the LCID of a short name: 1033 if the name is unknown, 0 if it is null or empty.
 RKUINFO_API long GetVelaLanguageIdByShortName(const wchar_t* shortName);
 /// Returns the LCID of the current language, or 1033 before start-up.
 RKUINFO_API long GetCurrentVelaLanguageId();
@@ -169,7 +170,7 @@ RKUINFO_API unsigned long GetCustomResFileName(wchar_t* const buffer);
 /// empty, too long or not a string. If getValue cannot read the value, writes the path of Style.tus in the
 /// roaming Support folder.
 RKUINFO_API unsigned long GetVelaUIStyleConfigFilePath(wchar_t* const buffer);
-/// Returns ITarvoProduct::userDataCachePath; may be empty, never null.
+/// Returns ITarvoProduct::userDataCachePath, which may be empty but is never null.
 RKUINFO_API const wchar_t* GetVelaUserDataCachePath();
 /// Writes the current language's folder in the user data cache folder, without a trailing backslash.
 RKUINFO_API unsigned long GetVelaUserDataCacheLanPath(wchar_t* const buffer);

@@ -33,7 +33,7 @@ namespace rkuinfo {
 using Bytes = std::vector<std::byte>;
 
 /// Returns the result of a function that fills a buffer of 1024 characters, such as
-/// GetUserApplicationDataSupportPath; empty if it fails.
+/// GetUserApplicationDataSupportPath, or an empty string if that function fails.
 inline Text text(unsigned long (*function)(wchar_t*))
 {
     wchar_t buffer[1024];
@@ -61,7 +61,7 @@ public:
 
 private:
     const wchar_t* m_literal = nullptr;
-    std::vector<wchar_t> m_copy; // the terminated copy of a Text; empty for a literal
+    std::vector<wchar_t> m_copy; // the terminated copy of a Text, or empty if the Text is a literal
 };
 
 // ---- Errors ------------------------------------------------------------------------------------------
@@ -123,7 +123,7 @@ concept Integer = std::signed_integral<T> &&(sizeof(T) == 4 || sizeof(T) == 8) &
                   (!std::same_as<T, long> || sizeof(long) == 8);
 
 /// The types that a setting can be read as. A 32-bit integer is stored as eInt, a 64-bit integer as
-/// eInt64. The type long is accepted only if long has 64 bits, as on 64-bit Linux.
+/// eInt64. The type long is accepted only if it is 64 bits wide, as on 64-bit Linux.
 template <typename T>
 concept Setting = Integer<T> || std::same_as<T, double> || std::same_as<T, Text> || std::same_as<T, Bytes>;
 
@@ -234,7 +234,7 @@ template <typename T>
 
 namespace detail {
 
-/// Reads a name; `read` must call name() or key() of an iterator.
+/// Reads a name; `read` must call an iterator's name() or key().
 template <typename ReadName>
 TarvoConfig::Error readName(ReadName read, Text& name)
 {
@@ -330,7 +330,7 @@ struct ValueCursor
 {
     using Entry = Value;
 
-    /// Returns false past the end.
+    /// Returns false if the position is past the end.
     bool read(Entry& value) const
     {
         value.data = VelaVariant();

@@ -1,6 +1,6 @@
 # Builds the benchmarks with optimisation and runs them. Writes the figures for the first two tables of
-# docs/PERFORMANCE.md to build/bench/results.json. Writes the figures for the large store and the plot to
-# build/bench/scale.json.
+# docs/PERFORMANCE.md to build/bench/results.json. Writes the figures for the large store and those for the
+# plot to build/bench/scale.json.
 
 bench=$PWD/build/bench
 bench_run=$bench/run # the measured programs write their files here
@@ -48,8 +48,8 @@ calls_of() {
     strace -f -o "$bench_run/calls" "$@" >/dev/null && grep -c = "$bench_run/calls"
 }
 
-# Makes 11 pairs of runs to compare the processor time of durable writes with that of SQLite, and prints the
-# median percentage.
+# Compares the processor time of durable writes with that of SQLite in 11 pairs of runs, and prints the median
+# percentage.
 write_percent() {
     for _ in {1..11}; do
         echo $((100 * $(loop ours write 20000) / $(loop sqlite write 20000)))
@@ -103,8 +103,8 @@ bench_table() {
     bench/report.py table "$bench"
 }
 
-# Measures how costs grow with the size of the store. The stores are in memory, to exclude disk access. Filling them
-# takes half a minute.
+# Measures how costs grow with the size of the store. The stores are in memory, so that disk access is not
+# measured. Filling them takes half a minute.
 bench_scale() {
     build_bench host "$bench"
     fresh_home

@@ -17,7 +17,7 @@ row() {
     fi
 }
 
-# Builds this project by itself: the library, the languages and one example, without warnings.
+# Builds this project on its own: the library, the languages and one example, without warnings.
 alone() {
     local folder=${*: -1}
     cmake -S . -B "$folder" -DRKUINFO_TESTS=OFF -DCMAKE_COMPILE_WARNING_AS_ERROR=ON "${@:1:$#-1}" &&
@@ -105,7 +105,8 @@ both_runtimes() {
         cmp "$client/Debug/RkUInfo.pdb" "$folder/package/debug/bin/RkUInfo.pdb"
 }
 
-# Checks that the same sources produce the same libraries. ./dev package checks the libraries of MinGW.
+# Checks that the same sources produce the same libraries. ./dev package makes the same check for the
+# libraries built with MinGW.
 reproducible() {
     build visual-cpp RkUInfo &&
         tests/package/check.sh reproducible "$PWD/build/visual-cpp" visual-cpp bin/RkOsBase.dll bin/RkUInfo.dll \

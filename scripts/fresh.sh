@@ -1,5 +1,5 @@
 # Runs the documents' commands in a new, minimal Debian root, to check that README and GUIDE name every Debian
-# package that the commands need. The ./dev commands of README run in a clone of the last commit.
+# package that the commands need. The ./dev commands in README.md run in a clone of the last commit.
 
 fresh=$PWD/build/fresh
 

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # scripts/picture.sh [COLUMNS] >docs/rkuinfo.svg
 #
-# Prints the README's picture of rkuinfo's output for the application that ./dev demo creates. Colours follow the
-# reader's dark or light scheme.
+# Prints the picture in the README: rkuinfo's output for the application that ./dev demo creates. Colours
+# follow the reader's dark or light scheme.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 columns=${1:-80}

@@ -2,8 +2,8 @@
 
 wine_folder=$PWD/build/wine
 wine_program=/usr/lib/wine/wine64
-# setarch fixes the address of the heap. At a random address, the heap may cover the page at 0x7ffe0000; Wine cannot
-# start without this page.
+# setarch keeps the heap at the same address in every run. At a random address, the heap may cover the page at
+# 0x7ffe0000; Wine cannot start without this page.
 wine=(setarch --addr-no-randomize "$wine_program")
 "${wine[@]:0:2}" true 2>/dev/null || wine=("$wine_program") # some containers forbid setarch
 
@@ -33,11 +33,12 @@ boot_wine() {
     "${wine[@]}" winecfg -v win10 >>"$log" 2>&1
     # Keeps message boxes from waiting for a window manager.
     "${wine[@]}" reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$log" 2>&1
-    wineserver -k || true # stops the server, because it is bound to one processor
+    wineserver -k || true # stops the server, because the server is bound to one processor
     touch "$wine_folder/booted"
 }
 
-# Starts the display and Wine's server, which run until this script ends. Does nothing if the display is running.
+# Starts the display and Wine's server, which run until this script ends. Does nothing if the display is
+# already running.
 start_wine() {
     [ -x "$wine_program" ] || {
         echo "Wine's 64-bit program is not at $wine_program: the Windows tests cannot run." >&2

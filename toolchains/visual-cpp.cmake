@@ -1,5 +1,6 @@
-# Cross toolchain: 64-bit Windows with Visual C++'s ABI, using clang-cl and lld-link. Programs run through Wine. Uses
-# headers from Wine, libc++ and visual-cpp/, and libraries that are built from visual-cpp/ and Wine's DLLs.
+# Cross toolchain: 64-bit Windows with Visual C++'s ABI, using clang-cl and lld-link. Programs run through
+# Wine. Uses headers from Wine, libc++ and visual-cpp/. Links with libraries that are built from visual-cpp/
+# and from Wine's DLLs.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)
 set(CMAKE_C_COMPILER clang-cl-19)

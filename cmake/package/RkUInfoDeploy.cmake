@@ -1,11 +1,11 @@
 # rkuinfo_deploy(<program> [LANGUAGES <name>...] [COMPANY <name>] [PRODUCT <name>] [INSTALL <folder>])
 #
-# Each time the program is linked, copies RkUInfo's libraries for the program's configuration, with their .pdb files, to
-# the program's folder. Also copies MinGW's C++ runtime if MinGW is the compiler. Copies the folders of all languages,
-# or only of those given by LANGUAGES. Copies a TARVO.ini, unless the folder already contains one. TARVO.ini names the
-# company and the product. By default, the company is the name of the project, and the product is the name of the
-# target. With INSTALL, the files are also installed to a folder of the install prefix. The project must also install
-# the program to that folder.
+# Each time the program is linked, copies RkUInfo's libraries for the program's configuration and their .pdb
+# files to the program's folder. Also copies MinGW's C++ runtime if MinGW is the compiler. Copies the folders
+# of all languages, or only of those given by LANGUAGES. Copies a TARVO.ini, unless the folder already
+# contains one. TARVO.ini names the company and the product. By default, the company is the name of the
+# project, and the product is the name of the target. With INSTALL, the files are also installed to a folder
+# of the install prefix. The project must also install the program to that folder.
 function(rkuinfo_deploy program)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "" "COMPANY;PRODUCT;INSTALL" "LANGUAGES")
   if(ARG_UNPARSED_ARGUMENTS)

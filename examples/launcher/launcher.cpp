@@ -25,7 +25,7 @@ struct Names
     const wchar_t* profile = nullptr;
 };
 
-/// Returns the member that stores an option's value; null for an unknown option.
+/// Returns the member that stores an option's value, or null if the option is unknown.
 const wchar_t** placeOf(const std::string& option, Names& names)
 {
     if (option == "--company") {

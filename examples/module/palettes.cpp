@@ -20,8 +20,8 @@ rkuinfo::Text layoutPath(const rkuinfo::Text& name)
     return rkuinfo::text(L"Palettes\\") + name + rkuinfo::text(L"\\Layout");
 }
 
-/// Returns std::nullopt if the bytes do not have the size of a layout. An older version or another program
-/// may have stored such bytes.
+/// Returns std::nullopt if the data does not have the size of a layout. An older version or another program
+/// may have stored such data.
 std::optional<WindowLayout> layoutFrom(const rkuinfo::Bytes& bytes)
 {
     WindowLayout layout = {};

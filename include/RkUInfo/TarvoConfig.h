@@ -24,8 +24,8 @@ class ConfigAccess;
 /// An item is a registry key; a value is a registry value in an item. An operation addresses an item by a
 /// Path and a sub-path with '/' or '\' as separators; a null or empty sub-path means the Path's own key. A
 /// null or empty value name means the default value. For a path of 1024 characters or more, operations return
-/// eInvalidInput, and isItemExist returns 0. A value name passed as a separate argument is limited
-/// only by the registry.
+/// eInvalidInput, and isItemExist returns 0. Only the registry limits the length of a value name that is
+/// passed as a separate argument.
 class RKUINFO_API TarvoConfig
 {
 public:
@@ -202,7 +202,7 @@ private:
 /// The iterator does not copy the sub-keys: name() reads the sub-key that currently has the iterator's index.
 /// The key stays open until the iterator is destroyed or assigned to. A copy has the same index and count,
 /// and opens the key again. If the key cannot be opened (for example, because it has been removed), the copy
-/// holds no key. Different iterators may be used from several threads at once.
+/// holds no key. Several threads may use iterators at once if no two of them use the same iterator.
 class TarvoConfig::ItemIterator
 {
 public:

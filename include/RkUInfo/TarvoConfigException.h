@@ -10,7 +10,7 @@
 #pragma pack(push, 8) // makes the layout independent of /Zp
 
 /// Reports that a client could not set up or use the configuration, and whether the process should exit.
-/// Thrown by pointer; the catcher deletes it.
+/// Thrown as a pointer; the code that catches the exception must delete it.
 class RKUINFO_API TarvoConfigException : public RkExceptionWithMsg
 {
 public:

@@ -40,7 +40,7 @@ public:
     /// Returns the language's name as the loaded "RkUInfoRes.dll" translates it, at most 62 characters; null
     /// if the library or its string cannot be loaded. The first call that finds the library loads it for
     /// the whole process. Until then, each call searches for it as LoadResourceDll does. The string is loaded
-    /// once per object and valid until the object is destroyed or assigned to.
+    /// once per object and remains valid until the object is destroyed or assigned to.
     const wchar_t* localName() const;
 
     /// Returns the index of a short name; -1 for null, empty or unknown names.

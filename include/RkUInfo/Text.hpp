@@ -17,7 +17,7 @@ using Text = std::u16string;
 #endif
 using TextView = std::basic_string_view<Text::value_type>;
 
-/// Copies a terminated string; null becomes the empty string.
+/// Copies a null-terminated string; a null pointer becomes the empty string.
 inline Text text(const wchar_t* source)
 {
     Text copy;
@@ -83,7 +83,7 @@ inline void appendCodePoint(Text& units, char32_t point)
 
 } // namespace detail
 
-/// Converts to UTF-8. A lone surrogate becomes three bytes, which utf16 converts back.
+/// Converts to UTF-8. A lone surrogate becomes three bytes, which utf16() converts back to the surrogate.
 inline std::string utf8(TextView source)
 {
     std::string bytes;

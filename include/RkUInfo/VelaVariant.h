@@ -20,18 +20,18 @@
 ///
 /// Getters never convert: a getter for another type returns 0, the empty string or null. On failure, a
 /// function allocates an RkErrorStatus, passes it to the process's crash recorder and throws a pointer to it;
-/// the catcher deletes it. A copy has a separate block. An object may be used by only one thread at a time.
+/// the catcher deletes it. A copy has its own block. An object may be used by only one thread at a time.
 class VelaVariant
 {
 public:
     enum VarType : std::int32_t
     {
         eNull = 0,   ///< nothing; never has a block
-        eInt = 1,    ///< 32-bit signed integer, recorded size 8
-        eInt64 = 2,  ///< 64-bit signed integer, recorded size 12
-        eDouble = 3, ///< 64-bit IEEE-754 double, recorded size 12
-        eBinary = 4, ///< n bytes, recorded size n + 4; no block if n is 0
-        eString = 5, ///< string and terminator, recorded size 2 * (length + 1) + 4
+        eInt = 1,    ///< a 32-bit signed integer; its recorded size is 8
+        eInt64 = 2,  ///< a 64-bit signed integer; its recorded size is 12
+        eDouble = 3, ///< a 64-bit IEEE-754 double; its recorded size is 12
+        eBinary = 4, ///< n bytes; the recorded size is n + 4; no block if n is 0
+        eString = 5, ///< a string and its terminator; the recorded size is 2 * (length + 1) + 4
     };
 
     VelaVariant() noexcept : m_type(eNull), m_data(nullptr) {}
@@ -70,18 +70,18 @@ public:
 
     VarType type() const noexcept { return m_type; }
 
-    /// Stores in place if the object is already an eInt with a block; otherwise allocates a new block. Throws
-    /// code 6 if the allocation fails; in that case the old block has been released, and the type is
-    /// unchanged.
+    /// Stores the number in place if the object is already an eInt with a block; otherwise, allocates a new
+    /// block. Throws code 6 if the allocation fails; in that case the old block has been released, and the
+    /// type is unchanged.
     void setInt(std::int32_t value) { setFixed(eInt, value); }
-    /// Stores an eInt64; allocates and throws as setInt does.
+    /// Stores an eInt64; allocates memory and throws in the same cases as setInt.
     void setInt64(std::int64_t value) { setFixed(eInt64, value); }
     /// Stores an eDouble; allocates and throws as setInt does.
     void setDouble(double value) { setFixed(eDouble, value); }
 
-    /// Copies a terminated string; null counts as empty. Throws code 3 for a string of 1,073,741,823
-    /// characters or more, and code 6 if the allocation fails. In both cases the object becomes an eString
-    /// without a block. The string may be in this object's block.
+    /// Copies a null-terminated string; a null pointer counts as an empty string. Throws code 3 for a string
+    /// of 1,073,741,823 characters or more, and code 6 if the allocation fails. In both cases the object
+    /// becomes an eString without a block. The string may be in this object's block.
     void setString(const wchar_t* text)
     {
         char* const old = m_data;

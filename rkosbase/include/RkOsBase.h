@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // RkOsBase: the part of the product family's base library that RkUInfo and its clients use.
 //
-// Everything here is plain C++14. Exceptions of this family are created on the heap, thrown by pointer and
-// deleted by the catcher.
+// Everything here is plain C++14. Exceptions of this family are created on the heap, thrown as pointers, and
+// deleted by the code that catches them.
 #pragma once
 
 #include <cstdint>
@@ -46,9 +46,9 @@ public:
     RkException& operator=(const RkException& other);
     virtual ~RkException();
 
-    /// Returns the message for the user, which in this class is the context text; never null.
+    /// Returns the message for the user (in this class, the context text); never null.
     virtual const wchar_t* description() const;
-    /// Returns the status code; 0 unless a derived class overrides this function.
+    /// Returns the status code, which is 0 unless a derived class overrides this function.
     virtual std::int32_t code() const;
     /// Returns the name of the class.
     virtual const wchar_t* className() const;
@@ -67,7 +67,7 @@ protected:
         0; // fills the trailing padding, where some compilers would place members of a derived class
 };
 
-/// An exception with a message for the user, which description() returns.
+/// An exception whose description() returns a message for the user.
 class RKOSBASE_API RkExceptionWithMsg : public RkException
 {
 public:

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Copies as many characters as fit, and terminates the copy. Null counts as the empty string.
+/// Copies as many characters as fit, and adds a terminator. Null counts as the empty string.
 template <std::size_t Capacity>
 void copyText(wchar_t (&target)[Capacity], const wchar_t* text)
 {

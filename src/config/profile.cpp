@@ -48,7 +48,7 @@ TarvoConfig::Error TarvoConfig::initProfileName(const wchar_t* profile)
     delete[] std::exchange(m_profileNameCmdLineInfo, uinfo::duplicate(profile));
     profile = m_profileNameCmdLineInfo; // the caller may have passed the string just deleted
 
-    // getRegRootPath cannot be used: before start-up is complete it writes the empty string.
+    // getRegRootPath cannot be used, because it writes an empty string until start-up is complete.
     uinfo::PathBuffer key;
     if (isEmpty(m_versionRootPath) ||
         !uinfo::appendSubtree(key, eProfilesRoot, {m_rootPath, m_versionRootPath, m_language.shortName()})) {

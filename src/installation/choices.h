@@ -1,5 +1,6 @@
-// Chooses company, product, language and profile for start-up, and reports why. The functions read the
-// registry and the INI files in the given program folder; they write nothing, show nothing and cache nothing.
+// Chooses the company, product, language and profile for start-up, and reports the reason for each choice.
+// The functions read the registry and the INI files in the given program folder; they write nothing, show
+// nothing and cache nothing.
 #pragma once
 
 #include "installation/installed.h"
@@ -36,7 +37,7 @@ enum class Answer
 struct Finding
 {
     Source source;
-    const wchar_t* name; ///< name of the registry value, INI key or INI section; null for any other source
+    const wchar_t* name; ///< of the registry value, INI key or INI section; null for any other source
     Answer answer;
 };
 
@@ -52,7 +53,7 @@ struct Choice
     const Finding& decision() const { return found[count - 1]; }
     std::span<const Finding> findings() const { return {found, count}; }
 
-    /// An argument or a built-in name, not copied; null if `text` contains the name.
+    /// An argument or a built-in name, which is not copied; null if `text` contains the name.
     const wchar_t* given = nullptr;
     std::array<wchar_t, nameCapacity + 1> text = {};
     Finding found[4];
@@ -89,8 +90,8 @@ Answer readProfile(const RegistryKey& profiles, BoundedText& name);
 /// Reads a registry value, which must be a REG_SZ. Returns Answer::absent if key is not open.
 Answer readName(const RegistryKey& key, const wchar_t* valueName, BoundedText& name);
 
-/// Returns whether company and product are the defaults. Only languages of the default product need an
-/// uninstall entry.
+/// Returns whether both the company and the product are the defaults. Only languages of the default product
+/// need an uninstall entry.
 bool isDefaultProduct(const wchar_t* company, const wchar_t* product);
 
 /// Returns the product type of a product name, as ITarvoProduct::productType does.

@@ -1,4 +1,4 @@
-// Finds out which languages are installed for the program in a folder.
+// Finds out which languages are installed for the program in a given folder.
 #pragma once
 
 #include "installation/languages.h"

@@ -47,7 +47,7 @@ inline bool isLanguage(long index)
     return index >= 0 && index < languageCount;
 }
 
-/// Returns the index of a short name, ignoring case; unknownLanguage for null, empty or unknown names.
+/// Returns the index of a short name, ignoring case, or unknownLanguage for a null, empty or unknown name.
 std::int32_t findLanguage(const wchar_t* shortName);
 
 } // namespace uinfo

@@ -54,7 +54,7 @@ enum class UserFolder
 /// before the first name that would make the path longer than 1021 characters.
 bool appendUserFolder(BoundedText& path, UserFolder folder, const UserNames& names);
 /// Copies a stored string to `path`. Clears `path` if the value is not a string or has more than 1022
-/// characters. `read` is the result of getValue. If it is an error, clears `path` and returns false.
+/// characters. `read` is the result of getValue; if `read` is an error, clears `path` and returns false.
 bool assignStoredPath(BoundedText& path, TarvoConfig::Error read, const VelaVariant& stored);
 
 /// Appends the name of the default UI style file to the path of the roaming Support folder.

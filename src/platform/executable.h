@@ -6,8 +6,8 @@
 namespace uinfo {
 
 /// Reads the executable's full path into `out`, a buffer of `size` characters. Returns false if the path
-/// cannot be read or does not fit; out may then contain a truncated path. Clears the thread's last error, to
-/// detect truncation.
+/// cannot be read or does not fit; out may then contain a truncated path. Clears the thread's last error, so
+/// that truncation can be detected.
 bool executablePath(wchar_t* out, unsigned long size);
 
 /// Reads the path of the executable's folder, including the last separator. Fails if executablePath fails;

@@ -13,9 +13,9 @@ inline constexpr std::size_t longestStoredPath = 1022;    ///< a path that is st
 inline constexpr std::size_t longestIniPath = 1022;       ///< path of an INI file
 inline constexpr std::size_t longestComposedPath = 1021;  ///< user folder, style file, user data cache folder
 inline constexpr std::size_t longestResourcePath = 1021;  ///< file in a language's folder
-inline constexpr std::size_t longestConfigKey = 1021;     ///< current profile's Config key
+inline constexpr std::size_t longestConfigKey = 1021;     ///< the current profile's Config key
 
-// Limits on the length of root plus sub-path, without the separator between them.
+// Limits on the combined length of the root and the sub-path, without the separator between them.
 inline constexpr std::size_t longestReadPath = 1020;   ///< getValue and isItemExist
 inline constexpr std::size_t longestChangePath = 1021; ///< all other operations
 

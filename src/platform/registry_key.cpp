@@ -36,7 +36,7 @@ LSTATUS RegistryKey::queryText(const wchar_t* valueName, BoundedText& out, DWORD
         return status;
     }
     std::memset(reinterpret_cast<BYTE*>(out.data()) + size, 0,
-                size % sizeof(wchar_t)); // zeroes the missing half of the last character
+                size % sizeof(wchar_t)); // sets the missing half of the last character to zero
     out.cut((size + 1) / sizeof(wchar_t));
     out.measure(); // the stored data may contain a terminator
     return status;

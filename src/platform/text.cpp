@@ -13,7 +13,7 @@ std::size_t length(const wchar_t* text)
     if (text == nullptr) {
         return 0;
     }
-    // Unrolled because most of the time to read a setting is spent here.
+    // Unrolled, because reading a setting spends most of its time here.
     const wchar_t* end = text;
     while (end[0] != 0) {
         if (end[1] == 0) {

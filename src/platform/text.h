@@ -15,14 +15,14 @@ inline bool isEmpty(const wchar_t* text)
     return text == nullptr || *text == 0;
 }
 
-/// Returns the number of characters before the terminator; 0 for null.
+/// Returns the number of characters before the terminator, or 0 for a null pointer.
 std::size_t length(const wchar_t* text);
 
 /// Compares two strings, ignoring case as the system does in file and key names. Null equals the empty
 /// string.
 bool equalIgnoringCase(const wchar_t* a, const wchar_t* b);
 
-/// Returns a copy that the caller must free with delete[]; null for null.
+/// Returns a copy that the caller must free with delete[], or null if the argument is null.
 wchar_t* duplicate(const wchar_t* text);
 
 /// Returns the length of a path's folder part, which includes the last separator. In "C:name" the folder part

@@ -9,7 +9,7 @@
 namespace {
 
 /// Uses the static configuration object. DllMain therefore creates the product object after all static
-/// objects exist, and destroys it first.
+/// objects exist, and destroys it before any of them.
 constinit std::optional<uinfo::TarvoProduct> product;
 
 } // namespace

@@ -15,7 +15,7 @@ struct FreeBlock
 };
 
 /// The buffer for the second query. VelaVariant::allocBlock allocates the buffer, so that a failed allocation
-/// throws the same exception as a setter.
+/// throws the same exception here as in a setter.
 class Temporary
 {
 public:
@@ -58,7 +58,7 @@ bool readBinary(HKEY key, const wchar_t* valueName, DWORD size, VelaVariant& val
 
 bool readText(HKEY key, const wchar_t* valueName, DWORD size, VelaVariant& value)
 {
-    // The string may grow between the two queries. Three zero bytes terminate it even if its size is odd.
+    // The string may grow between the two queries. Three zero bytes follow it, because its size may be odd.
     constexpr std::uint64_t terminator = 3;
     const std::uint64_t offered = std::min<std::uint64_t>(2 * std::uint64_t{size} + 2, UINT32_MAX);
     const Temporary text(offered + terminator);

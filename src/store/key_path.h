@@ -63,11 +63,11 @@ private:
 class KeyPath
 {
 public:
-    /// Sets the path to a subtree's root. Returns false if the root is not known, for example before
+    /// Makes the path that of a subtree's root. Returns false if the root is not known, for example before
     /// start-up.
     bool assignRoot(const TarvoConfig& config, TarvoConfig::Path root);
 
-    /// Appends '\' and a sub-path, which may be empty. Returns false if root and sub-path together
+    /// Appends '\' and a sub-path, which may be empty. Returns false if the root and the sub-path together
     /// exceed the limit.
     bool join(const wchar_t* subPath, std::size_t limit) { return join(subPath, length(subPath), limit); }
     bool join(const wchar_t* subPath, std::size_t count, std::size_t limit)

@@ -13,7 +13,7 @@ using namespace agreement;
 using namespace testing_support;
 
 /// Returns random sections and entries, some of them malformed. Uses only lower-case non-ASCII letters,
-/// because not every system ignores their case.
+/// because some systems do not ignore their case.
 Text lines(Trace& trace)
 {
     Text all;
@@ -30,7 +30,7 @@ Text lines(Trace& trace)
 }
 
 /// Encodes text as single-byte characters (encoding 0), UTF-8 (1), or UTF-16 in either byte order (2 and 3).
-/// Only encoding 0 has no byte order mark.
+/// Every encoding except 0 has a byte order mark.
 std::string encoded(const Text& text, std::uint32_t encoding)
 {
     if (encoding < 2) {

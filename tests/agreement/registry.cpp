@@ -26,8 +26,8 @@ Text name(Trace& trace)
                             u"\x0416|\x0436|\x65E5\x672C|\xD83D\xDE00|\xD800|\xDC00x|\xFFFF");
 }
 
-/// Returns a path of up to three names. A name of more than 256 characters gets a path of its own, because
-/// some systems create the parent keys before they reject such a name.
+/// Returns a path that consists of up to three names. A name of more than 256 characters gets a path of its
+/// own, because some systems create the parent keys before they reject such a name.
 Text path(Trace& trace)
 {
     Text path = name(trace);
@@ -136,8 +136,8 @@ private:
     void makeRoot() { m_root.handle = testing_support::makeKey(HKEY_CURRENT_USER, rootPath); }
 
     /// Returns a buffer of random data for a call that reads or writes a value.
-    /// The buffer is never empty, because Wine and winhost differ for empty buffers. The last two bytes,
-    /// "zz", are not stored. If they were a terminator, some systems would store it.
+    /// The buffer is never empty, because Wine and winhost treat empty buffers differently. The last two
+    /// bytes, "zz", are not stored. If these bytes were a terminator, some systems would store them.
     std::vector<BYTE> bytes()
     {
         std::vector<BYTE> bytes(m_trace.oneIn(100) ? 10000 : 2 + m_trace.below(26), 'z');

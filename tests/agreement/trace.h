@@ -1,7 +1,7 @@
-// Makes random calls to the system and records their results in a trace. A seed produces the same calls on
-// every system. digests.txt contains the digests of the traces that Wine and winhost must both produce. Draw
-// at most one random number per expression, because compilers differ in the order of evaluation. The calls
-// avoid the deliberate differences between winhost and Windows (winhost/README.md).
+// Makes random calls to the system and records their results in a trace. The same seed produces the same
+// calls on every system. digests.txt contains the digests of the traces that Wine and winhost must both
+// produce. Draw at most one random number per expression, because compilers differ in the order of
+// evaluation. The calls avoid the deliberate differences between winhost and Windows (winhost/README.md).
 #pragma once
 
 #include <concepts>
@@ -41,7 +41,7 @@ public:
     /// Returns a random word from a list separated by "|".
     Text word(std::u16string_view words);
 
-    /// Starts the trace line of a call. Each part is a number, a string or bytes; say() appends more.
+    /// Begins the trace line for a call. Each part is a number, a string or bytes; say() appends more.
     void start(const Text& call, const auto&... parts)
     {
         text += '\n';

@@ -1,5 +1,5 @@
 // The user's folders, and the paths and the profile name that are read from the registry. product_test.cpp
-// tests the user data cache folder, profile_test.cpp the registry key paths.
+// tests the user data cache folder, and profile_test.cpp tests the registry key paths.
 #include "support/test.h"
 
 #include <cstring>

@@ -27,7 +27,7 @@ std::string folder(std::size_t length)
 
 TEST(ProgramPaths, NeedRoomAndReadTheFolderOnce)
 {
-    for (const char* const unknown : {"", "cad.exe"}) { // the path cannot be read, or has no folder
+    for (const char* const unknown : {"", "cad.exe"}) { // the path cannot be read, or contains no folder
         const Patch pretended = pretendExecutable(unknown);
         EXPECT_EQ(pathOf(GetProgramPath, 100), untouched);
     }

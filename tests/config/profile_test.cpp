@@ -85,7 +85,7 @@ TEST(Profile, IsReplacedByThatOfTheCommandLine)
         {text(""), "", false},
         {text("wORK"), "wORK", false},
         {text(n126), n126, true},
-        {text(n127), "", true}, // 256 bytes with its terminator
+        {text(n127), "", true}, // 256 bytes, including its terminator
         {RawValue{REG_SZ, text(n127).bytes.substr(0, 254)}, n127, true},
         {RawValue{REG_SZ, text("Home").bytes.substr(0, 7)}, "Home", true},
         {dword('A'), "A", false},

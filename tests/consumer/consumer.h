@@ -19,7 +19,7 @@ struct ModuleCalls
 
 extern "C" const ModuleCalls* moduleCalls();
 
-/// Exits with 1 unless the condition holds.
+/// Exits with code 1 unless the condition holds.
 inline void check(bool holds, const char* what)
 {
     std::fprintf(stderr, "%s: %s\n", holds ? "ok" : "FAILED", what);

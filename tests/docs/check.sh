@@ -14,9 +14,10 @@
 #                         compiled and run.
 #   <!-- program -->      The next block is a program, which is compiled and run.
 # If TARGET is "host", PLACE is a build tree; its package/ folder is packed into an archive in the home folder.
-# If TARGET is "fresh", PLACE is the archive, and the machine has only the packages that the document installs.
-# If TARGET is "windows", PLACE is a build tree. Only the blocks marked <!-- file --> or <!-- windows --> are used.
-# Documents show the temporary home as /home/me: both paths have the same length, so lines break at the same places.
+# If TARGET is "fresh", then PLACE is the archive, and the machine has only the packages that the document
+# installs. If TARGET is "windows", PLACE is a build tree. Only the blocks marked <!-- file --> or
+# <!-- windows --> are used. Documents show the temporary home as /home/me: both paths have the same length,
+# so lines break at the same places.
 set -u
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 
@@ -25,7 +26,8 @@ fail() {
     exit 1
 }
 
-# exists DOCUMENT PATH: the path may be relative to src/, tests/ or winhost/, and may lack the file's extension.
+# exists DOCUMENT PATH: the path may be relative to src/, tests/ or winhost/, and may omit the file's
+# extension.
 exists() {
     local folder
     for folder in "" src/ tests/ winhost/src/ winhost/include/ "$(dirname "$1")/"; do
@@ -51,7 +53,8 @@ check_links() {
     return $broken
 }
 
-# A clone and a build take minutes, so ~/rkuinfo consists of links to this tree and to the build that is tested.
+# Cloning and building would take minutes, so ~/rkuinfo consists of links to this tree and to the build under
+# test.
 make_clone() {
     local entry
     mkdir -p rkuinfo/build

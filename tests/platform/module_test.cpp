@@ -91,7 +91,7 @@ TEST(LoadLibrary, FindsResourceFilesOrReportsWhy)
     fs::current_path(folder);
     const HMODULE found = LoadLibraryW(L"pack");
     fs::current_path(scratchFolder());
-    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // a loaded module is found outside the search path
+    EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // found, although not in the search path
     EXPECT_NE(FreeLibrary(found), FALSE);
     EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
     EXPECT_NE(FreeLibrary(found), FALSE);

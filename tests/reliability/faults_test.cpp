@@ -21,12 +21,12 @@ constexpr DWORD noMemory = ERROR_OUTOFMEMORY; // for a failed allocation, which 
 struct Fault
 {
     std::size_t place = SIZE_MAX; ///< the fault's index in the list
-    std::size_t passed = 0;       ///< the index of the first error of the next call
+    std::size_t passed = 0;       ///< the index at which the errors of the next call begin
     const char* function = nullptr;
     DWORD error = 0;
 } fault;
 
-std::map<std::string, int> injected; ///< how often a function has failed
+std::map<std::string, int> injected; ///< the number of times that a function has failed
 std::vector<Patch> patches;
 
 /// Patches a function: fail(error, real, arguments...) replaces the call that the current fault selects.
@@ -49,7 +49,7 @@ void breakable(const std::vector<DWORD>& errors, Fail fail, const char* module =
     patches.push_back(intercept<name, Signature>(failOnce, module));
 }
 
-/// Patches every function that the library calls after it is loaded and before it is unloaded.
+/// Patches every function that the library calls between being loaded and being unloaded.
 void breakAll()
 {
     const std::vector<DWORD> registry = {
@@ -213,7 +213,7 @@ Entries entries(const std::string& tree)
     return all;
 }
 
-/// Returns true if `now` contains all, some or none of the changes from `before` to `after`.
+/// Returns true if `now` is `before` with any subset of the changes that lead to `after`.
 bool isBetween(const Entries& now, const Entries& before, const Entries& after)
 {
     const auto isKnown = [&](auto& entry) { return before.contains(entry) || after.contains(entry); };
@@ -376,7 +376,7 @@ protected:
 
 TEST_F(Faults, AreReportedAndLeaveNothingHalfDone)
 {
-    // GetProcAddress returns this function for RegDeleteTreeW. Its call of RegDeleteTreeW can be patched.
+    // GetProcAddress returns this function for RegDeleteTreeW. Its call to RegDeleteTreeW can be patched.
     decltype(&RegDeleteTreeW) deleteTree = [](HKEY key, LPCWSTR path) { return RegDeleteTreeW(key, path); };
     // These functions are called if no fault is injected. They count open searches, and replace calls that
     // must not reach the system.

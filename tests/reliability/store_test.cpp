@@ -59,7 +59,8 @@ LSTATUS set(int n)
     return setTo(n, static_cast<int>(std::random_device()() / 2));
 }
 
-/// Reads value number n. Returns min(content, 0) on success, and a positive error code on failure.
+/// Reads value number n. On success, returns `content` if it is negative, otherwise 0; on failure, returns a
+/// positive error code.
 LSTATUS get(int n)
 {
     static thread_local int data[5000];
@@ -99,8 +100,8 @@ LSTATUS count(int n)
     return ERROR_SUCCESS;
 }
 
-/// Continues an enumeration of values 0 to 99, and prints the numbers of the next n. At the end, returns
-/// ERROR_NO_MORE_ITEMS, and starts again in the next call.
+/// Continues an enumeration of the values 0 to 99, and prints the numbers of the next n values. At the end,
+/// returns ERROR_NO_MORE_ITEMS; the next call starts again from 0.
 LSTATUS walk(int n)
 {
     static HKEY key = nullptr;
@@ -233,7 +234,7 @@ int openFile(const std::string& suffix)
 }
 
 /// Opens the store's file and its index. If `byte` is 0, closes both files. Otherwise, locks that byte of
-/// both files until the process exits; if `byte` is 1, locks all later bytes too.
+/// both files until the process exits; if `byte` is 1, also locks all later bytes.
 LSTATUS openStore(int byte)
 {
     int result = 0;
@@ -369,7 +370,7 @@ public:
     }
     ~Process()
     {
-        // close() is not enough, because processes started since then have inherited the socket.
+        // close() is not enough, because processes started after this one have inherited the socket.
         shutdown(m_talk, SHUT_RDWR);
         close(m_talk);
         int status = 0;
@@ -465,7 +466,7 @@ std::vector<std::string> scripts()
     return all;
 }
 
-using Script = testing::TestWithParam<std::size_t>; // the script's number, from 0
+using Script = testing::TestWithParam<std::size_t>; // the script's number, counting from 0
 
 TEST_P(Script, LeavesAnIntactStore)
 {
@@ -583,7 +584,7 @@ TEST(Storm, KilledWriterLosesNoFinishedWrite)
 {
     const fs::path folder = scratchFolder() / "storm";
     const std::string getAll = "get 0, get 1, get 2, get 3, get 4, get 5, get 6, get 7";
-    const Process reader(folder); // the same process reads after every kill
+    const Process reader(folder); // one process reads after all kills
     const int kills = isStressed ? 600 : 30;
     std::minstd_rand random(2018);
     int finished = 0;

@@ -137,7 +137,7 @@ struct Walk
             twin = other.twin;
             return {};
         case 2:
-            twin.index += index < twin.count ? 1 : 0; // as unsigned, -1 exceeds every count
+            twin.index += index < twin.count ? 1 : 0; // converted to unsigned, -1 exceeds every count
             return {real.step(), index < twin.count ? ok : over};
         case 3: return {Call::read(real), isThere ? ::read(twinKey.get(), subKey, valueName) : over};
         case 4: return {Call::write(real), isThere ? setRaw(twinKey.get(), subKey, valueName, twinValue) : isItem && !twinKey ? missing : over};

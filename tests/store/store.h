@@ -33,7 +33,7 @@ inline std::string describe(const VelaVariant& v)
     return out.str();
 }
 
-/// Replaces the version of Windows that the library reads.
+/// Makes the library read another Windows version number.
 [[nodiscard]] inline auto pretendVersion(int version)
 {
     return intercept<"velaGetWindowsVersion", decltype(velaGetWindowsVersion)>(
@@ -44,7 +44,7 @@ inline std::string describe(const VelaVariant& v)
 struct Operation
 {
     std::string name;
-    std::size_t limit; ///< the maximum length of root and sub-path together
+    std::size_t limit; ///< the maximum combined length of the root and the sub-path
     std::string last;  ///< the part of the argument that follows the sub-path
     Error (*call)(TarvoConfig&, TarvoConfig::Path, LPCWSTR, VelaVariant&);
 };

@@ -34,7 +34,8 @@ const struct Sample
     {[](auto& v) { v.setString(nullptr); }, "5/6 0 0 0 '' -", text("")},
 };
 
-/// Counts this program's allocations, and fills the blocks. If `refused` is n, the n-th allocation fails.
+/// Counts this program's allocations, and fills the allocated blocks. If `refused` is n, the n-th allocation
+/// fails.
 struct Blocks
 {
     int count = 0, refused = 0;

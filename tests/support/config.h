@@ -5,7 +5,7 @@
 
 namespace testing_support {
 
-/// A separate configuration object whose start-up steps tests can call.
+/// A separate configuration object that lets tests call its start-up steps.
 class Config : public TarvoConfig
 {
 public:

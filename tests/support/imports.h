@@ -14,8 +14,8 @@ namespace testing_support {
 extern const char* const libraryModule;
 inline constexpr const char* programModule = nullptr;
 
-/// Returns whether a symbol names `function`, such as "malloc" or "RkLocker::lock". The symbol may be
-/// decorated; its argument types are not compared.
+/// Returns whether a symbol is the name of `function`, such as "malloc" or "RkLocker::lock". The symbol may
+/// be decorated; its argument types are not compared.
 bool isNameOf(std::string_view symbol, std::string_view function);
 
 /// Returns the slots in which a loaded module stores the address of an imported function, and makes the slots
@@ -35,7 +35,7 @@ inline constexpr bool hasOwnHeapOperators = true;
 #else
 inline constexpr bool hasOwnHeapOperators = false;
 #endif
-/// The import that new[] calls.
+/// The imported function that new[] calls.
 inline constexpr const char* arrayNew = hasOwnHeapOperators ? "malloc"
                                         : sizeof(long) == 8 ? "_Znam"
                                                             : "_Znay";

@@ -39,7 +39,7 @@ LSTATUS setRaw(HKEY root, const std::string& path, const std::string& name,
     if (!value) {
         return ERROR_SUCCESS;
     }
-    // If a terminator followed the data, the system might store it too, so "##" follows.
+    // "##" follows the data, because the system might also store a terminator in that place.
     const std::string data = value->bytes + "##";
     return RegSetValueExW(key.get(), Wide(name), 0, value->type, reinterpret_cast<const BYTE*>(data.data()),
                           static_cast<DWORD>(value->bytes.size()));

@@ -35,7 +35,7 @@ public:
 
     /// Adds a link to another program of this build and returns the link's path.
     std::filesystem::path addProgram(std::string_view name) const;
-    /// Adds a language's folder with its library.
+    /// Adds a language's folder and the library in it.
     void addLanguage(std::string_view shortName) const;
     void writeIni(std::string_view text, std::string_view fileName = "TARVO.ini") const
     {

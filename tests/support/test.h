@@ -1,4 +1,4 @@
-// Includes the headers of this folder, and defines helpers that need several of them.
+// Includes the headers in this folder, and defines helpers that need several of them.
 #pragma once
 
 #include "support/child.h"
@@ -35,8 +35,8 @@ const std::string languageRoot = acmeKey + "\\Widget\\2018\\en-US";
 const std::string profilesKey = languageRoot + "\\Profiles";
 const std::string settings = languageRoot + "\\Settings";
 
-/// Calls a function that writes a string to a buffer and returns its length. Returns the string; if the
-/// length is 0, returns "failed: " and the string. The buffer has 1024 characters and initially contains "?".
+/// Calls a function that writes a string to a buffer and returns its length. Returns the string, preceded by
+/// "failed: " if the length is 0. The buffer has 1024 characters and initially contains "?".
 template <typename Function>
 std::string textOf(Function function)
 {

@@ -12,7 +12,7 @@ namespace testing_support {
 
 using rkuinfo::utf8; ///< "" for null
 
-/// A terminated UTF-16 string.
+/// A null-terminated UTF-16 string.
 class Wide
 {
 public:

@@ -64,7 +64,7 @@ mkdir -p "$app/damaged/winhost"
 printf 'no registry' >"$app/damaged/winhost/registry.db"
 expect $'registry\tHKEY_CURRENT_USER\\Software: the registry is damaged' env XDG_DATA_HOME="$app/damaged" "$app/rkuinfo" doctor
 
-# The import sets a value and creates key A. Key B cannot be created, because all key numbers are used.
+# The import sets a value and creates key A. Key B cannot be created, because all key numbers are in use.
 rkuinfo provision >/dev/null
 rkuinfo set settings before int 1
 cp "$registry" "$app/intact.db"

@@ -1,5 +1,5 @@
 // Runs rkuinfo as the transcripts in cases/ describe, each in an empty registry and a separate
-// application folder. README describes the transcripts.
+// application folder. The README in this folder describes the transcripts.
 #include "support/test.h"
 
 #include <cstring>
@@ -37,7 +37,7 @@ std::string takeOutput(std::istringstream& lines)
     return all;
 }
 
-/// Compares two outputs. A line "..." in `expected` matches any number of lines.
+/// Compares two outputs. A line in `expected` that consists of "..." matches any number of lines.
 bool matches(const std::string& expected, const std::string& actual)
 {
     std::string pattern = std::regex_replace('\n' + expected, std::regex(R"([.^$|()\[\]{}*+?\\])"), R"(\$&)");

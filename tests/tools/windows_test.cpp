@@ -1,4 +1,4 @@
-// Tests rkuinfo when Windows refuses an import.
+// Tests how rkuinfo behaves when Windows refuses an import.
 #include "support/test.h"
 
 namespace {

@@ -1,4 +1,4 @@
-// The Win32 declarations that the library, its examples, tools and tests use, for non-Windows hosts.
+// For hosts other than Windows: the Win32 declarations that the library, its examples, tools and tests use.
 // Names, values, widths and contracts are those of Windows; see ../README.md for the differences.
 #pragma once
 

@@ -23,7 +23,7 @@ struct Search
 {
 };
 
-/// Returns the name of the first entry, in alphabetical order, that ends with the suffix. Returns "" if no
+/// Returns the first name of an entry, in alphabetical order, that ends with the suffix. Returns "" if no
 /// entry matches.
 std::string firstMatch(const std::string& folder, TextView suffix, std::error_code& failure)
 {

@@ -57,8 +57,8 @@ bool exists(const std::string& file)
     return stat(file.c_str(), &status) == 0;
 }
 
-/// Finds a name in a folder: the exact name, otherwise the first that differs only in case. Returns the name
-/// as it is spelled in the folder, or "" if no name matches or the folder cannot be read.
+/// Finds a name in a folder: the exact name or, if there is none, the first name that differs only in case.
+/// Returns the name as it is spelled in the folder, or "" if no name matches or the folder cannot be read.
 std::string findEntry(const std::string& folder, const Text& name, std::error_code& failure)
 {
     std::string exact = toUtf8(name);

@@ -22,9 +22,9 @@ struct FullPath
 /// than Z:.
 std::optional<FullPath> parsePath(TextView path);
 
-/// Finds the host file of a path. Each component must match the name of a file or folder; an exact match
-/// takes precedence over one that differs in case. Returns nothing and sets the last error if no file
-/// matches.
+/// Finds the host file to which a path refers. Each component must match the name of a file or folder; an
+/// exact match takes precedence over one that differs in case. Returns nothing and sets the last error if no
+/// file matches.
 std::optional<std::string> findOnHost(const FullPath& path);
 std::optional<std::string> findOnHost(TextView path);
 

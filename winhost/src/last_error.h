@@ -5,7 +5,7 @@
 
 namespace winhost {
 
-/// Returns the Windows error code for an errno, or `fallback` if there is none.
+/// Returns the Windows error code that corresponds to an errno, or `fallback` if no code does.
 DWORD errorOf(int hostError, DWORD fallback);
 
 } // namespace winhost

@@ -26,7 +26,8 @@ struct CloseLibrary
 };
 using Library = std::unique_ptr<void, CloseLibrary>;
 
-/// A module that LoadLibraryExW loaded. `library` is set for code, `bytes` for data.
+/// A module that LoadLibraryExW loaded. `library` is set if the file contains code, and `bytes` is set if it
+/// contains data.
 struct Module
 {
     HMODULE handle = nullptr;
@@ -120,7 +121,7 @@ bool hasFolder(TextView name)
     return fileName(name).size() != name.size() || name.find(L':') != TextView::npos;
 }
 
-/// Finds a loaded module by its file name or its full path; otherwise returns null.
+/// Finds a loaded module by its file name or its full path; returns null if no module matches.
 HMODULE findModule(TextView name)
 {
     if (isSystemName(name)) {

@@ -1,4 +1,4 @@
-// PathAppendW and PathRemoveFileSpecW, which treat a forward slash as an ordinary character.
+// PathAppendW and PathRemoveFileSpecW. Both treat a forward slash as an ordinary character.
 #include "text.h"
 
 #include <shlwapi.h>
@@ -23,7 +23,7 @@ bool hasDrive(TextView path)
     return path.size() >= 2 && path[1] == L':';
 }
 
-/// Returns the root of a path, which ".." never removes.
+/// Returns the root of a path: the part that ".." never removes.
 TextView rootOf(TextView path)
 {
     if (hasDrive(path)) {

@@ -25,7 +25,7 @@ std::uint32_t read32(Bytes bytes, std::size_t offset)
     return read16(bytes, offset) | read16(bytes, offset + 2) << 16U;
 }
 
-/// Returns `size` bytes from `offset`, or as many as exist.
+/// Returns `size` bytes starting at `offset`, or as many as there are.
 Bytes slice(Bytes bytes, std::size_t offset, std::size_t size)
 {
     if (offset >= bytes.size()) {

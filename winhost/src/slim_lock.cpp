@@ -1,4 +1,4 @@
-// The slim lock: one word, null while it is free.
+// The slim lock: one machine word, which is null while the lock is free.
 #include <windows.h>
 
 #include <atomic>

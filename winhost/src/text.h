@@ -14,17 +14,17 @@ struct UnitTraits : __gnu_cxx::char_traits<wchar_t>
 using Text = std::basic_string<wchar_t, UnitTraits>;
 using TextView = std::basic_string_view<wchar_t, UnitTraits>;
 
-/// Returns a view of a terminated string, or an empty view for null.
+/// Returns a view of a null-terminated string, or an empty view for a null pointer.
 inline TextView viewOf(const wchar_t* text)
 {
     return text != nullptr ? TextView(text) : TextView();
 }
 
-/// Converts a UTF-16 code unit to upper case, with the table that ntdll's RtlUpcaseUnicodeChar uses.
+/// Converts a UTF-16 code unit to upper case, using the same table as ntdll's RtlUpcaseUnicodeChar.
 wchar_t upcase(wchar_t unit);
 
-/// Compares code units, in upper case if ignoreCase is true. Returns a number less than, equal to or greater
-/// than 0.
+/// Compares code units, converted to upper case if ignoreCase is true. Returns a number less than, equal to
+/// or greater than 0.
 int compare(TextView a, TextView b, bool ignoreCase);
 
 inline bool equalIgnoringCase(TextView a, TextView b)

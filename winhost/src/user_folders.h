@@ -8,7 +8,8 @@ namespace winhost {
 /// Returns $HOME if it is set, otherwise the home folder that the system records for the user.
 std::string homeFolder();
 
-/// Returns the absolute path in an environment variable or, if there is none, a folder in the user's home.
+/// Returns the absolute path that an environment variable contains or, if it contains none, a folder in the
+/// user's home.
 std::string xdgFolder(const char* variable, const char* belowHome);
 
 std::string configFolder();

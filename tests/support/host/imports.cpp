@@ -1,4 +1,4 @@
-// Finds the import slots of an ELF module by its relocations.
+// Uses an ELF module's relocations to find its import slots.
 #include "support/imports.h"
 
 #include <dlfcn.h>

@@ -1,4 +1,4 @@
-// The home and the child processes of a test process.
+// The home folder of a test process, and its child processes.
 #include "support/child.h"
 
 #include <cstdlib>
@@ -27,7 +27,7 @@ void leaveHome() {}
 
 std::string companyFromOutside(const std::string& company)
 {
-    return company; // a child process uses the same home, which contains the registry
+    return company; // a child process uses the same home folder, which contains the registry
 }
 
 int runOnFiles(const std::filesystem::path& program, const std::vector<std::string>& arguments)

@@ -1,4 +1,4 @@
-// Adds the keywords of structured exception handling, which Visual C++'s windows.h defines too.
+// Adds the keywords for structured exception handling; Visual C++'s windows.h also defines them.
 #pragma once
 
 #include_next <windows.h>

@@ -1,7 +1,7 @@
 // Functions that the entry points share.
 #pragma once
 
-#define atexit importedAtexit // Wine's header declares an import, but each module defines its own atexit
+#define atexit importedAtexit // an import in Wine's header, but each module defines its own
 #include <stdlib.h>
 #include <windows.h>
 #undef atexit

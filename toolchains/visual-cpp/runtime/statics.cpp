@@ -21,8 +21,9 @@ __declspec(allocate(".rdata$T")) extern const IMAGE_TLS_DIRECTORY64 _tls_used = 
     0,
     0};
 
-// The guard of a local static is 0 before construction, -1 during it, and then the new _Init_global_epoch.
-// Compiled code calls _Init_thread_header if the guard is greater than _Init_thread_epoch.
+// The guard of a local static is 0 before construction, -1 during construction, and then the new value of
+// _Init_global_epoch. Compiled code calls _Init_thread_header if the guard is greater than
+// _Init_thread_epoch.
 int _Init_global_epoch = static_cast<int>(0x80000000);
 __declspec(thread) int _Init_thread_epoch = static_cast<int>(0x80000000);
 static SRWLOCK lock = SRWLOCK_INIT;

@@ -16,7 +16,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-/// A word or an option of a command line.
+/// A word or an option on a command line.
 struct Parameter
 {
     const char* name;  ///< such as "--file" for an option or "KEY" for a word

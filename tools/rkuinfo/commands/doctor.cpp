@@ -1,4 +1,4 @@
-// rkuinfo doctor. Scripts rely on the codes and severities of findings, which the man page lists.
+// rkuinfo doctor. Scripts rely on the codes and severities that the man page lists for findings.
 #include "commands/command.h"
 
 #include "installation/names.h"
@@ -225,7 +225,7 @@ private:
             if (rkuinfo::text(isRoaming ? GetUserApplicationDataPath : GetUserLocalApplicationDataPath)
                     .empty()) {
                 const std::string folder = userFolder(isRoaming);
-                add(error, "user-folder", folder, "the user's folder for application data does not exist",
+                add(error, "user-folder", folder, "the user's application data folder does not exist",
                     "create it: mkdir " + shellWord(folder));
             }
         }

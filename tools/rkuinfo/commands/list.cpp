@@ -54,11 +54,10 @@ void search(Session& session)
 
 const Command listCommand("list", "SUBTREE [KEY] [--recursive] [--json]", "List the keys and values of a key",
                           "", list);
-const Command
-    searchCommand({"search", "SUBTREE TEXT [KEY]", "Find keys and values by name or data",
-                   "If TEXT is a number, such as 0x204060 or 2.5, values equal to it are found too.\n"
-                   "Exit code 1 when nothing is found.",
-                   search});
+const Command searchCommand({"search", "SUBTREE TEXT [KEY]", "Find keys and values by name or data",
+                             "If TEXT is a number, such as 0x204060 or 2.5, equal numbers are also found.\n"
+                             "Exit code 1 when nothing is found.",
+                             search});
 
 } // namespace
 

@@ -57,6 +57,7 @@ void provision(Session& session)
 const Command useCommand("use", "", "Choose the product, language and profile for the next start",
                          "Omitted names do not change. A profile that does not exist is created.", use);
 const Command provisionCommand("provision", "", "Create the current user's tree, as an application does",
-                               "Starts the library, which records product, language and profile.", provision);
+                               "Starts the library, which records the product, language and profile.",
+                               provision);
 
 } // namespace

@@ -86,8 +86,8 @@ public:
     const std::int32_t preferred;         ///< the installed language that start-up would propose
     std::vector<LanguageState> languages; ///< all known languages, by index
 
-    /// Returns the reason why the requested language cannot be used; empty if it can, or if no language is
-    /// requested.
+    /// Returns the reason why the requested language cannot be used, or an empty string if it can be used or
+    /// no language is requested.
     std::string whyNotWanted() const;
     /// Returns the reason why no language is installed.
     std::string whyNone() const;

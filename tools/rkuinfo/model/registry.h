@@ -1,7 +1,7 @@
 // The current user's registry. These functions call the system directly, because the library's functions do
 // not report why they fail. Export, import and diff use a Tree, which contains a key and everything below it.
 //
-// Start-up records the names that it chooses, so only the command provision starts the library.
+// Start-up records the names that it chooses, so only the `provision` command starts the library.
 #pragma once
 
 #include "text/text.h"
@@ -32,7 +32,7 @@ struct ValueType
     bool isJsonNumber;     ///< whether JSON files store the value as a number, not as a string
     std::string_view word; ///< a description of valid input, used in messages
     std::optional<std::string> (*parse)(
-        std::string_view word); ///< returns the data; nothing if the word is invalid
+        std::string_view word); ///< returns the data, or nothing if the word is invalid
     std::string (*print)(const Value& value);
 
     /// Returns whether the stored value can be printed as this type.
@@ -42,7 +42,7 @@ struct ValueType
 extern const std::vector<ValueType> valueTypes;
 /// Returns null if there is no such type.
 const ValueType* typeNamed(std::string_view name);
-/// Returns the type that the value has for an application; null if no application can read it.
+/// Returns the type as which an application can read the value, or null if no application can read it.
 const ValueType* typeOf(const Value& value);
 
 /// Returns the data in the format of `rkuinfo get`, or in hexadecimal if applications cannot read the value.
@@ -90,7 +90,7 @@ std::optional<Value> readValue(const Text& path, const Text& name);
 constexpr std::size_t longestValueName = 1023;
 
 /// Returns whether an application can read a key with this path. The path must have at most 1020 characters,
-/// and each name in it 1 to 255.
+/// and each name in it must have 1 to 255.
 bool isUsablePath(TextView path);
 
 /// The name of a key or value in a tree. The tree's own key has an empty path.
@@ -124,7 +124,7 @@ struct Edit
     bool isRemoval = false;
 };
 
-/// Applies the changes of a file to a tree in memory.
+/// Applies the changes listed in a file to a tree in memory.
 void edit(Tree& tree, const std::vector<Edit>& edits);
 
 /// A difference between two trees. Both trees must outlive the Change. A null pointer means that the key or

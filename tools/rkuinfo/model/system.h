@@ -12,7 +12,7 @@
 /// streams binary. Enables colours and UTF-8 on a console until the process exits.
 void prepareProcess();
 
-/// Returns the terminal's width in columns; nothing if standard output is not a terminal.
+/// Returns the terminal's width in columns, or nothing if standard output is not a terminal.
 std::optional<std::size_t> terminalColumns();
 bool errorsGoToTerminal();
 
@@ -29,7 +29,8 @@ std::string shellWord(const std::string& word);
 /// the local data. On Windows, returns "%APPDATA%" or "%LOCALAPPDATA%" without expanding the variable.
 std::string userFolder(bool isRoaming);
 
-/// Returns ", in FOLDER" for messages about the registry; empty if the registry is not in a single folder.
+/// Returns ", in FOLDER" for messages about the registry, or an empty string if the registry is not in a
+/// single folder.
 std::string registryPlace();
 
 /// If the user cannot write to a key, throws a Failure with the reason and a fix. Changes nothing.

@@ -20,7 +20,7 @@ constexpr Text::value_type separator = '\\';
 
 /// Joins a key path and a name below it. Either argument may be empty.
 Text joinedKey(TextView key, TextView name);
-/// Returns a path up to its last separator; empty for a single name.
+/// Returns a path up to its last separator, or an empty string if the path is a single name.
 TextView parentKey(TextView path);
 /// Returns the part of a path after its last separator.
 TextView lastName(TextView path);
@@ -32,7 +32,7 @@ bool isValid(TextView text);
 std::string hexDigits(std::uint32_t number, int count);
 
 /// Replaces characters that a terminal may interpret, such as control characters, bidirectional marks and
-/// lone surrogates, by \uXXXX, as in JSON. Does not replace `kept`.
+/// lone surrogates, with \uXXXX, as in JSON. Does not replace `kept`.
 std::string shown(std::string_view text, char32_t kept = 0);
 std::string shown(TextView text);
 
@@ -80,7 +80,7 @@ struct Layout
     bool coloured = false;
 };
 
-/// Text styles. The number of a style is its parameter in the escape sequence ESC [ number m.
+/// Text styles. A style's number N selects it in the escape sequence "ESC [ N m".
 enum class Style
 {
     plain = 0,

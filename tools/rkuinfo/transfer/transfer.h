@@ -17,7 +17,7 @@ std::string readFile(const std::string& file);
 /// file.
 std::optional<std::string> readSmallFile(const std::string& file);
 /// Replaces a file completely or not at all: writes a new file with the same permissions and renames it. If
-/// `file` is a device or other non-regular file, writes to it directly.
+/// `file` is a device or another non-regular file, writes to it directly.
 void writeFile(const std::string& file, std::string_view bytes);
 
 // The JSON format, which the man page describes, can represent every value. A string that is not valid UTF-16

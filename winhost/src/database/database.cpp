@@ -55,7 +55,7 @@ struct Connection
     LSTATUS whyReadOnly = ERROR_SUCCESS; // the error from opening the file for writing
     std::uint32_t generation = 0;        // the database file's last accepted generation
     std::uint32_t frames = 0;            // how many frames the log contained after the last commit
-    std::uint32_t attempt = 0;           // how many it contained after the last call of writeBack()
+    std::uint32_t attempt = 0;           // how many it contained after the last call to writeBack()
     std::uint64_t version = 0;           // the content's version after the last check or commit; 0 if unknown
     bool isShared = false;
     bool isLeaving = false; // the process is exiting, so each call closes the store
@@ -153,10 +153,10 @@ LSTATUS alone(const std::string& folder, Work work)
 //
 // The version is read from the header of the write-ahead log's index. All processes share the header in
 // memory, and every commit changes it. SQLite documents the header's format:
-// https://www.sqlite.org/walformat.html. If the header has another format, the version is 0.
+// https://www.sqlite.org/walformat.html. If the header is in another format, the version is 0.
 
 constexpr std::uint32_t indexFormat = 3007000;
-// Where each number is in the index, in multiples of the number's size:
+// The position of each number in the index, in multiples of the number's size:
 constexpr std::size_t saltsAt = 4;    // the log's salts (64 bits)
 constexpr std::size_t sumAt = 5;      // the header's checksum (64 bits)
 constexpr std::size_t framesAt = 4;   // how many frames the log contains (32 bits)
@@ -167,10 +167,10 @@ constexpr std::size_t pageSize = 4096;
 constexpr std::uint64_t noIndex[writtenAt] = {};
 std::atomic<const std::uint64_t*> page = noIndex; // points to noIndex while the version is unknown
 
-// The address at which the index is mapped, followed by a page of the store's file; otherwise two pages of
-// zeros. This address is never unmapped, because readers do not lock. The mapping of the file keeps the lock
-// on the file after the program has closed the descriptors; without the lock, other programs would remove the
-// index.
+// The address at which the index is mapped, followed by a page of the store's file. While no store is open,
+// there are two pages of zeros. This address is never unmapped, because readers do not take a lock. The
+// mapping of the file keeps the lock on the file after the program has closed the descriptors; without the
+// lock, other programs would remove the index.
 void* const place = mmap(nullptr, 2 * pageSize, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
 void* const filePlace = static_cast<char*>(place) + pageSize;
 
@@ -213,11 +213,11 @@ void showVersion()
 
 // ---- The log
 //
-// A log contains changes to one state of the file, and may be applied only to that state or to the file as it
-// is while the log is written back. Therefore the file's states have numbers, their generations, which are
-// stored in SQLite's user_version. The generations of one log differ only in the lowest 12 bits, which count
-// how often the log was written back. A log also stores, as SQLite's application_id, the generation of the
-// state to which it may be applied.
+// A log contains changes to one state of the file. It may be applied only to that state, or to a state that
+// the file passes through while the log is being written back. Therefore each state of the file has a number,
+// its generation, which is stored in SQLite's user_version. The generations of one log differ only in the
+// lowest 12 bits, which count how many times the log has been written back. A log also stores, as SQLite's
+// application_id, the generation of the state to which it may be applied.
 
 /// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()
@@ -229,7 +229,7 @@ bool isLogReplaced()
             salts != numberAt<std::uint64_t>(saltsAt));
 }
 
-constexpr std::uint32_t mostWrites = 0xFFF; // the bits that count
+constexpr std::uint32_t mostWrites = 0xFFF; // the bits of the count
 
 std::uint32_t generationOfFile()
 {
@@ -273,7 +273,7 @@ LSTATUS storeNumber(const char* pragma, std::uint32_t number)
     return run((pragma + ('=' + std::to_string(static_cast<std::int32_t>(number)))).c_str());
 }
 
-/// Numbers a new log, which may be applied to the given generation of the file.
+/// Assigns a number to a new log, which may be applied to the given generation of the file.
 void numberLog(std::uint32_t last)
 {
     check(storeNumber("PRAGMA application_id", last));
@@ -285,9 +285,9 @@ bool isWrittenBack()
     return page != noIndex && numberAt<std::uint32_t>(framesAt) == numberAt<std::uint32_t>(writtenAt);
 }
 
-/// Writes the log back to the file. Changes the generation first, so that no earlier copy of the file has the
-/// generation of the result; if that fails, for example because the disk is full, still writes the log back.
-/// Does not wait for other writers.
+/// Writes the log back to the file. Changes the generation first, so that the resulting file has a generation
+/// that no earlier copy has. If the change fails, for example because the disk is full, still writes the log
+/// back. Does not wait for other writers.
 LSTATUS writeBack(int mode)
 {
     sqlite3_busy_handler(own.database, nullptr, nullptr);
@@ -380,13 +380,13 @@ struct stat statusOfFile(const std::string& file)
 Listing listing()
 {
     const struct stat folder = statusOfFile(own.folder);
-    const struct stat file = statusOfFile(own.path); // the folder's time may change only every few ms
+    const struct stat file = statusOfFile(own.path); // the folder's timestamp may change only every few ms
     return {folder.st_dev,          folder.st_ino, folder.st_ctim.tv_sec,
             folder.st_ctim.tv_nsec, file.st_dev,   file.st_ino};
 }
 
 /// Returns true if the file at the path is the one that SQLite has opened, or if neither file exists. A link
-/// to the open file is another file, because SQLite would create the log next to the link's target.
+/// to the open file counts as another file, because SQLite would create the log next to the link's target.
 bool isAtPlace(const std::string& file, File which)
 {
     struct stat found = {};
@@ -400,7 +400,7 @@ bool isAtPlace(const std::string& file, File which)
 bool isMoved()
 {
     const Listing now = listing();
-    if (now != own.listing) { // a file created or deleted in the folder also changes the listing
+    if (now != own.listing) { // creating or deleting a file in the folder also changes the listing
         const bool isAt = isAtPlace(own.file, eContent) && isAtPlace(own.file, eLog) &&
                           isAtPlace(own.file, eIndex) &&
                           (own.file == own.path || resolved(own.path, own.path) == own.file);
@@ -607,7 +607,7 @@ void prepare(bool forWriting)
             return open(forWriting);
         }));
     }
-    if (forWriting) { // disk errors, forks and moves of the file undo a shared transaction
+    if (forWriting) { // a disk error, a fork or moving the file undoes a shared transaction
         const bool isLost = own.isShared && sqlite3_get_autocommit(own.database) != 0;
         check(isLost ? ERROR_CANTWRITE : own.whyReadOnly);
     }
@@ -821,7 +821,7 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
     }
     startWait();
     const LSTATUS status = outcome([&] {
-        isMoved(); // if it returns true, prepare() reopens the store
+        isMoved(); // if isMoved() returns true, prepare() reopens the store
         prepare(true);
         return run(keep != FALSE ? "COMMIT" : "ROLLBACK");
     });

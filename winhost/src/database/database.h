@@ -56,8 +56,8 @@ struct Content
 };
 extern const Content content;
 
-/// Returns a number that identifies the content, or 0 if that is unknown. The number stays the same until a
-/// process writes. Does not lock and makes no system call.
+/// Returns a number that identifies the content, or 0 if the content is unknown. The number stays the same
+/// until a process writes. Takes no lock and makes no system call.
 std::uint64_t contentVersion();
 
 using Lock = std::unique_lock<std::mutex>;
@@ -85,7 +85,7 @@ private:
     bool m_isOver = false;
 };
 
-/// Returns the lock, which the caller holds until a fork is done. Rolls back a shared transaction.
+/// Returns the lock; the caller must hold it until a fork is complete. Rolls back a shared transaction.
 Lock hold();
 /// Abandons the parent's connection. Called in the child of a fork.
 void forsake();
@@ -107,13 +107,13 @@ public:
     Query(const Query&) = delete;
     Query& operator=(const Query&) = delete;
 
-    /// Moves to the next row. Returns false after the last one.
+    /// Moves to the next row. Returns false if there is none.
     bool next();
     /// Runs a statement that returns no rows.
     void run() { require(!next()); }
 
     std::int64_t number(int column) const { return sqlite3_column_int64(m_statement, column); }
-    std::string_view bytes(int column) const; ///< valid until the next row
+    std::string_view bytes(int column) const; ///< valid until the next row is read
 
 private:
     static sqlite3_stmt* prepared(const char* sql);

@@ -41,7 +41,7 @@ bool isLost(int file)
 /// Must not throw: its caller is SQLite, which is written in C.
 int openFile(const char* path, int flags, int mode)
 {
-    static bool isLeased = false; // true if a lease of another process prevented the last open
+    static bool isLeased = false; // true if another process's lease prevented the last open()
     if (isLeased && (flags & O_ACCMODE) == O_RDONLY) {
         errno = EWOULDBLOCK; // a lease must not make SQLite open the file read-only
         return -1;
@@ -84,8 +84,9 @@ int controlFile(int file, int command, ...)
 }
 
 /// Replaces SQLite's pwrite. To allocate a region of the log's index, SQLite writes the last byte of each
-/// page; this function allocates the whole region at the last page. Otherwise a later write to the mapped
-/// region would raise a signal if the disk is full and its blocks are smaller than pages.
+/// page; this function instead allocates the whole region when the last page is written. Otherwise, a later
+/// write to the mapped region could raise a signal when the disk is full and its blocks are smaller than
+/// pages.
 ssize_t writeFile(int file, const void* data, std::size_t size, off_t at)
 {
     constexpr off_t region = 32768;
@@ -121,7 +122,7 @@ void* mapFile(void* place, std::size_t size, int protection, int flags, int file
     return made;
 }
 
-/// Replaces SQLite's sleep. Does not sleep after the time limit.
+/// Replaces SQLite's sleep. Does not sleep once the time limit has passed.
 int pauseCall(sqlite3_vfs*, int microseconds)
 {
     wait(std::chrono::microseconds{microseconds});

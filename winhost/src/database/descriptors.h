@@ -1,5 +1,5 @@
 // The descriptors of the files that SQLite has open. A program may close descriptors that are not its own,
-// for example to become a daemon. SQLite would then write to files that are opened later under the same
+// for example to become a daemon. SQLite would then write to files that are opened later and get the same
 // numbers. Also, a process loses its POSIX locks on a file as soon as any of its code closes that file. So
 // this module replaces SQLite's open, close and fcntl with functions that recognise these descriptors. The
 // new fcntl sets locks that belong to the open file, not to the process. While SQLite closes the database,
@@ -25,8 +25,8 @@ enum File
 constexpr const char* suffixes[] = {"", "-wal", "-shm"};
 
 /// Records the descriptors of this file, its log and its index when SQLite opens them for the connection.
-/// If descriptors 0 to 2 are free, first opens /dev/null for them, because messages that the program prints
-/// there would otherwise overwrite the store.
+/// If any of the descriptors 0 to 2 is free, first opens /dev/null on it; otherwise, messages that the
+/// program prints to that descriptor could overwrite the store.
 void recordFiles(const std::string& file);
 
 /// Returns -1 if the file is not open.

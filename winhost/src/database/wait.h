@@ -1,5 +1,5 @@
 // A transaction waits at most 5 s for other processes. After a transaction has reached this limit, the limit
-// is 0.1 s for 10 s.
+// is reduced to 0.1 s for the next 10 s.
 #pragma once
 
 #include <chrono>

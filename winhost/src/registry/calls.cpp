@@ -78,7 +78,7 @@ LSTATUS change(Memory::Change what, HKEY key, REGSAM needed, Work work, Then the
     });
 }
 
-/// Stores a result if its pointer is not null.
+/// Stores a result unless the pointer to it is null.
 template <typename Result, typename Value>
 void give(Result* out, Value value)
 {
@@ -150,7 +150,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     }
     LSTATUS status = RegOpenKeyExW(key, subKey, 0, access, result);
     bool isNew = false;
-    if (status == ERROR_FILE_NOT_FOUND) { // another process may have created the key since
+    if (status == ERROR_FILE_NOT_FOUND) { // another process may have created the key in the meantime
         status = change(Memory::eKeys, key, 0, [&](NodeId node) {
             const NodeId created = createPath(node, viewOf(subKey), isNew);
             const std::lock_guard<std::mutex> lock(memory.mutex);
@@ -160,7 +160,7 @@ LSTATUS RegCreateKeyExW(HKEY key, LPCWSTR subKey, DWORD reserved, LPWSTR, DWORD,
     if (status == ERROR_SUCCESS) {
         give(disposition, isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
     } else {
-        RegCloseKey(std::exchange(*result, nullptr)); // open if the commit failed
+        RegCloseKey(std::exchange(*result, nullptr)); // still open if the commit failed
     }
     return status;
 }

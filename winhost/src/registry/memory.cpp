@@ -187,7 +187,7 @@ void Memory::follow(std::uint64_t version, Change change)
         ++m_epochs[1];
     }
     if (change != eOthers) {
-        m_places.clear(); // as on Windows, an index counts the entries that are left
+        m_places.clear(); // as on Windows, an index is a position among the remaining entries
     }
 }
 

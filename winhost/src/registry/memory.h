@@ -24,19 +24,19 @@ public:
     /// Returns the node of an open key. Throws ERROR_INVALID_HANDLE if the handle is not open, and
     /// ERROR_ACCESS_DENIED if the key was opened without a required access right.
     NodeId resolve(HKEY key, REGSAM needed);
-    /// Returns a new handle. Returns the same handle again only after 2^32 others, so that closed handles are
-    /// detected.
+    /// Returns a new handle. Returns the same handle again only after 2^32 others, so that the use of a
+    /// closed handle is detected.
     HKEY open(NodeId node, REGSAM access);
     LSTATUS close(HKEY key);
 
-    /// Returns the entry before the given index if the last call that enumerated with this handle returned it
-    /// and this process has not written since.
+    /// Returns the entry at the index before the given one, if the last enumeration call with this handle
+    /// returned that entry and this process has written nothing since then.
     std::optional<Previous> previous(HKEY key, const Lookup& lookup);
-    /// Records the result of a call that enumerates, and whether the previous entry was outdated. After
+    /// Records the result of an enumeration call, and whether the previous entry was outdated. After
     /// ERROR_MORE_DATA, the call may be repeated.
     void advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status, bool isOutdated);
 
-    /// Returns the cached result; null if none is valid.
+    /// Returns the cached result, or null if there is no valid one.
     const Result* recall(const Lookup& lookup);
     /// Returns recall(lookup), or null if the enumeration continues after an outdated entry.
     const Result* recall(HKEY key, const Lookup& lookup);
@@ -48,7 +48,7 @@ public:
     {
         eOthers, ///< other processes may have made a change
         eKeys,   ///< this process may have created or deleted keys
-        eValues  ///< this process only set or deleted values: cached paths stay valid
+        eValues  ///< this process has only set or deleted values, so cached paths stay valid
     };
     /// Adopts a new version of the content and invalidates the results that the change may affect.
     void follow(std::uint64_t version, Change change);
@@ -86,10 +86,10 @@ private:
 
     std::vector<Slot> m_slots;
     std::size_t m_closed = 0;                           // first closed slot; m_slots.size() if there is none
-    std::unordered_map<std::uint64_t, Entry> m_results; // by the Lookup's hash; at most 4,096
+    std::unordered_map<std::uint64_t, Entry> m_results; // keyed by the Lookup's hash; at most 4,096
     std::uint64_t m_version = 0;
-    // Results of older epochs are outdated; [0] is for paths. Outdated places get the epoch before the
-    // current one, which must not be 0.
+    // Results from older epochs are outdated; the first element is for paths. An outdated place gets the
+    // previous epoch. Epochs begin at 2, because that must not be 0.
     std::uint64_t m_epochs[2] = {2, 2};
     std::unordered_map<std::uint64_t, Place> m_places; // see placeId()
 };

@@ -294,8 +294,8 @@ void deleteTree(NodeId node, bool withItself)
 } // namespace winhost::registry
 
 // A key's number is higher than its parent's and is almost never reused. `shape` has one row, which contains
-// the highest number so far. Undoing a change frees the numbers that the change assigned. Each new number is
-// a random step higher than the last, so that a freed number is unlikely to be assigned again. `name` is the
+// the highest number so far. Undoing a change frees the numbers that the change assigned. Each new number
+// exceeds the last by a random step, so that a freed number is unlikely to be assigned again. `name` is the
 // name as it was given at creation, in UTF-16. `folded` is a form of the name that ignores case; it is used
 // to find and sort keys and values.
 const winhost::database::Content winhost::database::content = {

@@ -1,5 +1,5 @@
 // The registry's keys and values in the store. Functions that access the store must be called in a
-// Transaction, and throw Failure.
+// Transaction. On failure, they throw Failure.
 #pragma once
 
 #include "database/database.h"
@@ -59,11 +59,11 @@ struct Result
 };
 
 /// Returns the cached result if there is one; otherwise reads the store. If the previous entry of an
-/// enumeration is outdated, returns the entry after its name, and caches nothing. Do not call this after a
-/// change in the same Transaction.
+/// enumeration is outdated, returns the entry whose name follows in sort order, and caches nothing. Do not
+/// call this after a change in the same Transaction.
 Result find(const Lookup& lookup, const Previous* previous = nullptr);
 
-/// The counts of a key's sub-keys and values, and the greatest lengths of their names and data in bytes.
+/// The numbers of a key's sub-keys and values, and the maximum lengths in bytes of their names and data.
 struct Measure
 {
     std::int64_t subKeys = 0;
@@ -78,7 +78,7 @@ Measure measure(NodeId node);
 
 /// Creates the missing keys of a path, and sets `created` if any were missing. Returns the key at the path.
 NodeId createPath(NodeId start, TextView path, bool& created);
-/// Sets a value, and returns the same result as a later find().
+/// Sets a value, and returns what a later find() would return.
 Result setValue(NodeId node, TextView name, DWORD type, std::string_view data);
 void deleteValue(NodeId node, TextView name);
 /// Deletes a key; throws ERROR_ACCESS_DENIED for a root and for a key that has sub-keys.
