@@ -1,4 +1,4 @@
-// The folders of the user's files, as defined by the XDG base directories.
+// The folders for the user's files, as defined by the XDG base directory specification.
 #pragma once
 
 #include <string>

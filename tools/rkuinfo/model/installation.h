@@ -108,8 +108,8 @@ public:
     std::optional<Text> storedPath(TarvoConfig::Path subtree, const wchar_t* valuePath) const;
     /// Returns at most the first 254 characters of an entry in TARVO.ini.
     Text iniText(const wchar_t* section, const wchar_t* key) const;
-    /// Returns the prefix of architecture commands, such as S25_; empty unless product.ini contains both
-    /// numbers of the prefix.
+    /// Returns the prefix of architecture commands, such as S25_; empty unless product.ini contains both of
+    /// the numbers that make up the prefix.
     Text commandPrefix() const;
 };
 
