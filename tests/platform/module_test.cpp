@@ -52,6 +52,7 @@ TEST(LoadLibrary, LoadsCodeOnceAndFindsItsOwnFunctions)
     EXPECT_NE(GetProcAddress(system, "RegDeleteTreeW"), nullptr);
     const HMODULE module = load(inBin(libraryModule));
     EXPECT_EQ(GetModuleHandleW(Wide(libraryModule)), module);
+    EXPECT_EQ(GetModuleHandleW(Wide(windowsPath(inBin(libraryModule)))), module);
     EXPECT_EQ(fileNameOf(module), windowsPath(inBin(libraryModule)));
     EXPECT_EQ(stringOf(module, englishId).substr(0, 3), "0 #");
     EXPECT_EQ(GetProcAddress(module, "malloc"), nullptr); // exported by another module
@@ -92,9 +93,12 @@ TEST(LoadLibrary, FindsResourceFilesOrReportsWhy)
     const HMODULE found = LoadLibraryW(L"pack");
     fs::current_path(scratchFolder());
     EXPECT_EQ(LoadLibraryW(L"pack.dll"), found); // found, although not in the search path
-    EXPECT_NE(FreeLibrary(found), FALSE);
-    EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
-    EXPECT_NE(FreeLibrary(found), FALSE);
+    EXPECT_EQ(load(folder / "pack.dll"), found);
+    EXPECT_EQ(LoadLibraryW(Wide("\\\\?\\" + windowsPath(folder / "pack.dll"))), found);
+    for (int references = 4; references > 0; --references) {
+        EXPECT_EQ(GetModuleHandleW(L"Pack"), found);
+        EXPECT_NE(FreeLibrary(found), FALSE);
+    }
     EXPECT_EQ(GetModuleHandleW(L"Pack"), nullptr);
 }
 
