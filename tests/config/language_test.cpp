@@ -39,11 +39,17 @@ TEST(Language, IsFoundByItsNumberAndItsName)
 TEST(Language, LoadsItsLocalNameOncePerObject)
 {
     int asked = 0;
-    bool isEmpty = false; // if true, LoadStringW finds no string
-    const Patch strings = intercept<"LoadStringW", decltype(LoadStringW)>([&](auto real, auto... arguments) {
-        ++asked;
-        return isEmpty ? 0 : real(arguments...);
-    });
+    std::optional<int> length; // if set, LoadStringW finds a string of this length
+    const Patch strings = intercept<"LoadStringW", decltype(LoadStringW)>(
+        [&](auto real, HINSTANCE module, UINT id, LPWSTR buffer, int size) {
+            ++asked;
+            if (!length) {
+                return real(module, id, buffer, size);
+            }
+            const int copied = std::min(*length, size - 1);
+            *std::fill_n(buffer, copied, L'x') = L'\0';
+            return copied;
+        });
     const TarvoLanguage german(1L);
     EXPECT_EQ(german.localName(), nullptr); // the language folder "unknown" does not exist
     ASSERT_EQ(startAcme(), TarvoConfig::eOk);
@@ -54,9 +60,11 @@ TEST(Language, LoadsItsLocalNameOncePerObject)
     copy = TarvoLanguage(-1L);
     EXPECT_EQ(utf8(copy.localName()), "Unknown");
     EXPECT_EQ(asked, 3);
-    isEmpty = true;
+    length = 0;
     EXPECT_EQ(TarvoLanguage(1L).localName(), nullptr);
-    isEmpty = false;
+    length = 63;
+    EXPECT_EQ(utf8(TarvoLanguage(1L).localName()), std::string(62, 'x'));
+    length.reset();
     EXPECT_EQ(utf8(GetCurrentLanguageLocalName()) + utf8(GetCurrentLanguageGlobalName()), "EnglishEnglish");
 }
 
