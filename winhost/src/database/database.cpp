@@ -53,12 +53,13 @@ struct Connection
     std::unordered_map<const char*, std::unique_ptr<sqlite3_stmt, int (*)(sqlite3_stmt*)>> statements;
     Kind kind = eNew;
     LSTATUS whyReadOnly = ERROR_SUCCESS; // the error from opening the file for writing
-    std::uint32_t generation = 0;        // the database file's last accepted generation
+    std::uint32_t state = 0;             // the database file's last accepted state, as a number
     std::uint32_t frames = 0;            // how many frames the log contained after the last commit
     std::uint32_t attempt = 0;           // how many it contained after the last call to writeBack()
     std::uint64_t version = 0;           // the content's version after the last check or commit; 0 if unknown
     bool isShared = false;
-    bool isLeaving = false; // the process is exiting, so each call closes the store
+    bool isLogSaved = false; // the log of the last connection was written back completely
+    bool isLeaving = false;  // the process is exiting, so each call closes the store
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
@@ -217,7 +218,7 @@ void showVersion()
 // the file passes through while the log is being written back. Therefore each state of the file has a number,
 // its generation, which is stored in SQLite's user_version. The generations of one log differ only in the
 // lowest 12 bits, which count how many times the log has been written back. A log also stores, as SQLite's
-// application_id, the generation of the state to which it may be applied.
+// application_id, Header::state() of the file to which it may be applied.
 
 /// Returns true if the index describes a log that was removed but that other processes still use.
 bool isLogReplaced()
@@ -231,12 +232,22 @@ bool isLogReplaced()
 
 constexpr std::uint32_t mostWrites = 0xFFF; // the bits of the count
 
-std::uint32_t generationOfFile()
+/// Part of the database file's header.
+struct Header
 {
-    constexpr off_t inFile = 60;
-    std::uint32_t number = 0;
-    static_cast<void>(pread(descriptor(eContent), &number, sizeof number, inFile));
-    return __builtin_bswap32(number);
+    std::uint32_t schema; // the version of the schema
+    std::uint32_t generation;
+
+    /// Identifies the file's state: VACUUM changes the version of the schema, but not the generation.
+    std::uint32_t state() const { return generation ^ (schema * 0x9E3779B1); }
+};
+
+Header headerOfFile()
+{
+    constexpr off_t inFile = 40;
+    std::uint32_t numbers[6] = {};
+    static_cast<void>(pread(descriptor(eContent), numbers, sizeof numbers, inFile));
+    return {__builtin_bswap32(numbers[0]), __builtin_bswap32(numbers[5])};
 }
 
 std::uint32_t storedNumber(const char* pragma)
@@ -251,17 +262,18 @@ std::uint32_t storedNumber(const char* pragma)
 LSTATUS logStatus()
 {
     const std::uint64_t version = contentVersion();
-    const std::uint32_t generation = generationOfFile();
-    if (version != 0 && version == own.version && generation == own.generation) {
+    const Header file = headerOfFile();
+    if (version != 0 && version == own.version && file.state() == own.state) {
         return ERROR_SUCCESS; // unchanged since the last check or commit
     }
     if (isLogReplaced()) {
         return ERROR_LOCK_FAILED;
     }
     const std::uint32_t last = storedNumber("PRAGMA user_version");
-    const bool isInLog = (generation ^ last) <= mostWrites && generation <= last;
-    if (isInLog || generation == storedNumber("PRAGMA application_id")) {
-        own.generation = generation;
+    const bool isInLog = (file.generation ^ last) <= mostWrites && file.generation <= last &&
+                         file.schema <= storedNumber("PRAGMA schema_version");
+    if (isInLog || file.state() == storedNumber("PRAGMA application_id")) {
+        own.state = file.state();
         own.version = version;
         return ERROR_SUCCESS;
     }
@@ -273,10 +285,10 @@ LSTATUS storeNumber(const char* pragma, std::uint32_t number)
     return run((pragma + ('=' + std::to_string(static_cast<std::int32_t>(number)))).c_str());
 }
 
-/// Assigns a number to a new log, which may be applied to the given generation of the file.
-void numberLog(std::uint32_t last)
+/// Assigns a number to a new log, which may be applied to the given state of the file.
+void numberLog(std::uint32_t state)
 {
-    check(storeNumber("PRAGMA application_id", last));
+    check(storeNumber("PRAGMA application_id", state));
     check(storeNumber("PRAGMA user_version", std::random_device()() & ~mostWrites));
 }
 
@@ -353,8 +365,8 @@ void beginLog()
     check(logStatus());
     showVersion(); // a mapping that failed before may succeed now
     if (isWrittenBack()) {
-        own.generation = generationOfFile(); // other processes cannot change it during the transaction
-        numberLog(own.generation);
+        own.state = headerOfFile().state(); // other processes cannot change it during the transaction
+        numberLog(own.state);
     }
 }
 
@@ -469,7 +481,7 @@ LSTATUS createTables()
     if (schemaStatus() == ERROR_FILE_NOT_FOUND) { // another process may have created the tables
         check(run(content.schema));
         content.fill();
-        numberLog(0); // an empty file has generation 0
+        numberLog(0); // the state of an empty file
     }
     check(run("COMMIT"));
     return schemaStatus();
@@ -505,6 +517,10 @@ LSTATUS connect(Kind kind, bool createsTables)
         own.kind = kind;
         errno = 0;
         check(statusOf(sqlite3_open_v2(uri.c_str(), &own.database, flags, nullptr)));
+        // A file that others use without a log next to it was moved, or its log was removed. A second log
+        // would damage the file.
+        require(kind == eNew || own.isLogSaved || isOnlyUser() || !isAbsent(suffixes[eLog]),
+                ERROR_LOCK_FAILED);
         sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
         const LSTATUS found = outcome(schemaStatus);
         if (kind == eWritable) {
@@ -537,6 +553,8 @@ LSTATUS connect(Kind kind, bool createsTables)
     });
     if (status != ERROR_SUCCESS) {
         disconnect();
+    } else {
+        own.isLogSaved = false;
     }
     return status;
 }
@@ -581,7 +599,11 @@ LSTATUS saveLog()
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor(eContent));
     const std::string file = resolved(link, own.file);
     const bool isKept = opened.st_nlink == 0 || (statusOfFile(file).st_ino != 0 && isAtPlace(file, eLog));
-    return isKept || logStatus() != ERROR_SUCCESS ? ERROR_SUCCESS : writeBack(SQLITE_CHECKPOINT_TRUNCATE);
+    if (!isKept && logStatus() == ERROR_SUCCESS) {
+        check(writeBack(SQLITE_CHECKPOINT_TRUNCATE));
+        own.isLogSaved = true;
+    }
+    return ERROR_SUCCESS;
 }
 
 bool isStale(bool forWriting)
