@@ -56,7 +56,7 @@ write_percent() {
     done | sort -n | sed -n 6p
 }
 
-# Prints the counted results, such as cache misses, one "name: value" per line.
+# Prints the counts, such as the number of cache misses, one "name: value" per line.
 count_all() {
     local empty client level store
     loop ours read 1 >/dev/null # fills the store

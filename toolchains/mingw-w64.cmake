@@ -1,4 +1,4 @@
-# Cross toolchain: 64-bit Windows with MinGW-w64 and POSIX threads. Programs run through Wine.
+# Cross toolchain: 64-bit Windows with MinGW-w64 and POSIX threads. Programs are run with Wine.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)

@@ -1,4 +1,4 @@
-# Cross toolchain: 64-bit Windows with Visual C++'s ABI, using clang-cl and lld-link. Programs run through
+# Cross toolchain: 64-bit Windows with Visual C++'s ABI, using clang-cl and lld-link. Programs are run with
 # Wine. Uses headers from Wine, libc++ and visual-cpp/. Links with libraries that are built from visual-cpp/
 # and from Wine's DLLs.
 set(CMAKE_SYSTEM_NAME Windows)

@@ -13,7 +13,7 @@ public:
     /// The single instance, which velaConfig() returns.
     static TarvoConfig& instance() { return TarvoConfig::_sg_tarvo_config; }
 
-    /// Appends the key path of a subtree to a string, which must be empty. Returns false on failure;
+    /// Stores the key path of a subtree in a string, which must be empty on entry. Returns false on failure;
     /// TarvoConfig::getRegRootPath lists the causes.
     static bool appendRoot(const TarvoConfig& config, TarvoConfig::Path path, BoundedText& key);
 };

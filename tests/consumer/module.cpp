@@ -12,7 +12,7 @@ const ModuleCalls* moduleCalls()
         },
         [](VelaVariant& value) { value.setString(L"from the module"); },
         [] { throw new TarvoConfigException(L"message", 1, L"context", 7); },
-        [] { VelaVariant().setBinary("", -1); }, // thrown by an inline function of the header
+        [] { VelaVariant().setBinary("", -1); }, // thrown by an inline function in the header
     };
     return &calls;
 }

@@ -199,7 +199,7 @@ std::string outcomeOf(const Scenario& scenario)
 using Entries = std::set<std::string>;
 
 /// Splits the result of tree() into one entry for each key and each value. Each entry begins with its key.
-/// Replaces the profile "Default" with "Work", because start-up may store "Default" if it cannot read "Work".
+/// Start-up may store the profile "Default" if it cannot read "Work", so "Default" is replaced with "Work".
 Entries entries(const std::string& tree)
 {
     const std::string standard = '=' + print(text("Default"));

@@ -1,4 +1,4 @@
-// libc++ uses functions of this header that Wine declares in windows.h.
+// libc++ includes this header for functions that Wine declares in windows.h.
 #pragma once
 
 #include <windows.h>

@@ -62,8 +62,8 @@ std::string bytesOf(Number number)
 /// Messages about keys and values that could not be read.
 using Losses = std::vector<std::string>;
 
-/// Calls `read`. Catches a Failure and appends its problem to `losses`. Does not catch it if `losses` is null
-/// or the command line is wrong.
+/// Calls `read`. Catches a Failure and appends its description of the problem to `losses`. Does not catch it
+/// if `losses` is null or the command line is wrong.
 template <typename Read>
 void guard(Losses* losses, const Read& read)
 {
@@ -80,7 +80,8 @@ void guard(Losses* losses, const Read& read)
 /// If the status is an error, throws a Failure with its meaning and the location of the registry.
 void require(LSTATUS status, const std::string& subject);
 
-// The functions below access the current user's keys, and throw a Failure with the system's reason on error.
+// The functions below access the current user's keys. On error, they throw a Failure that contains the
+// system's error message.
 
 bool keyExists(const Text& path);
 /// Returns nothing if the key or value does not exist.

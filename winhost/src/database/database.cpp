@@ -285,7 +285,7 @@ LSTATUS storeNumber(const char* pragma, std::uint32_t number)
     return run((pragma + ('=' + std::to_string(static_cast<std::int32_t>(number)))).c_str());
 }
 
-/// Assigns a number to a new log, which may be applied to the given state of the file.
+/// Stores the state of the file to which a new log may be applied, and the first generation of the log.
 void numberLog(std::uint32_t state)
 {
     check(storeNumber("PRAGMA application_id", state));
@@ -398,7 +398,8 @@ Listing listing()
 }
 
 /// Returns true if the file at the path is the one that SQLite has opened, or if neither file exists. A link
-/// to the open file counts as another file, because SQLite would create the log next to the link's target.
+/// to the open file counts as another file: SQLite would create the log next to the link's target, not next
+/// to the link.
 bool isAtPlace(const std::string& file, File which)
 {
     struct stat found = {};
