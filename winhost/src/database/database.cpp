@@ -58,8 +58,7 @@ struct Connection
     std::uint32_t attempt = 0;           // how many it contained after the last call to writeBack()
     std::uint64_t version = 0;           // the content's version after the last check or commit; 0 if unknown
     bool isShared = false;
-    bool isLogSaved = false; // the log of the last connection was written back completely
-    bool isLeaving = false;  // the process is exiting, so each call closes the store
+    bool isLeaving = false; // the process is exiting, so each call closes the store
     Listing listing{};
 };
 Connection& own = *new Connection; // never destroyed, because it may be used while the process exits
@@ -520,8 +519,7 @@ LSTATUS connect(Kind kind, bool createsTables)
         check(statusOf(sqlite3_open_v2(uri.c_str(), &own.database, flags, nullptr)));
         // A file that others use without a log next to it was moved, or its log was removed. A second log
         // would damage the file.
-        require(kind == eNew || own.isLogSaved || isOnlyUser() || !isAbsent(suffixes[eLog]),
-                ERROR_LOCK_FAILED);
+        require(kind == eNew || isOnlyUser() || !isAbsent(suffixes[eLog]), ERROR_LOCK_FAILED);
         sqlite3_db_config(own.database, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
         const LSTATUS found = outcome(schemaStatus);
         if (kind == eWritable) {
@@ -554,8 +552,6 @@ LSTATUS connect(Kind kind, bool createsTables)
     });
     if (status != ERROR_SUCCESS) {
         disconnect();
-    } else {
-        own.isLogSaved = false;
     }
     return status;
 }
@@ -600,9 +596,14 @@ LSTATUS saveLog()
     const std::string link = "/proc/self/fd/" + std::to_string(descriptor(eContent));
     const std::string file = resolved(link, own.file);
     const bool isKept = opened.st_nlink == 0 || (statusOfFile(file).st_ino != 0 && isAtPlace(file, eLog));
-    if (!isKept && logStatus() == ERROR_SUCCESS) {
-        check(writeBack(SQLITE_CHECKPOINT_TRUNCATE));
-        own.isLogSaved = true;
+    if (isKept) {
+        return ERROR_SUCCESS;
+    }
+    const LSTATUS status = logStatus();
+    check(status == ERROR_SUCCESS ? writeBack(SQLITE_CHECKPOINT_TRUNCATE) : ERROR_SUCCESS);
+    if (status != ERROR_LOCK_FAILED && !isOnlyUser()) {
+        // An empty log lets processes open the file: the others' log has no changes that belong to it.
+        const OwnedFile empty(file + suffixes[eLog], O_RDWR | O_CREAT);
     }
     return ERROR_SUCCESS;
 }
