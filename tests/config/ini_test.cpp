@@ -33,6 +33,7 @@ TEST_F(IniValues, AreReadAsTheRequestedType)
     }
     long number = 77;
     EXPECT_EQ(config.readIniInt(L"S", L"a", number, L"none.ini"), eNotFound);
+    EXPECT_EQ(config.readIniInt(L"", L"a", number, L"TARVO.ini"), eNotFound);
     EXPECT_EQ(number, 77);
     for (const auto& [size, expected] : {std::pair(7UL, "0xxxxx"), {3, "0x"}, {2, "1"}, {0, "1"}}) {
         wchar_t out[16] = L"";

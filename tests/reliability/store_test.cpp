@@ -326,6 +326,7 @@ const std::map<std::string, std::function<LSTATUS(int)>> steps = {
     {"set", set},
     {"get", get},
     {"delete", [](int n) { return onValue(n, true, RegDeleteValueW); }},
+    {"delete-all", [](int) { return RegDeleteTreeW(HKEY_CURRENT_USER, nullptr); }},
     {"walk", walk},
     {"fill", fill},
     {"count", count},
