@@ -47,6 +47,15 @@ without_rights() {
     "${drop[@]}" "$@"
 }
 
+# Starts in the folder that the library leaves for the documents folder, which it creates.
+start_in_cache() {
+    cd "$app/UserDataCache" && env "$@" "$app/rkuinfo" --help >/dev/null && ls "$app/documents"
+}
+
+mkdir "$app/UserDataCache" "$app/documents"
+echo 'XDG_DOCUMENTS_DIR="$HOME/documents/a"' >"$XDG_CONFIG_HOME/user-dirs.dirs"
+expect a start_in_cache
+expect $'a\nb' start_in_cache XDG_DOCUMENTS_DIR="$app/documents/b"
 expect $'rkuinfo: the output cannot be written\nexit code 1' onto_full_disk show
 expect $'rkuinfo: out of memory\nexit code 1' without_memory
 expect "$app cannot be read" rkuinfo import settings --file "$app"
