@@ -1,9 +1,11 @@
-// Tests the limits on the length of names. oracle.cpp tests everything else about iterators.
+// Tests the limits on the length of names, and an item without access. oracle.cpp tests everything else about
+// iterators.
 #include "store.h"
 
 namespace {
 
 using ValueIterator = StoreTest;
+using ItemIterator = StoreTest;
 
 TEST_F(ValueIterator, ReturnsNamesOfUpTo1023Characters)
 {
@@ -25,6 +27,19 @@ TEST_F(ValueIterator, ReturnsNamesOfUpTo1023Characters)
         EXPECT_EQ(it.value(v), error);
         EXPECT_EQ(it.setValue(v), error);
     }
+}
+
+TEST_F(ItemIterator, ReturnsNotFoundForAnItemThatCannotBeOpened)
+{
+    remakeKey(HKEY_CURRENT_USER, settings + "\\Item", "v", dword(1));
+    TarvoConfig::ItemIterator it;
+    ASSERT_EQ(m_config.findItem(eSettings, nullptr, it), eOk);
+    VelaVariant v;
+    ASSERT_EQ(m_config.getValue(it, L"v", v), eOk);
+    const Patch opening = intercept<"RegOpenKeyExW", decltype(RegOpenKeyExW)>(
+        [](auto...) { return LSTATUS{ERROR_ACCESS_DENIED}; });
+    EXPECT_EQ(m_config.getValue(it, L"v", v), TarvoConfig::eNotFound);
+    EXPECT_EQ(m_config.setValue(it, L"v", v), TarvoConfig::eNotFound);
 }
 
 } // namespace
