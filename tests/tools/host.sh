@@ -64,6 +64,7 @@ expect settings "$app/rkuinfo" complete --product X get se
 expect $'--file\n--replace' "$app/rkuinfo" complete import settings --
 expect '<>' bash -c 'echo "<$("$0" complete get settings se)>"' "$app/rkuinfo" # a command has only one SUBTREE
 expect '<>' bash -c 'echo "<$("$0" complete --product s)>"' "$app/rkuinfo" # a product, not a command
+expect 'Usage: rkuinfo [OPTIONS] COMMAND' "$app/rkuinfo" manual
 expect 'Usage: rkuinfo list [OPTIONS] SUBTREE [KEY]' "$app/rkuinfo" manual
 for command in provision doctor "get settings A" "set settings A int 1"; do
     # shellcheck disable=SC2086 # several words
