@@ -7,8 +7,8 @@ function(need debian package)
   endif()
 endfunction()
 
-# need_program(<Debian package> <variable> <program>): calls find_program, and reports a missing program in
-# the form shown above.
+# need_program(<Debian package> <variable> <program>): calls find_program, and names the package to install if
+# the program is missing.
 function(need_program debian variable program)
   find_program(${variable} ${program})
   if(NOT ${variable})

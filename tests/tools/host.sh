@@ -47,7 +47,7 @@ without_rights() {
     "${drop[@]}" "$@"
 }
 
-# Starts in the folder that the library leaves for the documents folder, which it creates.
+# Starts rkuinfo in UserDataCache. The library creates the documents folder and makes it the working directory.
 start_in_cache() {
     cd "$app/UserDataCache" && env "$@" "$app/rkuinfo" --help >/dev/null && ls "$app/documents"
 }

@@ -23,8 +23,7 @@ struct Search
 {
 };
 
-/// Returns the first name of an entry, in alphabetical order, that ends with the suffix. Returns "" if no
-/// entry matches.
+/// Returns the alphabetically first entry name that ends with the suffix. Returns "" if no entry matches.
 std::string firstMatch(const std::string& folder, TextView suffix, std::error_code& failure)
 {
     std::string first;

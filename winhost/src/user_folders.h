@@ -1,4 +1,4 @@
-// The folders for the user's files, as defined by the XDG base directory specification.
+// The folders for the user's files: the XDG base directories.
 #pragma once
 
 #include <string>

@@ -583,8 +583,8 @@ LSTATUS open(bool forWriting)
     return status == ERROR_FILE_NOT_FOUND ? connect(eNew, true) : status;
 }
 
-/// Rolls back a shared transaction. Writes the log back, unless the log is still next to the open file or the
-/// file was deleted.
+/// Rolls back a shared transaction. Writes the log back, unless the log is still next to the open file, the
+/// file was deleted, or the log does not belong to the file.
 LSTATUS saveLog()
 {
     if (own.isShared) {
@@ -601,7 +601,7 @@ LSTATUS saveLog()
     }
     const LSTATUS status = logStatus();
     check(status == ERROR_SUCCESS ? writeBack(SQLITE_CHECKPOINT_TRUNCATE) : ERROR_SUCCESS);
-    if (status != ERROR_LOCK_FAILED && !isOnlyUser()) {
+    if (status != ERROR_LOCK_FAILED && isAtPlace(file, eContent) && !isOnlyUser()) {
         // An empty log lets processes open the file: the others' log has no changes that belong to it.
         const OwnedFile empty(file + suffixes[eLog], O_RDWR | O_CREAT);
     }
@@ -845,7 +845,7 @@ LSTATUS winhostEndRegistryChanges(BOOL keep)
     }
     startWait();
     const LSTATUS status = outcome([&] {
-        isMoved(); // if isMoved() returns true, prepare() reopens the store
+        isMoved(); // records the result: if the store was moved, prepare() reopens it
         prepare(true);
         return run(keep != FALSE ? "COMMIT" : "ROLLBACK");
     });

@@ -36,7 +36,7 @@ public:
     /// ERROR_MORE_DATA, the call may be repeated.
     void advance(HKEY key, const Lookup& lookup, const Result& result, LSTATUS status, bool isOutdated);
 
-    /// Returns the cached result, or null if there is no valid one.
+    /// Returns the cached result if it is valid, otherwise null.
     const Result* recall(const Lookup& lookup);
     /// Returns recall(lookup), or null if the enumeration continues after an outdated entry.
     const Result* recall(HKEY key, const Lookup& lookup);
@@ -89,7 +89,7 @@ private:
     std::unordered_map<std::uint64_t, Entry> m_results; // keyed by the Lookup's hash; at most 4,096
     std::uint64_t m_version = 0;
     // Results from older epochs are outdated; the first element is for paths. An outdated place gets the
-    // previous epoch. Epochs begin at 2, because that must not be 0.
+    // previous epoch. The epochs begin at 2, so that the previous epoch is never 0.
     std::uint64_t m_epochs[2] = {2, 2};
     std::unordered_map<std::uint64_t, Place> m_places; // see placeId()
 };
